@@ -1,0 +1,27 @@
+# How everything here is compiled and where it goes.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+include(GNUInstallDirs)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
+
+# Libraries lie side by side and programs beside them, in the build tree and in the install tree alike.
+set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
+set(CMAKE_INSTALL_RPATH "$ORIGIN;$ORIGIN/../lib;$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+
+find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui Widgets Network)
+
+add_library(vexlite_build_flags INTERFACE)
+target_compile_options(vexlite_build_flags INTERFACE -Wall -Wextra -Wpedantic -Werror)
+target_compile_definitions(vexlite_build_flags INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_DEPRECATED_WARNINGS)
+if(VEXLITE_SANITIZE)
+    target_compile_options(vexlite_build_flags INTERFACE
+        -fsanitize=${VEXLITE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+    target_link_options(vexlite_build_flags INTERFACE -fsanitize=${VEXLITE_SANITIZE})
+endif()

@@ -1,0 +1,23 @@
+// The stand-in's own objects and arrays: what script values become on their way to the library.
+#pragma once
+
+#include "vexlite/jsonvalue.h"
+#include "host/vexlite/ref.h"
+
+namespace vexlite {
+
+/// A nesting deeper than this is refused everywhere.
+inline constexpr int maximumDepth = 1000;
+
+/// A new empty object, or array, with one reference for the caller.
+Ref<IJSONValue> makeScriptObject();
+Ref<IJSArray> makeScriptArray();
+
+KJSVariant makeText(const QString& text);
+/// The text of a string value; empty for other types.
+QString textOf(const KJSVariant& value);
+/// The object, or array, that a value holds, borrowed; null for other types.
+IJSONValue* objectOf(const KJSVariant& value);
+IJSArray* arrayOf(const KJSVariant& value);
+
+}

@@ -30,8 +30,8 @@ inline constexpr KIID IID_IUnknown { 0x00000000, 0x0000, 0x0000, { 0xc0, 0, 0, 0
 /// the object. The interface has no destructor of its own: Release is the only way to end an object.
 class IUnknown {
 public:
-    /// Stores in `out` the interface `iid` with one reference for the caller and returns 0, or stores null and
-    /// returns KR_NO_INTERFACE. `out` must not be null.
+    /// Stores in `out` the interface `iid` with one reference for the caller and returns 0, or stores null
+    /// and returns KR_NO_INTERFACE. `out` must not be null.
     virtual KResult QueryInterface(const KIID& iid, void** out) = 0;
     /// Adds a reference; returns the new count.
     virtual std::uint32_t AddRef() = 0;

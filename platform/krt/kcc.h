@@ -17,12 +17,13 @@ struct ReadOptions {
     QString userId;
 };
 
-/// Called once when a flush has ended, on the GUI thread and never from inside the call that began it. `value` is what
-/// was written, or invalid after a removal; `context` is the caller's.
-using Completion = void (*)(bool success, const QString& key, const QVariant& value, const QVariantMap& context);
+/// Called once when a flush has ended, on the GUI thread and never from inside the call that began it.
+/// `value` is what was written, or invalid after a removal; `context` is the caller's.
+using Completion = void (*)(
+    bool success, const QString& key, const QVariant& value, const QVariantMap& context);
 
-// All calls [GUI thread]. The plain ones work on the cached values, which reach the disk soon afterwards; the flush
-// ones go past the cache.
+// All calls [GUI thread]. The plain ones work on the cached values, which reach the disk soon afterwards; the
+// flush ones go past the cache.
 
 /// False when the value can not be stored.
 bool setValue(const QString& key, const QVariant& value, const WriteOptions& options);
@@ -32,10 +33,11 @@ bool remove(const QString& key, const WriteOptions& options);
 
 /// Reads from the disk again.
 QVariant flushRead(const QString& key, const QVariant& fallback, const ReadOptions& options);
-/// Writes to the disk. True when the write was accepted; `completion` tells its outcome either way, exactly once.
-/// A null `completion` is not called.
+/// Writes to the disk. True when the write was accepted; `completion` tells its outcome either way, exactly
+/// once. A null `completion` is not called.
 bool flushWrite(const QString& key, const QVariant& value, Completion completion, const QVariantMap& context,
     const WriteOptions& options);
 /// Removes from the disk, as flushWrite.
-bool flushRemove(const QString& key, Completion completion, const QVariantMap& context, const WriteOptions& options);
-}
+bool flushRemove(
+    const QString& key, Completion completion, const QVariantMap& context, const WriteOptions& options);
+} // namespace krt::kcc

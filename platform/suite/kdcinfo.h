@@ -12,9 +12,8 @@ public:
 
     /// Sends an event with its fields, one time in `probability`. The two numbers between are reserved and 0;
     /// `immediately` sends it without waiting for others. Delivery is not reported.
-    virtual void postGeneralEvent(const QString& eventName, const QHash<QString, QString>& fields, int reserved1,
-        int reserved2, int probability, bool immediately)
-        = 0;
+    virtual void postGeneralEvent(const QString& eventName, const QHash<QString, QString>& fields,
+        int reserved1, int reserved2, int probability, bool immediately) = 0;
 
 protected:
     ~KDcInfoC() = default;
@@ -28,4 +27,4 @@ QString getUuid();
 QString getHdid3();
 /// The distribution channel's code.
 QString getMC();
-}
+} // namespace KDcInfoCDetail

@@ -1,7 +1,7 @@
 // The JS core: what the suite's script side offers to this library. One per process, or none.
 //
-// Everything here is [GUI thread] and throws nothing. Interfaces that have no AddRef belong to the JS core and live
-// as long as it does.
+// Everything here is [GUI thread] and throws nothing. Interfaces that have no AddRef belong to the JS core
+// and live as long as it does.
 #pragma once
 
 #include "vexlite/jsextension.h"
@@ -23,27 +23,26 @@ protected:
 /// Binds objects to pages and keeps the layout of member tables.
 class IJSRegistry {
 public:
-    /// Gives an object to the page and place that the two creation values name. Takes over one reference, whatever
-    /// the answer; KR_NOT_AVAILABLE when the place has gone meanwhile.
-    virtual KResult Bind(IJSExtentionObject* object, std::int64_t creationContext, std::int64_t creationTarget,
-        std::int64_t zero)
-        = 0;
+    /// Gives an object to the page and place that the two creation values name. Takes over one reference,
+    /// whatever the answer; KR_NOT_AVAILABLE when the place has gone meanwhile.
+    virtual KResult Bind(IJSExtentionObject* object, std::int64_t creationContext,
+        std::int64_t creationTarget, std::int64_t zero) = 0;
     /// Ends a call: told after every method call and property read, whatever its outcome. `value` is what the
     /// call left in its result slot, `extra` the value that came with the call.
     virtual void CallCompleted(const JSContextEnv& context, KJSVariant& value, std::int64_t extra) = 0;
     /// Moves all members of `source` into `destination`; `source` is empty afterwards.
     virtual void AssignTable(JSMemberTable& source, JSMemberTable& destination) = 0;
-    /// Makes the list of a table's members that script is to see. `out` gets one reference for the caller; the
-    /// list stays valid after the table has gone. Only the entries' `invoke` still points into the module.
+    /// Makes the list of a table's members that script is to see. `out` gets one reference for the caller;
+    /// the list stays valid after the table has gone. Only the entries' `invoke` still points into the
+    /// module.
     virtual KResult PublishTable(const JSMemberTable& table, IJSMemberList** out) = 0;
     /// The entry of a member, borrowed from the table, or null when `id` has no such access.
     virtual const JSMemberEntry* FindMember(const JSMemberTable& table, std::int32_t id, JSAccess access) = 0;
-    /// Appends a member to a table. `kind` is 0 for a method and 1 for a read-only property, `mask` a set of category
-    /// bits, `resultType` a type code. Then follow, in this order: the handler (JSMemberInvoke), the parameter count
-    /// (int, 0 to 3), and one JSParameter by value for each. Texts are copied.
+    /// Appends a member to a table. `kind` is 0 for a method and 1 for a read-only property, `mask` a set of
+    /// category bits, `resultType` a type code. Then follow, in this order: the handler (JSMemberInvoke), the
+    /// parameter count (int, 0 to 3), and one JSParameter by value for each. Texts are copied.
     virtual void AddMember(JSMemberTable& table, const char16_t* name, std::int32_t kind, std::uint32_t mask,
-        std::int32_t resultType, ...)
-        = 0;
+        std::int32_t resultType, ...) = 0;
     /// A token that names `object` as handed out by another object; it goes into the IJSSubObject. Takes no
     /// reference.
     virtual std::int64_t SubObjectToken(IJSExtentionObject* object) = 0;
@@ -56,10 +55,10 @@ protected:
 class IJSTraceHook {
 public:
     /// May fill `replacement` with entries of `table`; true publishes the replacement instead.
-    virtual bool FilterTable(const QString& objectName, const JSContextEnv& context, const JSMemberTable& table,
-        JSMemberTable& replacement)
-        = 0;
-    virtual void CallNotice(const QString& objectName, const JSContextEnv& context, const JSMemberEntry* member) = 0;
+    virtual bool FilterTable(const QString& objectName, const JSContextEnv& context,
+        const JSMemberTable& table, JSMemberTable& replacement) = 0;
+    virtual void CallNotice(
+        const QString& objectName, const JSContextEnv& context, const JSMemberEntry* member) = 0;
 
 protected:
     ~IJSTraceHook() = default;
@@ -78,13 +77,12 @@ public:
 /// Makes promises. An answer is given through IJSAnswerChannel.
 class IJSPromiseService {
 public:
-    /// Makes a promise that is settled already. `fill` writes the value, or for a rejection the message text; it
-    /// is called once before this returns. Failure: `out` stays empty and a code is returned.
+    /// Makes a promise that is settled already. `fill` writes the value, or for a rejection the message text;
+    /// it is called once before this returns. Failure: `out` stays empty and a code is returned.
     virtual KResult CreateSettled(JSPromiseState state, const JSContextEnv& context,
-        const std::function<void(KJSVariant& value)>& fill, KJSVariant& out)
-        = 0;
-    /// Makes a pending promise of the page and returns its identifier, never 0. When the page has gone `out` stays
-    /// empty and 0 is returned. A promise whose page goes is dropped; its later answer does nothing.
+        const std::function<void(KJSVariant& value)>& fill, KJSVariant& out) = 0;
+    /// Makes a pending promise of the page and returns its identifier, never 0. When the page has gone `out`
+    /// stays empty and 0 is returned. A promise whose page goes is dropped; its later answer does nothing.
     virtual std::int64_t CreatePending(const JSContextEnv& context, KJSVariant& out) = 0;
 
 protected:
@@ -97,9 +95,8 @@ public:
     /// Settles `promise` of the page `context`. The list's first entry says which way: true resolves with its
     /// third entry, false rejects with its second entry as the text and the third's "code", where it has one.
     /// `one` must be 1. KR_NOT_AVAILABLE when the promise is settled already or its page has gone.
-    virtual KResult Answer(std::int64_t promise, const JSContextEnv& context, const std::vector<KJSVariant>& list,
-        std::int32_t one)
-        = 0;
+    virtual KResult Answer(std::int64_t promise, const JSContextEnv& context,
+        const std::vector<KJSVariant>& list, std::int32_t one) = 0;
 
 protected:
     ~IJSAnswerChannel() = default;
@@ -108,16 +105,17 @@ protected:
 /// The listeners of one class of objects, or of one object.
 class IJSEventHub {
 public:
-    /// Adds a listener of a page. `callback` must hold a function (KR_REJECTED otherwise); adding the same function
-    /// twice keeps one. The hub drops it with its page.
+    /// Adds a listener of a page. `callback` must hold a function (KR_REJECTED otherwise); adding the same
+    /// function twice keeps one. The hub drops it with its page.
     virtual KResult Add(const QString& event, const JSContextEnv& context, const KJSVariant& callback) = 0;
     /// Removes that page's listener; an empty callback removes all of the page's listeners of the event.
     /// KR_NOT_AVAILABLE when nothing was removed.
     virtual KResult Remove(const QString& event, const JSContextEnv& context, const KJSVariant& callback) = 0;
-    /// Calls the listeners of `target`, or of every page for JSContextEnv::everyContext(), in the order of their
-    /// adding, with `payload` as arguments. Listeners added meanwhile are not called, those removed are not either.
-    virtual KResult Dispatch(const QString& event, const JSContextEnv& target, const std::vector<KJSVariant>& payload)
-        = 0;
+    /// Calls the listeners of `target`, or of every page for JSContextEnv::everyContext(), in the order of
+    /// their adding, with `payload` as arguments. Listeners added meanwhile are not called, those removed are
+    /// not either.
+    virtual KResult Dispatch(
+        const QString& event, const JSContextEnv& target, const std::vector<KJSVariant>& payload) = 0;
     /// Writes an array of {"eventName", "listenerCount"} into `result`, ordered by name, over all pages.
     virtual KResult Report(KJSVariant& result) = 0;
 
@@ -138,7 +136,8 @@ protected:
     ~IJSEventHubFactory() = default;
 };
 
-/// When a browser and its page were made and loaded: milliseconds since 1970 (UTC), 0 for what has not happened.
+/// When a browser and its page were made and loaded: milliseconds since 1970 (UTC), 0 for what has not
+/// happened.
 struct VEXBrowserTimes {
     std::int64_t creationStart;
     std::int64_t creationFinish;
@@ -175,8 +174,8 @@ protected:
 /// An object of a class that script reaches through another object only.
 class IJSCreatable {
 public:
-    /// Prepares a new object with the options of its maker (may be null). Called once before script sees it, and
-    /// again whenever the maker wants to replace its state.
+    /// Prepares a new object with the options of its maker (may be null). Called once before script sees it,
+    /// and again whenever the maker wants to replace its state.
     virtual void Initialise(IJSONValue* options) = 0;
 
 protected:
@@ -193,9 +192,10 @@ public:
     virtual void RegisterClass(const QString& scriptName, Creator creator) = 0;
     /// Forgets a class, so that its module can go.
     virtual void UnregisterClass(const QString& scriptName) = 0;
-    /// Makes an object and initialises it. The caller owns the one reference. Null when no such class is known.
-    virtual IJSExtentionObject* Create(const QString& scriptName, const JSContextEnv& context, IJSONValue* options)
-        = 0;
+    /// Makes an object and initialises it. The caller owns the one reference. Null when no such class is
+    /// known.
+    virtual IJSExtentionObject* Create(
+        const QString& scriptName, const JSContextEnv& context, IJSONValue* options) = 0;
 
 protected:
     ~IJSObjectFactory() = default;
@@ -221,4 +221,4 @@ protected:
 namespace vexlite {
 /// The JS core of this process, or null before it has started and after it has ended. Cheap: ask every time.
 IVEXJSCore* GetVEXJSCore();
-}
+} // namespace vexlite

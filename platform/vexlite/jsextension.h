@@ -16,25 +16,26 @@ inline constexpr KIID IID_IJSSubObject { 0x8D3C2F60, 0x94B1, 0x4E0A,
 /// How a member is looked up.
 enum class JSAccess : std::int32_t { Method = 0, PropertyGet = 1, PropertyPut = 2 };
 
-/// The function behind a method: returns 0, or 1 after it has filled `exception`. Throws nothing. [GUI thread]
+/// The function behind a method: returns 0, or 1 after it has filled `exception`. Throws nothing. [GUI
+/// thread]
 using JSMethodInvoke = KResult (*)(IJSExtentionObject* self, const JSContextEnv& context,
     JSApiArguments& arguments, KJSVariant& result, KJSVariant& exception);
 /// The function behind a read-only property.
-using JSPropertyInvoke
-    = KResult (*)(IJSExtentionObject* self, const JSContextEnv& context, KJSVariant& value, KJSVariant& exception);
+using JSPropertyInvoke = KResult (*)(
+    IJSExtentionObject* self, const JSContextEnv& context, KJSVariant& value, KJSVariant& exception);
 /// Either of the two, told apart by the member's kind.
 using JSMemberInvoke = void (*)();
 
 /// One parameter of a member, passed by value.
 struct JSParameter {
     std::uint64_t type;
-    const char16_t* name; ///< null in the objects' own tables
+    const char16_t* name;   ///< null in the objects' own tables
     std::uint64_t reserved; ///< 0
 };
 static_assert(sizeof(JSParameter) == 24);
 
-/// An entry of a member table. The JS core derives its own record from this one; everything but `invoke` is its
-/// own business.
+/// An entry of a member table. The JS core derives its own record from this one; everything but `invoke` is
+/// its own business.
 struct JSMemberEntry {
     JSMemberInvoke invoke = nullptr;
     virtual ~JSMemberEntry() = default;
@@ -52,16 +53,13 @@ public:
     /// The class's type id, asked of the JS core once; 0x80000008 without a JS core.
     virtual std::int64_t GetTypeId() = 0;
     /// Reads a property into `value`, or fills `exception` and returns 1. `extra` goes to CallCompleted.
-    virtual KResult InvokePropertyGet(
-        const JSContextEnv& context, std::int32_t id, std::int64_t extra, KJSVariant& value, KJSVariant& exception)
-        = 0;
+    virtual KResult InvokePropertyGet(const JSContextEnv& context, std::int32_t id, std::int64_t extra,
+        KJSVariant& value, KJSVariant& exception) = 0;
     virtual KResult InvokePropertyPut(
-        const JSContextEnv& context, std::int32_t id, KJSVariant& value, KJSVariant& exception)
-        = 0;
+        const JSContextEnv& context, std::int32_t id, KJSVariant& value, KJSVariant& exception) = 0;
     /// Calls a method; `completion` goes to CallCompleted. Only ids of the published table are allowed.
     virtual KResult InvokeMethod(const JSContextEnv& context, std::int32_t id, JSApiArguments& arguments,
-        KJSVariant& result, std::int64_t completion, KJSVariant& exception)
-        = 0;
+        KJSVariant& result, std::int64_t completion, KJSVariant& exception) = 0;
     /// Publishes the members that `context` may see; `out` receives them with one reference for the caller.
     virtual KResult GetMemberTable(const JSContextEnv& context, IJSMemberList** out) = 0;
     /// A value of the JS core, kept for it.

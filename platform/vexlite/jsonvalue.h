@@ -22,8 +22,8 @@ class IJSONValueBase : public IUnknown {
 public:
     /// The number of keys.
     virtual std::int32_t Count() const = 0;
-    /// Copies up to `max` pairs in key order, each key as a string, and returns how many. `max` below 1 copies
-    /// nothing. Both arrays must have room for `max` values.
+    /// Copies up to `max` pairs in key order, each key as a string, and returns how many. `max` below 1
+    /// copies nothing. Both arrays must have room for `max` values.
     virtual std::int32_t CopyOut(std::int32_t max, KJSVariant* keys, KJSVariant* values) const = 0;
     /// Removes every key and value.
     virtual void Clear() = 0;
@@ -34,9 +34,9 @@ public:
     virtual KResult Get(const QString& key, KJSVariant& value) const = 0;
 };
 
-/// A key/value object with one value a key, 26 slots with its destructors. Keys are ordered as QString compares.
-/// The object owns its values. The typed getters convert as _MVariantChangeType does; what is absent or does not
-/// convert reads as the fallback. [GUI thread]
+/// A key/value object with one value a key, 26 slots with its destructors. Keys are ordered as QString
+/// compares. The object owns its values. The typed getters convert as _MVariantChangeType does; what is
+/// absent or does not convert reads as the fallback. [GUI thread]
 class IJSONValue : public IJSONValueBase {
 public:
     /// The value of a key, borrowed until the object changes, or null. Slot 10.
@@ -59,7 +59,8 @@ public:
     virtual double GetDouble(const QString& key, double fallback) const = 0;
     virtual QString GetString(const QString& key, const QString& fallback) const = 0;
 
-    /// The pair at a position in key order, both borrowed until the object changes; false past the end. Slot 23.
+    /// The pair at a position in key order, both borrowed until the object changes; false past the end.
+    /// Slot 23.
     virtual bool At(std::int32_t position, const QString** key, const KJSVariant** value) const = 0;
     /// The array under a key, borrowed until the object changes, or null when there is none. Slot 24.
     virtual IJSArray* GetArray(const QString& key) const = 0;
@@ -78,11 +79,13 @@ public:
 /// KR_NOT_AVAILABLE and does nothing. Its references may outlive the page. [GUI thread]
 class IJSFunction : public IUnknown {
 public:
-    /// Calls the function and waits for its answer. `result` may be null. What the function throws is reported by
-    /// the JS core as the page's uncaught error, and the call returns KR_REJECTED.
+    /// Calls the function and waits for its answer. `result` may be null. What the function throws is
+    /// reported by the JS core as the page's uncaught error, and the call returns KR_REJECTED.
     virtual KResult Call(const JSApiArguments& arguments, KJSVariant* result) = 0;
-    /// True when both wrap the same function of the same page.
-    virtual bool IsSame(const IJSFunction& other) const = 0;
+    /// What tells functions apart: two wrappers answer the same identity exactly when they wrap the same
+    /// function of the same page. It stays as it is, and names no other function of that page, while either
+    /// of them lives.
+    virtual std::uintptr_t Identity() const = 0;
     /// The page it belongs to.
     virtual JSContextEnv Context() const = 0;
 };

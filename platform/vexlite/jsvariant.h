@@ -11,8 +11,8 @@
 #include <string_view>
 #include <utility>
 
-/// One value exchanged with the JS core: a variant and the owner of its string payload. Copies share the string
-/// and hold their own reference to an interface. Not thread-safe, like every value.
+/// One value exchanged with the JS core: a variant and the owner of its string payload. Copies share the
+/// string and hold their own reference to an interface. Not thread-safe, like every value.
 class KJSVariant {
 public:
     KJSVariant() noexcept
@@ -95,7 +95,8 @@ public:
             made.m_value.scode = KR_NO_MEMORY;
             return made;
         }
-        made.m_owner = std::shared_ptr<void>(copy, [](void* payload) { _XSysFreeString(static_cast<XBSTR>(payload)); });
+        made.m_owner =
+            std::shared_ptr<void>(copy, [](void* payload) { _XSysFreeString(static_cast<XBSTR>(payload)); });
         made.m_value.vt = MV_STRING;
         made.m_value.bstrVal = copy;
         return made;
@@ -164,8 +165,9 @@ private:
     std::size_t m_count = 0;
 };
 
-/// The context of a call: which page, in which browser. A plain value that may be copied and kept; it goes back to
-/// the JS core unchanged. A context whose page has gone stays harmless: what is sent to it is dropped.
+/// The context of a call: which page, in which browser. A plain value that may be copied and kept; it goes
+/// back to the JS core unchanged. A context whose page has gone stays harmless: what is sent to it is
+/// dropped.
 struct JSContextEnv {
     std::int64_t browserId;
     std::int64_t contextId;

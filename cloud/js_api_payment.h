@@ -1,0 +1,10 @@
+#pragma once
+
+#include "framework/extensionobject.h"
+
+/// "NovaExtension.Payment": opens the suite's purchase page.
+class KJsApiPayment final : public KJCExtendJsObj<KJsApiPayment> {
+public:
+    static constexpr char16_t ScriptName[] = u"NovaExtension.Payment";
+    static const MemberList& members();
+};

@@ -1,0 +1,96 @@
+#include "framework/extensionobject.h"
+
+namespace {
+
+JSParameter descriptor(const Parameter& parameter)
+{
+    return { static_cast<std::uint64_t>(parameter.type), parameter.name, 0 };
+}
+
+void addMember(JSMemberTable& table, const MemberDescriptor& member)
+{
+    IVEXJSCore* core = vexlite::GetVEXJSCore();
+    if (!core)
+        return;
+    IJSRegistry* registry = core->Registry();
+    const std::vector<Parameter>& given = member.parameters;
+    const auto result = static_cast<std::int32_t>(member.result);
+    switch (given.size()) {
+    case 0:
+        registry->AddMember(table, member.name, member.kind, member.mask, result, member.invoke, 0);
+        break;
+    case 1:
+        registry->AddMember(
+            table, member.name, member.kind, member.mask, result, member.invoke, 1, descriptor(given[0]));
+        break;
+    case 2:
+        registry->AddMember(table, member.name, member.kind, member.mask, result, member.invoke, 2,
+            descriptor(given[0]), descriptor(given[1]));
+        break;
+    default:
+        registry->AddMember(table, member.name, member.kind, member.mask, result, member.invoke, 3,
+            descriptor(given[0]), descriptor(given[1]), descriptor(given[2]));
+        break;
+    }
+}
+
+} // namespace
+
+ExtensionClass::~ExtensionClass()
+{
+    IVEXJSCore* core = vexlite::GetVEXJSCore();
+    IJSObjectFactory* factory = core && m_announced ? core->Objects() : nullptr;
+    if (!factory)
+        return;
+    for (const SubObjectClass& made : m_declared().subObjects())
+        factory->UnregisterClass(QString::fromUtf16(made.scriptName));
+}
+
+std::int64_t ExtensionClass::typeId()
+{
+    if (m_typeId < 0) {
+        IVEXJSCore* core = vexlite::GetVEXJSCore();
+        if (!core)
+            return KR_NOT_AVAILABLE;
+        m_typeId = core->TypeIds()->AllocateTypeId(0);
+    }
+    return m_typeId;
+}
+
+void ExtensionClass::fill()
+{
+    const MemberList& declared = m_declared();
+    JSMemberTable built;
+    for (const MemberDescriptor& member : declared.members())
+        addMember(built, member);
+    IVEXJSCore* core = vexlite::GetVEXJSCore();
+    core->Registry()->AssignTable(built, m_table);
+    if (IJSObjectFactory* factory = core->Objects()) {
+        for (const SubObjectClass& made : declared.subObjects())
+            factory->RegisterClass(QString::fromUtf16(made.scriptName), made.creator);
+        m_announced = true;
+    }
+}
+
+KResult ExtensionClass::publish(const JSContextEnv& context, IJSMemberList** out)
+try {
+    IVEXJSCore* core = vexlite::GetVEXJSCore();
+    if (!core)
+        return KR_NOT_AVAILABLE;
+    if (m_table.empty())
+        fill();
+    if (IJSTraceHook* hook = core->TraceHook()) {
+        JSMemberTable replacement;
+        if (hook->FilterTable(m_name, context, m_table, replacement))
+            return core->Registry()->PublishTable(replacement, out);
+    }
+    return core->Registry()->PublishTable(m_table, out);
+} catch (...) {
+    return KR_NO_MEMORY;
+}
+
+void completeCall(const JSContextEnv& context, KJSVariant& value, std::int64_t extra)
+{
+    if (IVEXJSCore* core = vexlite::GetVEXJSCore())
+        core->Registry()->CallCompleted(context, value, extra);
+}

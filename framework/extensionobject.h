@@ -1,0 +1,135 @@
+// The base of every object that script sees: reference count, interface query, member table, dispatch.
+//
+// A class derives from KJCExtendJsObj<itself>, names itself in ScriptName and declares its members:
+//
+//     class KJsApiLog final : public KJCExtendJsObj<KJsApiLog> {
+//     public:
+//         static constexpr char16_t ScriptName[] = u"NovaExtension.Log";
+//         static const MemberList& members();
+//         ...
+//     };
+#pragma once
+
+#include "framework/members.h"
+#include "framework/refcounted.h"
+
+/// The part that does not depend on the class; a run-time type check for it recognises extension objects.
+class KJCExtentionObjBase : public KJCUnknownWarp<IJSExtentionObject> {
+public:
+    void* GetHostPointer() final { return m_hostPointer; }
+    void Reserved() final { }
+    void SetHostPointer(void* value) final { m_hostPointer = value; }
+    void GetInstanceMode(std::uint32_t* out) final
+    {
+        if (out)
+            *out = m_instanceMode;
+    }
+    void SetInstanceMode(std::uint32_t mode) final { m_instanceMode = mode; }
+
+protected:
+    KJCExtentionObjBase() = default;
+
+private:
+    void* m_hostPointer = nullptr;
+    std::uint32_t m_instanceMode = 0;
+};
+
+template <> inline bool answersTo<IJSExtentionObject>(const KIID& iid)
+{
+    return iid == IID_IJSExtentionObject;
+}
+
+/// What a class has once in the process: its name, type id and member table.
+class ExtensionClass {
+public:
+    explicit ExtensionClass(const char16_t* scriptName, const MemberList& (*members)())
+        : m_name(QString::fromUtf16(scriptName))
+        , m_declared(members)
+    {
+    }
+    /// Takes the classes it announced back from the JS core, so that the module can be unloaded.
+    ~ExtensionClass();
+    ExtensionClass(const ExtensionClass&) = delete;
+    ExtensionClass& operator=(const ExtensionClass&) = delete;
+
+    std::int64_t typeId();
+    KResult publish(const JSContextEnv& context, IJSMemberList** out);
+
+    /// Finds a member and tells the trace hook of the call that follows. Null when there is no such member.
+    const JSMemberEntry* entered(
+        IVEXJSCore& core, const JSContextEnv& context, std::int32_t id, JSAccess access) const
+    {
+        const JSMemberEntry* entry = core.Registry()->FindMember(m_table, id, access);
+        if (IJSTraceHook* hook = core.TraceHook(); hook && entry)
+            hook->CallNotice(m_name, context, entry);
+        return entry;
+    }
+
+private:
+    void fill();
+
+    QString m_name;
+    const MemberList& (*m_declared)();
+    JSMemberTable m_table;
+    std::int32_t m_typeId = -1;
+    bool m_announced = false;
+};
+
+/// Tells the JS core, where there still is one, that a call has ended.
+void completeCall(const JSContextEnv& context, KJSVariant& value, std::int64_t extra);
+
+template <typename T> class KJCExtendJsObj : public KJCExtentionObjBase {
+public:
+    std::int64_t GetTypeId() override { return extensionClass().typeId(); }
+
+    KResult InvokePropertyGet(const JSContextEnv& context, std::int32_t id, std::int64_t extra,
+        KJSVariant& value, KJSVariant& exception) override
+    {
+        const KResult status = dispatchProperty(context, id, JSAccess::PropertyGet, value, exception);
+        completeCall(context, value, extra);
+        return status;
+    }
+
+    KResult InvokePropertyPut(
+        const JSContextEnv& context, std::int32_t id, KJSVariant& value, KJSVariant& exception) override
+    {
+        return dispatchProperty(context, id, JSAccess::PropertyPut, value, exception);
+    }
+
+    KResult InvokeMethod(const JSContextEnv& context, std::int32_t id, JSApiArguments& arguments,
+        KJSVariant& result, std::int64_t completion, KJSVariant& exception) override
+    {
+        IVEXJSCore* core = vexlite::GetVEXJSCore();
+        if (!core)
+            return KR_NOT_AVAILABLE;
+        const JSMemberEntry* entry = extensionClass().entered(*core, context, id, JSAccess::Method);
+        const KResult status = entry
+            ? reinterpret_cast<JSMethodInvoke>(entry->invoke)(this, context, arguments, result, exception)
+            : KR_NOT_AVAILABLE;
+        completeCall(context, result, completion);
+        return status;
+    }
+
+    KResult GetMemberTable(const JSContextEnv& context, IJSMemberList** out) override
+    {
+        return extensionClass().publish(context, out);
+    }
+
+private:
+    static ExtensionClass& extensionClass()
+    {
+        static ExtensionClass shared(T::ScriptName, &T::members);
+        return shared;
+    }
+
+    KResult dispatchProperty(const JSContextEnv& context, std::int32_t id, JSAccess access, KJSVariant& value,
+        KJSVariant& exception)
+    {
+        IVEXJSCore* core = vexlite::GetVEXJSCore();
+        if (!core)
+            return KR_NOT_AVAILABLE;
+        const JSMemberEntry* entry = extensionClass().entered(*core, context, id, access);
+        return entry ? reinterpret_cast<JSPropertyInvoke>(entry->invoke)(this, context, value, exception)
+                     : KR_NOT_AVAILABLE;
+    }
+};

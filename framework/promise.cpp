@@ -1,0 +1,64 @@
+#include "framework/promise.h"
+
+#include "vexlite/jsapiutil.h"
+
+namespace {
+
+IJSPromiseService* promiseService()
+{
+    IVEXJSCore* core = vexlite::GetVEXJSCore();
+    return core ? core->PromiseService() : nullptr;
+}
+
+} // namespace
+
+KResult KNovaExtensionUtils::setPromiseReject(
+    const JSContextEnv& context, KJSVariant& result, const QString& message)
+{
+    if (IJSPromiseService* service = promiseService()) {
+        service->CreateSettled(
+            JSPromiseState::Rejected, context, [&](KJSVariant& text) { text = makeText(message); }, result);
+    }
+    return KR_REJECTED;
+}
+
+bool promisesAvailable()
+{
+    return promiseService();
+}
+
+Reply rejectedPromise(Call& call, const QString& message)
+{
+    KJSVariant promise;
+    (void)KNovaExtensionUtils::setPromiseReject(call.context(), promise, message);
+    if (promise.isEmpty())
+        return call.fail(ErrorCode::OperationFailed, PromiseServiceNull);
+    return call.answer(std::move(promise));
+}
+
+KPendingPromise::~KPendingPromise()
+{
+    if (isPending())
+        reject(QString::fromLatin1("request dropped."));
+}
+
+bool KPendingPromise::create(const JSContextEnv& context, KJSVariant& promise)
+{
+    IJSPromiseService* service = promiseService();
+    m_id = service ? service->CreatePending(context, promise) : 0;
+    m_context = context;
+    return m_id != 0;
+}
+
+void KPendingPromise::resolveWith(const QVariant& value)
+{
+    resolve({ { QString::fromLatin1("data"), value } });
+}
+
+void KPendingPromise::settle(bool success, const QString& message, const QVariantMap& values)
+{
+    const std::int64_t id = std::exchange(m_id, 0);
+    IVEXJSCore* core = id ? vexlite::GetVEXJSCore() : nullptr;
+    if (IJSAnswerChannel* channel = core ? core->AnswerChannel() : nullptr)
+        channel->Answer(id, m_context, KJSApiUtil::getAsynRetValList(success ? -1 : 0, message, values), 1);
+}

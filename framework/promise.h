@@ -1,0 +1,48 @@
+// Answers that come later: a pending promise that is settled once, and the promise that is rejected at once.
+#pragma once
+
+#include "framework/call.h"
+
+#include <QVariantMap>
+
+#define VEXLITE_EXPORT __attribute__((visibility("default")))
+
+class KNovaExtensionUtils {
+public:
+    /// Answers a call with a promise that is already rejected with `message`. Without a JS core or a promise
+    /// service `result` stays as it is. Always returns 1. [GUI thread]
+    VEXLITE_EXPORT static KResult setPromiseReject(
+        const JSContextEnv& context, KJSVariant& result, const QString& message);
+};
+
+/// A promise that a request keeps until its answer is there. It is settled at most once; one that is
+/// destroyed pending is rejected, so that no page waits for ever. [GUI thread]
+class KPendingPromise {
+public:
+    KPendingPromise() = default;
+    KPendingPromise(const KPendingPromise&) = delete;
+    KPendingPromise& operator=(const KPendingPromise&) = delete;
+    ~KPendingPromise();
+
+    /// Makes the promise of a call and leaves it in `promise`. False when there is no promise service or the
+    /// page has gone.
+    bool create(const JSContextEnv& context, KJSVariant& promise);
+    bool isPending() const noexcept { return m_id != 0; }
+    /// Settles it; a settled one stays as it is. `values` with the one key "data" resolves with that value
+    /// itself.
+    void resolve(const QVariantMap& values) { settle(true, {}, values); }
+    void resolveWith(const QVariant& value);
+    void reject(const QString& message) { settle(false, message, {}); }
+
+private:
+    void settle(bool success, const QString& message, const QVariantMap& values);
+
+    std::int64_t m_id = 0;
+    JSContextEnv m_context {};
+};
+
+/// Whether promises can be made at all.
+bool promisesAvailable();
+
+/// Answers with a rejected promise, or with the failure "PromiseServiceNull" when there are no promises.
+Reply rejectedPromise(Call& call, const QString& message);

@@ -1,0 +1,129 @@
+#include "framework/values.h"
+
+namespace {
+
+constexpr int MaximumReferences = 16;
+constexpr MVARIANT Undefined {};
+
+/// A conversion's outcome, freed again.
+class Converted {
+public:
+    Converted(const MVARIANT& value, MVarType type)
+        : m_ok(_MVariantChangeType(&m_value, &value, 0, type) == KR_OK)
+    {
+    }
+    Converted(const Converted&) = delete;
+    Converted& operator=(const Converted&) = delete;
+    ~Converted()
+    {
+        if (m_value.vt == MV_STRING)
+            _XSysFreeString(m_value.bstrVal);
+        else if (m_value.vt == MV_UNKNOWN && m_value.punkVal)
+            m_value.punkVal->Release();
+    }
+    const MVARIANT* get() const { return m_ok ? &m_value : nullptr; }
+
+private:
+    MVARIANT m_value {};
+    bool m_ok;
+};
+
+} // namespace
+
+const MVARIANT& followed(const MVARIANT& value)
+{
+    const MVARIANT* target = &value;
+    for (int steps = 0; target->vt == MV_BYREF_VARIANT; ++steps) {
+        if (!target->pvarVal || steps == MaximumReferences)
+            return Undefined;
+        target = target->pvarVal;
+    }
+    return *target;
+}
+
+KJSVariant ownedCopy(const KJSVariant& value)
+{
+    const MVARIANT& target = followed(value.raw());
+    if (&target == &value.raw() && target.vt != MV_LPSTR && target.vt != MV_LPWSTR)
+        return value;
+    switch (target.vt) {
+    case MV_STRING:
+        return KJSVariant::fromString({ target.bstrVal, _XSysStringLen(target.bstrVal) });
+    case MV_LPSTR:
+    case MV_LPWSTR:
+        return makeText(textOf(target));
+    case MV_UNKNOWN:
+    case MV_DISPATCH:
+    case MV_ARRAY:
+        if (target.punkVal)
+            target.punkVal->AddRef();
+        break;
+    default:
+        break;
+    }
+    return { target, nullptr };
+}
+
+bool isNullOrUndefined(const MVARIANT& value)
+{
+    const MVARIANT& target = followed(value);
+    return target.vt == MV_EMPTY || target.vt == MV_NULL;
+}
+
+QString textOf(const MVARIANT& value)
+{
+    const MVARIANT& target = followed(value);
+    switch (target.vt) {
+    case MV_STRING:
+        return QString(
+            reinterpret_cast<const QChar*>(target.bstrVal), static_cast<int>(_XSysStringLen(target.bstrVal)));
+    case MV_LPSTR:
+        return QString::fromUtf8(target.pszVal);
+    case MV_LPWSTR:
+        return target.pwszVal ? QString::fromUtf16(target.pwszVal) : QString();
+    default:
+        return {};
+    }
+}
+
+QString convertedText(const MVARIANT& value)
+{
+    const MVARIANT& target = followed(value);
+    if (target.vt == MV_STRING || target.vt == MV_LPSTR || target.vt == MV_LPWSTR)
+        return textOf(target);
+    const Converted text(target, MV_STRING);
+    return text.get() ? textOf(*text.get()) : QString();
+}
+
+bool convertedBoolean(const MVARIANT& value, bool fallback)
+{
+    const Converted truth(followed(value), MV_BOOL);
+    return truth.get() ? truth.get()->boolVal != 0 : fallback;
+}
+
+void* queriedObject(const MVARIANT& value, const KIID& iid)
+{
+    const MVARIANT& target = followed(value);
+    void* found = nullptr;
+    // 9 and 13 differ in this one bit.
+    if ((target.vt & 0xffb) == MV_DISPATCH) {
+        if (target.punkVal)
+            target.punkVal->QueryInterface(iid, &found);
+        return found;
+    }
+    const Converted object(target, MV_UNKNOWN);
+    if (object.get() && object.get()->punkVal)
+        object.get()->punkVal->QueryInterface(iid, &found);
+    return found;
+}
+
+KJSVariant makeText(const QString& text)
+{
+    if (text.isNull()) {
+        MVARIANT none {};
+        none.vt = MV_STRING;
+        return { none, nullptr };
+    }
+    return KJSVariant::fromString(
+        { reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size()) });
+}

@@ -1,0 +1,59 @@
+#include "local/filemd5.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+namespace {
+
+constexpr qint64 SliceBytes = 4 * 1024 * 1024;
+
+QString notOpened(const QString& path)
+{
+    return QString::fromLatin1("%1 can't been opened").arg(path);
+}
+
+} // namespace
+
+Reply KFileMd5Request::start(Call& call, const QString& path)
+{
+    if (path.isEmpty())
+        return rejectedPromise(call, QString::fromLatin1("Path is empty."));
+    if (!QFileInfo::exists(path))
+        return rejectedPromise(call, QString::fromLatin1("%1 is not existed").arg(path));
+    auto request = std::unique_ptr<KFileMd5Request>(new KFileMd5Request(path));
+    // Devices and pipes have no end, or no content until somebody writes.
+    if (!QFileInfo(path).isFile() || !request->m_file.open(QIODevice::ReadOnly))
+        return rejectedPromise(call, notOpened(path));
+    KJSVariant promise;
+    if (!request->m_promise.create(call.context(), promise))
+        return call.fail(ErrorCode::OperationFailed, PromiseServiceNull);
+    request->m_nextSlice.start();
+    request.release()->setParent(QCoreApplication::instance());
+    return call.answer(std::move(promise));
+}
+
+KFileMd5Request::KFileMd5Request(const QString& path)
+    : m_file(path)
+{
+    connect(&m_nextSlice, &QTimer::timeout, this, &KFileMd5Request::readSlice);
+}
+
+void KFileMd5Request::readSlice()
+{
+    const QByteArray slice = m_file.read(SliceBytes);
+    m_hash.addData(slice);
+    if (m_file.error() != QFileDevice::NoError)
+        finish(notOpened(m_file.fileName()));
+    else if (slice.isEmpty())
+        finish({});
+}
+
+void KFileMd5Request::finish(const QString& message)
+{
+    m_nextSlice.stop();
+    if (message.isEmpty())
+        m_promise.resolveWith(QString::fromLatin1(m_hash.result().toHex()));
+    else
+        m_promise.reject(message);
+    deleteLater();
+}

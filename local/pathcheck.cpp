@@ -1,0 +1,42 @@
+#include "local/pathcheck.h"
+
+#include "krt/dirs.h"
+#include "suite/kpluginconfig.h"
+
+#include <QDir>
+#include <QRegularExpression>
+
+namespace {
+
+QString expanded(const QString& relative)
+{
+    static const QRegularExpression leadingSteps(QString::fromLatin1("^(\\.\\./)+"));
+    static const QRegularExpression leadingVariable(QString::fromLatin1("^%(.*)%"));
+
+    QString path = relative;
+    path.remove(leadingSteps);
+    path = QDir::cleanPath(path);
+    if (QDir::isAbsolutePath(path))
+        return path;
+    const QRegularExpressionMatch variable = leadingVariable.match(path);
+    if (variable.hasMatch())
+        path.replace(0, variable.capturedLength(), qEnvironmentVariable(qPrintable(variable.captured(1))));
+    return path;
+}
+
+} // namespace
+
+std::optional<QString> checkedPath(const QString& given)
+{
+    // A file name ends at its first NUL: what stands behind it would be checked but not used.
+    if (given.isEmpty() || given.contains(QChar::Null))
+        return std::nullopt;
+    QString path = QDir::isAbsolutePath(given) ? given : expanded(given);
+    // A leading colon names a resource of the program to Qt, which calls it absolute.
+    if (!path.startsWith(QLatin1Char('/')))
+        return std::nullopt;
+    path = QDir::cleanPath(path);
+    if (krt::dirs::inBlackDownloadDir(path) || kpluginconfig::inPluginDownloadDir(path))
+        return std::nullopt;
+    return path;
+}

@@ -1,0 +1,20 @@
+#include "webui/js_api_skin.h"
+
+const MemberList& KJsApiSkin::members()
+{
+    static const MemberList list =
+        MemberList {
+            unbuilt(u"addSkinChangeListener", Category::None, Type::JsValue, { Type::Object }),
+            unbuilt(u"removeSkinChangeListener", Category::None, Type::JsValue, { Type::Object }),
+            unbuilt(u"getCurrentSkinName", Category::None, Type::JsValue),
+            unbuilt(u"switchSkin", Category::Usual, Type::JsValue, { Type::String }),
+            unbuilt(u"getSkinHintConfig", Category::None, Type::JsValue, { Type::JsValue }),
+            unbuilt(u"getSkinGradientConfig", Category::None, Type::JsValue, { Type::JsValue }),
+            unbuilt(u"getSkinColorConfig", Category::None, Type::JsValue, { Type::JsValue }),
+            unbuilt(u"getSkinConfig", Category::None, Type::JsValue, { Type::JsValue }),
+            unbuilt(u"getFileTypeIconInfo", Category::None, Type::JsValue, { Type::JsValue }),
+            unbuilt(u"getSkinIconPathInfo", Category::None, Type::JsValue, { Type::JsValue }),
+        }
+            .withEvents<KJsApiSkin>();
+    return list;
+}

@@ -3,13 +3,15 @@ add_library(vexlite_platform INTERFACE)
 target_link_libraries(vexlite_platform INTERFACE Qt5::Core)
 
 if(VEXLITE_SUITE_DIR)
-    target_include_directories(vexlite_platform INTERFACE ${VEXLITE_SUITE_DIR}/include)
+    target_include_directories(vexlite_platform INTERFACE $<BUILD_INTERFACE:${VEXLITE_SUITE_DIR}/include>)
     foreach(name vexlite krt kbase libsafec novasuite)
         find_library(VEXLITE_SUITE_${name} ${name} PATHS ${VEXLITE_SUITE_DIR}/lib NO_DEFAULT_PATH REQUIRED)
         list(APPEND suite_libraries ${VEXLITE_SUITE_${name}})
     endforeach()
 else()
-    target_include_directories(vexlite_platform INTERFACE ${PROJECT_SOURCE_DIR}/platform)
+    target_include_directories(vexlite_platform INTERFACE
+        $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/platform>
+        $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/vexlitejsapi/platform>)
     set(suite_libraries vexlite krt kbase safec novasuite)
 endif()
 

@@ -1,5 +1,7 @@
 #include "framework/members.h"
 
+#include "framework/novaextensionutils.h"
+
 #include <new>
 
 KResult NovaExtensionMemberNotSupported(IJSExtentionObject*, const JSContextEnv& context,

@@ -58,12 +58,6 @@ struct MemberDescriptor {
     std::vector<Parameter> parameters; ///< 3 at most
 };
 
-/// The function behind every member that is not built yet: answers failure code 3 "not supported.". Exported,
-/// so that a suite can tell such members by comparing their invoke function with it.
-extern "C" __attribute__((visibility("default"))) KResult NovaExtensionMemberNotSupported(
-    IJSExtentionObject* self, const JSContextEnv& context, JSApiArguments& arguments, KJSVariant& result,
-    KJSVariant& exception);
-
 namespace detail {
 
 /// Answers for a handler that threw: nothing may cross into the JS core.

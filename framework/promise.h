@@ -2,18 +2,9 @@
 #pragma once
 
 #include "framework/call.h"
+#include "framework/novaextensionutils.h"
 
 #include <QVariantMap>
-
-#define VEXLITE_EXPORT __attribute__((visibility("default")))
-
-class KNovaExtensionUtils {
-public:
-    /// Answers a call with a promise that is already rejected with `message`. Without a JS core or a promise
-    /// service `result` stays as it is. Always returns 1. [GUI thread]
-    VEXLITE_EXPORT static KResult setPromiseReject(
-        const JSContextEnv& context, KJSVariant& result, const QString& message);
-};
 
 /// A promise that a request keeps until its answer is there. It is settled at most once; one that is
 /// destroyed pending is rejected, so that no page waits for ever. [GUI thread]

@@ -1,0 +1,63 @@
+// A tour of what a page can do: every answer below comes from the native library.
+//
+//     novahost run examples/tour.js
+
+const { ConfigCenter, Event, FileSystem, Log, Novaoffice, Product, Profile, SettingsManager, TelemetrySdk } =
+    NovaExtension;
+
+function say(what, answer) {
+    console.log(`  ${what.padEnd(34)} ${typeof answer === "string" ? answer : JSON.stringify(answer)}`);
+}
+
+/** What a refusal looks like: an Error that carries `success`, `code` and `msg`. */
+function refusal(action) {
+    try {
+        action();
+    } catch (error) {
+        return `refused with code ${error.code}: ${error.msg}`;
+    }
+    throw new Error("expected a refusal");
+}
+
+console.log("The suite");
+say("application", Novaoffice.getApplicationName().data);
+say("version", Novaoffice.getNovaVersion().data);
+say("product", Product.getAppVersionInfo().data);
+say("language", Product.language().data);
+say("this page's browser", Profile.getBrowserTraceId().data.browserid);
+
+console.log("Settings, written and read back");
+const settings = SettingsManager.settings({ format: 0 });
+settings.setValue({ key: "tour/visits", value: 1 });
+say("tour/visits", settings.getValue({ key: "tour/visits" }).data);
+say("absent, with a default", settings.getValue({ key: "tour/absent", defaultValue: "none" }).data);
+
+console.log("The configuration centre, exact beyond 2^53");
+ConfigCenter.setValue({ key: "tour.largest", value: 9007199254740993n });
+say("tour.largest", String(ConfigCenter.value({ key: "tour.largest" }).data));
+const report = await new Promise((resolve) => {
+    ConfigCenter.flushWrite({ key: "tour.flushed", value: { nested: [1, "two", null] } }, resolve);
+});
+say("flushed to the disk", report);
+
+console.log("Log and telemetry");
+say("logInfo", Log.logInfo({ moduleName: "tour", logStr: "the tour was here" }).success);
+say("postEvent", TelemetrySdk.postEvent({ eventName: "tour", pb: 1, postContent: { step: "telemetry" } }).success);
+
+console.log("Events");
+const received = [];
+const listener = (...payload) => received.push(payload);
+Event.addEventListener("tour.greeting", listener);
+Event.dispatchEvent("tour.greeting", true, "hello", { from: "the tour" });
+Event.removeEventListener("tour.greeting", listener);
+Event.dispatchEvent("tour.greeting", true, "nobody hears this");
+say("received", received);
+
+console.log("Promises");
+say("resolved", await FileSystem.getFileMd5(process.argv[1]));
+say("rejected", await FileSystem.getFileMd5("/no/such/file").catch((error) => `rejected: ${error.msg}`));
+
+console.log("Refusals");
+say("Log.logInfo({})", refusal(() => Log.logInfo({})));
+say("settings with format 7", refusal(() => SettingsManager.settings({ format: 7 })));
+say("a member that is not built yet", refusal(() => NovaExtension.Network.isConnected()));

@@ -1,0 +1,98 @@
+#include "host/novahost/options.h"
+
+#include "host/profile/profile.h"
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+
+namespace novahost {
+
+namespace {
+
+constexpr char Footer[] = "Services for --without: ";
+
+QString text(const std::string& given)
+{
+    return QString::fromLocal8Bit(given.c_str());
+}
+
+QStringList texts(const std::vector<std::string>& given)
+{
+    QStringList list;
+    for (const std::string& one : given)
+        list.append(text(one));
+    return list;
+}
+
+} // namespace
+
+std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
+{
+    Options options;
+    std::string profileFile, dataDirectory, libraryFile, script, object;
+    std::vector<std::string> without;
+
+    CLI::App app("Runs page script against libvexlitejsapi in a stand-in suite.", "novahost");
+    app.require_subcommand(1);
+    app.set_version_flag("--version", NOVAHOST_VERSION);
+    app.footer(Footer + profile::serviceNames().join(QLatin1String(", ")).toStdString());
+    app.fallthrough();
+    app.add_option(
+           "--profile", profileFile, "What the suite is: a JSON file (default: a profile that is built in)")
+        ->option_text("FILE")
+        ->check(CLI::ExistingFile);
+    app.add_option("--data", dataDirectory, "Where all state is kept (default: a fresh temporary folder)")
+        ->option_text("DIR");
+    app.add_flag("--trace", options.trace, "Print a line for each call: object, member, time, outcome");
+    app.add_option("--without", without, "Switch services off, to see what pages are told then")
+        ->option_text("SERVICE,...")
+        ->delimiter(',');
+    app.add_option("--deny", options.denyMask, "Hide the members whose category shares a bit with this mask")
+        ->option_text("MASK");
+    app.add_option(
+           "--library", libraryFile, "Another libvexlitejsapi.so (default: the one beside this program)")
+        ->option_text("FILE")
+        ->check(CLI::ExistingFile);
+    app.add_flag("--live-counts", options.liveCounts,
+        "Print what the page still held, as JSON, before and after it was closed");
+
+    CLI::App* run = app.add_subcommand("run", "Run a file as the body of an async function");
+    run->add_option("FILE", script, "The script; all that follows is its process.argv")
+        ->required()
+        ->check(CLI::ExistingFile);
+    run->prefix_command();
+
+    CLI::App* eval = app.add_subcommand("eval", "Print the awaited answer of an expression as JSON");
+    eval->add_option("EXPRESSION", script)->required();
+
+    CLI::App* repl = app.add_subcommand("repl", "Read expressions and print their answers");
+
+    CLI::App* members = app.add_subcommand("members", "List the objects and the members they publish");
+    members->add_option("OBJECT", object, "Only this one, for example Log");
+    members->add_flag("--json", options.json, "For programs");
+    members->add_flag("--unsupported", options.unsupportedOnly, "Only members that are not built yet");
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        const int status = app.exit(error);
+        exitCode = status == 0 ? 0 : 2;
+        return std::nullopt;
+    }
+
+    options.command = run->parsed() ? Command::Run
+        : eval->parsed()            ? Command::Eval
+        : repl->parsed()            ? Command::Repl
+                                    : Command::Members;
+    options.profileFile = text(profileFile);
+    options.dataDirectory = text(dataDirectory);
+    options.libraryFile = text(libraryFile);
+    options.without = texts(without);
+    options.script = text(script);
+    options.arguments = texts(run->remaining());
+    options.object = text(object);
+    return options;
+}
+
+} // namespace novahost

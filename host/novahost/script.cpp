@@ -1,0 +1,118 @@
+#include "host/novahost/script.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <cstdio>
+
+namespace novahost {
+
+namespace {
+
+constexpr int UncaughtError = 1;
+
+void printCounts(const char* when)
+{
+    const vexlite::LiveCounts counts = vexlite::Core::instance()->liveCounts();
+    std::fprintf(stderr,
+        "{\"when\":\"%s\",\"pages\":%d,\"objects\":%d,\"listeners\":%d,\"promises\":%d,\"functions\":%d}\n",
+        when, counts.pages, counts.objects, counts.listeners, counts.promises, counts.functions);
+}
+
+/// Runs the event loop for one page until something ends it. What comes first decides the exit code.
+class PageRun {
+public:
+    PageRun(Suite& suite, const Options& options)
+        : m_options(options)
+        , m_page(suite.openPage(options.arguments, host()))
+    {
+    }
+
+    engine::Page& page() { return *m_page; }
+
+    void end(int code)
+    {
+        if (!m_exitCode)
+            m_exitCode = code;
+        QCoreApplication::exit(*m_exitCode);
+    }
+
+    int wait()
+    {
+        if (!m_exitCode)
+            QCoreApplication::exec();
+        if (m_options.liveCounts)
+            printCounts("open");
+        m_page.reset();
+        if (m_options.liveCounts)
+            printCounts("closed");
+        return *m_exitCode;
+    }
+
+private:
+    engine::PageHost host()
+    {
+        engine::PageHost host;
+        host.console = printLine;
+        host.exitRequested = [this](int code) { end(code); };
+        host.uncaughtError = [this](const engine::Outcome& error) {
+            printError(error);
+            end(UncaughtError);
+        };
+        return host;
+    }
+
+    const Options& m_options;
+    std::optional<int> m_exitCode;
+    std::unique_ptr<engine::Page> m_page;
+};
+
+} // namespace
+
+void printLine(const QString& line, bool toErrors)
+{
+    FILE* stream = toErrors ? stderr : stdout;
+    const QByteArray bytes = line.toUtf8() + '\n';
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
+    std::fflush(stream);
+}
+
+void printError(const engine::Outcome& error)
+{
+    QString text = error.text;
+    if (!error.stack.isEmpty())
+        text += QLatin1Char('\n') + error.stack;
+    if (error.hasCode)
+        text += QString::fromLatin1("\ncode: %1").arg(error.code);
+    printLine(text, true);
+}
+
+int runScript(Suite& suite, const Options& options)
+{
+    QFile file(options.script);
+    if (!file.open(QIODevice::ReadOnly)) {
+        printLine(QString::fromLatin1("%1: %2").arg(options.script, file.errorString()), true);
+        return UncaughtError;
+    }
+    PageRun run(suite, options);
+    run.page().run(QString::fromUtf8(file.readAll()), options.script, [&](const engine::Outcome& outcome) {
+        if (!outcome.ok)
+            printError(outcome);
+        run.end(outcome.ok ? 0 : UncaughtError);
+    });
+    return run.wait();
+}
+
+int evalExpression(Suite& suite, const Options& options)
+{
+    PageRun run(suite, options);
+    run.page().evaluate(options.script, [&](const engine::Outcome& outcome) {
+        if (outcome.ok)
+            printLine(outcome.json.isEmpty() ? QStringLiteral("null") : outcome.json, false);
+        else
+            printError(outcome);
+        run.end(outcome.ok ? 0 : UncaughtError);
+    });
+    return run.wait();
+}
+
+} // namespace novahost

@@ -1,0 +1,143 @@
+#include "host/novahost/suite.h"
+
+#include "host/krt/centre.h"
+#include "host/profile/directories.h"
+#include "host/profile/profile.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QSettings>
+#include <cstdio>
+
+namespace novahost {
+
+namespace {
+
+constexpr char LibraryName[] = "libvexlitejsapi.so";
+
+/// Beside this program in the build tree and in the install tree.
+QString libraryBesideProgram()
+{
+    const QDir programs(QCoreApplication::applicationDirPath());
+    for (const char* place : { "../lib", "../" NOVAHOST_LIBDIR, "." }) {
+        const QString file =
+            programs.filePath(QString::fromLatin1(place) + QLatin1Char('/') + QLatin1String(LibraryName));
+        if (QFile::exists(file))
+            return QDir::cleanPath(file);
+    }
+    return {};
+}
+
+vexlite::CoreServices servicesOfProfile()
+{
+    const auto on = [](const char* name) { return profile::serviceOn(QString::fromLatin1(name)); };
+    vexlite::CoreServices services;
+    services.jsCore = on("jsCore");
+    services.promiseService = on("promiseService");
+    services.answerChannel = on("answerChannel");
+    services.eventHubs = on("eventHubs");
+    services.objectFactory = on("objectFactory");
+    services.browsers = on("browsers");
+    services.browserGroups = on("browserGroups");
+    services.traceHook = on("traceHook");
+    return services;
+}
+
+void printTracedCall(const vexlite::TracedCall& call)
+{
+    const QString line =
+        QString::fromLatin1("%1.%2  %3 us  %4")
+            .arg(call.object, call.member)
+            .arg(static_cast<double>(call.nanoseconds) / 1000, 0, 'f', 1)
+            .arg(call.succeeded ? QString::fromLatin1("ok") : QLatin1String("failed: ") + call.message);
+    std::fprintf(stderr, "%s\n", line.toLocal8Bit().constData());
+}
+
+} // namespace
+
+std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
+{
+    if (!options.profileFile.isEmpty())
+        error = profile::load(options.profileFile);
+    for (const QString& service : options.without) {
+        if (error.isEmpty() && !profile::switchOff(service, &error))
+            error = QString::fromLatin1("--without: %1").arg(error);
+    }
+    if (error.isEmpty() && !options.dataDirectory.isEmpty()) {
+        error = profile::setDataDirectory(options.dataDirectory);
+        if (!error.isEmpty())
+            error = QString::fromLatin1("--data: %1").arg(error);
+    }
+    if (!error.isEmpty())
+        return nullptr;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+        QDir(profile::dataDirectory()).filePath(QStringLiteral("settings")));
+
+    vexlite::Core& core = vexlite::Core::start(servicesOfProfile());
+    core.setDenyMask(options.denyMask);
+    if (options.trace)
+        core.setTracer(printTracedCall);
+    std::unique_ptr<Suite> suite(new Suite);
+    suite->m_engine = engine::makeJscEngine();
+    const QString library = options.libraryFile.isEmpty() ? libraryBesideProgram() : options.libraryFile;
+    if (!suite->loadLibrary(library, error))
+        return nullptr;
+    return suite;
+}
+
+bool Suite::loadLibrary(const QString& file, QString& error)
+{
+    if (file.isEmpty()) {
+        error = QString::fromLatin1(
+            "%1 lies neither in ../lib nor beside novahost: build it, or name it with --library")
+                    .arg(QLatin1String(LibraryName));
+        return false;
+    }
+    m_library.setFileName(file);
+    m_library.setLoadHints(QLibrary::ResolveAllSymbolsHint);
+    using Entry = void (*)(ExtensionFactoryMap*);
+    const auto entry =
+        m_library.load() ? reinterpret_cast<Entry>(m_library.resolve("GetNovaExtensionJsApiObj")) : nullptr;
+    if (!entry) {
+        error = QString::fromLatin1("--library %1: %2").arg(file, m_library.errorString());
+        return false;
+    }
+    m_notSupported = reinterpret_cast<JSMemberInvoke>(m_library.resolve("NovaExtensionMemberNotSupported"));
+    ExtensionFactoryMap factories;
+    entry(&factories);
+    vexlite::Core::instance()->setFactories(factories);
+    return true;
+}
+
+Suite::~Suite()
+{
+    krt::kcc::shutdown();
+    m_engine.reset();
+    if (m_library.isLoaded())
+        m_library.unload();
+    vexlite::Core::stop();
+}
+
+std::unique_ptr<engine::Page> Suite::openPage(const QStringList& arguments, engine::PageHost host)
+{
+    const profile::Browser facts = profile::current()->browser;
+    engine::PageOptions options;
+    options.arguments = arguments;
+    options.browser.applicationId = facts.applicationId;
+    options.browser.sessionId = facts.sessionId;
+    options.browser.browserId = QString::fromLatin1("browser-%1").arg(++m_pages);
+    options.browser.grouped = facts.grouped;
+    VEXBrowserTimes& times = options.browser.times;
+    times.creationStart = QDateTime::currentMSecsSinceEpoch();
+    options.browser.groupMark1 = times.creationStart + facts.groupMark1OffsetMs;
+    options.browser.groupMark2 = times.creationStart + facts.groupMark2OffsetMs;
+    std::unique_ptr<engine::Page> page = m_engine->openPage(options, std::move(host));
+    // The page is empty until its script runs, so it has loaded as soon as it is there.
+    times.creationFinish = times.loadStart = times.loadReady = times.loadFinish =
+        QDateTime::currentMSecsSinceEpoch();
+    vexlite::Core::instance()->updateBrowser(page->context(), options.browser);
+    return page;
+}
+
+} // namespace novahost

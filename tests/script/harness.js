@@ -1,0 +1,33 @@
+// What every script test begins with: rows of [name, action, expectation]. An expectation is the value that the action
+// answers (compared in depth), or refusal(code, msg) for an Error that carries them.
+const show = (value) =>
+    JSON.stringify(value, (key, item) => (typeof item === "bigint" ? `${item}n` : item === undefined ? "undefined" : item));
+const same = (a, b) =>
+    Object.is(a, b) || (typeof a === "object" && typeof b === "object" && a && b && Array.isArray(a) === Array.isArray(b)
+        && Object.keys(a).length === Object.keys(b).length
+        && Object.keys(a).every((key) => Object.hasOwn(b, key) && same(a[key], b[key])));
+const refusal = (code, msg) => ({ refused: true, success: false, code, msg });
+const caught = (error) => {
+    if (!(error instanceof Error) || error.message !== error.msg)
+        throw error;
+    return { refused: true, success: error.success, code: error.code, msg: error.msg };
+};
+let failures = 0;
+async function check(rows) {
+    for (const [name, action, expected] of rows) {
+        let answer;
+        try {
+            answer = await action();
+        } catch (error) {
+            try {
+                answer = caught(error);
+            } catch {
+                answer = `${error}`;
+            }
+        }
+        if (!same(answer, expected)) {
+            ++failures;
+            console.error(`${name}: expected ${show(expected)}, got ${show(answer)}`);
+        }
+    }
+}

@@ -1,0 +1,122 @@
+const { ConfigCenter, Log, Novaoffice, Product, Profile, SettingsManager, TelemetrySdk } = NovaExtension;
+const missing = refusal(1, "missing required parameters.");
+const wrong = refusal(1, "wrong parameters.");
+const data = (action) => () => action().data;
+const dataDir = process.argv[2];
+
+await check([
+    ["log answers undefined", () => Log.logInfo({ moduleName: "m", logStr: "s" }), { success: true, data: undefined }],
+    ["log converts a number", data(() => Log.logWarning({ moduleName: "m", logStr: 5 })), undefined],
+    ["log without arguments", () => Log.logInfo(), missing],
+    ["log with a string for the object", () => Log.logInfo("moduleName"), missing],
+    ["log with an empty text", () => Log.logInfo({ moduleName: "m", logStr: "" }), missing],
+    ["log with null for the module", () => Log.logWarning({ moduleName: null, logStr: "s" }), missing],
+]);
+
+const stored = {
+    "an integer": -5, "a large integer": 2 ** 40, "beyond 2^53": 9007199254740993n, "the smallest": -(2n ** 63n),
+    "a fraction": 0.1, "minus zero": -0, "text with a NUL and a surrogate pair": "a\0\u{1f600}", "empty text": "",
+    "false": false, "nested": { a: [1, [2, { b: null }], "x"], "": 0, ["__proto__"]: 1 }, "an empty array": [],
+};
+await check(Object.entries(stored).flatMap(([name, value]) => [
+    [`configuration stores ${name}`, data(() => ConfigCenter.setValue({ key: `k ${name}`, value })), true],
+    [`configuration keeps ${name}`, data(() => ConfigCenter.value({ key: `k ${name}` })), value],
+    [`the disk keeps ${name}`, async () => {
+        await new Promise((resolve) => ConfigCenter.flushWrite({ key: `k ${name}`, value }, resolve));
+        return ConfigCenter.flushRead({ key: `k ${name}` }).data;
+    }, value],
+]));
+const flush = (member, options) => () => new Promise((resolve) => ConfigCenter[member](options, resolve));
+await check([
+    ["users do not share", () => {
+        ConfigCenter.setValue({ key: "u", value: 1, userId: "a" });
+        return [ConfigCenter.value({ key: "u", userId: "b" }).data, ConfigCenter.value({ key: "u", userId: "a" }).data];
+    }, [undefined, 1]],
+    ["a default for an absent key", data(() => ConfigCenter.value({ key: "absent", defaultValue: [1] })), [1]],
+    ["remove what is there", data(() => ConfigCenter.remove({ key: "u", userId: "a" })), true],
+    ["remove what is not", data(() => ConfigCenter.remove({ key: "u", userId: "a" })), false],
+    ["flushWrite reports", flush("flushWrite", { key: "f", value: { x: 1 } }), { key: "f", value: { x: 1 }, ok: true }],
+    ["flushWrite without a function", data(() => ConfigCenter.flushWrite({ key: "f", value: 2 })), true],
+    ["flushWrite with something else for the function", data(() => ConfigCenter.flushWrite({ key: "f", value: 2 }, 5)), true],
+    ["flushRemove reports", flush("flushRemove", { key: "f" }), { key: "f", value: undefined, ok: true }],
+    ["every member needs a key", () =>
+        ["setValue", "value", "remove", "flushRead", "flushWrite", "flushRemove"].filter((member) => {
+            try {
+                ConfigCenter[member]({ value: 1 });
+            } catch (error) {
+                return error.code !== 1 || error.msg !== missing.msg;
+            }
+            return true;
+        }), []],
+    ["setValue null", () => ConfigCenter.setValue({ key: "k", value: null }), missing],
+    ["flushWrite undefined", () => ConfigCenter.flushWrite({ key: "k", value: undefined }), missing],
+    ["setValue a function", () => ConfigCenter.setValue({ key: "k", value: [() => 1] }), wrong],
+]);
+
+const suite = SettingsManager.settings({ format: 0 });
+const file = SettingsManager.settings({ format: 1, path: `${dataDir}/a page.ini` });
+await check([
+    ["no options", () => SettingsManager.settings(), refusal(1, "Format is illegal.")],
+    ["no format", () => SettingsManager.settings({}), refusal(1, "Format is illegal.")],
+    ["an unreadable format", () => SettingsManager.settings({ format: "x" }), refusal(1, "Format is illegal.")],
+    ["a fraction as format", () => SettingsManager.settings({ format: 0.5 }), refusal(1, "Format is illegal.")],
+    ["format 1 without a path", () => SettingsManager.settings({ format: 1 }), missing],
+    ["parent steps and a file", () => SettingsManager.settings({ format: 1, path: "../../a.ini" }), refusal(1, "Path is illegal.")],
+    ["the plugin directory", () => SettingsManager.settings({ format: 1, path: `${dataDir}/x/../plugins/a.ini` }), refusal(1, "Path is illegal.")],
+    ["a NUL in the path", () => SettingsManager.settings({ format: 1, path: `${dataDir}/a.ini\0b` }), refusal(1, "Path is illegal.")],
+    ["an unset variable", () => SettingsManager.settings({ format: 1, path: "%NOT_SET_ANYWHERE%/a.ini" }).getValue({ key: "k", defaultValue: 3 }).data, 3],
+    ["the suite's store", () => {
+        suite.setValue({ key: "a/b", value: { x: [1] } });
+        return SettingsManager.settings({ format: 0 }).getValue({ key: "a/b" }).data;
+    }, { x: [1] }],
+    ["a file", () => {
+        file.setValue({ key: "a", value: "ü\u{1f600}" });
+        return SettingsManager.settings({ format: 1, path: `${dataDir}/a page.ini` }).getValue({ key: "a" }).data;
+    }, "ü\u{1f600}"],
+    ["a file that can not be written", () => SettingsManager.settings({ format: 1, path: "/proc/a.ini" }).setValue({ key: "k", value: 1 }),
+        refusal(3, "Setting is invalid.")],
+    ["no key", () => suite.setValue({ value: 1 }), missing],
+    ["no value", () => suite.setValue({ key: "k" }), missing],
+    ["read without a key", () => suite.getValue({}), missing],
+    ["a function as value", () => suite.setValue({ key: "k", value: { f() {} } }), wrong],
+]);
+
+const post = (options) => () => TelemetrySdk.postEvent({ eventName: "e", postContent: { a: "1" }, ...options });
+await check([
+    ["post", post({ pb: 1 }), { success: true, data: undefined }],
+    ["post with values of other types", post({ postContent: { a: 1, b: true, c: null, d: {} } }), { success: true, data: undefined }],
+    ["post without a name", post({ eventName: "" }), refusal(1, "empty event name")],
+    ["post nothing at all", () => TelemetrySdk.postEvent(), refusal(1, "empty event name")],
+    ...[10, 0, "x", null, 1.5, 2 ** 40].map((pb) => [`pb ${pb}`, post({ pb }), wrong]),
+    ...[1, 100, 1000, "100"].map((pb) => [`pb ${show(pb)} is sent`, () => post({ pb })().success, true]),
+    ...[undefined, null, "text", 5].map((postContent) => [`postContent ${postContent}`, post({ postContent }), wrong]),
+    ["an empty postContent", post({ postContent: {} }), refusal(1, "empty post content")],
+]);
+
+const profile = Profile.getProfileInfo().data;
+const trace = Profile.getBrowserTraceInfo().data;
+await check([
+    ["the profile's keys", () => Object.keys(profile).sort().join(), "c_cb,c_cb_ts,c_cbf_ts,c_l,c_l_ts,c_lf_ts"],
+    ["durations follow from the times", () =>
+        [profile.c_l - (profile.c_lf_ts - profile.c_l_ts), profile.c_cb - (profile.c_cbf_ts - profile.c_cb_ts)], [0, 0]],
+    ["times are today's", () => Math.abs(Date.now() - profile.c_cb_ts) < 60000, true],
+    ["the trace has the rest", () => Object.keys(trace).filter((key) => !(key in profile)).sort().join(),
+        "appid,browserid,c_cb_ld,c_cb_ld_ts,c_l_rd,c_l_rd_ts,pid,sessionid"],
+    ["the trace id agrees", () => same(Profile.getBrowserTraceId().data, { pid: trace.pid, appid: trace.appid, browserid: trace.browserid }), true],
+    ["the language with its region", data(() => Product.language()), "de_AT"],
+    ["the language alone", data(() => Product.language({ format: 0 })), "de"],
+    ["an unreadable format is 0", data(() => Product.language({ format: {} })), "de"],
+    ["a product string", data(() => Product.getProductString({ key: "Section" })), "of 37"],
+    ["a product string by option", data(() => Product.getProductString({ key: "Section", option: 4 })), "of 4"],
+    ["a product string that is not there", data(() => Product.getProductString()), ""],
+    ["a configuration text", data(() => Product.getConfigString("text")), "from the profile"],
+    ["a configuration number", data(() => Product.getConfigInt("number")), 12],
+    ["a configuration by a number", data(() => Product.getConfigString(5)), ""],
+    ["the PDF switch", data(() => Product.isPDFStandAlone()), true],
+    ["versions", data(() => Product.getAppVersionInfo()), { platform: "linux", product: "Test Office" }],
+    ["the display scale", data(() => Novaoffice.getCurrentNovaDpi()), 1.5],
+    ["the installation", () => ["getNovaVersion", "getApplicationName", "getGuid", "getUuid", "getHdid", "getChannel", "getNovaofficeInstallPath"]
+        .map((member) => Novaoffice[member]().data), ["9.8.7", "testoffice", "g", "u", "h", "c", "/opt/test office"]],
+    ["the machine", () => [typeof Novaoffice.getComputerName().data, Novaoffice.getSystemUserName().data.length > 0], ["string", true]],
+]);
+exit(failures ? 1 : 0);

@@ -1,13 +1,14 @@
-// Core: the stand-in's JS core. Engines and the command-line tool use this face of it; the library sees IVEXJSCore.
+// Core: the stand-in's JS core. Engines and the command-line tool use this face of it; the library sees
+// IVEXJSCore.
 //
 // One a process. Everything here runs on the GUI thread.
 #pragma once
 
+#include "host/vexlite/ref.h"
+#include "host/vexlite/scriptpage.h"
 #include "vexlite/jscore.h"
 #include "vexlite/jsmemberlist.h"
-#include "host/vexlite/ref.h"
 #include "vexlite/registrymap.h"
-#include "host/vexlite/scriptpage.h"
 
 #include <functional>
 #include <memory>
@@ -31,8 +32,17 @@ struct LiveCounts {
     int pages = 0;
     int objects = 0; ///< native objects held by script wrappers
     int listeners = 0;
-    int promises = 0; ///< pending ones
+    int promises = 0;  ///< pending ones
     int functions = 0; ///< script functions that native code keeps and could still call
+};
+
+/// What script can make the core hold or do, so that no page can exhaust the process. What would exceed a
+/// limit is refused: a listener and a dispatch with KR_REJECTED, a promise by not being made.
+struct CoreLimits {
+    static constexpr int listenersPerPage = 100'000;
+    static constexpr int pendingPromisesPerPage = 100'000;
+    static constexpr int eventNameLength = 4'096; ///< UTF-16 units
+    static constexpr int nestedDispatches = 64;   ///< over all hubs and pages
 };
 
 /// One finished call, as the trace hook saw it.
@@ -66,7 +76,8 @@ class Core {
 public:
     /// Starts the core of this process. There must be none.
     static Core& start(const CoreServices& services);
-    /// Ends it; all pages must be closed. Does nothing when there is none.
+    /// Ends it; all pages should be closed, those that are not are closed now. Does nothing when there is
+    /// none. Hubs stay valid without a core, since native objects keep them, but hold and accept nothing.
     static void stop();
     /// The core, also when `services.jsCore` hides it from the library; null before start and after stop.
     static Core* instance();
@@ -95,28 +106,29 @@ public:
     virtual Ref<IJSExtentionObject> createUninitialised(const QString& scriptName) = 0;
 
     /// Calls a method or reads a property (no arguments are looked at then), tracing it. The status is 0 when
-    /// `exception` is empty; a failure that filled no exception gets one here.
-    virtual KResult call(IJSExtentionObject* object, const JSContextEnv& context, std::int32_t id, JSAccess access,
-        JSApiArguments& arguments, KJSVariant& result, KJSVariant& exception)
-        = 0;
+    /// `exception` is empty; a failure that filled no exception gets one here. The caller holds a reference
+    /// to `object` meanwhile, and `id` is one of its published table.
+    virtual KResult call(IJSExtentionObject* object, const JSContextEnv& context, std::int32_t id,
+        JSAccess access, JSApiArguments& arguments, KJSVariant& result, KJSVariant& exception) = 0;
 
     /// Counted by the engines: native objects that script wrappers hold, functions that native code keeps.
     virtual void addLiveObjects(int change) = 0;
     virtual void addLiveFunctions(int change) = 0;
     virtual LiveCounts liveCounts() const = 0;
 
-    /// Called after each call; an empty function ends tracing.
+    /// Called after each call; an empty function ends tracing. Without the trace hook's service nothing is
+    /// traced.
     virtual void setTracer(std::function<void(const TracedCall&)> tracer) = 0;
-    /// Hides members whose category mask shares a bit with `mask`; 0 hides none. Holds for tables published from now
-    /// on.
+    /// Hides members whose category mask shares a bit with `mask`; 0 hides none. Holds for tables published
+    /// from now on.
     virtual void setDenyMask(std::uint32_t mask) = 0;
 };
 
-/// The promise behind a result value, for engines: the identifier that ScriptPage::createPromise got, or 0 when `object`
-/// is no promise of this core.
+/// The promise behind a result value, for engines: the identifier that ScriptPage::createPromise got, or 0
+/// when `object` is no promise of this core.
 std::int64_t promiseHandle(IUnknown* object);
 
 /// The failure object {"success": false, "code", "msg"} that script sees as an Error.
 KJSVariant makeFailure(std::int32_t code, const QString& message);
 
-}
+} // namespace vexlite

@@ -1,8 +1,8 @@
 // The stand-in's own objects and arrays: what script values become on their way to the library.
 #pragma once
 
-#include "vexlite/jsonvalue.h"
 #include "host/vexlite/ref.h"
+#include "vexlite/jsonvalue.h"
 
 namespace vexlite {
 
@@ -13,11 +13,12 @@ inline constexpr int maximumDepth = 1000;
 Ref<IJSONValue> makeScriptObject();
 Ref<IJSArray> makeScriptArray();
 
+/// A null text becomes a string without a buffer, and textOf reads that as null again.
 KJSVariant makeText(const QString& text);
-/// The text of a string value; empty for other types.
+/// The text of a string value; null for other types.
 QString textOf(const KJSVariant& value);
 /// The object, or array, that a value holds, borrowed; null for other types.
 IJSONValue* objectOf(const KJSVariant& value);
 IJSArray* arrayOf(const KJSVariant& value);
 
-}
+} // namespace vexlite

@@ -1,0 +1,43 @@
+// Members: the script functions behind the methods and properties of native classes.
+#pragma once
+
+#include "host/jsc/api.h"
+#include "vexlite/jsmemberlist.h"
+
+#include <memory>
+#include <vector>
+
+namespace engine::jsc {
+
+class PageState;
+struct NativeClass;
+
+/// One member of a class in one page.
+struct NativeMember {
+    PageState* page;
+    const NativeClass* nativeClass;
+    QString name;
+    std::int32_t id;
+    JSAccess access;
+    JSObjectRef function;
+};
+
+/// A native class in one page: the prototype of its wrappers.
+struct NativeClass {
+    QString tag; ///< "NovaExtension.Log"
+    std::int64_t typeId;
+    JSObjectRef prototype;
+    JSObjectRef factory; ///< makes an empty wrapper
+    std::vector<std::unique_ptr<NativeMember>> members;
+};
+
+/// Builds the class for a list of published members. Its script objects are roots until dropClass. [GUI
+/// thread]
+std::unique_ptr<NativeClass> makeClass(
+    PageState& page, const QString& tag, std::int64_t typeId, IJSMemberList& members);
+/// Gives the roots back; the functions that script still has refuse to be called.
+void dropClass(PageState& page, const NativeClass& nativeClass);
+/// True for the function of a member.
+bool isMemberFunction(JSObjectRef function);
+
+} // namespace engine::jsc

@@ -1,0 +1,133 @@
+#include "host/jsc/natives.h"
+
+#include "host/jsc/pagestate.h"
+
+#include <cmath>
+
+namespace engine::jsc {
+
+namespace {
+
+using Arguments = const JSValueRef*;
+using Handler = JSValueRef (*)(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef* exception);
+
+bool truth(JSContextRef ctx, JSValueRef value)
+{
+    return JSValueToBoolean(ctx, value);
+}
+
+int integer(JSContextRef ctx, JSValueRef value)
+{
+    return static_cast<int>(JSValueToInt32(ctx, value, nullptr));
+}
+
+// The prelude alone calls these, always with all their arguments; a closed page's calls do nothing.
+template <std::size_t Count, Handler handler>
+JSValueRef callback(JSContextRef ctx, JSObjectRef, JSObjectRef, std::size_t count,
+    const JSValueRef arguments[], JSValueRef* exception)
+{
+    PageState* page = Engine::pageOf(ctx);
+    if (!page || !page->isLive() || count != Count)
+        return JSValueMakeUndefined(ctx);
+    const std::shared_ptr<PageState> keep = page->shared_from_this();
+    const NativeScope scope(*page);
+    return handler(*page, ctx, arguments, exception);
+}
+
+JSValueRef print(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef*)
+{
+    page.print(stringOf(ctx, arguments[0]), truth(ctx, arguments[1]));
+    return JSValueMakeUndefined(ctx);
+}
+
+JSValueRef uncaught(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef*)
+{
+    const bool hasCode = JSValueIsNumber(ctx, arguments[2]);
+    page.reportUncaught({ stringOf(ctx, arguments[0]), stringOf(ctx, arguments[1]),
+        hasCode ? integer(ctx, arguments[2]) : 0, hasCode });
+    return JSValueMakeUndefined(ctx);
+}
+
+JSValueRef finish(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef*)
+{
+    Outcome outcome;
+    outcome.ok = truth(ctx, arguments[1]);
+    outcome.text = stringOf(ctx, arguments[2]);
+    outcome.json = stringOf(ctx, arguments[3]);
+    outcome.stack = stringOf(ctx, arguments[4]);
+    outcome.hasCode = JSValueIsNumber(ctx, arguments[5]);
+    outcome.code = outcome.hasCode ? integer(ctx, arguments[5]) : 0;
+    page.finish(integer(ctx, arguments[0]), outcome);
+    return JSValueMakeUndefined(ctx);
+}
+
+JSValueRef awaited(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef*)
+{
+    page.awaited(integer(ctx, arguments[0]), arguments[1]);
+    return JSValueMakeUndefined(ctx);
+}
+
+JSValueRef startTimer(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef* exception)
+{
+    const int timer = page.timers().start(
+        asObject(arguments[0]), JSValueToNumber(ctx, arguments[1], nullptr), truth(ctx, arguments[2]));
+    if (!timer)
+        *exception = page.prelude().makeRangeError(QStringLiteral("too many timers"));
+    return JSValueMakeNumber(ctx, timer);
+}
+
+JSValueRef clearTimer(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef*)
+{
+    page.timers().cancel(integer(ctx, arguments[0]));
+    return JSValueMakeUndefined(ctx);
+}
+
+JSValueRef exitPage(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef*)
+{
+    page.exitWith(integer(ctx, arguments[0]));
+    return JSValueMakeUndefined(ctx);
+}
+
+JSValueRef isProxy(PageState&, JSContextRef ctx, Arguments arguments, JSValueRef*)
+{
+    // The global object is one as well, of the engine's own making.
+    const bool is = JSValueIsObject(ctx, arguments[0]) && arguments[0] != JSContextGetGlobalObject(ctx)
+        && JSObjectGetProxyTarget(asObject(arguments[0]));
+    return JSValueMakeBoolean(ctx, is);
+}
+
+JSValueRef isNative(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef*)
+{
+    return JSValueMakeBoolean(
+        ctx, JSValueIsObject(ctx, arguments[0]) && page.wrappers().isNative(asObject(arguments[0])));
+}
+
+JSValueRef makeGetter(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef*)
+{
+    return page.wrappers().makeRootGetter(stringOf(ctx, arguments[0]));
+}
+
+} // namespace
+
+JSObjectRef makeNatives(JSGlobalContextRef ctx)
+{
+    JSObjectRef natives = JSObjectMake(ctx, nullptr, nullptr);
+    const auto add = [&](const char* name, JSObjectCallAsFunctionCallback function) {
+        const Text text(name);
+        JSObjectSetProperty(ctx, natives, text, JSObjectMakeFunctionWithCallback(ctx, text, function),
+            kJSPropertyAttributeNone, nullptr);
+    };
+    add("print", callback<2, print>);
+    add("uncaught", callback<3, uncaught>);
+    add("finish", callback<6, finish>);
+    add("awaited", callback<2, awaited>);
+    add("startTimer", callback<3, startTimer>);
+    add("clearTimer", callback<1, clearTimer>);
+    add("exit", callback<1, exitPage>);
+    add("isProxy", callback<1, isProxy>);
+    add("isNative", callback<1, isNative>);
+    add("makeGetter", callback<1, makeGetter>);
+    return natives;
+}
+
+} // namespace engine::jsc

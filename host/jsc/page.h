@@ -1,0 +1,26 @@
+// JscPage: the page that the host holds.
+#pragma once
+
+#include "host/engine/page.h"
+#include "host/jsc/pagestate.h"
+
+namespace engine::jsc {
+
+class JscPage final : public Page {
+public:
+    JscPage(std::shared_ptr<Engine> engine, const PageOptions& options, PageHost host);
+    ~JscPage() override;
+
+    JSContextEnv context() const override { return m_state->env(); }
+    void run(const QString& source, const QString& fileName, Done done) override;
+    void evaluate(const QString& source, Done done) override;
+    QStringList propertyNames(const QString& path) override;
+    void close() override { m_state->close(); }
+
+private:
+    void declareAwaited(int ticket, const QString& awaited, const QString& declaration);
+
+    std::shared_ptr<PageState> m_state;
+};
+
+} // namespace engine::jsc

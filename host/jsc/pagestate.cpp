@@ -1,0 +1,210 @@
+#include "host/jsc/pagestate.h"
+
+#include "host/jsc/natives.h"
+
+namespace engine::jsc {
+
+PageState::PageState(std::shared_ptr<Engine> engine, PageHost host)
+    : m_engine(std::move(engine))
+    , m_host(std::move(host))
+    , m_ctx(JSGlobalContextCreateInGroup(m_engine->group(), nullptr))
+    , m_wrappers(*this)
+    , m_functions(*this)
+    , m_promises(*this)
+    , m_timers(std::make_unique<Timers>(*this))
+{
+}
+
+PageState::~PageState()
+{
+    tearDown();
+}
+
+void PageState::open(const PageOptions& options)
+{
+    m_env = vexlite::Core::instance()->openPage(this, options.browser);
+    m_engine->addPage(m_ctx, this);
+    const Entry entry(*this);
+    m_prelude.load(m_ctx, makeNatives(m_ctx));
+    JSGlobalContextSetUnhandledRejectionCallback(m_ctx, m_engine->rejectionListener(), nullptr);
+
+    const auto list = [&](const QStringList& texts) {
+        std::vector<JSValueRef> none(static_cast<std::size_t>(texts.size()), JSValueMakeUndefined(m_ctx));
+        JSObjectRef array = JSObjectMakeArray(m_ctx, none.size(), none.data(), nullptr);
+        for (int i = 0; i < texts.size(); ++i)
+            JSObjectSetPropertyAtIndex(
+                m_ctx, array, static_cast<unsigned>(i), makeString(m_ctx, texts[i]), nullptr);
+        return array;
+    };
+    m_prelude.call(m_prelude.makeProcess, nullptr, list(options.arguments));
+    const JSValueRef root =
+        m_prelude.call(m_prelude.makeRoot, nullptr, list(vexlite::Core::instance()->objectNames()));
+    m_wrappers.setRoot(asObject(root));
+}
+
+void PageState::close()
+{
+    if (m_closing)
+        return;
+    m_closing = true;
+    if (m_depth == 0)
+        return tearDown();
+    // Should microtasks be running now, those that follow are not seen any more.
+    m_prelude.call(m_prelude.afterThis, nullptr,
+        JSObjectMakeFunctionWithCallback(m_ctx, Text("mute"),
+            [](JSContextRef ctx, JSObjectRef, JSObjectRef, std::size_t, const JSValueRef[], JSValueRef*) {
+                if (PageState* page = Engine::pageOf(ctx))
+                    page->mute();
+                return JSValueMakeUndefined(ctx);
+            }));
+}
+
+void PageState::leaveOutermost()
+{
+    m_promises.dropSettled();
+    if (!m_closing)
+        return;
+    // Script that the engine itself has started may still be running, so this waits for the event loop.
+    m_muted = true;
+    const std::shared_ptr<PageState> self = shared_from_this();
+    QMetaObject::invokeMethod(
+        m_timers->mailbox(),
+        [self] {
+            if (self->m_depth == 0)
+                self->tearDown();
+        },
+        Qt::QueuedConnection);
+}
+
+void PageState::tearDown()
+{
+    if (!m_ctx)
+        return;
+    const std::shared_ptr<PageState> self = weak_from_this().lock();
+    const JSGlobalContextRef ctx = m_ctx;
+    m_closing = m_muted = true;
+    m_tickets.clear();
+    m_continuations.clear();
+    m_timers->stop();
+    if (vexlite::Core::instance())
+        vexlite::Core::instance()->closePage(m_env);
+    m_functions.clear();
+    m_promises.clear();
+    m_wrappers.clear();
+    m_shapes.clear(ctx);
+    m_engine->removePage(ctx, this);
+    if (m_prelude.keys)
+        m_prelude.unload();
+    m_ctx = nullptr;
+    JSGlobalContextRelease(ctx);
+}
+
+void PageState::print(const QString& line, bool isError)
+{
+    if (isLive() && !m_hostGone && m_host.console)
+        m_host.console(line, isError);
+}
+
+void PageState::exitWith(int code)
+{
+    if (!isLive() || m_closing)
+        return;
+    if (!m_hostGone && m_host.exitRequested)
+        m_host.exitRequested(code);
+    close();
+}
+
+void PageState::reportThrown(JSValueRef error)
+{
+    if (isLive())
+        reportUncaught(m_prelude.describe(error));
+}
+
+void PageState::reportUncaught(const ErrorFacts& facts)
+{
+    if (!isLive() || m_hostGone || !m_host.uncaughtError)
+        return;
+    Outcome outcome;
+    outcome.text = facts.text;
+    outcome.stack = facts.stack;
+    outcome.code = facts.code;
+    outcome.hasCode = facts.hasCode;
+    m_host.uncaughtError(outcome);
+}
+
+int PageState::addTicket(Page::Done done)
+{
+    m_tickets.emplace(++m_lastTicket, std::move(done));
+    return m_lastTicket;
+}
+
+void PageState::finish(int ticket, const Outcome& outcome)
+{
+    const auto found = m_tickets.find(ticket);
+    if (found == m_tickets.end() || !isLive())
+        return;
+    const std::shared_ptr<PageState> self = shared_from_this();
+    QMetaObject::invokeMethod(
+        m_timers->mailbox(),
+        [self, done = std::move(found->second), outcome] {
+            if (self->isLive() && !self->m_hostGone && done)
+                done(outcome);
+        },
+        Qt::QueuedConnection);
+    m_tickets.erase(found);
+    m_continuations.erase(ticket);
+}
+
+void PageState::addContinuation(int ticket, std::function<void(JSValueRef)> then)
+{
+    m_continuations.emplace(ticket, std::move(then));
+}
+
+void PageState::awaited(int ticket, JSValueRef value)
+{
+    const auto node = m_continuations.extract(ticket);
+    if (!node.empty() && isLive())
+        node.mapped()(value);
+}
+
+bool PageState::createPromise(std::int64_t promise)
+{
+    const Entry entry(*this);
+    return entry && m_promises.create(promise);
+}
+
+void PageState::settlePromise(std::int64_t promise, JSPromiseState state, const KJSVariant& value)
+{
+    if (const Entry entry(*this); entry)
+        m_promises.settle(promise, state, value);
+}
+
+Entry::Entry(PageState& page)
+{
+    if (!page.hasContext() || (page.m_depth == 0 && !page.isLive()))
+        return;
+    m_page = page.shared_from_this();
+    m_entered = true;
+    ++page.m_depth;
+    page.engine().enter();
+    JSLock(page.ctx());
+}
+
+Entry::~Entry()
+{
+    if (!m_entered)
+        return;
+    PageState& page = *m_page;
+    const bool isLast = page.m_depth == 1;
+    if (isLast && page.m_closing)
+        page.mute();
+    JSUnlock(page.ctx());
+    page.engine().leave();
+    if (--page.m_depth)
+        return;
+    page.m_promises.dropSettled();
+    if (page.m_closing)
+        page.tearDown();
+}
+
+} // namespace engine::jsc

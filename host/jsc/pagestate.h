@@ -1,0 +1,131 @@
+// PageState: one page's script context and everything that hangs on it. It outlasts the Page that the host
+// holds for as long as a call of the page is on the stack.
+#pragma once
+
+#include "host/jsc/engine.h"
+#include "host/jsc/prelude.h"
+#include "host/jsc/promises.h"
+#include "host/jsc/scriptfunction.h"
+#include "host/jsc/shapes.h"
+#include "host/jsc/timers.h"
+#include "host/jsc/wrappers.h"
+
+#include <memory>
+#include <unordered_map>
+
+namespace engine::jsc {
+
+/// [GUI thread] Life: open, then closing (close() was called while script of the page runs), then closed.
+class PageState final : public vexlite::ScriptPage, public std::enable_shared_from_this<PageState> {
+public:
+    /// Makes the context; open() does the rest.
+    PageState(std::shared_ptr<Engine> engine, PageHost host);
+    ~PageState() override;
+    /// Announces the page to the core and gives its script what it finds there.
+    void open(const PageOptions& options);
+
+    /// Closes now, or when the outermost call of the page has returned.
+    void close();
+    /// The host has gone: it hears nothing any more.
+    void forgetHost() { m_hostGone = true; }
+    /// False from the moment on when nothing the page does may be seen any more.
+    bool isLive() const { return !m_muted; }
+    /// False when the context itself has gone.
+    bool hasContext() const { return m_ctx; }
+    /// Ends what the page can do, before the microtasks of the last call.
+    void mute() { m_muted = true; }
+
+    Engine& engine() const { return *m_engine; }
+    JSGlobalContextRef ctx() const { return m_ctx; }
+    const JSContextEnv& env() const { return m_env; }
+    const Prelude& prelude() const { return m_prelude; }
+    Shapes& shapes() { return m_shapes; }
+    Wrappers& wrappers() { return m_wrappers; }
+    Functions& functions() { return m_functions; }
+    Promises& promises() { return m_promises; }
+    Timers& timers() { return *m_timers; }
+    /// Calls of the page that are on the stack.
+    int depth() const { return m_depth; }
+
+    // What script tells the host.
+    void print(const QString& line, bool isError);
+    void exitWith(int code);
+    void reportThrown(JSValueRef error);
+    void reportUncaught(const ErrorFacts& facts);
+    void reportUncaught(const QString& text) { reportUncaught({ text, {}, 0, false }); }
+
+    /// Keeps `done` until finish() is called with the ticket.
+    int addTicket(Page::Done done);
+    /// Hands the outcome to the waiting host from the event loop.
+    void finish(int ticket, const Outcome& outcome);
+    /// Calls `then` with the value that settleWith() awaited for this ticket.
+    void addContinuation(int ticket, std::function<void(JSValueRef)> then);
+    void awaited(int ticket, JSValueRef value);
+
+    bool createPromise(std::int64_t promise) override;
+    void settlePromise(std::int64_t promise, JSPromiseState state, const KJSVariant& value) override;
+
+private:
+    friend class Entry;
+    friend class NativeScope;
+    void leaveOutermost();
+    void tearDown();
+
+    std::shared_ptr<Engine> m_engine;
+    PageHost m_host;
+    JSGlobalContextRef m_ctx;
+    JSContextEnv m_env {};
+    Prelude m_prelude;
+    Shapes m_shapes;
+    Wrappers m_wrappers;
+    Functions m_functions;
+    Promises m_promises;
+    std::unique_ptr<Timers> m_timers;
+    std::unordered_map<int, Page::Done> m_tickets;
+    std::unordered_map<int, std::function<void(JSValueRef)>> m_continuations;
+    int m_lastTicket = 0;
+    int m_depth = 0;
+    bool m_closing = false;
+    bool m_muted = false;
+    bool m_hostGone = false;
+};
+
+/// A call from the host into the page. Microtasks run when the outermost one ends, and a page that was closed
+/// meanwhile goes then.
+class Entry {
+public:
+    explicit Entry(PageState& page);
+    ~Entry();
+    Entry(const Entry&) = delete;
+    Entry& operator=(const Entry&) = delete;
+    /// False when the page has closed: there is no context.
+    explicit operator bool() const { return m_entered; }
+
+private:
+    std::shared_ptr<PageState> m_page;
+    bool m_entered = false;
+};
+
+/// A call from the page's script into native code, which may close the page.
+class NativeScope {
+public:
+    explicit NativeScope(PageState& page)
+        : m_page(page)
+    {
+        ++m_page.m_depth;
+        m_page.engine().enter();
+    }
+    ~NativeScope()
+    {
+        m_page.engine().leave();
+        if (--m_page.m_depth == 0)
+            m_page.leaveOutermost();
+    }
+    NativeScope(const NativeScope&) = delete;
+    NativeScope& operator=(const NativeScope&) = delete;
+
+private:
+    PageState& m_page;
+};
+
+} // namespace engine::jsc

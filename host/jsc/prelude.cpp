@@ -1,0 +1,128 @@
+#include "host/jsc/prelude.h"
+
+#include <algorithm>
+
+namespace engine::jsc {
+
+void Prelude::load(JSGlobalContextRef ctx, JSObjectRef native)
+{
+    m_ctx = ctx;
+    JSValueRef exception = nullptr;
+    const JSValueRef maker =
+        JSEvaluateScript(ctx, Text(preludeSource), nullptr, Text("prelude.js"), 1, &exception);
+    const JSValueRef made =
+        maker ? JSObjectCallAsFunction(ctx, asObject(maker), nullptr, 1, &native, &exception) : nullptr;
+    if (!made) {
+        const Text text = Text::adopt(JSValueToStringCopy(ctx, exception, nullptr));
+        qFatal("the page prelude does not run: %s", qUtf8Printable(text.toQString()));
+    }
+    m_functions = asObject(made);
+    JSValueProtect(ctx, m_functions);
+
+    // The object of functions keeps them all.
+    const auto take = [&](const char* name) {
+        return asObject(JSObjectGetProperty(ctx, m_functions, Text(name), nullptr));
+    };
+    keys = take("keys");
+    objectPrototype = take("objectPrototype");
+    settle = take("settle");
+    settleWith = take("settleWith");
+    run = take("run");
+    fail = take("fail");
+    propertyNames = take("propertyNames");
+    afterThis = take("afterThis");
+    makeProcess = take("makeProcess");
+    makeRoot = take("makeRoot");
+    bindRoot = take("bindRoot");
+    makeClass = take("makeClass");
+    addMethod = take("addMethod");
+    addGetter = take("addGetter");
+    spread = take("spread");
+    bare = take("bare");
+    m_makeError = take("makeError");
+    m_errorFromObject = take("errorFromObject");
+    m_makeTypeError = take("makeTypeError");
+    m_makeRangeError = take("makeRangeError");
+    m_describeError = take("describeError");
+
+    m_languagePrototypes = asObject(call(take("languagePrototypes"), nullptr));
+    JSValueProtect(ctx, m_languagePrototypes);
+    const auto count = static_cast<unsigned>(JSValueToNumber(
+        ctx, JSObjectGetProperty(ctx, m_languagePrototypes, Text("length"), nullptr), nullptr));
+    m_kinds.reserve(count / 2);
+    for (unsigned i = 0; i + 1 < count; i += 2) {
+        m_kinds.emplace_back(asObject(JSObjectGetPropertyAtIndex(ctx, m_languagePrototypes, i + 1, nullptr)),
+            stringOf(ctx, JSObjectGetPropertyAtIndex(ctx, m_languagePrototypes, i, nullptr)));
+    }
+    std::sort(m_kinds.begin(), m_kinds.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+}
+
+void Prelude::unload()
+{
+    JSValueUnprotect(m_ctx, m_functions);
+    JSValueUnprotect(m_ctx, m_languagePrototypes);
+    *this = {};
+}
+
+JSValueRef Prelude::orUndefined(JSValueRef value, JSValueRef exception) const
+{
+    if (value)
+        return value;
+    return exception ? exception : JSValueMakeUndefined(m_ctx);
+}
+
+JSValueRef Prelude::makeError(int code, const QString& msg) const
+{
+    JSValueRef exception = nullptr;
+    const JSValueRef error = call(m_makeError, &exception, JSValueMakeBoolean(m_ctx, false),
+        JSValueMakeNumber(m_ctx, code), makeString(m_ctx, msg));
+    return orUndefined(error, exception);
+}
+
+JSValueRef Prelude::errorFromObject(JSValueRef failure) const
+{
+    JSValueRef exception = nullptr;
+    const JSValueRef error = call(m_errorFromObject, &exception, failure);
+    return orUndefined(error, exception);
+}
+
+JSValueRef Prelude::makeTypeError(const QString& message) const
+{
+    JSValueRef exception = nullptr;
+    const JSValueRef error = call(m_makeTypeError, &exception, makeString(m_ctx, message));
+    return orUndefined(error, exception);
+}
+
+JSValueRef Prelude::makeRangeError(const QString& message) const
+{
+    JSValueRef exception = nullptr;
+    const JSValueRef error = call(m_makeRangeError, &exception, makeString(m_ctx, message));
+    return orUndefined(error, exception);
+}
+
+ErrorFacts Prelude::describe(JSValueRef error) const
+{
+    const JSValueRef facts = call(m_describeError, nullptr, error);
+    if (!facts)
+        return { QStringLiteral("an error that can not be shown"), {}, 0, false };
+    const auto at = [&](unsigned index) {
+        return JSObjectGetPropertyAtIndex(m_ctx, asObject(facts), index, nullptr);
+    };
+    ErrorFacts out;
+    out.text = stringOf(m_ctx, at(0));
+    out.stack = stringOf(m_ctx, at(1));
+    const JSValueRef code = at(2);
+    out.hasCode = JSValueIsNumber(m_ctx, code);
+    if (out.hasCode)
+        out.code = static_cast<int>(JSValueToInt32(m_ctx, code, nullptr));
+    return out;
+}
+
+const QString* Prelude::languageKind(JSObjectRef prototype) const
+{
+    const auto found = std::lower_bound(m_kinds.begin(), m_kinds.end(), prototype,
+        [](const auto& entry, JSObjectRef wanted) { return entry.first < wanted; });
+    return found != m_kinds.end() && found->first == prototype ? &found->second : nullptr;
+}
+
+} // namespace engine::jsc

@@ -1,0 +1,141 @@
+#include "host/jsc/scriptfunction.h"
+
+#include "host/jsc/fromscript.h"
+#include "host/jsc/pagestate.h"
+#include "host/jsc/toscript.h"
+
+#include <QCoreApplication>
+#include <QThread>
+
+namespace engine::jsc {
+
+ScriptFunction::ScriptFunction(PageState& page, JSObjectRef function)
+    : m_page(&page)
+    , m_function(function)
+    , m_env(page.env())
+{
+}
+
+KResult ScriptFunction::QueryInterface(const KIID& iid, void** out)
+{
+    if (iid == IID_IUnknown || iid == IID_IJSFunction) {
+        AddRef();
+        *out = static_cast<IJSFunction*>(this);
+        return KR_OK;
+    }
+    *out = nullptr;
+    return KR_NO_INTERFACE;
+}
+
+std::uint32_t ScriptFunction::Release()
+{
+    const std::uint32_t left = m_references.fetch_sub(1, std::memory_order_acq_rel) - 1;
+    if (left)
+        return left;
+    QCoreApplication* application = QCoreApplication::instance();
+    if (!application || application->thread() == QThread::currentThread())
+        end();
+    else
+        QMetaObject::invokeMethod(
+            application, [this] { end(); }, Qt::QueuedConnection);
+    return 0;
+}
+
+void ScriptFunction::end()
+{
+    if (m_page)
+        m_page->functions().letGo(this);
+    delete this;
+}
+
+KResult ScriptFunction::Call(const JSApiArguments& arguments, KJSVariant* result)
+{
+    if (result)
+        *result = {};
+    if (!m_page || !m_page->isLive())
+        return KR_NOT_AVAILABLE;
+    // The call may end this handle, and the page.
+    const std::shared_ptr<PageState> page = m_page->shared_from_this();
+    JSObjectRef function = m_function;
+    const Entry entry(*page);
+    if (!entry)
+        return KR_NOT_AVAILABLE;
+    if (!page->engine().canNest()) {
+        page->reportUncaught(QStringLiteral("RangeError: Maximum call stack size exceeded."));
+        return KR_REJECTED;
+    }
+
+    constexpr std::size_t inlineCount = 16;
+    JSContextRef ctx = page->ctx();
+    JSValueRef values[inlineCount];
+    JSValueRef exception = nullptr;
+    JSValueRef answer = nullptr;
+    ToScript toScript(*page);
+    if (arguments.size() <= inlineCount) {
+        std::size_t count = 0;
+        for (const KJSVariant& argument : arguments) {
+            values[count] = toScript.value(argument.raw());
+            if (!values[count++]) {
+                page->reportThrown(toScript.thrown());
+                return KR_REJECTED;
+            }
+        }
+        answer = JSObjectCallAsFunction(ctx, function, nullptr, count, values, &exception);
+    } else {
+        JSValueRef list = toScript.list(
+            arguments.size(), [&](std::size_t i) -> const MVARIANT& { return arguments[i].raw(); });
+        if (!list) {
+            page->reportThrown(toScript.thrown());
+            return KR_REJECTED;
+        }
+        answer =
+            page->prelude().call(page->prelude().spread, &exception, static_cast<JSValueRef>(function), list);
+    }
+    if (!answer) {
+        page->reportThrown(exception ? exception : JSValueMakeUndefined(ctx));
+        return KR_REJECTED;
+    }
+    if (!result)
+        return KR_OK;
+    FromScript fromScript(*page);
+    if (fromScript.read(answer, *result))
+        return KR_OK;
+    *result = {};
+    page->reportUncaught(QStringLiteral("the answer of a function: ") + fromScript.problem());
+    return KR_REJECTED;
+}
+
+bool ScriptFunction::IsSame(const IJSFunction& other) const
+{
+    const auto* mine = dynamic_cast<const ScriptFunction*>(&other);
+    return mine && mine->m_function == m_function && mine->m_env == m_env;
+}
+
+ScriptFunction* Functions::keep(JSObjectRef function)
+{
+    auto* kept = new ScriptFunction(m_page, function);
+    JSValueProtect(m_page.ctx(), function);
+    m_kept.insert(kept);
+    vexlite::Core::instance()->addLiveFunctions(1);
+    return kept;
+}
+
+void Functions::letGo(ScriptFunction* function)
+{
+    if (!m_kept.erase(function))
+        return;
+    JSValueUnprotect(m_page.ctx(), function->m_function);
+    if (vexlite::Core* core = vexlite::Core::instance())
+        core->addLiveFunctions(-1);
+}
+
+void Functions::clear()
+{
+    while (!m_kept.empty()) {
+        ScriptFunction* function = *m_kept.begin();
+        letGo(function);
+        function->m_page = nullptr;
+    }
+}
+
+} // namespace engine::jsc

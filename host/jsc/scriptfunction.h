@@ -1,0 +1,62 @@
+// ScriptFunction: a function of the page that native code keeps.
+#pragma once
+
+#include "host/jsc/api.h"
+#include "vexlite/jsonvalue.h"
+
+#include <atomic>
+#include <unordered_set>
+
+namespace engine::jsc {
+
+class PageState;
+
+/// Keeps its script function as long as both it and the page live.
+class ScriptFunction final : public IJSFunction {
+public:
+    KResult QueryInterface(const KIID& iid, void** out) override;
+    std::uint32_t AddRef() override { return m_references.fetch_add(1, std::memory_order_relaxed) + 1; }
+    /// [any thread] Another thread than the GUI's leaves the end to the event loop.
+    std::uint32_t Release() override;
+
+    KResult Call(const JSApiArguments& arguments, KJSVariant* result) override;
+    bool IsSame(const IJSFunction& other) const override;
+    JSContextEnv Context() const override { return m_env; }
+
+    /// The function, when it is one of `page`; else null.
+    JSObjectRef functionOf(const PageState& page) const { return m_page == &page ? m_function : nullptr; }
+
+private:
+    friend class Functions;
+    ScriptFunction(PageState& page, JSObjectRef function);
+    ~ScriptFunction() = default;
+    void end();
+
+    std::atomic<std::uint32_t> m_references { 1 };
+    PageState* m_page; ///< null once the page has closed
+    JSObjectRef m_function;
+    JSContextEnv m_env;
+};
+
+/// The functions of one page that native code keeps. [GUI thread]
+class Functions {
+public:
+    explicit Functions(PageState& page)
+        : m_page(page)
+    {
+    }
+
+    /// A new handle with one reference for the caller.
+    ScriptFunction* keep(JSObjectRef function);
+    /// Lets go of all of them; their handles are dead afterwards.
+    void clear();
+
+private:
+    friend class ScriptFunction;
+    void letGo(ScriptFunction* function);
+
+    PageState& m_page;
+    std::unordered_set<ScriptFunction*> m_kept;
+};
+
+} // namespace engine::jsc

@@ -1,0 +1,48 @@
+// Timers: setTimeout and setInterval of one page, and the mailbox through which its work reaches the event
+// loop.
+#pragma once
+
+#include "host/jsc/api.h"
+
+#include <QObject>
+#include <unordered_map>
+
+namespace engine::jsc {
+
+class PageState;
+
+/// [GUI thread]
+class Timers final : public QObject {
+public:
+    /// More than these at a time are refused.
+    static constexpr int maximumCount = 10000;
+    /// An interval never repeats faster, in milliseconds.
+    static constexpr int minimumInterval = 4;
+    static constexpr int minimumDelay = 1;
+
+    explicit Timers(PageState& page)
+        : m_page(page)
+    {
+    }
+
+    /// Calls `callback` after `delay` milliseconds, again and again when `repeats`. Answers its number, or 0
+    /// when there are too many.
+    int start(JSObjectRef callback, double delay, bool repeats);
+    void cancel(int timer);
+    /// Ends all timers.
+    void stop();
+    QObject* mailbox() { return this; }
+
+protected:
+    void timerEvent(QTimerEvent* event) override;
+
+private:
+    struct Timer {
+        JSObjectRef callback;
+        bool repeats;
+    };
+    PageState& m_page;
+    std::unordered_map<int, Timer> m_timers;
+};
+
+} // namespace engine::jsc

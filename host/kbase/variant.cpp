@@ -1,0 +1,243 @@
+// Conversion of variants: a source is read into one of a few plain forms, then each target type takes what it
+// can.
+#include "kbase/variant.h"
+
+#include <QString>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+namespace {
+
+constexpr KResult NotConvertible = 0x80020005u;
+constexpr KResult BadArgument = 0x80070057u;
+constexpr int MaxReferences = 16;
+
+/// 2^63: the first double above the 64-bit integers.
+constexpr double Int64End = 9223372036854775808.0;
+
+const MVARIANT* followReferences(const MVARIANT* source)
+{
+    for (int step = 0; source && source->vt == MV_BYREF_VARIANT; ++step)
+        source = step < MaxReferences ? source->pvarVal : nullptr;
+    return source;
+}
+
+bool isText(std::uint16_t type)
+{
+    return type == MV_STRING || type == MV_LPSTR || type == MV_LPWSTR;
+}
+
+/// A text source as UTF-16: its own units where it has them, else what was decoded into `decoded`.
+std::u16string_view unitsOf(const MVARIANT& source, QString& decoded)
+{
+    if (source.vt == MV_STRING && source.bstrVal)
+        return { source.bstrVal, _XSysStringLen(source.bstrVal) };
+    if (source.vt == MV_LPWSTR && source.pwszVal)
+        return source.pwszVal;
+    if (source.vt == MV_LPSTR)
+        decoded = QString::fromUtf8(source.pszVal);
+    return { reinterpret_cast<const char16_t*>(decoded.utf16()), static_cast<std::size_t>(decoded.size()) };
+}
+
+/// Numbers are plain ASCII without blanks; anything else is no number.
+std::string asciiOf(const MVARIANT& source)
+{
+    QString decoded;
+    std::string ascii;
+    for (const char16_t unit : unitsOf(source, decoded)) {
+        if (unit > 0x7f)
+            return {};
+        ascii.push_back(static_cast<char>(unit));
+    }
+    return ascii;
+}
+
+std::optional<std::int64_t> exactInteger(double value)
+{
+    if (!(value >= -Int64End && value < Int64End) || std::trunc(value) != value)
+        return {};
+    return static_cast<std::int64_t>(value);
+}
+
+/// Digits with a sign before and at most zeros behind the point: "12" and "12.0", not "1.2e1".
+std::optional<std::int64_t> parseInteger(const std::string& text)
+{
+    std::int64_t value;
+    const char* end = text.data() + text.size();
+    auto [rest, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc())
+        return {};
+    const std::string_view fraction(rest, static_cast<std::size_t>(end - rest));
+    if (fraction.empty() || (fraction[0] == '.' && fraction.find_first_not_of('0', 1) == fraction.npos))
+        return value;
+    return {};
+}
+
+std::optional<double> parseDouble(const std::string& text)
+{
+    double value;
+    const char* end = text.data() + text.size();
+    auto [rest, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc() || rest != end || !std::isfinite(value))
+        return {};
+    return value;
+}
+
+std::optional<std::int64_t> toInteger(const MVARIANT& source)
+{
+    switch (source.vt) {
+    case MV_INT32:
+        return source.lVal;
+    case MV_INT64:
+        return source.llVal;
+    case MV_BOOL:
+        return source.boolVal ? 1 : 0;
+    case MV_DOUBLE:
+        return exactInteger(source.dblVal);
+    default:
+        return isText(source.vt) ? parseInteger(asciiOf(source)) : std::nullopt;
+    }
+}
+
+std::optional<double> toDouble(const MVARIANT& source)
+{
+    if (source.vt == MV_DOUBLE)
+        return source.dblVal;
+    if (isText(source.vt))
+        return parseDouble(asciiOf(source));
+    const auto integer = toInteger(source);
+    if (!integer || exactInteger(static_cast<double>(*integer)) != integer)
+        return {};
+    return static_cast<double>(*integer);
+}
+
+std::optional<bool> toBool(const MVARIANT& source)
+{
+    if (source.vt == MV_INT64)
+        return source.llVal != 0;
+    if (isText(source.vt)) {
+        const std::string text = asciiOf(source);
+        if (text == "true" || text == "false")
+            return text == "true";
+    }
+    const auto number = toDouble(source);
+    if (!number || std::isnan(*number))
+        return {};
+    return *number != 0;
+}
+
+/// The shortest digits that read back as the same number, written out unless the number is very large or
+/// small.
+std::string shortestText(double value)
+{
+    const double size = std::fabs(value);
+    const bool written = size == 0 || (size >= 1e-6 && size < 1e21);
+    char text[64];
+    const auto done = std::to_chars(
+        text, std::end(text), value, written ? std::chars_format::fixed : std::chars_format::scientific);
+    return { text, done.ptr };
+}
+
+KResult storeText(MVARIANT& target, std::u16string_view text)
+{
+    if (text.size() > std::numeric_limits<std::uint32_t>::max())
+        return KR_NO_MEMORY;
+    target.bstrVal = _XSysAllocStringLen(text.data(), static_cast<std::uint32_t>(text.size()));
+    if (!target.bstrVal)
+        return KR_NO_MEMORY;
+    target.vt = MV_STRING;
+    return KR_OK;
+}
+
+KResult toText(MVARIANT& target, const MVARIANT& source)
+{
+    QString made;
+    if (isText(source.vt))
+        return storeText(target, unitsOf(source, made));
+    if (source.vt == MV_BOOL)
+        return storeText(target, source.boolVal ? u"true" : u"false");
+    if (source.vt == MV_INT32 || source.vt == MV_INT64)
+        made = QString::number(*toInteger(source));
+    else if (source.vt == MV_DOUBLE && std::isfinite(source.dblVal))
+        made = QString::fromStdString(shortestText(source.dblVal));
+    else
+        return NotConvertible;
+    return storeText(
+        target, { reinterpret_cast<const char16_t*>(made.utf16()), static_cast<std::size_t>(made.size()) });
+}
+
+template <typename Value, typename Field>
+KResult storeNumber(MVARIANT& target, std::uint16_t type, Field MVARIANT::*field, std::optional<Value> value)
+{
+    if (!value)
+        return NotConvertible;
+    target.*field = static_cast<Field>(*value);
+    target.vt = type;
+    return KR_OK;
+}
+
+KResult storeInterface(MVARIANT& target, std::uint16_t type, const MVARIANT& source)
+{
+    const bool interchangeable = source.vt == MV_DISPATCH || source.vt == MV_UNKNOWN;
+    if (source.vt != type && !(interchangeable && type != MV_ARRAY))
+        return NotConvertible;
+    target.punkVal = source.punkVal;
+    if (target.punkVal)
+        target.punkVal->AddRef();
+    target.vt = type;
+    return KR_OK;
+}
+
+KResult convert(MVARIANT& target, const MVARIANT& source, std::uint16_t type)
+{
+    switch (type) {
+    case MV_INT32: {
+        auto integer = toInteger(source);
+        if (integer && *integer != static_cast<std::int32_t>(*integer))
+            integer.reset();
+        return storeNumber(target, type, &MVARIANT::lVal, integer);
+    }
+    case MV_INT64:
+        return storeNumber(target, type, &MVARIANT::llVal, toInteger(source));
+    case MV_DOUBLE:
+        return storeNumber(target, type, &MVARIANT::dblVal, toDouble(source));
+    case MV_BOOL: {
+        const auto truth = toBool(source);
+        return storeNumber(
+            target, type, &MVARIANT::boolVal, truth ? std::optional(*truth ? -1 : 0) : std::nullopt);
+    }
+    case MV_STRING:
+        return toText(target, source);
+    case MV_DISPATCH:
+    case MV_UNKNOWN:
+    case MV_ARRAY:
+        return storeInterface(target, type, source);
+    case MV_EMPTY:
+    case MV_NULL:
+    case MV_ERROR:
+        if (source.vt != type)
+            return NotConvertible;
+        target = source;
+        return KR_OK;
+    default:
+        return NotConvertible;
+    }
+}
+
+} // namespace
+
+KResult _MVariantChangeType(MVARIANT* target, const MVARIANT* source, std::uint16_t flags, std::uint16_t type)
+{
+    if (!target || target == source)
+        return BadArgument;
+    MVARIANT made {};
+    source = followReferences(source);
+    const KResult result = flags || !source || source == target ? BadArgument : convert(made, *source, type);
+    *target = result == KR_OK ? made : MVARIANT {};
+    return result;
+}

@@ -1,0 +1,153 @@
+// {"format": 1, "shared": {key: value}, "users": {userId: {key: value}}}, with the values of storedvalue.h.
+#include "host/krt/centrefile.h"
+
+#include "host/krt/storedvalue.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QLockFile>
+#include <QLoggingCategory>
+#include <QSaveFile>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+
+namespace krt {
+
+namespace {
+
+using nlohmann::json;
+
+Q_LOGGING_CATEGORY(centreLog, "krt.kcc")
+
+constexpr int Format = 1;
+/// How long a call waits for another process to finish its update.
+constexpr int LockTimeoutMs = 2000;
+constexpr int StaleLockMs = 10000;
+
+void readGroup(const json& group, const QString& userId, CentreValues& values)
+{
+    if (!group.is_object())
+        throw std::invalid_argument("values that are no object");
+    for (const auto& entry : group.items())
+        values.insert({ userId, textFromStored(entry.key()) }, valueFromStored(entry.value()));
+}
+
+CentreValues parse(const QByteArray& text)
+{
+    const json document = json::parse(text.begin(), text.end());
+    if (document.at("format") != Format)
+        throw std::invalid_argument("unknown format");
+    CentreValues values;
+    readGroup(document.at("shared"), {}, values);
+    for (const auto& user : document.at("users").items())
+        readGroup(user.value(), textFromStored(user.key()), values);
+    return values;
+}
+
+QByteArray print(const CentreValues& values)
+{
+    json shared = json::object();
+    json users = json::object();
+    for (auto entry = values.begin(); entry != values.end(); ++entry) {
+        const auto stored = storedValue(entry.value());
+        Q_ASSERT(stored);
+        json& group = entry.key().userId.isEmpty() ? shared : users[storedText(entry.key().userId)];
+        group[storedText(entry.key().key)] = *stored;
+    }
+    const json document { { "format", Format }, { "shared", shared }, { "users", users } };
+    return QByteArray::fromStdString(document.dump(2)) + '\n';
+}
+
+} // namespace
+
+void applyChanges(const CentreChanges& changes, CentreValues& values)
+{
+    for (auto change = changes.begin(); change != changes.end(); ++change) {
+        if (change.value())
+            values.insert(change.key(), *change.value());
+        else
+            values.remove(change.key());
+    }
+}
+
+CentreFile::CentreFile(QString path)
+    : m_path(std::move(path))
+{
+}
+
+CentreFile::Found CentreFile::load(CentreValues& values)
+{
+    QFile file(m_path);
+    if (!file.exists()) {
+        values.clear();
+        return Found::Whole;
+    }
+    const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    if (file.error() != QFileDevice::NoError) {
+        qCWarning(centreLog, "%s can not be read: %s", qPrintable(m_path), qPrintable(file.errorString()));
+        return Found::Unreadable;
+    }
+    try {
+        values = parse(text);
+        return Found::Whole;
+    } catch (const std::exception& error) {
+        qCWarning(centreLog, "%s is damaged: %s", qPrintable(m_path), error.what());
+        return Found::Damaged;
+    }
+}
+
+bool CentreFile::read(CentreValues& values)
+{
+    const Found found = load(values);
+    if (found != Found::Damaged)
+        return found == Found::Whole;
+    return update(values, {});
+}
+
+bool CentreFile::update(CentreValues& values, const CentreChanges& changes)
+{
+    if (m_path.isEmpty())
+        return false;
+    QDir().mkpath(QFileInfo(m_path).path());
+    QLockFile lock(m_path + QStringLiteral(".lock"));
+    lock.setStaleLockTime(StaleLockMs);
+    if (!lock.tryLock(LockTimeoutMs)) {
+        qCWarning(centreLog, "%s can not be locked", qPrintable(m_path));
+        return false;
+    }
+    CentreValues merged = values;
+    const Found found = load(merged);
+    if (found == Found::Unreadable || (found == Found::Damaged && !setAside()))
+        return false;
+    applyChanges(changes, merged);
+    if (!save(merged))
+        return false;
+    values = merged;
+    return true;
+}
+
+bool CentreFile::save(const CentreValues& values)
+{
+    QSaveFile file(m_path);
+    const QByteArray text = print(values);
+    const bool written = file.open(QIODevice::WriteOnly)
+        && file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner)
+        && file.write(text) == text.size() && file.commit();
+    if (!written)
+        qCWarning(centreLog, "%s can not be written: %s", qPrintable(m_path), qPrintable(file.errorString()));
+    return written;
+}
+
+bool CentreFile::setAside()
+{
+    QString aside = m_path + QStringLiteral(".damaged");
+    for (int number = 2; QFileInfo::exists(aside); ++number)
+        aside = m_path + QStringLiteral(".damaged.%1").arg(number);
+    const bool kept = QFile::rename(m_path, aside);
+    qCWarning(centreLog, "the damaged file %s %s", kept ? "is kept as" : "can not be renamed to",
+        qPrintable(aside));
+    return kept;
+}
+
+} // namespace krt

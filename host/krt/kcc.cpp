@@ -1,0 +1,219 @@
+#include "krt/kcc.h"
+
+#include "host/krt/centre.h"
+#include "host/krt/centrefile.h"
+#include "host/krt/storedvalue.h"
+#include "host/profile/directories.h"
+#include "host/profile/profile.h"
+
+#include <QCoreApplication>
+#include <QObject>
+#include <QQueue>
+#include <QTimer>
+#include <functional>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <optional>
+
+namespace krt::kcc {
+
+namespace {
+
+constexpr int WriteDelayMs = 200;
+constexpr int RetryDelayMs = 5000;
+
+/// The values of one data directory: those of the file as last seen, the changes it has not got yet laid over
+/// them.
+class Centre : public QObject {
+public:
+    Centre();
+    ~Centre() override { writePending(); }
+
+    /// Turns to the data directory of this moment.
+    void follow();
+
+    const CentreValues& values() const { return m_values; }
+    bool contains(const CentreKey& key) const { return m_values.contains(key); }
+    void change(const CentreKey& key, std::optional<QVariant> value);
+    /// Writes `changes` and all that waits.
+    bool write(const CentreChanges& changes);
+    bool writePending() { return m_pending.isEmpty() || write({}); }
+    void readAgain();
+
+    void complete(Completion completion, bool success, const QString& key, const QVariant& value,
+        const QVariantMap& context);
+    void runCompletions();
+
+private:
+    CentreFile m_file { {} };
+    CentreValues m_values;
+    CentreChanges m_pending;
+    QTimer m_timer;
+    QQueue<std::function<void()>> m_completions;
+};
+
+std::unique_ptr<Centre>& slot()
+{
+    // The data directory is asked for first: what a temporary one holds then outlives the last write.
+    static std::unique_ptr<Centre> centre = (profile::dataDirectory(), nullptr);
+    return centre;
+}
+
+Centre& centre()
+{
+    if (!slot()) {
+        slot() = std::make_unique<Centre>();
+        // Objects of Qt must not outlive the application; this also writes what waits when it never ran an
+        // event loop.
+        qAddPostRoutine([] { slot().reset(); });
+    }
+    slot()->follow();
+    return *slot();
+}
+
+Centre::Centre()
+{
+    m_timer.setSingleShot(true);
+    QObject::connect(&m_timer, &QTimer::timeout, this, [this] {
+        if (!writePending())
+            m_timer.start(RetryDelayMs);
+    });
+    if (auto* application = QCoreApplication::instance())
+        QObject::connect(application, &QCoreApplication::aboutToQuit, this, [] { shutdown(); });
+}
+
+void Centre::follow()
+{
+    const QString directory = profile::dataDirectory();
+    const QString path = directory.isEmpty() ? QString() : directory + QStringLiteral("/config-centre.json");
+    if (path == m_file.path())
+        return;
+    writePending();
+    m_pending.clear();
+    m_values.clear();
+    m_file = CentreFile(path);
+    m_file.read(m_values);
+}
+
+void Centre::change(const CentreKey& key, std::optional<QVariant> value)
+{
+    CentreChanges changes;
+    changes.insert(key, std::move(value));
+    applyChanges(changes, m_values);
+    m_pending.insert(key, changes.first());
+    if (!QCoreApplication::instance())
+        writePending();
+    else if (!m_timer.isActive())
+        m_timer.start(WriteDelayMs);
+}
+
+bool Centre::write(const CentreChanges& changes)
+{
+    CentreChanges all = m_pending;
+    for (auto change = changes.begin(); change != changes.end(); ++change)
+        all[change.key()] = change.value();
+    if (!m_file.update(m_values, all))
+        return false;
+    m_pending.clear();
+    m_timer.stop();
+    return true;
+}
+
+void Centre::readAgain()
+{
+    writePending();
+    m_file.read(m_values);
+    applyChanges(m_pending, m_values);
+}
+
+void Centre::complete(Completion completion, bool success, const QString& key, const QVariant& value,
+    const QVariantMap& context)
+{
+    if (!completion)
+        return;
+    m_completions.enqueue([=] { completion(success, key, value, context); });
+    QMetaObject::invokeMethod(
+        this, [this] { runCompletions(); }, Qt::QueuedConnection);
+}
+
+void Centre::runCompletions()
+{
+    // A completion may begin the next flush, whose own then waits for its turn in the event loop.
+    for (int due = m_completions.size(); due > 0 && !m_completions.isEmpty(); --due)
+        m_completions.dequeue()();
+}
+
+bool serviceOn()
+{
+    return profile::serviceOn(QStringLiteral("configCentre"));
+}
+
+template <typename Options> bool acceptable(const QString& key, const Options& options)
+{
+    return serviceOn() && !key.isEmpty() && options.mode == 0;
+}
+
+} // namespace
+
+bool setValue(const QString& key, const QVariant& value, const WriteOptions& options)
+{
+    if (!acceptable(key, options) || !storedValue(value))
+        return false;
+    centre().change({ options.userId, key }, value);
+    return true;
+}
+
+QVariant value(const QString& key, const QVariant& fallback, const ReadOptions& options)
+{
+    return acceptable(key, options) ? centre().values().value({ options.userId, key }, fallback) : fallback;
+}
+
+bool remove(const QString& key, const WriteOptions& options)
+{
+    const CentreKey name { options.userId, key };
+    if (!acceptable(key, options) || !centre().contains(name))
+        return false;
+    centre().change(name, std::nullopt);
+    return true;
+}
+
+QVariant flushRead(const QString& key, const QVariant& fallback, const ReadOptions& options)
+{
+    if (!acceptable(key, options))
+        return fallback;
+    centre().readAgain();
+    return value(key, fallback, options);
+}
+
+bool flushWrite(const QString& key, const QVariant& value, Completion completion, const QVariantMap& context,
+    const WriteOptions& options)
+{
+    const bool written = acceptable(key, options) && storedValue(value)
+        && centre().write(CentreChanges { { CentreKey { options.userId, key }, value } });
+    centre().complete(completion, written, key, value, context);
+    return written;
+}
+
+bool flushRemove(
+    const QString& key, Completion completion, const QVariantMap& context, const WriteOptions& options)
+{
+    const CentreKey name { options.userId, key };
+    bool removed = false;
+    if (acceptable(key, options)) {
+        centre().readAgain();
+        removed = centre().contains(name) && centre().write(CentreChanges { { name, std::nullopt } });
+    }
+    centre().complete(completion, removed, key, {}, context);
+    return removed;
+}
+
+bool shutdown()
+{
+    if (!slot())
+        return true;
+    const bool written = slot()->writePending();
+    slot()->runCompletions();
+    return written;
+}
+
+} // namespace krt::kcc

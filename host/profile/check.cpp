@@ -1,0 +1,205 @@
+#include "host/profile/check.h"
+
+#include <algorithm>
+#include <set>
+#include <string>
+#include <valijson/adapters/nlohmann_json_adapter.hpp>
+#include <valijson/schema.hpp>
+#include <valijson/schema_parser.hpp>
+#include <valijson/validation_results.hpp>
+#include <valijson/validator.hpp>
+#include <vector>
+
+namespace profile {
+
+namespace {
+
+using nlohmann::json;
+using Adapter = valijson::adapters::NlohmannJsonAdapter;
+
+QString placeOf(const QByteArray& text, std::size_t byte)
+{
+    const QByteArray before = text.left(static_cast<int>(byte ? byte - 1 : 0));
+    const QString line = QString::fromUtf8(before.mid(before.lastIndexOf('\n') + 1));
+    return QStringLiteral("line %1, column %2").arg(before.count('\n') + 1).arg(line.size() + 1);
+}
+
+/// Notes the keys that an object has twice: only the last one would count.
+class DuplicateKeys {
+public:
+    bool operator()(int, json::parse_event_t event, json& parsed)
+    {
+        if (event == json::parse_event_t::object_start)
+            m_open.emplace_back();
+        else if (event == json::parse_event_t::object_end)
+            m_open.pop_back();
+        else if (event == json::parse_event_t::key && !m_open.back().insert(parsed.get<std::string>()).second)
+            found << QStringLiteral("%1: appears twice; keep one of the two")
+                         .arg(QString::fromStdString(parsed.get<std::string>()));
+        return true;
+    }
+
+    QStringList found;
+
+private:
+    std::vector<std::set<std::string>> m_open;
+};
+
+/// A place in the document together with the schema that holds there.
+struct Place {
+    QString path;
+    const json* value;
+    const json* schema; ///< null where the schema says nothing
+};
+
+const json* schemaBelow(const json& root, const json* schema, const std::string& key)
+{
+    const json* below = nullptr;
+    if (schema->contains("properties") && schema->at("properties").contains(key))
+        below = &schema->at("properties").at(key);
+    else if (schema->contains("additionalProperties") && schema->at("additionalProperties").is_object())
+        below = &schema->at("additionalProperties");
+    if (below && below->contains("$ref"))
+        below = &root.at(json::json_pointer(below->at("$ref").get<std::string>().substr(1)));
+    return below;
+}
+
+/// Follows a validator's context, "<root>", "[dpi]", "[scale]".
+Place locate(const json& document, const json& schema, const std::vector<std::string>& context)
+{
+    Place place { {}, &document, &schema };
+    for (std::size_t step = 1; step < context.size() && place.schema; ++step) {
+        const std::string key = context[step].substr(1, context[step].size() - 2);
+        if (place.value->is_array()) {
+            place.value = &place.value->at(std::stoul(key));
+            place.path += QStringLiteral("[%1]").arg(QString::fromStdString(key));
+            place.schema = place.schema->contains("items") ? &place.schema->at("items") : nullptr;
+            if (place.schema && place.schema->contains("$ref"))
+                place.schema =
+                    &schema.at(json::json_pointer(place.schema->at("$ref").get<std::string>().substr(1)));
+        } else {
+            place.value = &place.value->at(key);
+            place.path +=
+                (place.path.isEmpty() ? QString() : QStringLiteral(".")) + QString::fromStdString(key);
+            place.schema = schemaBelow(schema, place.schema, key);
+        }
+    }
+    return place;
+}
+
+QString numberText(const json& number)
+{
+    return QString::fromStdString(number.dump());
+}
+
+QString rangeText(const json& schema)
+{
+    if (schema.contains("minimum") && schema.contains("maximum"))
+        return QStringLiteral(" from %1 to %2")
+            .arg(numberText(schema["minimum"]), numberText(schema["maximum"]));
+    if (schema.contains("minimum"))
+        return QStringLiteral(" of at least %1").arg(numberText(schema["minimum"]));
+    return {};
+}
+
+QString typeText(const std::string& type, const json& schema)
+{
+    if (type == "boolean")
+        return QStringLiteral("true or false");
+    if (type == "integer")
+        return QStringLiteral("a whole number") + rangeText(schema);
+    if (type == "number")
+        return QStringLiteral("a number") + rangeText(schema);
+    if (type == "array")
+        return QStringLiteral("a list");
+    if (type == "object")
+        return QStringLiteral("an object");
+    return schema.value("minLength", 0) > 0 ? QStringLiteral("a text that is not empty")
+                                            : QStringLiteral("a text");
+}
+
+QString expectation(const json& schema)
+{
+    if (schema.contains("errorMessage"))
+        return QString::fromStdString(schema["errorMessage"].get<std::string>());
+    QStringList choices;
+    if (schema.contains("enum")) {
+        for (const json& choice : schema["enum"])
+            choices << QString::fromStdString(choice.dump());
+        return QStringLiteral("must be one of ") + choices.join(QStringLiteral(", "));
+    }
+    const json types = schema["type"].is_array() ? schema["type"] : json::array({ schema["type"] });
+    for (const json& type : types)
+        choices << typeText(type.get<std::string>(), schema);
+    return QStringLiteral("must be ") + choices.join(QStringLiteral(" or "));
+}
+
+QStringList unknownKeys(const Place& place)
+{
+    QStringList errors;
+    const json& known = place.schema->at("properties");
+    QStringList names;
+    for (const auto& entry : known.items())
+        names << QString::fromStdString(entry.key());
+    for (const auto& entry : place.value->items()) {
+        if (known.contains(entry.key()))
+            continue;
+        const QString key = QString::fromStdString(entry.key());
+        errors << QStringLiteral("%1: is not a key of a profile; use one of %2")
+                      .arg(place.path.isEmpty() ? key : place.path + QLatin1Char('.') + key,
+                          names.join(QStringLiteral(", ")));
+    }
+    return errors;
+}
+
+/// What is wrong at a place. An object whose only fault lies in its members has nothing to report itself.
+QStringList faults(const Place& place)
+{
+    if (!place.schema)
+        return {};
+    if (place.value->is_object() && place.schema->at("type") == "object")
+        return place.schema->contains("properties") ? unknownKeys(place) : QStringList();
+    if (place.value->is_array() && place.schema->at("type") == "array")
+        return {};
+    const QString path = place.path.isEmpty() ? QStringLiteral("the profile") : place.path;
+    return { path + QStringLiteral(": ") + expectation(*place.schema) };
+}
+
+QStringList schemaErrors(const json& document, const json& schema)
+{
+    valijson::Schema rules;
+    valijson::SchemaParser().populateSchema(Adapter(schema), rules);
+    valijson::Validator validator(valijson::Validator::kStrongTypes);
+    valijson::ValidationResults results;
+    QStringList errors;
+    if (validator.validate(rules, Adapter(document), &results))
+        return errors;
+    for (const auto& fault : results)
+        errors << faults(locate(document, schema, fault.context));
+    errors.removeDuplicates();
+    if (errors.isEmpty())
+        errors << QStringLiteral("does not follow the profile's schema");
+    return errors;
+}
+
+} // namespace
+
+Checked parseChecked(const QByteArray& text, const json& schema)
+{
+    Checked checked;
+    try {
+        DuplicateKeys duplicates;
+        checked.document = json::parse(text.begin(), text.end(), std::ref(duplicates));
+        checked.errors = duplicates.found;
+        checked.errors << schemaErrors(checked.document, schema);
+    } catch (const json::parse_error& error) {
+        checked.errors << QStringLiteral(
+            "%1: is not JSON; look for a missing quote, comma or bracket before it")
+                              .arg(placeOf(text, error.byte));
+    } catch (const std::exception& error) {
+        checked.errors << QString::fromUtf8(error.what());
+    }
+    return checked;
+}
+
+} // namespace profile

@@ -1,0 +1,183 @@
+#include "host/profile/profile.h"
+
+#include "host/profile/check.h"
+
+#include <QFile>
+#include <mutex>
+
+namespace nlohmann {
+
+// How the profile's Qt types are read from JSON that the schema has passed.
+template <> struct adl_serializer<QString> {
+    static void from_json(const json& from, QString& to)
+    {
+        to = QString::fromStdString(from.get<std::string>());
+    }
+};
+
+template <> struct adl_serializer<QVariant> {
+    static void from_json(const json& from, QVariant& to)
+    {
+        to = from.is_string() ? QVariant(from.get<QString>()) : QVariant(from.get<int>());
+    }
+};
+
+template <> struct adl_serializer<QStringList> {
+    static void from_json(const json& from, QStringList& to)
+    {
+        to.clear();
+        for (const json& item : from)
+            to << item.get<QString>();
+    }
+};
+
+template <typename Value> struct adl_serializer<QMap<QString, Value>> {
+    static void from_json(const json& from, QMap<QString, Value>& to)
+    {
+        to.clear();
+        for (const auto& entry : from.items())
+            to.insert(QString::fromStdString(entry.key()), entry.value().get<Value>());
+    }
+};
+
+} // namespace nlohmann
+
+// One line a section: each key is read into the field of its name.
+#define PROFILE_SECTION(Section, ...)                                                                        \
+    static void from_json(const nlohmann::json& nlohmann_json_j, Section& nlohmann_json_t)                   \
+    {                                                                                                        \
+        NLOHMANN_JSON_EXPAND(NLOHMANN_JSON_PASTE(NLOHMANN_JSON_FROM, __VA_ARGS__))                           \
+    }
+
+namespace profile {
+
+PROFILE_SECTION(Application, name, platform)
+PROFILE_SECTION(Installation, version, guid, uuid, hdid, channel)
+PROFILE_SECTION(Directories, officeInstallRoot, blacklistedDownloads, pluginDownloads)
+PROFILE_SECTION(Product, strings, features, configurations)
+PROFILE_SECTION(Language, name, region)
+PROFILE_SECTION(Dpi, scale)
+PROFILE_SECTION(Log, maxFileSizeKiB, keptFiles)
+PROFILE_SECTION(Browser, applicationId, sessionId, grouped, groupMark1OffsetMs, groupMark2OffsetMs)
+PROFILE_SECTION(
+    Profile, application, installation, directories, product, language, dpi, log, browser, services)
+
+namespace {
+
+using nlohmann::json;
+using Snapshot = std::shared_ptr<const Profile>;
+
+QByteArray embedded(const QString& name)
+{
+    QFile file(QStringLiteral(":/novaprofile/") + name);
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("%s is missing from the profile library", qPrintable(name));
+    return file.readAll();
+}
+
+const json& schema()
+{
+    static const json parsed = json::parse(schemaText().toStdString());
+    return parsed;
+}
+
+const json& defaults()
+{
+    static const json parsed = [] {
+        const Checked checked = parseChecked(defaultText(), schema());
+        if (!checked.errors.isEmpty())
+            qFatal("the default profile: %s", qPrintable(checked.errors.join(QLatin1Char('\n'))));
+        return checked.document;
+    }();
+    return parsed;
+}
+
+Snapshot makeProfile(const json& document)
+{
+    return std::make_shared<const Profile>(document.get<Profile>());
+}
+
+struct Current {
+    std::mutex mutex;
+    Snapshot profile = makeProfile(defaults());
+};
+
+Current& state()
+{
+    static Current current;
+    return current;
+}
+
+} // namespace
+
+QString load(const QString& file)
+{
+    const QString prefix = QStringLiteral("profile \"%1\": ").arg(file);
+    QFile source(file);
+    if (!source.open(QIODevice::ReadOnly))
+        return prefix + QStringLiteral("can not be read: ") + source.errorString();
+    const QByteArray text = source.readAll();
+    if (source.error() != QFileDevice::NoError)
+        return prefix + QStringLiteral("can not be read: ") + source.errorString();
+
+    const Checked checked = parseChecked(text, schema());
+    if (!checked.errors.isEmpty())
+        return prefix + checked.errors.join(QLatin1Char('\n') + prefix);
+
+    json merged = defaults();
+    merged.merge_patch(checked.document);
+    Snapshot made = makeProfile(merged);
+    std::lock_guard lock(state().mutex);
+    state().profile = std::move(made);
+    return {};
+}
+
+std::shared_ptr<const Profile> current()
+{
+    Current& current = state();
+    std::lock_guard lock(current.mutex);
+    return current.profile;
+}
+
+const QStringList& serviceNames()
+{
+    static const QStringList names = [] {
+        QStringList found;
+        for (const auto& entry : schema().at("properties").at("services").at("properties").items())
+            found << QString::fromStdString(entry.key());
+        return found;
+    }();
+    return names;
+}
+
+bool serviceOn(const QString& service)
+{
+    return current()->services.value(service, false);
+}
+
+bool switchOff(const QString& service, QString* error)
+{
+    if (!serviceNames().contains(service)) {
+        if (error)
+            *error = QStringLiteral("there is no service \"%1\"; use one of %2")
+                         .arg(service, serviceNames().join(QStringLiteral(", ")));
+        return false;
+    }
+    std::lock_guard lock(state().mutex);
+    auto changed = std::make_shared<Profile>(*state().profile);
+    changed->services[service] = false;
+    state().profile = std::move(changed);
+    return true;
+}
+
+QByteArray schemaText()
+{
+    return embedded(QStringLiteral("profile.schema.json"));
+}
+
+QByteArray defaultText()
+{
+    return embedded(QStringLiteral("default_profile.json"));
+}
+
+} // namespace profile

@@ -1,0 +1,101 @@
+// The suite's profile: one JSON file that says what the stand-in suite is, and which of its services are
+// there.
+//
+// A profile is an immutable value; load() and switchOff() replace the current one. Adding a section takes a
+// struct here, its line in profile.cpp, its keys in profile.schema.json and its values in
+// default_profile.json.
+#pragma once
+
+#include <QByteArray>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <memory>
+
+namespace profile {
+
+struct Application {
+    QString name;
+    QString platform;
+};
+
+/// The identity of this installation; texts, empty when unknown.
+struct Installation {
+    QString version;
+    QString guid;
+    QString uuid;
+    QString hdid;
+    QString channel;
+};
+
+/// Paths as the profile has them; expanded() makes them absolute.
+struct Directories {
+    QString officeInstallRoot;
+    QStringList blacklistedDownloads;
+    QString pluginDownloads;
+};
+
+struct Product {
+    QMap<QString, QMap<QString, QString>> strings; ///< section, option
+    QMap<QString, bool> features;
+    QMap<QString, QMap<QString, QVariant>> configurations; ///< selector in decimal, name; QString or int
+};
+
+struct Language {
+    QString name;   ///< "en"
+    QString region; ///< "US", or empty
+};
+
+struct Dpi {
+    double scale = 1; ///< 0.5 to 8; 1 is 96 dots per inch
+};
+
+struct Log {
+    int maxFileSizeKiB = 0; ///< 1 to 1048576
+    int keptFiles = 0;      ///< full files kept beside the current one, 0 to 1000
+};
+
+/// What pages are told of the browser that shows them.
+struct Browser {
+    QString applicationId;
+    QString sessionId;
+    bool grouped = true;
+    int groupMark1OffsetMs = 0; ///< milliseconds from the start of the browser's creation
+    int groupMark2OffsetMs = 0;
+};
+
+struct Profile {
+    Application application;
+    Installation installation;
+    Directories directories;
+    Product product;
+    Language language;
+    Dpi dpi;
+    Log log;
+    Browser browser;
+    QMap<QString, bool> services;
+};
+
+// All calls [any thread].
+
+/// Replaces the current profile by the default with the keys of `file` laid over it. Returns an empty text,
+/// or what is wrong, one line for each wrong key; the current profile then stays.
+QString load(const QString& file);
+/// The profile as it is at this moment: the default until load() succeeds. Never null; what is returned never
+/// changes.
+std::shared_ptr<const Profile> current();
+
+/// The names of the services, sorted.
+const QStringList& serviceNames();
+/// Whether a service is there; an unknown name is not.
+bool serviceOn(const QString& service);
+/// Takes a service away until the next load(). False for an unknown name, with the reason in `error` unless
+/// null.
+bool switchOff(const QString& service, QString* error);
+
+/// The JSON Schema that a profile is checked against, and the default profile: JSON in UTF-8.
+QByteArray schemaText();
+QByteArray defaultText();
+
+} // namespace profile

@@ -1,0 +1,78 @@
+// Data collection of the stand-in: nothing leaves the machine. Every event becomes a line of telemetry.jsonl
+// below the data directory, those that sampling leaves out as well: "sent" tells which ones a real service
+// would have got.
+#include "suite/kdcinfo.h"
+
+#include "host/profile/directories.h"
+#include "host/profile/profile.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLoggingCategory>
+#include <QRandomGenerator>
+
+namespace {
+
+Q_LOGGING_CATEGORY(dataLog, "suite.kdcinfo")
+
+/// True one time in `probability`; always for 1 and less.
+bool drawn(int probability)
+{
+    return probability <= 1 || QRandomGenerator::global()->bounded(probability) == 0;
+}
+
+class DataCollection final : public KDcInfoC {
+public:
+    void postGeneralEvent(const QString& eventName, const QHash<QString, QString>& fields, int, int,
+        int probability, bool immediately) override
+    {
+        QJsonObject texts;
+        for (auto field = fields.begin(); field != fields.end(); ++field)
+            texts.insert(field.key(), field.value());
+        const QJsonObject record {
+            { QStringLiteral("time"), QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs) },
+            { QStringLiteral("event"), eventName },
+            { QStringLiteral("fields"), texts },
+            { QStringLiteral("probability"), probability },
+            { QStringLiteral("immediately"), immediately },
+            { QStringLiteral("sent"), drawn(probability) },
+        };
+        const QByteArray line = QJsonDocument(record).toJson(QJsonDocument::Compact) + '\n';
+        QFile file(profile::dataDirectory() + QStringLiteral("/telemetry.jsonl"));
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Append) || file.write(line) != line.size()
+            || !file.flush())
+            qCWarning(dataLog, "%s can not be written: %s", qPrintable(file.fileName()),
+                qPrintable(file.errorString()));
+    }
+};
+
+} // namespace
+
+KDcInfoC* KDcInfoC::instance()
+{
+    static DataCollection service;
+    return profile::serviceOn(QStringLiteral("dataCollection")) ? &service : nullptr;
+}
+
+QString KDcInfoCDetail::getVersion()
+{
+    return profile::current()->installation.version;
+}
+QString KDcInfoCDetail::getGuid()
+{
+    return profile::current()->installation.guid;
+}
+QString KDcInfoCDetail::getUuid()
+{
+    return profile::current()->installation.uuid;
+}
+QString KDcInfoCDetail::getHdid3()
+{
+    return profile::current()->installation.hdid;
+}
+QString KDcInfoCDetail::getMC()
+{
+    return profile::current()->installation.channel;
+}

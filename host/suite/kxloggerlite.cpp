@@ -1,0 +1,120 @@
+// The log file, logs/suite.log below the data directory. One record a line, its parts separated by tabs:
+// local ISO time with its offset, level (info, warning, error), module, text.
+#include "suite/kxloggerlite.h"
+
+#include "host/profile/directories.h"
+#include "host/profile/profile.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QString>
+#include <memory>
+#include <mutex>
+#include <spdlog/details/log_msg.h>
+#include <spdlog/pattern_formatter.h>
+#include <spdlog/sinks/rotating_file_sink.h>
+#include <string>
+
+namespace {
+
+using Sink = spdlog::sinks::rotating_file_sink_st;
+
+/// Keeps a record on its line and its parts apart: "\n", "\t", "\\", and "\u2028" for other controls and
+/// separators.
+std::string escaped(const std::wstring& text)
+{
+    QString result;
+    for (const QChar unit : QString::fromStdWString(text)) {
+        switch (unit.unicode()) {
+        case '\\':
+            result += QLatin1String("\\\\");
+            break;
+        case '\n':
+            result += QLatin1String("\\n");
+            break;
+        case '\r':
+            result += QLatin1String("\\r");
+            break;
+        case '\t':
+            result += QLatin1String("\\t");
+            break;
+        default:
+            if (unit.category() == QChar::Other_Control || unit.category() == QChar::Separator_Line
+                || unit.category() == QChar::Separator_Paragraph)
+                result += QStringLiteral("\\u%1").arg(unit.unicode(), 4, 16, QLatin1Char('0'));
+            else
+                result += unit;
+        }
+    }
+    return result.toStdString();
+}
+
+/// The open file, and what it was opened by.
+class LogFile {
+public:
+    void write(spdlog::level::level_enum level, const std::wstring& module, const std::wstring& text)
+    {
+        const std::string name = escaped(module);
+        const std::string line = escaped(text);
+        std::lock_guard lock(m_mutex);
+        open();
+        m_sink->log(spdlog::details::log_msg(name, level, line));
+        m_sink->flush();
+    }
+
+private:
+    void open()
+    {
+        const QString directory = profile::dataDirectory();
+        const profile::Log settings = profile::current()->log;
+        if (m_sink && directory == m_directory && settings.maxFileSizeKiB == m_settings.maxFileSizeKiB
+            && settings.keptFiles == m_settings.keptFiles)
+            return;
+        m_sink.reset();
+        const QString logs = directory + QStringLiteral("/logs");
+        // Asked beforehand: the sink would try several times, with pauses, for every record.
+        if (directory.isEmpty() || !QDir().mkpath(logs) || !QFileInfo(logs).isWritable())
+            throw spdlog::spdlog_ex("the log can not be written");
+        m_sink = std::make_unique<Sink>((logs + QStringLiteral("/suite.log")).toStdString(),
+            static_cast<std::size_t>(settings.maxFileSizeKiB) * 1024,
+            static_cast<std::size_t>(settings.keptFiles));
+        m_sink->set_formatter(
+            std::make_unique<spdlog::pattern_formatter>("%Y-%m-%dT%H:%M:%S.%e%z\t%l\t%n\t%v"));
+        m_directory = directory;
+        m_settings = settings;
+    }
+
+    std::mutex m_mutex;
+    std::unique_ptr<Sink> m_sink;
+    QString m_directory;
+    profile::Log m_settings;
+};
+
+void write(spdlog::level::level_enum level, const std::wstring& module, const std::wstring& text) noexcept
+{
+    try {
+        if (!profile::serviceOn(QStringLiteral("logger")))
+            return;
+        static LogFile file;
+        file.write(level, module, text);
+    } catch (const std::exception&) {
+        // Dropped: a log that can not be written has nobody to tell.
+    }
+}
+
+} // namespace
+
+void KxLoggerLite::writeInfo(const std::wstring& module, const std::wstring& text)
+{
+    write(spdlog::level::info, module, text);
+}
+
+void KxLoggerLite::writeWarning(const std::wstring& module, const std::wstring& text)
+{
+    write(spdlog::level::warn, module, text);
+}
+
+void KxLoggerLite::writeError(const std::wstring& module, const std::wstring& text)
+{
+    write(spdlog::level::err, module, text);
+}

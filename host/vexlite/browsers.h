@@ -1,0 +1,34 @@
+// Browser: the facts of one page's browser, as the library reads them.
+#pragma once
+
+#include "host/vexlite/core.h"
+
+namespace vexlite {
+
+class Browser final : public IVEXBrowser, private IVEXBrowserGroup {
+public:
+    /// Without `groups` it is in no group, whatever its facts say.
+    Browser(const BrowserFacts& facts, bool groups)
+        : m_facts(facts)
+        , m_groups(groups)
+    {
+    }
+
+    void update(const BrowserFacts& facts) { m_facts = facts; }
+
+    std::int64_t ProcessId() const override;
+    QString ApplicationId() const override { return m_facts.applicationId; }
+    QString SessionId() const override { return m_facts.sessionId; }
+    QString BrowserId() const override { return m_facts.browserId; }
+    VEXBrowserTimes Times() const override { return m_facts.times; }
+    IVEXBrowserGroup* Group() const override;
+
+private:
+    std::int64_t Mark1() const override { return m_facts.groupMark1; }
+    std::int64_t Mark2() const override { return m_facts.groupMark2; }
+
+    BrowserFacts m_facts;
+    bool m_groups;
+};
+
+} // namespace vexlite

@@ -1,0 +1,222 @@
+#include "host/vexlite/core.h"
+
+#include "host/vexlite/eventhubs.h"
+#include "host/vexlite/objectfactory.h"
+#include "host/vexlite/ownedtext.h"
+#include "host/vexlite/promises.h"
+#include "host/vexlite/registry.h"
+#include "host/vexlite/trace.h"
+
+#include <QMap>
+
+namespace vexlite {
+
+namespace {
+
+/// Classes keep their ids for the life of the process, and so does the count.
+class TypeIds final : public IJSTypeIdAllocator {
+public:
+    std::int32_t AllocateTypeId(std::int32_t) override
+    {
+        static std::int32_t last = 0;
+        return ++last;
+    }
+};
+
+/// Puts the services together: to the library it is the JS core, to engines it is the Core.
+class CoreOfProcess final : public Core, public IVEXJSCore {
+public:
+    explicit CoreOfProcess(const CoreServices& services)
+        : m_services(services)
+        , m_pages(std::make_shared<Pages>())
+        , m_registry(*m_pages, m_trace)
+        , m_promises(m_pages)
+        , m_hubs(EventHubs::ofProcess())
+    {
+    }
+
+    const CoreServices& services() const { return m_services; }
+    void closeAllPages()
+    {
+        while (m_pages->count())
+            closePage(m_pages->any());
+    }
+
+    // The library's face.
+    IJSTypeIdAllocator* TypeIds() override { return &m_typeIds; }
+    IJSRegistry* Registry() override { return &m_registry; }
+    IJSTraceHook* TraceHook() override
+    {
+        return m_services.traceHook && m_trace.isNeeded() ? &m_trace : nullptr;
+    }
+    IJSPromiseService* PromiseService() override { return m_services.promiseService ? &m_promises : nullptr; }
+    IJSAnswerChannel* AnswerChannel() override { return m_services.answerChannel ? &m_promises : nullptr; }
+    IJSEventHubFactory* EventHubs() override { return m_services.eventHubs ? &m_hubs : nullptr; }
+    IJSObjectFactory* Objects() override { return m_services.objectFactory ? &m_objects : nullptr; }
+    IVEXBrowser* Browser(std::int64_t browserId) override
+    {
+        return m_services.browsers ? m_pages->browser(browserId) : nullptr;
+    }
+
+    // The engines' face.
+    void setFactories(const ExtensionFactoryMap& factories) override
+    {
+        m_factories.clear();
+        for (auto entry = factories.begin(); entry != factories.end(); ++entry)
+            m_factories.insert(ownedText(entry.key()), entry.value());
+    }
+
+    QStringList objectNames() const override { return m_factories.keys(); }
+
+    JSContextEnv openPage(ScriptPage* page, const BrowserFacts& browser) override
+    {
+        const JSContextEnv context =
+            m_pages->open(page, std::make_unique<vexlite::Browser>(browser, m_services.browserGroups));
+        m_hubs.pageOpened(context);
+        return context;
+    }
+
+    void updateBrowser(const JSContextEnv& context, const BrowserFacts& browser) override
+    {
+        if (m_pages->isOpen(context))
+            m_pages->browser(context.browserId)->update(browser);
+    }
+
+    void closePage(const JSContextEnv& context) override
+    {
+        if (!m_pages->close(context))
+            return;
+        m_promises.pageClosed(context);
+        m_hubs.pageClosed(context);
+    }
+
+    bool isOpen(const JSContextEnv& context) const override { return m_pages->isOpen(context); }
+
+    BoundObject bindObject(const JSContextEnv& context, const QString& shortName) override
+    {
+        const ExtensionFactory factory = m_factories.value(shortName);
+        if (!factory || !m_pages->isOpen(context))
+            return {};
+        Registry::PendingBind place(m_registry, context);
+        const KResult made = factory(place.creationContext(), place.creationTarget());
+        Ref<IJSExtentionObject> object = place.take();
+        if (made != KR_OK)
+            return { {}, {}, made };
+        return withMembers(context, std::move(object));
+    }
+
+    BoundObject bindSubObject(const JSContextEnv& context, IJSExtentionObject* object) override
+    {
+        return withMembers(context, Ref<IJSExtentionObject>::share(object));
+    }
+
+    QStringList creatableClasses() const override { return m_objects.classes(); }
+
+    Ref<IJSExtentionObject> createUninitialised(const QString& scriptName) override
+    {
+        IJSCreatable* creatable = nullptr;
+        return m_objects.createUninitialised(scriptName, &creatable);
+    }
+
+    KResult call(IJSExtentionObject* object, const JSContextEnv& context, std::int32_t id, JSAccess access,
+        JSApiArguments& arguments, KJSVariant& result, KJSVariant& exception) override
+    {
+        const auto perform = [&](std::int64_t extra) {
+            KResult status = KR_REJECTED;
+            if (access == JSAccess::Method)
+                status = object->InvokeMethod(context, id, arguments, result, extra, exception);
+            else if (access == JSAccess::PropertyGet)
+                status = object->InvokePropertyGet(context, id, extra, result, exception);
+            else
+                exception = makeFailure(operationFailed, QStringLiteral("The property can not be written."));
+            return status == KR_OK && exception.isEmpty() ? KR_OK : failed(status, exception);
+        };
+        if (m_services.traceHook && m_trace.isTracing())
+            return m_trace.traced(context, exception, perform);
+        return perform(0);
+    }
+
+    void addLiveObjects(int change) override { m_liveObjects += change; }
+    void addLiveFunctions(int change) override { m_liveFunctions += change; }
+
+    LiveCounts liveCounts() const override
+    {
+        return { m_pages->count(), m_liveObjects, m_hubs.listenerCount(), m_promises.pendingCount(),
+            m_liveFunctions };
+    }
+
+    void setTracer(std::function<void(const TracedCall&)> tracer) override
+    {
+        m_trace.setTracer(std::move(tracer));
+    }
+    void setDenyMask(std::uint32_t mask) override { m_trace.setDenyMask(mask); }
+
+private:
+    static constexpr std::int32_t operationFailed = 3;
+
+    /// The status of a call that did not succeed; sees to it that there is an exception as well.
+    static KResult failed(KResult status, KJSVariant& exception)
+    {
+        if (exception.isEmpty())
+            exception = makeFailure(operationFailed,
+                QStringLiteral("The call failed with code 0x%1.").arg(status, 8, 16, QLatin1Char('0')));
+        return status == KR_OK ? KR_REJECTED : status;
+    }
+
+    BoundObject withMembers(const JSContextEnv& context, Ref<IJSExtentionObject> object)
+    {
+        if (!object || !m_pages->isOpen(context))
+            return {};
+        IJSMemberList* published = nullptr;
+        const KResult status = object->GetMemberTable(context, &published);
+        Ref<IJSMemberList> members = Ref<IJSMemberList>::adopt(published);
+        if (status != KR_OK || !members)
+            return { {}, {}, status == KR_OK ? KR_NOT_AVAILABLE : status };
+        return { std::move(object), std::move(members), KR_OK };
+    }
+
+    CoreServices m_services;
+    std::shared_ptr<Pages> m_pages;
+    CallTrace m_trace;
+    class Registry m_registry;
+    class TypeIds m_typeIds;
+    Promises m_promises;
+    class EventHubs& m_hubs;
+    ObjectFactory m_objects;
+    QMap<QString, ExtensionFactory> m_factories;
+    int m_liveObjects = 0;
+    int m_liveFunctions = 0;
+};
+
+/// Not destroyed at exit: modules that are unloaded then still ask for it.
+CoreOfProcess* theCore = nullptr;
+
+} // namespace
+
+Core& Core::start(const CoreServices& services)
+{
+    if (theCore)
+        qFatal("The JS core of this process has started already.");
+    theCore = new CoreOfProcess(services);
+    return *theCore;
+}
+
+void Core::stop()
+{
+    if (!theCore)
+        return;
+    theCore->closeAllPages();
+    delete std::exchange(theCore, nullptr);
+}
+
+Core* Core::instance()
+{
+    return theCore;
+}
+
+IVEXJSCore* GetVEXJSCore()
+{
+    return theCore && theCore->services().jsCore ? theCore : nullptr;
+}
+
+} // namespace vexlite

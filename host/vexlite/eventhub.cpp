@@ -1,0 +1,104 @@
+#include "host/vexlite/eventhub.h"
+
+#include "host/vexlite/conversion.h"
+#include "host/vexlite/core.h"
+#include "host/vexlite/eventhubs.h"
+#include "host/vexlite/ownedtext.h"
+#include "host/vexlite/scriptvalues.h"
+
+namespace vexlite {
+
+EventHub::~EventHub()
+{
+    // A dispatch under way keeps its list, so the listeners must leave the list as well.
+    DroppedFunctions dropped;
+    for (const std::shared_ptr<ListenerList>& list : std::as_const(m_lists))
+        list->clear([this](const JSContextEnv& context) { m_owner.listenersRemoved(context, 1); }, dropped);
+    m_lists.clear();
+}
+
+KResult EventHub::Add(const QString& event, const JSContextEnv& context, const KJSVariant& callback)
+{
+    Ref<IJSFunction> function = interfaceOf<IJSFunction>(callback, IID_IJSFunction);
+    if (!function || !(function->Context() == context) || event.size() > CoreLimits::eventNameLength)
+        return KR_REJECTED;
+    if (!m_owner.isOpen(context))
+        return KR_NOT_AVAILABLE;
+    const auto known = m_lists.constFind(event);
+    if (known != m_lists.constEnd() && (*known)->has(context, *function.get()))
+        return KR_OK;
+    if (!m_owner.listenerAdded(context, this))
+        return KR_REJECTED;
+    std::shared_ptr<ListenerList>& list =
+        m_lists[known == m_lists.constEnd() ? ownedText(event) : known.key()];
+    if (!list)
+        list = std::make_shared<ListenerList>();
+    list->add(context, std::move(function));
+    return KR_OK;
+}
+
+KResult EventHub::Remove(const QString& event, const JSContextEnv& context, const KJSVariant& callback)
+{
+    const auto known = m_lists.find(event);
+    if (known == m_lists.end())
+        return KR_NOT_AVAILABLE;
+    DroppedFunctions dropped;
+    ListenerList& list = **known;
+    int removed = 0;
+    if (callback.isEmpty())
+        removed = list.removePage(context, dropped);
+    else if (const Ref<IJSFunction> function = interfaceOf<IJSFunction>(callback, IID_IJSFunction))
+        removed = list.remove(context, *function.get(), dropped);
+    if (!list.count())
+        m_lists.erase(known);
+    m_owner.listenersRemoved(context, removed);
+    return removed ? KR_OK : KR_NOT_AVAILABLE;
+}
+
+KResult EventHub::Dispatch(
+    const QString& event, const JSContextEnv& target, const std::vector<KJSVariant>& payload)
+{
+    const EventHubs::DispatchLevel level(m_owner);
+    if (!level.allowed())
+        return KR_REJECTED;
+    if (!(target == JSContextEnv::everyContext()) && !m_owner.isOpen(target))
+        return KR_NOT_AVAILABLE;
+    // No member is used once listeners run: the first of them may end this hub.
+    const std::shared_ptr<ListenerList> list = m_lists.value(event);
+    if (!list)
+        return KR_OK;
+    const JSApiArguments arguments(payload.data(), payload.size());
+    const JSContextEnv receiver = target;
+    const ListenerList::Reading reading(*list);
+    for (std::size_t position = 0; position < reading.end(); ++position) {
+        // What a listener throws is the page's uncaught error; the others are called all the same.
+        if (const Ref<IJSFunction> function = reading.at(position, receiver))
+            function->Call(arguments, nullptr);
+    }
+    return KR_OK;
+}
+
+KResult EventHub::Report(KJSVariant& result)
+{
+    QStringList events = m_lists.keys();
+    events.sort();
+    Ref<IJSArray> report = makeScriptArray();
+    for (const QString& event : std::as_const(events)) {
+        Ref<IJSONValue> entry = makeScriptObject();
+        entry->SetString(QStringLiteral("eventName"), event);
+        entry->SetInt32(QStringLiteral("listenerCount"), m_lists.value(event)->count());
+        report->Append(KJSVariant::fromUnknown(entry.release()));
+    }
+    result = KJSVariant::fromUnknown(report.release(), MV_ARRAY);
+    return KR_OK;
+}
+
+void EventHub::dropPage(const JSContextEnv& context, DroppedFunctions& dropped)
+{
+    for (auto entry = m_lists.begin(); entry != m_lists.end();) {
+        (*entry)->removePage(context, dropped);
+        entry = (*entry)->count() ? std::next(entry) : m_lists.erase(entry);
+    }
+}
+
+} // namespace vexlite

@@ -1,0 +1,86 @@
+#include "host/vexlite/eventhubs.h"
+
+#include "host/vexlite/core.h"
+
+namespace vexlite {
+
+bool EventHubs::DispatchLevel::allowed() const
+{
+    return m_depth <= CoreLimits::nestedDispatches;
+}
+
+EventHubs& EventHubs::ofProcess()
+{
+    // Never destroyed: the objects of modules that are unloaded at exit may still give their hubs back.
+    static EventHubs& hubs = *new EventHubs;
+    return hubs;
+}
+
+IJSEventHub* EventHubs::ClassHub(std::int32_t typeId)
+{
+    std::unique_ptr<EventHub>& hub = m_classHubs[typeId];
+    if (!hub)
+        hub = std::make_unique<EventHub>(*this);
+    return hub.get();
+}
+
+IJSEventHub* EventHubs::InstanceHub(std::int32_t typeId, IJSExtentionObject* object)
+{
+    const InstanceKey key(typeId, object);
+    std::unique_ptr<EventHub>& hub = m_instanceHubs[key];
+    if (!hub) {
+        hub = std::make_unique<EventHub>(*this);
+        m_instanceKeys.emplace(hub.get(), key);
+    }
+    return hub.get();
+}
+
+void EventHubs::ReleaseInstanceHub(IJSEventHub* hub)
+{
+    const auto known = m_instanceKeys.find(hub);
+    if (known == m_instanceKeys.end())
+        return;
+    auto owner = m_instanceHubs.extract(known->second);
+    m_instanceKeys.erase(known);
+    for (auto& [contextId, page] : m_pages)
+        page.hubs.erase(owner.mapped().get());
+}
+
+void EventHubs::pageOpened(const JSContextEnv& context)
+{
+    m_pages.emplace(context.contextId, Page {});
+}
+
+void EventHubs::pageClosed(const JSContextEnv& context)
+{
+    // The page leaves first: a function that ends below can not add listeners for it any more.
+    auto page = m_pages.extract(context.contextId);
+    if (!page)
+        return;
+    m_listeners -= page.mapped().listeners;
+    DroppedFunctions dropped;
+    for (EventHub* hub : page.mapped().hubs)
+        hub->dropPage(context, dropped);
+}
+
+bool EventHubs::listenerAdded(const JSContextEnv& context, EventHub* hub)
+{
+    const auto page = m_pages.find(context.contextId);
+    if (page == m_pages.end() || page->second.listeners >= CoreLimits::listenersPerPage)
+        return false;
+    ++page->second.listeners;
+    ++m_listeners;
+    page->second.hubs.insert(hub);
+    return true;
+}
+
+void EventHubs::listenersRemoved(const JSContextEnv& context, int count)
+{
+    const auto page = m_pages.find(context.contextId);
+    if (page == m_pages.end())
+        return;
+    page->second.listeners -= count;
+    m_listeners -= count;
+}
+
+} // namespace vexlite

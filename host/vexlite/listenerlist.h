@@ -1,0 +1,91 @@
+// ListenerList: the listeners of one event of one hub, in the order of their adding.
+//
+// It may be changed while it is read: a Reading sees every position it started with, and those that were
+// removed meanwhile are empty. Adding and removing one listener takes the same time however many there are.
+#pragma once
+
+#include "host/vexlite/ref.h"
+#include "vexlite/jsonvalue.h"
+
+#include <unordered_map>
+#include <vector>
+
+namespace vexlite {
+
+/// Functions that are no longer listened with. They are kept apart until the list is whole again, because
+/// giving back the last reference may run code that comes back to it.
+using DroppedFunctions = std::vector<Ref<IJSFunction>>;
+
+class ListenerList {
+public:
+    /// Keeps the list's positions as they are while it lives.
+    class Reading {
+    public:
+        explicit Reading(ListenerList& list)
+            : m_list(list)
+            , m_end(list.m_entries.size())
+        {
+            ++m_list.m_readings;
+        }
+        ~Reading()
+        {
+            --m_list.m_readings;
+            m_list.closeGaps();
+        }
+        Reading(const Reading&) = delete;
+        Reading& operator=(const Reading&) = delete;
+
+        std::size_t end() const { return m_end; }
+        /// The function at a position, or nothing when it was removed or is no listener of `target`.
+        Ref<IJSFunction> at(std::size_t position, const JSContextEnv& target) const;
+
+    private:
+        ListenerList& m_list;
+        std::size_t m_end;
+    };
+
+    bool has(const JSContextEnv& context, const IJSFunction& function) const;
+    /// The function must not be there yet.
+    void add(const JSContextEnv& context, Ref<IJSFunction> function);
+    /// False when it was not there.
+    bool remove(const JSContextEnv& context, const IJSFunction& function, DroppedFunctions& dropped);
+    /// Removes all of a page and returns how many there were.
+    int removePage(const JSContextEnv& context, DroppedFunctions& dropped);
+
+    int count() const { return static_cast<int>(m_positions.size()); }
+
+    /// Removes all, telling `removed` the context of each.
+    template <typename Removed> void clear(Removed removed, DroppedFunctions& dropped)
+    {
+        m_positions.clear();
+        for (Entry& entry : m_entries) {
+            if (!entry.function)
+                continue;
+            removed(entry.context);
+            dropped.push_back(std::exchange(entry.function, {}));
+        }
+        closeGaps();
+    }
+
+private:
+    struct Entry {
+        JSContextEnv context;
+        Ref<IJSFunction> function; ///< nothing where a listener was
+    };
+    struct Key {
+        JSContextEnv context;
+        std::uintptr_t identity;
+        friend bool operator==(const Key&, const Key&) = default;
+    };
+    struct KeyHash {
+        std::size_t operator()(const Key& key) const noexcept;
+    };
+
+    void closeGaps();
+
+    std::vector<Entry> m_entries;
+    std::unordered_map<Key, std::size_t, KeyHash> m_positions;
+    int m_readings = 0;
+};
+
+} // namespace vexlite

@@ -1,0 +1,38 @@
+// MemberRecord: what the core keeps of a member. The records lie in the module's tables, the texts and the
+// code are here.
+#pragma once
+
+#include "vexlite/jsextension.h"
+
+#include <QString>
+#include <array>
+#include <string>
+
+namespace vexlite {
+
+inline constexpr int maximumParameters = 3;
+
+struct MemberRecord final : JSMemberEntry {
+    struct Parameter {
+        std::uint64_t type = 0;
+        bool named = false;
+        std::u16string name;
+    };
+
+    std::u16string name;
+    JSAccess access = JSAccess::Method; ///< its number is the member's kind
+    std::uint32_t mask = 0;
+    std::int32_t resultType = 0;
+    int parameterCount = 0;
+    std::array<Parameter, maximumParameters> parameters;
+
+    QString nameText() const { return QString::fromUtf16(name.data(), static_cast<int>(name.size())); }
+
+    /// Every entry of every table is made by the registry.
+    static const MemberRecord& of(const JSMemberEntry& entry)
+    {
+        return static_cast<const MemberRecord&>(entry);
+    }
+};
+
+} // namespace vexlite

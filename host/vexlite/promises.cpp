@@ -1,0 +1,132 @@
+#include "host/vexlite/promises.h"
+
+#include "host/vexlite/conversion.h"
+#include "host/vexlite/counted.h"
+#include "host/vexlite/scriptvalues.h"
+
+namespace vexlite {
+
+namespace {
+
+constexpr std::int32_t defaultRejectionCode = 3;
+
+/// No number is ever given twice in a process, so a late answer settles no later promise.
+std::int64_t lastPromise = 0;
+
+} // namespace
+
+/// The promise as native code holds it. It may outlive its page and the core.
+class Promises::Promise final : public Counted<IJSPromise> {
+public:
+    Promise(std::int64_t handle, std::shared_ptr<const State> state, const std::shared_ptr<Pages>& pages)
+        : m_handle(handle)
+        , m_state(std::move(state))
+        , m_pages(pages)
+    {
+    }
+    ~Promise() override
+    {
+        const std::shared_ptr<Pages> pages = m_pages.lock();
+        if (ScriptPage* page = pages ? pages->find(m_state->context) : nullptr)
+            page->releasePromise(m_handle);
+    }
+
+    std::int64_t Id() const override { return m_state->pending ? m_handle : 0; }
+    std::int64_t handle() const { return m_handle; }
+
+private:
+    std::int64_t m_handle;
+    std::shared_ptr<const State> m_state;
+    std::weak_ptr<Pages> m_pages;
+};
+
+std::int64_t promiseHandle(IUnknown* object)
+{
+    const auto* promise = dynamic_cast<Promises::Promise*>(object);
+    return promise ? promise->handle() : 0;
+}
+
+Promises::Promises(std::shared_ptr<Pages> pages)
+    : m_pages(std::move(pages))
+{
+}
+
+Promises::~Promises()
+{
+    for (const auto& [promise, state] : m_pending)
+        state->pending = false;
+}
+
+KResult Promises::CreateSettled(JSPromiseState state, const JSContextEnv& context,
+    const std::function<void(KJSVariant& value)>& fill, KJSVariant& out)
+{
+    out = {};
+    KJSVariant value;
+    if (fill)
+        fill(value);
+    if (state == JSPromiseState::Rejected)
+        value = makeFailure(defaultRejectionCode, describedText(value));
+    ScriptPage* page = m_pages->find(context);
+    const std::int64_t promise = ++lastPromise;
+    if (!page || !page->createPromise(promise))
+        return KR_NOT_AVAILABLE;
+    const auto settled = std::make_shared<State>(State { context, false });
+    out = KJSVariant::fromUnknown(new Promise(promise, settled, m_pages));
+    page->settlePromise(promise, state, value);
+    return KR_OK;
+}
+
+std::int64_t Promises::CreatePending(const JSContextEnv& context, KJSVariant& out)
+{
+    out = {};
+    ScriptPage* page = m_pages->find(context);
+    if (!page || m_pendingOfPage[context.contextId] >= CoreLimits::pendingPromisesPerPage)
+        return 0;
+    const std::int64_t promise = ++lastPromise;
+    if (!page->createPromise(promise))
+        return 0;
+    const auto state = std::make_shared<State>(State { context, true });
+    m_pending.emplace(promise, state);
+    ++m_pendingOfPage[context.contextId];
+    out = KJSVariant::fromUnknown(new Promise(promise, state, m_pages));
+    return promise;
+}
+
+KResult Promises::Answer(
+    std::int64_t promise, const JSContextEnv& context, const std::vector<KJSVariant>& list, std::int32_t one)
+{
+    const auto found = m_pending.find(promise);
+    ScriptPage* page = m_pages->find(context);
+    if (found == m_pending.end() || !(found->second->context == context) || !page)
+        return KR_NOT_AVAILABLE;
+    KJSVariant success;
+    if (one != 1 || list.size() < 3 || !converted(list[0], MV_BOOL, success))
+        return KR_REJECTED;
+
+    // The promise leaves the set first: script that runs on its settling finds it settled.
+    found->second->pending = false;
+    m_pending.erase(found);
+    --m_pendingOfPage[context.contextId];
+    if (success.raw().boolVal) {
+        page->settlePromise(promise, JSPromiseState::Resolved, list[2]);
+        return KR_OK;
+    }
+    const IJSONValue* details = objectOf(list[2]);
+    const std::int32_t code =
+        details ? details->GetInt32(QStringLiteral("code"), defaultRejectionCode) : defaultRejectionCode;
+    page->settlePromise(promise, JSPromiseState::Rejected, makeFailure(code, describedText(list[1])));
+    return KR_OK;
+}
+
+void Promises::pageClosed(const JSContextEnv& context)
+{
+    m_pendingOfPage.erase(context.contextId);
+    std::erase_if(m_pending, [&](const auto& entry) {
+        if (!(entry.second->context == context))
+            return false;
+        entry.second->pending = false;
+        return true;
+    });
+}
+
+} // namespace vexlite

@@ -1,0 +1,40 @@
+// Promises: the promise service and the answer channel over one set of pending promises.
+#pragma once
+
+#include "host/vexlite/pages.h"
+
+namespace vexlite {
+
+class Promises final : public IJSPromiseService, public IJSAnswerChannel {
+public:
+    explicit Promises(std::shared_ptr<Pages> pages);
+    ~Promises();
+
+    /// `fill` is called first, also when the page turns out to have gone.
+    KResult CreateSettled(JSPromiseState state, const JSContextEnv& context,
+        const std::function<void(KJSVariant& value)>& fill, KJSVariant& out) override;
+    std::int64_t CreatePending(const JSContextEnv& context, KJSVariant& out) override;
+    /// A list that is not one of getAsynRetValList, or a wrong `one`, is KR_REJECTED and leaves the promise
+    /// pending.
+    KResult Answer(std::int64_t promise, const JSContextEnv& context, const std::vector<KJSVariant>& list,
+        std::int32_t one) override;
+
+    /// Forgets the page's pending promises.
+    void pageClosed(const JSContextEnv& context);
+    int pendingCount() const { return static_cast<int>(m_pending.size()); }
+
+private:
+    class Promise;
+    friend std::int64_t promiseHandle(IUnknown* object);
+    /// What a promise object and the set share: whether it is pending still.
+    struct State {
+        JSContextEnv context;
+        bool pending;
+    };
+
+    std::shared_ptr<Pages> m_pages;
+    std::unordered_map<std::int64_t, std::shared_ptr<State>> m_pending;
+    std::unordered_map<std::int64_t, int> m_pendingOfPage; ///< by context id
+};
+
+} // namespace vexlite

@@ -1,0 +1,60 @@
+#include "host/vexlite/trace.h"
+
+#include "host/vexlite/memberrecord.h"
+#include "host/vexlite/ownedtext.h"
+#include "host/vexlite/scriptvalues.h"
+
+namespace vexlite {
+
+void CallTrace::setTracer(Tracer tracer)
+{
+    m_tracer = tracer ? std::make_shared<const Tracer>(std::move(tracer)) : nullptr;
+}
+
+KResult CallTrace::traced(const JSContextEnv& context, const KJSVariant& exception, const Invoke& invoke)
+{
+    const std::shared_ptr<const Tracer> tracer = m_tracer;
+    ActiveCall call { m_innermost, context, {}, {}, Clock::now(), {} };
+    m_innermost = &call;
+    const KResult status = invoke(reinterpret_cast<std::int64_t>(&call));
+    m_innermost = call.outer;
+    if (call.end == Clock::time_point {})
+        call.end = Clock::now();
+
+    const IJSONValue* failure = objectOf(exception);
+    const auto time = std::chrono::duration_cast<std::chrono::nanoseconds>(call.end - call.start);
+    (*tracer)({ call.object, call.member, time.count(), status == KR_OK,
+        status != KR_OK && failure ? failure->GetString(QStringLiteral("msg"), {}) : QString() });
+    return status;
+}
+
+void CallTrace::completed(const JSContextEnv& context, std::int64_t extra)
+{
+    if (m_innermost && extra == reinterpret_cast<std::int64_t>(m_innermost)
+        && m_innermost->context == context)
+        m_innermost->end = Clock::now();
+}
+
+bool CallTrace::FilterTable(
+    const QString&, const JSContextEnv&, const JSMemberTable& table, JSMemberTable& replacement)
+{
+    if (!m_denyMask)
+        return false;
+    for (const auto& entry : table) {
+        if (!(MemberRecord::of(*entry.second).mask & m_denyMask))
+            replacement.insert(entry);
+    }
+    return true;
+}
+
+void CallTrace::CallNotice(
+    const QString& objectName, const JSContextEnv& context, const JSMemberEntry* member)
+{
+    // The first notice is the call's own; what native code calls by itself within it is part of it.
+    if (!m_innermost || !m_innermost->object.isNull() || !(m_innermost->context == context))
+        return;
+    m_innermost->object = objectName.isNull() ? QStringLiteral("") : ownedText(objectName);
+    m_innermost->member = member ? MemberRecord::of(*member).nameText() : QString();
+}
+
+} // namespace vexlite

@@ -1,0 +1,49 @@
+// CallTrace: the calls in progress while a tracer listens. Trace: the hook through which their names come,
+// and which hides members.
+#pragma once
+
+#include "host/vexlite/core.h"
+
+#include <chrono>
+
+namespace vexlite {
+
+class CallTrace final : public IJSTraceHook {
+public:
+    using Tracer = std::function<void(const TracedCall&)>;
+    /// Makes the call, with the value that is to come back to `completed`.
+    using Invoke = std::function<KResult(std::int64_t extra)>;
+
+    void setTracer(Tracer tracer);
+    void setDenyMask(std::uint32_t mask) { m_denyMask = mask; }
+    bool isTracing() const { return m_tracer != nullptr; }
+    bool isNeeded() const { return isTracing() || m_denyMask; }
+
+    /// Makes a call and reports it once it is over, so that the tracer sees an inner call before its outer
+    /// one.
+    KResult traced(const JSContextEnv& context, const KJSVariant& exception, const Invoke& invoke);
+    /// Ends the time of the innermost call, when that is the one `extra` names; does nothing otherwise.
+    void completed(const JSContextEnv& context, std::int64_t extra);
+
+    bool FilterTable(const QString& objectName, const JSContextEnv& context, const JSMemberTable& table,
+        JSMemberTable& replacement) override;
+    void CallNotice(
+        const QString& objectName, const JSContextEnv& context, const JSMemberEntry* member) override;
+
+private:
+    using Clock = std::chrono::steady_clock;
+    struct ActiveCall {
+        ActiveCall* outer;
+        JSContextEnv context;
+        QString object; ///< null before the notice
+        QString member;
+        Clock::time_point start;
+        Clock::time_point end; ///< the epoch before the completion
+    };
+
+    std::shared_ptr<const Tracer> m_tracer; ///< shared, since a tracer may replace itself
+    std::uint32_t m_denyMask = 0;
+    ActiveCall* m_innermost = nullptr;
+};
+
+} // namespace vexlite

@@ -1,0 +1,82 @@
+#include "suite/kdcinfo.h"
+#include "suite/kxloggerlite.h"
+#include "tests/services/fixture.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+
+namespace {
+
+TEST_F(ServiceTest, ALogRecordIsOneLineWithItsParts)
+{
+    KxLoggerLite::writeInfo(L"mod\tule", L"a\r\nb\\n \x2028 \x1F600\x1b[0m");
+    KxLoggerLite::writeWarning(L"m", L"w");
+    KxLoggerLite::writeError(L"m", L"e");
+    const QList<QByteArray> lines = read("logs/suite.log").split('\n');
+    ASSERT_EQ(lines.size(), 4);
+    const QRegularExpression record(QStringLiteral(
+        "^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}[+-]\\d\\d:\\d\\d\t(\\w+)\t([^\t]*)\t([^\t]*)$"));
+    const auto parts = [&](int line) {
+        return record.match(QString::fromUtf8(lines[line]))
+            .capturedTexts()
+            .mid(1)
+            .join(QLatin1Char('|'))
+            .toStdString();
+    };
+    EXPECT_EQ(parts(0), "info|mod\\tule|a\\r\\nb\\\\n \\u2028 \xf0\x9f\x98\x80\\u001b[0m");
+    EXPECT_EQ(parts(1), "warning|m|w");
+    EXPECT_EQ(parts(2), "error|m|e");
+}
+
+TEST_F(ServiceTest, TheLogRotatesAndKeepsWhatTheProfileSays)
+{
+    useProfile(R"({"log": {"maxFileSizeKiB": 1, "keptFiles": 2}})");
+    for (int record = 0; record < 100; ++record)
+        KxLoggerLite::writeInfo(L"m", std::wstring(100, L'a') + std::to_wstring(record));
+    const QStringList files = QDir(path("logs")).entryList(QDir::Files, QDir::Name);
+    ASSERT_EQ(files.join(QLatin1Char(' ')).toStdString(), "suite.1.log suite.2.log suite.log");
+    for (const QString& file : files)
+        EXPECT_LE(QFileInfo(path("logs/") + file).size(), 1024);
+    EXPECT_TRUE(read("logs/suite.log").endsWith("a99\n"));
+}
+
+TEST_F(ServiceTest, ALogThatCanNotBeWrittenOrIsOffDropsRecords)
+{
+    write("logs", "in the way");
+    EXPECT_NO_THROW(KxLoggerLite::writeInfo(L"m", L"dropped"));
+    ASSERT_TRUE(QFile::remove(path("logs")));
+    profile::switchOff(QStringLiteral("logger"), nullptr);
+    KxLoggerLite::writeInfo(L"m", L"dropped");
+    EXPECT_FALSE(QFileInfo::exists(path("logs")));
+    useProfile("{}");
+    KxLoggerLite::writeInfo(L"m", L"kept");
+    EXPECT_TRUE(read("logs/suite.log").endsWith("kept\n"));
+}
+
+TEST_F(ServiceTest, EveryEventIsRecordedWithWhatSamplingSaid)
+{
+    for (int event = 0; event < 200; ++event)
+        KDcInfoC::instance()->postGeneralEvent(QStringLiteral("e"),
+            { { QStringLiteral("k"), QStringLiteral("v\n") } }, 0, 0, event < 100 ? 1 : 1000, true);
+    QList<QByteArray> lines = read("telemetry.jsonl").split('\n');
+    ASSERT_EQ(lines.size(), 201);
+    lines.removeLast();
+    int alwaysSent = 0;
+    int rarelySent = 0;
+    for (const QByteArray& line : lines) {
+        const QJsonObject record = QJsonDocument::fromJson(line).object();
+        EXPECT_EQ(record[QStringLiteral("event")].toString(), QStringLiteral("e"));
+        EXPECT_EQ(record[QStringLiteral("fields")].toObject()[QStringLiteral("k")].toString(),
+            QStringLiteral("v\n"));
+        int& count = record[QStringLiteral("probability")].toInt() == 1 ? alwaysSent : rarelySent;
+        count += record[QStringLiteral("sent")].toBool();
+    }
+    EXPECT_EQ(alwaysSent, 100);
+    EXPECT_LT(rarelySent, 10); // one in a thousand: ten of a hundred come once in 10^17 runs
+
+    profile::switchOff(QStringLiteral("dataCollection"), nullptr);
+    EXPECT_EQ(KDcInfoC::instance(), nullptr);
+}
+
+} // namespace

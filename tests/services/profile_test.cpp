@@ -1,0 +1,123 @@
+#include "krt/krt.h"
+#include "krt/product.h"
+#include "suite/kdcinfo.h"
+#include "tests/services/fixture.h"
+
+namespace {
+
+struct WrongProfile {
+    const char* name;
+    const char* text;
+    const char* error;
+};
+
+class WrongProfiles : public ServiceTest, public testing::WithParamInterface<WrongProfile> { };
+
+TEST_P(WrongProfiles, AreRefusedWithTheirPlace)
+{
+    useProfile(R"({"application": {"name": "kept"}})");
+    EXPECT_EQ(loadProfile(GetParam().text).toStdString(), GetParam().error);
+    EXPECT_EQ(krt::appName(), QStringLiteral("kept"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Keys, WrongProfiles,
+    testing::Values(
+        WrongProfile { "TooLarge", R"({"dpi": {"scale": 9}})", "dpi.scale: must be a number from 0.5 to 8" },
+        WrongProfile {
+            "WrongType", R"({"dpi": {"scale": "1"}})", "dpi.scale: must be a number from 0.5 to 8" },
+        WrongProfile { "NoWholeNumber", R"({"log": {"keptFiles": 1.5}})",
+            "log.keptFiles: must be a whole number from 0 to 1000" },
+        WrongProfile {
+            "Null", R"({"services": {"logger": null}})", "services.logger: must be true or false" },
+        WrongProfile { "SectionIsNoObject", R"({"dpi": 1})", "dpi: must be an object" },
+        WrongProfile { "NoObject", "[]", "the profile: must be an object" },
+        WrongProfile { "UnknownKey", R"({"dpi": {"scle": 1}})",
+            "dpi.scle: is not a key of a profile; use one of scale" },
+        WrongProfile { "ListItem", R"({"directories": {"blacklistedDownloads": ["/a", "b"]}})",
+            "directories.blacklistedDownloads[1]: must be an absolute path, or begin with ${DATA} or "
+            "${HOME}" },
+        WrongProfile { "UnknownVariable", R"({"directories": {"pluginDownloads": "${TMP}/a"}})",
+            "directories.pluginDownloads: must be an absolute path, or begin with ${DATA} or ${HOME}" },
+        WrongProfile { "InAFreeMap", R"({"product": {"configurations": {"37": {"a": true}}}})",
+            "product.configurations.37.a: must be a text or a whole number from -2147483648 to 2147483647" },
+        WrongProfile { "Empty", R"({"application": {"name": ""}})",
+            "application.name: must be a text that is not empty" },
+        WrongProfile { "Several", R"({"dpi": {"scale": 9}, "services": {"logger": 1}})",
+            "dpi.scale: must be a number from 0.5 to 8\nservices.logger: must be true or false" },
+        WrongProfile { "Twice", R"({"dpi": {}, "dpi": {}})", "dpi: appears twice; keep one of the two" }),
+    caseName<WrongProfile>);
+
+INSTANTIATE_TEST_SUITE_P(Syntax, WrongProfiles,
+    testing::Values(
+        WrongProfile { "MissingComma", "{\n  \"dpi\": {}\n  \"log\": {}\n}",
+            "line 3, column 7: is not JSON; look for a missing quote, comma or bracket before it" },
+        WrongProfile { "NoText", "",
+            "line 1, column 1: is not JSON; look for a missing quote, comma or bracket before it" }),
+    caseName<WrongProfile>);
+
+TEST_F(ServiceTest, AFileThatIsNotThereIsNamed)
+{
+    const QString error = profile::load(path("none.json"));
+    EXPECT_TRUE(error.startsWith(QStringLiteral("profile \"%1\": can not be read").arg(path("none.json"))));
+}
+
+TEST_F(ServiceTest, AbsentKeysKeepTheDefault)
+{
+    useProfile(R"({"product": {"strings": {"Home": {"37": "first"}}, "features": {"OnlyFocusOnPDF": true},
+                   "configurations": {"37": {"url": "x", "count": 12}}}, "installation": {"version": "7.1"}})");
+    bool ok = false;
+    EXPECT_EQ(krt::kcmc::value(QStringLiteral("Home"), QStringLiteral("37"), &ok), QStringLiteral("first"));
+    EXPECT_TRUE(ok);
+    krt::kcmc::value(QStringLiteral("Home"), QStringLiteral("38"), &ok);
+    EXPECT_FALSE(ok);
+    EXPECT_NE(krt::kcmc::value(QStringLiteral("BaseApiProduct"), QStringLiteral("productName")), QString());
+    EXPECT_TRUE(krt::kcmc::support(QStringLiteral("OnlyFocusOnPDF")));
+    EXPECT_FALSE(krt::kcmc::support(QStringLiteral("NoSuchFeature")));
+    EXPECT_EQ(krt::configs::getString(QStringLiteral("url"), 37), QStringLiteral("x"));
+    EXPECT_EQ(krt::configs::getInt(QStringLiteral("count"), 37), 12);
+    EXPECT_EQ(krt::configs::getInt(QStringLiteral("count"), 1), 0);
+    EXPECT_EQ(KDcInfoCDetail::getVersion(), QStringLiteral("7.1"));
+    EXPECT_NE(KDcInfoCDetail::getGuid(), QString());
+}
+
+TEST_F(ServiceTest, LanguageFormatsAndItsCache)
+{
+    const QString first = krt::i18n::language(1, true);
+    useProfile(R"({"language": {"name": "pt", "region": "BR"}})");
+    EXPECT_EQ(krt::i18n::language(0, false), QStringLiteral("pt"));
+    EXPECT_EQ(krt::i18n::language(1, false), QStringLiteral("pt_BR"));
+    EXPECT_EQ(krt::i18n::language(2, false), QStringLiteral("pt-BR"));
+    EXPECT_EQ(krt::i18n::language(9, false), QStringLiteral("pt"));
+    EXPECT_EQ(krt::i18n::language(1, true), first);
+    useProfile(R"({"language": {"name": "eo", "region": ""}})");
+    EXPECT_EQ(krt::i18n::language(2, false), QStringLiteral("eo"));
+}
+
+TEST_F(ServiceTest, ServicesAreSwitchedOffByName)
+{
+    for (const QString& service : profile::serviceNames()) {
+        EXPECT_TRUE(profile::serviceOn(service)) << service.toStdString();
+        EXPECT_TRUE(profile::switchOff(service, nullptr));
+        EXPECT_FALSE(profile::serviceOn(service));
+    }
+    QString error;
+    EXPECT_FALSE(profile::switchOff(QStringLiteral("loger"), &error));
+    EXPECT_TRUE(error.contains(QStringLiteral("logger"))) << error.toStdString();
+}
+
+TEST_F(ServiceTest, DataDirectoryIsMadeOrRefused)
+{
+    EXPECT_EQ(profile::setDataDirectory(path("new/one")), QString());
+    EXPECT_TRUE(QFileInfo(path("new/one")).isDir());
+    write("file", "");
+    EXPECT_NE(profile::setDataDirectory(path("file")), QString());
+    EXPECT_EQ(profile::dataDirectory(), path("new/one"));
+
+    profile::setDataDirectory({});
+    const QString temporary = profile::dataDirectory();
+    EXPECT_TRUE(QFileInfo(temporary).isDir());
+    EXPECT_EQ(profile::dataDirectory(), temporary);
+    EXPECT_FALSE(temporary.startsWith(path("")));
+}
+
+} // namespace

@@ -1,0 +1,450 @@
+#include "tests/vexlite/fakes.h"
+
+#include <cstring>
+#include <unistd.h>
+
+using namespace vexlite;
+using namespace vexlite::test;
+
+namespace {
+
+std::function<KResult(KJSVariant& result, KJSVariant& exception)> handled;
+
+KResult method(
+    IJSExtentionObject*, const JSContextEnv&, JSApiArguments&, KJSVariant& result, KJSVariant& exception)
+{
+    const auto body = handled; // it may replace itself
+    return body ? body(result, exception) : KR_OK;
+}
+
+KResult property(IJSExtentionObject*, const JSContextEnv&, KJSVariant& value, KJSVariant&)
+{
+    value = KJSVariant::fromInt32(4);
+    return KR_OK;
+}
+
+/// Forgets its texts after use, as a module does that is unloaded.
+void addMember(JSMemberTable& table, const char* name, int kind, std::uint32_t mask, int count)
+{
+    std::u16string text(name, name + std::strlen(name));
+    std::u16string label = u"eventName";
+    const JSParameter named { MV_STRING, label.c_str(), 0 };
+    const JSParameter unnamed { 0x8004, nullptr, 0 };
+    const auto invoke =
+        kind == 1 ? reinterpret_cast<JSMemberInvoke>(&property) : reinterpret_cast<JSMemberInvoke>(&method);
+    GetVEXJSCore()->Registry()->AddMember(table, text.c_str(), kind, mask, 0x8004, invoke, count, named,
+        unnamed, JSParameter { 13, nullptr, 0 });
+    text.assign(text.size(), u'#');
+    label.assign(label.size(), u'#');
+}
+
+/// An extension object that does with the core what a module's objects do.
+class FakeObject final : public Counted<IJSExtentionObject, IID_IJSExtentionObject>, public IJSCreatable {
+public:
+    FakeObject() { ++alive; }
+    ~FakeObject() override { --alive; }
+
+    std::int64_t GetTypeId() override { return 0; }
+    KResult InvokePropertyGet(const JSContextEnv& context, std::int32_t id, std::int64_t extra,
+        KJSVariant& value, KJSVariant& exception) override
+    {
+        const KResult status = reinterpret_cast<JSPropertyInvoke>(
+            entered(context, id, JSAccess::PropertyGet))(this, context, value, exception);
+        GetVEXJSCore()->Registry()->CallCompleted(context, value, extra);
+        return status;
+    }
+    KResult InvokePropertyPut(const JSContextEnv&, std::int32_t, KJSVariant&, KJSVariant&) override
+    {
+        return KR_OK;
+    }
+    KResult InvokeMethod(const JSContextEnv& context, std::int32_t id, JSApiArguments& arguments,
+        KJSVariant& result, std::int64_t completion, KJSVariant& exception) override
+    {
+        const KResult status = reinterpret_cast<JSMethodInvoke>(entered(context, id, JSAccess::Method))(
+            this, context, arguments, result, exception);
+        GetVEXJSCore()->Registry()->CallCompleted(context, result, completion);
+        return status;
+    }
+    KResult GetMemberTable(const JSContextEnv& context, IJSMemberList** out) override
+    {
+        IVEXJSCore* core = GetVEXJSCore();
+        if (m_table.empty()) {
+            addMember(m_table, "open", 0, 0x40, 1);
+            addMember(m_table, "close", 0, 0x1, 0);
+            addMember(m_table, "Part", 1, 0x41, 0);
+        }
+        JSMemberTable replacement;
+        if (IJSTraceHook* hook = core->TraceHook();
+            hook && hook->FilterTable(QStringLiteral("NovaExtension.Fake"), context, m_table, replacement))
+            return core->Registry()->PublishTable(replacement, out);
+        return core->Registry()->PublishTable(m_table, out);
+    }
+    void* GetHostPointer() override { return m_hostPointer; }
+    void Reserved() override { }
+    void SetHostPointer(void* value) override { m_hostPointer = value; }
+    void GetInstanceMode(std::uint32_t*) override { }
+    void SetInstanceMode(std::uint32_t) override { }
+    void Initialise(IJSONValue*) override { ++initialised; }
+
+    static inline int alive = 0;
+    int initialised = 0;
+
+private:
+    JSMemberInvoke entered(const JSContextEnv& context, std::int32_t id, JSAccess access)
+    {
+        IVEXJSCore* core = GetVEXJSCore();
+        const JSMemberEntry* entry = core->Registry()->FindMember(m_table, id, access);
+        if (IJSTraceHook* hook = core->TraceHook())
+            hook->CallNotice(QStringLiteral("NovaExtension.Fake"), context, entry);
+        return entry->invoke;
+    }
+
+    JSMemberTable m_table;
+    void* m_hostPointer = nullptr;
+};
+
+KResult bindNew(std::int64_t context, std::int64_t target)
+{
+    IVEXJSCore* core = GetVEXJSCore();
+    return core ? core->Registry()->Bind(new FakeObject, context, target, 0) : KR_NOT_AVAILABLE;
+}
+
+KResult bindElsewhere(std::int64_t context, std::int64_t target)
+{
+    EXPECT_EQ(bindNew(context, target + 1), KR_NOT_AVAILABLE);
+    EXPECT_EQ(bindNew(context + 1, target), KR_NOT_AVAILABLE);
+    return KR_OK;
+}
+
+KResult bindTwice(std::int64_t context, std::int64_t target)
+{
+    EXPECT_EQ(bindNew(context, target), KR_OK);
+    EXPECT_EQ(bindNew(context, target), KR_NOT_AVAILABLE);
+    return KR_OK;
+}
+
+KResult bindAndFail(std::int64_t context, std::int64_t target)
+{
+    bindNew(context, target);
+    return KR_NO_MEMORY;
+}
+
+JSContextEnv closing;
+
+KResult bindAfterClosing(std::int64_t context, std::int64_t target)
+{
+    Core::instance()->closePage(closing);
+    EXPECT_EQ(bindNew(context, target), KR_NOT_AVAILABLE);
+    return KR_OK;
+}
+
+class Calls : public CoreTest {
+protected:
+    Calls()
+    {
+        core.setFactories({ { QStringLiteral("Fake"), &bindNew },
+            { QStringLiteral("Elsewhere"), &bindElsewhere }, { QStringLiteral("Twice"), &bindTwice },
+            { QStringLiteral("Fails"), &bindAndFail }, { QStringLiteral("Closing"), &bindAfterClosing } });
+        closing = first;
+    }
+    ~Calls() override { handled = nullptr; }
+
+    KResult call(
+        IJSExtentionObject* object, const JSContextEnv& context, int id, JSAccess access = JSAccess::Method)
+    {
+        JSApiArguments none;
+        result = exception = {};
+        return core.call(object, context, id, access, none, result, exception);
+    }
+    QString message() const
+    {
+        const IJSONValue* failure = objectOf(exception);
+        return failure ? failure->GetString(QStringLiteral("msg"), {}) : QString();
+    }
+
+    KJSVariant result;
+    KJSVariant exception;
+};
+
+QString names(IJSMemberList& list)
+{
+    QStringList all;
+    for (int index = 0; index < list.Count(); ++index)
+        all.append(QString::fromUtf16(list.Name(index)) + QString::number(list.Id(index)));
+    return all.join(QLatin1Char(' '));
+}
+
+struct BindCase {
+    const char* name;
+    const char* object;
+    bool onClosedPage;
+    KResult status;
+};
+
+class Binding : public Calls, public testing::WithParamInterface<BindCase> { };
+
+TEST_P(Binding, GivesAnObjectOrACode)
+{
+    if (GetParam().onClosedPage)
+        core.closePage(first);
+    {
+        const BoundObject bound = core.bindObject(first, QLatin1String(GetParam().object));
+        EXPECT_EQ(bound.status, GetParam().status);
+        EXPECT_EQ(bool(bound.object), GetParam().status == KR_OK);
+        EXPECT_EQ(bool(bound.members), GetParam().status == KR_OK);
+        EXPECT_EQ(FakeObject::alive, GetParam().status == KR_OK ? 1 : 0);
+    }
+    EXPECT_EQ(FakeObject::alive, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Objects, Binding,
+    testing::Values(BindCase { "Known", "Fake", false, KR_OK },
+        BindCase { "Unknown", "fake", false, KR_NOT_AVAILABLE },
+        BindCase { "ClosedPage", "Fake", true, KR_NOT_AVAILABLE },
+        BindCase { "BoundElsewhere", "Elsewhere", false, KR_NOT_AVAILABLE },
+        BindCase { "BoundTwice", "Twice", false, KR_OK },
+        BindCase { "ClosedMeanwhile", "Closing", false, KR_NOT_AVAILABLE },
+        BindCase { "BoundThenFailed", "Fails", false, KR_NO_MEMORY }),
+    caseName<BindCase>);
+
+TEST_F(Calls, BindOutsideAVisitIsRefused)
+{
+    EXPECT_EQ(bindNew(first.contextId, 1), KR_NOT_AVAILABLE);
+    EXPECT_EQ(FakeObject::alive, 0);
+}
+
+struct MemberCase {
+    const char* name;
+    const char* member;
+    int kind;
+    int count;
+    const char* members; ///< with their ids, afterwards
+};
+
+class Adding : public Calls, public testing::WithParamInterface<MemberCase> { };
+
+TEST_P(Adding, TakesMembersWithoutFault)
+{
+    JSMemberTable table;
+    addMember(table, "one", 0, 0, 2);
+    addMember(table, GetParam().member, GetParam().kind, 0, GetParam().count);
+    addMember(table, "last", 0, 0, 0);
+    IJSMemberList* published = nullptr;
+    GetVEXJSCore()->Registry()->PublishTable(table, &published);
+    EXPECT_EQ(names(*published), QLatin1String(GetParam().members));
+    published->Release();
+}
+
+INSTANTIATE_TEST_SUITE_P(Members, Adding,
+    testing::Values(MemberCase { "Method", "two", 0, 3, "one0 two1 last2" },
+        MemberCase { "Property", "two", 1, 0, "one0 two1 last2" },
+        MemberCase { "KnownName", "one", 1, 0, "one0 last1" },
+        MemberCase { "NoName", "", 0, 0, "one0 last1" },
+        MemberCase { "UnknownKind", "two", 2, 0, "one0 last1" },
+        MemberCase { "TooManyParameters", "two", 0, 4, "one0 last1" },
+        MemberCase { "FewerThanNoParameters", "two", 0, -1, "one0 last1" }),
+    caseName<MemberCase>);
+
+TEST_F(Calls, PublishedListOutlivesItsTable)
+{
+    IJSRegistry* registry = GetVEXJSCore()->Registry();
+    IJSMemberList* published = nullptr;
+    {
+        JSMemberTable source;
+        JSMemberTable table;
+        addMember(source, "open", 0, 0x40, 3);
+        registry->AssignTable(source, table);
+        EXPECT_TRUE(source.empty());
+        registry->PublishTable(table, &published);
+    }
+    const auto list = Ref<IJSMemberList>::adopt(published);
+    ASSERT_EQ(list->ParameterCount(0), 3);
+    EXPECT_EQ(QString::fromUtf16(list->Parameter(0, 0).name), QStringLiteral("eventName"));
+    EXPECT_EQ(list->Parameter(0, 1).name, nullptr);
+    EXPECT_EQ(list->Parameter(0, 2).type, 13u);
+    EXPECT_EQ(list->Mask(0), 0x40u);
+    EXPECT_EQ(list->ResultType(0), 0x8004);
+    EXPECT_EQ(list->Invoke(0), reinterpret_cast<JSMemberInvoke>(&method));
+}
+
+TEST_F(Calls, MembersAreFoundByTheirOwnAccessOnly)
+{
+    JSMemberTable table;
+    addMember(table, "method", 0, 0, 0);
+    addMember(table, "Property", 1, 0, 0);
+    for (int id = -1; id <= 2; ++id) {
+        for (const JSAccess access : { JSAccess::Method, JSAccess::PropertyGet, JSAccess::PropertyPut }) {
+            const bool found =
+                (id == 0 && access == JSAccess::Method) || (id == 1 && access == JSAccess::PropertyGet);
+            EXPECT_EQ(GetVEXJSCore()->Registry()->FindMember(table, id, access) != nullptr, found) << id;
+        }
+    }
+}
+
+struct DenyCase {
+    const char* name;
+    std::uint32_t mask;
+    const char* members;
+};
+
+class Denying : public Calls, public testing::WithParamInterface<DenyCase> { };
+
+TEST_P(Denying, HidesMembersThatShareABit)
+{
+    core.setDenyMask(GetParam().mask);
+    EXPECT_EQ(GetVEXJSCore()->TraceHook() != nullptr, GetParam().mask != 0);
+    EXPECT_EQ(names(*core.bindObject(first, QStringLiteral("Fake")).members.get()),
+        QLatin1String(GetParam().members));
+}
+
+INSTANTIATE_TEST_SUITE_P(Masks, Denying,
+    testing::Values(DenyCase { "None", 0, "open0 close1 Part2" }, DenyCase { "OneBit", 0x40, "close1" },
+        DenyCase { "AnotherBit", 0x81, "open0" }, DenyCase { "NoneOfTheirs", 0x100, "open0 close1 Part2" },
+        DenyCase { "All", 0xffffffff, "" }),
+    caseName<DenyCase>);
+
+TEST_F(Calls, FailureAlwaysHasAnException)
+{
+    const BoundObject bound = core.bindObject(first, QStringLiteral("Fake"));
+    EXPECT_EQ(call(bound.object.get(), first, 2, JSAccess::PropertyGet), KR_OK);
+    EXPECT_EQ(result.raw().lVal, 4);
+    EXPECT_EQ(call(bound.object.get(), first, 2, JSAccess::PropertyPut), KR_REJECTED);
+    EXPECT_FALSE(message().isEmpty());
+    handled = [](KJSVariant&, KJSVariant&) { return KR_NOT_AVAILABLE; };
+    EXPECT_EQ(call(bound.object.get(), first, 0), KR_NOT_AVAILABLE);
+    EXPECT_TRUE(message().contains(QStringLiteral("0x80000008")));
+    handled = [](KJSVariant&, KJSVariant& thrown) {
+        return thrown = makeFailure(1, QStringLiteral("mine")), KR_OK;
+    };
+    EXPECT_EQ(call(bound.object.get(), first, 0), KR_REJECTED);
+    EXPECT_EQ(message(), QStringLiteral("mine"));
+}
+
+TEST_F(Calls, TracerSeesNestedCallsByTheirOwnNames)
+{
+    QStringList seen;
+    core.setTracer([&](const TracedCall& traced) {
+        seen.append(traced.object + QLatin1Char('.') + traced.member
+            + QLatin1Char(traced.succeeded ? '+' : '-') + traced.message);
+        EXPECT_GE(traced.nanoseconds, 0);
+        if (traced.member == QStringLiteral("open"))
+            core.setTracer({});
+    });
+    const BoundObject bound = core.bindObject(first, QStringLiteral("Fake"));
+    const BoundObject other = core.bindObject(second, QStringLiteral("Fake"));
+    handled = [&](KJSVariant&, KJSVariant& thrown) {
+        handled = nullptr;
+        KJSVariant value, none;
+        JSApiArguments arguments;
+        core.call(other.object.get(), second, 2, JSAccess::PropertyGet, arguments, value, none);
+        // What native code calls by itself is no call of script.
+        bound.object->InvokeMethod(first, 1, arguments, value, 0, none);
+        thrown = makeFailure(1, QStringLiteral("no"));
+        return KR_REJECTED;
+    };
+    call(bound.object.get(), first, 0);
+    call(bound.object.get(), first, 1); // no tracer any more
+    EXPECT_EQ(seen,
+        QStringList(
+            { QStringLiteral("NovaExtension.Fake.Part+"), QStringLiteral("NovaExtension.Fake.open-no") }));
+    EXPECT_EQ(GetVEXJSCore()->TraceHook(), nullptr);
+}
+
+TEST_F(Calls, TokenNamesOneObjectForEver)
+{
+    IJSRegistry* registry = GetVEXJSCore()->Registry();
+    auto object = Ref<FakeObject>::adopt(new FakeObject);
+    const std::int64_t token = registry->SubObjectToken(object.get());
+    EXPECT_NE(token, 0);
+    EXPECT_EQ(registry->SubObjectToken(object.get()), token);
+    object = {};
+    object = Ref<FakeObject>::adopt(new FakeObject); // very likely at the same address
+    EXPECT_NE(registry->SubObjectToken(object.get()), token);
+}
+
+TEST_F(Calls, ObjectFactoryKnowsAnnouncedClasses)
+{
+    IJSObjectFactory* objects = GetVEXJSCore()->Objects();
+    static FakeObject* made = nullptr;
+    const IJSObjectFactory::Creator creator = [](IJSCreatable** creatable) -> IJSExtentionObject* {
+        made = new FakeObject;
+        *creatable = made;
+        return made;
+    };
+    objects->RegisterClass(QStringLiteral("b"), creator);
+    objects->RegisterClass(QStringLiteral("a"), creator);
+    objects->RegisterClass(QStringLiteral("b"), creator);
+    EXPECT_EQ(core.creatableClasses(), QStringList({ QStringLiteral("b"), QStringLiteral("a") }));
+    auto object = Ref<IJSExtentionObject>::adopt(objects->Create(QStringLiteral("a"), first, nullptr));
+    ASSERT_TRUE(object);
+    EXPECT_EQ(made->initialised, 1);
+    object = core.createUninitialised(QStringLiteral("b"));
+    EXPECT_EQ(made->initialised, 0);
+    objects->UnregisterClass(QStringLiteral("b"));
+    EXPECT_EQ(objects->Create(QStringLiteral("b"), first, nullptr), nullptr);
+}
+
+TEST_F(Calls, BrowserIsThereWhileItsPageIs)
+{
+    BrowserFacts facts;
+    facts.browserId = QStringLiteral("b1");
+    facts.groupMark2 = 12;
+    core.updateBrowser(first, facts);
+    const IVEXBrowser* browser = GetVEXJSCore()->Browser(first.browserId);
+    ASSERT_TRUE(browser && browser->Group());
+    EXPECT_EQ(browser->BrowserId(), QStringLiteral("b1"));
+    EXPECT_EQ(browser->Group()->Mark2(), 12);
+    EXPECT_EQ(browser->ProcessId(), getpid());
+    facts.grouped = false;
+    core.updateBrowser(first, facts);
+    EXPECT_EQ(browser->Group(), nullptr);
+    EXPECT_EQ(GetVEXJSCore()->Browser(second.browserId)->BrowserId(), QString());
+    core.closePage(first);
+    EXPECT_EQ(GetVEXJSCore()->Browser(first.browserId), nullptr);
+}
+
+struct ServiceCase {
+    const char* name;
+    bool CoreServices::*service;
+    std::function<bool(IVEXJSCore&, const JSContextEnv&)> found;
+};
+
+class Services : public testing::TestWithParam<ServiceCase> { };
+
+TEST_P(Services, AreNullWhenSwitchedOff)
+{
+    for (const bool on : { true, false }) {
+        CoreServices services;
+        services.*GetParam().service = on;
+        FakePage page;
+        Core& core = Core::start(services);
+        core.setDenyMask(1);
+        const JSContextEnv context = core.openPage(&page, {});
+        EXPECT_EQ(GetVEXJSCore() && GetParam().found(*GetVEXJSCore(), context), on);
+        if (!services.jsCore) {
+            core.setFactories({ { QStringLiteral("Fake"), &bindNew } });
+            EXPECT_EQ(core.bindObject(context, QStringLiteral("Fake")).status, KR_NOT_AVAILABLE);
+        }
+        Core::stop();
+        EXPECT_EQ(Core::instance(), nullptr);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Switches, Services,
+    testing::Values(ServiceCase { "Core", &CoreServices::jsCore, [](auto&, auto&) { return true; } },
+        ServiceCase { "Promises", &CoreServices::promiseService,
+            [](auto& core, auto&) { return core.PromiseService(); } },
+        ServiceCase {
+            "Answers", &CoreServices::answerChannel, [](auto& core, auto&) { return core.AnswerChannel(); } },
+        ServiceCase {
+            "Events", &CoreServices::eventHubs, [](auto& core, auto&) { return core.EventHubs(); } },
+        ServiceCase {
+            "Objects", &CoreServices::objectFactory, [](auto& core, auto&) { return core.Objects(); } },
+        ServiceCase { "Trace", &CoreServices::traceHook, [](auto& core, auto&) { return core.TraceHook(); } },
+        ServiceCase { "Browsers", &CoreServices::browsers,
+            [](auto& core, auto& page) { return core.Browser(page.browserId); } },
+        ServiceCase { "Groups", &CoreServices::browserGroups,
+            [](auto& core, auto& page) { return core.Browser(page.browserId)->Group(); } }),
+    caseName<ServiceCase>);
+
+} // namespace

@@ -39,11 +39,11 @@ void addMember(JSMemberTable& table, const MemberDescriptor& member)
 ExtensionClass::~ExtensionClass()
 {
     IVEXJSCore* core = vexlite::GetVEXJSCore();
-    IJSObjectFactory* factory = core && m_announced ? core->Objects() : nullptr;
+    IJSObjectFactory* factory = core ? core->Objects() : nullptr;
     if (!factory)
         return;
-    for (const SubObjectClass& made : m_declared().subObjects())
-        factory->UnregisterClass(QString::fromUtf16(made.scriptName));
+    for (const QString& name : m_announced)
+        factory->UnregisterClass(name);
 }
 
 std::int64_t ExtensionClass::typeId()
@@ -66,9 +66,10 @@ void ExtensionClass::fill()
     IVEXJSCore* core = vexlite::GetVEXJSCore();
     core->Registry()->AssignTable(built, m_table);
     if (IJSObjectFactory* factory = core->Objects()) {
-        for (const SubObjectClass& made : declared.subObjects())
-            factory->RegisterClass(QString::fromUtf16(made.scriptName), made.creator);
-        m_announced = true;
+        for (const SubObjectClass& made : declared.subObjects()) {
+            m_announced.append(QString::fromUtf16(made.scriptName));
+            factory->RegisterClass(m_announced.last(), made.creator);
+        }
     }
 }
 

@@ -72,7 +72,7 @@ private:
     const MemberList& (*m_declared)();
     JSMemberTable m_table;
     std::int32_t m_typeId = -1;
-    bool m_announced = false;
+    QStringList m_announced; ///< names of the classes of objects it hands out
 };
 
 /// Tells the JS core, where there still is one, that a call has ended.

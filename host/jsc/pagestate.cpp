@@ -61,7 +61,6 @@ void PageState::close()
 
 void PageState::leaveOutermost()
 {
-    m_promises.dropSettled();
     if (!m_closing)
         return;
     // Script that the engine itself has started may still be running, so this waits for the event loop.
@@ -179,6 +178,12 @@ void PageState::settlePromise(std::int64_t promise, JSPromiseState state, const 
         m_promises.settle(promise, state, value);
 }
 
+void PageState::releasePromise(std::int64_t promise)
+{
+    if (hasContext())
+        m_promises.release(promise);
+}
+
 Entry::Entry(PageState& page)
 {
     if (!page.hasContext() || (page.m_depth == 0 && !page.isLive()))
@@ -202,7 +207,6 @@ Entry::~Entry()
     page.engine().leave();
     if (--page.m_depth)
         return;
-    page.m_promises.dropSettled();
     if (page.m_closing)
         page.tearDown();
 }

@@ -64,6 +64,7 @@ public:
 
     bool createPromise(std::int64_t promise) override;
     void settlePromise(std::int64_t promise, JSPromiseState state, const KJSVariant& value) override;
+    void releasePromise(std::int64_t promise) override;
 
 private:
     friend class Entry;

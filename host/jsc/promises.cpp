@@ -8,70 +8,70 @@ namespace engine::jsc {
 bool Promises::create(std::int64_t id)
 {
     JSContextRef ctx = m_page.ctx();
-    Pending pending {};
-    pending.promise = JSObjectMakeDeferredPromise(ctx, &pending.resolve, &pending.reject, nullptr);
-    if (!pending.promise)
+    Record record;
+    record.promise = JSObjectMakeDeferredPromise(ctx, &record.resolve, &record.reject, nullptr);
+    if (!record.promise)
         return false;
-    JSValueProtect(ctx, pending.promise);
-    JSValueProtect(ctx, pending.resolve);
-    JSValueProtect(ctx, pending.reject);
-    m_pending.emplace(id, pending);
+    JSValueProtect(ctx, record.promise);
+    JSValueProtect(ctx, record.resolve);
+    JSValueProtect(ctx, record.reject);
+    m_records.emplace(id, record);
     return true;
 }
 
 void Promises::settle(std::int64_t id, JSPromiseState state, const KJSVariant& value)
 {
-    JSContextRef ctx = m_page.ctx();
-    const auto found = m_pending.find(id);
-    if (found == m_pending.end())
+    const auto found = m_records.find(id);
+    if (found == m_records.end() || !found->second.resolve)
         return;
-    const Pending pending = found->second;
-    m_pending.erase(found);
-    m_settled.emplace_back(id, pending.promise);
+    Record settling = found->second;
+    found->second.resolve = found->second.reject = nullptr;
+    if (!settling.promise)
+        m_records.erase(found);
 
     ToScript convert(m_page);
-    JSValueRef converted =
-        state == JSPromiseState::Rejected ? convert.error(value) : convert.value(value.raw());
-    const bool isRejected = state == JSPromiseState::Rejected || !converted;
-    if (!converted)
-        converted = convert.thrown();
-    JSObjectCallAsFunction(
-        ctx, isRejected ? pending.reject : pending.resolve, nullptr, 1, &converted, nullptr);
-    JSValueUnprotect(ctx, pending.resolve);
-    JSValueUnprotect(ctx, pending.reject);
+    const bool rejects = state == JSPromiseState::Rejected;
+    JSValueRef answer = rejects ? convert.error(value) : convert.value(value.raw());
+    JSObjectRef settle = rejects || !answer ? settling.reject : settling.resolve;
+    if (!answer)
+        answer = convert.thrown();
+    JSObjectCallAsFunction(m_page.ctx(), settle, nullptr, 1, &answer, nullptr);
+    giveBack(settling.resolve);
+    giveBack(settling.reject);
+}
+
+void Promises::release(std::int64_t id)
+{
+    const auto found = m_records.find(id);
+    if (found == m_records.end())
+        return;
+    giveBack(found->second.promise);
+    if (!found->second.resolve)
+        m_records.erase(found);
 }
 
 JSObjectRef Promises::find(std::int64_t id) const
 {
-    if (const auto found = m_pending.find(id); found != m_pending.end())
-        return found->second.promise;
-    for (const auto& [settledId, promise] : m_settled) {
-        if (settledId == id)
-            return promise;
-    }
-    return nullptr;
-}
-
-void Promises::dropSettled()
-{
-    if (m_settled.empty())
-        return;
-    const auto settled = std::move(m_settled);
-    m_settled.clear();
-    for (const auto& entry : settled)
-        JSValueUnprotect(m_page.ctx(), entry.second);
+    const auto found = m_records.find(id);
+    return found == m_records.end() ? nullptr : found->second.promise;
 }
 
 void Promises::clear()
 {
-    dropSettled();
-    const auto pending = std::move(m_pending);
-    m_pending.clear();
-    for (const auto& [id, one] : pending) {
-        JSValueUnprotect(m_page.ctx(), one.promise);
-        JSValueUnprotect(m_page.ctx(), one.resolve);
-        JSValueUnprotect(m_page.ctx(), one.reject);
+    auto records = std::move(m_records);
+    m_records.clear();
+    for (auto& [id, record] : records) {
+        giveBack(record.promise);
+        giveBack(record.resolve);
+        giveBack(record.reject);
     }
+}
+
+void Promises::giveBack(JSObjectRef& object)
+{
+    if (object)
+        JSValueUnprotect(m_page.ctx(), object);
+    object = nullptr;
 }
 
 } // namespace engine::jsc

@@ -5,7 +5,6 @@
 #include "vexlite/jscore.h"
 
 #include <unordered_map>
-#include <vector>
 
 namespace engine::jsc {
 
@@ -20,24 +19,27 @@ public:
     }
 
     bool create(std::int64_t id);
-    /// Settles and forgets the settling side. The promise itself is still found until the outermost call of
-    /// the page returns, because the call that settles it may be the one that answers with it.
+    /// Settles and forgets the settling side. The promise itself is found until release(), because the call
+    /// that settles it may be the one that answers with it.
     void settle(std::int64_t id, JSPromiseState state, const KJSVariant& value);
+    /// No answer holds the promise any more.
+    void release(std::int64_t id);
     /// The promise, or null when there is none of this name any more.
     JSObjectRef find(std::int64_t id) const;
-    void dropSettled();
     /// Forgets them all, unsettled.
     void clear();
 
 private:
-    struct Pending {
-        JSObjectRef promise;
-        JSObjectRef resolve;
-        JSObjectRef reject;
+    /// The promise and its two functions; null is what has been given back.
+    struct Record {
+        JSObjectRef promise = nullptr;
+        JSObjectRef resolve = nullptr;
+        JSObjectRef reject = nullptr;
     };
+    void giveBack(JSObjectRef& object);
+
     PageState& m_page;
-    std::unordered_map<std::int64_t, Pending> m_pending;
-    std::vector<std::pair<std::int64_t, JSObjectRef>> m_settled;
+    std::unordered_map<std::int64_t, Record> m_records;
 };
 
 } // namespace engine::jsc

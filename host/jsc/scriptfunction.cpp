@@ -105,12 +105,6 @@ KResult ScriptFunction::Call(const JSApiArguments& arguments, KJSVariant* result
     return KR_REJECTED;
 }
 
-bool ScriptFunction::IsSame(const IJSFunction& other) const
-{
-    const auto* mine = dynamic_cast<const ScriptFunction*>(&other);
-    return mine && mine->m_function == m_function && mine->m_env == m_env;
-}
-
 ScriptFunction* Functions::keep(JSObjectRef function)
 {
     auto* kept = new ScriptFunction(m_page, function);

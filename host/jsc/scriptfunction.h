@@ -20,7 +20,7 @@ public:
     std::uint32_t Release() override;
 
     KResult Call(const JSApiArguments& arguments, KJSVariant* result) override;
-    bool IsSame(const IJSFunction& other) const override;
+    std::uintptr_t Identity() const override { return reinterpret_cast<std::uintptr_t>(m_function); }
     JSContextEnv Context() const override { return m_env; }
 
     /// The function, when it is one of `page`; else null.

@@ -3,7 +3,36 @@
 #include "host/novahost/repl.h"
 #include "host/novahost/script.h"
 
+#include "host/profile/directories.h"
+
 #include <QApplication>
+#include <QDir>
+
+namespace {
+
+constexpr int UsageError = 2;
+
+int fail(const QString& error)
+{
+    novahost::printLine(QStringLiteral("novahost: ") + error, true);
+    return UsageError;
+}
+
+/// Qt draws into memory where there is no display, and keeps its run-time files with the suite's state where
+/// the session has no place for them.
+void setUpEnvironment()
+{
+    if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QDir data(profile::dataDirectory());
+    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR") && data.mkpath(QStringLiteral("runtime"))) {
+        const QString runtime = data.filePath(QStringLiteral("runtime"));
+        QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime));
+    }
+}
+
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -12,18 +41,17 @@ int main(int argc, char** argv)
     if (!options)
         return exitCode;
 
-    if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QString error = novahost::Suite::prepare(*options);
+    if (!error.isEmpty())
+        return fail(error);
+    setUpEnvironment();
     int ownArguments = 1;
     const QApplication application(ownArguments, argv);
     QApplication::setQuitOnLastWindowClosed(false);
 
-    QString error;
     const std::unique_ptr<novahost::Suite> suite = novahost::Suite::start(*options, error);
-    if (!suite) {
-        novahost::printLine(QStringLiteral("novahost: ") + error, true);
-        return 2;
-    }
+    if (!suite)
+        return fail(error);
     switch (options->command) {
     case novahost::Command::Run:
         return novahost::runScript(*suite, *options);
@@ -34,5 +62,5 @@ int main(int argc, char** argv)
     case novahost::Command::Members:
         return novahost::listMembers(*suite, *options);
     }
-    return 2;
+    return UsageError;
 }

@@ -51,7 +51,7 @@ public:
         }
         m_page.reset();
         s_current = nullptr;
-        return m_failed && !m_interactive ? 1 : code;
+        return m_failed && !m_interactive && code == 0 ? 1 : code;
     }
 
 private:

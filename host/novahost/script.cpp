@@ -23,7 +23,7 @@ class PageRun {
 public:
     PageRun(Suite& suite, const Options& options)
         : m_options(options)
-        , m_page(suite.openPage(options.arguments, host()))
+        , m_page(suite.openPage(argv(options), host()))
     {
     }
 
@@ -49,6 +49,11 @@ public:
     }
 
 private:
+    static QStringList argv(const Options& options)
+    {
+        return QStringList { QStringLiteral("novahost"), options.script } + options.arguments;
+    }
+
     engine::PageHost host()
     {
         engine::PageHost host;

@@ -56,8 +56,9 @@ void printTracedCall(const vexlite::TracedCall& call)
 
 } // namespace
 
-std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
+QString Suite::prepare(const Options& options)
 {
+    QString error;
     if (!options.profileFile.isEmpty())
         error = profile::load(options.profileFile);
     for (const QString& service : options.without) {
@@ -69,8 +70,11 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
         if (!error.isEmpty())
             error = QString::fromLatin1("--data: %1").arg(error);
     }
-    if (!error.isEmpty())
-        return nullptr;
+    return error;
+}
+
+std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
+{
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
         QDir(profile::dataDirectory()).filePath(QStringLiteral("settings")));
 

@@ -11,6 +11,9 @@ namespace novahost {
 /// Started once, and ended in the order that a suite ends: pages, engine, library, core. [GUI thread]
 class Suite {
 public:
+    /// Loads the profile and makes the data directory, before there is an application. Returns an empty text
+    /// or what to do about the failure.
+    static QString prepare(const Options& options);
     /// Starts everything; on failure `error` says what to do about it and nothing is left running.
     static std::unique_ptr<Suite> start(const Options& options, QString& error);
     ~Suite();

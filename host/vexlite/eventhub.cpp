@@ -39,20 +39,20 @@ KResult EventHub::Add(const QString& event, const JSContextEnv& context, const K
 
 KResult EventHub::Remove(const QString& event, const JSContextEnv& context, const KJSVariant& callback)
 {
+    const Ref<IJSFunction> function = interfaceOf<IJSFunction>(callback, IID_IJSFunction);
+    if (!function && !callback.isEmpty())
+        return KR_REJECTED;
     const auto known = m_lists.find(event);
     if (known == m_lists.end())
-        return KR_NOT_AVAILABLE;
+        return KR_OK;
     DroppedFunctions dropped;
     ListenerList& list = **known;
-    int removed = 0;
-    if (callback.isEmpty())
-        removed = list.removePage(context, dropped);
-    else if (const Ref<IJSFunction> function = interfaceOf<IJSFunction>(callback, IID_IJSFunction))
-        removed = list.remove(context, *function.get(), dropped);
+    const int removed
+        = function ? list.remove(context, *function.get(), dropped) : list.removePage(context, dropped);
     if (!list.count())
         m_lists.erase(known);
     m_owner.listenersRemoved(context, removed);
-    return removed ? KR_OK : KR_NOT_AVAILABLE;
+    return KR_OK;
 }
 
 KResult EventHub::Dispatch(

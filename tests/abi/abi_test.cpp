@@ -269,7 +269,7 @@ TEST_F(Abi, EveryMemberCarriesAWholeDescriptor)
         list->Release();
         of->Release();
     }
-    EXPECT_EQ(members, 263);
+    EXPECT_EQ(members, 264);
 }
 
 TEST_F(Abi, ACallIsNoticedMadeAndCompleted)

@@ -144,7 +144,7 @@ TEST(Repl, KeepsDeclarationsAndAwaits)
 {
     const Ended ended = novahost({ QStringLiteral("repl") },
         "const a = 20\nlet b = a + 1; b\n{x: a}\nawait Promise.resolve(b * 2)\nnull.x\nexit(3)\n");
-    EXPECT_EQ(ended.code, 1);
+    EXPECT_EQ(ended.code, 3);
     EXPECT_TRUE(ended.out.contains(QRegularExpression(QStringLiteral("21\n.*x.*20.*\n42\n"))))
         << ended.out.toStdString();
     EXPECT_TRUE(ended.errors.contains(QStringLiteral("TypeError")));

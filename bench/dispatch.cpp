@@ -1,0 +1,58 @@
+// A member called from C++, as the JS core calls it, against the least that such a call can cost.
+#include "bench/allocations.h"
+#include "bench/extension.h"
+#include "bench/mapdispatch.h"
+#include "bench/page.h"
+
+#include <benchmark/benchmark.h>
+
+namespace bench {
+
+namespace {
+
+/// Times `call`, which gets fresh slots every time, and states what one call allocates.
+template <typename Call> void measure(benchmark::State& state, Call call)
+{
+    const auto once = [&] {
+        KJSVariant result;
+        KJSVariant exception;
+        if (call(result, exception) != KR_OK)
+            qFatal("The call failed.");
+        benchmark::DoNotOptimize(result);
+    };
+    state.counters["allocations"] = allocationsOf(once);
+    for (auto _ : state)
+        once();
+}
+
+void member(benchmark::State& state, const char16_t* name)
+{
+    NativePage page;
+    const vexlite::BoundObject bound = page.bind(&extensionFactory);
+    IJSExtentionObject* object = bound.object.get();
+    const std::int32_t id = memberId(bound, name);
+    const JSContextEnv context = page.context();
+    JSApiArguments none;
+    measure(state, [&](KJSVariant& result, KJSVariant& exception) {
+        return object->InvokeMethod(context, id, none, result, 0, exception);
+    });
+}
+
+void mapAndPointer(benchmark::State& state, std::int32_t id)
+{
+    const std::unique_ptr<MapDispatch> object = makeMapDispatch();
+    const JSContextEnv context { 1, 1 };
+    JSApiArguments none;
+    measure(state, [&](KJSVariant& result, KJSVariant& exception) {
+        return object->invoke(context, id, none, result, exception);
+    });
+}
+
+BENCHMARK_CAPTURE(member, empty, u"empty")->Name("dispatch_empty/member");
+BENCHMARK_CAPTURE(mapAndPointer, empty, MapDispatchEmpty)->Name("dispatch_empty/map_and_pointer");
+BENCHMARK_CAPTURE(member, enveloped, u"enveloped")->Name("dispatch_envelope/member");
+BENCHMARK_CAPTURE(mapAndPointer, enveloped, MapDispatchEnveloped)->Name("dispatch_envelope/map_and_pointer");
+
+} // namespace
+
+} // namespace bench

@@ -1,6 +1,7 @@
 #include "local/filemd5.h"
 
-#include <QCoreApplication>
+#include "framework/request.h"
+
 #include <QFileInfo>
 
 namespace {
@@ -28,7 +29,7 @@ Reply KFileMd5Request::start(Call& call, const QString& path)
     if (!request->m_promise.create(call.context(), promise))
         return call.fail(ErrorCode::OperationFailed, PromiseServiceNull);
     request->m_nextSlice.start();
-    request.release()->setParent(QCoreApplication::instance());
+    request.release()->setParent(requestOwner());
     return call.answer(std::move(promise));
 }
 

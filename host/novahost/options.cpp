@@ -12,6 +12,27 @@ namespace {
 
 constexpr char Footer[] = "Services for --without: ";
 
+/// Where the script's own arguments begin: behind the first word after "run" that is neither an option nor an
+/// option's value.
+int scriptArgumentsBegin(const CLI::App& app, int argc, char** argv)
+{
+    bool running = false;
+    for (int i = 1; i < argc; ++i) {
+        const std::string word = argv[i];
+        if (word.rfind('-', 0) == 0) {
+            const CLI::Option* option = app.get_option_no_throw(word);
+            i += option && option->get_items_expected_max() > 0 ? 1 : 0;
+        } else if (running) {
+            return i + 1;
+        } else if (word == "run") {
+            running = true;
+        } else {
+            break;
+        }
+    }
+    return argc;
+}
+
 QString text(const std::string& given)
 {
     return QString::fromLocal8Bit(given.c_str());
@@ -61,7 +82,6 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     run->add_option("FILE", script, "The script; all that follows is its process.argv")
         ->required()
         ->check(CLI::ExistingFile);
-    run->prefix_command();
 
     CLI::App* eval = app.add_subcommand("eval", "Print the awaited answer of an expression as JSON");
     eval->add_option("EXPRESSION", script)->required();
@@ -73,8 +93,9 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     members->add_flag("--json", options.json, "For programs");
     members->add_flag("--unsupported", options.unsupportedOnly, "Only members that are not built yet");
 
+    const int ownArguments = scriptArgumentsBegin(app, argc, argv);
     try {
-        app.parse(argc, argv);
+        app.parse(ownArguments, argv);
     } catch (const CLI::ParseError& error) {
         const int status = app.exit(error);
         exitCode = status == 0 ? 0 : 2;
@@ -90,7 +111,7 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     options.libraryFile = text(libraryFile);
     options.without = texts(without);
     options.script = text(script);
-    options.arguments = texts(run->remaining());
+    options.arguments = texts(std::vector<std::string>(argv + ownArguments, argv + argc));
     options.object = text(object);
     return options;
 }

@@ -118,6 +118,8 @@ Suite::~Suite()
 {
     krt::kcc::shutdown();
     m_engine.reset();
+    // Objects of the library that are to be deleted later have their destructors in it.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     if (m_library.isLoaded())
         m_library.unload();
     vexlite::Core::stop();

@@ -25,7 +25,7 @@ IJSExtentionObject* ObjectFactory::Create(const QString& scriptName, const JSCon
 {
     IJSCreatable* creatable = nullptr;
     Ref<IJSExtentionObject> object = createUninitialised(scriptName, &creatable);
-    if (object)
+    if (object && creatable)
         creatable->Initialise(options);
     return object.release();
 }
@@ -46,8 +46,7 @@ Ref<IJSExtentionObject> ObjectFactory::createUninitialised(
         m_classes.begin(), m_classes.end(), [&](const Class& entry) { return entry.name == scriptName; });
     if (known == m_classes.end() || !known->creator)
         return {};
-    Ref<IJSExtentionObject> object = Ref<IJSExtentionObject>::adopt(known->creator(creatable));
-    return *creatable ? std::move(object) : Ref<IJSExtentionObject>();
+    return Ref<IJSExtentionObject>::adopt(known->creator(creatable));
 }
 
 } // namespace vexlite

@@ -185,7 +185,7 @@ protected:
 /// Makes such objects by their full script name.
 class IJSObjectFactory {
 public:
-    /// A new object with one reference; `creatable` receives its other face.
+    /// A new object with one reference; `creatable` receives its other face, or null when there is nothing to prepare.
     using Creator = IJSExtentionObject* (*)(IJSCreatable** creatable);
 
     /// Announces a class; a second call with the same name replaces the creator.

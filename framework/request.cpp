@@ -1,0 +1,7 @@
+#include "framework/request.h"
+
+QObject* requestOwner()
+{
+    static QObject owner;
+    return &owner;
+}

@@ -9,6 +9,12 @@
 #include <QElapsedTimer>
 #include <gtest/gtest.h>
 
+/// For the messages of failed tests.
+inline std::ostream& operator<<(std::ostream& out, const QString& text)
+{
+    return out << qPrintable(text);
+}
+
 namespace engine::test {
 
 struct ProbeCall {
@@ -219,11 +225,6 @@ inline QString PageTest::shown(const Outcome& outcome)
     if (!outcome.ok)
         return QLatin1Char('!') + outcome.text;
     return outcome.json.isEmpty() ? outcome.text : outcome.json;
-}
-
-inline std::ostream& operator<<(std::ostream& out, const QString& value)
-{
-    return out << qPrintable(value);
 }
 
 template <typename Case> std::string caseName(const testing::TestParamInfo<Case>& info)

@@ -64,8 +64,9 @@ TEST_P(Completion, NamesWithoutRunningThePage)
              "getOwnPropertyDescriptor() { ++ran }, getPrototypeOf() { ++ran; return null } });"
              "Object.defineProperty(NovaExtension, 'fake', { get() { ++ran; return { never: 1 } } })");
     const QStringList names = page->propertyNames(QString::fromLatin1(GetParam().path));
-    if (*GetParam().has)
+    if (*GetParam().has) {
         EXPECT_TRUE(names.contains(QString::fromLatin1(GetParam().has))) << names.join(QLatin1Char(' '));
+    }
     EXPECT_FALSE(names.contains(QString::fromLatin1(GetParam().hasNot)));
     EXPECT_EQ(shown(evaluate("ran")), QStringLiteral("0"));
 }

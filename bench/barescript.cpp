@@ -6,7 +6,7 @@ namespace bench {
 
 namespace {
 
-JSObjectRef envelopeFactory = nullptr;
+const BareScript* current = nullptr;
 int answers = 0;
 
 JSValueRef empty(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef*, JSValueRef*)
@@ -14,19 +14,9 @@ JSValueRef empty(JSContextRef context, JSObjectRef, JSObjectRef, size_t, const J
     return JSValueMakeUndefined(context);
 }
 
-JSValueRef enveloped(
-    JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef*, JSValueRef* exception)
+JSValueRef enveloped(JSContextRef, JSObjectRef, JSObjectRef, size_t, const JSValueRef*, JSValueRef* exception)
 {
-    const JSValueRef values[] { JSValueMakeBoolean(context, true), JSValueMakeNumber(context, ++answers) };
-    return JSObjectCallAsFunction(context, envelopeFactory, nullptr, std::size(values), values, exception);
-}
-
-void add(JSContextRef context, JSObjectRef object, const char* name, JSObjectCallAsFunctionCallback callback)
-{
-    const JSStringRef text = JSStringCreateWithUTF8CString(name);
-    JSObjectSetProperty(context, object, text, JSObjectMakeFunctionWithCallback(context, text, callback),
-        kJSPropertyAttributeNone, nullptr);
-    JSStringRelease(text);
+    return current->makeEnvelope(true, ++answers, exception);
 }
 
 } // namespace
@@ -36,14 +26,29 @@ BareScript::BareScript()
     , m_object(JSObjectMake(m_context, nullptr, nullptr))
 {
     JSValueProtect(m_context, m_object);
-    add(m_context, m_object, "empty", empty);
-    add(m_context, m_object, "enveloped", enveloped);
-    envelopeFactory = function(QStringLiteral("(function (success, data) { return { success, data }; })"));
+    m_envelope = function(QStringLiteral("(function (success, data) { return { success, data }; })"));
+    add("empty", empty);
+    add("enveloped", enveloped);
+    current = this;
 }
 
 BareScript::~BareScript()
 {
     JSGlobalContextRelease(m_context);
+}
+
+void BareScript::add(const char* name, JSObjectCallAsFunctionCallback callback)
+{
+    const JSStringRef text = JSStringCreateWithUTF8CString(name);
+    JSObjectSetProperty(m_context, m_object, text,
+        JSObjectMakeFunctionWithCallback(m_context, text, callback), kJSPropertyAttributeNone, nullptr);
+    JSStringRelease(text);
+}
+
+JSValueRef BareScript::makeEnvelope(bool success, int data, JSValueRef* exception) const
+{
+    const JSValueRef values[] { JSValueMakeBoolean(m_context, success), JSValueMakeNumber(m_context, data) };
+    return JSObjectCallAsFunction(m_context, m_envelope, nullptr, std::size(values), values, exception);
 }
 
 JSObjectRef BareScript::function(const QString& source)

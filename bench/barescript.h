@@ -15,6 +15,11 @@ public:
     BareScript(const BareScript&) = delete;
     BareScript& operator=(const BareScript&) = delete;
 
+    /// Adds a callback to the object, in place of one of that name.
+    void add(const char* name, JSObjectCallAsFunctionCallback callback);
+    /// {success, data}, made by the kept script function.
+    JSValueRef makeEnvelope(bool success, int data, JSValueRef* exception) const;
+
     /// The value of an expression that must be a function.
     JSObjectRef function(const QString& source);
     /// Calls it with the object and `count`. A failing script ends the program.
@@ -23,6 +28,7 @@ public:
 private:
     JSGlobalContextRef m_context;
     JSObjectRef m_object;
+    JSObjectRef m_envelope;
 };
 
 } // namespace bench

@@ -1,7 +1,8 @@
-// A member called from C++, as the JS core calls it, against the least that such a call can cost.
+// A member called from C++, as the JS core calls it, against the least that such a call can cost, and against
+// the calls that it owes to the JS core alone.
 #include "bench/allocations.h"
+#include "bench/dispatchrivals.h"
 #include "bench/extension.h"
-#include "bench/mapdispatch.h"
 #include "bench/page.h"
 
 #include <benchmark/benchmark.h>
@@ -38,10 +39,11 @@ void member(benchmark::State& state, const char16_t* name)
     });
 }
 
-void mapAndPointer(benchmark::State& state, std::int32_t id)
+void rival(benchmark::State& state, std::unique_ptr<Dispatch> (*make)(), std::int32_t id)
 {
-    const std::unique_ptr<MapDispatch> object = makeMapDispatch();
-    const JSContextEnv context { 1, 1 };
+    const NativePage page;
+    const std::unique_ptr<Dispatch> object = make();
+    const JSContextEnv context = page.context();
     JSApiArguments none;
     measure(state, [&](KJSVariant& result, KJSVariant& exception) {
         return object->invoke(context, id, none, result, exception);
@@ -49,9 +51,11 @@ void mapAndPointer(benchmark::State& state, std::int32_t id)
 }
 
 BENCHMARK_CAPTURE(member, empty, u"empty")->Name("dispatch_empty/member");
-BENCHMARK_CAPTURE(mapAndPointer, empty, MapDispatchEmpty)->Name("dispatch_empty/map_and_pointer");
+BENCHMARK_CAPTURE(rival, empty, makeMapDispatch, EmptyMember)->Name("dispatch_empty/map_and_pointer");
+BENCHMARK_CAPTURE(rival, core, makeCoreCalls, EmptyMember)->Name("dispatch_empty/core_calls");
 BENCHMARK_CAPTURE(member, enveloped, u"enveloped")->Name("dispatch_envelope/member");
-BENCHMARK_CAPTURE(mapAndPointer, enveloped, MapDispatchEnveloped)->Name("dispatch_envelope/map_and_pointer");
+BENCHMARK_CAPTURE(rival, enveloped, makeMapDispatch, EnvelopedMember)
+    ->Name("dispatch_envelope/map_and_pointer");
 
 } // namespace
 

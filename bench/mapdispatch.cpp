@@ -1,4 +1,4 @@
-#include "bench/mapdispatch.h"
+#include "bench/dispatchrivals.h"
 
 #include "framework/kjsonvalue.h"
 
@@ -6,18 +6,18 @@ namespace bench {
 
 namespace {
 
-using Handler = KResult (*)(MapDispatch* self, const JSContextEnv& context, JSApiArguments& arguments,
+using Handler = KResult (*)(Dispatch* self, const JSContextEnv& context, JSApiArguments& arguments,
     KJSVariant& result, KJSVariant& exception);
 
 std::int32_t answers = 0;
 
-KResult empty(MapDispatch*, const JSContextEnv&, JSApiArguments&, KJSVariant&, KJSVariant&)
+KResult empty(Dispatch*, const JSContextEnv&, JSApiArguments&, KJSVariant&, KJSVariant&)
 {
     return KR_OK;
 }
 
 /// The envelope of a success, written out by hand.
-KResult enveloped(MapDispatch*, const JSContextEnv&, JSApiArguments&, KJSVariant& result, KJSVariant&)
+KResult enveloped(Dispatch*, const JSContextEnv&, JSApiArguments&, KJSVariant& result, KJSVariant&)
 {
     static const QString success = QStringLiteral("success");
     static const QString data = QStringLiteral("data");
@@ -28,8 +28,14 @@ KResult enveloped(MapDispatch*, const JSContextEnv&, JSApiArguments&, KJSVariant
     return KR_OK;
 }
 
-class Handlers final : public MapDispatch {
+class MapDispatch final : public Dispatch {
 public:
+    MapDispatch()
+    {
+        for (std::int32_t id = 0; id < MemberCount; ++id)
+            m_handlers.emplace(id, id == EnvelopedMember ? enveloped : empty);
+    }
+
     KResult invoke(const JSContextEnv& context, std::int32_t id, JSApiArguments& arguments,
         KJSVariant& result, KJSVariant& exception) override
     {
@@ -39,16 +45,14 @@ public:
     }
 
 private:
-    std::map<std::int32_t, Handler> m_handlers { { 0, empty }, { 1, empty }, { 2, empty }, { 3, empty },
-        { 4, empty }, { 5, empty }, { MapDispatchEmpty, empty }, { MapDispatchEnveloped, enveloped },
-        { 8, empty }, { 9, empty } };
+    std::map<std::int32_t, Handler> m_handlers;
 };
 
 } // namespace
 
-std::unique_ptr<MapDispatch> makeMapDispatch()
+std::unique_ptr<Dispatch> makeMapDispatch()
 {
-    return std::make_unique<Handlers>();
+    return std::make_unique<MapDispatch>();
 }
 
 } // namespace bench

@@ -1,8 +1,9 @@
-// A member called from script, against a bare callback of the same engine, against Qt's own script engine,
-// and against Qt's call by name from C++.
+// A member called from script, against a bare callback of the same engine, against such a callback that calls
+// the member directly, against Qt's own script engine, and against Qt's call by name from C++.
 #include "bench/barescript.h"
 #include "bench/enginepage.h"
 #include "bench/extension.h"
+#include "bench/membercallback.h"
 #include "bench/qtobject.h"
 
 #include <QJSEngine>
@@ -14,7 +15,7 @@ namespace bench {
 namespace {
 
 /// Calls in one loop of script: enough that what stands around the loop does not count.
-constexpr int batch = 20'000;
+constexpr int batch = 2'000;
 /// Calls before the first that is timed, for the engines compile what runs often in several steps.
 constexpr int warmUp = 300'000;
 
@@ -75,6 +76,16 @@ void bareCallback(benchmark::State& state, QString (*source)())
     measure(state, [&](int count) { return secondsOf([&] { script.call(loop, count); }); });
 }
 
+void bareCallbackOfMember(benchmark::State& state, QString (*source)())
+{
+    NativePage page;
+    const vexlite::BoundObject bound = page.bind(&extensionFactory);
+    BareScript script;
+    addMemberCallbacks(script, page, bound);
+    const JSObjectRef loop = script.function(source());
+    measure(state, [&](int count) { return secondsOf([&] { script.call(loop, count); }); });
+}
+
 void qtScript(benchmark::State& state, QString (*source)())
 {
     QJSEngine engine;
@@ -112,12 +123,18 @@ void qtCallByNameForMap(benchmark::State& state)
 
 BENCHMARK_CAPTURE(member, empty, emptyLoop)->Name("script_empty/member")->UseManualTime();
 BENCHMARK_CAPTURE(bareCallback, empty, emptyLoop)->Name("script_empty/bare_callback")->UseManualTime();
+BENCHMARK_CAPTURE(bareCallbackOfMember, empty, emptyLoop)
+    ->Name("script_empty/bare_callback_of_member")
+    ->UseManualTime();
 BENCHMARK_CAPTURE(qtScript, empty, emptyLoop)->Name("script_empty/QJSEngine")->UseManualTime();
 BENCHMARK(qtCallByName)->Name("script_empty/QMetaObject");
 
 BENCHMARK_CAPTURE(member, envelope, envelopeLoop)->Name("script_envelope/member")->UseManualTime();
 BENCHMARK_CAPTURE(bareCallback, envelope, envelopeLoop)
     ->Name("script_envelope/bare_callback")
+    ->UseManualTime();
+BENCHMARK_CAPTURE(bareCallbackOfMember, envelope, envelopeLoop)
+    ->Name("script_envelope/bare_callback_of_member")
     ->UseManualTime();
 BENCHMARK_CAPTURE(qtScript, envelope, envelopeLoop)->Name("script_envelope/QJSEngine")->UseManualTime();
 BENCHMARK(qtCallByNameForMap)->Name("script_envelope/QMetaObject");

@@ -161,9 +161,8 @@ Reply Call::answer(KJSVariant value)
     return Reply(KR_OK);
 }
 
-Reply Call::status(KResult status)
+Reply Call::refused(KResult status)
 {
-    if (status != KR_OK)
-        (void)fail(ErrorCode::BadArgument, WrongParameters);
+    (void)fail(ErrorCode::BadArgument, WrongParameters);
     return Reply(status);
 }

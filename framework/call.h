@@ -119,9 +119,11 @@ public:
     Reply answer(KJSVariant value);
     /// The member answers with a status of the JS core and no value. A failure is told to script as bad
     /// arguments.
-    Reply status(KResult status);
+    Reply status(KResult status) { return status == KR_OK ? Reply(KR_OK) : refused(status); }
 
 private:
+    Reply refused(KResult status);
+
     const JSContextEnv& m_context;
     const JSApiArguments& m_arguments;
     KJSVariant& m_result;

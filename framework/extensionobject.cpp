@@ -89,9 +89,3 @@ try {
 } catch (...) {
     return KR_NO_MEMORY;
 }
-
-void completeCall(const JSContextEnv& context, KJSVariant& value, std::int64_t extra)
-{
-    if (IVEXJSCore* core = vexlite::GetVEXJSCore())
-        core->Registry()->CallCompleted(context, value, extra);
-}

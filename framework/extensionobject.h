@@ -76,7 +76,11 @@ private:
 };
 
 /// Tells the JS core, where there still is one, that a call has ended.
-void completeCall(const JSContextEnv& context, KJSVariant& value, std::int64_t extra);
+inline void completeCall(const JSContextEnv& context, KJSVariant& value, std::int64_t extra)
+{
+    if (IVEXJSCore* core = vexlite::GetVEXJSCore())
+        core->Registry()->CallCompleted(context, value, extra);
+}
 
 template <typename T> class KJCExtendJsObj : public KJCExtentionObjBase {
 public:

@@ -52,7 +52,7 @@ KJSVariant& KJSONValue::slot(const QString& key)
     const int index = indexOf(key, found);
     if (!found) {
         const int position = m_values.size();
-        m_values.resize(position + 1);
+        m_values.append(KJSVariant());
         if (index == m_keys.size())
             m_keys.append({ key, position });
         else

@@ -20,7 +20,8 @@ public:
 
     KJCKS_RefCountWarp(const KJCKS_RefCountWarp&) = delete;
     KJCKS_RefCountWarp& operator=(const KJCKS_RefCountWarp&) = delete;
-    virtual ~KJCKS_RefCountWarp() = default;
+    // Some interfaces have a destructor already, others get theirs here.
+    virtual ~KJCKS_RefCountWarp() = default; // NOLINT(modernize-use-override)
 
 protected:
     KJCKS_RefCountWarp() = default;

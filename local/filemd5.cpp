@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr qint64 SliceBytes = 4 * 1024 * 1024;
+constexpr qint64 SliceBytes = qint64 { 4 } << 20;
 
 QString notOpened(const QString& path)
 {

@@ -37,6 +37,7 @@ void flushCompleted(bool success, const QString& key, const QVariant& value, con
     const qulonglong handle = context.value(QString::fromLatin1(CallbackKey)).toULongLong();
     if (!handle)
         return;
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the suite keeps the function for us as a number
     const KRef<IJSFunction> callback(reinterpret_cast<IJSFunction*>(static_cast<quintptr>(handle)));
     KRef<KJSONValue> report(new KJSONValue);
     KJSVariant converted;

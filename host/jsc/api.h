@@ -18,8 +18,7 @@ void JSContextGroupAddHeapFinalizer(JSContextGroupRef group, JSHeapFinalizer fin
 void JSContextGroupRemoveHeapFinalizer(JSContextGroupRef group, JSHeapFinalizer finalizer, void* userData);
 /// The target of a proxy, without touching its traps; null for every other object and for a revoked proxy.
 JSObjectRef JSObjectGetProxyTarget(JSObjectRef object);
-JSGlobalContextRef JSObjectGetGlobalContext(JSObjectRef object);
-/// `function` gets the promise and its reason. The context keeps it as a root for as long as its group lives.
+/// `function` gets the promise and its reason. The context's group keeps it as a root to its end.
 void JSGlobalContextSetUnhandledRejectionCallback(
     JSGlobalContextRef ctx, JSObjectRef function, JSValueRef* exception);
 void JSSynchronousGarbageCollectForDebugging(JSContextRef ctx);
@@ -74,6 +73,23 @@ private:
     {
     }
     JSStringRef m_string;
+};
+
+/// Holds the lock across many calls of the API, each of which would take it anew: that is most of what a
+/// small one costs inside a native function.
+class Lock {
+public:
+    explicit Lock(JSContextRef ctx)
+        : m_ctx(ctx)
+    {
+        JSLock(ctx);
+    }
+    ~Lock() { JSUnlock(m_ctx); }
+    Lock(const Lock&) = delete;
+    Lock& operator=(const Lock&) = delete;
+
+private:
+    JSContextRef m_ctx;
 };
 
 /// A string value of script.

@@ -33,36 +33,11 @@ PointerMap<OpaqueJSContext, PageState>& openPages()
     return pages;
 }
 
-JSValueRef rejectionUnhandled(
-    JSContextRef ctx, JSObjectRef, JSObjectRef, std::size_t count, const JSValueRef arguments[], JSValueRef*)
-{
-    if (count == 2 && JSValueIsObject(ctx, arguments[0])) {
-        const JSContextRef owner = JSObjectGetGlobalContext(asObject(arguments[0]));
-        if (PageState* page = Engine::pageOf(owner))
-            page->reportThrown(arguments[1]);
-    }
-    return JSValueMakeUndefined(ctx);
-}
-
 } // namespace
 
 Engine::Engine()
-    : m_group(JSContextGroupCreate())
-    , m_service(JSGlobalContextCreateInGroup(m_group, nullptr))
-    , m_rejectionListener(
-          JSObjectMakeFunctionWithCallback(m_service, Text("rejectionUnhandled"), rejectionUnhandled))
-    , m_stackEnd(stackEndOfThisThread())
+    : m_stackEnd(stackEndOfThisThread())
 {
-    JSValueProtect(m_service, m_rejectionListener);
-    JSContextGroupAddHeapFinalizer(m_group, collected, this);
-}
-
-Engine::~Engine()
-{
-    JSContextGroupRemoveHeapFinalizer(m_group, collected, this);
-    JSValueUnprotect(m_service, m_rejectionListener);
-    JSGlobalContextRelease(m_service);
-    JSContextGroupRelease(m_group);
 }
 
 void Engine::addPage(JSGlobalContextRef ctx, PageState* page)
@@ -82,32 +57,16 @@ PageState* Engine::pageOf(JSContextRef ctx)
     return openPages().find(JSContextGetGlobalContext(ctx));
 }
 
-// Runs inside a collection, where nothing of the API may be called.
-void Engine::collected(JSContextGroupRef, void* engine)
+void Engine::collectGarbage()
 {
-    auto* self = static_cast<Engine*>(engine);
-    if (self->m_sweepPosted)
-        return;
-    self->m_sweepPosted = true;
-    QMetaObject::invokeMethod(
-        &self->m_mailbox, [self] { self->sweep(); }, Qt::QueuedConnection);
-}
-
-void Engine::sweep()
-{
-    m_sweepPosted = false;
     // A native object that goes may close pages.
     const std::vector<PageState*> pages = m_pages;
     for (PageState* page : pages) {
-        if (std::find(m_pages.begin(), m_pages.end(), page) != m_pages.end())
-            page->wrappers().sweep();
+        if (std::find(m_pages.begin(), m_pages.end(), page) == m_pages.end())
+            continue;
+        JSSynchronousGarbageCollectForDebugging(page->ctx());
+        page->wrappers().sweep();
     }
-}
-
-void Engine::collectGarbage()
-{
-    JSSynchronousGarbageCollectForDebugging(m_service);
-    sweep();
 }
 
 } // namespace jsc

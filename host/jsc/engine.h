@@ -1,32 +1,26 @@
-// Engine: the script heap that all pages share, and what keeps calls into it within bounds.
+// Engine: what all pages share, which is little: every page has a script heap of its own, so that its tasks
+// run and its memory goes whatever the other pages do. What is common is the stack.
 #pragma once
 
 #include "host/engine/page.h"
 #include "host/jsc/api.h"
 #include "host/jsc/pointermap.h"
 
-#include <QObject>
 #include <vector>
 
 namespace engine::jsc {
 
 class PageState;
 
-/// One heap. Pages hold it, so it lasts until the last of them has closed. [GUI thread]
+/// Pages hold it, so it lasts until the last of them has closed. [GUI thread]
 class Engine {
 public:
     /// Calls that may lie on top of each other: host to script or script to native, each counts one.
     static constexpr int maximumNesting = 200;
 
     Engine();
-    ~Engine();
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
-
-    JSContextGroupRef group() const { return m_group; }
-    /// The function that hears of promises whose rejection nobody handles. It lives outside every page,
-    /// because a page would never go away with a root of its own.
-    JSObjectRef rejectionListener() const { return m_rejectionListener; }
 
     void addPage(JSGlobalContextRef ctx, PageState* page);
     void removePage(JSGlobalContextRef ctx, PageState* page);
@@ -44,17 +38,9 @@ public:
     void collectGarbage();
 
 private:
-    static void collected(JSContextGroupRef group, void* engine);
-    void sweep();
-
-    JSContextGroupRef m_group;
-    JSGlobalContextRef m_service;
-    JSObjectRef m_rejectionListener;
     const char* m_stackEnd;
     int m_nesting = 0;
-    bool m_sweepPosted = false;
     std::vector<PageState*> m_pages;
-    QObject m_mailbox;
 };
 
 } // namespace engine::jsc

@@ -5,17 +5,14 @@
 #include "host/jsc/toscript.h"
 
 #include <new>
+#include <optional>
 
 namespace engine::jsc {
 
 namespace {
 
 // Of all pages of the process: a function's address is looked up on every call.
-PointerMap<OpaqueJSValue, NativeMember>& memberFunctions()
-{
-    static PointerMap<OpaqueJSValue, NativeMember> functions;
-    return functions;
-}
+constinit PointerMap<OpaqueJSValue, NativeMember> memberFunctions;
 
 // The arguments of one call, on the stack for as many as members usually have.
 class ArgumentList {
@@ -66,7 +63,7 @@ constexpr std::size_t maximumArguments = 255;
 JSValueRef callMember(JSContextRef ctx, JSObjectRef function, JSObjectRef thisObject, std::size_t count,
     const JSValueRef values[], JSValueRef* exception)
 {
-    const NativeMember* member = memberFunctions().find(function);
+    const NativeMember* member = memberFunctions.find(function);
     if (!member) {
         const JSValueRef text = makeString(ctx, QStringLiteral("the page has been closed"));
         *exception = JSObjectMakeError(ctx, 1, &text, nullptr);
@@ -89,12 +86,14 @@ JSValueRef callMember(JSContextRef ctx, JSObjectRef function, JSObjectRef thisOb
 
     IJSExtentionObject* object = wrapper->object;
     const NativeScope scope(page);
+    std::optional<Lock> lock;
     ArgumentList arguments;
     if (count && member->access == JSAccess::Method) {
         if (count > maximumArguments) {
             *exception = page.prelude().makeError(1, QStringLiteral("more than 255 arguments"));
             return JSValueMakeUndefined(ctx);
         }
+        lock.emplace(ctx);
         FromScript convert(page);
         if (!arguments.read(convert, values, count)) {
             *exception = page.prelude().makeError(
@@ -106,7 +105,7 @@ JSValueRef callMember(JSContextRef ctx, JSObjectRef function, JSObjectRef thisOb
     JSApiArguments view = arguments.view();
     KJSVariant result;
     KJSVariant failure;
-    vexlite::Core::instance()->call(object, page.env(), member->id, member->access, view, result, failure);
+    page.core().call(object, page.env(), member->id, member->access, view, result, failure);
     if (failure.isEmpty() && result.isEmpty())
         return JSValueMakeUndefined(ctx);
     ToScript convert(page, member);
@@ -145,7 +144,7 @@ std::unique_ptr<NativeClass> makeClass(
         JSValueProtect(ctx, function);
         made->members.push_back(std::make_unique<NativeMember>(NativeMember { &page, made.get(), name,
             members.Id(i), isMethod ? JSAccess::Method : JSAccess::PropertyGet, function }));
-        memberFunctions().insert(function, made->members.back().get());
+        memberFunctions.insert(function, made->members.back().get());
         prelude.call(isMethod ? prelude.addMethod : prelude.addGetter, nullptr, made->prototype,
             makeString(ctx, name), function);
     }
@@ -157,14 +156,14 @@ void dropClass(PageState& page, const NativeClass& nativeClass)
     JSValueUnprotect(page.ctx(), nativeClass.prototype);
     JSValueUnprotect(page.ctx(), nativeClass.factory);
     for (const auto& member : nativeClass.members) {
-        memberFunctions().erase(member->function);
+        memberFunctions.erase(member->function);
         JSValueUnprotect(page.ctx(), member->function);
     }
 }
 
 bool isMemberFunction(JSObjectRef function)
 {
-    return memberFunctions().find(function);
+    return memberFunctions.find(function);
 }
 
 } // namespace engine::jsc

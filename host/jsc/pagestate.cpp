@@ -4,15 +4,50 @@
 
 namespace engine::jsc {
 
+namespace {
+
+JSValueRef rejectionUnhandled(
+    JSContextRef ctx, JSObjectRef, JSObjectRef, std::size_t count, const JSValueRef arguments[], JSValueRef*)
+{
+    PageState* page = Engine::pageOf(ctx);
+    if (page && count == 2) {
+        const std::shared_ptr<PageState> keep = page->shared_from_this();
+        const NativeScope scope(*page);
+        page->reportThrown(arguments[1]);
+    }
+    return JSValueMakeUndefined(ctx);
+}
+
+} // namespace
+
 PageState::PageState(std::shared_ptr<Engine> engine, PageHost host)
     : m_engine(std::move(engine))
     , m_host(std::move(host))
-    , m_ctx(JSGlobalContextCreateInGroup(m_engine->group(), nullptr))
+    , m_core(vexlite::Core::instance())
+    , m_group(JSContextGroupCreate())
+    , m_ctx(JSGlobalContextCreateInGroup(m_group, nullptr))
     , m_wrappers(*this)
     , m_functions(*this)
     , m_promises(*this)
     , m_timers(std::make_unique<Timers>(*this))
 {
+}
+
+// Runs inside a collection, where nothing of the API may be called.
+void PageState::collected(JSContextGroupRef, void* page)
+{
+    auto* self = static_cast<PageState*>(page);
+    if (self->m_sweepPosted)
+        return;
+    self->m_sweepPosted = true;
+    QMetaObject::invokeMethod(
+        self->m_timers->mailbox(),
+        [self] {
+            self->m_sweepPosted = false;
+            if (self->hasContext())
+                self->m_wrappers.sweep();
+        },
+        Qt::QueuedConnection);
 }
 
 PageState::~PageState()
@@ -22,11 +57,13 @@ PageState::~PageState()
 
 void PageState::open(const PageOptions& options)
 {
-    m_env = vexlite::Core::instance()->openPage(this, options.browser);
+    m_env = m_core->openPage(this, options.browser);
     m_engine->addPage(m_ctx, this);
     const Entry entry(*this);
     m_prelude.load(m_ctx, makeNatives(m_ctx));
-    JSGlobalContextSetUnhandledRejectionCallback(m_ctx, m_engine->rejectionListener(), nullptr);
+    JSGlobalContextSetUnhandledRejectionCallback(m_ctx,
+        JSObjectMakeFunctionWithCallback(m_ctx, Text("rejectionUnhandled"), rejectionUnhandled), nullptr);
+    JSContextGroupAddHeapFinalizer(m_group, collected, this);
 
     const auto list = [&](const QStringList& texts) {
         std::vector<JSValueRef> none(static_cast<std::size_t>(texts.size()), JSValueMakeUndefined(m_ctx));
@@ -37,8 +74,7 @@ void PageState::open(const PageOptions& options)
         return array;
     };
     m_prelude.call(m_prelude.makeProcess, nullptr, list(options.arguments));
-    const JSValueRef root =
-        m_prelude.call(m_prelude.makeRoot, nullptr, list(vexlite::Core::instance()->objectNames()));
+    const JSValueRef root = m_prelude.call(m_prelude.makeRoot, nullptr, list(m_core->objectNames()));
     m_wrappers.setRoot(asObject(root));
 }
 
@@ -95,7 +131,9 @@ void PageState::tearDown()
     if (m_prelude.keys)
         m_prelude.unload();
     m_ctx = nullptr;
+    JSContextGroupRemoveHeapFinalizer(m_group, collected, this);
     JSGlobalContextRelease(ctx);
+    JSContextGroupRelease(m_group);
 }
 
 void PageState::print(const QString& line, bool isError)

@@ -36,6 +36,9 @@ public:
     void mute() { m_muted = true; }
 
     Engine& engine() const { return *m_engine; }
+    /// Of an open page only.
+    vexlite::Core& core() const { return *m_core; }
+    JSContextGroupRef group() const { return m_group; }
     JSGlobalContextRef ctx() const { return m_ctx; }
     const JSContextEnv& env() const { return m_env; }
     const Prelude& prelude() const { return m_prelude; }
@@ -69,11 +72,14 @@ public:
 private:
     friend class Entry;
     friend class NativeScope;
+    static void collected(JSContextGroupRef group, void* page);
     void leaveOutermost();
     void tearDown();
 
     std::shared_ptr<Engine> m_engine;
     PageHost m_host;
+    vexlite::Core* m_core;
+    JSContextGroupRef m_group;
     JSGlobalContextRef m_ctx;
     JSContextEnv m_env {};
     Prelude m_prelude;
@@ -89,6 +95,7 @@ private:
     bool m_closing = false;
     bool m_muted = false;
     bool m_hostGone = false;
+    bool m_sweepPosted = false;
 };
 
 /// A call from the host into the page. Microtasks run when the outermost one ends, and a page that was closed

@@ -110,7 +110,7 @@ ScriptFunction* Functions::keep(JSObjectRef function)
     auto* kept = new ScriptFunction(m_page, function);
     JSValueProtect(m_page.ctx(), function);
     m_kept.insert(kept);
-    vexlite::Core::instance()->addLiveFunctions(1);
+    m_page.core().addLiveFunctions(1);
     return kept;
 }
 

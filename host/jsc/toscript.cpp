@@ -102,6 +102,7 @@ JSValueRef ToScript::int64(std::int64_t value)
 
 JSValueRef ToScript::interface(IUnknown* object, int depth)
 {
+    const Lock lock(m_ctx);
     if (const auto json = ask<IJSONValue>(object, IID_IJSONValue))
         return this->object(*json.get(), depth);
     if (const std::int64_t promise = vexlite::promiseHandle(object)) {

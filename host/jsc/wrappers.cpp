@@ -62,7 +62,7 @@ JSValueRef Wrappers::touch(JSObjectRef getter, JSValueRef* exception)
     if (const auto made = m_rootObjects.find(shortName); made != m_rootObjects.end())
         return made->second;
 
-    vexlite::BoundObject bound = vexlite::Core::instance()->bindObject(m_page.env(), shortName);
+    vexlite::BoundObject bound = m_page.core().bindObject(m_page.env(), shortName);
     const QString name = QStringLiteral("NovaExtension.") + shortName;
     const KResult status = bound.status;
     JSObjectRef script = nullptr;
@@ -86,7 +86,7 @@ JSObjectRef Wrappers::wrap(IJSExtentionObject* object, const QString& name, KRes
         if (found->second->isAlive())
             return found->second->script;
     }
-    vexlite::BoundObject bound = vexlite::Core::instance()->bindSubObject(m_page.env(), object);
+    vexlite::BoundObject bound = m_page.core().bindSubObject(m_page.env(), object);
     status = bound.status;
     if (status != KR_OK || !bound.object || !bound.members)
         return nullptr;
@@ -103,7 +103,7 @@ JSObjectRef Wrappers::make(vexlite::BoundObject bound, const QString& name, bool
             // Known already under another name.
             if (stays && old.weak) {
                 JSValueProtect(ctx, old.script);
-                JSWeakRelease(m_page.engine().group(), old.weak);
+                JSWeakRelease(m_page.group(), old.weak);
                 old.weak = nullptr;
             }
             return old.script;
@@ -123,11 +123,11 @@ JSObjectRef Wrappers::make(vexlite::BoundObject bound, const QString& name, bool
     if (stays)
         JSValueProtect(ctx, script);
     else
-        weak = JSWeakCreate(m_page.engine().group(), script);
+        weak = JSWeakCreate(m_page.group(), script);
     auto wrapper = std::make_unique<Wrapper>(Wrapper { bound.object.release(), nativeClass, script, weak });
     m_byScript.insert(script, wrapper.get());
     m_wrappers[object] = std::move(wrapper);
-    vexlite::Core::instance()->addLiveObjects(1);
+    m_page.core().addLiveObjects(1);
     return script;
 }
 
@@ -156,7 +156,7 @@ void Wrappers::forget(Wrapper& wrapper)
     if (m_byScript.find(wrapper.script) == &wrapper)
         m_byScript.erase(wrapper.script);
     if (wrapper.weak)
-        JSWeakRelease(m_page.engine().group(), wrapper.weak);
+        JSWeakRelease(m_page.group(), wrapper.weak);
     else
         JSValueUnprotect(m_page.ctx(), wrapper.script);
     if (vexlite::Core* core = vexlite::Core::instance())

@@ -89,6 +89,7 @@ TEST_P(Closing, EndsThePageAfterTheCall)
 INSTANTIATE_TEST_SUITE_P(Page, Closing,
     testing::Values(CloseCase { "Exit", "exit(3); log('same call')", "same call", false },
         CloseCase { "ExitBeforeAwait", "exit(3); await null; log('no')", "", false },
+        CloseCase { "ExitAfterQueueing", "queueMicrotask(() => log('no')); exit(3)", "", false },
         CloseCase { "ExitAfterAwait", "await null; exit(3); await null; await null; log('no')", "", false },
         CloseCase {
             "ExitInGetter", "p.take({ get a() { exit(1); return 1 } }); log('after')", "after", false },

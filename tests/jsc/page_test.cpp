@@ -206,6 +206,19 @@ TEST_F(PageTest, PromisesSettleOnceWithValueOrError)
     EXPECT_EQ(core.liveCounts().promises, 0);
 }
 
+TEST_F(PageTest, SettledPromisesAreCollected)
+{
+    method(u"settled", [](ProbeCall& call) {
+        return GetVEXJSCore()->PromiseService()->CreateSettled(
+            JSPromiseState::Resolved, call.context, [](KJSVariant&) {}, call.result);
+    });
+    run("globalThis.all = []; for (let i = 0; i < 200; ++i) all.push(new "
+        "WeakRef(NovaExtension.Probe.settled()))");
+    engine->collectGarbage();
+    // Some stay because a stale copy of their address happens to lie on the stack.
+    EXPECT_LT(run("return all.filter((one) => one.deref()).length").text.toInt(), 20);
+}
+
 TEST_F(PageTest, MicrotasksWaitForTheCallInProgress)
 {
     method(u"call", [](ProbeCall& call) {
@@ -217,6 +230,22 @@ TEST_F(PageTest, MicrotasksWaitForTheCallInProgress)
         answer("const seen = []; NovaExtension.Probe.call(() => { queueMicrotask(() => seen.push('task')) });"
                "seen.push('after'); await null; return seen"),
         QStringLiteral("[\"after\",\"task\"]"));
+}
+
+TEST_F(PageTest, NativeEventLoopStopsItsPageAndNoOther)
+{
+    method(u"spin", [](ProbeCall&) {
+        QElapsedTimer timer;
+        timer.start();
+        while (timer.elapsed() < 50)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        return KR_OK;
+    });
+    const auto second = open();
+    second->run(QStringLiteral("setTimeout(async () => { await null; console.log('other') }, 5)"), {}, {});
+    run("setTimeout(() => console.log('own'), 5); NovaExtension.Probe.spin(); console.log('after')");
+    EXPECT_TRUE(waitFor([&] { return lines.size() == 3; }));
+    EXPECT_EQ(lines.join(QLatin1Char(' ')), QStringLiteral("other after own"));
 }
 
 TEST_F(PageTest, EventsReachBothPagesInTheirOwnWorlds)

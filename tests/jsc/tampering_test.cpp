@@ -36,7 +36,8 @@ TEST_P(Tampering, ChangesNothingOfTheEngine)
         call.exception = makeFailure(7, QStringLiteral("no luck"));
         return KR_REJECTED;
     });
-    run("globalThis.taken = 0; globalThis.steal = { configurable: true, get() { ++taken; return () => "
+    run("globalThis.taken = 0; globalThis.steal = { __proto__: null, configurable: true, get() { ++taken; "
+        "return () => "
         "'stolen' },"
         "set() { ++taken } }; NovaExtension.Probe");
     run(GetParam().script);

@@ -13,10 +13,10 @@ namespace engine {
 /// How a piece of page script ended.
 struct Outcome {
     bool ok = false;
-    QString text; ///< the answer for a person, or the error's message
-    QString json; ///< the answer as JSON; empty when it has no JSON form (undefined, functions)
+    QString text;  ///< the answer for a person, or the error's message
+    QString json;  ///< the answer as JSON; empty when it has no JSON form (undefined, functions)
     QString stack; ///< of an error
-    int code = 0; ///< the "code" that an error carries, or 0
+    int code = 0;  ///< the "code" that an error carries, or 0
     bool hasCode = false;
 };
 
@@ -43,16 +43,16 @@ public:
     virtual ~Page() = default;
 
     virtual JSContextEnv context() const = 0;
-    /// Runs `source` as the body of an async function; `done` is called once when it has settled, never from inside
-    /// this call, and not at all when the page closes first.
+    /// Runs `source` as the body of an async function; `done` is called once when it has settled, never from
+    /// inside this call, and not at all when the page closes first.
     virtual void run(const QString& source, const QString& fileName, Done done) = 0;
     /// Evaluates an expression, or a script whose declarations stay, and awaits its answer; `done` as above.
     virtual void evaluate(const QString& source, Done done) = 0;
-    /// The names of the properties that the value of a dotted path has, inherited ones included; for completion.
-    /// Runs no getter but those of the path itself under NovaExtension.
+    /// The names of the properties that the value of a dotted path has, inherited ones included; for
+    /// completion. Runs no getter but those of the path itself under NovaExtension.
     virtual QStringList propertyNames(const QString& path) = 0;
-    /// Drops listeners, promises, handles, functions and timers. Inside a call of the page it takes effect when the
-    /// outermost call has returned.
+    /// Drops listeners, promises, handles, functions and timers. Inside a call of the page it takes effect
+    /// when the outermost call has returned.
     virtual void close() = 0;
 };
 
@@ -60,12 +60,12 @@ class ScriptEngine {
 public:
     virtual ~ScriptEngine() = default;
     virtual std::unique_ptr<Page> openPage(const PageOptions& options, PageHost host) = 0;
-    /// Frees what script no longer reaches, so that live counts can be read. A page that is closed holds nothing even
-    /// without this.
+    /// Frees what script no longer reaches, so that live counts can be read. A page that is closed holds
+    /// nothing even without this.
     virtual void collectGarbage() = 0;
 };
 
 /// JavaScriptCore in this process. The core must have started.
 std::unique_ptr<ScriptEngine> makeJscEngine();
 
-}
+} // namespace engine

@@ -34,7 +34,7 @@ public:
 
     const CentreValues& values() const { return m_values; }
     bool contains(const CentreKey& key) const { return m_values.contains(key); }
-    void change(const CentreKey& key, std::optional<QVariant> value);
+    void change(const CentreKey& key, const std::optional<QVariant>& value);
     /// Writes `changes` and all that waits.
     bool write(const CentreChanges& changes);
     bool writePending() { return m_pending.isEmpty() || write({}); }
@@ -95,10 +95,10 @@ void Centre::follow()
     m_file.read(m_values);
 }
 
-void Centre::change(const CentreKey& key, std::optional<QVariant> value)
+void Centre::change(const CentreKey& key, const std::optional<QVariant>& value)
 {
     CentreChanges changes;
-    changes.insert(key, std::move(value));
+    changes.insert(key, value);
     applyChanges(changes, m_values);
     m_pending.insert(key, changes.first());
     if (!QCoreApplication::instance())

@@ -108,8 +108,8 @@ public:
     /// Adds a listener of a page. `callback` must hold a function (KR_REJECTED otherwise); adding the same
     /// function twice keeps one. The hub drops it with its page.
     virtual KResult Add(const QString& event, const JSContextEnv& context, const KJSVariant& callback) = 0;
-    /// Removes that page's listener; an empty callback removes all of the page's listeners of the event. Nothing
-    /// to remove is no failure. KR_REJECTED when `callback` is neither empty nor a function.
+    /// Removes that page's listener; an empty callback removes all of the page's listeners of the event.
+    /// Nothing to remove is no failure. KR_REJECTED when `callback` is neither empty nor a function.
     virtual KResult Remove(const QString& event, const JSContextEnv& context, const KJSVariant& callback) = 0;
     /// Calls the listeners of `target`, or of every page for JSContextEnv::everyContext(), in the order of
     /// their adding, with `payload` as arguments. Listeners added meanwhile are not called, those removed are
@@ -185,7 +185,8 @@ protected:
 /// Makes such objects by their full script name.
 class IJSObjectFactory {
 public:
-    /// A new object with one reference; `creatable` receives its other face, or null when there is nothing to prepare.
+    /// A new object with one reference; `creatable` receives its other face, or null when there is nothing to
+    /// prepare.
     using Creator = IJSExtentionObject* (*)(IJSCreatable** creatable);
 
     /// Announces a class; a second call with the same name replaces the creator.

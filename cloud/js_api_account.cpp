@@ -39,5 +39,5 @@ const MemberList& KJsApiPrivilege::members()
 
 Reply KJsApiAccount::privilege(Call& call)
 {
-    return call.handOutNew(KJsApiPrivilege::ScriptName, nullptr);
+    return call.handOutKept(m_privilege, KJsApiPrivilege::ScriptName);
 }

@@ -10,6 +10,9 @@ public:
 
     /// Property: the Privilege object.
     Reply privilege(Call& call);
+
+private:
+    KRef<IJSExtentionObject> m_privilege;
 };
 
 /// "NovaExtension.Account.Privilege": changes of the user's membership privileges.

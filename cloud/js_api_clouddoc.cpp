@@ -45,5 +45,5 @@ const MemberList& KJsApiUploadFileTask::members()
 
 Reply KJsApiCloudDoc::orbitapi(Call& call)
 {
-    return call.handOutNew(KJsApiOrbitapi::ScriptName, nullptr);
+    return call.handOutKept(m_orbitapi, KJsApiOrbitapi::ScriptName);
 }

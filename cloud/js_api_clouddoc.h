@@ -10,6 +10,9 @@ public:
 
     /// Property: the Orbitapi object.
     Reply orbitapi(Call& call);
+
+private:
+    KRef<IJSExtentionObject> m_orbitapi;
 };
 
 /// "NovaExtension.CloudDoc.Orbitapi": generic requests to the cloud service.

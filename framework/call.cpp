@@ -38,7 +38,8 @@ template <> bool answersTo<IJSSubObject>(const KIID& iid)
 
 bool Options::has(const char* name) const
 {
-    return m_object && m_object->Has(latin1(name));
+    const KJSVariant* value = m_object ? m_object->Find(latin1(name)) : nullptr;
+    return value && followed(value->raw()).vt != MV_EMPTY;
 }
 
 QString Options::string(const char* name, const QString& fallback) const
@@ -135,13 +136,25 @@ Reply Call::handOut(IJSExtentionObject* object)
     return answer(KJSVariant::fromUnknown(new SubObject(reference.release(), token)));
 }
 
-Reply Call::handOutNew(const char16_t* scriptName, IJSONValue* options)
+IJSExtentionObject* Call::made(const char16_t* scriptName, IJSONValue* options) const
 {
     IVEXJSCore* core = vexlite::GetVEXJSCore();
     IJSObjectFactory* factory = core ? core->Objects() : nullptr;
-    IJSExtentionObject* made =
-        factory ? factory->Create(QString::fromUtf16(scriptName), m_context, options) : nullptr;
-    return handOut(made);
+    return factory ? factory->Create(QString::fromUtf16(scriptName), m_context, options) : nullptr;
+}
+
+Reply Call::handOutNew(const char16_t* scriptName, IJSONValue* options)
+{
+    return handOut(made(scriptName, options));
+}
+
+Reply Call::handOutKept(KRef<IJSExtentionObject>& kept, const char16_t* scriptName)
+{
+    if (!kept)
+        kept = KRef<IJSExtentionObject>(made(scriptName, nullptr));
+    if (kept)
+        kept->AddRef();
+    return handOut(kept.get());
 }
 
 Reply Call::fail(ErrorCode code, const QString& message)

@@ -50,6 +50,7 @@ public:
     }
 
     explicit operator bool() const noexcept { return static_cast<bool>(m_object); }
+    /// Whether there is such a property, and it is not undefined.
     bool has(const char* name) const;
     QString string(const char* name, const QString& fallback = {}) const;
     std::int32_t integer(const char* name, std::int32_t fallback) const;
@@ -110,6 +111,8 @@ public:
     Reply handOut(IJSExtentionObject* object);
     /// Makes an object of a class by its script name and hands it out.
     Reply handOutNew(const char16_t* scriptName, IJSONValue* options);
+    /// The same, once: the object stays in `kept` and is handed out again the next time.
+    Reply handOutKept(KRef<IJSExtentionObject>& kept, const char16_t* scriptName);
 
     /// Failure: {"success": false, "code", "msg"} in the exception slot.
     Reply fail(ErrorCode code, const char* message) { return fail(code, QString::fromLatin1(message)); }
@@ -123,6 +126,7 @@ public:
 
 private:
     Reply refused(KResult status);
+    IJSExtentionObject* made(const char16_t* scriptName, IJSONValue* options) const;
 
     const JSContextEnv& m_context;
     const JSApiArguments& m_arguments;

@@ -1,11 +1,10 @@
 // What the library offers to other modules of the suite besides its entry.
 #pragma once
 
+#include "export.h"
 #include "vexlite/jsextension.h"
 
 #include <QString>
-
-#define VEXLITE_EXPORT __attribute__((visibility("default")))
 
 class KNovaExtensionUtils {
 public:

@@ -22,11 +22,6 @@ KResult KNovaExtensionUtils::setPromiseReject(
     return KR_REJECTED;
 }
 
-bool promisesAvailable()
-{
-    return promiseService();
-}
-
 Reply rejectedPromise(Call& call, const QString& message)
 {
     KJSVariant promise;
@@ -44,15 +39,12 @@ KPendingPromise::~KPendingPromise()
 
 bool KPendingPromise::create(const JSContextEnv& context, KJSVariant& promise)
 {
-    IJSPromiseService* service = promiseService();
+    // A promise that could not be settled later would keep the page waiting for ever.
+    IVEXJSCore* core = vexlite::GetVEXJSCore();
+    IJSPromiseService* service = core && core->AnswerChannel() ? core->PromiseService() : nullptr;
     m_id = service ? service->CreatePending(context, promise) : 0;
     m_context = context;
     return m_id != 0;
-}
-
-void KPendingPromise::resolveWith(const QVariant& value)
-{
-    resolve({ { QString::fromLatin1("data"), value } });
 }
 
 void KPendingPromise::settle(bool success, const QString& message, const QVariantMap& values)

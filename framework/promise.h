@@ -15,14 +15,13 @@ public:
     KPendingPromise& operator=(const KPendingPromise&) = delete;
     ~KPendingPromise();
 
-    /// Makes the promise of a call and leaves it in `promise`. False when there is no promise service or the
-    /// page has gone.
+    /// Makes the promise of a call and leaves it in `promise`. False when promises can not be made or
+    /// settled, or the page has gone.
     bool create(const JSContextEnv& context, KJSVariant& promise);
     bool isPending() const noexcept { return m_id != 0; }
     /// Settles it; a settled one stays as it is. `values` with the one key "data" resolves with that value
     /// itself.
     void resolve(const QVariantMap& values) { settle(true, {}, values); }
-    void resolveWith(const QVariant& value);
     void reject(const QString& message) { settle(false, message, {}); }
 
 private:
@@ -31,9 +30,6 @@ private:
     std::int64_t m_id = 0;
     JSContextEnv m_context {};
 };
-
-/// Whether promises can be made at all.
-bool promisesAvailable();
 
 /// Answers with a rejected promise, or with the failure "PromiseServiceNull" when there are no promises.
 Reply rejectedPromise(Call& call, const QString& message);

@@ -1,7 +1,25 @@
 #include "framework/request.h"
 
-QObject* requestOwner()
+Reply KJsRequest::promised(Call& call, std::unique_ptr<KJsRequest> request)
 {
+    // Destroyed with the library, and with it the requests that have not finished by then.
     static QObject owner;
-    return &owner;
+
+    KJSVariant promise;
+    if (!request->m_promise.create(call.context(), promise))
+        return call.fail(ErrorCode::OperationFailed, PromiseServiceNull);
+    request.release()->setParent(&owner);
+    return call.answer(std::move(promise));
+}
+
+void KJsRequest::finish(const QVariant& value)
+{
+    m_promise.resolve({ { QString::fromLatin1("data"), value } });
+    deleteLater();
+}
+
+void KJsRequest::finishRejected(const QString& message)
+{
+    m_promise.reject(message);
+    deleteLater();
 }

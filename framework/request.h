@@ -1,9 +1,35 @@
-// Requests that outlive the call that began them, and who ends those that are still under way when the
-// library goes.
+// KJsRequest: the base of an answer that comes later.
+//
+//     Reply KFileMd5Request::start(Call& call, const QString& path)
+//     {
+//         auto request = std::make_unique<KFileMd5Request>(path);
+//         ...                                            // begin the work, or refuse
+//         return promised(call, std::move(request));     // the answer is the promise
+//     }
+//
+// and, when the work is done, one of the two finish operations.
 #pragma once
+
+#include "framework/promise.h"
 
 #include <QObject>
 
-/// The parent of every request object. It is destroyed when the library is unloaded, and with it the requests
-/// that have not ended by then. [GUI thread]
-QObject* requestOwner();
+/// A request owns itself from promised() until it has finished; one that is under way when the library is
+/// unloaded ends with it, and its promise is rejected. [GUI thread]
+class KJsRequest : public QObject {
+    Q_OBJECT
+
+protected:
+    KJsRequest() = default;
+
+    /// Makes the promise, answers the call with it and leaves the request to itself. Without promises the
+    /// request ends here, and the answer is the failure 3 "PromiseServiceNull".
+    static Reply promised(Call& call, std::unique_ptr<KJsRequest> request);
+
+    // Settles the promise and deletes the request later. What comes after the first of them does nothing.
+    void finish(const QVariant& value);
+    void finishRejected(const QString& message);
+
+private:
+    KPendingPromise m_promise;
+};

@@ -1,7 +1,5 @@
 #include "local/filemd5.h"
 
-#include "framework/request.h"
-
 #include <QFileInfo>
 
 namespace {
@@ -21,16 +19,12 @@ Reply KFileMd5Request::start(Call& call, const QString& path)
         return rejectedPromise(call, QString::fromLatin1("Path is empty."));
     if (!QFileInfo::exists(path))
         return rejectedPromise(call, QString::fromLatin1("%1 is not existed").arg(path));
-    auto request = std::unique_ptr<KFileMd5Request>(new KFileMd5Request(path));
+    auto request = std::make_unique<KFileMd5Request>(path);
     // Devices and pipes have no end, or no content until somebody writes.
     if (!QFileInfo(path).isFile() || !request->m_file.open(QIODevice::ReadOnly))
         return rejectedPromise(call, notOpened(path));
-    KJSVariant promise;
-    if (!request->m_promise.create(call.context(), promise))
-        return call.fail(ErrorCode::OperationFailed, PromiseServiceNull);
     request->m_nextSlice.start();
-    request.release()->setParent(requestOwner());
-    return call.answer(std::move(promise));
+    return promised(call, std::move(request));
 }
 
 KFileMd5Request::KFileMd5Request(const QString& path)
@@ -43,18 +37,12 @@ void KFileMd5Request::readSlice()
 {
     const QByteArray slice = m_file.read(SliceBytes);
     m_hash.addData(slice);
-    if (m_file.error() != QFileDevice::NoError)
-        finish(notOpened(m_file.fileName()));
-    else if (slice.isEmpty())
-        finish({});
-}
-
-void KFileMd5Request::finish(const QString& message)
-{
+    const bool failed = m_file.error() != QFileDevice::NoError;
+    if (!failed && !slice.isEmpty())
+        return;
     m_nextSlice.stop();
-    if (message.isEmpty())
-        m_promise.resolveWith(QString::fromLatin1(m_hash.result().toHex()));
+    if (failed)
+        finishRejected(notOpened(m_file.fileName()));
     else
-        m_promise.reject(message);
-    deleteLater();
+        finish(QString::fromLatin1(m_hash.result().toHex()));
 }

@@ -18,7 +18,8 @@ public:
 };
 
 /// "NovaExtension.SettingsManager.Settings": one store. Changes reach the disk when script has returned to
-/// the event loop, and when the object goes. An INI file keeps numbers and booleans as texts.
+/// the event loop, and when the object goes. A store keeps text: numbers and booleans have become text when
+/// the suite starts again.
 class KJsApiSettings final : public KJCExtendJsObj<KJsApiSettings>, public IJSCreatable {
 public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.SettingsManager.Settings";

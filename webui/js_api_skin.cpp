@@ -6,7 +6,7 @@ const MemberList& KJsApiSkin::members()
         MemberList {
             unbuilt(u"addSkinChangeListener", Category::None, Type::JsValue, { Type::Object }),
             unbuilt(u"removeSkinChangeListener", Category::None, Type::JsValue, { Type::Object }),
-            unbuilt(u"getCurrentSkinName", Category::None, Type::JsValue),
+            unbuilt(u"getCurrentSkinName", Category::Usual, Type::JsValue),
             unbuilt(u"switchSkin", Category::Usual, Type::JsValue, { Type::String }),
             unbuilt(u"getSkinHintConfig", Category::None, Type::JsValue, { Type::JsValue }),
             unbuilt(u"getSkinGradientConfig", Category::None, Type::JsValue, { Type::JsValue }),

@@ -382,6 +382,56 @@ TEST_F(Abi, EventMembersGoToTheHubOfTheClass)
     account->Release();
 }
 
+TEST_F(Abi, UploadTasksHaveEventsOfTheirOwn)
+{
+    IJSExtentionObject* cloud = object("CloudDoc");
+    publish(cloud)->Release();
+    const QString name = QStringLiteral("NovaExtension.CloudDoc.UploadFileTask");
+    IJSExtentionObject* first = core.Create(name, Page, nullptr);
+    IJSExtentionObject* second = core.Create(name, Page, nullptr);
+    ASSERT_TRUE(first && second);
+    EXPECT_EQ(call(first, u"dispatchEvent", { KJSVariant::fromString(u"e") }), KR_OK);
+    EXPECT_EQ(call(second, u"dispatchEvent", { KJSVariant::fromString(u"f") }), KR_OK);
+    ASSERT_EQ(core.instanceHubs.size(), 2u);
+    EXPECT_EQ(core.instanceHubs[0]->operations, QStringList(QStringLiteral("dispatch e 9 0")));
+    first->Release();
+    ASSERT_EQ(core.instanceHubs.size(), 1u) << "an object's hub ends with it";
+    EXPECT_EQ(core.instanceHubs[0]->operations, QStringList(QStringLiteral("dispatch f 9 0")));
+    second->Release();
+    EXPECT_TRUE(core.instanceHubs.empty());
+    cloud->Release();
+}
+
+TEST_F(Abi, ProfileReportsTheBrowserAndNoNegativeDuration)
+{
+    struct Row {
+        const char16_t* member;
+        QMap<QString, std::int64_t> numbers;
+    };
+    const QMap<QString, std::int64_t> profile { { QStringLiteral("c_l"), 0 }, { QStringLiteral("c_cb"), 30 },
+        { QStringLiteral("c_l_ts"), 500 }, { QStringLiteral("c_cb_ts"), 100 },
+        { QStringLiteral("c_lf_ts"), 400 }, { QStringLiteral("c_cbf_ts"), 130 } };
+    QMap<QString, std::int64_t> trace = profile;
+    trace[QStringLiteral("pid")] = 11;
+    trace[QStringLiteral("c_l_rd")] = 70;
+    trace[QStringLiteral("c_l_rd_ts")] = 570;
+    trace[QStringLiteral("c_cb_ld")] = 25;
+    trace[QStringLiteral("c_cb_ld_ts")] = 1000;
+    IJSExtentionObject* of = object("Profile");
+    for (const Row& row : { Row { u"getProfileInfo", profile }, Row { u"getBrowserTraceInfo", trace } }) {
+        ASSERT_EQ(call(of, row.member), KR_OK);
+        auto* envelope = static_cast<IJSONValue*>(result.raw().punkVal);
+        auto* data = static_cast<IJSONValue*>(envelope->Find(QStringLiteral("data"))->raw().punkVal);
+        for (auto number = row.numbers.begin(); number != row.numbers.end(); ++number) {
+            const KJSVariant* value = data->Find(number.key());
+            ASSERT_TRUE(value) << number.key().toStdString();
+            EXPECT_EQ(value->type(), MV_INT64) << number.key().toStdString();
+            EXPECT_EQ(value->raw().llVal, number.value()) << number.key().toStdString();
+        }
+    }
+    of->Release();
+}
+
 TEST_F(Abi, RejectedPromisesComeFromTheService)
 {
     EXPECT_EQ(KNovaExtensionUtils::setPromiseReject(Page, result, QStringLiteral("why")), KR_REJECTED);

@@ -1,9 +1,11 @@
 // A JS core for direct calls into the library: it keeps what it is told and records every operation.
 #pragma once
 
+#include "tests/abi/fakebrowser.h"
 #include "vexlite/jscore.h"
 #include "vexlite/jsmemberlist.h"
 
+#include <QMap>
 #include <QStringList>
 #include <cstdarg>
 
@@ -90,7 +92,8 @@ class FakeCore final : public IVEXJSCore,
                        public IJSRegistry,
                        public IJSTraceHook,
                        public IJSPromiseService,
-                       public IJSEventHubFactory {
+                       public IJSEventHubFactory,
+                       public IJSObjectFactory {
 public:
     /// What the library finds; null is a process without a JS core.
     static inline IVEXJSCore* current = nullptr;
@@ -106,8 +109,8 @@ public:
     IJSPromiseService* PromiseService() override { return this; }
     IJSAnswerChannel* AnswerChannel() override { return nullptr; }
     IJSEventHubFactory* EventHubs() override { return this; }
-    IJSObjectFactory* Objects() override { return nullptr; }
-    IVEXBrowser* Browser(std::int64_t) override { return nullptr; }
+    IJSObjectFactory* Objects() override { return this; }
+    IVEXBrowser* Browser(std::int64_t id) override { return id == 4 ? &browser : nullptr; }
 
     std::int32_t AllocateTypeId(std::int32_t) override { return nextTypeId++; }
 
@@ -197,14 +200,33 @@ public:
         operations << QStringLiteral("hub %1").arg(typeId);
         return &hub;
     }
-    IJSEventHub* InstanceHub(std::int32_t, IJSExtentionObject*) override { return &hub; }
-    void ReleaseInstanceHub(IJSEventHub*) override { }
+    IJSEventHub* InstanceHub(std::int32_t, IJSExtentionObject*) override
+    {
+        instanceHubs.push_back(std::make_unique<FakeHub>());
+        return instanceHubs.back().get();
+    }
+    void ReleaseInstanceHub(IJSEventHub* released) override
+    {
+        std::erase_if(instanceHubs, [&](const auto& known) { return known.get() == released; });
+    }
+
+    void RegisterClass(const QString& name, Creator creator) override { creators[name] = creator; }
+    void UnregisterClass(const QString& name) override { creators.remove(name); }
+    IJSExtentionObject* Create(const QString& name, const JSContextEnv&, IJSONValue*) override
+    {
+        IJSCreatable* creatable = nullptr;
+        const Creator creator = creators.value(name);
+        return creator ? creator(&creatable) : nullptr;
+    }
 
     QStringList takeOperations() { return std::exchange(operations, {}); }
 
     QStringList operations;
     std::vector<IJSExtentionObject*> bound;
     FakeHub hub;
+    std::vector<std::unique_ptr<FakeHub>> instanceHubs;
+    static inline QMap<QString, Creator> creators; // a class announces its makers once in the process
+    FakeBrowser browser;
     int added = 0;
     bool tracing = false;
     bool filtering = false;

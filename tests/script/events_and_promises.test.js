@@ -32,6 +32,7 @@ await check([
         return Event.getAllEventInfo().filter((row) => row.eventName < "c");
     }, [{ eventName: "a", listenerCount: 2 }, { eventName: "b", listenerCount: 1 }]],
     ["the objects that properties hand out", () => [typeof Account.Privilege.addEventListener, typeof CloudDoc.Orbitapi.commonRequest], ["function", "function"]],
+    ["a property answers the same object every time", () => Account.Privilege === Account.Privilege && CloudDoc.Orbitapi === CloudDoc.Orbitapi, true],
     ["a listener that listens and dispatches", () => {
         const calls = [];
         Event.addEventListener("outer", () => {

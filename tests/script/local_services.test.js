@@ -81,12 +81,42 @@ await check([
     ["a function as value", () => suite.setValue({ key: "k", value: { f() {} } }), wrong],
 ]);
 
+// Where a path leads: what is written through it is found in the file of that absolute path.
+const opened = (path) => {
+    const key = `written through ${path}`;
+    SettingsManager.settings({ format: 1, path }).setValue({ key, value: "x" });
+    return (file) => SettingsManager.settings({ format: 1, path: file }).getValue({ key }).data === "x";
+};
+const leadsTo = (path, file) => [`${show(path)} leads to ${file}`, () => opened(path)(file), true];
+const refused = (why, path) => [`${why}: ${show(path)}`, () => opened(path), refusal(1, "Path is illegal.")];
+await check([
+    leadsTo("%HOME%/a.ini", `${dataDir}/a.ini`),
+    leadsTo("../%HOME%/b.ini", `${dataDir}/b.ini`),
+    leadsTo("./x/../%HOME%/c.ini", `${dataDir}/c.ini`),
+    leadsTo("%TEST_ODD%NAME%/d.ini", `${dataDir}/odd/d.ini`),
+    leadsTo(`${dataDir}/x/../e.ini`, `${dataDir}/e.ini`),
+    refused("relative", "a.ini"),
+    refused("relative after its steps", "../../a.ini"),
+    refused("steps that come later", "x/../../a.ini"),
+    refused("a variable that is relative", "%TEST_RELATIVE%/a.ini"),
+    refused("a variable that is not first", "x/%HOME%/a.ini"),
+    refused("a variable without an end", "%HOME/a.ini"),
+    refused("a resource of the program", ":/a.ini"),
+    refused("a closed directory", `${dataDir}/closed/a.ini`),
+    refused("a closed directory by a variable", "%HOME%/closed/a.ini"),
+    refused("a closed directory by steps", `${dataDir}/x/../closed/deep/a.ini`),
+    refused("the closed directory itself", `${dataDir}/closed`),
+    refused("the plugin directory by a variable", "%HOME%/plugins/a.ini"),
+    leadsTo(`${dataDir}/closed-not/a.ini`, `${dataDir}/closed-not/a.ini`),
+]);
+
 const post = (options) => () => TelemetrySdk.postEvent({ eventName: "e", postContent: { a: "1" }, ...options });
 await check([
     ["post", post({ pb: 1 }), { success: true, data: undefined }],
     ["post with values of other types", post({ postContent: { a: 1, b: true, c: null, d: {} } }), { success: true, data: undefined }],
     ["post without a name", post({ eventName: "" }), refusal(1, "empty event name")],
     ["post nothing at all", () => TelemetrySdk.postEvent(), refusal(1, "empty event name")],
+    ["an undefined pb is none", post({ pb: undefined }), { success: true, data: undefined }],
     ...[10, 0, "x", null, 1.5, 2 ** 40].map((pb) => [`pb ${pb}`, post({ pb }), wrong]),
     ...[1, 100, 1000, "100"].map((pb) => [`pb ${show(pb)} is sent`, () => post({ pb })().success, true]),
     ...[undefined, null, "text", 5].map((postContent) => [`postContent ${postContent}`, post({ postContent }), wrong]),
@@ -100,12 +130,14 @@ await check([
     ["durations follow from the times", () =>
         [profile.c_l - (profile.c_lf_ts - profile.c_l_ts), profile.c_cb - (profile.c_cbf_ts - profile.c_cb_ts)], [0, 0]],
     ["times are today's", () => Math.abs(Date.now() - profile.c_cb_ts) < 60000, true],
+    ["marks of the group in the wrong order", () => [trace.c_cb_ld, trace.c_cb_ld_ts - trace.c_cb_ts], [0, 50]],
     ["the trace has the rest", () => Object.keys(trace).filter((key) => !(key in profile)).sort().join(),
         "appid,browserid,c_cb_ld,c_cb_ld_ts,c_l_rd,c_l_rd_ts,pid,sessionid"],
     ["the trace id agrees", () => same(Profile.getBrowserTraceId().data, { pid: trace.pid, appid: trace.appid, browserid: trace.browserid }), true],
     ["the language with its region", data(() => Product.language()), "de_AT"],
     ["the language alone", data(() => Product.language({ format: 0 })), "de"],
     ["an unreadable format is 0", data(() => Product.language({ format: {} })), "de"],
+    ["an undefined format is none", data(() => Product.language({ format: undefined })), "de_AT"],
     ["a product string", data(() => Product.getProductString({ key: "Section" })), "of 37"],
     ["a product string by option", data(() => Product.getProductString({ key: "Section", option: 4 })), "of 4"],
     ["a product string that is not there", data(() => Product.getProductString()), ""],

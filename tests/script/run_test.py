@@ -31,7 +31,9 @@ def main():
         arguments = [str(RANDOM_SECONDS), os.environ.get("RANDOM_SEED") or str(random.randrange(2**32))]
     with tempfile.TemporaryDirectory() as data:
         command = [novahost, "--data", data, "--live-counts", *options, "run", f"{scripts}/{name}.js", data, *arguments]
-        result = subprocess.run(command, capture_output=True, text=True, errors="replace")
+        # Paths with variables must not lead into the home of whoever runs the test.
+        environment = {**os.environ, "HOME": data, "TEST_RELATIVE": "relative", "TEST_ODD%NAME": f"{data}/odd"}
+        result = subprocess.run(command, capture_output=True, text=True, errors="replace", env=environment)
     print(result.stdout, result.stderr[-4000:], sep="", end="")
     if result.returncode != 0:
         sys.exit(f"exit code {result.returncode}; arguments {arguments[-1:] if name == 'random' else ''}")

@@ -328,6 +328,9 @@ TEST_F(Abi, AnEnvelopeIsAnOrderedObject)
     EXPECT_TRUE(failure->Remove(own));
     EXPECT_FALSE(failure->Remove(own));
     EXPECT_EQ(failure->GetInt32(code, 0), 1) << "removing a key leaves the others' values in place";
+    EXPECT_TRUE(failure->Remove(code));
+    EXPECT_EQ(failure->GetString(QStringLiteral("msg"), {}), QStringLiteral("missing required parameters."));
+    EXPECT_FALSE(failure->GetBoolean(QStringLiteral("success"), true));
     callSlot<void>(failure, 6);
     EXPECT_EQ(failure->Count(), 0);
     log->Release();

@@ -1,0 +1,69 @@
+// A suite that goes on without the library: every object is used by a page, the library is unloaded, and the
+// JS core has nothing of it left. Then all of it once more.
+#include "host/vexlite/core.h"
+
+#include <QCoreApplication>
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+class SilentPage final : public vexlite::ScriptPage {
+public:
+    bool createPromise(std::int64_t) override { return true; }
+    void settlePromise(std::int64_t, JSPromiseState, const KJSVariant&) override { }
+};
+
+/// Has every object published and one of every class that others hand out made, as a page would.
+void useAllObjects(vexlite::Core& core)
+{
+    SilentPage page;
+    const JSContextEnv context = core.openPage(&page, {});
+    std::vector<vexlite::BoundObject> held;
+    for (const QString& name : core.objectNames()) {
+        held.push_back(core.bindObject(context, name));
+        EXPECT_TRUE(held.back().members) << name.toStdString();
+    }
+    EXPECT_EQ(core.creatableClasses().size(), 7);
+    for (const QString& name : core.creatableClasses())
+        held.push_back(core.bindSubObject(context, core.createUninitialised(name).get()));
+    const QString path = QStringLiteral("/proc/self/maps");
+    const KJSVariant argument = KJSVariant::fromString(std::u16string_view(path.toStdU16String()));
+    JSApiArguments arguments(&argument, 1);
+    for (const vexlite::BoundObject& bound : held) {
+        for (std::int32_t i = 0; i < bound.members->Count(); ++i) {
+            KJSVariant result, exception;
+            core.call(bound.object.get(), context, bound.members->Id(i),
+                bound.members->Kind(i) == 0 ? JSAccess::Method : JSAccess::PropertyGet, arguments, result,
+                exception);
+        }
+    }
+    core.closePage(context);
+}
+
+TEST(Unload, LeavesNothingInTheJsCore)
+{
+    int argc = 0;
+    const QCoreApplication application(argc, nullptr);
+    vexlite::Core& core = vexlite::Core::start({});
+    for (int round = 0; round < 2; ++round) {
+        void* library = dlopen(LIBRARY, RTLD_NOW | RTLD_LOCAL);
+        ASSERT_TRUE(library) << dlerror();
+        const auto entry =
+            reinterpret_cast<void (*)(ExtensionFactoryMap*)>(dlsym(library, "GetNovaExtensionJsApiObj"));
+        ASSERT_TRUE(entry);
+        ExtensionFactoryMap factories;
+        entry(&factories);
+        core.setFactories(factories);
+        useAllObjects(core);
+        dlclose(library);
+        EXPECT_EQ(dlopen(LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr);
+        EXPECT_EQ(core.creatableClasses(), QStringList());
+        const vexlite::LiveCounts left = core.liveCounts();
+        EXPECT_EQ(left.pages + left.listeners + left.promises, 0);
+        core.setFactories({});
+    }
+    vexlite::Core::stop();
+}
+
+} // namespace

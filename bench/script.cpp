@@ -42,6 +42,27 @@ QString envelopeLoop()
     }))");
 }
 
+/// What calls cost that pass something. A number is taken as it is, an object is read key by key.
+QString argumentsLoop()
+{
+    return QStringLiteral(R"((function (object, count) {
+        for (let i = 0; i < count; ++i) {
+            if (object.empty(i, 2.5, true) !== undefined)
+                throw new Error('an answer');
+        }
+    }))");
+}
+
+QString objectArgumentLoop()
+{
+    return QStringLiteral(R"((function (object, count) {
+        for (let i = 0; i < count; ++i) {
+            if (object.empty({ name: i, visible: true, width: 10 }) !== undefined)
+                throw new Error('an answer');
+        }
+    }))");
+}
+
 /// Times `loop(count)`, which answers the seconds it took.
 template <typename Loop> void measure(benchmark::State& state, Loop loop)
 {
@@ -138,6 +159,17 @@ BENCHMARK_CAPTURE(bareCallbackOfMember, envelope, envelopeLoop)
     ->UseManualTime();
 BENCHMARK_CAPTURE(qtScript, envelope, envelopeLoop)->Name("script_envelope/QJSEngine")->UseManualTime();
 BENCHMARK(qtCallByNameForMap)->Name("script_envelope/QMetaObject");
+
+BENCHMARK_CAPTURE(member, arguments, argumentsLoop)->Name("script_arguments/member")->UseManualTime();
+BENCHMARK_CAPTURE(bareCallback, arguments, argumentsLoop)
+    ->Name("script_arguments/bare_callback")
+    ->UseManualTime();
+BENCHMARK_CAPTURE(member, objectArgument, objectArgumentLoop)
+    ->Name("script_object_argument/member")
+    ->UseManualTime();
+BENCHMARK_CAPTURE(bareCallback, objectArgument, objectArgumentLoop)
+    ->Name("script_object_argument/bare_callback")
+    ->UseManualTime();
 
 } // namespace
 

@@ -13,7 +13,7 @@ namespace jsc {
 namespace {
 
 // What native handlers, and the toolkit below them, may use without asking.
-constexpr std::size_t reservedStack = 768 * 1024;
+constexpr std::size_t reservedStack = std::size_t { 768 } << 10;
 
 const char* stackEndOfThisThread()
 {

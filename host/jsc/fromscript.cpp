@@ -183,7 +183,7 @@ bool FromScript::enter(JSObjectRef object, int depth)
     }
     if (depth < nearCount)
         m_near[depth] = object;
-    else if (!m_deep.insert(object).second)
+    else if (!(m_deep ? *m_deep : m_deep.emplace()).insert(object).second)
         return refuse(QStringLiteral("a cycle can not be passed"));
     return true;
 }
@@ -191,7 +191,7 @@ bool FromScript::enter(JSObjectRef object, int depth)
 void FromScript::leave(JSObjectRef object, int depth)
 {
     if (depth >= nearCount)
-        m_deep.erase(object);
+        m_deep->erase(object);
 }
 
 bool FromScript::readArray(JSObjectRef array, KJSVariant& out, int depth)
@@ -218,32 +218,30 @@ bool FromScript::readArray(JSObjectRef array, KJSVariant& out, int depth)
 
 bool FromScript::readProperties(JSObjectRef object, KJSVariant& out, int depth)
 {
-    static const Text lengthName("length");
     JSValueRef exception = nullptr;
     const JSValueRef names =
         m_page.prelude().call(m_page.prelude().keys, &exception, static_cast<JSValueRef>(object));
     if (!names)
         return refuseThrown(exception);
+    const auto count = static_cast<unsigned>(m_page.prelude().signals->keyCount);
     if (!isPlainData(object))
         return false;
-    const double count =
-        JSValueToNumber(m_ctx, JSObjectGetProperty(m_ctx, asObject(names), lengthName, nullptr), nullptr);
-    if (!(count <= static_cast<double>(maximumValues - m_values)))
+    if (count > maximumValues - m_values)
         return refuse(QStringLiteral("more than 1000000 values in one call"));
-    vexlite::Ref<IJSONValue> made = vexlite::makeScriptObject();
-    for (unsigned i = 0; i < static_cast<unsigned>(count); ++i) {
+    std::vector<vexlite::ScriptPair> pairs;
+    pairs.reserve(count);
+    for (unsigned i = 0; i < count; ++i) {
         const JSValueRef name = JSObjectGetPropertyAtIndex(m_ctx, asObject(names), i, nullptr);
-        const QString key = stringOf(m_ctx, name);
+        const QString key = m_page.keyNames().textOf(m_ctx, name);
         const JSValueRef value = JSObjectGetPropertyForKey(m_ctx, object, name, &exception);
-        KJSVariant item;
+        KJSVariant& item = pairs.emplace_back(key, KJSVariant()).second;
         if (!takeText(static_cast<std::size_t>(key.size()))
             || (exception ? !refuseThrown(exception) : !readValue(value, item, depth + 1))) {
             prependPath(stepOf(key));
             return false;
         }
-        made->SetValue(key, item);
     }
-    out = KJSVariant::fromUnknown(made.release());
+    out = KJSVariant::fromUnknown(vexlite::makeScriptObject(std::move(pairs)).release());
     return true;
 }
 

@@ -14,6 +14,7 @@
 #include "host/jsc/api.h"
 #include "vexlite/jsonvalue.h"
 
+#include <optional>
 #include <unordered_set>
 
 namespace engine::jsc {
@@ -57,7 +58,7 @@ private:
     QString m_path;
     bool m_pathIsCut = false;
     JSObjectRef m_near[8]; ///< the outermost objects that are being read; the others are in m_deep
-    std::unordered_set<JSObjectRef> m_deep;
+    std::optional<std::unordered_set<JSObjectRef>> m_deep;
 };
 
 } // namespace engine::jsc

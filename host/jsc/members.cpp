@@ -1,6 +1,7 @@
 #include "host/jsc/members.h"
 
 #include "host/jsc/fromscript.h"
+#include "host/jsc/methods.h"
 #include "host/jsc/pagestate.h"
 #include "host/jsc/toscript.h"
 
@@ -60,63 +61,85 @@ private:
 
 constexpr std::size_t maximumArguments = 255;
 
-JSValueRef callMember(JSContextRef ctx, JSObjectRef function, JSObjectRef thisObject, std::size_t count,
-    const JSValueRef values[], JSValueRef* exception)
+struct Answer {
+    JSValueRef value = nullptr; ///< null when the call throws
+    JSValueRef thrown = nullptr;
+    bool isEnveloped = false;
+};
+
+Answer thrown(JSValueRef error)
 {
-    const NativeMember* member = memberFunctions.find(function);
-    if (!member) {
-        const JSValueRef text = makeString(ctx, QStringLiteral("the page has been closed"));
-        *exception = JSObjectMakeError(ctx, 1, &text, nullptr);
-        return JSValueMakeUndefined(ctx);
+    return { nullptr, error, false };
+}
+
+Answer answerOf(PageState& page, const NativeMember& member, const KJSVariant& result)
+{
+    if (result.isEmpty())
+        return { JSValueMakeUndefined(page.ctx()) };
+    ToScript convert(page, &member);
+    if (member.access == JSAccess::Method) {
+        if (const JSValueRef data = convert.envelopedData(result.raw()))
+            return { data, nullptr, true };
+        if (convert.thrown())
+            return thrown(convert.thrown());
     }
-    PageState& page = *member->page;
-    const Wrapper* wrapper = page.wrappers().find(thisObject);
-    if (!wrapper || wrapper->nativeClass != member->nativeClass) [[unlikely]] {
-        *exception = page.prelude().makeTypeError(QStringLiteral("Illegal invocation"));
-        return JSValueMakeUndefined(ctx);
-    }
-    if (!page.isLive()) [[unlikely]] {
-        *exception = page.prelude().makeError(3, QStringLiteral("the page has been closed"));
-        return JSValueMakeUndefined(ctx);
-    }
-    if (!page.engine().canNest()) [[unlikely]] {
-        *exception = page.prelude().makeRangeError(QStringLiteral("Maximum call stack size exceeded."));
-        return JSValueMakeUndefined(ctx);
-    }
+    const JSValueRef value = convert.value(result.raw());
+    return { value, convert.thrown() };
+}
+
+// Every call comes this way; by itself the compiler would make it a function of its own.
+[[gnu::always_inline]] inline Answer perform(PageState& page, const NativeMember& member, JSObjectRef self,
+    const JSValueRef values[], std::size_t count)
+{
+    const Wrapper* wrapper = page.wrappers().find(self);
+    if (!wrapper || wrapper->nativeClass != member.nativeClass) [[unlikely]]
+        return thrown(page.prelude().makeTypeError(QStringLiteral("Illegal invocation")));
+    if (!page.isLive()) [[unlikely]]
+        return thrown(page.prelude().makeError(3, QStringLiteral("the page has been closed")));
+    if (!page.engine().canNest()) [[unlikely]]
+        return thrown(page.prelude().makeRangeError(QStringLiteral("Maximum call stack size exceeded.")));
 
     IJSExtentionObject* object = wrapper->object;
     const NativeScope scope(page);
     std::optional<Lock> lock;
     ArgumentList arguments;
-    if (count && member->access == JSAccess::Method) {
-        if (count > maximumArguments) {
-            *exception = page.prelude().makeError(1, QStringLiteral("more than 255 arguments"));
-            return JSValueMakeUndefined(ctx);
-        }
-        lock.emplace(ctx);
+    if (count && member.access == JSAccess::Method) {
+        if (count > maximumArguments)
+            return thrown(page.prelude().makeError(1, QStringLiteral("more than 255 arguments")));
+        lock.emplace(page.ctx());
         FromScript convert(page);
-        if (!arguments.read(convert, values, count)) {
-            *exception = page.prelude().makeError(
-                1, QStringLiteral("argument %1: %2").arg(arguments.size()).arg(convert.problem()));
-            return JSValueMakeUndefined(ctx);
-        }
+        if (!arguments.read(convert, values, count))
+            return thrown(page.prelude().makeError(
+                1, QStringLiteral("argument %1: %2").arg(arguments.size()).arg(convert.problem())));
     }
 
     JSApiArguments view = arguments.view();
     KJSVariant result;
     KJSVariant failure;
-    page.core().call(object, page.env(), member->id, member->access, view, result, failure);
-    if (failure.isEmpty() && result.isEmpty())
-        return JSValueMakeUndefined(ctx);
-    ToScript convert(page, member);
-    if (!failure.isEmpty()) {
-        *exception = convert.error(failure);
+    page.core().call(object, page.env(), member.id, member.access, view, result, failure);
+    if (!failure.isEmpty())
+        return thrown(ToScript(page, &member).error(failure));
+    return answerOf(page, member, result);
+}
+
+JSValueRef callMember(JSContextRef ctx, JSObjectRef function, JSObjectRef thisObject, std::size_t count,
+    const JSValueRef values[], JSValueRef* exception)
+{
+    const NativeMember* member = memberFunctions.find(function);
+    if (!member) [[unlikely]] {
+        const JSValueRef text = makeString(ctx, QStringLiteral("the page has been closed"));
+        *exception = JSObjectMakeError(ctx, 1, &text, nullptr);
         return JSValueMakeUndefined(ctx);
     }
-    if (const JSValueRef answer = convert.value(result.raw()))
-        return answer;
-    *exception = convert.thrown();
-    return JSValueMakeUndefined(ctx);
+    PageState& page = *member->page;
+    const Answer answer = perform(page, *member, thisObject, values, count);
+    if (!answer.value) {
+        *exception = answer.thrown;
+        return JSValueMakeUndefined(ctx);
+    }
+    // Last of all: an object that ends with the call may have called members on its way.
+    page.prelude().signals->isEnveloped = answer.isEnveloped;
+    return answer.value;
 }
 
 } // namespace
@@ -129,14 +152,7 @@ std::unique_ptr<NativeClass> makeClass(
     auto made = std::make_unique<NativeClass>();
     made->tag = tag;
     made->typeId = typeId;
-    const JSValueRef pair = prelude.call(prelude.makeClass, nullptr, makeString(ctx, tag));
-    if (!pair)
-        return nullptr;
-    made->prototype = asObject(JSObjectGetPropertyAtIndex(ctx, asObject(pair), 0, nullptr));
-    made->factory = asObject(JSObjectGetPropertyAtIndex(ctx, asObject(pair), 1, nullptr));
-    JSValueProtect(ctx, made->prototype);
-    JSValueProtect(ctx, made->factory);
-
+    std::vector<MethodSource> methods;
     for (std::int32_t i = 0; i < members.Count(); ++i) {
         const QString name = QString::fromUtf16(members.Name(i));
         const bool isMethod = members.Kind(i) == 0;
@@ -145,16 +161,35 @@ std::unique_ptr<NativeClass> makeClass(
         made->members.push_back(std::make_unique<NativeMember>(NativeMember { &page, made.get(), name,
             members.Id(i), isMethod ? JSAccess::Method : JSAccess::PropertyGet, function }));
         memberFunctions.insert(function, made->members.back().get());
-        prelude.call(isMethod ? prelude.addMethod : prelude.addGetter, nullptr, made->prototype,
-            makeString(ctx, name), function);
+        if (isMethod)
+            methods.push_back({ name, function });
+    }
+
+    made->prototype = makeMethods(page, tag, methods);
+    const JSValueRef factory = made->prototype
+        ? prelude.call(prelude.makeClass, nullptr, makeString(ctx, tag), JSValueRef { made->prototype })
+        : nullptr;
+    made->factory = asObject(factory);
+    if (!factory) {
+        dropClass(page, *made);
+        return nullptr;
+    }
+    JSValueProtect(ctx, made->prototype);
+    JSValueProtect(ctx, made->factory);
+    for (const auto& member : made->members) {
+        if (member->access == JSAccess::PropertyGet)
+            prelude.call(prelude.addGetter, nullptr, made->prototype, makeString(ctx, member->name),
+                JSValueRef { member->function });
     }
     return made;
 }
 
 void dropClass(PageState& page, const NativeClass& nativeClass)
 {
-    JSValueUnprotect(page.ctx(), nativeClass.prototype);
-    JSValueUnprotect(page.ctx(), nativeClass.factory);
+    if (nativeClass.factory) {
+        JSValueUnprotect(page.ctx(), nativeClass.prototype);
+        JSValueUnprotect(page.ctx(), nativeClass.factory);
+    }
     for (const auto& member : nativeClass.members) {
         memberFunctions.erase(member->function);
         JSValueUnprotect(page.ctx(), member->function);

@@ -19,15 +19,15 @@ struct NativeMember {
     QString name;
     std::int32_t id;
     JSAccess access;
-    JSObjectRef function;
+    JSObjectRef function; ///< the native one: the getter, or what the method calls
 };
 
 /// A native class in one page: the prototype of its wrappers.
 struct NativeClass {
     QString tag; ///< "NovaExtension.Log"
     std::int64_t typeId;
-    JSObjectRef prototype;
-    JSObjectRef factory; ///< makes an empty wrapper
+    JSObjectRef prototype = nullptr;
+    JSObjectRef factory = nullptr; ///< makes an empty wrapper
     std::vector<std::unique_ptr<NativeMember>> members;
 };
 

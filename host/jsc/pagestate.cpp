@@ -127,6 +127,7 @@ void PageState::tearDown()
     m_promises.clear();
     m_wrappers.clear();
     m_shapes.clear(ctx);
+    m_keyNames.clear(ctx);
     m_engine->removePage(ctx, this);
     if (m_prelude.keys)
         m_prelude.unload();

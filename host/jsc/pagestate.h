@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/jsc/engine.h"
+#include "host/jsc/keynames.h"
 #include "host/jsc/prelude.h"
 #include "host/jsc/promises.h"
 #include "host/jsc/scriptfunction.h"
@@ -43,6 +44,7 @@ public:
     const JSContextEnv& env() const { return m_env; }
     const Prelude& prelude() const { return m_prelude; }
     Shapes& shapes() { return m_shapes; }
+    KeyNames& keyNames() { return m_keyNames; }
     Wrappers& wrappers() { return m_wrappers; }
     Functions& functions() { return m_functions; }
     Promises& promises() { return m_promises; }
@@ -84,6 +86,7 @@ private:
     JSContextEnv m_env {};
     Prelude m_prelude;
     Shapes m_shapes;
+    KeyNames m_keyNames;
     Wrappers m_wrappers;
     Functions m_functions;
     Promises m_promises;

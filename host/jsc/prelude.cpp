@@ -4,14 +4,29 @@
 
 namespace engine::jsc {
 
+namespace {
+
+// Frees the memory when the array has gone.
+JSObjectRef makeSignalArray(JSContextRef ctx, Signals* memory)
+{
+    return JSObjectMakeTypedArrayWithBytesNoCopy(
+        ctx, kJSTypedArrayTypeInt32Array, memory, sizeof(Signals),
+        [](void* bytes, void*) { delete static_cast<Signals*>(bytes); }, nullptr, nullptr);
+}
+
+} // namespace
+
 void Prelude::load(JSGlobalContextRef ctx, JSObjectRef native)
 {
     m_ctx = ctx;
     JSValueRef exception = nullptr;
     const JSValueRef maker =
         JSEvaluateScript(ctx, Text(preludeSource), nullptr, Text("prelude.js"), 1, &exception);
-    const JSValueRef made =
-        maker ? JSObjectCallAsFunction(ctx, asObject(maker), nullptr, 1, &native, &exception) : nullptr;
+    signals = new Signals;
+    const JSValueRef arguments[] = { native, makeSignalArray(ctx, signals) };
+    const JSValueRef made = maker
+        ? JSObjectCallAsFunction(ctx, asObject(maker), nullptr, std::size(arguments), arguments, &exception)
+        : nullptr;
     if (!made) {
         const Text text = Text::adopt(JSValueToStringCopy(ctx, exception, nullptr));
         qFatal("the page prelude does not run: %s", qUtf8Printable(text.toQString()));
@@ -23,6 +38,8 @@ void Prelude::load(JSGlobalContextRef ctx, JSObjectRef native)
     const auto take = [&](const char* name) {
         return asObject(JSObjectGetProperty(ctx, m_functions, Text(name), nullptr));
     };
+    nativePrototype = take("nativePrototype");
+    signalArray = take("signalArray");
     keys = take("keys");
     objectPrototype = take("objectPrototype");
     settle = take("settle");
@@ -35,7 +52,6 @@ void Prelude::load(JSGlobalContextRef ctx, JSObjectRef native)
     makeRoot = take("makeRoot");
     bindRoot = take("bindRoot");
     makeClass = take("makeClass");
-    addMethod = take("addMethod");
     addGetter = take("addGetter");
     spread = take("spread");
     bare = take("bare");

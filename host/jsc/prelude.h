@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/jsc/api.h"
+#include "host/jsc/methods.h"
 
 #include <vector>
 
@@ -27,7 +28,10 @@ public:
     /// Gives the roots back. Nothing may be called afterwards.
     void unload();
 
-    JSObjectRef keys = nullptr;
+    JSObjectRef nativePrototype = nullptr;
+    JSObjectRef signalArray = nullptr;
+    Signals* signals = nullptr; ///< what lies behind that array
+    JSObjectRef keys = nullptr; ///< answers an array of an object's keys, and Signals::keyCount
     JSObjectRef objectPrototype = nullptr;
     JSObjectRef settle = nullptr;
     JSObjectRef settleWith = nullptr;
@@ -39,7 +43,6 @@ public:
     JSObjectRef makeRoot = nullptr;
     JSObjectRef bindRoot = nullptr;
     JSObjectRef makeClass = nullptr;
-    JSObjectRef addMethod = nullptr;
     JSObjectRef addGetter = nullptr;
     JSObjectRef spread = nullptr;
     JSObjectRef bare = nullptr;

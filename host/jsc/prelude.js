@@ -1,10 +1,12 @@
 // Prepares a page and answers the engine's questions about its values. Runs before any script of the page and takes
 // what it needs of the language then, so that nothing the page replaces later changes what happens here. Beyond that,
 // it must not rely on what prototypes hold: no iteration protocol, no assignment of new properties, no methods.
-(function (native) {
+(function (native, signalArray) {
     'use strict';
     const { apply, ownKeys } = Reflect;
     const { keys, defineProperty, getOwnPropertyDescriptor, getPrototypeOf } = Object;
+    // What the native functions behind methods inherit, in place of what the page can change.
+    const nativePrototype = { __proto__: null, apply: Function.prototype.apply };
     const { isArray } = Array;
     const { stringify, rawJSON } = JSON;
     const { isInteger } = Number;
@@ -29,6 +31,11 @@
     const tagSymbol = Symbol.toStringTag;
 
     const isObject = (value) => (typeof value === 'object' && value !== null) || typeof value === 'function';
+    const listKeys = (object) => {
+        const names = keys(object);
+        signalArray[1] = names.length;
+        return names;
+    };
     // A property of its own, whatever the prototypes say.
     const define = (object, name, value, enumerable) =>
         defineProperty(object, name, { __proto__: null, value, writable: true, enumerable, configurable: true });
@@ -386,20 +393,18 @@
         if (getOwnPropertyDescriptor(root, name)?.get)
             define(root, name, value, true);
     };
-    // A prototype for the wrappers of one class, and the function that makes them.
-    const makeClass = (tag) => {
-        const prototype = {};
+    // Makes an object of methods the prototype of one class, and answers the function that makes its wrappers.
+    const makeClass = (tag, prototype) => {
         defineProperty(prototype, tagSymbol, { __proto__: null, value: tag, configurable: true });
-        return [prototype, () => ({ __proto__: prototype })];
+        return () => ({ __proto__: prototype });
     };
-    const addMethod = (prototype, name, method) => define(prototype, name, method, true);
     const addGetter = (prototype, name, get) =>
         defineProperty(prototype, name, { __proto__: null, get, enumerable: true, configurable: true });
 
     return {
-        __proto__: null, keys, languagePrototypes, objectPrototype, makeError, errorFromObject, makeTypeError,
-        makeRangeError, describeError, settle, settleWith, run, fail, propertyNames, afterThis, makeProcess, makeRoot,
-        bindRoot, makeClass, addMethod, addGetter, spread: (callee, values) => apply(callee, undefined, values),
-        bare: () => ({ __proto__: null }),
+        __proto__: null, nativePrototype, signalArray, keys: listKeys, languagePrototypes, objectPrototype, makeError,
+        errorFromObject, makeTypeError, makeRangeError, describeError, settle, settleWith, run, fail, propertyNames,
+        afterThis, makeProcess, makeRoot, bindRoot, makeClass, addGetter,
+        spread: (callee, values) => apply(callee, undefined, values), bare: () => ({ __proto__: null }),
     };
 })

@@ -1,5 +1,7 @@
 #include "host/jsc/shapes.h"
 
+#include "host/jsc/scripttext.h"
+
 #include <cstring>
 
 namespace engine::jsc {
@@ -27,16 +29,6 @@ bool sameText(const QString& a, const QString& b)
 {
     return a.size() == b.size()
         && !std::memcmp(a.constData(), b.constData(), static_cast<std::size_t>(a.size()) * sizeof(QChar));
-}
-
-QString quoted(const QString& key)
-{
-    QString text = QStringLiteral("\"");
-    for (const QChar unit : key)
-        text += QStringLiteral("\\u%1").arg(unit.unicode(), 4, 16, QLatin1Char('0'));
-    text += QLatin1Char('"');
-    // A computed name is a property like every other; a plain one would set the prototype.
-    return key == QLatin1String("__proto__") ? QLatin1Char('[') + text + QLatin1Char(']') : text;
 }
 
 // Longer keys are data, not names of members.
@@ -83,7 +75,7 @@ JSObjectRef Shapes::makeFactory(JSGlobalContextRef ctx, const QString* const* ke
     for (int i = 0; i < count; ++i) {
         const QString value = QStringLiteral("v%1,").arg(i);
         parameters += value;
-        members += quoted(*keys[i]) + QLatin1Char(':') + value;
+        members += propertyNameText(*keys[i]) + QLatin1Char(':') + value;
     }
     const QString source = QStringLiteral("(%1)=>({%2})").arg(parameters, members);
     const JSValueRef factory = JSEvaluateScript(ctx, Text(source), nullptr, nullptr, 1, nullptr);

@@ -21,6 +21,12 @@ template <typename T> vexlite::Ref<T> ask(IUnknown* object, const KIID& iid)
     return vexlite::Ref<T>::adopt(static_cast<T*>(found));
 }
 
+// Of a size that the compiler knows, so that no comparison is called.
+template <int Size> bool isText(const QString& text, const char16_t (&expected)[Size])
+{
+    return text.size() == Size - 1 && !std::memcmp(text.constData(), expected, (Size - 1) * sizeof(QChar));
+}
+
 } // namespace
 
 ToScript::ToScript(PageState& page, const NativeMember* member)
@@ -34,6 +40,21 @@ JSValueRef ToScript::fail(const QString& problem)
 {
     m_thrown = m_page.prelude().makeError(operationFailed, problem);
     return nullptr;
+}
+
+JSValueRef ToScript::envelopedData(const MVARIANT& value)
+{
+    if (value.vt != MV_UNKNOWN || !value.punkVal)
+        return nullptr;
+    const auto envelope = ask<IJSONValue>(value.punkVal, IID_IJSONValue);
+    const QString* key = nullptr;
+    const KJSVariant* data = nullptr;
+    const KJSVariant* success = nullptr;
+    if (!envelope || envelope->Count() != 2 || !envelope->At(0, &key, &data) || !isText(*key, u"data")
+        || !envelope->At(1, &key, &success) || !isText(*key, u"success") || success->type() != MV_BOOL
+        || !success->raw().boolVal)
+        return nullptr;
+    return convert(data->raw(), 1);
 }
 
 JSValueRef ToScript::error(const KJSVariant& failure)

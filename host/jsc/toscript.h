@@ -23,6 +23,9 @@ public:
 
     /// Null for what has no script form, an MV_ERROR among them; thrown() is to be thrown then.
     JSValueRef value(const MVARIANT& value) { return convert(value, 0); }
+    /// The data of an answer that is just {data, success: true}; null with nothing thrown for every other
+    /// answer.
+    JSValueRef envelopedData(const MVARIANT& value);
     /// An array of `count` values.
     JSValueRef list(std::size_t count, const std::function<const MVARIANT&(std::size_t)>& at)
     {

@@ -3,16 +3,29 @@
 #include "host/vexlite/ownedtext.h"
 #include "host/vexlite/scriptvalues.h"
 
-#include <map>
-#include <vector>
+#include <algorithm>
 
 namespace vexlite {
 
 namespace {
 
-/// The key/value object of the stand-in.
+bool isBefore(const ScriptPair& pair, const QString& key)
+{
+    return pair.first < key;
+}
+
+/// The key/value object of the stand-in: its pairs lie in the order of their keys. Keys that come in that
+/// order cost no moving.
 class ScriptObject final : public Counted<IJSONValue, IID_IJSONValue, IID_IJSONValueBase> {
 public:
+    ScriptObject() = default;
+    explicit ScriptObject(std::vector<ScriptPair> pairs)
+        : m_values(std::move(pairs))
+    {
+        std::sort(m_values.begin(), m_values.end(),
+            [](const ScriptPair& a, const ScriptPair& b) { return a.first < b.first; });
+    }
+
     std::int32_t Count() const override { return static_cast<std::int32_t>(m_values.size()); }
 
     std::int32_t CopyOut(std::int32_t max, KJSVariant* keys, KJSVariant* values) const override
@@ -27,8 +40,7 @@ public:
 
     void Clear() override
     {
-        m_order.clear();
-        // A value may end an object that comes back here, so it ends after the map is whole again.
+        // A value may end an object that comes back here, so it ends after the pairs are whole again.
         std::exchange(m_values, {});
     }
 
@@ -38,7 +50,7 @@ public:
             keys.append(entry.first);
     }
 
-    bool Has(const QString& key) const override { return m_values.count(key) != 0; }
+    bool Has(const QString& key) const override { return Find(key); }
 
     KResult Get(const QString& key, KJSVariant& value) const override
     {
@@ -49,16 +61,17 @@ public:
 
     const KJSVariant* Find(const QString& key) const override
     {
-        const auto found = m_values.find(key);
-        return found == m_values.end() ? nullptr : &found->second;
+        const auto found = std::lower_bound(m_values.begin(), m_values.end(), key, isBefore);
+        return found == m_values.end() || found->first != key ? nullptr : &found->second;
     }
 
     bool Remove(const QString& key) override
     {
-        const auto removed = m_values.extract(key);
-        if (!removed)
+        const auto found = std::lower_bound(m_values.begin(), m_values.end(), key, isBefore);
+        if (found == m_values.end() || found->first != key)
             return false;
-        m_order.clear();
+        const ScriptPair removed = std::move(*found);
+        m_values.erase(found);
         return true;
     }
 
@@ -109,14 +122,9 @@ public:
     {
         if (position < 0 || position >= Count())
             return false;
-        if (m_order.empty()) {
-            m_order.reserve(m_values.size());
-            for (auto entry = m_values.begin(); entry != m_values.end(); ++entry)
-                m_order.push_back(entry);
-        }
-        const auto entry = m_order[static_cast<std::size_t>(position)];
-        *key = &entry->first;
-        *value = &entry->second;
+        const ScriptPair& pair = m_values[static_cast<std::size_t>(position)];
+        *key = &pair.first;
+        *value = &pair.second;
         return true;
     }
 
@@ -127,17 +135,15 @@ public:
     }
 
 private:
-    using Values = std::map<QString, KJSVariant>;
-
     void store(const QString& key, KJSVariant value)
     {
-        const auto found = m_values.find(key);
-        if (found != m_values.end()) {
-            std::swap(found->second, value);
-            return;
-        }
-        m_order.clear();
-        m_values.emplace(ownedText(key), std::move(value));
+        auto place = m_values.end();
+        if (!m_values.empty() && !(m_values.back().first < key))
+            place = std::lower_bound(m_values.begin(), m_values.end(), key, isBefore);
+        if (place != m_values.end() && place->first == key)
+            std::swap(place->second, value);
+        else
+            m_values.emplace(place, ownedText(key), std::move(value));
     }
 
     bool read(const QString& key, MVarType type, KJSVariant& out) const
@@ -146,8 +152,7 @@ private:
         return found && converted(*found, type, out);
     }
 
-    Values m_values;
-    mutable std::vector<Values::const_iterator> m_order; ///< made by At, empty after a key came or went
+    std::vector<ScriptPair> m_values;
 };
 
 } // namespace
@@ -155,6 +160,11 @@ private:
 Ref<IJSONValue> makeScriptObject()
 {
     return Ref<IJSONValue>::adopt(new ScriptObject);
+}
+
+Ref<IJSONValue> makeScriptObject(std::vector<ScriptPair> pairs)
+{
+    return Ref<IJSONValue>::adopt(new ScriptObject(std::move(pairs)));
 }
 
 } // namespace vexlite

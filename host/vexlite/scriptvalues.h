@@ -4,6 +4,9 @@
 #include "host/vexlite/ref.h"
 #include "vexlite/jsonvalue.h"
 
+#include <utility>
+#include <vector>
+
 namespace vexlite {
 
 /// A nesting deeper than this is refused everywhere.
@@ -12,6 +15,10 @@ inline constexpr int maximumDepth = 1000;
 /// A new empty object, or array, with one reference for the caller.
 Ref<IJSONValue> makeScriptObject();
 Ref<IJSArray> makeScriptArray();
+
+using ScriptPair = std::pair<QString, KJSVariant>;
+/// An object of these pairs, in any order. No two keys may be the same, and the keys own their texts.
+Ref<IJSONValue> makeScriptObject(std::vector<ScriptPair> pairs);
 
 /// A null text becomes a string without a buffer, and textOf reads that as null again.
 KJSVariant makeText(const QString& text);

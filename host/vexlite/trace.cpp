@@ -28,13 +28,6 @@ KResult CallTrace::traced(const JSContextEnv& context, const KJSVariant& excepti
     return status;
 }
 
-void CallTrace::completed(const JSContextEnv& context, std::int64_t extra)
-{
-    if (m_innermost && extra == reinterpret_cast<std::int64_t>(m_innermost)
-        && m_innermost->context == context)
-        m_innermost->end = Clock::now();
-}
-
 bool CallTrace::FilterTable(
     const QString&, const JSContextEnv&, const JSMemberTable& table, JSMemberTable& replacement)
 {

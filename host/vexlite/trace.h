@@ -23,7 +23,12 @@ public:
     /// one.
     KResult traced(const JSContextEnv& context, const KJSVariant& exception, const Invoke& invoke);
     /// Ends the time of the innermost call, when that is the one `extra` names; does nothing otherwise.
-    void completed(const JSContextEnv& context, std::int64_t extra);
+    void completed(const JSContextEnv& context, std::int64_t extra)
+    {
+        if (m_innermost && extra == reinterpret_cast<std::int64_t>(m_innermost)
+            && m_innermost->context == context)
+            m_innermost->end = Clock::now();
+    }
 
     bool FilterTable(const QString& objectName, const JSContextEnv& context, const JSMemberTable& table,
         JSMemberTable& replacement) override;

@@ -60,6 +60,13 @@ INSTANTIATE_TEST_SUITE_P(Pages, Tampering,
                         "Object.defineProperty(Object.prototype, k, steal)" },
         TamperCase { "ArrayPrototypeSetters",
             "for (let i = 0; i < 30; ++i) Object.defineProperty(Array.prototype, i, steal)" },
+        TamperCase { "IndexedObjectPrototype",
+            "for (let i = 0; i < 30; ++i) Object.defineProperty(Object.prototype, i, steal)" },
+        TamperCase { "TypedArraysAreBroken",
+            "const all = Object.getPrototypeOf(Int32Array.prototype);"
+            "for (const k of ['length', 'buffer', 'at', 'valueOf', Symbol.iterator, Symbol.species])"
+            "for (const o of [all, Int32Array.prototype]) Object.defineProperty(o, k, steal);"
+            "globalThis.Int32Array = class { }" },
         TamperCase { "ArrayPrototypeIsEmpty",
             "for (const k of Reflect.ownKeys(Array.prototype)) try { delete Array.prototype[k] } catch { }" },
         TamperCase { "GlobalsAreGone",
@@ -69,6 +76,9 @@ INSTANTIATE_TEST_SUITE_P(Pages, Tampering,
         TamperCase { "FunctionPrototypeIsBroken",
             "Function.prototype.call = Function.prototype.apply = Function.prototype.bind = () => { throw 1 "
             "}" },
+        TamperCase { "ArgumentsAreBroken",
+            "const a = (function () { return arguments })(), o = Object.prototype;"
+            "for (const k of ['length', 'callee', Symbol.iterator]) Object.defineProperty(o, k, steal)" },
         TamperCase { "ObjectFunctionsAreBroken",
             "for (const o of [Object, Reflect, JSON, Array, Number])"
             "for (const k of Reflect.ownKeys(o)) try { o[k] = () => { throw 1 } } catch { }" },

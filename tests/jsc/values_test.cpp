@@ -119,6 +119,27 @@ INSTANTIATE_TEST_SUITE_P(Values, Arguments,
             "int 1 | int 2 | int 3 | int 4 | int 5 | int 6 | int 7 | int 8 | int 9 | int 10" }),
     caseName<ArgumentCase>);
 
+// Names are kept by the page from the second time on, all but long ones, and those of many objects displace
+// each other.
+TEST_F(PageTest, SameNamesAgainAndAgain)
+{
+    method(u"see", [](ProbeCall& call) {
+        call.result = makeText(seen(call.arguments[0]));
+        return KR_OK;
+    });
+    engine->collectGarbage();
+    EXPECT_EQ(answer("const p = NovaExtension.Probe; let wrong = 0;"
+                     "for (let round = 0; round < 20; ++round) for (let i = 0; i < 600; ++i) {"
+                     "const key = 'k' + i, long = 'x'.repeat(200) + i;"
+                     "const text = p.see({ [key]: round, same: i, [long]: 1 });"
+                     "if (text !== `{${key}: int ${round}, same: int ${i}, ${long}: int 1}`) ++wrong;"
+                     "} return wrong"),
+        QStringLiteral("0"));
+    engine->collectGarbage();
+    EXPECT_EQ(answer("return NovaExtension.Probe.see({ k1: 1, other: 2, k599: 3 })"),
+        QStringLiteral("\"{k1: int 1, k599: int 3, other: int 2}\""));
+}
+
 struct ResultCase {
     const char* name;
     std::function<KJSVariant()> native;
@@ -226,6 +247,69 @@ INSTANTIATE_TEST_SUITE_P(Values, Results,
         ResultCase { "TooDeep", [] { return nested(1001); }, "x", "!the answer is nested too deep" },
         ResultCase { "ByReference", [] { return byReference(); }, "x", "9" },
         ResultCase { "ErrorValue", [] { return errorValue(); }, "x", "!the answer is the error 0x80000002" }),
+    caseName<ResultCase>);
+
+INSTANTIATE_TEST_SUITE_P(Envelopes, Results,
+    testing::Values(
+        ResultCase { "Data",
+            [] {
+                return object({ { "data", text("x") }, { "success", KJSVariant::fromBool(true) } });
+            },
+            "[x, Object.getPrototypeOf(x) === Object.prototype]",
+            "[{\"data\":\"x\",\"success\":true},true]" },
+        ResultCase { "NoData",
+            [] {
+                return object({ { "data", {} }, { "success", KJSVariant::fromBool(true) } });
+            },
+            "[Object.keys(x), x.data === undefined]", "[[\"data\",\"success\"],true]" },
+        ResultCase { "ObjectAsData",
+            [] {
+                return object({ { "data", wide(20) }, { "success", KJSVariant::fromBool(true) } });
+            },
+            "[x.success, x.data.k19]", "[true,19]" },
+        ResultCase { "EnvelopeAsData",
+            [] {
+                const KJSVariant inner =
+                    object({ { "data", numbers(1) }, { "success", KJSVariant::fromBool(true) } });
+                return object({ { "data", inner }, { "success", KJSVariant::fromBool(true) } });
+            },
+            "x", "{\"data\":{\"data\":[0],\"success\":true},\"success\":true}" },
+        ResultCase { "WithMessage",
+            [] {
+                return object({ { "data", text("x") }, { "msg", text("m") },
+                    { "success", KJSVariant::fromBool(true) } });
+            },
+            "x", "{\"data\":\"x\",\"msg\":\"m\",\"success\":true}" },
+        ResultCase { "NoSuccess",
+            [] {
+                return object({ { "data", text("x") }, { "success", KJSVariant::fromBool(false) } });
+            },
+            "x", "{\"data\":\"x\",\"success\":false}" },
+        ResultCase { "SuccessIsANumber",
+            [] {
+                return object({ { "data", text("x") }, { "success", KJSVariant::fromInt32(1) } });
+            },
+            "x", "{\"data\":\"x\",\"success\":1}" },
+        ResultCase { "OtherKey",
+            [] {
+                return object({ { "date", text("x") }, { "success", KJSVariant::fromBool(true) } });
+            },
+            "x", "{\"date\":\"x\",\"success\":true}" },
+        ResultCase { "OtherSuccess",
+            [] {
+                return object({ { "data", text("x") }, { "succeed", KJSVariant::fromBool(true) } });
+            },
+            "x", "{\"data\":\"x\",\"succeed\":true}" },
+        ResultCase { "DataIsAnError",
+            [] {
+                return object({ { "data", errorValue() }, { "success", KJSVariant::fromBool(true) } });
+            },
+            "x", "!the answer is the error 0x80000002" },
+        ResultCase { "DataIsTooDeep",
+            [] {
+                return object({ { "data", nested(1000) }, { "success", KJSVariant::fromBool(true) } });
+            },
+            "x", "!the answer is nested too deep" }),
     caseName<ResultCase>);
 
 TEST_F(PageTest, FailureIsThrownAsAnErrorWithItsFields)

@@ -159,6 +159,19 @@ TEST(ScriptObject, KeepsKeyOrderWhileItChanges)
     EXPECT_TRUE(absent.isEmpty());
 }
 
+TEST(ScriptObject, OrdersThePairsItIsMadeOf)
+{
+    std::vector<ScriptPair> pairs;
+    for (const char* key : { "b", "", "a", "B" })
+        pairs.emplace_back(QString::fromLatin1(key), KJSVariant::fromInt32(*key));
+    Ref<IJSONValue> object = makeScriptObject(std::move(pairs));
+    QStringList keys;
+    object->Keys(keys);
+    EXPECT_EQ(keys.join(QLatin1Char(',')), QStringLiteral(",B,a,b"));
+    EXPECT_EQ(object->GetInt32(QStringLiteral("a"), 0), 'a');
+    EXPECT_FALSE(object->Has(QStringLiteral("c")));
+}
+
 TEST(ScriptObject, TypedGettersConvertOrFallBack)
 {
     Ref<IJSONValue> object = makeScriptObject();

@@ -29,7 +29,8 @@ JSObjectRef makeMethods(PageState& page, const QString& tag, const std::vector<M
 {
     JSContextRef ctx = page.ctx();
     const Text source(sourceOf(sources));
-    const JSValueRef maker = JSEvaluateScript(ctx, source, nullptr, Text(tag), 1, nullptr);
+    const JSValueRef maker =
+        JSEvaluateScript(ctx, source, nullptr, Text(QStringLiteral("nova:") + tag), 1, nullptr);
     if (!maker)
         return nullptr;
     std::vector<JSValueRef> arguments { page.prelude().signalArray };

@@ -57,8 +57,12 @@ void JscPage::run(const QString& source, const QString& fileName, Done done)
     QString body = source;
     if (body.startsWith(QLatin1String("#!")))
         body.replace(0, 2, QStringLiteral("//"));
+    // A text that closes one kind of function and goes on behind it can not close the other kind as well.
+    const Text asMethod(QStringLiteral("({ async run() {") + body + QStringLiteral("\n}})"));
     const QString wrapped = QStringLiteral("(async function () {") + body + QStringLiteral("\n})");
     JSValueRef exception = nullptr;
+    if (!JSCheckScriptSyntax(page.ctx(), asMethod, name, 1, &exception))
+        return failTicket(page, ticket, exception);
     const JSValueRef function = evaluateScript(page, wrapped, name, &exception);
     if (!function)
         return failTicket(page, ticket, exception);

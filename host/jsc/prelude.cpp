@@ -21,7 +21,7 @@ void Prelude::load(JSGlobalContextRef ctx, JSObjectRef native)
     m_ctx = ctx;
     JSValueRef exception = nullptr;
     const JSValueRef maker =
-        JSEvaluateScript(ctx, Text(preludeSource), nullptr, Text("prelude.js"), 1, &exception);
+        JSEvaluateScript(ctx, Text(preludeSource), nullptr, Text("nova:prelude"), 1, &exception);
     signals = new Signals;
     const JSValueRef arguments[] = { native, makeSignalArray(ctx, signals) };
     const JSValueRef made = maker

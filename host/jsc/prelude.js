@@ -26,6 +26,7 @@
     const mapEach = uncurry(Map.prototype.forEach);
     const setEach = uncurry(Set.prototype.forEach);
     const slice = uncurry(String.prototype.slice);
+    const indexOf = uncurry(String.prototype.indexOf);
     const startsWith = uncurry(String.prototype.startsWith);
     const then = uncurry(Promise.prototype.then);
     const tagSymbol = Symbol.toStringTag;
@@ -195,9 +196,26 @@
 
     // --- Errors --------------------------------------------------------------------------------------------------
 
+    // A stack without the frames of the engine's own scripts.
+    const pageFrames = (stack) => {
+        let kept = '';
+        for (let from = 0; from < stack.length;) {
+            const end = indexOf(stack, '\n', from) < 0 ? stack.length : indexOf(stack, '\n', from);
+            const frame = slice(stack, from, end);
+            if (indexOf(frame, '@nova:', 0) < 0)
+                kept = kept === '' ? frame : kept + '\n' + frame;
+            from = end + 1;
+        }
+        return kept;
+    };
+    const withPageFrames = (error) => {
+        define(error, 'stack', pageFrames(readText(error, 'stack')), false);
+        return error;
+    };
+
     // The Error that script sees for a failure object {success, code, msg}.
     const makeError = (success, code, msg) => {
-        const error = new ErrorType(msg);
+        const error = withPageFrames(new ErrorType(msg));
         define(error, 'success', success, true);
         define(error, 'code', code, true);
         define(error, 'msg', msg, true);
@@ -208,8 +226,8 @@
         const msg = own('msg');
         return makeError(own('success') === true, own('code'), typeof msg === 'string' ? msg : '');
     };
-    const makeTypeError = (message) => new TypeErrorType(message);
-    const makeRangeError = (message) => new RangeErrorType(message);
+    const makeTypeError = (message) => withPageFrames(new TypeErrorType(message));
+    const makeRangeError = (message) => withPageFrames(new RangeErrorType(message));
 
     // [text, stack, code or undefined] of whatever was thrown.
     const describeError = (error) => {
@@ -224,7 +242,7 @@
             }
             if (isError(error)) {
                 text = errorTitle(error);
-                stack = readText(error, 'stack');
+                stack = pageFrames(readText(error, 'stack'));
                 const line = read(error, 'line');
                 if (isPrototypeOf(syntaxErrorPrototype, error) && typeof line === 'number') {
                     const place = readText(error, 'sourceURL') + ':' + line;
@@ -373,8 +391,10 @@
             }
         });
     }, false);
-    define(globalThis, 'exit', function exit(code) {
-        native.exit(code === undefined ? 0 : toNumber(code));
+    define(globalThis, 'exit', function exit(code = 0) {
+        if (!isInteger(code) || code < 0 || code > 255)
+            throw makeTypeError('exit: the code must be an integer from 0 to 255');
+        native.exit(code);
     }, false);
     const makeProcess = (argv) => define(globalThis, 'process', { argv }, false);
 

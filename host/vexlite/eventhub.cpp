@@ -47,8 +47,8 @@ KResult EventHub::Remove(const QString& event, const JSContextEnv& context, cons
         return KR_OK;
     DroppedFunctions dropped;
     ListenerList& list = **known;
-    const int removed
-        = function ? list.remove(context, *function.get(), dropped) : list.removePage(context, dropped);
+    const int removed =
+        function ? list.remove(context, *function.get(), dropped) : list.removePage(context, dropped);
     if (!list.count())
         m_lists.erase(known);
     m_owner.listenersRemoved(context, removed);

@@ -53,4 +53,4 @@ private:
     T* m_object = nullptr;
 };
 
-}
+} // namespace vexlite

@@ -45,6 +45,18 @@ await check([
     }, ["in", "out"]],
 ]);
 
+const stackOf = (action) => {
+    try {
+        action();
+    } catch (error) {
+        return error.stack.split("\n").map((frame) => frame.replace(/@.*\//, "@").replace(/:.*/, ""));
+    }
+};
+await check([
+    ["a refusal's stack begins with the member", () => stackOf(() => Event.addEventListener()).slice(0, 2),
+        ["addEventListener@[native code]", "@events_and_promises.js"]],
+]);
+
 const script = process.argv[1];
 await check([
     ["a digest", async () => /^[0-9a-f]{32}$/.test(await FileSystem.getFileMd5(script)), true],

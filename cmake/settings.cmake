@@ -10,9 +10,14 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
 
-# Libraries lie side by side and programs beside them, in the build tree and in the install tree alike.
+# In the build tree libraries lie side by side in lib/. Installed, those of the stand-in suite have a folder of their
+# own: their names belong to a suite. A suite of its own has loaded its libraries, or they lie beside ours.
+set(VEXLITE_STANDIN_LIBDIR ${CMAKE_INSTALL_LIBDIR}/vexlitejsapi)
 set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
-set(CMAKE_INSTALL_RPATH "$ORIGIN;$ORIGIN/../lib;$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+set(CMAKE_INSTALL_RPATH "$ORIGIN")
+if(NOT VEXLITE_SUITE_DIR)
+    list(APPEND CMAKE_INSTALL_RPATH "$ORIGIN/vexlitejsapi;$ORIGIN/../lib;$ORIGIN/../${VEXLITE_STANDIN_LIBDIR}")
+endif()
 
 find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui Widgets Network)
 

@@ -3,7 +3,8 @@ add_library(vexlite_platform INTERFACE)
 target_link_libraries(vexlite_platform INTERFACE Qt5::Core)
 
 if(VEXLITE_SUITE_DIR)
-    target_include_directories(vexlite_platform INTERFACE $<BUILD_INTERFACE:${VEXLITE_SUITE_DIR}/include>)
+    # Whoever uses the installed library reads the suite's own headers, too.
+    target_include_directories(vexlite_platform SYSTEM INTERFACE ${VEXLITE_SUITE_DIR}/include)
     foreach(name vexlite krt kbase libsafec novasuite)
         find_library(VEXLITE_SUITE_${name} ${name} PATHS ${VEXLITE_SUITE_DIR}/lib NO_DEFAULT_PATH REQUIRED)
         list(APPEND suite_libraries ${VEXLITE_SUITE_${name}})

@@ -1,9 +1,11 @@
 // Plain JSON wherever JSON has the type: true, 5 (32-bit integer), 1.5, "text", null, lists, maps. Everything
 // else is an object whose one key begins with "$": {"$int64": 5}, {"$uint32": 5}, {"$uint64": 5},
-// {"$undefined": true}; a map of that look is wrapped as {"$map": {...}}.
+// {"$undefined": true}, {"$double": "7ff0000000000000"} for an infinity or no number (the bits in
+// hexadecimal); a map of that look is wrapped as {"$map": {...}}.
 #include "host/krt/storedvalue.h"
 
 #include <QMetaType>
+#include <bit>
 #include <cmath>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
@@ -22,6 +24,11 @@ constexpr int EscapeDigits = 4;
 bool looksTagged(const json& object)
 {
     return object.size() == 1 && object.begin().key().rfind('$', 0) == 0;
+}
+
+std::string bitsText(double number)
+{
+    return QString::number(std::bit_cast<quint64>(number), 16).toStdString();
 }
 
 std::optional<json> store(const QVariant& value, int depth)
@@ -44,7 +51,8 @@ std::optional<json> store(const QVariant& value, int depth)
     case QMetaType::ULongLong:
         return json { { "$uint64", value.toULongLong() } };
     case QMetaType::Double:
-        return std::isfinite(value.toDouble()) ? std::optional<json>(value.toDouble()) : std::nullopt;
+        return std::isfinite(value.toDouble()) ? json(value.toDouble())
+                                               : json { { "$double", bitsText(value.toDouble()) } };
     case QMetaType::QString:
         return json(storedText(value.toString()));
     case QMetaType::QVariantList: {
@@ -82,6 +90,16 @@ template <typename Integer> Integer restoreInteger(const json& stored)
     return static_cast<Integer>(stored.get<std::uint64_t>());
 }
 
+double restoreDouble(const json& stored)
+{
+    bool ok = false;
+    const auto number = std::bit_cast<double>(
+        QString::fromStdString(stored.get_ref<const std::string&>()).toULongLong(&ok, 16));
+    if (!ok || std::isfinite(number))
+        throw std::invalid_argument("bits of no such number");
+    return number;
+}
+
 QVariant restore(const json& stored, int depth);
 
 QVariant restoreMap(const json& stored, int depth)
@@ -102,6 +120,8 @@ QVariant restoreTagged(const std::string& tag, const json& stored, int depth)
         return restoreInteger<uint>(stored);
     if (tag == "$uint64")
         return restoreInteger<qulonglong>(stored);
+    if (tag == "$double")
+        return restoreDouble(stored);
     if (tag == "$map" && stored.is_object())
         return restoreMap(stored, depth);
     throw std::invalid_argument("unknown kind of value " + tag);

@@ -14,7 +14,7 @@ namespace krt {
 std::string storedText(const QString& text);
 QString textFromStored(const std::string& stored);
 
-/// Booleans, 32-bit and 64-bit integers, finite doubles, texts, lists, maps, null (nullptr_t) and undefined
+/// Booleans, 32-bit and 64-bit integers, doubles, texts, lists, maps, null (nullptr_t) and undefined
 /// (invalid), nested up to 200 deep. Nothing for a value that holds anything else.
 std::optional<nlohmann::json> storedValue(const QVariant& value);
 /// Throws nlohmann::json::exception or std::invalid_argument for what storedValue() never makes.

@@ -1,21 +1,28 @@
 // novahost: runs pages against the library without the suite.
 #include "host/novahost/members.h"
+#include "host/novahost/output.h"
 #include "host/novahost/repl.h"
 #include "host/novahost/script.h"
+#include "host/novahost/signals.h"
 
 #include "host/profile/directories.h"
 
 #include <QApplication>
 #include <QDir>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
-constexpr int UsageError = 2;
-
-int fail(const QString& error)
+/// A file must not get the number of a standard stream that novahost was started without.
+void fillStandardStreams()
 {
-    novahost::printLine(QStringLiteral("novahost: ") + error, true);
-    return UsageError;
+    int file = 0;
+    do {
+        file = open("/dev/null", O_RDWR);
+    } while (file >= 0 && file < STDERR_FILENO);
+    if (file > STDERR_FILENO)
+        close(file);
 }
 
 /// Qt draws into memory where there is no display, and keeps its run-time files with the suite's state where
@@ -36,6 +43,7 @@ void setUpEnvironment()
 
 int main(int argc, char** argv)
 {
+    fillStandardStreams();
     int exitCode = 0;
     const std::optional<novahost::Options> options = novahost::readOptions(argc, argv, exitCode);
     if (!options)
@@ -43,24 +51,27 @@ int main(int argc, char** argv)
 
     QString error = novahost::Suite::prepare(*options);
     if (!error.isEmpty())
-        return fail(error);
+        return novahost::fail(novahost::UsageError, error);
+    if (!novahost::Signals::hold())
+        return novahost::fail(novahost::Failure, QStringLiteral("no pipe can be made for signals"));
     setUpEnvironment();
     int ownArguments = 1;
     const QApplication application(ownArguments, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    novahost::Signals signals;
 
     const std::unique_ptr<novahost::Suite> suite = novahost::Suite::start(*options, error);
     if (!suite)
-        return fail(error);
+        return novahost::fail(novahost::UsageError, error);
     switch (options->command) {
     case novahost::Command::Run:
         return novahost::runScript(*suite, *options);
     case novahost::Command::Eval:
         return novahost::evalExpression(*suite, *options);
     case novahost::Command::Repl:
-        return novahost::runRepl(*suite, *options);
+        return novahost::runRepl(*suite, *options, signals);
     case novahost::Command::Members:
         return novahost::listMembers(*suite, *options);
     }
-    return UsageError;
+    return novahost::UsageError;
 }

@@ -1,6 +1,6 @@
 #include "host/novahost/members.h"
 
-#include "host/novahost/script.h"
+#include "host/novahost/output.h"
 
 #include <nlohmann/json.hpp>
 
@@ -139,6 +139,24 @@ void printTable(const Json& object)
     }
 }
 
+/// Whether `wanted` is the end of the name: the whole of it, or some of its last parts. Nothing means all.
+bool isNamed(const QString& name, const QString& wanted)
+{
+    return wanted.isEmpty() || name.compare(wanted, Qt::CaseInsensitive) == 0
+        || name.endsWith(QLatin1Char('.') + wanted, Qt::CaseInsensitive);
+}
+
+QString advice(const std::vector<Published>& all, const QString& wanted)
+{
+    QStringList similar;
+    for (const Published& published : all) {
+        if (published.name.contains(wanted, Qt::CaseInsensitive))
+            similar.append(published.name);
+    }
+    return similar.isEmpty() ? QStringLiteral("`novahost members` lists all")
+                             : QLatin1String("there is ") + similar.join(QLatin1String(", "));
+}
+
 } // namespace
 
 int listMembers(Suite& suite, const Options& options)
@@ -146,20 +164,17 @@ int listMembers(Suite& suite, const Options& options)
     const SilentPage page;
     QString error;
     const std::vector<Published> all = publishedObjects(page.context(), error);
-    const QString prefix = QStringLiteral("NovaExtension.");
-    const QString wanted = options.object.startsWith(prefix) ? options.object : prefix + options.object;
+    if (!error.isEmpty())
+        return fail(Failure, error);
     Json answer = Json::array();
     for (const Published& published : all) {
-        if (options.object.isEmpty() || published.name == wanted)
+        if (isNamed(published.name, options.object))
             answer.push_back(described(published, suite.notSupported(), options.unsupportedOnly));
     }
-    if (answer.empty() && error.isEmpty())
-        error = QString::fromLatin1("OBJECT: there is no \"%1\"; `novahost members` lists all")
-                    .arg(options.object);
-    if (!error.isEmpty()) {
-        printLine(error, true);
-        return 1;
-    }
+    if (answer.empty())
+        return fail(UsageError,
+            QString::fromLatin1("OBJECT: there is no \"%1\"; %2")
+                .arg(options.object, advice(all, options.object)));
     if (options.json) {
         printLine(QString::fromStdString(answer.dump()), false);
         return 0;

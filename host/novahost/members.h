@@ -5,7 +5,8 @@
 
 namespace novahost {
 
-/// Prints the published tables, of all objects or of `options.object`. Returns the exit code.
+/// Prints the published tables, of all objects or of those that `options.object` names: in full, without
+/// NovaExtension, or by the last part. Returns the exit code.
 int listMembers(Suite& suite, const Options& options);
 
 } // namespace novahost

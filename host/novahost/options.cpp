@@ -1,10 +1,12 @@
 #include "host/novahost/options.h"
 
+#include "host/novahost/output.h"
 #include "host/profile/profile.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
+#include <algorithm>
 
 namespace novahost {
 
@@ -13,12 +15,14 @@ namespace {
 constexpr char Footer[] = "Services for --without: ";
 
 /// Where the script's own arguments begin: behind the first word after "run" that is neither an option nor an
-/// option's value.
+/// option's value. After "--" no word is an option.
 int scriptArgumentsBegin(const CLI::App& app, int argc, char** argv)
 {
     bool running = false;
     for (int i = 1; i < argc; ++i) {
         const std::string word = argv[i];
+        if (running && word == "--")
+            return std::min(i + 2, argc);
         if (word.rfind('-', 0) == 0) {
             const CLI::Option* option = app.get_option_no_throw(word);
             i += option && option->get_items_expected_max() > 0 ? 1 : 0;
@@ -31,6 +35,20 @@ int scriptArgumentsBegin(const CLI::App& app, int argc, char** argv)
         }
     }
     return argc;
+}
+
+/// Empty, or what a mask is.
+std::string checkMask(const std::string& given)
+{
+    bool ok = false;
+    QString::fromStdString(given).toUInt(&ok, 0);
+    return ok ? std::string()
+              : "a mask is a number below 2^32, such as 64 or 0x40; \"" + given + "\" is none";
+}
+
+std::string errorLines(const CLI::App*, const CLI::Error& error)
+{
+    return std::string("novahost: ") + error.what() + "\nRun with --help for more information.\n";
 }
 
 QString text(const std::string& given)
@@ -59,6 +77,7 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     app.set_version_flag("--version", NOVAHOST_VERSION);
     app.footer(Footer + profile::serviceNames().join(QLatin1String(", ")).toStdString());
     app.fallthrough();
+    app.failure_message(errorLines);
     app.add_option(
            "--profile", profileFile, "What the suite is: a JSON file (default: a profile that is built in)")
         ->option_text("FILE")
@@ -68,9 +87,11 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     app.add_flag("--trace", options.trace, "Print a line for each call: object, member, time, outcome");
     app.add_option("--without", without, "Switch services off, to see what pages are told then")
         ->option_text("SERVICE,...")
-        ->delimiter(',');
+        ->delimiter(',')
+        ->allow_extra_args(false); // one word a use
     app.add_option("--deny", options.denyMask, "Hide the members whose category shares a bit with this mask")
-        ->option_text("MASK");
+        ->option_text("MASK")
+        ->check(checkMask);
     app.add_option(
            "--library", libraryFile, "Another libvexlitejsapi.so (default: the one beside this program)")
         ->option_text("FILE")
@@ -98,7 +119,7 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
         app.parse(ownArguments, argv);
     } catch (const CLI::ParseError& error) {
         const int status = app.exit(error);
-        exitCode = status == 0 ? 0 : 2;
+        exitCode = status == 0 ? 0 : UsageError;
         return std::nullopt;
     }
 

@@ -1,12 +1,12 @@
 #include "host/novahost/repl.h"
 
-#include "host/novahost/script.h"
+#include "host/novahost/linereader.h"
+#include "host/novahost/output.h"
 #include "host/profile/directories.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QSocketNotifier>
-#include <QTextStream>
 #include <editline/readline.h>
 #include <unistd.h>
 
@@ -20,10 +20,10 @@ constexpr int HistoryLength = 1000;
 /// One session: reads a line, evaluates it, prints, reads the next. Timers and listeners run meanwhile.
 class Session {
 public:
-    Session(Suite& suite, const Options& options)
+    Session(Suite& suite, const Options& options, Signals& signals)
         : m_page(suite.openPage(options.arguments, host()))
+        , m_signals(signals)
         , m_interactive(isatty(STDIN_FILENO))
-        , m_input(STDIN_FILENO, QSocketNotifier::Read)
         , m_historyFile(QDir(profile::dataDirectory()).filePath(QStringLiteral("repl-history")).toLocal8Bit())
     {
         s_current = this;
@@ -31,30 +31,39 @@ public:
 
     int run()
     {
-        if (m_interactive) {
-            using_history();
-            stifle_history(HistoryLength);
-            read_history(m_historyFile.constData());
-            rl_attempted_completion_function = complete;
-            rl_completion_append_character = '\0';
-            QObject::connect(&m_input, &QSocketNotifier::activated, [] { rl_callback_read_char(); });
-            prompt();
-        } else {
-            m_input.setEnabled(false);
-            QMetaObject::invokeMethod(
-                QCoreApplication::instance(), [this] { readPlainLine(); }, Qt::QueuedConnection);
-        }
-        const int code = QCoreApplication::exec();
-        if (m_interactive) {
-            rl_callback_handler_remove();
-            write_history(m_historyFile.constData());
-        }
+        const int code = m_interactive ? runOnTerminal() : runOnLines();
         m_page.reset();
         s_current = nullptr;
         return m_failed && !m_interactive && code == 0 ? 1 : code;
     }
 
 private:
+    int runOnTerminal()
+    {
+        using_history();
+        stifle_history(HistoryLength);
+        read_history(m_historyFile.constData());
+        rl_catch_signals = 0;
+        rl_attempted_completion_function = complete;
+        rl_completion_append_character = '\0';
+        m_keys.emplace(STDIN_FILENO, QSocketNotifier::Read);
+        QObject::connect(&*m_keys, &QSocketNotifier::activated, [] { rl_callback_read_char(); });
+        m_signals.setInterrupt([this] { startAfresh(); });
+        prompt();
+        const int code = QCoreApplication::exec();
+        m_signals.setInterrupt({});
+        rl_callback_handler_remove();
+        write_history(m_historyFile.constData());
+        return code;
+    }
+
+    int runOnLines()
+    {
+        m_lines.emplace([this](const QString& line) { evaluate(line); }, [] { QCoreApplication::exit(0); });
+        m_lines->next();
+        return QCoreApplication::exec();
+    }
+
     engine::PageHost host()
     {
         engine::PageHost host;
@@ -69,10 +78,10 @@ private:
 
     void prompt()
     {
-        m_input.setEnabled(true);
+        m_keys->setEnabled(true);
         rl_callback_handler_install(Prompt, [](char* line) {
             rl_callback_handler_remove();
-            s_current->m_input.setEnabled(false);
+            s_current->m_keys->setEnabled(false);
             if (!line) {
                 printLine({}, false);
                 QCoreApplication::exit(0);
@@ -85,15 +94,16 @@ private:
         });
     }
 
-    void readPlainLine()
+    /// Forgets what is typed, or the answer that is awaited.
+    void startAfresh()
     {
-        if (m_lines.atEnd())
-            QCoreApplication::exit(0);
-        else
-            evaluate(m_lines.readLine());
+        ++m_evaluation;
+        rl_callback_handler_remove();
+        printLine({}, false);
+        prompt();
     }
 
-    void next() { m_interactive ? prompt() : readPlainLine(); }
+    void next() { m_interactive ? prompt() : m_lines->next(); }
 
     void evaluate(const QString& line)
     {
@@ -102,7 +112,9 @@ private:
                 QCoreApplication::instance(), [this] { next(); }, Qt::QueuedConnection);
             return;
         }
-        m_page->evaluate(line, [this](const engine::Outcome& outcome) {
+        m_page->evaluate(line, [this, evaluation = ++m_evaluation](const engine::Outcome& outcome) {
+            if (evaluation != m_evaluation)
+                return;
             if (outcome.ok) {
                 printLine(outcome.text, false);
             } else {
@@ -143,18 +155,20 @@ private:
     static inline QStringList s_matches;
 
     std::unique_ptr<engine::Page> m_page;
+    Signals& m_signals;
     bool m_interactive;
     bool m_failed = false;
-    QSocketNotifier m_input;
-    QTextStream m_lines { stdin };
+    int m_evaluation = 0; ///< the one whose answer is awaited
+    std::optional<QSocketNotifier> m_keys;
+    std::optional<LineReader> m_lines;
     QByteArray m_historyFile;
 };
 
 } // namespace
 
-int runRepl(Suite& suite, const Options& options)
+int runRepl(Suite& suite, const Options& options, Signals& signals)
 {
-    return Session(suite, options).run();
+    return Session(suite, options, signals).run();
 }
 
 } // namespace novahost

@@ -1,12 +1,14 @@
 // The repl command: reads expressions, prints their answers.
 #pragma once
 
+#include "host/novahost/signals.h"
 #include "host/novahost/suite.h"
 
 namespace novahost {
 
 /// Reads until the end of input or exit(). On a terminal with history (kept in the data directory) and
-/// completion of objects and members; otherwise a line at a time. Returns the exit code.
-int runRepl(Suite& suite, const Options& options);
+/// completion of objects and members, and SIGINT drops the line or the answer that is awaited; otherwise a
+/// line at a time. Returns the exit code.
+int runRepl(Suite& suite, const Options& options, Signals& signals);
 
 } // namespace novahost

@@ -1,5 +1,7 @@
 #include "host/novahost/script.h"
 
+#include "host/novahost/output.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <cstdio>
@@ -7,8 +9,6 @@
 namespace novahost {
 
 namespace {
-
-constexpr int UncaughtError = 1;
 
 void printCounts(const char* when)
 {
@@ -39,7 +39,7 @@ public:
     int wait()
     {
         if (!m_exitCode)
-            QCoreApplication::exec();
+            end(QCoreApplication::exec());
         if (m_options.liveCounts)
             printCounts("open");
         m_page.reset();
@@ -61,7 +61,7 @@ private:
         host.exitRequested = [this](int code) { end(code); };
         host.uncaughtError = [this](const engine::Outcome& error) {
             printError(error);
-            end(UncaughtError);
+            end(Failure);
         };
         return host;
     }
@@ -71,38 +71,31 @@ private:
     std::unique_ptr<engine::Page> m_page;
 };
 
+int printAnswer(const engine::Outcome& outcome)
+{
+    if (!outcome.ok) {
+        printError(outcome);
+        return Failure;
+    }
+    const bool isUndefined = outcome.json.isEmpty() && outcome.text == QLatin1String("undefined");
+    if (outcome.json.isEmpty() && !isUndefined)
+        return fail(Failure, QStringLiteral("the answer has no JSON form"));
+    printLine(isUndefined ? QStringLiteral("null") : outcome.json, false);
+    return 0;
+}
+
 } // namespace
-
-void printLine(const QString& line, bool toErrors)
-{
-    FILE* stream = toErrors ? stderr : stdout;
-    const QByteArray bytes = line.toUtf8() + '\n';
-    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
-    std::fflush(stream);
-}
-
-void printError(const engine::Outcome& error)
-{
-    QString text = error.text;
-    if (!error.stack.isEmpty())
-        text += QLatin1Char('\n') + error.stack;
-    if (error.hasCode)
-        text += QString::fromLatin1("\ncode: %1").arg(error.code);
-    printLine(text, true);
-}
 
 int runScript(Suite& suite, const Options& options)
 {
     QFile file(options.script);
-    if (!file.open(QIODevice::ReadOnly)) {
-        printLine(QString::fromLatin1("%1: %2").arg(options.script, file.errorString()), true);
-        return UncaughtError;
-    }
+    if (!file.open(QIODevice::ReadOnly))
+        return fail(UsageError, QString::fromLatin1("%1: %2").arg(options.script, file.errorString()));
     PageRun run(suite, options);
     run.page().run(QString::fromUtf8(file.readAll()), options.script, [&](const engine::Outcome& outcome) {
         if (!outcome.ok)
             printError(outcome);
-        run.end(outcome.ok ? 0 : UncaughtError);
+        run.end(outcome.ok ? 0 : Failure);
     });
     return run.wait();
 }
@@ -110,13 +103,8 @@ int runScript(Suite& suite, const Options& options)
 int evalExpression(Suite& suite, const Options& options)
 {
     PageRun run(suite, options);
-    run.page().evaluate(options.script, [&](const engine::Outcome& outcome) {
-        if (outcome.ok)
-            printLine(outcome.json.isEmpty() ? QStringLiteral("null") : outcome.json, false);
-        else
-            printError(outcome);
-        run.end(outcome.ok ? 0 : UncaughtError);
-    });
+    run.page().evaluate(
+        options.script, [&](const engine::Outcome& outcome) { run.end(printAnswer(outcome)); });
     return run.wait();
 }
 

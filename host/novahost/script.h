@@ -8,11 +8,8 @@ namespace novahost {
 /// Runs the file; ends when its body has settled or it called exit. Returns the exit code: 1 for an uncaught
 /// error.
 int runScript(Suite& suite, const Options& options);
-/// Prints the expression's awaited answer as JSON; null where it has none. Returns the exit code.
+/// Prints the expression's awaited answer as JSON, undefined as null; one without a JSON form is an error.
+/// Returns the exit code.
 int evalExpression(Suite& suite, const Options& options);
-
-/// Prints an error with its stack and its code to standard error.
-void printError(const engine::Outcome& error);
-void printLine(const QString& line, bool toErrors);
 
 } // namespace novahost

@@ -15,6 +15,7 @@ namespace novahost {
 namespace {
 
 constexpr char LibraryName[] = "libvexlitejsapi.so";
+constexpr char EntryName[] = "GetNovaExtensionJsApiObj";
 
 /// Beside this program in the build tree and in the install tree.
 QString libraryBesideProgram()
@@ -101,10 +102,14 @@ bool Suite::loadLibrary(const QString& file, QString& error)
     m_library.setFileName(file);
     m_library.setLoadHints(QLibrary::ResolveAllSymbolsHint);
     using Entry = void (*)(ExtensionFactoryMap*);
-    const auto entry =
-        m_library.load() ? reinterpret_cast<Entry>(m_library.resolve("GetNovaExtensionJsApiObj")) : nullptr;
-    if (!entry) {
+    if (!m_library.load()) {
         error = QString::fromLatin1("--library %1: %2").arg(file, m_library.errorString());
+        return false;
+    }
+    const auto entry = reinterpret_cast<Entry>(m_library.resolve(EntryName));
+    if (!entry) {
+        error = QString::fromLatin1("--library %1: has no %2, so it is no libvexlitejsapi")
+                    .arg(file, QLatin1String(EntryName));
         return false;
     }
     m_notSupported = reinterpret_cast<JSMemberInvoke>(m_library.resolve("NovaExtensionMemberNotSupported"));

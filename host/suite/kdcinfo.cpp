@@ -12,10 +12,35 @@
 #include <QJsonObject>
 #include <QLoggingCategory>
 #include <QRandomGenerator>
+#include <QStringList>
+#include <algorithm>
 
 namespace {
 
 Q_LOGGING_CATEGORY(dataLog, "suite.kdcinfo")
+
+/// How many UTF-16 units the names and values of one event's fields may have together.
+constexpr int MaxRecordedUnits = 1 << 20;
+
+/// The fields in the order of their names, without the `omitted` ones that have no room.
+QJsonObject recordable(const QHash<QString, QString>& fields, int& omitted)
+{
+    // In order each name is appended; anywhere else all that follow it would move.
+    QStringList names = fields.keys();
+    std::sort(names.begin(), names.end());
+    QJsonObject texts;
+    int room = MaxRecordedUnits;
+    for (const QString& name : names) {
+        const QString text = fields.value(name);
+        if (name.size() > room || text.size() > room - name.size()) {
+            ++omitted;
+            continue;
+        }
+        room -= name.size() + text.size();
+        texts.insert(name, text);
+    }
+    return texts;
+}
 
 /// True one time in `probability`; always for 1 and less.
 bool drawn(int probability)
@@ -28,10 +53,9 @@ public:
     void postGeneralEvent(const QString& eventName, const QHash<QString, QString>& fields, int, int,
         int probability, bool immediately) override
     {
-        QJsonObject texts;
-        for (auto field = fields.begin(); field != fields.end(); ++field)
-            texts.insert(field.key(), field.value());
-        const QJsonObject record {
+        int omitted = 0;
+        const QJsonObject texts = recordable(fields, omitted);
+        QJsonObject record {
             { QStringLiteral("time"), QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs) },
             { QStringLiteral("event"), eventName },
             { QStringLiteral("fields"), texts },
@@ -39,6 +63,8 @@ public:
             { QStringLiteral("immediately"), immediately },
             { QStringLiteral("sent"), drawn(probability) },
         };
+        if (omitted > 0)
+            record.insert(QStringLiteral("omitted"), omitted);
         const QByteArray line = QJsonDocument(record).toJson(QJsonDocument::Compact) + '\n';
         QFile file(profile::dataDirectory() + QStringLiteral("/telemetry.jsonl"));
         if (!file.open(QIODevice::WriteOnly | QIODevice::Append) || file.write(line) != line.size()

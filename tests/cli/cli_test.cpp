@@ -1,32 +1,14 @@
 // novahost as a person or a program starts it.
+#include "tests/cli/novahost.h"
+
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
-#include <gtest/gtest.h>
 
 namespace {
-
-struct Ended {
-    int code;
-    QString out;
-    QString errors;
-};
-
-Ended novahost(const QStringList& arguments, const QByteArray& input = {})
-{
-    QProcess process;
-    process.start(QStringLiteral(NOVAHOST), arguments);
-    process.write(input);
-    process.closeWriteChannel();
-    EXPECT_TRUE(process.waitForFinished(60000));
-    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-    return { process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-        QString::fromUtf8(process.readAllStandardError()) };
-}
 
 struct Case {
     const char* name;
@@ -63,6 +45,7 @@ QStringList without(const char* service, const char* expression)
     return eval(expression, { QStringLiteral("--without"), QLatin1String(service) });
 }
 
+constexpr char NoJsonForm[] = "^novahost: the answer has no JSON form\n$";
 constexpr char Settings[] = "NovaExtension.SettingsManager.settings({format: 0})";
 constexpr char Listen[] = "NovaExtension.Event.addEventListener('e', () => 1)";
 constexpr char Md5[] = "NovaExtension.FileSystem.getFileMd5('/etc/passwd')";
@@ -74,7 +57,12 @@ constexpr char Log[] = "NovaExtension.Log.logInfo({moduleName: 'm', logStr: 's'}
 INSTANTIATE_TEST_SUITE_P(Eval, CommandLine,
     testing::Values(Case { "Number", eval("6 * 7"), 0, "^42\n$", "^$" },
         Case { "Promise", eval("Promise.resolve({a: [1n, null]})"), 0, "^\\{\"a\":\\[1,null\\]\\}\n$", "^$" },
-        Case { "NoJsonForm", eval("undefined"), 0, "^null\n$", "^$" },
+        Case { "Undefined", eval("undefined"), 0, "^null\n$", "^$" },
+        Case { "NullInJson", eval("NaN"), 0, "^null\n$", "^$" },
+        Case { "TextUndefined", eval("'undefined'"), 0, "^\"undefined\"\n$", "^$" },
+        Case { "Function", eval("() => 1"), 1, "^$", NoJsonForm },
+        Case { "Symbol", eval("Symbol('undefined')"), 1, "^$", NoJsonForm },
+        Case { "Cycle", eval("const a = {}; a.a = a; a"), 1, "^$", NoJsonForm },
         Case { "Throws", eval("null.x"), 1, "^$", "TypeError" },
         Case { "Refusal", eval("NovaExtension.Log.logInfo()"), 1, "^$",
             "missing required parameters\\.[\\s\\S]*code: 1" },
@@ -96,6 +84,8 @@ INSTANTIATE_TEST_SUITE_P(Without, CommandLine,
     testing::Values(Case { "JsCore", without("jsCore", Log), 1, "", "Log.*80000008[\\s\\S]*code: 3" },
         Case {
             "PromiseService", without("promiseService", Md5), 1, "", "PromiseServiceNull[\\s\\S]*code: 3" },
+        Case { "AnswerChannel", without("answerChannel", Md5), 1, "", "PromiseServiceNull[\\s\\S]*code: 3" },
+        Case { "Logger", without("logger", Log), 0, "success", "^$" },
         Case { "EventHubs", without("eventHubs", Listen), 1, "", "Event service error\\.[\\s\\S]*code: 3" },
         Case {
             "ObjectFactory", without("objectFactory", Settings), 1, "", "empty handle\\.[\\s\\S]*code: 3" },
@@ -108,22 +98,77 @@ INSTANTIATE_TEST_SUITE_P(Without, CommandLine,
         Case { "TraceHook", eval(Log, { QStringLiteral("--trace"), QStringLiteral("--without=traceHook") }),
             0, "success", "^$" },
         Case { "Several", without("eventHubs,dataCollection", Post), 1, "", "kdcinfo error" },
-        Case { "Unknown", without("coffee", "1"), 2, "^$", "--without.*coffee" }),
+        Case { "Repeated",
+            eval(Post,
+                { QStringLiteral("--without"), QStringLiteral("dataCollection"), QStringLiteral("--without"),
+                    QStringLiteral("eventHubs") }),
+            1, "", "kdcinfo error" },
+        Case { "Unknown", without("coffee", "1"), 2, "^$", "^novahost: --without.*coffee" }),
     [](const auto& info) { return info.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(Usage, CommandLine,
-    testing::Values(Case { "NoCommand", {}, 2, "", "subcommand" },
-        Case { "NoSuchScript", { QStringLiteral("run"), QStringLiteral("no.js") }, 2, "", "no\\.js" },
+    testing::Values(Case { "NoCommand", {}, 2, "", "^novahost: .*subcommand" },
+        Case { "NoSuchScript", { QStringLiteral("run"), QStringLiteral("no.js") }, 2, "",
+            "^novahost: .*no\\.js" },
         Case { "NoSuchProfile", eval("1", { QStringLiteral("--profile"), QStringLiteral("no.json") }), 2, "",
-            "--profile.*no\\.json" },
-        Case { "NoSuchObject", { QStringLiteral("members"), QStringLiteral("Nothing") }, 1, "^$",
-            "\"Nothing\"" },
+            "^novahost: --profile.*no\\.json" },
+        Case { "NoSuchObject", { QStringLiteral("members"), QStringLiteral("Nothing") }, 2, "^$",
+            "^novahost: .*\"Nothing\"; .novahost members. lists all" },
+        Case { "SimilarObjects", { QStringLiteral("members"), QStringLiteral("Setting") }, 2, "^$",
+            "^novahost: .*\"Setting\"; there is .*SettingsManager, .*SettingsManager\\.Settings\n$" },
+        Case { "ObjectByItsLastPart", { QStringLiteral("members"), QStringLiteral("Settings") }, 0,
+            "^NovaExtension\\.SettingsManager\\.Settings  \\(handed out", "^$" },
+        Case { "NoMask", eval("1", { QStringLiteral("--deny"), QStringLiteral("zz") }), 2, "^$",
+            "^novahost: --deny: a mask is a number" },
+        Case { "MaskTooLarge", eval("1", { QStringLiteral("--deny"), QStringLiteral("0x100000000") }), 2,
+            "^$", "^novahost: --deny: a mask is a number" },
         Case { "DataIsAFile", eval("1", { QStringLiteral("--data"), QStringLiteral("/etc/passwd") }), 2, "^$",
-            "--data.*/etc/passwd" },
+            "^novahost: --data.*/etc/passwd" },
         Case { "LibraryIsNone", eval("1", { QStringLiteral("--library"), QStringLiteral("/etc/passwd") }), 2,
-            "^$", "--library.*/etc/passwd" },
+            "^$", "^novahost: --library.*/etc/passwd" },
+        Case { "LibraryOfSomethingElse",
+            eval("1", { QStringLiteral("--library"), QStringLiteral(OTHER_LIBRARY) }), 2, "^$",
+            "^novahost: --library .* has no GetNovaExtensionJsApiObj" },
         Case { "Tour", { QStringLiteral("run"), QStringLiteral(TOUR) }, 0,
             "9007199254740993[\\s\\S]*not supported\\.", "^$" }),
+    [](const auto& info) { return info.param.name; });
+
+struct ArgumentsCase {
+    const char* name;
+    const char* options; ///< separated by spaces; SCRIPT and PROFILE stand for files
+    const char* seen;
+};
+
+class ScriptArguments : public testing::TestWithParam<ArgumentsCase> { };
+
+TEST_P(ScriptArguments, AreTheWordsBehindTheFile)
+{
+    const QTemporaryDir place;
+    QFile script(place.filePath(QStringLiteral("s.js")));
+    ASSERT_TRUE(script.open(QIODevice::WriteOnly));
+    script.write("console.log(process.argv.slice(2).join());\n");
+    script.close();
+    QFile profile(place.filePath(QStringLiteral("p.json")));
+    ASSERT_TRUE(profile.open(QIODevice::WriteOnly) && profile.write("{}") == 2);
+    profile.close();
+    QStringList words = QString::fromLatin1(GetParam().options).split(QLatin1Char(' '));
+    words.replaceInStrings(QStringLiteral("PROFILE"), profile.fileName());
+    words.replaceInStrings(QStringLiteral("SCRIPT"), script.fileName());
+    const Ended ended = novahost(words);
+    EXPECT_EQ(ended.code, 0) << ended.errors.toStdString();
+    EXPECT_EQ(ended.out.trimmed(), QLatin1String(GetParam().seen));
+}
+
+INSTANTIATE_TEST_SUITE_P(Run, ScriptArguments,
+    testing::Values(ArgumentsCase { "Option", "run --without logger SCRIPT a --without b", "a,--without,b" },
+        ArgumentsCase { "OptionWithEqualsSign", "run --without=logger SCRIPT a", "a" },
+        ArgumentsCase { "OptionInFront", "--without logger,browsers run SCRIPT run", "run" },
+        ArgumentsCase { "Flag", "run --trace SCRIPT --trace", "--trace" },
+        ArgumentsCase { "Profile", "run --profile=PROFILE --deny 1 SCRIPT x", "x" },
+        ArgumentsCase { "Help", "run SCRIPT -h --help", "-h,--help" },
+        ArgumentsCase { "EndOfOptions", "run -- SCRIPT -x", "-x" },
+        ArgumentsCase { "EndOfOptionsBehindTheFile", "run SCRIPT -- x", "--,x" },
+        ArgumentsCase { "None", "run SCRIPT", "" }),
     [](const auto& info) { return info.param.name; });
 
 TEST(Members, ListAllObjectsInTheirOrder)
@@ -143,7 +188,7 @@ TEST(Members, ListAllObjectsInTheirOrder)
 TEST(Repl, KeepsDeclarationsAndAwaits)
 {
     const Ended ended = novahost({ QStringLiteral("repl") },
-        "const a = 20\nlet b = a + 1; b\n{x: a}\nawait Promise.resolve(b * 2)\nnull.x\nexit(3)\n");
+        "const a = 20\nlet b = a + 1; b\n{x: a}\nawait Promise.resolve(b * 2)\nnull.x\n\nexit(3)");
     EXPECT_EQ(ended.code, 3);
     EXPECT_TRUE(ended.out.contains(QRegularExpression(QStringLiteral("21\n.*x.*20.*\n42\n"))))
         << ended.out.toStdString();

@@ -1,0 +1,31 @@
+#include "host/novahost/output.h"
+
+#include <cstdio>
+
+namespace novahost {
+
+void printLine(const QString& line, bool toErrors)
+{
+    FILE* stream = toErrors ? stderr : stdout;
+    const QByteArray bytes = line.toUtf8() + '\n';
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
+    std::fflush(stream);
+}
+
+void printError(const engine::Outcome& error)
+{
+    QString text = error.text;
+    if (!error.stack.isEmpty())
+        text += QLatin1Char('\n') + error.stack;
+    if (error.hasCode)
+        text += QString::fromLatin1("\ncode: %1").arg(error.code);
+    printLine(text, true);
+}
+
+int fail(int exitCode, const QString& error)
+{
+    printLine(QLatin1String("novahost: ") + error, true);
+    return exitCode;
+}
+
+} // namespace novahost

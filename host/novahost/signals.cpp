@@ -1,0 +1,80 @@
+#include "host/novahost/signals.h"
+
+#include <QCoreApplication>
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace novahost {
+
+namespace {
+
+constexpr int ExitCodeOfSignals = 128;
+
+struct Held {
+    int number;
+    bool ignored;
+};
+
+// A signal handler has no context.
+Held s_signals[] = { { SIGINT, false }, { SIGTERM, false }, { SIGHUP, false } };
+int s_pipe[2] = { -1, -1 };
+
+void setHandler(void (*handler)(int))
+{
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
+    for (const Held& signal : s_signals) {
+        if (!signal.ignored)
+            sigaction(signal.number, &action, nullptr);
+    }
+}
+
+/// Runs in any thread, in the middle of anything: calls nothing but what is safe in a signal handler.
+void note(int number)
+{
+    const int error = errno;
+    const auto byte = static_cast<unsigned char>(number);
+    const ssize_t written = write(s_pipe[1], &byte, 1);
+    static_cast<void>(written);
+    setHandler(SIG_DFL);
+    errno = error;
+}
+
+} // namespace
+
+bool Signals::hold()
+{
+    if (pipe2(s_pipe, O_CLOEXEC | O_NONBLOCK) != 0)
+        return false;
+    for (Held& signal : s_signals) {
+        struct sigaction before = {};
+        sigaction(signal.number, nullptr, &before);
+        signal.ignored = before.sa_handler == SIG_IGN;
+    }
+    setHandler(note);
+    return true;
+}
+
+Signals::Signals()
+    : m_notifier(s_pipe[0], QSocketNotifier::Read)
+{
+    QObject::connect(&m_notifier, &QSocketNotifier::activated, [this] { take(); });
+}
+
+void Signals::take()
+{
+    unsigned char number = 0;
+    if (read(s_pipe[0], &number, 1) != 1)
+        return;
+    if (number != SIGINT || !m_interrupt) {
+        QCoreApplication::exit(ExitCodeOfSignals + number);
+        return;
+    }
+    setHandler(note);
+    m_interrupt();
+}
+
+} // namespace novahost

@@ -22,7 +22,7 @@ QString KeyNames::textOf(JSContextRef ctx, JSValueRef name)
     Entry& entry = entryOf(name);
     if (entry.name == name && entry.isKept)
         return entry.text;
-    const QString text = stringOf(ctx, name);
+    QString text = stringOf(ctx, name);
     if (text.size() > maximumLength)
         return text;
     if (entry.isKept)

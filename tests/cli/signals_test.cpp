@@ -141,6 +141,9 @@ public:
             kill(m_process, SIGKILL);
         close(m_terminal);
     }
+    /// Whether the machine has terminals to give.
+    bool isOpen() const { return m_process > 0; }
+
     Terminal(const Terminal&) = delete;
     Terminal& operator=(const Terminal&) = delete;
 
@@ -181,6 +184,8 @@ TEST(Repl, DropsTheLineOrTheAnswerAtAnInterrupt)
 {
     const QTemporaryDir data;
     Terminal terminal(data.path());
+    if (!terminal.isOpen())
+        GTEST_SKIP() << "no terminal to be had here";
     terminal.shownUntil("nova> ");
     terminal.type("null.boom");
     terminal.shownUntil("boom");

@@ -2,10 +2,11 @@
 
 const MemberList& KJsApiCloudAdapter::members()
 {
-    static const MemberList list =
-        MemberList {
-            unbuilt(u"commonRequest", Category::Usual, Type::JsValue, { Type::JsValue }),
-        }
-            .withEvents<KJsApiCloudAdapter>();
+    // clang-format off
+    static const MemberList list = MemberList {
+        // member                 category         answer         parameters
+        unbuilt(u"commonRequest", Category::Usual, Type::JsValue, { Type::JsValue }),
+    }.withEvents<KJsApiCloudAdapter>();
+    // clang-format on
     return list;
 }

@@ -2,8 +2,11 @@
 
 const MemberList& KJsApiPayment::members()
 {
+    // clang-format off
     static const MemberList list {
+        // member        category            answer         parameters
         unbuilt(u"open", Category::Purchase, Type::JsValue, { Type::JsValue }),
     };
+    // clang-format on
     return list;
 }

@@ -6,18 +6,17 @@
 
 const MemberList& KJsApiConfigCenter::members()
 {
-    using Self = KJsApiConfigCenter;
+    // clang-format off
     static const MemberList list {
-        //                         name            mask                   result         parameters
-        method<&Self::setValue>(u"setValue", Category::SharedWrite, Type::JsValue, { Type::JsValue }),
-        method<&Self::value>(u"value", Category::SharedRead, Type::JsValue, { Type::JsValue }),
-        method<&Self::remove>(u"remove", Category::SharedWrite, Type::JsValue, { Type::JsValue }),
-        method<&Self::flushRead>(u"flushRead", Category::SharedRead, Type::JsValue, { Type::JsValue }),
-        method<&Self::flushWrite>(
-            u"flushWrite", Category::SharedWrite, Type::JsValue, { Type::JsValue, Type::Object }),
-        method<&Self::flushRemove>(
-            u"flushRemove", Category::SharedWrite, Type::JsValue, { Type::JsValue, Type::Object }),
+        // member                                                category               answer         parameters
+        method<&KJsApiConfigCenter::setValue>(u"setValue",       Category::SharedWrite, Type::JsValue, { Type::JsValue }),
+        method<&KJsApiConfigCenter::value>(u"value",             Category::SharedRead,  Type::JsValue, { Type::JsValue }),
+        method<&KJsApiConfigCenter::remove>(u"remove",           Category::SharedWrite, Type::JsValue, { Type::JsValue }),
+        method<&KJsApiConfigCenter::flushRead>(u"flushRead",     Category::SharedRead,  Type::JsValue, { Type::JsValue }),
+        method<&KJsApiConfigCenter::flushWrite>(u"flushWrite",   Category::SharedWrite, Type::JsValue, { Type::JsValue, Type::Object }),
+        method<&KJsApiConfigCenter::flushRemove>(u"flushRemove", Category::SharedWrite, Type::JsValue, { Type::JsValue, Type::Object }),
     };
+    // clang-format on
     return list;
 }
 

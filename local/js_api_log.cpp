@@ -4,11 +4,13 @@
 
 const MemberList& KJsApiLog::members()
 {
+    // clang-format off
     static const MemberList list {
-        //                              name           mask             result         parameters
-        method<&KJsApiLog::logInfo>(u"logInfo", Category::Usual, Type::JsValue, { Type::JsValue }),
+        // member                                     category         answer         parameters
+        method<&KJsApiLog::logInfo>(u"logInfo",       Category::Usual, Type::JsValue, { Type::JsValue }),
         method<&KJsApiLog::logWarning>(u"logWarning", Category::Usual, Type::JsValue, { Type::JsValue }),
     };
+    // clang-format on
     return list;
 }
 

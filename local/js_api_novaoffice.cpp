@@ -9,20 +9,21 @@
 
 const MemberList& KJsApiNovaoffice::members()
 {
-    using Self = KJsApiNovaoffice;
+    // clang-format off
     static const MemberList list {
-        //                                         name                         mask             result
-        method<&Self::getNovaVersion>(u"getNovaVersion", Category::Usual, Type::JsValue),
-        method<&Self::getApplicationName>(u"getApplicationName", Category::Usual, Type::JsValue),
-        method<&Self::getGuid>(u"getGuid", Category::Usual, Type::JsValue),
-        method<&Self::getUuid>(u"getUuid", Category::Usual, Type::JsValue),
-        method<&Self::getHdid>(u"getHdid", Category::Usual, Type::JsValue),
-        method<&Self::getChannel>(u"getChannel", Category::Usual, Type::JsValue),
-        method<&Self::getComputerName>(u"getComputerName", Category::Usual, Type::JsValue),
-        method<&Self::getSystemUserName>(u"getSystemUserName", Category::Usual, Type::JsValue),
-        method<&Self::getNovaofficeInstallPath>(u"getNovaofficeInstallPath", Category::Usual, Type::JsValue),
-        method<&Self::getCurrentNovaDpi>(u"getCurrentNovaDpi", Category::Usual, Type::JsValue),
+        // member                                                                        category         answer
+        method<&KJsApiNovaoffice::getNovaVersion>(u"getNovaVersion",                     Category::Usual, Type::JsValue),
+        method<&KJsApiNovaoffice::getApplicationName>(u"getApplicationName",             Category::Usual, Type::JsValue),
+        method<&KJsApiNovaoffice::getGuid>(u"getGuid",                                   Category::Usual, Type::JsValue),
+        method<&KJsApiNovaoffice::getUuid>(u"getUuid",                                   Category::Usual, Type::JsValue),
+        method<&KJsApiNovaoffice::getHdid>(u"getHdid",                                   Category::Usual, Type::JsValue),
+        method<&KJsApiNovaoffice::getChannel>(u"getChannel",                             Category::Usual, Type::JsValue),
+        method<&KJsApiNovaoffice::getComputerName>(u"getComputerName",                   Category::Usual, Type::JsValue),
+        method<&KJsApiNovaoffice::getSystemUserName>(u"getSystemUserName",               Category::Usual, Type::JsValue),
+        method<&KJsApiNovaoffice::getNovaofficeInstallPath>(u"getNovaofficeInstallPath", Category::Usual, Type::JsValue),
+        method<&KJsApiNovaoffice::getCurrentNovaDpi>(u"getCurrentNovaDpi",               Category::Usual, Type::JsValue),
     };
+    // clang-format on
     return list;
 }
 

@@ -6,17 +6,17 @@
 
 const MemberList& KJsApiProduct::members()
 {
-    using Self = KJsApiProduct;
+    // clang-format off
     static const MemberList list {
-        //                                 name                  mask             result         parameters
-        method<&Self::isPDFStandAlone>(u"isPDFStandAlone", Category::Usual, Type::JsValue),
-        method<&Self::getProductString>(
-            u"getProductString", Category::Usual, Type::JsValue, { Type::JsValue }),
-        method<&Self::getConfigString>(u"getConfigString", Category::Usual, Type::JsValue, { Type::String }),
-        method<&Self::getConfigInt>(u"getConfigInt", Category::Usual, Type::JsValue, { Type::String }),
-        method<&Self::language>(u"language", Category::Usual, Type::JsValue, { Type::JsValue }),
-        method<&Self::getAppVersionInfo>(u"getAppVersionInfo", Category::Usual, Type::JsValue),
+        // member                                                       category         answer         parameters
+        method<&KJsApiProduct::isPDFStandAlone>(u"isPDFStandAlone",     Category::Usual, Type::JsValue),
+        method<&KJsApiProduct::getProductString>(u"getProductString",   Category::Usual, Type::JsValue, { Type::JsValue }),
+        method<&KJsApiProduct::getConfigString>(u"getConfigString",     Category::Usual, Type::JsValue, { Type::String }),
+        method<&KJsApiProduct::getConfigInt>(u"getConfigInt",           Category::Usual, Type::JsValue, { Type::String }),
+        method<&KJsApiProduct::language>(u"language",                   Category::Usual, Type::JsValue, { Type::JsValue }),
+        method<&KJsApiProduct::getAppVersionInfo>(u"getAppVersionInfo", Category::Usual, Type::JsValue),
     };
+    // clang-format on
     return list;
 }
 

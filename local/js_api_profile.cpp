@@ -4,13 +4,14 @@
 
 const MemberList& KJsApiProfile::members()
 {
-    using Self = KJsApiProfile;
+    // clang-format off
     static const MemberList list {
-        //                                    name                     mask             result
-        method<&Self::getProfileInfo>(u"getProfileInfo", Category::Usual, Type::JsValue),
-        method<&Self::getBrowserTraceId>(u"getBrowserTraceId", Category::Usual, Type::JsValue),
-        method<&Self::getBrowserTraceInfo>(u"getBrowserTraceInfo", Category::Usual, Type::JsValue),
+        // member                                                           category         answer
+        method<&KJsApiProfile::getProfileInfo>(u"getProfileInfo",           Category::Usual, Type::JsValue),
+        method<&KJsApiProfile::getBrowserTraceId>(u"getBrowserTraceId",     Category::Usual, Type::JsValue),
+        method<&KJsApiProfile::getBrowserTraceInfo>(u"getBrowserTraceInfo", Category::Usual, Type::JsValue),
     };
+    // clang-format on
     return list;
 }
 

@@ -6,23 +6,24 @@
 
 const MemberList& KJsApiSettingsManager::members()
 {
-    static const MemberList list =
-        MemberList {
-            //                                             name           mask             result parameters
-            method<&KJsApiSettingsManager::settings>(
-                u"settings", Category::Usual, Type::Object, { Type::JsValue }),
-        }
-            .handingOut<KJsApiSettings>();
+    // clang-format off
+    static const MemberList list = MemberList {
+        // member                                             category         answer        parameters
+        method<&KJsApiSettingsManager::settings>(u"settings", Category::Usual, Type::Object, { Type::JsValue }),
+    }.handingOut<KJsApiSettings>();
+    // clang-format on
     return list;
 }
 
 const MemberList& KJsApiSettings::members()
 {
+    // clang-format off
     static const MemberList list {
-        //                                   name           mask             result         parameters
+        // member                                      category         answer         parameters
         method<&KJsApiSettings::setValue>(u"setValue", Category::Write, Type::JsValue, { Type::JsValue }),
-        method<&KJsApiSettings::getValue>(u"getValue", Category::Read, Type::JsValue, { Type::JsValue }),
+        method<&KJsApiSettings::getValue>(u"getValue", Category::Read,  Type::JsValue, { Type::JsValue }),
     };
+    // clang-format on
     return list;
 }
 

@@ -6,11 +6,12 @@
 
 const MemberList& KJsApiTelemetrySdk::members()
 {
+    // clang-format off
     static const MemberList list {
-        //                                        name            mask             result         parameters
-        method<&KJsApiTelemetrySdk::postEvent>(
-            u"postEvent", Category::Usual, Type::JsValue, { Type::JsValue }),
+        // member                                            category         answer         parameters
+        method<&KJsApiTelemetrySdk::postEvent>(u"postEvent", Category::Usual, Type::JsValue, { Type::JsValue }),
     };
+    // clang-format on
     return list;
 }
 

@@ -2,16 +2,19 @@
 
 const MemberList& KJsApiTools::members()
 {
+    // clang-format off
     static const MemberList list {
-        unbuilt(u"openUrl", Category::Usual, Type::JsValue, { Type::JsValue }),
-        unbuilt(u"openInnerUrl", Category::Usual, Type::JsValue, { Type::JsValue }),
-        unbuilt(u"getDomainUrl", Category::Usual, Type::JsValue, { Type::JsValue }),
-        unbuilt(u"launchProcessByNova", Category::Usual, Type::JsValue, { Type::JsValue }),
-        unbuilt(u"getIntranetType", Category::Usual, Type::JsValue),
-        unbuilt(u"compress", Category::Launch, Type::JsValue, { Type::JsValue }),
-        unbuilt(u"decompress", Category::Launch, Type::JsValue, { Type::JsValue }),
-        unbuilt(u"showConfirmDlg", Category::Usual, Type::JsValue, { Type::JsValue }),
-        unbuilt(u"sendMail", Category::Usual, Type::JsValue, { Type::JsValue }),
+        // member                       category          answer         parameters
+        unbuilt(u"openUrl",             Category::Usual,  Type::JsValue, { Type::JsValue }),
+        unbuilt(u"openInnerUrl",        Category::Usual,  Type::JsValue, { Type::JsValue }),
+        unbuilt(u"getDomainUrl",        Category::Usual,  Type::JsValue, { Type::JsValue }),
+        unbuilt(u"launchProcessByNova", Category::Usual,  Type::JsValue, { Type::JsValue }),
+        unbuilt(u"getIntranetType",     Category::Usual,  Type::JsValue),
+        unbuilt(u"compress",            Category::Launch, Type::JsValue, { Type::JsValue }),
+        unbuilt(u"decompress",          Category::Launch, Type::JsValue, { Type::JsValue }),
+        unbuilt(u"showConfirmDlg",      Category::Usual,  Type::JsValue, { Type::JsValue }),
+        unbuilt(u"sendMail",            Category::Usual,  Type::JsValue, { Type::JsValue }),
     };
+    // clang-format on
     return list;
 }

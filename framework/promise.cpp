@@ -33,7 +33,7 @@ Reply rejectedPromise(Call& call, const QString& message)
 
 KPendingPromise::~KPendingPromise()
 {
-    if (isPending())
+    if (m_id != 0)
         reject(QString::fromLatin1("request dropped."));
 }
 
@@ -45,6 +45,12 @@ bool KPendingPromise::create(const JSContextEnv& context, KJSVariant& promise)
     m_id = service ? service->CreatePending(context, promise) : 0;
     m_context = context;
     return m_id != 0;
+}
+
+bool KPendingPromise::isAwaited() const
+{
+    IJSPromiseService* service = m_id ? promiseService() : nullptr;
+    return service && service->IsPending(m_id, m_context);
 }
 
 void KPendingPromise::settle(bool success, const QString& message, const QVariantMap& values)

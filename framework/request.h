@@ -26,6 +26,9 @@ protected:
     /// request ends here, and the answer is the failure 3 "PromiseServiceNull".
     static Reply promised(Call& call, std::unique_ptr<KJsRequest> request);
 
+    /// Whether a page still waits for the answer. Ask between steps, and finish early when none does.
+    bool isAwaited() const { return m_promise.isAwaited(); }
+
     // Settles the promise and deletes the request later. What comes after the first of them does nothing.
     void finish(const QVariant& value);
     void finishRejected(const QString& message);

@@ -38,7 +38,7 @@ void KFileMd5Request::readSlice()
     const QByteArray slice = m_file.read(SliceBytes);
     m_hash.addData(slice);
     const bool failed = m_file.error() != QFileDevice::NoError;
-    if (!failed && !slice.isEmpty())
+    if (!failed && !slice.isEmpty() && isAwaited())
         return;
     m_nextSlice.stop();
     if (failed)

@@ -92,6 +92,12 @@ std::int64_t Promises::CreatePending(const JSContextEnv& context, KJSVariant& ou
     return promise;
 }
 
+bool Promises::IsPending(std::int64_t promise, const JSContextEnv& context) const
+{
+    const auto found = m_pending.find(promise);
+    return found != m_pending.end() && found->second->context == context;
+}
+
 KResult Promises::Answer(
     std::int64_t promise, const JSContextEnv& context, const std::vector<KJSVariant>& list, std::int32_t one)
 {

@@ -14,6 +14,7 @@ public:
     KResult CreateSettled(JSPromiseState state, const JSContextEnv& context,
         const std::function<void(KJSVariant& value)>& fill, KJSVariant& out) override;
     std::int64_t CreatePending(const JSContextEnv& context, KJSVariant& out) override;
+    bool IsPending(std::int64_t promise, const JSContextEnv& context) const override;
     /// A list that is not one of getAsynRetValList, or a wrong `one`, is KR_REJECTED and leaves the promise
     /// pending.
     KResult Answer(std::int64_t promise, const JSContextEnv& context, const std::vector<KJSVariant>& list,

@@ -84,6 +84,8 @@ public:
     /// Makes a pending promise of the page and returns its identifier, never 0. When the page has gone `out`
     /// stays empty and 0 is returned. A promise whose page goes is dropped; its later answer does nothing.
     virtual std::int64_t CreatePending(const JSContextEnv& context, KJSVariant& out) = 0;
+    /// Whether a promise of that page is still to be settled: false once it is, and when its page has gone.
+    virtual bool IsPending(std::int64_t promise, const JSContextEnv& context) const = 0;
 
 protected:
     ~IJSPromiseService() = default;

@@ -194,6 +194,7 @@ public:
         return KR_OK;
     }
     std::int64_t CreatePending(const JSContextEnv&, KJSVariant&) override { return 0; }
+    bool IsPending(std::int64_t, const JSContextEnv&) const override { return false; }
 
     IJSEventHub* ClassHub(std::int32_t typeId) override
     {

@@ -3,6 +3,10 @@
 #include "host/vexlite/core.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTemporaryFile>
+#include <algorithm>
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
@@ -63,6 +67,57 @@ TEST(Unload, LeavesNothingInTheJsCore)
         EXPECT_EQ(left.pages + left.listeners + left.promises, 0);
         core.setFactories({});
     }
+    vexlite::Core::stop();
+}
+
+/// Whether this process has a file open.
+bool isOpen(const QString& file)
+{
+    const QDir descriptors(QStringLiteral("/proc/self/fd"));
+    const QStringList names = descriptors.entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System);
+    return std::any_of(names.begin(), names.end(),
+        [&](const QString& name) { return QFile::symLinkTarget(descriptors.filePath(name)) == file; });
+}
+
+TEST(Requests, EndWithThePageThatWaitsForThem)
+{
+    int argc = 0;
+    const QCoreApplication application(argc, nullptr);
+    QTemporaryFile endless;
+    ASSERT_TRUE(endless.open() && endless.resize(qint64 { 1 } << 40));
+    const QString path = endless.fileName();
+    endless.close();
+    vexlite::Core& core = vexlite::Core::start({});
+    void* library = dlopen(LIBRARY, RTLD_NOW | RTLD_LOCAL);
+    ASSERT_TRUE(library) << dlerror();
+    ExtensionFactoryMap factories;
+    reinterpret_cast<void (*)(ExtensionFactoryMap*)>(dlsym(library, "GetNovaExtensionJsApiObj"))(&factories);
+    core.setFactories(factories);
+    SilentPage page;
+    const JSContextEnv context = core.openPage(&page, {});
+    {
+        const vexlite::BoundObject files = core.bindObject(context, QStringLiteral("FileSystem"));
+        ASSERT_TRUE(files.members);
+        std::int32_t md5 = 0;
+        while (files.members->Name(md5) != std::u16string_view(u"getFileMd5"))
+            ++md5;
+        const KJSVariant argument = KJSVariant::fromString(path.toStdU16String());
+        JSApiArguments arguments(&argument, 1);
+        KJSVariant result, exception;
+        core.call(files.object.get(), context, files.members->Id(md5), JSAccess::Method, arguments, result,
+            exception);
+        QCoreApplication::processEvents();
+        EXPECT_TRUE(isOpen(path));
+    }
+    core.closePage(context);
+    QElapsedTimer patience;
+    patience.start();
+    while (isOpen(path) && patience.elapsed() < 20000) {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    EXPECT_FALSE(isOpen(path)) << "the file is still being read for a page that has gone";
+    dlclose(library);
     vexlite::Core::stop();
 }
 

@@ -53,14 +53,18 @@ namespace profile {
 
 PROFILE_SECTION(Application, name, platform)
 PROFILE_SECTION(Installation, version, guid, uuid, hdid, channel)
-PROFILE_SECTION(Directories, officeInstallRoot, blacklistedDownloads, pluginDownloads)
+PROFILE_SECTION(Directories, officeInstallRoot, officeData, officeHome, velmoraHome, blacklistedDownloads,
+    pluginDownloads)
 PROFILE_SECTION(Product, strings, features, configurations)
+PROFILE_SECTION(Files, unsafeTypes)
+PROFILE_SECTION(Access, granted)
 PROFILE_SECTION(Language, name, region)
 PROFILE_SECTION(Dpi, scale)
 PROFILE_SECTION(Log, maxFileSizeKiB, keptFiles)
 PROFILE_SECTION(Browser, applicationId, sessionId, grouped, groupMark1OffsetMs, groupMark2OffsetMs)
 PROFILE_SECTION(
-    Profile, application, installation, directories, product, language, dpi, log, browser, services)
+    Profile, application, installation, directories, product, files, access, language, dpi, log, browser,
+    services)
 
 namespace {
 

@@ -32,6 +32,9 @@ struct Installation {
 /// Paths as the profile has them; expanded() makes them absolute.
 struct Directories {
     QString officeInstallRoot;
+    QString officeData;
+    QString officeHome;
+    QString velmoraHome;
     QStringList blacklistedDownloads;
     QString pluginDownloads;
 };
@@ -40,6 +43,14 @@ struct Product {
     QMap<QString, QMap<QString, QString>> strings; ///< section, option
     QMap<QString, bool> features;
     QMap<QString, QMap<QString, QVariant>> configurations; ///< selector in decimal, name; QString or int
+};
+
+struct Files {
+    QStringList unsafeTypes; ///< MIME types
+};
+
+struct Access {
+    QStringList granted; ///< paths as the profile has them
 };
 
 struct Language {
@@ -70,6 +81,8 @@ struct Profile {
     Installation installation;
     Directories directories;
     Product product;
+    Files files;
+    Access access;
     Language language;
     Dpi dpi;
     Log log;

@@ -7,7 +7,7 @@ set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/VexliteJsApi)
 
 install(TARGETS vexlitejsapi EXPORT VexliteJsApiTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library)
 install(TARGETS vexlite_platform EXPORT VexliteJsApiTargets)
-install(FILES framework/entry.h framework/export.h framework/novaextensionutils.h
+install(FILES exports/vexlitejsapi.h framework/entry.h framework/export.h framework/novaextensionutils.h
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vexlitejsapi)
 install(EXPORT VexliteJsApiTargets NAMESPACE VexliteJsApi:: DESTINATION ${package_dir})
 configure_package_config_file(cmake/VexliteJsApiConfig.cmake.in

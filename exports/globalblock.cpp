@@ -31,20 +31,11 @@ constexpr std::uint64_t allocationFor(std::uint64_t size)
     return (size + sizeof(BlockHeader) + AllocationUnit - 1) & ~(AllocationUnit - 1);
 }
 
-constexpr std::uint64_t capacityOf(std::uint64_t allocation)
+/// The bytes for data in an allocation. It fits its field: a block that has to grow has less than 2^31 bytes,
+/// and twice as many take 2^32 at most.
+constexpr std::uint32_t capacityOf(std::uint64_t allocation)
 {
-    return allocation - sizeof(BlockHeader);
-}
-
-/// The block, moved into `allocation` bytes; null leaves it as it was.
-BlockHeader* grown(BlockHeader* block, std::uint64_t allocation)
-{
-    if (capacityOf(allocation) > std::numeric_limits<std::uint32_t>::max())
-        return nullptr;
-    block = static_cast<BlockHeader*>(std::realloc(block, allocation));
-    if (block)
-        block->capacity = static_cast<std::uint32_t>(capacityOf(allocation));
-    return block;
+    return static_cast<std::uint32_t>(allocation - sizeof(BlockHeader));
 }
 
 } // namespace
@@ -59,7 +50,7 @@ VEXLITE_EXPORT void* _XGblAlloc(std::uint32_t flags, std::uint32_t size)
     if (!memory)
         return nullptr;
     auto* block = static_cast<BlockHeader*>(memory);
-    *block = { size, static_cast<std::uint32_t>(capacityOf(allocation)) };
+    *block = { size, capacityOf(allocation) };
     return block + 1;
 }
 
@@ -71,10 +62,13 @@ VEXLITE_EXPORT void* _XGblReAlloc(void* handle, std::uint32_t size, std::uint32_
         return nullptr;
     BlockHeader* block = headerOf(handle);
     const std::uint64_t oldSize = block->size;
-    if (block->capacity < size)
-        block = grown(block, allocationFor(std::max<std::uint64_t>(size, 2 * oldSize)));
-    if (!block)
-        return nullptr;
+    if (block->capacity < size) {
+        const std::uint64_t allocation = allocationFor(std::max<std::uint64_t>(size, 2 * oldSize));
+        block = static_cast<BlockHeader*>(std::realloc(block, allocation));
+        if (!block)
+            return nullptr;
+        block->capacity = capacityOf(allocation);
+    }
     auto* data = reinterpret_cast<char*>(block + 1);
     if (flags & VEXLITE_GBL_ZERO && size > oldSize)
         std::memset(data + oldSize, 0, size - oldSize);

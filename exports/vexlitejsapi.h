@@ -38,7 +38,7 @@ void* _XGblAlloc(uint32_t flags, uint32_t size);
 /// - Beyond it the block is reallocated for `size` bytes or for twice its old size, whichever is more.
 /// - With VEXLITE_GBL_ZERO the bytes from the old size up to `size` become 0.
 /// A null handle is _XGblAlloc(flags, size). Null, with the block as it was and still the caller's, for a
-/// size of 2^31 or more, for a capacity beyond 32 bits, and when memory is short.
+/// size of 2^31 or more and when memory is short.
 void* _XGblReAlloc(void* handle, uint32_t size, uint32_t flags);
 
 /// The block's size in bytes; 0 for null.

@@ -117,7 +117,7 @@ TEST_P(CompressionRefusal, LeavesANullBlock)
 INSTANTIATE_TEST_SUITE_P(Arguments, CompressionRefusal,
     testing::Values(RefusalCase { "LevelBelow", "x", 1, -2, StreamError },
         RefusalCase { "LevelAbove", "x", 1, 10, StreamError },
-        RefusalCase { "NullSource", nullptr, 1, -1, StreamError },
+        RefusalCase { "NullSource", nullptr, 0xffffffff, -1, StreamError },
         RefusalCase { "LongestInputIsReserved", "x", LongestInput, 10, StreamError },
         RefusalCase { "TooLong", "x", LongestInput + 1, -1, NoMemory },
         RefusalCase { "All32Bits", "x", 0xffffffff, -1, NoMemory }),
@@ -167,7 +167,7 @@ void* refuses()
 }
 
 INSTANTIATE_TEST_SUITE_P(Arguments, DeflateRefusal,
-    testing::Values(DeflateRefusalCase { "NullSource", nullptr, 1, {}, {}, StreamError },
+    testing::Values(DeflateRefusalCase { "NullSource", nullptr, 0xffffffff, {}, {}, StreamError },
         DeflateRefusalCase { "TooLong", "x", LongestInput + 1, {}, {}, NoMemory },
         DeflateRefusalCase { "All32Bits", "x", 0xffffffff, {}, {}, NoMemory },
         DeflateRefusalCase { "LongestInput", "x", LongestInput, refuses, { 0x7fffffff }, NoMemory },

@@ -3,10 +3,13 @@
 #include <QDir>
 #include <QFile>
 #include <algorithm>
+#include <climits>
 #include <deque>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace krt {
@@ -26,8 +29,15 @@ std::deque<std::string> namesOf(const fs::path& path)
     return names;
 }
 
-/// The names from the root to where an absolute path leads.
-std::vector<std::string> resolve(const QString& path)
+bool begins(const std::vector<std::string>& names, const std::vector<std::string>& directory)
+{
+    return names.size() >= directory.size() && std::equal(directory.begin(), directory.end(), names.begin());
+}
+
+/// The names from the root to where an absolute path leads. `seeLink` is told the names of each link on the
+/// way. Nothing when the way is longer than a path may be: links there can not be read.
+template <typename SeeLink>
+std::optional<std::vector<std::string>> resolve(const QString& path, const SeeLink& seeLink)
 {
     std::deque<std::string> ahead = namesOf(QFile::encodeName(path).toStdString());
     std::vector<std::string> names;
@@ -44,13 +54,18 @@ std::vector<std::string> resolve(const QString& path)
                 names.pop_back();
             continue;
         }
+        fs::path next = reached / name;
+        if (next.native().size() >= PATH_MAX)
+            return std::nullopt;
+        names.push_back(name);
         std::error_code notALink;
-        const fs::path target = fs::read_symlink(reached / name, notALink);
+        const fs::path target = fs::read_symlink(next, notALink);
         if (notALink || ++links > MaxLinks) {
-            reached /= name;
-            names.push_back(name);
+            reached = std::move(next);
             continue;
         }
+        seeLink(names);
+        names.pop_back();
         if (target.is_absolute()) {
             reached = "/";
             names.clear();
@@ -63,8 +78,11 @@ std::vector<std::string> resolve(const QString& path)
 
 bool leadsInto(const QString& path, const std::vector<std::string>& directory)
 {
-    const std::vector<std::string> names = resolve(path);
-    return names.size() >= directory.size() && std::equal(directory.begin(), directory.end(), names.begin());
+    bool throughLinkInside = false;
+    const auto names = resolve(path, [&](const std::vector<std::string>& link) {
+        throughLinkInside = throughLinkInside || begins(link, directory);
+    });
+    return throughLinkInside || !names || begins(*names, directory);
 }
 
 } // namespace
@@ -73,8 +91,8 @@ bool isPathInside(const QString& path, const QString& directory)
 {
     if (!QDir::isAbsolutePath(path) || !QDir::isAbsolutePath(directory))
         return false;
-    const std::vector<std::string> resolved = resolve(directory);
-    return leadsInto(path, resolved) || leadsInto(QDir::cleanPath(path), resolved);
+    const auto resolved = resolve(directory, [](const std::vector<std::string>&) {});
+    return !resolved || leadsInto(path, *resolved) || leadsInto(QDir::cleanPath(path), *resolved);
 }
 
 } // namespace krt

@@ -10,6 +10,7 @@
 #include <QByteArray>
 #include <QDir>
 #include <QFile>
+#include <QStringList>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -39,6 +40,17 @@ QString decoded(const QByteArray& line)
             text.replace(at, 6, QChar(unit));
     }
     return world->placed(text);
+}
+
+/// No empty names, dots or steps. Steps above the root stay, they lead nowhere.
+bool isClean(const QString& path)
+{
+    QStringList names = path.mid(1).split(QLatin1Char('/'));
+    while (!names.isEmpty() && names.first() == QLatin1String(".."))
+        names.removeFirst();
+    return path == QLatin1String("/")
+        || !(names.contains(QString()) || names.contains(QStringLiteral("."))
+            || names.contains(QStringLiteral("..")));
 }
 
 /// Variables of one input; they are gone when it is done. What the process started with stays as it is.
@@ -133,6 +145,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     if (const std::optional<QString> resolved = checkedPath(given)) {
         require(resolved->startsWith(QLatin1Char('/')), "a path that is not absolute", given, *resolved);
         require(!resolved->contains(QChar::Null), "a path with a NUL", given, *resolved);
+        require(isClean(*resolved), "a path that is not clean", given, *resolved);
         const std::string trespass = world->trespass(*resolved);
         require(trespass.empty(), "a way into a closed directory", given, *resolved, trespass);
         const std::optional<QString> again = checkedPath(*resolved);

@@ -150,6 +150,7 @@ PathWorld::PathWorld()
     link("ping", "open/pong");
     link("../closed", "open/?");
     link("../closed", "open/new\nline");
+    link("../closed", "open/\u00e4 \u4e2d \U0001f512");
     link("../open", "closed/out");
     link("../open/file", "closed/out-file");
     link("../open", "plugins/out");

@@ -25,6 +25,7 @@ TEST_P(PathsInside, OfTheGuardedDirectory)
     link("relative/er", "open/chain");
     link("../guarded/not-there/yet", "open/broken");
     link("loop", "open/loop");
+    link("/", "open/root");
     link("../open", "guarded/out");
     link("guarded", "alias");
 
@@ -52,7 +53,9 @@ INSTANTIATE_TEST_SUITE_P(Links, PathsInside,
         PathCase { "Relative", "open/relative/x", true }, PathCase { "Chain", "open/chain/no/file", true },
         PathCase { "Broken", "open/broken", true }, PathCase { "ParentOfTarget", "open/relative/../x", true },
         PathCase { "Loop", "open/loop/x", false }, PathCase { "LeadingOut", "guarded/out/x", true },
-        PathCase { "CleanedItStaysIn", "guarded/out/../x", true }, PathCase { "Alias", "alias/x", true }),
+        PathCase { "CleanedItStaysIn", "guarded/out/../x", true },
+        PathCase { "CleanedItStepsIn", "open/root/../../guarded/x", true },
+        PathCase { "Alias", "alias/x", true }),
     caseName<PathCase>);
 
 TEST_F(ServiceTest, GuardedDirectoriesComeFromTheProfile)

@@ -62,7 +62,6 @@ await check([
     ["a fraction as format", () => SettingsManager.settings({ format: 0.5 }), refusal(1, "Format is illegal.")],
     ["format 1 without a path", () => SettingsManager.settings({ format: 1 }), missing],
     ["parent steps and a file", () => SettingsManager.settings({ format: 1, path: "../../a.ini" }), refusal(1, "Path is illegal.")],
-    ["the plugin directory", () => SettingsManager.settings({ format: 1, path: `${dataDir}/x/../plugins/a.ini` }), refusal(1, "Path is illegal.")],
     ["a NUL in the path", () => SettingsManager.settings({ format: 1, path: `${dataDir}/a.ini\0b` }), refusal(1, "Path is illegal.")],
     ["an unset variable", () => SettingsManager.settings({ format: 1, path: "%NOT_SET_ANYWHERE%/a.ini" }).getValue({ key: "k", defaultValue: 3 }).data, 3],
     ["the suite's store", () => {
@@ -81,7 +80,8 @@ await check([
     ["a function as value", () => suite.setValue({ key: "k", value: { f() {} } }), wrong],
 ]);
 
-// Where a path leads: what is written through it is found in the file of that absolute path.
+// Where a path leads: what is written through it is found in the file of that absolute path. The tricks are in
+// tests/paths; here it is only whether settings() goes by the check.
 const opened = (path) => {
     const key = `written through ${path}`;
     SettingsManager.settings({ format: 1, path }).setValue({ key, value: "x" });
@@ -91,23 +91,12 @@ const leadsTo = (path, file) => [`${show(path)} leads to ${file}`, () => opened(
 const refused = (why, path) => [`${why}: ${show(path)}`, () => opened(path), refusal(1, "Path is illegal.")];
 await check([
     leadsTo("%HOME%/a.ini", `${dataDir}/a.ini`),
-    leadsTo("../%HOME%/b.ini", `${dataDir}/b.ini`),
-    leadsTo("./x/../%HOME%/c.ini", `${dataDir}/c.ini`),
-    leadsTo("%TEST_ODD%NAME%/d.ini", `${dataDir}/odd/d.ini`),
     leadsTo(`${dataDir}/x/../e.ini`, `${dataDir}/e.ini`),
     refused("relative", "a.ini"),
-    refused("relative after its steps", "../../a.ini"),
-    refused("steps that come later", "x/../../a.ini"),
-    refused("a variable that is relative", "%TEST_RELATIVE%/a.ini"),
-    refused("a variable that is not first", "x/%HOME%/a.ini"),
-    refused("a variable without an end", "%HOME/a.ini"),
     refused("a resource of the program", ":/a.ini"),
-    refused("a closed directory", `${dataDir}/closed/a.ini`),
     refused("a closed directory by a variable", "%HOME%/closed/a.ini"),
     refused("a closed directory by steps", `${dataDir}/x/../closed/deep/a.ini`),
-    refused("the closed directory itself", `${dataDir}/closed`),
     refused("the plugin directory by a variable", "%HOME%/plugins/a.ini"),
-    leadsTo(`${dataDir}/closed-not/a.ini`, `${dataDir}/closed-not/a.ini`),
 ]);
 
 const post = (options) => () => TelemetrySdk.postEvent({ eventName: "e", postContent: { a: "1" }, ...options });

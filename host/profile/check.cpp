@@ -152,13 +152,24 @@ QStringList unknownKeys(const Place& place)
     return errors;
 }
 
+QStringList missingKeys(const Place& place)
+{
+    QStringList errors;
+    for (const json& key : place.schema->value("required", json::array())) {
+        if (!place.value->contains(key.get<std::string>()))
+            errors << QStringLiteral("%1: needs \"%2\"")
+                          .arg(place.path, QString::fromStdString(key.get<std::string>()));
+    }
+    return errors;
+}
+
 /// What is wrong at a place. An object whose only fault lies in its members has nothing to report itself.
 QStringList faults(const Place& place)
 {
     if (!place.schema)
         return {};
     if (place.value->is_object() && place.schema->at("type") == "object")
-        return place.schema->contains("properties") ? unknownKeys(place) : QStringList();
+        return place.schema->contains("properties") ? unknownKeys(place) + missingKeys(place) : QStringList();
     if (place.value->is_array() && place.schema->at("type") == "array")
         return {};
     const QString path = place.path.isEmpty() ? QStringLiteral("the profile") : place.path;

@@ -3,6 +3,7 @@
 #include "host/profile/check.h"
 
 #include <QFile>
+#include <limits>
 #include <mutex>
 
 namespace nlohmann {
@@ -12,13 +13,6 @@ template <> struct adl_serializer<QString> {
     static void from_json(const json& from, QString& to)
     {
         to = QString::fromStdString(from.get<std::string>());
-    }
-};
-
-template <> struct adl_serializer<QVariant> {
-    static void from_json(const json& from, QVariant& to)
-    {
-        to = from.is_string() ? QVariant(from.get<QString>()) : QVariant(from.get<int>());
     }
 };
 
@@ -40,6 +34,43 @@ template <typename Value> struct adl_serializer<QMap<QString, Value>> {
     }
 };
 
+/// A whole number is an int where it fits, null an invalid value.
+template <> struct adl_serializer<QVariant> {
+    static void from_json(const json& from, QVariant& to)
+    {
+        to = QVariant();
+        if (from.is_string())
+            to = from.get<QString>();
+        else if (from.is_boolean())
+            to = from.get<bool>();
+        else if (from.is_number_unsigned() && from.get<quint64>() > std::numeric_limits<qint64>::max())
+            to = from.get<quint64>();
+        else if (from.is_number_integer())
+            to = integer(from.get<qint64>());
+        else if (from.is_number())
+            to = from.get<double>();
+        else if (from.is_array())
+            to = list(from);
+        else if (from.is_object())
+            to = from.get<QVariantMap>();
+    }
+
+private:
+    static QVariantList list(const json& from)
+    {
+        QVariantList items;
+        for (const json& item : from)
+            items.append(item.get<QVariant>());
+        return items;
+    }
+
+    static QVariant integer(qint64 number)
+    {
+        const int narrow = static_cast<int>(number);
+        return narrow == number ? QVariant(narrow) : QVariant(number);
+    }
+};
+
 } // namespace nlohmann
 
 // One line a section: each key is read into the field of its name.
@@ -49,8 +80,29 @@ template <typename Value> struct adl_serializer<QMap<QString, Value>> {
         NLOHMANN_JSON_EXPAND(NLOHMANN_JSON_PASTE(NLOHMANN_JSON_FROM, __VA_ARGS__))                           \
     }
 
+// The same for what a list holds: keys that are left out keep the field's own default.
+#define PROFILE_ENTRY(Entry, ...)                                                                            \
+    static void from_json(const nlohmann::json& nlohmann_json_j, Entry& nlohmann_json_t)                     \
+    {                                                                                                        \
+        const Entry nlohmann_json_default_obj;                                                               \
+        NLOHMANN_JSON_EXPAND(NLOHMANN_JSON_PASTE(NLOHMANN_JSON_FROM_WITH_DEFAULT, __VA_ARGS__))              \
+    }
+
 namespace profile {
 
+NLOHMANN_JSON_SERIALIZE_ENUM(DialogMode,
+    { { DialogMode::Auto, "auto" }, { DialogMode::Show, "show" }, { DialogMode::Answer, "answer" } })
+NLOHMANN_JSON_SERIALIZE_ENUM(DialogKind,
+    { { DialogKind::Any, nullptr }, { DialogKind::File, "file" }, { DialogKind::Files, "files" },
+        { DialogKind::Folder, "folder" }, { DialogKind::Save, "save" }, { DialogKind::Cloud, "cloud" },
+        { DialogKind::Panel, "panel" }, { DialogKind::Access, "access" } })
+NLOHMANN_JSON_SERIALIZE_ENUM(CloudTab,
+    { { CloudTab::Recent, "recent" }, { CloudTab::Cloud, "cloud" }, { CloudTab::Share, "share" },
+        { CloudTab::Favorite, "favorite" }, { CloudTab::Company, "company" } })
+
+PROFILE_ENTRY(DialogAnswer, dialog, accept, files, values)
+PROFILE_ENTRY(CloudFile, tab, path, groupId, parentId, fileId, folder)
+PROFILE_SECTION(Dialogs, mode, answers)
 PROFILE_SECTION(Application, name, platform)
 PROFILE_SECTION(Installation, version, guid, uuid, hdid, channel)
 PROFILE_SECTION(Directories, officeInstallRoot, officeData, officeHome, velmoraHome, blacklistedDownloads,
@@ -62,9 +114,8 @@ PROFILE_SECTION(Language, name, region)
 PROFILE_SECTION(Dpi, scale)
 PROFILE_SECTION(Log, maxFileSizeKiB, keptFiles)
 PROFILE_SECTION(Browser, applicationId, sessionId, grouped, groupMark1OffsetMs, groupMark2OffsetMs)
-PROFILE_SECTION(
-    Profile, application, installation, directories, product, files, access, language, dpi, log, browser,
-    services)
+PROFILE_SECTION(Profile, application, installation, directories, product, files, access, dialogs, cloudFiles,
+    language, dpi, log, browser, services)
 
 namespace {
 

@@ -12,6 +12,7 @@
 #include <QStringList>
 #include <QVariant>
 #include <memory>
+#include <vector>
 
 namespace profile {
 
@@ -53,6 +54,34 @@ struct Access {
     QStringList granted; ///< paths as the profile has them
 };
 
+enum class DialogMode { Auto, Show, Answer };
+enum class DialogKind { Any, File, Files, Folder, Save, Cloud, Panel, Access };
+
+/// What is done with one dialog in the user's place.
+struct DialogAnswer {
+    DialogKind dialog = DialogKind::Any; ///< which one it fits
+    bool accept = true;
+    QStringList files; ///< paths as the profile has them
+    QVariantMap values;
+};
+
+struct Dialogs {
+    DialogMode mode = DialogMode::Auto;
+    std::vector<DialogAnswer> answers; ///< in the order of their use
+};
+
+enum class CloudTab { Recent, Cloud, Share, Favorite, Company };
+
+/// A file or folder that the cloud tabs of the file dialog list.
+struct CloudFile {
+    CloudTab tab = CloudTab::Cloud;
+    QString path; ///< its parts separated by "/"
+    QString groupId;
+    QString parentId;
+    QString fileId;
+    bool folder = false;
+};
+
 struct Language {
     QString name;   ///< "en"
     QString region; ///< "US", or empty
@@ -83,6 +112,8 @@ struct Profile {
     Product product;
     Files files;
     Access access;
+    Dialogs dialogs;
+    std::vector<CloudFile> cloudFiles;
     Language language;
     Dpi dpi;
     Log log;

@@ -44,6 +44,13 @@ INSTANTIATE_TEST_SUITE_P(Keys, WrongProfiles,
             "application.name: must be a text that is not empty" },
         WrongProfile { "Several", R"({"dpi": {"scale": 9}, "services": {"logger": 1}})",
             "dpi.scale: must be a number from 0.5 to 8\nservices.logger: must be true or false" },
+        WrongProfile { "InAListOfObjects",
+            R"({"dialogs": {"answers": [{}, {"dialog": "open"}, {"file": "/a"}]}})",
+            "dialogs.answers[1].dialog: must be one of \"file\", \"files\", \"folder\", \"save\", \"cloud\", "
+            "\"panel\", \"access\"\n"
+            "dialogs.answers[2].file: is not a key of a profile; use one of accept, dialog, files, values" },
+        WrongProfile {
+            "MissingKey", R"({"cloudFiles": [{"tab": "cloud"}]})", "cloudFiles[0]: needs \"path\"" },
         WrongProfile { "Twice", R"({"dpi": {}, "dpi": {}})", "dpi: appears twice; keep one of the two" }),
     caseName<WrongProfile>);
 

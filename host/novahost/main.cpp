@@ -6,6 +6,7 @@
 #include "host/novahost/signals.h"
 
 #include "host/profile/directories.h"
+#include "host/suite/dialoganswers.h"
 
 #include <QApplication>
 #include <QDir>
@@ -59,6 +60,7 @@ int main(int argc, char** argv)
     const QApplication application(ownArguments, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     novahost::Signals signals;
+    dialogs::install();
 
     const std::unique_ptr<novahost::Suite> suite = novahost::Suite::start(*options, error);
     if (!suite)

@@ -1,0 +1,52 @@
+#include "host/suite/fileuse.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <unistd.h>
+
+namespace suite {
+
+namespace {
+
+bool mayAccess(const QString& path, int mode)
+{
+    return access(QFile::encodeName(path).constData(), mode) == 0;
+}
+
+QString nearestExistingAbove(const QString& path)
+{
+    QString above = QFileInfo(path).path();
+    while (!QFileInfo::exists(above) && above != QFileInfo(above).path())
+        above = QFileInfo(above).path();
+    return above;
+}
+
+} // namespace
+
+bool processMay(const QString& path, FileUse use)
+{
+    if (!QDir::isAbsolutePath(path))
+        return false;
+    const QFileInfo info(path);
+    if (info.exists())
+        return mayAccess(path, use == FileUse::Exists ? F_OK : use == FileUse::Reads ? R_OK : R_OK | W_OK);
+    if (use != FileUse::Writes || info.isSymLink())
+        return false;
+    const QString above = nearestExistingAbove(path);
+    return QFileInfo(above).isDir() && mayAccess(above, W_OK | X_OK);
+}
+
+QString whyNotWritable(const QString& path)
+{
+    const QFileInfo info(path);
+    if (!info.dir().exists())
+        return QStringLiteral("The folder \"%1\" does not exist.").arg(info.path());
+    if (info.isDir())
+        return QStringLiteral("\"%1\" is a folder.").arg(path);
+    if (!processMay(path, FileUse::Writes))
+        return QStringLiteral("\"%1\" can not be written to.").arg(path);
+    return {};
+}
+
+} // namespace suite

@@ -10,13 +10,11 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPointer>
 #include <QTabWidget>
 #include <QTest>
-#include <memory>
 
 namespace {
 
@@ -26,6 +24,7 @@ namespace {
 ///   name TEXT       replaces the name, here and in a local file dialog
 ///   confirm, cancel press that button; enter, escape that key
 ///   box TEXT        presses the button of a message box that has this text
+///   double PATH     clicks twice on an entry
 ///   drop            destroys the owner; exit tells the application to end
 class User {
 public:
@@ -39,15 +38,19 @@ public:
 private:
     void next()
     {
-        QTimer::singleShot(0, &m_context, [this] {
-            if (m_steps.isEmpty()) {
-                EXPECT_FALSE(closeDialogs()) << "the steps left a dialog open";
-                return;
-            }
-            const QString step = m_steps.takeFirst();
-            next();
-            act(step.section(QLatin1Char(' '), 0, 0), step.section(QLatin1Char(' '), 1));
-        });
+        // Behind what the step before has queued.
+        QTimer::singleShot(0, &m_context, [this] { QTimer::singleShot(0, &m_context, [this] { step(); }); });
+    }
+
+    void step()
+    {
+        if (m_steps.isEmpty()) {
+            EXPECT_FALSE(closeDialogs()) << "the steps left a dialog open";
+            return;
+        }
+        const QString step = m_steps.takeFirst();
+        next();
+        act(step.section(QLatin1Char(' '), 0, 0), step.section(QLatin1Char(' '), 1));
     }
 
     static QWidget* window() { return QApplication::activeModalWidget(); }
@@ -76,14 +79,16 @@ private:
         QTest::mouseClick(button, Qt::LeftButton);
     }
 
-    static void pick(const QString& path, Qt::KeyboardModifiers modifiers)
+    static void pick(const QString& path, Qt::KeyboardModifiers modifiers, bool twice = false)
     {
         auto* list = page()->findChild<QListWidget*>(QStringLiteral("files"));
         ASSERT_NE(list, nullptr);
         const QList<QListWidgetItem*> items = list->findItems(path, Qt::MatchExactly);
         ASSERT_EQ(items.size(), 1) << path.toStdString();
-        QTest::mouseClick(
-            list->viewport(), Qt::LeftButton, modifiers, list->visualItemRect(items.first()).center());
+        const QPoint place = list->visualItemRect(items.first()).center();
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, modifiers, place);
+        if (twice)
+            QTest::mouseDClick(list->viewport(), Qt::LeftButton, modifiers, place);
     }
 
     static QLineEdit* nameLine()
@@ -117,8 +122,11 @@ private:
             pick(what, Qt::NoModifier);
         } else if (verb == QLatin1String("more")) {
             pick(what, Qt::ControlModifier);
+        } else if (verb == QLatin1String("double")) {
+            pick(what, Qt::NoModifier, true);
         } else if (verb == QLatin1String("name")) {
             ASSERT_NE(nameLine(), nullptr);
+            nameLine()->setFocus();
             nameLine()->selectAll();
             nameLine()->insert(what); // as from the clipboard: nothing is completed
         } else if (verb == QLatin1String("enter")) {
@@ -227,6 +235,8 @@ INSTANTIATE_TEST_SUITE_P(Local, CloudDialog,
 INSTANTIATE_TEST_SUITE_P(Cloud, CloudDialog,
     testing::Values(CloudCase { "OpensAFile", true, "{" CLOUD "}", "pick /Reports/May.odt; confirm",
                         " /Reports/May.odt g1 f1" },
+        CloudCase {
+            "OpensWithTwoClicks", true, "{" CLOUD "}", "double /Reports/May.odt", " /Reports/May.odt g1 f1" },
         CloudCase { "GivesItsPath", true, "{" CLOUD R"(, "returnFilePath": true})",
             "pick /Reports/May.odt; confirm", "/Reports/May.odt /Reports/May.odt g1 f1" },
         CloudCase { "OpensSeveral", true, "{" CLOUD R"(, "AllowMultiSel": true})",
@@ -353,66 +363,74 @@ TEST_F(Shown, AccessIsAskedForAndItsRefusalShown)
     EXPECT_TRUE(ask(true)) << "the user is asked once";
 }
 
-struct EndCase {
-    const char* name;
-    const char* steps; ///< up to the end of the owner or the application
-};
+/// Each true when something was chosen.
+using Service = bool (*)(QWidget* owner, const QString& dir);
 
-class Ends : public Shown, public testing::WithParamInterface<EndCase> {
-protected:
-    /// Each service with the same steps: all end as cancelled.
-    void runAll(QWidget*& owner, const QString& steps, const std::function<void()>& after)
-    {
-        const std::function<bool()> services[] = {
-            [&] {
-                IKCloudFileDialog* dialog = CreateCloudFileDialog(true);
-                dialog->SetOption(QStringLiteral("InitialDir"), path(""));
-                const bool accepted = dialog->Exec(owner) || !dialog->Files().isEmpty();
-                dialog->Destroy();
-                return accepted;
-            },
-            [&] {
-                return !GetFilePanel()
-                            ->Show({}, {}, { { QStringLiteral("dir"), path("") } }, owner)
-                            .isEmpty();
-            },
-            [&] { return !KDownloadFileDialog::getWritableFileName(owner, {}, path(""), {}).isEmpty(); },
-        };
-        for (const auto& service : services) {
-            owner = new QWidget;
-            const QPointer<QWidget> alive(owner);
-            bool accepted = true;
-            bool returned = false;
-            std::unique_ptr<User> user;
-            // Within an event loop, as a page calls it; the application may leave that one as well.
-            QTimer::singleShot(0, [&] {
-                user = std::make_unique<User>(steps, owner);
-                accepted = service();
-                returned = true;
-                after();
-            });
-            QCoreApplication::exec();
-            EXPECT_TRUE(returned);
-            EXPECT_FALSE(accepted);
-            delete alive;
-        }
-    }
-};
-
-TEST_P(Ends, WithItsOwner)
+bool openCloudDialog(QWidget* owner, bool open, const QString& dir)
 {
-    QWidget* owner = nullptr;
-    runAll(owner, steps(GetParam().steps) + QStringLiteral("; drop"), [] { QCoreApplication::exit(); });
+    IKCloudFileDialog* dialog = CreateCloudFileDialog(open);
+    dialog->SetOption(QStringLiteral("InitialDir"), dir);
+    dialog->SetOption(QStringLiteral("IsShowCloudTab"), true);
+    const bool chosen = dialog->Exec(owner) || !dialog->Files().isEmpty()
+        || dialog->Value(QStringLiteral("CloudFilePath")).isValid();
+    dialog->Destroy();
+    return chosen;
 }
 
-TEST_P(Ends, WithTheApplication)
+bool opens(QWidget* owner, const QString& dir)
 {
-    QWidget* owner = nullptr;
-    runAll(owner, steps(GetParam().steps) + QStringLiteral("; exit"), [] {});
+    return openCloudDialog(owner, true, dir);
+}
+
+bool saves(QWidget* owner, const QString& dir)
+{
+    return openCloudDialog(owner, false, dir);
+}
+
+bool showsPanel(QWidget* owner, const QString& dir)
+{
+    return !GetFilePanel()->Show({}, {}, { { QStringLiteral("dir"), dir } }, owner).isEmpty();
+}
+
+bool downloads(QWidget* owner, const QString& dir)
+{
+    return !KDownloadFileDialog::getWritableFileName(owner, {}, dir, {}).isEmpty();
+}
+
+struct EndCase {
+    const char* name;
+    Service service;
+    const char* steps; ///< until the owner goes or the application ends
+};
+
+class Ends : public Shown, public testing::WithParamInterface<EndCase> { };
+
+TEST_P(Ends, AsCancelledWithItsOwnerOrTheApplication)
+{
+    for (const char* end : { "; drop", "; exit" }) {
+        auto* owner = new QWidget;
+        const QPointer<QWidget> alive(owner);
+        int returned = 0;
+        // Within an event loop, as a page calls it; the application may leave that one as well.
+        QTimer::singleShot(0, [&] {
+            const User user(steps(GetParam().steps) + QString::fromLatin1(end), owner);
+            EXPECT_FALSE(GetParam().service(owner, path("")));
+            ++returned;
+            QCoreApplication::exit();
+        });
+        QCoreApplication::exec();
+        EXPECT_EQ(returned, 1);
+        EXPECT_EQ(alive.isNull(), end == std::string("; drop"));
+        delete alive;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Shown, Ends,
-    testing::Values(EndCase { "Idle", "" }, EndCase { "WhileItTellsSomething", "name none/x; enter" }),
+    testing::Values(EndCase { "Opening", opens, "" }, EndCase { "Panel", showsPanel, "" },
+        EndCase { "Download", downloads, "" }, EndCase { "OpeningTells", opens, "name none/x; enter" },
+        EndCase { "PanelTells", showsPanel, "name none/x; enter" },
+        EndCase { "DownloadAsks", downloads, "name a.txt; enter" },
+        EndCase { "SavingAsks", saves, "tab cloud; double /Reports/May.odt" }),
     caseName<EndCase>);
 
 } // namespace

@@ -19,7 +19,7 @@ if(NOT VEXLITE_SUITE_DIR)
     list(APPEND CMAKE_INSTALL_RPATH "$ORIGIN/vexlitejsapi;$ORIGIN/../lib;$ORIGIN/../${VEXLITE_STANDIN_LIBDIR}")
 endif()
 
-find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui Widgets Network)
+find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui Widgets Network X11Extras)
 
 add_library(vexlite_build_flags INTERFACE)
 target_compile_options(vexlite_build_flags INTERFACE -Wall -Wextra -Wpedantic -Werror)

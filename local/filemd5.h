@@ -6,8 +6,10 @@
 #include <QCryptographicHash>
 #include <QFile>
 #include <QTimer>
+#include <sys/stat.h>
 
-/// One "getFileMd5" request. [GUI thread]
+/// One "getFileMd5" request. It holds one slice in memory, however large the file is. A file that changes
+/// while it is read has no digest: the promise is rejected. [GUI thread]
 class KFileMd5Request final : public KJsRequest {
     Q_OBJECT
 
@@ -18,9 +20,15 @@ public:
     explicit KFileMd5Request(const QString& path);
 
 private:
+    bool open();
     void readSlice();
+    /// Whether the file is still as it was opened.
+    bool isUnchanged() const;
 
+    QString m_path;
     QFile m_file;
+    struct stat m_opened { };
+    QByteArray m_slice;
     QCryptographicHash m_hash { QCryptographicHash::Md5 };
     QTimer m_nextSlice;
 };

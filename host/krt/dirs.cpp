@@ -4,13 +4,48 @@
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
 
+#include <QFileInfo>
+#include <QMimeDatabase>
 #include <algorithm>
+#include <iterator>
 
 namespace krt {
 
 QString dirs::officeInstallRoot()
 {
     return profile::expanded(profile::current()->directories.officeInstallRoot);
+}
+
+QString dirs::officeData()
+{
+    return profile::expanded(profile::current()->directories.officeData);
+}
+
+QString dirs::officeHome()
+{
+    return profile::expanded(profile::current()->directories.officeHome);
+}
+
+QString dirs::velmoraHome()
+{
+    return profile::expanded(profile::current()->directories.velmoraHome);
+}
+
+bool dirs::isFileFormatSafe(const QString& path)
+{
+    const QFileInfo info(path);
+    if (!info.isFile() || !info.isReadable())
+        return false;
+    const QMimeDatabase types;
+    // By name and by content: a program is one under a harmless name, too, and a script without its first
+    // line.
+    const QMimeType found[] { types.mimeTypeForFile(info, QMimeDatabase::MatchContent),
+        types.mimeTypeForFile(info, QMimeDatabase::MatchExtension) };
+    const QStringList unsafe = profile::current()->files.unsafeTypes;
+    return std::none_of(unsafe.begin(), unsafe.end(), [&](const QString& type) {
+        return std::any_of(
+            std::begin(found), std::end(found), [&](const QMimeType& known) { return known.inherits(type); });
+    });
 }
 
 bool dirs::inBlackDownloadDir(const QString& path)

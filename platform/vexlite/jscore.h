@@ -166,8 +166,8 @@ public:
     virtual QString SessionId() const = 0;
     virtual QString BrowserId() const = 0;
     virtual VEXBrowserTimes Times() const = 0;
-    /// The X11 window in which the page is drawn, a window of the suite's or one inside it; 0 when it is drawn
-    /// nowhere.
+    /// The X11 window in which the page is drawn, a window of the suite's or one inside it; 0 when it is
+    /// drawn nowhere.
     virtual std::uint32_t Window() const = 0;
     /// Null when it is in no group.
     virtual IVEXBrowserGroup* Group() const = 0;

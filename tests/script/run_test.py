@@ -2,9 +2,12 @@
 
 usage: run_test.py NOVAHOST SCRIPTS_DIR NAME [OPTION...]
 """
+import contextlib
+import fcntl
 import json
 import os
 import random
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -22,6 +25,41 @@ def published(novahost):
             for name, members in tables().items()}
 
 
+def prepare_files(data):
+    """What files.test.js finds in its data directory. Answers the open files whose locks it needs."""
+    for name in ("tree", "odd", "opened", "bin", "closed", "holder/deep/inner", "links out", "a folder",
+                 "velmora/testproduct/linux-x64/addons/POOL/x", "velmora/testproduct/linux-x64/addons/pool",
+                 "velmora/testproduct/linux-x64/addons/poolside"):
+        os.makedirs(f"{data}/{name}")
+    texts = {"plain.txt": "hello", "other.txt": "other", "empty.txt": "", "short-lived.txt": "x", "closed/kept.txt": "x",
+             "holder/deep/kept.txt": "x", "tree/leaf.txt": "x", "script.txt": "#!/bin/sh\n", "locked whole.txt": "x",
+             "locked part.txt": "x" * 10}
+    odd = ("with space", 'quote"', 'three"""', "line\nbreak", "$(x) `x` ; & ", "%1 %HOME%", "\U0001f600 \u00fc\u0301\u05d0",
+           "-option", "back\\slash")
+    texts.update({f"odd/{name}.txt": "x" for name in odd})
+    for name, text in texts.items():
+        with open(f"{data}/{name}", "w", encoding="utf-8") as file:
+            file.write(text)
+    for name, size in {"sparse.bin": 2**32 + 1, "shrinking.bin": 2**40}.items():
+        with open(f"{data}/{name}", "wb") as file:
+            file.truncate(size)
+    shutil.copy("/bin/true", f"{data}/program")
+    os.mkfifo(f"{data}/pipe")
+    links = {"broken": "none", "link to tree": "tree", "link to copied": "copied.txt", "link to data": ".",
+             "link to plain": "plain.txt", "tree/to closed": "../closed", "links out/home": data, "links out/closed": "../closed",
+             "links out/file": "../plain.txt"}
+    for name, target in links.items():
+        os.symlink(target, f"{data}/{name}")
+    # Stands for the desktop's opener: notes what it was asked to open.
+    with open(f"{data}/bin/xdg-open", "w", encoding="utf-8") as opener:
+        opener.write('case "$1" in */shrinking.bin) truncate -s 10 "$1" ;; esac\ntouch -- "$HOME/opened/${1##*/}"\n')
+    os.chmod(f"{data}/bin/xdg-open", 0o755)
+    locked = [open(f"{data}/locked {what}.txt", "r+", encoding="utf-8") for what in ("whole", "part")]
+    fcntl.flock(locked[0], fcntl.LOCK_EX)
+    fcntl.lockf(locked[1], fcntl.LOCK_EX, 4, 2)
+    return locked
+
+
 def main():
     novahost, scripts, name, *options = sys.argv[1:]
     arguments = []
@@ -29,11 +67,15 @@ def main():
         arguments = [json.dumps(published(novahost))]
     elif name == "random":
         arguments = [str(RANDOM_SECONDS), os.environ.get("RANDOM_SEED") or str(random.randrange(2**32))]
-    with tempfile.TemporaryDirectory() as data:
+    with tempfile.TemporaryDirectory() as data, contextlib.ExitStack() as held:
+        if name == "files":
+            arguments = [tempfile.gettempdir()]
+            for locked in prepare_files(data):
+                held.enter_context(locked)
         command = [novahost, "--data", data, "--live-counts", *options, "run", f"{scripts}/{name}.js", data, *arguments]
         # Paths with variables must not lead into the home of whoever runs the test.
-        environment = {**os.environ, "HOME": data}
-        result = subprocess.run(command, capture_output=True, text=True, errors="replace", env=environment)
+        environment = {**os.environ, "HOME": data, "PATH": f"{data}/bin:{os.environ['PATH']}"}
+        result = subprocess.run(command, capture_output=True, text=True, errors="replace", env=environment, cwd=data)
     print(result.stdout, result.stderr[-4000:], sep="", end="")
     if result.returncode != 0:
         sys.exit(f"exit code {result.returncode}; arguments {arguments[-1:] if name == 'random' else ''}")

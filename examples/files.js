@@ -1,0 +1,66 @@
+// Files: ask for one, hash it, copy it, and keep settings next to the copy.
+//
+//     novahost run examples/files.js                                   # with a display: a dialog asks
+//     novahost --profile examples/files.profile.json run examples/files.js   # answered by the profile
+
+const { FileSystem, SettingsManager } = NovaExtension;
+
+/** The data of a call, or `fallback` after a refusal that the page has a use for; other refusals are thrown on. */
+function or(fallback, expected, call) {
+    try {
+        return call().data;
+    } catch (error) {
+        if (error.msg !== expected)
+            throw error;
+        console.log(`  refused with code ${error.code}: ${error.msg}`);
+        return fallback;
+    }
+}
+
+console.log("Where things are");
+const folder = `${FileSystem.tempPath().data}/nova-example`;
+for (const place of ["homePath", "documentsPath", "downloadPath", "tempPath", "officeData"])
+    console.log(`  ${place.padEnd(14)} ${FileSystem[place]().data}`);
+
+console.log("A folder of our own");
+or(true, "the directory already exist", () => FileSystem.mkpath(folder));
+console.log(`  ${folder} writable: ${FileSystem.isDirWritable(folder).data}`);
+
+console.log("A file that the user picks");
+const sample = `${folder}/sample.ini`;
+SettingsManager.settings({ format: 1, path: sample }).setValue({ key: "greeting", value: "hello" });
+await new Promise((resolve) => setTimeout(resolve, 0)); // settings reach the disk with the next turn
+const options = { caption: "Pick a file to copy", dir: folder, filter: "All files (*)" };
+const picked = FileSystem.getOpenFileName(options).data || sample; // "" when the user cancelled
+const file = FileSystem.File({ path: picked });
+console.log(`  ${picked}, ${file.size().data} bytes${picked === sample ? " (nothing was picked: our sample)" : ""}`);
+
+console.log("Its digest, while the page goes on");
+const digest = await FileSystem.getFileMd5(picked);
+console.log(`  ${digest}`);
+
+console.log("A copy");
+const copy = `${folder}/copy of ${picked.slice(picked.lastIndexOf("/") + 1)}`;
+const copied = FileSystem.copy({ path: picked, newPath: copy, overwrite: true }).data;
+const same = copied && (await FileSystem.getFileMd5(copy)) === digest;
+console.log(`  ${copy}: ${same ? "the same content" : "not copied"}`);
+console.log(`  a second one without overwrite: ${FileSystem.copy({ path: picked, newPath: copy }).data}`);
+
+console.log("Settings next to it");
+const settings = SettingsManager.settings({ format: 1, path: `${copy}.ini` });
+const times = Number(settings.getValue({ key: "copied/times", defaultValue: 0 }).data) + 1;
+settings.setValue({ key: "copied/times", value: times });
+settings.setValue({ key: "copied/md5", value: digest });
+console.log(`  copied ${times} time${times === 1 ? "" : "s"}`);
+
+console.log("What a page must expect");
+or(false, "New path is illegal.", () => FileSystem.copy({ path: picked, newPath: "relative.txt" }));
+or(false, "New path is illegal.", () => FileSystem.mkpath("../folder"));
+or(false, "Path is illegal.", () => FileSystem.File({ path: folder }));
+or(false, "New path is illegal.", () => FileSystem.remove("%HOME%"));
+await FileSystem.getFileMd5(`${folder}/none`).catch((error) => console.log(`  rejected with code ${error.code}: ${error.msg}`));
+
+console.log("Tidied up");
+console.log(`  ${FileSystem.remove(folder).data && !FileSystem.exists(folder).data}`);
+if (!same || !digest)
+    exit(1);

@@ -1,0 +1,73 @@
+#include "local/filedialogs.h"
+
+#include <QApplication>
+#include <QX11Info>
+#include <algorithm>
+#include <cstdlib>
+#include <xcb/xcb.h>
+
+namespace {
+
+/// The pages that have a dialog open.
+std::vector<JSContextEnv>& pagesWithDialog()
+{
+    static std::vector<JSContextEnv> pages;
+    return pages;
+}
+
+/// The window of the suite that an X11 window is or lies in, by the window tree; null when it lies in none.
+QWidget* windowAround(xcb_window_t window)
+{
+    xcb_connection_t* connection = QX11Info::isPlatformX11() ? QX11Info::connection() : nullptr;
+    while (connection && window != 0) {
+        if (const QWidget* widget = QWidget::find(window))
+            return widget->window();
+        const std::unique_ptr<xcb_query_tree_reply_t, decltype(&std::free)> place(
+            xcb_query_tree_reply(connection, xcb_query_tree(connection, window), nullptr), &std::free);
+        window = place ? place->parent : 0;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+DialogTurn::DialogTurn(const JSContextEnv& page)
+    : m_page(page)
+    , m_granted(qobject_cast<QApplication*>(QCoreApplication::instance())
+          && std::find(pagesWithDialog().begin(), pagesWithDialog().end(), page) == pagesWithDialog().end())
+{
+    if (m_granted)
+        pagesWithDialog().push_back(page);
+}
+
+DialogTurn::~DialogTurn()
+{
+    if (m_granted)
+        std::erase(pagesWithDialog(), m_page);
+}
+
+QWidget* DialogTurn::owner() const
+{
+    IVEXJSCore* core = vexlite::GetVEXJSCore();
+    const IVEXBrowser* browser = core ? core->Browser(m_page.browserId) : nullptr;
+    QWidget* window = browser ? windowAround(browser->Window()) : nullptr;
+    return window ? window : QApplication::activeWindow();
+}
+
+QStringList askForFiles(Call& call, QFileDialog::FileMode mode)
+{
+    const DialogTurn turn(call.context());
+    if (!turn)
+        return {};
+    const Options options = call.options();
+    // Its owner, and the dialog with it, may go while the dialog is open.
+    const QPointer<QFileDialog> dialog(new QFileDialog(
+        turn.owner(), options.string("caption"), options.string("dir"), options.string("filter")));
+    dialog->setFileMode(mode);
+    dialog->setOption(QFileDialog::ShowDirsOnly, mode == QFileDialog::Directory);
+    QStringList chosen;
+    if (dialog->exec() == QDialog::Accepted && dialog)
+        chosen = dialog->selectedFiles();
+    delete dialog;
+    return chosen;
+}

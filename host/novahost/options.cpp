@@ -99,6 +99,9 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     app.add_flag("--live-counts", options.liveCounts,
         "Print what the page still held, as JSON, before and after it was closed");
 
+    app.add_flag(
+        "--window", options.window, "Show a window for the page, which owns its dialogs; needs a display");
+
     CLI::App* run = app.add_subcommand("run", "Run a file as the body of an async function");
     run->add_option("FILE", script, "The script; all that follows is its process.argv")
         ->required()

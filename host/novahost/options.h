@@ -19,6 +19,7 @@ struct Options {
     std::uint32_t denyMask = 0;
     bool trace = false;
     bool liveCounts = false;
+    bool window = false;
 
     QString script;        ///< run: the file; eval: the expression
     QStringList arguments; ///< run: what follows the file

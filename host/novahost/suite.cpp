@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
+#include <QGuiApplication>
 #include <QSettings>
 #include <cstdio>
 
@@ -79,6 +80,10 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
         QDir(profile::dataDirectory()).filePath(QStringLiteral("settings")));
 
+    if (options.window && QGuiApplication::platformName() != QLatin1String("xcb")) {
+        error = QStringLiteral("--window: there is no X display; set DISPLAY");
+        return nullptr;
+    }
     vexlite::Core& core = vexlite::Core::start(servicesOfProfile());
     core.setDenyMask(options.denyMask);
     if (options.trace)
@@ -88,6 +93,8 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     const QString library = options.libraryFile.isEmpty() ? libraryBesideProgram() : options.libraryFile;
     if (!suite->loadLibrary(library, error))
         return nullptr;
+    if (options.window)
+        suite->m_window = std::make_unique<PageWindow>(options.script);
     return suite;
 }
 
@@ -138,6 +145,7 @@ std::unique_ptr<engine::Page> Suite::openPage(const QStringList& arguments, engi
     options.browser.applicationId = facts.applicationId;
     options.browser.sessionId = facts.sessionId;
     options.browser.browserId = QString::fromLatin1("browser-%1").arg(++m_pages);
+    options.browser.window = m_window ? m_window->viewId() : 0;
     options.browser.grouped = facts.grouped;
     VEXBrowserTimes& times = options.browser.times;
     times.creationStart = QDateTime::currentMSecsSinceEpoch();

@@ -3,6 +3,7 @@
 
 #include "host/engine/page.h"
 #include "host/novahost/options.h"
+#include "host/novahost/pagewindow.h"
 
 #include <QLibrary>
 
@@ -33,6 +34,7 @@ private:
     QLibrary m_library;
     JSMemberInvoke m_notSupported = nullptr;
     std::unique_ptr<engine::ScriptEngine> m_engine;
+    std::unique_ptr<PageWindow> m_window; ///< null without --window
     int m_pages = 0;
 };
 

@@ -17,6 +17,9 @@ function or(fallback, expected, call) {
     }
 }
 
+/** Settings reach the disk when script has returned to the event loop. */
+const written = () => new Promise((resolve) => setTimeout(resolve, 0));
+
 console.log("Where things are");
 const folder = `${FileSystem.tempPath().data}/nova-example`;
 for (const place of ["homePath", "documentsPath", "downloadPath", "tempPath", "officeData"])
@@ -29,7 +32,7 @@ console.log(`  ${folder} writable: ${FileSystem.isDirWritable(folder).data}`);
 console.log("A file that the user picks");
 const sample = `${folder}/sample.ini`;
 SettingsManager.settings({ format: 1, path: sample }).setValue({ key: "greeting", value: "hello" });
-await new Promise((resolve) => setTimeout(resolve, 0)); // settings reach the disk with the next turn
+await written();
 const options = { caption: "Pick a file to copy", dir: folder, filter: "All files (*)" };
 const picked = FileSystem.getOpenFileName(options).data || sample; // "" when the user cancelled
 const file = FileSystem.File({ path: picked });
@@ -51,6 +54,7 @@ const settings = SettingsManager.settings({ format: 1, path: `${copy}.ini` });
 const times = Number(settings.getValue({ key: "copied/times", defaultValue: 0 }).data) + 1;
 settings.setValue({ key: "copied/times", value: times });
 settings.setValue({ key: "copied/md5", value: digest });
+await written();
 console.log(`  copied ${times} time${times === 1 ? "" : "s"}`);
 
 console.log("What a page must expect");

@@ -40,6 +40,15 @@ void setUpEnvironment()
     }
 }
 
+QtMessageHandler s_print = nullptr;
+
+/// Leaves out what Qt says of every dialog that it draws into memory.
+void printMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    if (message != QLatin1String("This plugin does not support propagateSizeHints()"))
+        s_print(type, context, message);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -56,6 +65,7 @@ int main(int argc, char** argv)
     if (!novahost::Signals::hold())
         return novahost::fail(novahost::Failure, QStringLiteral("no pipe can be made for signals"));
     setUpEnvironment();
+    s_print = qInstallMessageHandler(printMessage);
     int ownArguments = 1;
     const QApplication application(ownArguments, argv);
     QApplication::setQuitOnLastWindowClosed(false);
@@ -67,9 +77,9 @@ int main(int argc, char** argv)
         return novahost::fail(novahost::UsageError, error);
     switch (options->command) {
     case novahost::Command::Run:
-        return novahost::runScript(*suite, *options);
+        return signals.exitCode(novahost::runScript(*suite, *options));
     case novahost::Command::Eval:
-        return novahost::evalExpression(*suite, *options);
+        return signals.exitCode(novahost::evalExpression(*suite, *options));
     case novahost::Command::Repl:
         return novahost::runRepl(*suite, *options, signals);
     case novahost::Command::Members:

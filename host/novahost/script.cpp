@@ -4,7 +4,9 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QTimer>
 #include <cstdio>
+#include <functional>
 
 namespace novahost {
 
@@ -36,10 +38,13 @@ public:
         QCoreApplication::exit(*m_exitCode);
     }
 
-    int wait()
+    /// Calls `begin` within the event loop: what ends the loop then ends a dialog as well that the page opens
+    /// at once.
+    int wait(const std::function<void()>& begin)
     {
-        if (!m_exitCode)
-            end(QCoreApplication::exec());
+        const QObject context;
+        QTimer::singleShot(0, &context, begin);
+        end(QCoreApplication::exec());
         if (m_options.liveCounts)
             printCounts("open");
         m_page.reset();
@@ -91,21 +96,24 @@ int runScript(Suite& suite, const Options& options)
     QFile file(options.script);
     if (!file.open(QIODevice::ReadOnly))
         return fail(UsageError, QString::fromLatin1("%1: %2").arg(options.script, file.errorString()));
+    const QString source = QString::fromUtf8(file.readAll());
     PageRun run(suite, options);
-    run.page().run(QString::fromUtf8(file.readAll()), options.script, [&](const engine::Outcome& outcome) {
-        if (!outcome.ok)
-            printError(outcome);
-        run.end(outcome.ok ? 0 : Failure);
+    return run.wait([&] {
+        run.page().run(source, options.script, [&](const engine::Outcome& outcome) {
+            if (!outcome.ok)
+                printError(outcome);
+            run.end(outcome.ok ? 0 : Failure);
+        });
     });
-    return run.wait();
 }
 
 int evalExpression(Suite& suite, const Options& options)
 {
     PageRun run(suite, options);
-    run.page().evaluate(
-        options.script, [&](const engine::Outcome& outcome) { run.end(printAnswer(outcome)); });
-    return run.wait();
+    return run.wait([&] {
+        run.page().evaluate(
+            options.script, [&](const engine::Outcome& outcome) { run.end(printAnswer(outcome)); });
+    });
 }
 
 } // namespace novahost

@@ -70,7 +70,8 @@ void Signals::take()
     if (read(s_pipe[0], &number, 1) != 1)
         return;
     if (number != SIGINT || !m_interrupt) {
-        QCoreApplication::exit(ExitCodeOfSignals + number);
+        m_exitCode = ExitCodeOfSignals + number;
+        QCoreApplication::exit(*m_exitCode);
         return;
     }
     setHandler(note);

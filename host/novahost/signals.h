@@ -3,6 +3,7 @@
 
 #include <QSocketNotifier>
 #include <functional>
+#include <optional>
 
 namespace novahost {
 
@@ -19,11 +20,16 @@ public:
     /// What SIGINT does in place of ending the event loop; empty to end it again.
     void setInterrupt(std::function<void()> interrupt) { m_interrupt = std::move(interrupt); }
 
+    /// The exit code of the signal that ended the event loop, or `otherwise`: what the page said while its
+    /// last call returned came too late.
+    int exitCode(int otherwise) const { return m_exitCode.value_or(otherwise); }
+
 private:
     void take();
 
     QSocketNotifier m_notifier;
     std::function<void()> m_interrupt;
+    std::optional<int> m_exitCode;
 };
 
 } // namespace novahost

@@ -52,10 +52,10 @@ QString askAboutDuplicate(QWidget* parent, const QString& path)
     box->setDefaultButton(QMessageBox::Cancel);
     box->exec();
     const QAbstractButton* clicked = box ? box->clickedButton() : nullptr;
-    const QString action = !clicked ? QString()
-        : clicked == overwrite      ? QStringLiteral("overwrite")
-        : clicked == rename         ? QStringLiteral("rename")
-                                    : QString();
+    QString action = !clicked  ? QString()
+        : clicked == overwrite ? QStringLiteral("overwrite")
+        : clicked == rename    ? QStringLiteral("rename")
+                               : QString();
     delete box;
     return action;
 }

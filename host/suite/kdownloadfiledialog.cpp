@@ -39,7 +39,7 @@ QString KDownloadFileDialog::getWritableFileName(
         dialog->setNameFilter(filter);
     dialog->begin(dir);
     dialog->setRefusal(refusalOf);
-    const QString chosen = dialogs::run(dialog) ? dialog->selectedFiles().value(0) : QString();
+    QString chosen = dialogs::run(dialog) ? dialog->selectedFiles().value(0) : QString();
     delete dialog;
     return chosen;
 }

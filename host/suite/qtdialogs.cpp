@@ -48,7 +48,7 @@ public:
     {
         if (!m_list || !m_name || !m_model)
             return QStringLiteral("it is the desktop's own dialog");
-        const QString fault = faultOf(kind, files);
+        QString fault = faultOf(kind, files);
         if (!fault.isEmpty())
             return fault;
         if (kind == DialogKind::Folder) {
@@ -136,6 +136,15 @@ private:
     QFileSystemModel* m_model;
 };
 
+/// Ends a dialog, even one that will not be rejected.
+void cancel(const QPointer<QDialog>& dialog)
+{
+    if (dialog && dialog->isVisible())
+        dialog->reject();
+    if (dialog && dialog->isVisible())
+        dialog->QDialog::done(QDialog::Rejected);
+}
+
 void answerFileDialog(QFileDialog* dialog)
 {
     const QPointer<QFileDialog> open(dialog);
@@ -157,7 +166,7 @@ void answerFileDialog(QFileDialog* dialog)
             QStringLiteral("the file dialog \"%1\" is cancelled: %2; change its answer in dialogs.answers of "
                            "the profile")
                 .arg(open->windowTitle(), fault));
-    open->reject();
+    cancel(open.data());
 }
 
 void answerMessageBox(QMessageBox* box)
@@ -170,8 +179,7 @@ void answerMessageBox(QMessageBox* box)
         QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
         QCoreApplication::sendEvent(open, &escape);
     }
-    if (open && open->isVisible())
-        open->done(QDialog::Rejected);
+    cancel(open.data());
 }
 
 void answer(QDialog* dialog)
@@ -183,7 +191,7 @@ void answer(QDialog* dialog)
     } else {
         warn(QStringLiteral("the dialog \"%1\" is cancelled: no answer of the profile fits it")
                  .arg(dialog->windowTitle()));
-        dialog->reject();
+        cancel(dialog);
     }
 }
 

@@ -185,6 +185,11 @@ TEST_F(FileDialogs, AMessageBoxInBetweenGetsItsDefault)
     EXPECT_NE(warnings().find("did not take"), std::string::npos);
 }
 
+class StubbornDialog : public QDialog {
+public:
+    void reject() override { }
+};
+
 TEST_F(DialogTest, MessageBoxesAndOtherModalDialogsEnd)
 {
     useAnswers("");
@@ -202,6 +207,7 @@ TEST_F(DialogTest, MessageBoxesAndOtherModalDialogsEnd)
     bool ok = true;
     QInputDialog::getText(nullptr, text, text, QLineEdit::Normal, {}, &ok);
     EXPECT_FALSE(ok);
+    EXPECT_EQ(StubbornDialog().exec(), QDialog::Rejected);
 }
 
 } // namespace

@@ -8,14 +8,14 @@ const random = (below) => {
 const pick = (list) => list[random(list.length)];
 
 const keys = ["key", "value", "defaultValue", "userId", "format", "path", "moduleName", "logStr", "eventName", "pb",
-    "postContent", "option", "bUseCache", "__proto__", "constructor", "then", "", "\0", "length"];
+    "postContent", "option", "bUseCache", "newPath", "overwrite", "dir", "fileName", "filter", "__proto__", "constructor", "then", "", "\0", "length"];
 const cycle = {};
 cycle.self = cycle;
 let deep = [];
 for (let i = 0; i < 1500; ++i)
     deep = [deep];
 const leaves = [undefined, null, true, false, 0, -0, -1, 1, 37, 100, 2 ** 31, 2 ** 53, 1e308, NaN, Infinity, 10n, 2n ** 63n,
-    2n ** 64n, "", "a", "%HOME%", "../../x", "\ud800", "x".repeat(70000), Symbol("s"), () => 1, new Date(0),
+    2n ** 64n, "", "a", "%HOME%", "../../x", process.argv[2], `${process.argv[2]}/a`, "\ud800", "x".repeat(70000), Symbol("s"), () => 1, new Date(0),
     new Map(), /x/, new Uint8Array(9), new Proxy({}, {}), new Proxy(() => 1, {}), cycle, deep, new Array(2 ** 32 - 1),
     Promise.resolve(1), NovaExtension, NovaExtension.Log, { get key() { throw new Error("getter"); } },
     { toString() { throw new Error("toString"); }, valueOf: null }, Object.create(null), new Error("e"), globalThis,

@@ -2,13 +2,23 @@
 
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QRasterWindow>
 #include <QVBoxLayout>
-#include <QWindow>
 
 namespace novahost {
 
+namespace {
+
+class EmptyView final : public QRasterWindow {
+    void paintEvent(QPaintEvent* event) override { QPainter(this).fillRect(event->rect(), Qt::white); }
+};
+
+} // namespace
+
 PageWindow::PageWindow(const QString& title)
-    : m_view(new QWindow)
+    : m_view(new EmptyView)
 {
     setWindowTitle(title);
     resize(800, 600);

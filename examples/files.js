@@ -21,50 +21,49 @@ function or(fallback, expected, call) {
 const written = () => new Promise((resolve) => setTimeout(resolve, 0));
 
 console.log("Where things are");
-const folder = `${FileSystem.tempPath().data}/nova-example`;
 for (const place of ["homePath", "documentsPath", "downloadPath", "tempPath", "officeData"])
     console.log(`  ${place.padEnd(14)} ${FileSystem[place]().data}`);
 
 console.log("A folder of our own");
-or(true, "the directory already exist", () => FileSystem.mkpath(folder));
+const folder = `${FileSystem.tempPath().data}/nova-example-${Date.now()}`;
+FileSystem.mkpath(folder); // refuses what is there already, so all in it is ours
 console.log(`  ${folder} writable: ${FileSystem.isDirWritable(folder).data}`);
 
-console.log("A file that the user picks");
-const sample = `${folder}/sample.ini`;
-SettingsManager.settings({ format: 1, path: sample }).setValue({ key: "greeting", value: "hello" });
-await written();
-const options = { caption: "Pick a file to copy", dir: folder, filter: "All files (*)" };
-const picked = FileSystem.getOpenFileName(options).data || sample; // "" when the user cancelled
-const file = FileSystem.File({ path: picked });
-console.log(`  ${picked}, ${file.size().data} bytes${picked === sample ? " (nothing was picked: our sample)" : ""}`);
+try {
+    console.log("A file that the user picks");
+    const sample = `${folder}/sample.ini`;
+    SettingsManager.settings({ format: 1, path: sample }).setValue({ key: "greeting", value: "hello" });
+    await written();
+    const options = { caption: "Pick a file to copy", dir: folder, filter: "All files (*)" };
+    const picked = FileSystem.getOpenFileName(options).data || sample; // "" when the user cancelled
+    const size = FileSystem.File({ path: picked }).size().data;
+    console.log(`  ${picked}, ${size} bytes${picked === sample ? " (nothing was picked: our sample)" : ""}`);
 
-console.log("Its digest, while the page goes on");
-const digest = await FileSystem.getFileMd5(picked);
-console.log(`  ${digest}`);
+    console.log("Its digest, while the page goes on");
+    const digest = await FileSystem.getFileMd5(picked);
+    console.log(`  ${digest}`);
 
-console.log("A copy");
-const copy = `${folder}/copy of ${picked.slice(picked.lastIndexOf("/") + 1)}`;
-const copied = FileSystem.copy({ path: picked, newPath: copy, overwrite: true }).data;
-const same = copied && (await FileSystem.getFileMd5(copy)) === digest;
-console.log(`  ${copy}: ${same ? "the same content" : "not copied"}`);
-console.log(`  a second one without overwrite: ${FileSystem.copy({ path: picked, newPath: copy }).data}`);
+    console.log("A copy");
+    const copy = `${folder}/copy of ${picked.slice(picked.lastIndexOf("/") + 1)}`;
+    // A program is refused, and false says that the system did not copy.
+    if (or(false, "Path is illegal.", () => FileSystem.copy({ path: picked, newPath: copy, overwrite: true }))) {
+        console.log(`  ${copy}: the same content is ${(await FileSystem.getFileMd5(copy)) === digest}`);
+        console.log(`  a second one without overwrite: ${FileSystem.copy({ path: picked, newPath: copy }).data}`);
+    }
 
-console.log("Settings next to it");
-const settings = SettingsManager.settings({ format: 1, path: `${copy}.ini` });
-const times = Number(settings.getValue({ key: "copied/times", defaultValue: 0 }).data) + 1;
-settings.setValue({ key: "copied/times", value: times });
-settings.setValue({ key: "copied/md5", value: digest });
-await written();
-console.log(`  copied ${times} time${times === 1 ? "" : "s"}`);
+    console.log("Settings next to it");
+    const settings = SettingsManager.settings({ format: 1, path: `${copy}.ini` });
+    settings.setValue({ key: "copied/from", value: picked });
+    settings.setValue({ key: "copied/md5", value: digest });
+    await written();
+    console.log(`  copied from ${settings.getValue({ key: "copied/from" }).data}`);
 
-console.log("What a page must expect");
-or(false, "New path is illegal.", () => FileSystem.copy({ path: picked, newPath: "relative.txt" }));
-or(false, "New path is illegal.", () => FileSystem.mkpath("../folder"));
-or(false, "Path is illegal.", () => FileSystem.File({ path: folder }));
-or(false, "New path is illegal.", () => FileSystem.remove("%HOME%"));
-await FileSystem.getFileMd5(`${folder}/none`).catch((error) => console.log(`  rejected with code ${error.code}: ${error.msg}`));
-
-console.log("Tidied up");
-console.log(`  ${FileSystem.remove(folder).data && !FileSystem.exists(folder).data}`);
-if (!same || !digest)
-    exit(1);
+    console.log("What a page must expect");
+    or(false, "New path is illegal.", () => FileSystem.copy({ path: sample, newPath: "relative.txt" }));
+    or(false, "New path is illegal.", () => FileSystem.mkpath("../folder"));
+    or(false, "the directory already exist", () => FileSystem.mkpath(folder));
+    or(false, "Path is illegal.", () => FileSystem.File({ path: folder }));
+    await FileSystem.getFileMd5(`${folder}/none`).catch((error) => console.log(`  rejected with code ${error.code}: ${error.msg}`));
+} finally {
+    console.log(`Tidied up: ${FileSystem.remove(folder).data && !FileSystem.exists(folder).data}`);
+}

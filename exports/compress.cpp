@@ -23,11 +23,11 @@ constexpr std::uint32_t SyncMarkerLength = 4;
 constexpr int RawWindowBits = -15;
 constexpr int MemoryLevel = 9;
 
-/// The bytes to reserve for the output, if so many can be.
-std::optional<std::uint32_t> outputBound(std::uint32_t length)
+/// The bytes to reserve for the output, if that is `most` or less.
+std::optional<std::uint32_t> outputBound(std::uint32_t length, std::uint32_t most)
 {
     const std::uint64_t bound = std::uint64_t { length } + length / 1000 + 16;
-    if (bound > std::numeric_limits<std::int32_t>::max())
+    if (bound > most)
         return {};
     return static_cast<std::uint32_t>(bound);
 }
@@ -50,7 +50,7 @@ struct DeflateEnder {
 
 std::int32_t compressIntoBlock(const Bytef* source, std::uint32_t length, void*& data, int level)
 {
-    const auto bound = outputBound(length);
+    const auto bound = outputBound(length, std::numeric_limits<std::int32_t>::max());
     void* block = bound ? _XGblAlloc(VEXLITE_GBL_ZERO, *bound) : nullptr;
     if (!block)
         return VEXLITE_COMPRESS_NO_MEMORY;
@@ -65,7 +65,7 @@ std::int32_t compressIntoBlock(const Bytef* source, std::uint32_t length, void*&
 std::int32_t deflateIntoHostBlock(
     const Bytef* source, std::uint32_t length, void*& handle, std::uint32_t& deflatedLength)
 {
-    const auto bound = outputBound(length);
+    const auto bound = outputBound(length, std::numeric_limits<std::uint32_t>::max());
     if (!bound)
         return VEXLITE_COMPRESS_NO_MEMORY;
     z_stream stream {};

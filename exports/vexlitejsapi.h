@@ -72,7 +72,8 @@ enum {
     VEXLITE_COMPRESS_BUF_ERROR = -5,
     /// Z_VERSION_ERROR: the process has a zlib that the library was not built for.
     VEXLITE_COMPRESS_VERSION_ERROR = -6,
-    /// 0x80000002: the output can not be allocated. It never can with 2^31 bytes or more to reserve.
+    /// 0x80000002: the output can not be allocated. It never can with more than 2^31 - 1 bytes to reserve by
+    /// _XZlibCompress, and 2^32 - 1 by _XDeflate.
     VEXLITE_COMPRESS_NO_MEMORY = -0x7ffffffe,
     /// 0x8000FFFF: an exception was stopped at the edge of the library.
     VEXLITE_COMPRESS_UNEXPECTED = -0x7fff0001

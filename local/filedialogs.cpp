@@ -1,6 +1,7 @@
 #include "local/filedialogs.h"
 
 #include <QApplication>
+#include <QTimer>
 #include <QX11Info>
 #include <algorithm>
 #include <cstdlib>
@@ -8,11 +9,21 @@
 
 namespace {
 
+/// How often an open dialog looks whether its page is still there.
+constexpr int PageWatchMs = 200;
+
 /// The pages that have a dialog open.
 std::vector<JSContextEnv>& pagesWithDialog()
 {
     static std::vector<JSContextEnv> pages;
     return pages;
+}
+
+/// The browser that shows a page, null when there is none.
+const IVEXBrowser* browserOf(const JSContextEnv& page)
+{
+    IVEXJSCore* core = vexlite::GetVEXJSCore();
+    return core ? core->Browser(page.browserId) : nullptr;
 }
 
 /// The window of the suite that an X11 window is or lies in, by the window tree; null when it lies in none.
@@ -33,6 +44,7 @@ QWidget* windowAround(xcb_window_t window)
 
 DialogTurn::DialogTurn(const JSContextEnv& page)
     : m_page(page)
+    , m_hadBrowser(browserOf(page))
     , m_granted(qobject_cast<QApplication*>(QCoreApplication::instance())
           && std::find(pagesWithDialog().begin(), pagesWithDialog().end(), page) == pagesWithDialog().end())
 {
@@ -46,10 +58,14 @@ DialogTurn::~DialogTurn()
         std::erase(pagesWithDialog(), m_page);
 }
 
+bool DialogTurn::isPageGone() const
+{
+    return m_hadBrowser && !browserOf(m_page);
+}
+
 QWidget* DialogTurn::owner() const
 {
-    IVEXJSCore* core = vexlite::GetVEXJSCore();
-    const IVEXBrowser* browser = core ? core->Browser(m_page.browserId) : nullptr;
+    const IVEXBrowser* browser = browserOf(m_page);
     QWidget* window = browser ? windowAround(browser->Window()) : nullptr;
     return window ? window : QApplication::activeWindow();
 }
@@ -60,11 +76,17 @@ QStringList askForFiles(Call& call, QFileDialog::FileMode mode)
     if (!turn)
         return {};
     const Options options = call.options();
-    // Its owner, and the dialog with it, may go while the dialog is open.
+    // Its owner, and the dialog with it, or its page may go while the dialog is open.
     const QPointer<QFileDialog> dialog(new QFileDialog(
         turn.owner(), options.string("caption"), options.string("dir"), options.string("filter")));
     dialog->setFileMode(mode);
     dialog->setOption(QFileDialog::ShowDirsOnly, mode == QFileDialog::Directory);
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, dialog, [&] {
+        if (turn.isPageGone())
+            dialog->reject();
+    });
+    watch.start(PageWatchMs);
     QStringList chosen;
     if (dialog->exec() == QDialog::Accepted && dialog)
         chosen = dialog->selectedFiles();

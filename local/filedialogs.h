@@ -17,11 +17,14 @@ public:
 
     /// Whether the dialog may be shown.
     explicit operator bool() const { return m_granted; }
+    /// Whether the page, which had a browser when its turn began, has none any more.
+    bool isPageGone() const;
     /// The window above which to show it: the one that shows the page, else the active one; may be null.
     QWidget* owner() const;
 
 private:
     JSContextEnv m_page;
+    bool m_hadBrowser;
     bool m_granted;
 };
 

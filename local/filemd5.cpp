@@ -1,6 +1,10 @@
 #include "local/filemd5.h"
 
 #include <QFileInfo>
+#include <QPointer>
+#include <QTimer>
+#include <algorithm>
+#include <deque>
 #include <fcntl.h>
 
 namespace {
@@ -12,6 +16,54 @@ QString notOpened(const QString& path)
     return QString::fromLatin1("%1 can't been opened").arg(path);
 }
 
+/// The requests of all pages. The first page's first request is read next.
+class Turns final : public QObject {
+public:
+    static Turns& instance()
+    {
+        static Turns turns;
+        return turns;
+    }
+
+    void add(const JSContextEnv& page, KFileMd5Request* request)
+    {
+        auto line = std::find_if(
+            m_lines.begin(), m_lines.end(), [&](const Line& known) { return known.page == page; });
+        if (line == m_lines.end())
+            line = m_lines.insert(line, Line { page, {} });
+        line->requests.push_back(request);
+        m_next.start(0);
+    }
+
+private:
+    struct Line {
+        JSContextEnv page;
+        std::deque<QPointer<KFileMd5Request>> requests; ///< null where one has ended unread
+    };
+
+    Turns() { connect(&m_next, &QTimer::timeout, this, &Turns::take); }
+
+    void take()
+    {
+        m_buffer.resize(SliceBytes);
+        Line line = std::move(m_lines.front());
+        m_lines.pop_front();
+        KFileMd5Request* request = line.requests.front();
+        if (!request || !request->readSlice(m_buffer))
+            line.requests.pop_front();
+        if (!line.requests.empty())
+            m_lines.push_back(std::move(line));
+        if (m_lines.empty()) {
+            m_next.stop();
+            m_buffer.clear();
+        }
+    }
+
+    std::deque<Line> m_lines;
+    QByteArray m_buffer;
+    QTimer m_next;
+};
+
 } // namespace
 
 Reply KFileMd5Request::start(Call& call, const QString& path)
@@ -21,17 +73,13 @@ Reply KFileMd5Request::start(Call& call, const QString& path)
     if (!QFileInfo::exists(path))
         return rejectedPromise(call, QString::fromLatin1("%1 is not existed").arg(path));
     auto request = std::make_unique<KFileMd5Request>(path);
-    if (!request->open())
-        return rejectedPromise(call, notOpened(path));
-    request->m_nextSlice.start();
+    Turns::instance().add(call.context(), request.get());
     return promised(call, std::move(request));
 }
 
 KFileMd5Request::KFileMd5Request(const QString& path)
     : m_path(path)
-    , m_slice(SliceBytes, Qt::Uninitialized)
 {
-    connect(&m_nextSlice, &QTimer::timeout, this, &KFileMd5Request::readSlice);
 }
 
 /// Devices and pipes have no end, or no content until somebody writes: only a regular file is opened, and
@@ -51,17 +99,17 @@ bool KFileMd5Request::isUnchanged() const
         && now.st_mtim.tv_sec == m_opened.st_mtim.tv_sec && now.st_mtim.tv_nsec == m_opened.st_mtim.tv_nsec;
 }
 
-void KFileMd5Request::readSlice()
+bool KFileMd5Request::readSlice(QByteArray& buffer)
 {
-    const qint64 count = isAwaited() ? m_file.read(m_slice.data(), SliceBytes) : 0;
-    const bool failed = count < 0 || !isUnchanged();
-    if (!failed && count > 0) {
-        m_hash.addData(m_slice.constData(), static_cast<int>(count));
-        return;
-    }
-    m_nextSlice.stop();
-    if (failed)
+    const bool readable = isAwaited() && (m_file.isOpen() || open());
+    const qint64 count = readable ? m_file.read(buffer.data(), buffer.size()) : -1;
+    if (count < 0 || !isUnchanged()) {
         finishRejected(notOpened(m_path));
-    else
-        finish(QString::fromLatin1(m_hash.result().toHex()));
+        return false;
+    }
+    m_hash.addData(buffer.constData(), static_cast<int>(count));
+    if (count > 0)
+        return true;
+    finish(QString::fromLatin1(m_hash.result().toHex()));
+    return false;
 }

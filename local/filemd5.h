@@ -5,30 +5,31 @@
 
 #include <QCryptographicHash>
 #include <QFile>
-#include <QTimer>
 #include <sys/stat.h>
 
-/// One "getFileMd5" request. It holds one slice in memory, however large the file is. A file that changes
-/// while it is read has no digest: the promise is rejected. [GUI thread]
+/// One "getFileMd5" request. All pages take turns, a slice each; the requests of one page follow each other.
+/// So a page holds one file open and all requests together one slice in memory, whatever their number and
+/// size. A file that changes while it is read has no digest: the promise is rejected. [GUI thread]
 class KFileMd5Request final : public KJsRequest {
     Q_OBJECT
 
 public:
-    /// Begins to read `path` for the call.
+    /// Has the digest of `path` made for the call.
     static Reply start(Call& call, const QString& path);
 
     explicit KFileMd5Request(const QString& path);
 
+    /// Reads the next slice into `buffer`, the first time after opening the file. False when the request has
+    /// finished.
+    bool readSlice(QByteArray& buffer);
+
 private:
     bool open();
-    void readSlice();
     /// Whether the file is still as it was opened.
     bool isUnchanged() const;
 
     QString m_path;
     QFile m_file;
     struct stat m_opened { };
-    QByteArray m_slice;
     QCryptographicHash m_hash { QCryptographicHash::Md5 };
-    QTimer m_nextSlice;
 };

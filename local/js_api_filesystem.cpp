@@ -186,6 +186,8 @@ Reply KJsApiFileSystem::openLocalLocation(Call& call)
         if (!QFileInfo::exists(place))
             return call.fail(ErrorCode::OperationFailed, about("file %1 is not exists", place));
     }
+    // Absolute, for no name to be taken for an option or an address.
+    place = QFileInfo(place).absoluteFilePath();
     // A quote of the name's own must not end the quoted word.
     place.replace(QLatin1Char('"'), QLatin1String("\"\"\""));
     return call.succeed(
@@ -334,10 +336,11 @@ Reply KJsApiFileSystem::startAccess(Call& call)
 {
     const Options options = call.options();
     IKAccessManager* manager = GetAccessManager();
+    const DialogTurn turn(call.context());
     return call.succeed(manager
         && manager->StartAccess(options.string("path").toStdU16String().c_str(),
-            options.boolean("requestIfNoPermission", true), options.integer("accessType", 2),
-            options.boolean("showRequestFailedTip", true)));
+            turn && options.boolean("requestIfNoPermission", true), options.integer("accessType", 2),
+            turn && options.boolean("showRequestFailedTip", true)));
 }
 
 Reply KJsApiFileSystem::isDir(Call& call)
@@ -368,7 +371,9 @@ Reply KJsApiFileSystem::isDirWritable(Call& call)
 {
     const QString given = call.string(0);
     const QString path = QDir::toNativeSeparators(QDir::cleanPath(given)).trimmed();
-    if (krt::dirs::inBlackDownloadDir(given) || krt::dirs::inBlackDownloadDir(path)
+    const QDir here;
+    if (krt::dirs::inBlackDownloadDir(here.absoluteFilePath(given))
+        || krt::dirs::inBlackDownloadDir(here.absoluteFilePath(path))
         || (path + QLatin1Char('/')).startsWith(pluginPool(), Qt::CaseInsensitive))
         return call.succeed(false);
     const QFileInfo info(path);

@@ -6,7 +6,8 @@
 ///
 /// Where a member writes or removes, its path must be absolute or begin with an environment variable (see
 /// checkedPath). "%1" in a failure's text is the path concerned. A dialog runs until the user has ended it; a
-/// page has one at a time, and one that it asks for meanwhile is answered as cancelled.
+/// page has one at a time, and one that it asks for meanwhile is answered as cancelled, as is the dialog of a
+/// page that goes.
 class KJsApiFileSystem final : public KJCExtendJsObj<KJsApiFileSystem> {
 public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.FileSystem";

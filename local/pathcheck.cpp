@@ -4,6 +4,7 @@
 #include "suite/kpluginconfig.h"
 
 #include <QDir>
+#include <QFile>
 #include <QRegularExpression>
 
 namespace {
@@ -36,6 +37,10 @@ std::optional<QString> checkedPath(const QString& given)
     if (!path.startsWith(QLatin1Char('/')))
         return std::nullopt;
     path = QDir::cleanPath(path);
+    // What file names can not spell, such as half a surrogate pair, would be left out: another path is used
+    // then.
+    if (QFile::decodeName(QFile::encodeName(path)) != path)
+        return std::nullopt;
     if (krt::dirs::inBlackDownloadDir(path) || kpluginconfig::inPluginDownloadDir(path))
         return std::nullopt;
     return path;

@@ -6,6 +6,7 @@
 #include <QDirIterator>
 #include <QUuid>
 #include <cstdio>
+#include <sys/stat.h>
 
 Replacement replaceFile(const QString& source, const QString& target)
 {
@@ -23,17 +24,32 @@ Replacement replaceFile(const QString& source, const QString& target)
     return Replacement::Refused;
 }
 
+namespace {
+
+/// Whether a directory is the home directory or one of those above it, under whatever name.
+bool holdsHome(const QString& directory)
+{
+    struct stat given { };
+    if (stat(QFile::encodeName(directory).constData(), &given) != 0)
+        return false;
+    for (QString above = QDir(QDir::homePath()).canonicalPath(); !above.isEmpty();
+         above = above == QLatin1String("/") ? QString() : QFileInfo(above).path()) {
+        struct stat home { };
+        if (stat(QFile::encodeName(above).constData(), &home) == 0 && home.st_dev == given.st_dev
+            && home.st_ino == given.st_ino)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
 bool holdsGuardedDirectory(const QString& directory)
 {
-    const auto isOrHolds = [&](const QString& guarded) {
-        const QString inside = QDir::cleanPath(guarded) + QLatin1Char('/');
-        return inside.startsWith(
-            directory.endsWith(QLatin1Char('/')) ? directory : directory + QLatin1Char('/'));
-    };
-    if (isOrHolds(QDir::homePath()) || isOrHolds(QDir(QDir::homePath()).canonicalPath()))
-        return true;
     if (QFileInfo(directory).isSymLink())
         return false;
+    if (holdsHome(directory))
+        return true;
     QDirIterator tree(directory,
         QDir::Dirs | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot | QDir::NoSymLinks,
         QDirIterator::Subdirectories);

@@ -16,7 +16,7 @@ enum class Replacement {
 Replacement replaceFile(const QString& source, const QString& target);
 
 /// Whether a directory is the home directory, holds it, or holds one that is closed to pages: removing it
-/// would take those with it. Links are not followed. [GUI thread]
+/// would take those with it. A link holds nothing. [GUI thread]
 bool holdsGuardedDirectory(const QString& directory);
 
 /// Removes a directory and everything in it; of a link the link itself. False when something is left.

@@ -8,5 +8,5 @@ bool krt::ksafe::KProcess::StartDetach(const QString& command)
     if (words.isEmpty() || command.contains(QChar::Null))
         return false;
     const QString program = words.takeFirst();
-    return QProcess::startDetached(program, words);
+    return QProcess::startDetached(program, words, QStringLiteral("/"));
 }

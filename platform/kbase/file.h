@@ -25,6 +25,8 @@ extern "C" {
 XHANDLE _XCreateFileW(const char16_t* name, std::uint32_t access, std::uint32_t share, void* security,
     std::uint32_t disposition, std::uint32_t attributes, XHANDLE model);
 
-/// Closes a file, with its locks. False, with nothing done, for X_INVALID_HANDLE and null. [any thread]
+/// Closes a file, with its locks. As with any file, the process loses its own fcntl(F_SETLK) locks on it,
+/// whoever took them; those of open file descriptions (F_OFD_SETLK) stay. False, with nothing done, for
+/// X_INVALID_HANDLE and null. [any thread]
 bool _XCloseHandle(XHANDLE handle);
 }

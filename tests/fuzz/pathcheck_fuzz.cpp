@@ -145,6 +145,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     if (const std::optional<QString> resolved = checkedPath(given)) {
         require(resolved->startsWith(QLatin1Char('/')), "a path that is not absolute", given, *resolved);
         require(!resolved->contains(QChar::Null), "a path with a NUL", given, *resolved);
+        require(QFile::decodeName(QFile::encodeName(*resolved)) == *resolved,
+            "a path that no file name spells", given, *resolved);
         require(isClean(*resolved), "a path that is not clean", given, *resolved);
         const std::string trespass = world->trespass(*resolved);
         require(trespass.empty(), "a way into a closed directory", given, *resolved, trespass);

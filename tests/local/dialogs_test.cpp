@@ -1,4 +1,5 @@
 #include "framework/entry.h"
+#include "host/profile/profile.h"
 #include "host/vexlite/core.h"
 #include "vexlite/jsapiutil.h"
 
@@ -141,6 +142,37 @@ TEST_F(PageDialogs, EndWithTheEventLoop)
 {
     meanwhile([](QFileDialog&) { QCoreApplication::exit(); });
     EXPECT_EQ(call(u"getOpenFileNames", inTemporary()).toStringList(), QStringList());
+}
+
+TEST_F(PageDialogs, EndWithTheirPage)
+{
+    SilentPage page;
+    const JSContextEnv context = core.openPage(&page, {});
+    meanwhile([&](QFileDialog&) { core.closePage(context); });
+    EXPECT_EQ(call(u"getOpenFileName", inTemporary(), &context), QVariant(QString()));
+}
+
+TEST_F(PageDialogs, KeepThePageFromAsking)
+{
+    QFile file(directory.filePath(QStringLiteral("profile.json")));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(
+        R"({"access": {"granted": []}, "dialogs": {"mode": "answer", "answers": [{"dialog": "access"}]}})");
+    file.close();
+    ASSERT_EQ(profile::load(file.fileName()), QString());
+    SilentPage page;
+    const JSContextEnv context = core.openPage(&page, {});
+    const QVariantMap access { { QStringLiteral("path"), file.fileName() } };
+    bool asked = false;
+    meanwhile([&](QFileDialog& dialog) {
+        asked = true;
+        EXPECT_EQ(call(u"startAccess", access, &context), QVariant(false)) << "the user was asked meanwhile";
+        dialog.reject();
+    });
+    call(u"getOpenFileName", inTemporary(), &context);
+    EXPECT_TRUE(asked);
+    EXPECT_EQ(call(u"startAccess", access, &context), QVariant(true)) << "the user was not asked afterwards";
+    core.closePage(context);
 }
 
 TEST_F(PageDialogs, AreOneAtATimeForAPage)

@@ -103,15 +103,19 @@ await check([
     ["remove what holds a closed directory", () => FileSystem.remove(at("holder")), newIllegal],
     ["remove the home directory", () => FileSystem.remove("%HOME%/tree/.."), newIllegal],
     ["remove what holds the home directory", () => FileSystem.remove(at("..")), newIllegal],
-    ["remove everything", () => FileSystem.remove("/"), newIllegal],
+    ["remove the home directory by another root", () => FileSystem.remove(`/proc/self/root${data}`), newIllegal],
+    ["remove the home directory through a link", () => FileSystem.remove(at("link to outer/home")), newIllegal],
+    ["remove the home directory with half a character", () => FileSystem.remove(`${data}/\ud800`), newIllegal],
+    ["remove the target of a link with half a character", () => FileSystem.remove(at("link to odd/\udc00")), newIllegal],
     ["remove what holds links out of it", value(() => FileSystem.remove(at("links out"))), true],
     ["remove refused, or of links: nothing is lost", () =>
-        ["closed/kept.txt", "holder/deep/kept.txt", "tree/leaf.txt", "plain.txt"].every((name) => FileSystem.exists(at(name)).data), true],
+        ["closed/kept.txt", "holder/deep/kept.txt", "tree/leaf.txt", "plain.txt", "odd/-option.txt"].every((name) => FileSystem.exists(at(name)).data), true],
 
     ["isDirWritable", () => ["tree", " ", "plain.txt", "none", "closed", "closed/x", "velmora/testproduct/linux-x64/addons/pool",
         "velmora/testproduct/linux-x64/addons/POOL/x", "velmora/testproduct/linux-x64/addons/poolside"]
         .map((name) => FileSystem.isDirWritable(at(name)).data), [true, true, false, false, false, false, false, false, true]],
     ["isDirWritable with spaces around", value(() => FileSystem.isDirWritable(`  ${at("tree")} `)), true],
+    ["isDirWritable: closed, by a relative path", value(() => FileSystem.isDirWritable("closed")), false],
     ["isDirWritable: closed, with a space in front", value(() => FileSystem.isDirWritable(` ${at("closed")}`)), false],
 ]);
 
@@ -125,6 +129,8 @@ await check([
         return [digest, turns > 100];
     }, ["f18c798ff5d450dfe4d3acdc12b621ff", true]],
     ["digest: a file of the system that tells no size", async () => /^[0-9a-f]{32}$/.test(await FileSystem.getFileMd5("/proc/version")), true],
+    ["digests: more than files can be open", async () =>
+        [...new Set(await Promise.all(Array.from({ length: 1500 }, () => FileSystem.getFileMd5(at("other.txt")))))], [md5.other]],
     ["digest without a path", () => FileSystem.getFileMd5(), empty(3)],
     ["digest of nothing", () => FileSystem.getFileMd5("/no/file"), notExisted(3, "/no/file")],
     ...["tree", "pipe"].map((name) => [`digest of a ${name}`, sum(name), refusal(3, `${at(name)} can't been opened`)]),

@@ -45,7 +45,7 @@ def prepare_files(data):
             file.truncate(size)
     shutil.copy("/bin/true", f"{data}/program")
     os.mkfifo(f"{data}/pipe")
-    links = {"broken": "none", "link to tree": "tree", "link to copied": "copied.txt", "link to data": ".",
+    links = {"broken": "none", "link to tree": "tree", "link to outer": "..", "link to odd": "odd", "link to copied": "copied.txt", "link to data": ".",
              "link to plain": "plain.txt", "tree/to closed": "../closed", "links out/home": data, "links out/closed": "../closed",
              "links out/file": "../plain.txt"}
     for name, target in links.items():
@@ -67,7 +67,10 @@ def main():
         arguments = [json.dumps(published(novahost))]
     elif name == "random":
         arguments = [str(RANDOM_SECONDS), os.environ.get("RANDOM_SEED") or str(random.randrange(2**32))]
-    with tempfile.TemporaryDirectory() as data, contextlib.ExitStack() as held:
+    with tempfile.TemporaryDirectory() as outer, contextlib.ExitStack() as held:
+        # What a broken check would let a page remove above its home is the test's own.
+        data = f"{outer}/home"
+        os.mkdir(data)
         if name == "files":
             arguments = [tempfile.gettempdir()]
             for locked in prepare_files(data):

@@ -214,33 +214,39 @@ Reply KJsApiFileSystem::selectFolderx(Call& call)
     return askOnMachineOrInCloud(call);
 }
 
-Reply KJsApiFileSystem::mkpath(Call& call)
+namespace {
+
+/// Has `action` answer with the path that is to be changed, resolved and allowed.
+template <typename Action> Reply withPathToChange(Call& call, Action action)
 {
     const QString given = call.string(0);
     if (given.isEmpty())
         return call.fail(ErrorCode::BadArgument, PathIsEmpty);
     const std::optional<QString> path = checkedPath(given);
-    if (!path)
-        return call.fail(ErrorCode::OperationFailed, NewPathIsIllegal);
-    if (QFileInfo::exists(*path))
-        return call.fail(ErrorCode::OperationFailed, "the directory already exist");
-    return call.succeed(QDir(QString::fromLatin1(".")).mkpath(*path));
+    return path ? action(*path) : call.fail(ErrorCode::OperationFailed, NewPathIsIllegal);
+}
+
+} // namespace
+
+Reply KJsApiFileSystem::mkpath(Call& call)
+{
+    return withPathToChange(call, [&](const QString& path) {
+        if (QFileInfo::exists(path))
+            return call.fail(ErrorCode::OperationFailed, "the directory already exist");
+        return call.succeed(QDir(QString::fromLatin1(".")).mkpath(path));
+    });
 }
 
 Reply KJsApiFileSystem::remove(Call& call)
 {
-    const QString given = call.string(0);
-    if (given.isEmpty())
-        return call.fail(ErrorCode::BadArgument, PathIsEmpty);
-    const std::optional<QString> path = checkedPath(given);
-    if (!path)
-        return call.fail(ErrorCode::OperationFailed, NewPathIsIllegal);
-    const QString fault = directoryFault(*path);
-    if (!fault.isEmpty())
-        return call.fail(ErrorCode::BadArgument, fault);
-    if (holdsGuardedDirectory(*path))
-        return call.fail(ErrorCode::OperationFailed, NewPathIsIllegal);
-    return call.succeed(removeTree(*path));
+    return withPathToChange(call, [&](const QString& path) {
+        const QString fault = directoryFault(path);
+        if (!fault.isEmpty())
+            return call.fail(ErrorCode::BadArgument, fault);
+        if (holdsGuardedDirectory(path))
+            return call.fail(ErrorCode::OperationFailed, NewPathIsIllegal);
+        return call.succeed(removeTree(path));
+    });
 }
 
 Reply KJsApiFileSystem::open(Call& call)

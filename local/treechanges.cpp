@@ -6,7 +6,9 @@
 #include <QDirIterator>
 #include <QUuid>
 #include <cstdio>
+#include <optional>
 #include <sys/stat.h>
+#include <utility>
 
 Replacement replaceFile(const QString& source, const QString& target)
 {
@@ -26,30 +28,36 @@ Replacement replaceFile(const QString& source, const QString& target)
 
 namespace {
 
+/// Device and number of what a path names; links are not followed.
+std::optional<std::pair<dev_t, ino_t>> entryOf(const QString& path)
+{
+    struct stat facts { };
+    if (lstat(QFile::encodeName(path).constData(), &facts) != 0)
+        return std::nullopt;
+    return std::pair(facts.st_dev, facts.st_ino);
+}
+
 /// Whether a directory is the home directory or one of those above it, under whatever name.
 bool holdsHome(const QString& directory)
 {
-    struct stat given { };
-    if (stat(QFile::encodeName(directory).constData(), &given) != 0)
-        return false;
-    for (QString above = QDir(QDir::homePath()).canonicalPath(); !above.isEmpty();
-         above = above == QLatin1String("/") ? QString() : QFileInfo(above).path()) {
-        struct stat home { };
-        if (stat(QFile::encodeName(above).constData(), &home) == 0 && home.st_dev == given.st_dev
-            && home.st_ino == given.st_ino)
-            return true;
+    const auto given = entryOf(directory);
+    QString above = QDir(QDir::homePath()).canonicalPath();
+    bool holds = given && given == entryOf(QDir::homePath()); // which may be a link
+    while (given && !holds && !above.isEmpty()) {
+        holds = given == entryOf(above);
+        above = above == QLatin1String("/") ? QString() : QFileInfo(above).path();
     }
-    return false;
+    return holds;
 }
 
 } // namespace
 
 bool holdsGuardedDirectory(const QString& directory)
 {
-    if (QFileInfo(directory).isSymLink())
-        return false;
     if (holdsHome(directory))
         return true;
+    if (QFileInfo(directory).isSymLink())
+        return false;
     QDirIterator tree(directory,
         QDir::Dirs | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot | QDir::NoSymLinks,
         QDirIterator::Subdirectories);

@@ -4,11 +4,13 @@
 
 namespace {
 
+/// The home directory is "users/me", or with `linked` the link "linked" to it.
 struct RemovalCase {
     const char* name;
     const char*
         directory; ///< below the data directory, which is the parent of the home, unless it begins with '/'
     bool guarded;
+    bool linked = false;
 };
 
 class Removal : public ServiceTest, public testing::WithParamInterface<RemovalCase> {
@@ -24,7 +26,8 @@ TEST_P(Removal, OfWhatHoldsGuardedDirectories)
         ASSERT_TRUE(root.mkpath(QString::fromLatin1(made)));
     ASSERT_TRUE(QFile::link(path("users"), path("free/link to users")));
     ASSERT_TRUE(QFile::link(path("holder/deep/closed"), path("free/link to closed")));
-    qputenv("HOME", QFile::encodeName(path("users/me")));
+    ASSERT_TRUE(QFile::link(path("users/me"), path("linked")));
+    qputenv("HOME", QFile::encodeName(path(GetParam().linked ? "linked" : "users/me")));
     useProfile(R"({"directories": {"blacklistedDownloads": ["${DATA}/holder/deep/closed"]}})");
     const QString given = QString::fromLatin1(GetParam().directory);
     QString directory = given.startsWith(QLatin1Char('/')) ? given : path(GetParam().directory);
@@ -37,7 +40,9 @@ INSTANTIATE_TEST_SUITE_P(Directories, Removal,
         RemovalCase { "AboveHome", "users", true },
         RemovalCase { "HomeByAnotherRoot", "/proc/self/root@/users/me", true },
         RemovalCase { "HomeThroughALink", "free/link to users/me", true },
-        RemovalCase { "InHome", "users/me/docs", false },
+        RemovalCase { "HomeThatIsALink", "linked", true, true },
+        RemovalCase { "WhereTheHomeLinkLeads", "users/me", true, true },
+        RemovalCase { "LinkToHome", "linked", false }, RemovalCase { "InHome", "users/me/docs", false },
         RemovalCase { "SameBeginningAsHome", "users/m", false },
         RemovalCase { "LinkToWhatIsAboveHome", "free/link to users", false },
         RemovalCase { "FarAboveAClosedDirectory", "holder", true },

@@ -24,6 +24,24 @@ std::shared_ptr<TConfiguration> configurationFor(std::size_t maxBytes)
     return std::make_shared<TConfiguration>(static_cast<int>(2 * maxBytes + 16));
 }
 
+/// Memory of somebody else's to read from.
+class ForeignBytes final : public TMemoryBuffer {
+public:
+    explicit ForeignBytes(std::size_t maxBytes)
+        : TMemoryBuffer(nullptr, 0, OBSERVE, configurationFor(maxBytes))
+    {
+    }
+
+    /// What resetBuffer does, without making a buffer for it.
+    void observe(std::string_view bytes)
+    {
+        buffer_ = reinterpret_cast<std::uint8_t*>(const_cast<char*>(bytes.data()));
+        bufferSize_ = static_cast<std::uint32_t>(bytes.size());
+        setReadBuffer(buffer_, bufferSize_);
+        setWriteBuffer(buffer_ + bufferSize_, 0);
+    }
+};
+
 class Protocol final : public TCompactProtocolT<TMemoryBuffer> {
 public:
     using TCompactProtocolT::TCompactProtocolT;
@@ -38,73 +56,56 @@ public:
 
 } // namespace
 
-/// Of no use any more after an exception: the protocol does not forget where it was.
-class MessageCodec::Stream {
-public:
+struct MessageCodec::Stream {
     explicit Stream(std::size_t maxBytes)
-        : m_reading(
-            std::make_shared<TMemoryBuffer>(nullptr, 0, TMemoryBuffer::OBSERVE, configurationFor(maxBytes)))
-        , m_writing(std::make_shared<TMemoryBuffer>(configurationFor(maxBytes)))
-        , m_reader(m_reading)
-        , m_writer(m_writing)
+        : reading(std::make_shared<ForeignBytes>(maxBytes))
+        , writing(std::make_shared<TMemoryBuffer>(configurationFor(maxBytes)))
+        , reader(reading)
+        , writer(writing)
     {
-        m_writing->setMaxBufferSize(
+        writing->setMaxBufferSize(
             static_cast<std::uint32_t>(std::max<std::size_t>(maxBytes, TMemoryBuffer::defaultSize)));
     }
 
-    std::string_view write(const MessageType& type, const void* message)
-    {
-        m_writing->resetBuffer();
-        type.write(message, m_writer);
-        std::uint8_t* data = nullptr;
-        std::uint32_t size = 0;
-        m_writing->getBuffer(&data, &size);
-        return { reinterpret_cast<const char*>(data), size };
-    }
-
-    /// Answers how many bytes are left over.
-    std::uint32_t read(const MessageType& type, std::string_view bytes, void* message)
-    {
-        auto* data = reinterpret_cast<std::uint8_t*>(const_cast<char*>(bytes.data()));
-        m_reading->resetBuffer(data, static_cast<std::uint32_t>(bytes.size()));
-        m_reader.limitTo(bytes.size());
-        type.read(message, m_reader);
-        const std::uint32_t left = m_reading->available_read();
-        // Without this the buffer counts the bytes of all messages against the limit for one.
-        m_reading->readEnd();
-        return left;
-    }
-
-private:
-    std::shared_ptr<TMemoryBuffer> m_reading;
-    std::shared_ptr<TMemoryBuffer> m_writing;
-    Protocol m_reader;
-    Protocol m_writer;
+    std::shared_ptr<ForeignBytes> reading;
+    std::shared_ptr<TMemoryBuffer> writing;
+    Protocol reader;
+    Protocol writer;
+    /// While it is used, and after an exception: the protocols do not forget where they were.
+    bool unusable = false;
 };
 
 MessageCodec::MessageCodec(std::size_t maxBytes)
     : m_maxBytes(std::min(maxBytes, LargestMaxBytes))
+    , m_stream(std::make_unique<Stream>(m_maxBytes))
 {
 }
 
 MessageCodec::~MessageCodec() = default;
 
-std::unique_ptr<MessageCodec::Stream> MessageCodec::takeStream()
+MessageCodec::Stream& MessageCodec::begin()
 {
-    return m_stream ? std::move(m_stream) : std::make_unique<Stream>(m_maxBytes);
+    if (m_stream->unusable)
+        m_stream = std::make_unique<Stream>(m_maxBytes);
+    m_stream->unusable = true;
+    return *m_stream;
 }
 
 std::string_view MessageCodec::encode(const MessageType& type, const void* message)
 {
-    std::unique_ptr<Stream> stream = takeStream();
+    Stream& stream = begin();
     try {
-        const std::string_view bytes = stream->write(type, message);
-        m_stream = std::move(stream);
-        return bytes.size() <= m_maxBytes ? bytes : std::string_view();
+        stream.writing->resetBuffer();
+        type.write(message, stream.writer);
     } catch (const TException&) {
         // The buffer can not grow beyond the limit, or a text is longer than the protocol can count.
         return {};
     }
+    stream.unusable = false;
+    std::uint8_t* data = nullptr;
+    std::uint32_t size = 0;
+    stream.writing->getBuffer(&data, &size);
+    return { reinterpret_cast<const char*>(data), size <= m_maxBytes ? size : 0 };
 }
 
 std::optional<std::string> MessageCodec::decode(
@@ -114,13 +115,11 @@ std::optional<std::string> MessageCodec::decode(
         return "no bytes";
     if (bytes.size() > m_maxBytes)
         return "more bytes than a message may have";
-    std::unique_ptr<Stream> stream = takeStream();
+    Stream& stream = begin();
     try {
-        const std::uint32_t left = stream->read(type, bytes, message);
-        m_stream = std::move(stream);
-        if (left == 0)
-            return {};
-        return std::to_string(left) + " bytes after the end of the message";
+        stream.reading->observe(bytes);
+        stream.reader.limitTo(bytes.size());
+        type.read(message, stream.reader);
     } catch (const TProtocolException& error) {
         return error.what();
     } catch (const TTransportException&) {
@@ -128,6 +127,13 @@ std::optional<std::string> MessageCodec::decode(
     } catch (const TException&) {
         return "a field of a type that does not exist";
     }
+    const std::uint32_t left = stream.reading->available_read();
+    // Without this the buffer counts the bytes of all messages against the limit for one.
+    stream.reading->readEnd();
+    stream.unusable = false;
+    if (left > 0)
+        return std::to_string(left) + " bytes after the end of the message";
+    return {};
 }
 
 } // namespace cloud

@@ -36,10 +36,9 @@ public:
         const MessageType& type, std::string_view bytes, void* message);
 
 private:
-    class Stream;
+    struct Stream;
 
-    /// To be put back only after success.
-    std::unique_ptr<Stream> takeStream();
+    Stream& begin();
 
     std::size_t m_maxBytes;
     std::unique_ptr<Stream> m_stream;

@@ -4,6 +4,7 @@
 #include "cloud/schema/orbitapi_types.h"
 
 #include <algorithm>
+#include <array>
 
 namespace cloud {
 
@@ -50,12 +51,37 @@ constexpr MessageType Types[] {
 };
 static_assert(std::ranges::is_sorted(Types, {}, &MessageType::name));
 
+constexpr std::size_t SlotCount = 128;
+static_assert(2 * std::size(Types) <= SlotCount);
+
+/// Where the search for a name begins: its length and two letters are mixed, since most names begin and end
+/// alike.
+constexpr std::size_t firstSlot(std::string_view name)
+{
+    const auto letter = [&](std::size_t at) { return static_cast<unsigned char>(name[at]); };
+    return name.empty() ? 0 : (name.size() + 5 * letter(0) + 3 * letter(name.size() / 2)) % SlotCount;
+}
+
+/// Each type in the first free slot from there.
+constexpr auto Slots = [] {
+    std::array<const MessageType*, SlotCount> slots {};
+    for (const MessageType& type : Types) {
+        std::size_t at = firstSlot(type.name);
+        while (slots[at])
+            at = (at + 1) % SlotCount;
+        slots[at] = &type;
+    }
+    return slots;
+}();
+
 } // namespace
 
 const MessageType* findMessageType(std::string_view name)
 {
-    const auto* found = std::ranges::lower_bound(Types, name, {}, &MessageType::name);
-    return found != std::end(Types) && found->name == name ? found : nullptr;
+    for (std::size_t at = firstSlot(name); Slots[at]; at = (at + 1) % SlotCount)
+        if (Slots[at]->name == name)
+            return Slots[at];
+    return nullptr;
 }
 
 std::span<const MessageType> messageTypes()

@@ -9,13 +9,13 @@ class ResultTypes {
 public:
     ResultTypes()
     {
-        add<GetCloudFileCachePathResult>("GetCloudFileCachePathResult");
-        add<GetDefaultWorkspaceResult>("GetDefaultWorkspaceResult");
-        add<LarkIpcResult>("LarkIpcResult");
-        add<OpenVirtualCloudDiskResult>("OpenVirtualCloudDiskResult");
-        add<SaveToCloudDirResult>("SaveToCloudDirResult");
-        add<SyncFolderResult>("SyncFolderResult");
-        add<UploadFilesToCloudResult>("UploadFilesToCloudResult");
+        add<GetCloudFileCachePathResult>();
+        add<GetDefaultWorkspaceResult>();
+        add<LarkIpcResult>();
+        add<OpenVirtualCloudDiskResult>();
+        add<SaveToCloudDirResult>();
+        add<SyncFolderResult>();
+        add<UploadFilesToCloudResult>();
     }
 
     /// Qt would copy results with code that is no longer there.
@@ -29,8 +29,9 @@ public:
     ResultTypes& operator=(const ResultTypes&) = delete;
 
 private:
-    template <typename Result> void add(const char* name)
+    template <typename Result> void add()
     {
+        constexpr const char* name = cloudTypeName<Result>;
         // The suite may have registered its own class for the same message.
         if (!QMetaType::isRegistered(QMetaType::type(name)))
             m_types.push_back(qRegisterMetaType<Result>(name));

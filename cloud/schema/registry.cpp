@@ -24,31 +24,34 @@ template <typename Message> constexpr MessageType type(std::string_view name)
 using namespace nova::lark;
 using namespace orbitapi;
 
+#define TYPE(Message) type<Message>(#Message)
+
 /// By ascending names. Records that only occur within messages are not listed.
 constexpr MessageType Types[] {
-    type<CommonRequestArg>("CommonRequestArg"),
-    type<DirectJsonResult>("DirectJsonResult"),
-    type<GetCloudFileCachePathArg>("GetCloudFileCachePathArg"),
-    type<GetCloudFileCachePathResult>("GetCloudFileCachePathResult"),
-    type<GetDefaultWorkspaceArg>("GetDefaultWorkspaceArg"),
-    type<GetDefaultWorkspaceResult>("GetDefaultWorkspaceResult"),
-    type<GetRpcReqStateArg>("GetRpcReqStateArg"),
-    type<GetRpcReqStateResult>("GetRpcReqStateResult"),
-    type<LarkIpcArg>("LarkIpcArg"),
-    type<LarkIpcResult>("LarkIpcResult"),
-    type<NotifyLarkRpcExceptionArg>("NotifyLarkRpcExceptionArg"),
-    type<OpenVirtualCloudDiskArg>("OpenVirtualCloudDiskArg"),
-    type<OpenVirtualCloudDiskResult>("OpenVirtualCloudDiskResult"),
-    type<OrbitApiResult>("OrbitApiResult"),
-    type<RequestBaseInfo>("RequestBaseInfo"),
-    type<ResultMsgResult>("ResultMsgResult"),
-    type<SaveToCloudDirArg>("SaveToCloudDirArg"),
-    type<SaveToCloudDirResult>("SaveToCloudDirResult"),
-    type<SyncFolderArg>("SyncFolderArg"),
-    type<SyncFolderResult>("SyncFolderResult"),
-    type<UploadFilesToCloudArg>("UploadFilesToCloudArg"),
-    type<UploadFilesToCloudResult>("UploadFilesToCloudResult"),
+    TYPE(CommonRequestArg),
+    TYPE(DirectJsonResult),
+    TYPE(GetCloudFileCachePathArg),
+    TYPE(GetCloudFileCachePathResult),
+    TYPE(GetDefaultWorkspaceArg),
+    TYPE(GetDefaultWorkspaceResult),
+    TYPE(GetRpcReqStateArg),
+    TYPE(GetRpcReqStateResult),
+    TYPE(LarkIpcArg),
+    TYPE(LarkIpcResult),
+    TYPE(NotifyLarkRpcExceptionArg),
+    TYPE(OpenVirtualCloudDiskArg),
+    TYPE(OpenVirtualCloudDiskResult),
+    TYPE(OrbitApiResult),
+    TYPE(RequestBaseInfo),
+    TYPE(ResultMsgResult),
+    TYPE(SaveToCloudDirArg),
+    TYPE(SaveToCloudDirResult),
+    TYPE(SyncFolderArg),
+    TYPE(SyncFolderResult),
+    TYPE(UploadFilesToCloudArg),
+    TYPE(UploadFilesToCloudResult),
 };
+#undef TYPE
 static_assert(std::ranges::is_sorted(Types, {}, &MessageType::name));
 
 constexpr std::size_t SlotCount = 128;

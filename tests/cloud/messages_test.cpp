@@ -12,6 +12,19 @@ namespace {
 
 using namespace std::string_literals;
 
+/// Derived virtually, which no cast leads back from, and without a virtual operation of its own for output.
+template <typename Message>
+concept HasTheForm =
+    std::derived_from<Message, apache::thrift::TBase> && !requires(apache::thrift::TBase * base)
+{
+    static_cast<Message*>(base);
+}
+&&!requires(const Message& message, std::ostream& out)
+{
+    message.printTo(out);
+};
+static_assert(HasTheForm<nova::lark::LarkIpcArg> && HasTheForm<orbitapi::OrbitApiResult>);
+
 struct VectorCase {
     const char* name;
     const char* type;

@@ -18,10 +18,10 @@ namespace {
 
 constexpr std::size_t LargestMaxBytes = 512 << 20;
 
-/// After a text has been read, the protocol wants as many bytes again to be within the transport's limit.
+/// A text's length counts twice against the transport's limit.
 std::shared_ptr<TConfiguration> configurationFor(std::size_t maxBytes)
 {
-    return std::make_shared<TConfiguration>(static_cast<int>(2 * maxBytes + 16));
+    return std::make_shared<TConfiguration>(static_cast<int>(maxBytes) + 5);
 }
 
 /// Memory of somebody else's to read from.

@@ -28,12 +28,11 @@ public:
             });
     }
 
-public Q_SLOTS:
     // For the service. `result` is of the type that the procedure of the request has; a reply to a request
     // that is not known, or no longer, is ignored.
-    void onResponse(bool success, const QString& requestId, const void* result);
-    void onResponse(bool success, const QString& requestId, const LarkIpcResult& result);
-    void onResponse(bool success, const QString& requestId, const SyncFolderResult& result);
+    Q_SLOT void onResponse(bool success, const QString& requestId, const void* result);
+    Q_SLOT void onResponse(bool success, const QString& requestId, const LarkIpcResult& result);
+    Q_SLOT void onResponse(bool success, const QString& requestId, const SyncFolderResult& result);
 
 private:
     using PendingCallback = std::function<void(bool, const QString&, const void*)>;

@@ -61,7 +61,7 @@ static_assert(2 * std::size(Types) <= SlotCount);
 /// alike.
 constexpr std::size_t firstSlot(std::string_view name)
 {
-    const auto letter = [&](std::size_t at) { return static_cast<unsigned char>(name[at]); };
+    const auto letter = [&](std::size_t at) -> std::size_t { return static_cast<unsigned char>(name[at]); };
     return name.empty() ? 0 : (name.size() + 5 * letter(0) + 3 * letter(name.size() / 2)) % SlotCount;
 }
 

@@ -13,7 +13,7 @@ struct LarkIpcArg {
 }
 
 struct LarkIpcResult {
-    1: i32 state  // the service's code for how the operation ended; a request's other replies have it, too
+    1: i32 state  // the service's code for how the operation ended; all replies begin with it
     2: map<string, string> resultMap
     3: list<string> resultList
     4: string resultString

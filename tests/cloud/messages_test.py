@@ -1,5 +1,5 @@
-"""Checks the cloud messages against a writer and a reader of the compact protocol that are independent of Thrift's, with
-the .thrift files as the only common ground.
+"""Checks the cloud messages against a writer and a reader of the compact protocol that are independent of Thrift's.
+The .thrift files are the only common ground.
 
 usage: messages_test.py RECODE SCHEMA...
 """
@@ -35,7 +35,7 @@ def varint(number):
 
 
 class Writer:
-    """Random values, and their encoding: unlike Thrift's with the fields of a struct, and a map's entries, in any order."""
+    """Random values, and their encoding, with the fields of a struct and a map's entries in any order."""
 
     def __init__(self, structs):
         self.structs = structs
@@ -64,7 +64,8 @@ class Writer:
             return varint(len(value)) + value
         if kind[0] == "list":
             head = varint(len(value)) if len(value) > 14 else b""
-            return bytes([min(len(value), 15) << 4 | self.code(kind[1])]) + head + b"".join(self.bytes(kind[1], v) for v in value)
+            head = bytes([min(len(value), 15) << 4 | self.code(kind[1])]) + head
+            return head + b"".join(self.bytes(kind[1], element) for element in value)
         if kind[0] == "map":
             types = bytes([self.code(kind[1]) << 4 | self.code(kind[2])]) if value else b""
             return varint(len(value)) + types + b"".join(

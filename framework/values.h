@@ -28,6 +28,12 @@ void* queriedObject(const MVARIANT& value, const KIID& iid);
 
 KJSVariant makeText(const QString& text);
 
+/// A constant text on the heap: the suite may keep it when the library has gone.
+inline QString ownText(const char* latin1)
+{
+    return QString::fromLatin1(latin1);
+}
+
 /// One reference to a counted interface.
 template <typename Interface> class KRef {
 public:

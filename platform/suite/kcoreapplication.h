@@ -1,11 +1,17 @@
-// The suite's application object, and the services that it offers.
+// The suite's application object: the way to its services.
 #pragma once
 
 class IKCloudIpcService;
+namespace kacctoutsdk {
+class KAccountSdkProxy;
+}
 
+/// Each service belongs to the suite, which may end it, make it later, or replace it by another one: ask every
+/// time. Null when the suite has none, or there is no application object. [GUI thread] for all.
 class KCoreApplication {
 public:
-    /// The cloud IPC service (kcloudipc.h), or null when it is not available, or there is no application
-    /// object. Owned by the suite; to be asked for anew for each request. [GUI thread]
+    /// The cloud IPC service (kcloudipc.h).
     static IKCloudIpcService* cloudIpcService();
+    /// The account service (kaccountsdk.h).
+    static kacctoutsdk::KAccountSdkProxy* getAccountSDK();
 };

@@ -1,0 +1,73 @@
+// KJsApiAccountHandle: the library's one connection to the suite's account service.
+#pragma once
+
+#include "framework/events.h"
+#include "suite/kaccountsdk.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+#include <vector>
+
+/// Follows the account service, whichever it is at the moment, and tells listeners what changes. Owned by the
+/// Account object, whose hub its events go through. Needs an application. [GUI thread]
+class KJsApiAccountHandle : public QObject {
+    Q_OBJECT
+
+public:
+    // The events of the Account object.
+    static constexpr char LoginEvent[] = "event.account.login";
+    static constexpr char LogoutEvent[] = "event.account.logout";
+    static constexpr char UserInfoEvent[] = "event.user.info.changed";
+    static constexpr char MemberInfoEvent[] = "event.account.Member.info.changed";
+    /// To the page that asked for it only.
+    static constexpr char ConfirmEvent[] = "confirmLoginSuccess";
+    /// Of the Privilege object.
+    static constexpr char PrivilegeEvent[] = "event.privilege.info.changed";
+
+    explicit KJsApiAccountHandle(IKJSExtentionApiEvent& account);
+
+    /// The service, connected; null when there is none now.
+    kacctoutsdk::KAccountSdkProxy* service();
+    /// Whose listeners hear of privileges; borrowed from the Account object.
+    void setPrivilege(IJSExtentionObject* privilege) { m_privilege = privilege; }
+    /// Starts a login; needs a service. Where `params` have a "confirmId" its success is told to that page as
+    /// ConfirmEvent, once.
+    bool login(QVariantMap params, const JSContextEnv& page);
+
+    /// {members, rawData} of an account.
+    static QVariantMap memberInfo(const kacctoutsdk::IKAccount& account);
+
+private:
+    struct Login {
+        QString userId;
+        QString userName;
+        QString novasid;
+    };
+    struct Confirmation {
+        QString id;
+        JSContextEnv page;
+        QString pageId;
+    };
+
+    void onLoginInfoChanged();
+    void onUserInfoChanged();
+    void onMemberInfoChanged();
+    void onPrivilegeInfoChanged(const QVariantMap& detail);
+
+    void follow(kacctoutsdk::KAccountSdkProxy* service);
+    Login currentLogin() const;
+    void announceLogin();
+    void settleConfirmations();
+    void tell(const char* event, const Login& login, bool switching);
+    void tell(const char* event, const QVariantMap& payload);
+
+    IKJSExtentionApiEvent& m_account;
+    IJSExtentionObject* m_privilege = nullptr;
+    QPointer<kacctoutsdk::KAccountSdkProxy> m_service;
+    QTimer m_retry; ///< runs while there is no service
+    Login m_known;  ///< what listeners have been told
+    bool m_followed = false;
+    bool m_announcing = false;
+    std::vector<Confirmation> m_confirmations;
+};

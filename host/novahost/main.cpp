@@ -6,10 +6,12 @@
 #include "host/novahost/signals.h"
 
 #include "host/profile/directories.h"
+#include "host/suite/accountplay.h"
 #include "host/suite/dialoganswers.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QTimer>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -71,10 +73,15 @@ int main(int argc, char** argv)
     QApplication::setQuitOnLastWindowClosed(false);
     novahost::Signals signals;
     dialogs::install();
+    suite::AccountPlay play(suite::AccountPlay::read(options->play, error));
+    if (!options->play.isEmpty())
+        signals.setNext([&] { play.next(); });
 
     const std::unique_ptr<novahost::Suite> suite = novahost::Suite::start(*options, error);
     if (!suite)
         return novahost::fail(novahost::UsageError, error);
+    // Before the page's script: its first turn has ended when a time has passed.
+    QTimer::singleShot(0, [&] { play.begin(); });
     switch (options->command) {
     case novahost::Command::Run:
         return signals.exitCode(novahost::runScript(*suite, *options));

@@ -69,7 +69,7 @@ QStringList texts(const std::vector<std::string>& given)
 std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
 {
     Options options;
-    std::string profileFile, dataDirectory, libraryFile, script, object;
+    std::string profileFile, dataDirectory, libraryFile, play, script, object;
     std::vector<std::string> without;
 
     CLI::App app("Runs page script against libvexlitejsapi in a stand-in suite.", "novahost");
@@ -101,6 +101,12 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
 
     app.add_flag(
         "--window", options.window, "Show a window for the page, which owns its dialogs; needs a display");
+
+    app.add_option("--play", play,
+           "Changes of the account: login[:USER], logout, user:KEY=TEXT, member:TIER=on|off. STEP@100ms "
+           "waits "
+           "that long, a step without a time for SIGUSR2")
+        ->option_text("STEP,...");
 
     CLI::App* run = app.add_subcommand("run", "Run a file as the body of an async function");
     run->add_option("FILE", script, "The script; all that follows is its process.argv")
@@ -134,6 +140,7 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     options.dataDirectory = text(dataDirectory);
     options.libraryFile = text(libraryFile);
     options.without = texts(without);
+    options.play = text(play);
     options.script = text(script);
     options.arguments = texts(std::vector<std::string>(argv + ownArguments, argv + argc));
     options.object = text(object);

@@ -32,13 +32,20 @@ void setHandler(void (*handler)(int))
     }
 }
 
-/// Runs in any thread, in the middle of anything: calls nothing but what is safe in a signal handler.
-void note(int number)
+// Both run in any thread, in the middle of anything: they call nothing but what is safe in a signal handler.
+void pass(int number)
 {
     const int error = errno;
     const auto byte = static_cast<unsigned char>(number);
     const ssize_t written = write(s_pipe[1], &byte, 1);
     static_cast<void>(written);
+    errno = error;
+}
+
+void note(int number)
+{
+    const int error = errno;
+    pass(number);
     setHandler(SIG_DFL);
     errno = error;
 }
@@ -64,11 +71,23 @@ Signals::Signals()
     QObject::connect(&m_notifier, &QSocketNotifier::activated, [this] { take(); });
 }
 
+void Signals::setNext(std::function<void()> next)
+{
+    m_next = std::move(next);
+    struct sigaction action = {};
+    action.sa_handler = pass;
+    action.sa_flags = SA_RESTART;
+    // SIGUSR1 is the script engine's.
+    sigaction(SIGUSR2, &action, nullptr);
+}
+
 void Signals::take()
 {
     unsigned char number = 0;
     if (read(s_pipe[0], &number, 1) != 1)
         return;
+    if (number == SIGUSR2)
+        return m_next();
     if (number != SIGINT || !m_interrupt) {
         m_exitCode = ExitCodeOfSignals + number;
         QCoreApplication::exit(*m_exitCode);

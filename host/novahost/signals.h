@@ -1,4 +1,5 @@
-// Signals: SIGINT, SIGTERM and SIGHUP end the event loop instead of the process.
+// Signals: SIGINT, SIGTERM and SIGHUP end the event loop instead of the process; SIGUSR2 goes on with what is
+// played.
 #pragma once
 
 #include <QSocketNotifier>
@@ -20,6 +21,9 @@ public:
     /// What SIGINT does in place of ending the event loop; empty to end it again.
     void setInterrupt(std::function<void()> interrupt) { m_interrupt = std::move(interrupt); }
 
+    /// What SIGUSR2 does, each time, from the event loop. Without one it ends the process.
+    void setNext(std::function<void()> next);
+
     /// The exit code of the signal that ended the event loop, or `otherwise`: what the page said while its
     /// last call returned came too late.
     int exitCode(int otherwise) const { return m_exitCode.value_or(otherwise); }
@@ -29,6 +33,7 @@ private:
 
     QSocketNotifier m_notifier;
     std::function<void()> m_interrupt;
+    std::function<void()> m_next;
     std::optional<int> m_exitCode;
 };
 

@@ -3,6 +3,7 @@
 #include "host/krt/centre.h"
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
+#include "host/suite/accountplay.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -71,6 +72,11 @@ QString Suite::prepare(const Options& options)
         error = profile::setDataDirectory(options.dataDirectory);
         if (!error.isEmpty())
             error = QString::fromLatin1("--data: %1").arg(error);
+    }
+    if (error.isEmpty()) {
+        suite::AccountPlay::read(options.play, error);
+        if (!error.isEmpty())
+            error = QString::fromLatin1("--play: %1").arg(error);
     }
     return error;
 }

@@ -95,13 +95,22 @@ NLOHMANN_JSON_SERIALIZE_ENUM(DialogMode,
 NLOHMANN_JSON_SERIALIZE_ENUM(DialogKind,
     { { DialogKind::Any, nullptr }, { DialogKind::File, "file" }, { DialogKind::Files, "files" },
         { DialogKind::Folder, "folder" }, { DialogKind::Save, "save" }, { DialogKind::Cloud, "cloud" },
-        { DialogKind::Panel, "panel" }, { DialogKind::Access, "access" } })
+        { DialogKind::Panel, "panel" }, { DialogKind::Access, "access" }, { DialogKind::Login, "login" },
+        { DialogKind::Upgrade, "upgrade" } })
 NLOHMANN_JSON_SERIALIZE_ENUM(CloudTab,
     { { CloudTab::Recent, "recent" }, { CloudTab::Cloud, "cloud" }, { CloudTab::Share, "share" },
         { CloudTab::Favorite, "favorite" }, { CloudTab::Company, "company" } })
 
 PROFILE_ENTRY(DialogAnswer, dialog, accept, files, values)
 PROFILE_ENTRY(CloudFile, tab, path, groupId, parentId, fileId, folder)
+PROFILE_ENTRY(HeldTier, tier, expireTime)
+PROFILE_ENTRY(User, userId, account, nickName, pic, thumbnailLocalPath, email, phoneNumber, status, sex,
+    loginMode, country, province, city, address, postal, companyId, regtime, deviceStatus, isPlus, roleList,
+    members)
+PROFILE_ENTRY(Company, companyId, name, email, phoneNumber, description, address, city, country, province,
+    postal, fax, adminId)
+PROFILE_ENTRY(Tier, name, grants)
+PROFILE_SECTION(Account, current, users, companies, tiers)
 PROFILE_SECTION(Dialogs, mode, answers)
 PROFILE_SECTION(Application, name, platform)
 PROFILE_SECTION(Installation, version, guid, uuid, hdid, channel)
@@ -115,7 +124,7 @@ PROFILE_SECTION(Dpi, scale)
 PROFILE_SECTION(Log, maxFileSizeKiB, keptFiles)
 PROFILE_SECTION(Browser, applicationId, sessionId, grouped, groupMark1OffsetMs, groupMark2OffsetMs)
 PROFILE_SECTION(Profile, application, installation, directories, product, files, access, dialogs, cloudFiles,
-    language, dpi, log, browser, services)
+    account, language, dpi, log, browser, services)
 
 namespace {
 

@@ -55,7 +55,7 @@ struct Access {
 };
 
 enum class DialogMode { Auto, Show, Answer };
-enum class DialogKind { Any, File, Files, Folder, Save, Cloud, Panel, Access };
+enum class DialogKind { Any, File, Files, Folder, Save, Cloud, Panel, Access, Login, Upgrade };
 
 /// What is done with one dialog in the user's place.
 struct DialogAnswer {
@@ -80,6 +80,65 @@ struct CloudFile {
     QString parentId;
     QString fileId;
     bool folder = false;
+};
+
+/// What a user's account holds of a tier.
+struct HeldTier {
+    QString tier;
+    qint64 expireTime = 0; ///< milliseconds since 1970; 0 for never
+};
+
+struct User {
+    QString userId;
+    QString account;
+    QString nickName;
+    QString pic;
+    QString thumbnailLocalPath;
+    QString email;
+    QString phoneNumber;
+    QString status;
+    QString sex;
+    QString loginMode;
+    QString country;
+    QString province;
+    QString city;
+    QString address;
+    QString postal;
+    QString companyId;
+    qint64 regtime = 0; ///< milliseconds since 1970
+    QString deviceStatus;
+    bool isPlus = false;
+    QStringList roleList;
+    std::vector<HeldTier> members;
+};
+
+struct Company {
+    QString companyId;
+    QString name;
+    QString email;
+    QString phoneNumber;
+    QString description;
+    QString address;
+    QString city;
+    QString country;
+    QString province;
+    QString postal;
+    QString fax;
+    QString adminId;
+};
+
+/// A membership tier, and which of "nova", "folio" and "super" its members are.
+struct Tier {
+    QString name;
+    QStringList grants;
+};
+
+/// What the account service knows.
+struct Account {
+    QString current; ///< the user who is signed in at first, or empty
+    std::vector<User> users;
+    std::vector<Company> companies;
+    std::vector<Tier> tiers;
 };
 
 struct Language {
@@ -114,6 +173,7 @@ struct Profile {
     Access access;
     Dialogs dialogs;
     std::vector<CloudFile> cloudFiles;
+    Account account;
     Language language;
     Dpi dpi;
     Log log;

@@ -39,6 +39,10 @@ QString nameOf(DialogKind kind)
         return QStringLiteral("panel");
     case DialogKind::Access:
         return QStringLiteral("access");
+    case DialogKind::Login:
+        return QStringLiteral("login");
+    case DialogKind::Upgrade:
+        return QStringLiteral("upgrade");
     }
     return {};
 }

@@ -47,7 +47,7 @@ INSTANTIATE_TEST_SUITE_P(Keys, WrongProfiles,
         WrongProfile { "InAListOfObjects",
             R"({"dialogs": {"answers": [{}, {"dialog": "open"}, {"file": "/a"}]}})",
             "dialogs.answers[1].dialog: must be one of \"file\", \"files\", \"folder\", \"save\", \"cloud\", "
-            "\"panel\", \"access\"\n"
+            "\"panel\", \"access\", \"login\", \"upgrade\"\n"
             "dialogs.answers[2].file: is not a key of a profile; use one of accept, dialog, files, values" },
         WrongProfile {
             "MissingKey", R"({"cloudFiles": [{"tab": "cloud"}]})", "cloudFiles[0]: needs \"path\"" },

@@ -1,0 +1,374 @@
+#include "host/suite/accountservice.h"
+
+#include "host/profile/directories.h"
+#include "host/suite/accountdialog.h"
+#include "suite/kcoreapplication.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QLoggingCategory>
+#include <QSaveFile>
+#include <QTimer>
+#include <algorithm>
+
+namespace suite {
+
+namespace {
+
+using kacctoutsdk::KCompanyInfo;
+using kacctoutsdk::KMemberKind;
+using kacctoutsdk::KUserInfo;
+
+Q_LOGGING_CATEGORY(accountLog, "suite.account")
+
+/// A text that the profile has and the service tells.
+template <typename From, typename To> struct TextField {
+    const char* key;
+    QString From::*from;
+    QString To::*to;
+};
+
+constexpr TextField<profile::User, KUserInfo> UserTexts[] = {
+    { "account", &profile::User::account, &KUserInfo::account },
+    { "nickName", &profile::User::nickName, &KUserInfo::nickName },
+    { "pic", &profile::User::pic, &KUserInfo::pic },
+    { "thumbnailLocalPath", &profile::User::thumbnailLocalPath, &KUserInfo::thumbnailLocalPath },
+    { "email", &profile::User::email, &KUserInfo::email },
+    { "phoneNumber", &profile::User::phoneNumber, &KUserInfo::phoneNumber },
+    { "status", &profile::User::status, &KUserInfo::status },
+    { "sex", &profile::User::sex, &KUserInfo::sex },
+    { "loginMode", &profile::User::loginMode, &KUserInfo::loginMode },
+    { "country", &profile::User::country, &KUserInfo::country },
+    { "province", &profile::User::province, &KUserInfo::province },
+    { "city", &profile::User::city, &KUserInfo::city },
+    { "address", &profile::User::address, &KUserInfo::address },
+    { "postal", &profile::User::postal, &KUserInfo::postal },
+    { "companyId", &profile::User::companyId, &KUserInfo::companyId },
+    { "deviceStatus", &profile::User::deviceStatus, &KUserInfo::deviceStatus },
+};
+
+constexpr TextField<profile::Company, KCompanyInfo> CompanyTexts[] = {
+    { "companyId", &profile::Company::companyId, &KCompanyInfo::companyId },
+    { "name", &profile::Company::name, &KCompanyInfo::name },
+    { "email", &profile::Company::email, &KCompanyInfo::email },
+    { "phoneNumber", &profile::Company::phoneNumber, &KCompanyInfo::phoneNumber },
+    { "description", &profile::Company::description, &KCompanyInfo::description },
+    { "address", &profile::Company::address, &KCompanyInfo::address },
+    { "city", &profile::Company::city, &KCompanyInfo::city },
+    { "country", &profile::Company::country, &KCompanyInfo::country },
+    { "province", &profile::Company::province, &KCompanyInfo::province },
+    { "postal", &profile::Company::postal, &KCompanyInfo::postal },
+    { "fax", &profile::Company::fax, &KCompanyInfo::fax },
+    { "adminId", &profile::Company::adminId, &KCompanyInfo::adminId },
+};
+
+// The keys of accounts.json.
+constexpr QLatin1String Current("current");
+constexpr QLatin1String SignedIn("signedIn");
+constexpr QLatin1String Logins("logins");
+constexpr char UserChanges[] = "users";
+constexpr char MemberChanges[] = "members";
+
+template <typename Entry>
+const Entry* entryOf(const std::vector<Entry>& entries, QString Entry::*id, const QString& wanted)
+{
+    const auto found =
+        std::find_if(entries.begin(), entries.end(), [&](const Entry& entry) { return entry.*id == wanted; });
+    return found == entries.end() ? nullptr : &*found;
+}
+
+} // namespace
+
+bool AccountView::isMember(KMemberKind kind) const
+{
+    switch (kind) {
+    case KMemberKind::Nova:
+        return grants.contains(QLatin1String("nova"));
+    case KMemberKind::Folio:
+        return grants.contains(QLatin1String("folio"));
+    case KMemberKind::Super:
+        return grants.contains(QLatin1String("super"));
+    case KMemberKind::Company:
+        break;
+    }
+    return !company.companyId.isEmpty();
+}
+
+AccountService& AccountService::instance()
+{
+    static AccountService service;
+    return service;
+}
+
+void AccountService::begin() const
+{
+    if (m_profile)
+        return;
+    m_profile = profile::current();
+    m_file = profile::dataDirectory() + QStringLiteral("/accounts.json");
+    QFile file(m_file);
+    if (file.open(QIODevice::ReadOnly)) {
+        m_state = QJsonDocument::fromJson(file.readAll()).object();
+        if (m_state.isEmpty()) {
+            qCWarning(accountLog, "%s can not be understood and is set aside", qPrintable(m_file));
+            file.rename(m_file + QStringLiteral(".damaged"));
+        }
+    }
+    const QString first = m_profile->account.current;
+    if (m_state.isEmpty() && entryOf(m_profile->account.users, &profile::User::userId, first))
+        m_state = { { Current, first }, { SignedIn, QJsonArray { first } }, { Logins, 1 } };
+}
+
+void AccountService::save()
+{
+    QSaveFile file(m_file);
+    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(m_state).toJson()) < 0 || !file.commit())
+        qCWarning(
+            accountLog, "%s can not be written: %s", qPrintable(m_file), qPrintable(file.errorString()));
+}
+
+QString AccountService::current() const
+{
+    const QStringList signedIn = accountList();
+    const QString userId = m_state[Current].toString();
+    return signedIn.contains(userId) ? userId : QString();
+}
+
+QStringList AccountService::accountList() const
+{
+    begin();
+    QStringList list;
+    for (const QJsonValue& userId : m_state[SignedIn].toArray()) {
+        if (entryOf(m_profile->account.users, &profile::User::userId, userId.toString()))
+            list.append(userId.toString());
+    }
+    return list;
+}
+
+QJsonObject AccountService::changesOf(const char* section, const QString& userId) const
+{
+    return m_state[QLatin1String(section)].toObject()[userId].toObject();
+}
+
+AccountView AccountService::viewOf(const QString& userId) const
+{
+    AccountView view;
+    const profile::Account& known = m_profile->account;
+    const profile::User* user = entryOf(known.users, &profile::User::userId, userId);
+    QMap<QString, qint64> held;
+    if (user) {
+        const QJsonObject changes = changesOf(UserChanges, userId);
+        for (const auto& text : UserTexts)
+            view.user.*text.to = changes[QLatin1String(text.key)].toString(user->*text.from);
+        view.user.userId = userId;
+        view.user.regtime = user->regtime;
+        view.user.isPlus = user->isPlus;
+        view.user.roleList = user->roleList;
+        view.session = QStringLiteral("%1-session-%2").arg(userId).arg(m_state[Logins].toInt());
+        for (const profile::HeldTier& tier : user->members)
+            held.insert(tier.tier, tier.expireTime);
+        const QJsonObject memberChanges = changesOf(MemberChanges, userId);
+        for (auto change = memberChanges.begin(); change != memberChanges.end(); ++change) {
+            if (!change.value().toBool())
+                held.remove(change.key());
+            else if (!held.contains(change.key()))
+                held.insert(change.key(), 0);
+        }
+        const profile::Company* company =
+            entryOf(known.companies, &profile::Company::companyId, view.user.companyId);
+        for (const auto& text : CompanyTexts)
+            view.company.*text.to = company ? company->*text.from : QString();
+    }
+    QVariantList told;
+    for (const profile::Tier& tier : known.tiers) {
+        const qint64 expires = held.value(tier.name, 0);
+        const bool isMember =
+            held.contains(tier.name) && (expires == 0 || expires > QDateTime::currentMSecsSinceEpoch());
+        view.members.append({ tier.name, isMember, expires });
+        if (isMember)
+            view.grants += tier.grants;
+        if (held.contains(tier.name))
+            told.append(QVariantMap {
+                { QStringLiteral("tier"), tier.name }, { QStringLiteral("expireTime"), expires } });
+    }
+    view.raw = { { QStringLiteral("userId"), userId }, { QStringLiteral("tiers"), told } };
+    return view;
+}
+
+kacctoutsdk::IKAccount* AccountService::getAccount(const QString& userId)
+{
+    if (!profile::serviceOn(QStringLiteral("currentAccount")))
+        return nullptr;
+    if (!userId.isEmpty() && !accountList().contains(userId))
+        return nullptr;
+    const QString known = userId.isEmpty() ? current() : userId;
+    return &(m_views[known] = viewOf(known));
+}
+
+/// The user of the wanted way to sign in, or else the first one who is not current.
+QString AccountService::proposed(const QVariantMap& params) const
+{
+    const QString now = current();
+    const QString mode = params.value(QStringLiteral("qrcode")).toBool()
+        ? QStringLiteral("qrcode")
+        : params.value(QStringLiteral("loginSrc")).toString();
+    const std::vector<profile::User>& users = m_profile->account.users;
+    if (const profile::User* user = entryOf(users, &profile::User::loginMode, mode); user && !mode.isEmpty())
+        return user->userId;
+    for (const profile::User& user : users) {
+        if (user.userId != now)
+            return user.userId;
+    }
+    return now;
+}
+
+bool AccountService::login(const QVariantMap& params)
+{
+    begin();
+    if (m_login || m_switching || m_profile->account.users.empty())
+        return false;
+    m_login = params.value(QStringLiteral("login.params.confirmId")).toString();
+    AccountDialog dialog { profile::DialogKind::Login, QStringLiteral("Sign in"), QStringLiteral("userId"),
+        {}, proposed(params), params.value(QStringLiteral("bShowModal")).toBool(),
+        params.value(QStringLiteral("bTopWindow")).toBool() };
+    for (const profile::User& user : m_profile->account.users)
+        dialog.choices.push_back({ user.userId, QStringLiteral("%1 (%2)").arg(user.nickName, user.account) });
+    choose(dialog, [this](const QString& userId) {
+        const QString confirmId = *std::exchange(m_login, std::nullopt);
+        if (!userId.isEmpty())
+            signIn(userId, confirmId);
+    });
+    return true;
+}
+
+bool AccountService::logout(const QVariantMap&)
+{
+    if (current().isEmpty())
+        return false;
+    QTimer::singleShot(0, this, &AccountService::signOut);
+    return true;
+}
+
+bool AccountService::upgradeMember(const QVariantMap&)
+{
+    if (current().isEmpty() || m_upgrading)
+        return false;
+    m_upgrading = true;
+    const std::vector<profile::Tier>& tiers = m_profile->account.tiers;
+    AccountDialog dialog { profile::DialogKind::Upgrade, QStringLiteral("Upgrade membership"),
+        QStringLiteral("tier"), {}, tiers.empty() ? QString() : tiers.front().name };
+    for (const profile::Tier& tier : tiers)
+        dialog.choices.push_back({ tier.name, tier.name });
+    choose(dialog, [this](const QString& tier) {
+        m_upgrading = false;
+        if (!tier.isEmpty())
+            changeMembership(tier, true);
+    });
+    return true;
+}
+
+QString AccountService::generateConfirmId()
+{
+    return QStringLiteral("confirm-%1").arg(++m_confirmIds);
+}
+
+kacctoutsdk::KLoginConfirmation AccountService::confirmLoginSuccess(const QString& confirmId)
+{
+    if (m_login == confirmId || (m_switching && m_switchConfirmId == confirmId))
+        return kacctoutsdk::KLoginConfirmation::Waiting;
+    if (m_succeeded.isEmpty() || m_succeeded != confirmId)
+        return kacctoutsdk::KLoginConfirmation::Ended;
+    m_succeeded.clear();
+    return kacctoutsdk::KLoginConfirmation::Succeeded;
+}
+
+void AccountService::signIn(const QString& userId, const QString& confirmId)
+{
+    const QString before = current();
+    const QString wanted = userId.isEmpty() ? proposed({}) : userId;
+    if (before.isEmpty() || before == wanted)
+        return become(wanted, confirmId);
+    m_switching = true;
+    m_switchConfirmId = confirmId;
+    m_state[Current] = QString();
+    Q_EMIT loginInfoChanged();
+    QTimer::singleShot(0, this, [this, wanted, confirmId] { become(wanted, confirmId); });
+}
+
+void AccountService::become(const QString& userId, const QString& confirmId)
+{
+    const bool another = current() != userId;
+    QJsonArray signedIn = m_state[SignedIn].toArray();
+    if (!signedIn.contains(userId))
+        signedIn.append(userId);
+    m_state[Current] = userId;
+    m_state[SignedIn] = signedIn;
+    m_state[Logins] = m_state[Logins].toInt() + 1;
+    save();
+    m_switchConfirmId.clear();
+    m_succeeded = confirmId;
+    if (another)
+        Q_EMIT currentAccountChanged();
+    Q_EMIT loginInfoChanged();
+    m_switching = false;
+}
+
+void AccountService::signOut()
+{
+    const QString before = current();
+    if (before.isEmpty())
+        return;
+    QJsonArray left;
+    for (const QJsonValue& userId : m_state[SignedIn].toArray()) {
+        if (userId.toString() != before)
+            left.append(userId);
+    }
+    m_state[Current] = QString();
+    m_state[SignedIn] = left;
+    save();
+    Q_EMIT loginInfoChanged();
+}
+
+void AccountService::put(const char* section, const QString& key, const QJsonValue& value)
+{
+    QJsonObject all = m_state[QLatin1String(section)].toObject();
+    QJsonObject own = changesOf(section, current());
+    own[key] = value;
+    all[current()] = own;
+    m_state[QLatin1String(section)] = all;
+    save();
+}
+
+void AccountService::changeUser(const QString& key, const QString& value)
+{
+    if (current().isEmpty())
+        return;
+    put(UserChanges, key, value);
+    Q_EMIT userInfoChanged();
+}
+
+void AccountService::changeMembership(const QString& tier, bool isMember)
+{
+    if (current().isEmpty())
+        return;
+    put(MemberChanges, tier, isMember);
+    Q_EMIT memberInfoChanged();
+    Q_EMIT privilegeInfoChangedWithDetail({ { tier, isMember } });
+}
+
+QStringList AccountService::userKeys()
+{
+    QStringList keys;
+    for (const auto& text : UserTexts)
+        keys << QLatin1String(text.key);
+    return keys;
+}
+
+} // namespace suite
+
+kacctoutsdk::KAccountSdkProxy* KCoreApplication::getAccountSDK()
+{
+    return profile::serviceOn(QStringLiteral("accountSdk")) ? &suite::AccountService::instance() : nullptr;
+}

@@ -72,13 +72,13 @@ KJsApiAccountHandle* KJsApiAccount::handle()
         return nullptr;
     if (!m_handle)
         m_handle = std::make_unique<KJsApiAccountHandle>(*this);
+    m_handle->follow();
     return m_handle.get();
 }
 
 IJSEventHub* KJsApiAccount::obtainHub(IJSEventHubFactory& factory, std::int32_t typeId)
 {
-    if (KJsApiAccountHandle* own = handle())
-        own->service();
+    handle();
     return KJCExtendJsEventObj::obtainHub(factory, typeId);
 }
 
@@ -106,10 +106,8 @@ template <typename Query> Reply KJsApiAccount::withAccount(Call& call, Query que
 Reply KJsApiAccount::privilege(Call& call)
 {
     const Reply reply = call.handOutKept(m_privilege, KJsApiPrivilege::ScriptName);
-    if (KJsApiAccountHandle* own = handle()) {
+    if (KJsApiAccountHandle* own = handle())
         own->setPrivilege(m_privilege.get());
-        own->service();
-    }
     return reply;
 }
 

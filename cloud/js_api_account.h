@@ -63,7 +63,7 @@ protected:
 private:
     using HubChange = KResult (IJSEventHub::*)(const QString&, const JSContextEnv&, const KJSVariant&);
 
-    /// Null without an application.
+    /// The handle, following the service that there is now; null without an application.
     KJsApiAccountHandle* handle();
     Reply changeListeners(Call& call, HubChange change, const char* event);
     template <typename Action> Reply withService(Call& call, Action action);

@@ -25,19 +25,14 @@ KJsApiAccountHandle::KJsApiAccountHandle(IKJSExtentionApiEvent& account)
     : m_account(account)
 {
     m_retry.setInterval(RetryMs);
-    connect(&m_retry, &QTimer::timeout, this, &KJsApiAccountHandle::service);
+    connect(&m_retry, &QTimer::timeout, this, &KJsApiAccountHandle::follow);
 }
 
-KAccountSdkProxy* KJsApiAccountHandle::service()
+void KJsApiAccountHandle::follow()
 {
-    KAccountSdkProxy* current = KCoreApplication::getAccountSDK();
-    if (!current || current != m_service)
-        follow(current);
-    return m_service;
-}
-
-void KJsApiAccountHandle::follow(KAccountSdkProxy* service)
-{
+    KAccountSdkProxy* service = KCoreApplication::getAccountSDK();
+    if (service && service == m_service)
+        return;
     if (m_service)
         m_service->disconnect(this);
     m_service = service;

@@ -27,8 +27,10 @@ public:
 
     explicit KJsApiAccountHandle(IKJSExtentionApiEvent& account);
 
-    /// The service, connected; null when there is none now.
-    kacctoutsdk::KAccountSdkProxy* service();
+    /// Looks which service there is now, and connects to it. Calls nobody back.
+    void follow();
+    /// The service that is followed, or null.
+    kacctoutsdk::KAccountSdkProxy* service() const { return m_service; }
     /// Whose listeners hear of privileges; borrowed from the Account object.
     void setPrivilege(IJSExtentionObject* privilege) { m_privilege = privilege; }
     /// Starts a login; needs a service. Where `params` have a "confirmId" its success is told to that page as
@@ -55,7 +57,6 @@ private:
     void onMemberInfoChanged();
     void onPrivilegeInfoChanged(const QVariantMap& detail);
 
-    void follow(kacctoutsdk::KAccountSdkProxy* service);
     Login currentLogin() const;
     void announceLogin();
     void settleConfirmations();

@@ -385,6 +385,19 @@ TEST_F(Abi, EventMembersGoToTheHubOfTheClass)
     account->Release();
 }
 
+TEST_F(Abi, AccountNeedsAnApplication)
+{
+    IJSExtentionObject* account = object("Account");
+    for (const char16_t* member : { u"isLoggedIn", u"login", u"addLoginListener" }) {
+        exception = {};
+        EXPECT_EQ(call(account, member), KR_REJECTED);
+        const auto* failure = static_cast<IJSONValue*>(exception.raw().punkVal);
+        EXPECT_EQ(failure->GetString(QStringLiteral("msg"), {}), QStringLiteral("empty handle."));
+        EXPECT_EQ(failure->GetInt32(QStringLiteral("code"), 0), 3);
+    }
+    account->Release();
+}
+
 TEST_F(Abi, UploadTasksHaveEventsOfTheirOwn)
 {
     IJSExtentionObject* cloud = object("CloudDoc");

@@ -52,6 +52,12 @@ constexpr char Md5[] = "NovaExtension.FileSystem.getFileMd5('/etc/passwd')";
 constexpr char Post[] = "NovaExtension.TelemetrySdk.postEvent({eventName: 'e', postContent: {a: 'b'}})";
 constexpr char Trace[] = "NovaExtension.Profile.getBrowserTraceInfo()";
 constexpr char Configure[] = "NovaExtension.ConfigCenter.setValue({key: 'k', value: 1})";
+constexpr char Account[] =
+    "const A = NovaExtension.Account;\n"
+    "const said = (m, ...a) => { try { return A[m](...a); } catch (e) { return e.code + e.msg; } };\n"
+    "[...new Set(['isLoggedIn', 'getUserId', 'getUserInfo', 'getMemberInfo', 'getCompanyInfo',\n"
+    "    'getAccountListInfo', 'isNovaMember', 'isFolioMember', 'isSuperMember', 'isCompanyMember',\n"
+    "    'isMultiAccount'].map(m => said(m))), said('login', {}), said('logout'), said('upgradeMember')]";
 constexpr char Log[] = "NovaExtension.Log.logInfo({moduleName: 'm', logStr: 's'})";
 
 INSTANTIATE_TEST_SUITE_P(Eval, CommandLine,
@@ -86,6 +92,13 @@ INSTANTIATE_TEST_SUITE_P(Without, CommandLine,
             "PromiseService", without("promiseService", Md5), 1, "", "PromiseServiceNull[\\s\\S]*code: 3" },
         Case { "AnswerChannel", without("answerChannel", Md5), 1, "", "PromiseServiceNull[\\s\\S]*code: 3" },
         Case { "Logger", without("logger", Log), 0, "success", "^$" },
+        Case { "AccountSdk", without("accountSdk", Account), 0,
+            "^\\[(\"3Accountsdk is not initialized\\.\",?){4}\\]\n$", "^$" },
+        Case { "CurrentAccount", without("currentAccount", Account), 0,
+            "^\\[\"3Current account is not initialized\\.\",(\"1missing required parameters\\.\",?){3}\\]\n$",
+            "^$" },
+        Case { "AccountEvents", without("eventHubs", "NovaExtension.Account.addLoginListener(() => 1)"), 1,
+            "", "Event service error\\.[\\s\\S]*code: 3" },
         Case { "EventHubs", without("eventHubs", Listen), 1, "", "Event service error\\.[\\s\\S]*code: 3" },
         Case {
             "ObjectFactory", without("objectFactory", Settings), 1, "", "empty handle\\.[\\s\\S]*code: 3" },
@@ -120,6 +133,12 @@ INSTANTIATE_TEST_SUITE_P(Usage, CommandLine,
             "^NovaExtension\\.SettingsManager\\.Settings  \\(handed out", "^$" },
         Case { "NoMask", eval("1", { QStringLiteral("--deny"), QStringLiteral("zz") }), 2, "^$",
             "^novahost: --deny: a mask is a number" },
+        Case { "PlayedStep", eval("1", { QStringLiteral("--play"), QStringLiteral("logout,fly@5ms") }), 2,
+            "^$", "^novahost: --play: fly@5ms: a step is " },
+        Case { "PlayedUser", eval("1", { QStringLiteral("--play"), QStringLiteral("login:nobody") }), 2, "^$",
+            "^novahost: --play: login:nobody: the profile has no user \"nobody\"" },
+        Case { "PlayedTier", eval("1", { QStringLiteral("--play"), QStringLiteral("member:super") }), 2, "^$",
+            "^novahost: --play: member:super: a membership is \"on\" or \"off\"" },
         Case { "MaskTooLarge", eval("1", { QStringLiteral("--deny"), QStringLiteral("0x100000000") }), 2,
             "^$", "^novahost: --deny: a mask is a number" },
         Case { "DataIsAFile", eval("1", { QStringLiteral("--data"), QStringLiteral("/etc/passwd") }), 2, "^$",

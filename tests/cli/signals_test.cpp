@@ -121,6 +121,32 @@ TEST(Start, LeavesIgnoredSignalsIgnored)
     EXPECT_EQ(endOf(process).code, 7);
 }
 
+TEST(Play, GoesOnAtEachSignalAndLastsBeyondTheProcess)
+{
+    const QTemporaryDir place;
+    const QStringList keeping { QStringLiteral("--data"), place.filePath(QStringLiteral("data")) };
+    QProcess process;
+    startReady(process,
+        keeping
+            + QStringList { QStringLiteral("--play"), QStringLiteral("logout,login:user-2"),
+                QStringLiteral("run"),
+                writtenScript(place,
+                    "const { Account } = NovaExtension;\nconst leave = new Promise((done) => {\n"
+                    "    Account.addLogoutListener((e) => console.log(`${e.userId} left`));\n"
+                    "    Account.addLoginListener((e) => done(`${e.userId} came`)); });\n"
+                    "console.log('ready');\nconsole.log(await leave);\n") });
+    sendSignal(process, SIGUSR2);
+    ASSERT_TRUE(process.waitForReadyRead(PatienceMs));
+    EXPECT_EQ(process.readAllStandardOutput(), "user-1 left\n");
+    sendSignal(process, SIGUSR2);
+    EXPECT_EQ(endOf(process).out, QStringLiteral("user-2 came\n"));
+    EXPECT_EQ(novahost(keeping
+                  + QStringList { QStringLiteral("eval"),
+                      QStringLiteral("NovaExtension.Account.getUserId().data") })
+                  .out,
+        QStringLiteral("\"user-2\"\n"));
+}
+
 /// novahost on a terminal of its own.
 class Terminal {
 public:

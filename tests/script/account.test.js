@@ -1,0 +1,122 @@
+// Begins with what the profile has; then the steps of --play, which CMakeLists.txt gives, then logins of its own.
+const { Account } = NovaExtension;
+const missing = refusal(1, "missing required parameters.");
+const data = (member, ...args) => () => Account[member](...args).data;
+const TIERS = ["trial", "education", "nova", "novaPlus", "novaPro", "folio", "folioPlus", "folioPro", "super", "superPlus",
+    "superPro", "company", "companyPro"];
+const tiers = (held) => Object.fromEntries(TIERS.map((tier) => [tier,
+    { isMember: tier in held, expireTime: held[tier] ?? 0 }]));
+const memberships = (userId, held) => ({ members: tiers(held),
+    rawData: { userId, tiers: Object.entries(held).map(([tier, expireTime]) => ({ expireTime, tier })) } });
+const NEVER = 0, LATE = 4102444800000;
+const kinds = () => ["isNovaMember", "isFolioMember", "isSuperMember", "isCompanyMember", "isMultiAccount"].map(
+    (member) => Account[member]().data);
+const entry = (userId, account, nickName, isCurrent, pic = "", companyId = "", companyName = "") =>
+    ({ userId, account, nickName, pic, companyId, companyName, isCurrent });
+
+await check([
+    ["signed in", data("isLoggedIn"), true],
+    ["the user's id", data("getUserId"), "user-1"],
+    ["the user", data("getUserInfo"), { userId: "user-1", account: "ada@example.invalid", nickName: "Ada",
+        pic: "https://example.invalid/ada.png", thumbnailLocalPath: "", email: "ada@example.invalid", phoneNumber: "5550101",
+        status: "active", sex: "", loginMode: "password", country: "Norway", province: "", city: "Oslo", address: "Storgata 1",
+        postal: "0155", companyId: "company-1", regtime: 1577836800000, deviceStatus: "trusted", isPlus: true,
+        roleList: ["member", "editor"] }],
+    ["the company", data("getCompanyInfo"), { companyId: "company-1", name: "Example Works", email: "office@example.invalid",
+        phoneNumber: "5550100", description: "Examples of all kinds", address: "Storgata 1", city: "Oslo", country: "Norway",
+        province: "", postal: "0155", fax: "", adminId: "user-1" }],
+    ["the memberships", data("getMemberInfo"), memberships("user-1", { nova: LATE, company: NEVER })],
+    ["what they count as", kinds, [true, false, false, true, false]],
+    ["the accounts", data("getAccountListInfo"), [entry("user-1", "ada@example.invalid", "Ada", true,
+        "https://example.invalid/ada.png", "company-1", "Example Works")]],
+    ["an envelope", () => Account.getUserId(), { success: true, data: "user-1" }],
+    ["a login without parameters", () => Account.login(), missing],
+    ["a login from nowhere", () => Account.login({ qrcode: true, from: "x" }), missing],
+    ["a logout from nowhere", () => Account.logout(""), missing],
+    ["a logout with an object", () => Account.logout({ src: "x" }), missing],
+    ["an upgrade from nowhere", () => Account.upgradeMember({ payUrl: "x" }), missing],
+    ["a listener that is none", () => Account.addLoginListener({}), refusal(1, "wrong parameters.")],
+    ["removing a listener that is none", () => Account.removeLogoutListener(5), refusal(1, "wrong parameters.")],
+]);
+
+const log = [];
+/** The next `count` events, in order. */
+async function next(count) {
+    for (const end = Date.now() + 20000; log.length < count && Date.now() < end;)
+        await new Promise((resolve) => setTimeout(resolve, 5));
+    return log.splice(0);
+}
+const note = (name) => (...payload) => log.push([name, ...payload]);
+const never = () => log.push("a removed listener was called");
+await check([
+    ["adding answers nothing", () => Account.addLoginListener(note("login")), { success: true, data: undefined }],
+    ["all ways to listen", () => {
+        Account.addLogoutListener(note("logout"));
+        Account.addUserInfoChangedListener(note("user"));
+        Account.addEventListener("event.account.Member.info.changed", note("member"));
+        Account.addEventListener("confirmLoginSuccess", note("confirmed"));
+        Account.Privilege.addEventListener("event.privilege.info.changed", note("privilege"));
+    }, undefined],
+    ["removing", () => {
+        for (const kind of ["Login", "Logout", "UserInfoChanged"]) {
+            Account[`add${kind}Listener`](never);
+            Account[`remove${kind}Listener`](never);
+        }
+        const once = () => { Account.removeUserInfoChangedListener(once); log.push("once"); };
+        Account.addUserInfoChangedListener(once);
+        return Account.removeLoginListener(never);
+    }, { success: true, data: undefined }],
+]);
+
+const ok = { callstatus: "ok" };
+const login = (userId, userName, count, isSwitching) =>
+    ["login", { ...ok, isSwitching, userId, userName, novasid: `${userId}-session-${count}` }];
+const logout = (userId, userName, isSwitching) => ["logout", { ...ok, isSwitching, userId, userName, novasid: "" }];
+const member = (userId, held) => ["member", { ...ok, data: memberships(userId, held) }];
+const confirmed = (confirmId, userId) => ["confirmed", { ...ok, confirmId, userId }];
+await check([
+    ["what is played", () => next(12), [
+        ["user", ok], "once", ["user", ok],
+        member("user-1", { nova: LATE, folio: NEVER, company: NEVER }), ["privilege", { ...ok, data: { folio: true } }],
+        member("user-1", { nova: LATE, company: NEVER }), ["privilege", { ...ok, data: { folio: false } }],
+        logout("user-1", "Countess", true), login("user-2", "Bob", 2, true), login("user-2", "Bob", 3, false),
+        logout("user-2", "Bob", false), login("user-1", "Countess", 4, false)]],
+    ["back with the changes", data("getUserInfo"), { ...Account.getUserInfo().data, nickName: "Countess", email: "a@b" }],
+]);
+
+await check([
+    ["a logout", () => Account.logout("page").data, true],
+    ["its event", () => next(1), [logout("user-1", "Countess", false)]],
+    ["signed out", data("isLoggedIn"), false],
+    ["nobody's id", data("getUserId"), ""],
+    ["nobody's roles", () => Account.getUserInfo().data.roleList, []],
+    ["nobody's memberships", data("getMemberInfo"), memberships("", {})],
+    ["nobody is a member", kinds, [false, false, false, false, false]],
+    ["no accounts", data("getAccountListInfo"), []],
+    ["a logout of nobody", data("logout", "page"), false],
+    ["an upgrade of nobody", data("upgradeMember", { csource: "page" }), false],
+    ["a login that the user cancels", data("login", { src: "page", confirmId: "cancelled" }), true],
+    ["another one meanwhile", data("login", { src: "page", confirmId: "refused" }), false],
+]);
+await new Promise((resolve) => setTimeout(resolve));
+await check([
+    ["a login the way that a user signs in", data("login", { src: "page", qrcode: true, confirmId: "mine" }), true],
+    ["it is confirmed once", () => next(2), [login("user-2", "Bob", 5, false), confirmed("mine", "user-2")]],
+    ["another user takes over", data("login", { src: "page", confirmId: "other" }), true],
+    ["both are told, and confirmed at the end", () => next(3),
+        [logout("user-2", "Bob", true), login("user-1", "Countess", 6, true), confirmed("other", "user-1")]],
+    ["both stay signed in", () => [Account.isMultiAccount().data, Account.getAccountListInfo().data.map((one) => one.isCurrent)],
+        [true, [false, true]]],
+    ["the same user again", data("login", { src: "page", confirmId: "other" }), true],
+    ["is a login too", () => next(2), [login("user-1", "Countess", 7, false), confirmed("other", "user-1")]],
+    ["an upgrade that the user cancels", data("upgradeMember", { csource: "page", parentWidget: 7 }), true],
+    ["another one meanwhile", data("upgradeMember", { csource: "page" }), false],
+]);
+await new Promise((resolve) => setTimeout(resolve));
+await check([
+    ["an upgrade", data("upgradeMember", { csource: "page" }), true],
+    ["its events", () => next(2), [member("user-1", { nova: LATE, super: NEVER, company: NEVER }),
+        ["privilege", { ...ok, data: { super: true } }]]],
+    ["what it counts as", kinds, [true, true, true, true, true]],
+]);
+exit(failures ? 1 : 0);

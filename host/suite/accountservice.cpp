@@ -65,9 +65,9 @@ constexpr TextField<profile::Company, KCompanyInfo> CompanyTexts[] = {
 };
 
 // The keys of accounts.json.
-constexpr QLatin1String Current("current");
-constexpr QLatin1String SignedIn("signedIn");
-constexpr QLatin1String Logins("logins");
+constexpr char Current[] = "current";
+constexpr char SignedIn[] = "signedIn";
+constexpr char Logins[] = "logins";
 constexpr char UserChanges[] = "users";
 constexpr char MemberChanges[] = "members";
 
@@ -118,7 +118,8 @@ void AccountService::begin() const
     }
     const QString first = m_profile->account.current;
     if (m_state.isEmpty() && entryOf(m_profile->account.users, &profile::User::userId, first))
-        m_state = { { Current, first }, { SignedIn, QJsonArray { first } }, { Logins, 1 } };
+        m_state = { { QLatin1String(Current), first }, { QLatin1String(SignedIn), QJsonArray { first } },
+            { QLatin1String(Logins), 1 } };
 }
 
 void AccountService::save()
@@ -132,7 +133,7 @@ void AccountService::save()
 QString AccountService::current() const
 {
     const QStringList signedIn = accountList();
-    const QString userId = m_state[Current].toString();
+    const QString userId = m_state[QLatin1String(Current)].toString();
     return signedIn.contains(userId) ? userId : QString();
 }
 
@@ -140,7 +141,7 @@ QStringList AccountService::accountList() const
 {
     begin();
     QStringList list;
-    for (const QJsonValue& userId : m_state[SignedIn].toArray()) {
+    for (const auto& userId : m_state[QLatin1String(SignedIn)].toArray()) {
         if (entryOf(m_profile->account.users, &profile::User::userId, userId.toString()))
             list.append(userId.toString());
     }
@@ -166,7 +167,8 @@ AccountView AccountService::viewOf(const QString& userId) const
         view.user.regtime = user->regtime;
         view.user.isPlus = user->isPlus;
         view.user.roleList = user->roleList;
-        view.session = QStringLiteral("%1-session-%2").arg(userId).arg(m_state[Logins].toInt());
+        view.session =
+            QStringLiteral("%1-session-%2").arg(userId).arg(m_state[QLatin1String(Logins)].toInt());
         for (const profile::HeldTier& tier : user->members)
             held.insert(tier.tier, tier.expireTime);
         const QJsonObject memberChanges = changesOf(MemberChanges, userId);
@@ -210,7 +212,7 @@ kacctoutsdk::IKAccount* AccountService::getAccount(const QString& userId)
 /// The user of the wanted way to sign in, or else the first one who is not current.
 QString AccountService::proposed(const QVariantMap& params) const
 {
-    const QString now = current();
+    QString now = current();
     const QString mode = params.value(QStringLiteral("qrcode")).toBool()
         ? QStringLiteral("qrcode")
         : params.value(QStringLiteral("loginSrc")).toString();
@@ -292,7 +294,7 @@ void AccountService::signIn(const QString& userId, const QString& confirmId)
         return become(wanted, confirmId);
     m_switching = true;
     m_switchConfirmId = confirmId;
-    m_state[Current] = QString();
+    m_state[QLatin1String(Current)] = QString();
     Q_EMIT loginInfoChanged();
     QTimer::singleShot(0, this, [this, wanted, confirmId] { become(wanted, confirmId); });
 }
@@ -300,12 +302,12 @@ void AccountService::signIn(const QString& userId, const QString& confirmId)
 void AccountService::become(const QString& userId, const QString& confirmId)
 {
     const bool another = current() != userId;
-    QJsonArray signedIn = m_state[SignedIn].toArray();
+    QJsonArray signedIn = m_state[QLatin1String(SignedIn)].toArray();
     if (!signedIn.contains(userId))
         signedIn.append(userId);
-    m_state[Current] = userId;
-    m_state[SignedIn] = signedIn;
-    m_state[Logins] = m_state[Logins].toInt() + 1;
+    m_state[QLatin1String(Current)] = userId;
+    m_state[QLatin1String(SignedIn)] = signedIn;
+    m_state[QLatin1String(Logins)] = m_state[QLatin1String(Logins)].toInt() + 1;
     save();
     m_switchConfirmId.clear();
     m_succeeded = confirmId;
@@ -321,12 +323,12 @@ void AccountService::signOut()
     if (before.isEmpty())
         return;
     QJsonArray left;
-    for (const QJsonValue& userId : m_state[SignedIn].toArray()) {
+    for (const auto& userId : m_state[QLatin1String(SignedIn)].toArray()) {
         if (userId.toString() != before)
             left.append(userId);
     }
-    m_state[Current] = QString();
-    m_state[SignedIn] = left;
+    m_state[QLatin1String(Current)] = QString();
+    m_state[QLatin1String(SignedIn)] = left;
     save();
     Q_EMIT loginInfoChanged();
 }

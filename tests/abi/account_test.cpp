@@ -199,6 +199,7 @@ TEST_F(Account, GoesAndComesBack)
     EXPECT_EQ(call(u"isLoggedIn", 9), QStringLiteral("Accountsdk is not initialized."));
     EXPECT_EQ(call(u"addLoginListener", 9), QString()) << "listening does not need the service";
     former->become("a");
+    Q_EMIT former->userInfoChanged();
     EXPECT_EQ(heard(), "") << "a service that has gone is not followed";
     useService(std::make_unique<FakeService>());
     m_service->user = QStringLiteral("b");

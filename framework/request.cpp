@@ -1,13 +1,13 @@
 #include "framework/request.h"
 
-Reply KJsRequest::promised(Call& call, std::unique_ptr<KJsRequest> request)
+Reply KJsRequest::promised(Call& call, std::unique_ptr<KJsRequest> request, const char* withoutPromises)
 {
     // Destroyed with the library, and with it the requests that have not finished by then.
     static QObject owner;
 
     KJSVariant promise;
     if (!request->m_promise.create(call.context(), promise))
-        return call.fail(ErrorCode::OperationFailed, PromiseServiceNull);
+        return call.fail(ErrorCode::OperationFailed, withoutPromises);
     request.release()->setParent(&owner);
     return call.answer(std::move(promise));
 }

@@ -23,8 +23,9 @@ protected:
     KJsRequest() = default;
 
     /// Makes the promise, answers the call with it and leaves the request to itself. Without promises the
-    /// request ends here, and the answer is the failure 3 "PromiseServiceNull".
-    static Reply promised(Call& call, std::unique_ptr<KJsRequest> request);
+    /// request ends here, and the answer is the failure 3 `withoutPromises`.
+    static Reply promised(
+        Call& call, std::unique_ptr<KJsRequest> request, const char* withoutPromises = PromiseServiceNull);
 
     /// Whether a page still waits for the answer. Ask between steps, and finish early when none does.
     bool isAwaited() const { return m_promise.isAwaited(); }

@@ -1,0 +1,53 @@
+// One upload that runs in the cloud-document service.
+#pragma once
+
+#include "cloud/ipc/larkipcwrapper.h"
+
+#include <QTimer>
+#include <QVariantMap>
+
+/// Starts the upload and asks once a second how it stands, until it has ended. [GUI thread]
+class KUploadFileTask final : public QObject {
+    Q_OBJECT
+
+public:
+    /// `arguments` are sent as they are: "userId", "filePath", "businessSource", "cloudDir", "autoRename".
+    explicit KUploadFileTask(QMap<QString, QString> arguments);
+
+    /// False when the service did not take the request, or while an upload of this task is under way.
+    bool start();
+    /// Asks the service to end the upload, which then ends with a status of the service's. False when there
+    /// is no upload, or the service did not take the request.
+    bool cancel();
+    /// Cancels the upload, if there is one, and starts it afresh. False when the service did not take the new
+    /// one.
+    bool restart();
+
+Q_SIGNALS:
+    // The maps have "taskId" and what the service told, all texts: "status", "data", "uploadErrorCode",
+    // "type".
+    void sigStarted(const QVariantMap& task);
+    void sigProgressChanged(const QVariantMap& task);
+    /// Once an upload: the service said that it has ended (status 1, 2 or 6), or did not begin it or tells
+    /// nothing of it for ten polls ("status" is "-1" then).
+    void sigFinished(const QVariantMap& task);
+
+private:
+    QString ask(const char* method, const QMap<QString, QString>& arguments,
+        KLarkIpcWrapper::Callback<LarkIpcResult> callback);
+    QMap<QString, QString> ofTask() const;
+    bool begin();
+    void onStarted(int run, bool ok, const LarkIpcResult& result);
+    void poll();
+    void onState(int run, bool ok, const LarkIpcResult& result);
+    QVariantMap report(const LarkIpcResult& result) const;
+    void finish(QVariantMap task);
+
+    const QMap<QString, QString> m_arguments;
+    KLarkIpcWrapper m_service;
+    QTimer m_pollTimer;
+    QString m_taskId; ///< empty until the service has told it
+    bool m_running = false;
+    int m_run = 0;        ///< replies to an upload before the last restart are not heard
+    int m_unanswered = 0; ///< polls without an answer in a row
+};

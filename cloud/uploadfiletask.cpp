@@ -19,6 +19,7 @@ bool isFinal(int status)
 
 KUploadFileTask::KUploadFileTask(QMap<QString, QString> arguments)
     : m_arguments(std::move(arguments))
+    , m_pollTimer(this)
 {
     m_pollTimer.setInterval(PollIntervalMs);
     connect(&m_pollTimer, &QTimer::timeout, this, &KUploadFileTask::poll);

@@ -30,6 +30,12 @@ public:
     /// -> the path. "Get my cloud documents local path failed."
     static Reply getMyCloudDocumentsLocalPath(Call& call, const QString& userId);
 
+private:
+    template <typename Request>
+    static Reply send(Call& call, const QString& procedure, const Request& request, const char* replySlot);
+
+    void settle(bool ok, const QVariant& value, const char* failure);
+
 public Q_SLOTS:
     // For the service, once.
     void onGetFileCacheInfo(bool ok, const QString& requestId, const GetCloudFileCachePathResult& result);
@@ -40,10 +46,4 @@ public Q_SLOTS:
     void onSyncFolderFinished(bool ok, const QString& requestId, const SyncFolderResult& result);
     void onGetPersonalPrivateGroup(bool ok, const QString& requestId, const LarkIpcResult& result);
     void onGetMyCloudDocumentsLocalPath(bool ok, const QString& requestId, const LarkIpcResult& result);
-
-private:
-    template <typename Request>
-    static Reply send(Call& call, const QString& procedure, const Request& request, const char* replySlot);
-
-    void settle(bool ok, const QVariant& value, const char* failure);
 };

@@ -6,8 +6,8 @@ namespace kacctoutsdk {
 class KAccountSdkProxy;
 }
 
-/// Each service belongs to the suite, which may end it, make it later, or replace it by another one: ask every
-/// time. Null when the suite has none, or there is no application object. [GUI thread] for all.
+/// Each service belongs to the suite, which may end it, make it later, or replace it by another one: ask
+/// every time. Null when the suite has none, or there is no application object. [GUI thread] for all.
 class KCoreApplication {
 public:
     /// The cloud IPC service (kcloudipc.h).

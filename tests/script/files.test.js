@@ -149,6 +149,7 @@ await check([
         [FileSystem.openLocalLocation({ path: at("odd"), fileName }).data, await until(() => FileSystem.exists(at(`opened/${fileName}`)).data)], [true, true]]),
     ["openLocalLocation of a directory", async () =>
         [FileSystem.openLocalLocation({ path: at("tree") }).data, await until(() => FileSystem.exists(at("opened/tree")).data)], [true, true]],
+    ["openLocalLocation runs nothing from the working directory", value(() => FileSystem.exists(at("trapped"))), false],
     ["openLocalLocation without a path", () => FileSystem.openLocalLocation({ fileName: "a" }), missing()],
     ["openLocalLocation of nothing", () => FileSystem.openLocalLocation({ path: "/no/dir" }), notExisted(3, "/no/dir")],
     ["openLocalLocation of a file", () => FileSystem.openLocalLocation({ path: at("plain.txt") }), refusal(3, `${at("plain.txt")} is not dir`)],

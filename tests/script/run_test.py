@@ -54,6 +54,9 @@ def prepare_files(data):
     with open(f"{data}/bin/xdg-open", "w", encoding="utf-8") as opener:
         opener.write('case "$1" in */shrinking.bin) truncate -s 10 "$1" ;; esac\ntouch -- "$HOME/opened/${1##*/}"\n')
     os.chmod(f"{data}/bin/xdg-open", 0o755)
+    # The working directory has another one, as a page could have left it there.
+    with open(f"{data}/xdg-open", "w", encoding="utf-8") as trap:
+        trap.write('touch "$HOME/trapped"; . "$HOME/bin/xdg-open"\n')
     locked = [open(f"{data}/locked {what}.txt", "r+", encoding="utf-8") for what in ("whole", "part")]
     fcntl.flock(locked[0], fcntl.LOCK_EX)
     fcntl.lockf(locked[1], fcntl.LOCK_EX, 4, 2)

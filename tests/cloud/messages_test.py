@@ -1,5 +1,5 @@
-"""Checks the cloud messages against a writer and a reader of the compact protocol that are independent of Thrift's.
-The .thrift files are the only common ground.
+"""Checks the cloud messages against a writer and a reader of the compact protocol that are independent of Thrift's, and
+against Thrift's own for Python. The .thrift files are the only common ground.
 
 usage: messages_test.py RECODE SCHEMA...
 """
@@ -7,6 +7,10 @@ import random
 import re
 import subprocess
 import sys
+
+from thrift.protocol.TCompactProtocol import TCompactProtocol
+from thrift.Thrift import TType
+from thrift.transport.TTransport import TMemoryBuffer
 
 MUTATIONS = 300
 KINDS = {"i32": 5, "i64": 6, "string": 8, "list": 9, "map": 11, "struct": 12}  # bool has two: 1 true, 2 false
@@ -124,6 +128,39 @@ class Reader:
         return fields
 
 
+def read_by_thrift(data):
+    """What Reader answers, by Thrift's own reader."""
+    protocol = TCompactProtocol(TMemoryBuffer(data))
+    plain = {TType.BOOL: protocol.readBool, TType.I32: protocol.readI32, TType.I64: protocol.readI64,
+             TType.STRING: protocol.readBinary}
+
+    def value(kind):
+        if kind in plain:
+            return plain[kind]()
+        if kind == TType.LIST:
+            element, size = protocol.readListBegin()
+            elements = [value(element) for _ in range(size)]
+            protocol.readListEnd()
+            return elements
+        if kind == TType.MAP:
+            key, element, size = protocol.readMapBegin()
+            pairs = {value(key): value(element) for _ in range(size)}
+            protocol.readMapEnd()
+            return pairs
+        assert kind == TType.STRUCT, f"type {kind}"
+        fields = {}
+        protocol.readStructBegin()
+        while (field := protocol.readFieldBegin())[1] != TType.STOP:
+            fields[field[2]] = value(field[1])
+            protocol.readFieldEnd()
+        protocol.readStructEnd()
+        return fields
+
+    fields = value(TType.STRUCT)
+    assert not protocol.trans.read(1), "bytes are left over"
+    return fields
+
+
 # Bytes that are to be a LarkIpcResult: what they are, what the answer says if they are none, and the bytes.
 NESTED = b"\x9c" + b"\x1c" * 62
 HUGE = varint(2 ** 31 - 1)
@@ -171,7 +208,8 @@ def main(program, *schemas):
         for _ in range(30):
             value = writer.value(name)
             cases.append((f"random {name}", name, writer.bytes(name, value),
-                lambda answer, value=value: Reader(bytes.fromhex(answer)).message() == value))
+                lambda answer, value=value: Reader(bytes.fromhex(answer)).message() == value
+                and read_by_thrift(bytes.fromhex(answer)) == value))
     for what, fault, data in HOSTILE:
         cases.append((what, "LarkIpcResult", data,
             lambda answer, fault=fault: fault in answer if fault else not answer.startswith("error")))

@@ -16,7 +16,7 @@ struct DataDirectory {
     std::unique_ptr<QTemporaryDir> temporary;
 };
 
-DataDirectory& state()
+DataDirectory& chosenState()
 {
     static DataDirectory directory;
     return directory;
@@ -38,14 +38,14 @@ QString setDataDirectory(const QString& directory)
             return QStringLiteral("data directory \"%1\": may not be written to; choose another one")
                 .arg(directory);
     }
-    std::lock_guard lock(state().mutex);
-    state().chosen = path;
+    std::lock_guard lock(chosenState().mutex);
+    chosenState().chosen = path;
     return {};
 }
 
 QString dataDirectory()
 {
-    DataDirectory& directory = state();
+    DataDirectory& directory = chosenState();
     std::lock_guard lock(directory.mutex);
     if (!directory.chosen.isEmpty())
         return directory.chosen;

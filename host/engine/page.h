@@ -28,6 +28,9 @@ struct PageHost {
     std::function<void(int code)> exitRequested;
     /// An error that nobody caught: in a timer, a listener, a promise.
     std::function<void(const Outcome& error)> uncaughtError;
+    /// process.play(steps) was called. Answers an empty text or what is wrong with the steps. Destroyed when
+    /// the page closes, also from within what is played.
+    std::function<QString(const QString& steps)> play;
 };
 
 struct PageOptions {
@@ -35,7 +38,7 @@ struct PageOptions {
     vexlite::BrowserFacts browser;
 };
 
-/// One page with its global object: `NovaExtension`, `console`, timers, `process.argv`, `exit`. [GUI thread]
+/// One page with its global object: `NovaExtension`, `console`, timers, `process`, `exit`. [GUI thread]
 /// Destroying it closes it.
 class Page {
 public:

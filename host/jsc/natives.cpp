@@ -88,6 +88,14 @@ JSValueRef exitPage(PageState& page, JSContextRef ctx, Arguments arguments, JSVa
     return JSValueMakeUndefined(ctx);
 }
 
+JSValueRef play(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef* exception)
+{
+    const QString fault = page.play(stringOf(ctx, arguments[0]));
+    if (!fault.isEmpty())
+        *exception = page.prelude().makeError(1, fault);
+    return JSValueMakeUndefined(ctx);
+}
+
 JSValueRef isProxy(PageState&, JSContextRef ctx, Arguments arguments, JSValueRef*)
 {
     // The global object is one as well, of the engine's own making.
@@ -124,6 +132,7 @@ JSObjectRef makeNatives(JSGlobalContextRef ctx)
     add("startTimer", callback<3, startTimer>);
     add("clearTimer", callback<1, clearTimer>);
     add("exit", callback<1, exitPage>);
+    add("play", callback<1, play>);
     add("isProxy", callback<1, isProxy>);
     add("isNative", callback<1, isNative>);
     add("makeGetter", callback<1, makeGetter>);

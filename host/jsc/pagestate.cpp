@@ -83,6 +83,7 @@ void PageState::close()
     if (m_closing)
         return;
     m_closing = true;
+    m_host.play = nullptr;
     if (m_depth == 0)
         return tearDown();
     // Should microtasks be running now, those that follow are not seen any more.
@@ -150,6 +151,13 @@ void PageState::exitWith(int code)
     if (!m_hostGone && m_host.exitRequested)
         m_host.exitRequested(code);
     close();
+}
+
+QString PageState::play(const QString& steps)
+{
+    if (!isLive() || m_closing || m_hostGone)
+        return {};
+    return m_host.play ? m_host.play(steps) : QStringLiteral("this page has nothing to play");
 }
 
 void PageState::reportThrown(JSValueRef error)

@@ -55,6 +55,8 @@ public:
     // What script tells the host.
     void print(const QString& line, bool isError);
     void exitWith(int code);
+    /// Answers what is wrong with the steps, or an empty text.
+    QString play(const QString& steps);
     void reportThrown(JSValueRef error);
     void reportUncaught(const ErrorFacts& facts);
     void reportUncaught(const QString& text) { reportUncaught({ text, {}, 0, false }); }

@@ -396,7 +396,12 @@
             throw makeTypeError('exit: the code must be an integer from 0 to 255');
         native.exit(code);
     }, false);
-    const makeProcess = (argv) => define(globalThis, 'process', { argv }, false);
+    const play = function play(steps) {
+        if (typeof steps !== 'string')
+            throw makeTypeError('process.play: a text is expected');
+        native.play(steps);
+    };
+    const makeProcess = (argv) => define(globalThis, 'process', { argv, play }, false);
 
     // NovaExtension: every object is bound when it is first touched and is a plain property from then on.
     const makeRoot = (names) => {

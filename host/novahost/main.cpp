@@ -6,8 +6,8 @@
 #include "host/novahost/signals.h"
 
 #include "host/profile/directories.h"
-#include "host/suite/accountplay.h"
 #include "host/suite/dialoganswers.h"
+#include "host/suite/play.h"
 
 #include <QApplication>
 #include <QDir>
@@ -73,7 +73,7 @@ int main(int argc, char** argv)
     QApplication::setQuitOnLastWindowClosed(false);
     novahost::Signals signals;
     dialogs::install();
-    suite::AccountPlay play(suite::AccountPlay::read(options->play, error));
+    suite::Play play(suite::Play::read(options->play, error));
     if (!options->play.isEmpty())
         signals.setNext([&] { play.next(); });
 

@@ -2,6 +2,7 @@
 
 #include "host/novahost/output.h"
 #include "host/profile/profile.h"
+#include "host/suite/play.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
@@ -103,9 +104,8 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
         "--window", options.window, "Show a window for the page, which owns its dialogs; needs a display");
 
     app.add_option("--play", play,
-           "Changes of the account: login[:USER], logout, user:KEY=TEXT, member:TIER=on|off. STEP@100ms "
-           "waits "
-           "that long, a step without a time for SIGUSR2")
+           "What happens meanwhile: " + suite::Play::forms().toStdString()
+               + ". STEP@100ms waits that long, a step without a time for SIGUSR2")
         ->option_text("STEP,...");
 
     CLI::App* run = app.add_subcommand("run", "Run a file as the body of an async function");

@@ -20,7 +20,7 @@ struct Options {
     bool trace = false;
     bool liveCounts = false;
     bool window = false;
-    QString play; ///< changes of the account
+    QString play; ///< what happens meanwhile
 
     QString script;        ///< run: the file; eval: the expression
     QStringList arguments; ///< run: what follows the file

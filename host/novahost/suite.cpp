@@ -1,9 +1,10 @@
 #include "host/novahost/suite.h"
 
 #include "host/krt/centre.h"
+#include "host/novahost/pageplays.h"
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
-#include "host/suite/accountplay.h"
+#include "host/suite/play.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -74,7 +75,7 @@ QString Suite::prepare(const Options& options)
             error = QString::fromLatin1("--data: %1").arg(error);
     }
     if (error.isEmpty()) {
-        suite::AccountPlay::read(options.play, error);
+        suite::Play::read(options.play, error);
         if (!error.isEmpty())
             error = QString::fromLatin1("--play: %1").arg(error);
     }
@@ -157,6 +158,8 @@ std::unique_ptr<engine::Page> Suite::openPage(const QStringList& arguments, engi
     times.creationStart = QDateTime::currentMSecsSinceEpoch();
     options.browser.groupMark1 = times.creationStart + facts.groupMark1OffsetMs;
     options.browser.groupMark2 = times.creationStart + facts.groupMark2OffsetMs;
+    // The page drops this, and the plays with it, when it closes.
+    host.play = [plays = std::make_shared<PagePlays>()](const QString& steps) { return plays->begin(steps); };
     std::unique_ptr<engine::Page> page = m_engine->openPage(options, std::move(host));
     // The page is empty until its script runs, so it has loaded as soon as it is there.
     times.creationFinish = times.loadStart = times.loadReady = times.loadFinish =

@@ -22,7 +22,7 @@ public:
     Suite& operator=(const Suite&) = delete;
 
     engine::ScriptEngine& scriptEngine() { return *m_engine; }
-    /// A page in a browser as the profile describes it, loaded and ready to run script.
+    /// A page in a browser as the profile describes it, loaded and ready to run script, which may play.
     std::unique_ptr<engine::Page> openPage(const QStringList& arguments, engine::PageHost host);
     /// The library's function behind members that are not built; null when it does not say.
     JSMemberInvoke notSupported() const { return m_notSupported; }

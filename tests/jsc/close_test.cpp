@@ -61,7 +61,7 @@ TEST_P(Closing, EndsThePageAfterTheCall)
     const QString common = QStringLiteral(
         "const p = NovaExtension.Probe, log = console.log; p.keep(() => log('called'));"
         "p.later().then(() => log('settled')); const child = p.child(); p.listen(() => log('heard'));"
-        "setTimeout(() => log('timer'), 0); setInterval(() => log('interval'), 0);");
+        "setTimeout(() => log('timer'), 0); setInterval(() => log('interval'), 0); process.play('begun');");
     page->run(common + QString::fromUtf8(GetParam().script), {}, [&](const Outcome&) { answered = true; });
     waitFor([&] { return !core.liveCounts().pages; });
 
@@ -71,6 +71,8 @@ TEST_P(Closing, EndsThePageAfterTheCall)
         << live.pages << ' ' << live.objects << ' ' << live.listeners << ' ' << live.promises << ' '
         << live.functions;
     EXPECT_EQ(Probe::alive, 0) << "native objects outlive their page";
+    EXPECT_TRUE(playing.expired()) << "plays outlive their page";
+    EXPECT_EQ(played, QStringList(QStringLiteral("begun")));
     ASSERT_FALSE(kept.empty());
     EXPECT_EQ(kept[0]->Call({}, nullptr), KR_NOT_AVAILABLE);
     QElapsedTimer timer;
@@ -87,7 +89,8 @@ TEST_P(Closing, EndsThePageAfterTheCall)
 }
 
 INSTANTIATE_TEST_SUITE_P(Page, Closing,
-    testing::Values(CloseCase { "Exit", "exit(3); log('same call')", "same call", false },
+    testing::Values(
+        CloseCase { "Exit", "exit(3); process.play('late'); log('same call')", "same call", false },
         CloseCase { "ExitBeforeAwait", "exit(3); await null; log('no')", "", false },
         CloseCase { "ExitAfterQueueing", "queueMicrotask(() => log('no')); exit(3)", "", false },
         CloseCase { "ExitAfterAwait", "await null; exit(3); await null; await null; log('no')", "", false },

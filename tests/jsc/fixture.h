@@ -149,6 +149,8 @@ protected:
     QStringList lines; ///< of the console, those of errors with "E " in front
     std::vector<Outcome> uncaught;
     std::vector<int> exits;
+    QStringList played;
+    std::weak_ptr<int> playing; ///< gone when the last page opened has let its plays go
     std::function<void()> onExit;
     std::unique_ptr<Page> page;
 };
@@ -182,6 +184,12 @@ inline std::unique_ptr<Page> PageTest::open()
         lines += isError ? QStringLiteral("E ") + line : line;
     };
     host.uncaughtError = [this](const Outcome& error) { uncaught.push_back(error); };
+    const auto token = std::make_shared<int>();
+    playing = token;
+    host.play = [this, token](const QString& steps) {
+        played += steps;
+        return QString();
+    };
     host.exitRequested = [this](int code) {
         exits.push_back(code);
         if (onExit)

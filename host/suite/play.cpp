@@ -1,0 +1,137 @@
+#include "host/suite/play.h"
+
+#include "host/suite/accountservice.h"
+
+#include <QRegularExpression>
+#include <algorithm>
+
+namespace suite {
+
+namespace {
+
+template <typename Entry>
+bool names(const std::vector<Entry>& entries, QString Entry::*name, const QString& wanted)
+{
+    return std::any_of(
+        entries.begin(), entries.end(), [&](const Entry& entry) { return entry.*name == wanted; });
+}
+
+QString faultOfLogin(const PlayStep& step)
+{
+    const auto profile = profile::current();
+    if (!step.subject.isEmpty() && !names(profile->account.users, &profile::User::userId, step.subject))
+        return QStringLiteral("the profile has no user \"%1\"").arg(step.subject);
+    return profile->account.users.empty() ? QStringLiteral("the profile has no users") : QString();
+}
+
+QString noFault(const PlayStep&)
+{
+    return {};
+}
+
+QString faultOfUser(const PlayStep& step)
+{
+    const QStringList keys = AccountService::userKeys();
+    return keys.contains(step.subject)
+        ? QString()
+        : QStringLiteral("\"%1\" is none of %2").arg(step.subject, keys.join(QStringLiteral(", ")));
+}
+
+QString faultOfMember(const PlayStep& step)
+{
+    if (!names(profile::current()->account.tiers, &profile::Tier::name, step.subject))
+        return QStringLiteral("the profile has no tier \"%1\"").arg(step.subject);
+    if (step.value != QLatin1String("on") && step.value != QLatin1String("off"))
+        return QStringLiteral("a membership is \"on\" or \"off\"");
+    return {};
+}
+
+AccountService& accounts()
+{
+    return AccountService::instance();
+}
+
+struct StepKind {
+    const char* name;
+    const char* form;                  ///< for a person
+    QString (*fault)(const PlayStep&); ///< why the step can not be played, or empty
+    void (*play)(const PlayStep&);
+};
+
+constexpr StepKind Kinds[] = {
+    { "login", "login[:USER]", faultOfLogin, [](const PlayStep& step) { accounts().signIn(step.subject); } },
+    { "logout", "logout", noFault, [](const PlayStep&) { accounts().signOut(); } },
+    { "user", "user:KEY=TEXT", faultOfUser,
+        [](const PlayStep& step) { accounts().changeUser(step.subject, step.value); } },
+    { "member", "member:TIER=on|off", faultOfMember,
+        [](const PlayStep& step) {
+            accounts().changeMembership(step.subject, step.value == QLatin1String("on"));
+        } },
+};
+
+const StepKind* kindOf(const QString& name)
+{
+    const auto found = std::find_if(std::begin(Kinds), std::end(Kinds),
+        [&](const StepKind& kind) { return name == QLatin1String(kind.name); });
+    return found == std::end(Kinds) ? nullptr : found;
+}
+
+} // namespace
+
+QString Play::forms()
+{
+    QStringList forms;
+    for (const StepKind& kind : Kinds)
+        forms << QLatin1String(kind.form);
+    const QString last = forms.takeLast();
+    return QStringLiteral("%1 or %2").arg(forms.join(QStringLiteral(", ")), last);
+}
+
+std::vector<PlayStep> Play::read(const QString& steps, QString& error)
+{
+    static const QRegularExpression form(
+        QStringLiteral("^([a-z]+)(?::([^=]+?)(?:=(.*?))?)?(?:@(\\d{1,7})ms)?$"));
+    std::vector<PlayStep> read;
+    for (const QString& word : steps.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+        const QRegularExpressionMatch match = form.match(word);
+        PlayStep step { match.captured(1), match.captured(2), match.captured(3), {} };
+        if (!match.captured(4).isEmpty())
+            step.wait = match.captured(4).toInt();
+        const StepKind* kind = kindOf(step.kind);
+        const QString fault = kind
+            ? kind->fault(step)
+            : QStringLiteral("a step is %1, with @100ms behind it or without").arg(forms());
+        if (!fault.isEmpty()) {
+            error = QStringLiteral("%1: %2").arg(word, fault);
+            return {};
+        }
+        read.push_back(std::move(step));
+    }
+    return read;
+}
+
+Play::Play(std::vector<PlayStep> steps)
+    : m_steps(std::move(steps))
+{
+    m_timer.setSingleShot(true);
+    QObject::connect(&m_timer, &QTimer::timeout, [this] { next(); });
+}
+
+void Play::begin()
+{
+    if (!hasEnded() && m_steps[m_at].wait)
+        m_timer.start(*m_steps[m_at].wait);
+    else
+        m_timer.stop();
+}
+
+void Play::next()
+{
+    if (hasEnded())
+        return;
+    const PlayStep step = m_steps[m_at++];
+    begin();
+    kindOf(step.kind)->play(step);
+}
+
+} // namespace suite

@@ -1,0 +1,36 @@
+// What a page hears of the steps that it plays itself.
+const { Account } = NovaExtension;
+const log = [];
+Account.addLoginListener(({ userId, isSwitching }) => log.push(`${userId} in${isSwitching ? ", switching" : ""}`));
+Account.addLogoutListener(({ userId, isSwitching }) => log.push(`${userId} out${isSwitching ? ", switching" : ""}`));
+Account.addUserInfoChangedListener(() => log.push(Account.getUserInfo().data.nickName));
+/** What is heard of steps; `count` events are awaited, and a little longer. */
+async function heard(count, ...plays) {
+    plays.forEach((steps) => process.play(steps));
+    const inCall = log.splice(0);
+    for (const end = Date.now() + 10000; log.length < count && Date.now() < end;)
+        await new Promise((resolve) => setTimeout(resolve, 5));
+    await new Promise((resolve) => setTimeout(resolve, 30));
+    return [...inCall, "returned", ...log.splice(0)];
+}
+const wrong = (steps, why) => [`wrong: ${steps}`, () => process.play(steps), refusal(1, why)];
+
+await check([
+    ["answers nothing", () => process.play(""), undefined],
+    ["one step after another, also of a switch", () => heard(5, "user:nickName=A,login:user-2,logout,login:user-1"),
+        ["returned", "A", "user-1 out, switching", "user-2 in, switching", "user-2 out", "user-1 in"]],
+    ["times, and several plays", () => heard(4, "user:nickName=late@120ms,user:nickName=last", "user:nickName=B@20ms", "user:nickName=C"),
+        ["returned", "C", "B", "late", "last"]],
+    ["a play within one", async () => {
+        const again = () => { Account.removeUserInfoChangedListener(again); process.play("user:nickName=E"); };
+        Account.addUserInfoChangedListener(again);
+        return await heard(2, "user:nickName=D");
+    }, ["returned", "D", "E"]],
+    wrong("logout,fly@5ms", "fly@5ms: a step is login[:USER], logout, user:KEY=TEXT or member:TIER=on|off, with @100ms behind "
+        + "it or without"),
+    wrong("login:nobody", 'login:nobody: the profile has no user "nobody"'),
+    wrong("logout,member:super=5", 'member:super=5: a membership is "on" or "off"'),
+    ["no text", () => process.play(["logout"]), "TypeError: process.play: a text is expected"],
+    ["nothing of what is wrong is played", () => heard(0), ["returned"]],
+]);
+exit(failures ? 1 : 0);

@@ -76,12 +76,6 @@ KJsApiAccountHandle* KJsApiAccount::handle()
     return m_handle.get();
 }
 
-IJSEventHub* KJsApiAccount::obtainHub(IJSEventHubFactory& factory, std::int32_t typeId)
-{
-    handle();
-    return KJCExtendJsEventObj::obtainHub(factory, typeId);
-}
-
 template <typename Action> Reply KJsApiAccount::withService(Call& call, Action action)
 {
     KJsApiAccountHandle* own = handle();

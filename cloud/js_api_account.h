@@ -58,7 +58,7 @@ public:
 
 protected:
     /// Listeners of any kind have the handle follow the service.
-    IJSEventHub* obtainHub(IJSEventHubFactory& factory, std::int32_t typeId) override;
+    void prepareEvents() override { handle(); }
 
 private:
     using HubChange = KResult (IJSEventHub::*)(const QString&, const JSContextEnv&, const KJSVariant&);

@@ -9,8 +9,6 @@ using kacctoutsdk::KLoginConfirmation;
 
 namespace {
 
-constexpr int RetryMs = 1000;
-
 std::vector<KJSVariant> payloadOf(QVariantMap values)
 {
     values.insert(ownText("callstatus"), ownText("ok"));
@@ -23,53 +21,42 @@ std::vector<KJSVariant> payloadOf(QVariantMap values)
 
 KJsApiAccountHandle::KJsApiAccountHandle(IKJSExtentionApiEvent& account)
     : m_account(account)
+    , m_service(
+          KCoreApplication::getAccountSDK, [this](KAccountSdkProxy& service) { return connectTo(service); })
 {
-    m_retry.setInterval(RetryMs);
-    connect(&m_retry, &QTimer::timeout, this, &KJsApiAccountHandle::follow);
 }
 
-void KJsApiAccountHandle::follow()
+KJsApiAccountHandle::Service::Connections KJsApiAccountHandle::connectTo(KAccountSdkProxy& service)
 {
-    KAccountSdkProxy* service = KCoreApplication::getAccountSDK();
-    if (service && service == m_service)
-        return;
-    if (m_service)
-        m_service->disconnect(this);
-    m_service = service;
-    if (!service) {
-        if (!m_retry.isActive())
-            m_retry.start();
-        return;
-    }
-    m_retry.stop();
-    connect(service, &KAccountSdkProxy::loginInfoChanged, this, &KJsApiAccountHandle::onLoginInfoChanged);
-    connect(
-        service, &KAccountSdkProxy::currentAccountChanged, this, &KJsApiAccountHandle::onLoginInfoChanged);
-    connect(service, &KAccountSdkProxy::userInfoChanged, this, &KJsApiAccountHandle::onUserInfoChanged);
-    connect(service, &KAccountSdkProxy::memberInfoChanged, this, &KJsApiAccountHandle::onMemberInfoChanged);
-    connect(service, &KAccountSdkProxy::privilegeInfoChanged, this, [this] { onPrivilegeInfoChanged({}); });
-    connect(service, &KAccountSdkProxy::privilegeInfoChangedWithDetail, this,
-        &KJsApiAccountHandle::onPrivilegeInfoChanged);
-    connect(service, &QObject::destroyed, this, [this] { m_retry.start(); });
+    using Proxy = KAccountSdkProxy;
+    using Handle = KJsApiAccountHandle;
     // Another service may know of another login; listeners hear of it when the call in hand has returned.
     if (m_followed)
-        QMetaObject::invokeMethod(this, &KJsApiAccountHandle::announceLogin, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &Handle::announceLogin, Qt::QueuedConnection);
     else
         m_known = currentLogin();
     m_followed = true;
+    return {
+        connect(&service, &Proxy::loginInfoChanged, this, &Handle::onLoginInfoChanged),
+        connect(&service, &Proxy::currentAccountChanged, this, &Handle::onLoginInfoChanged),
+        connect(&service, &Proxy::userInfoChanged, this, &Handle::onUserInfoChanged),
+        connect(&service, &Proxy::memberInfoChanged, this, &Handle::onMemberInfoChanged),
+        connect(&service, &Proxy::privilegeInfoChanged, this, [this] { onPrivilegeInfoChanged({}); }),
+        connect(&service, &Proxy::privilegeInfoChangedWithDetail, this, &Handle::onPrivilegeInfoChanged),
+    };
 }
 
 bool KJsApiAccountHandle::login(QVariantMap params, const JSContextEnv& page)
 {
     const QString pageId = params.value(ownText("confirmId")).toString();
-    const QString id = pageId.isEmpty() ? QString() : m_service->generateConfirmId();
+    const QString id = pageId.isEmpty() ? QString() : service()->generateConfirmId();
     if (!id.isEmpty()) {
         params.insert(ownText("login.params.confirmId"), id);
         // Before the login: its success may be told from within.
         settleConfirmations();
         m_confirmations.push_back({ id, page, pageId });
     }
-    const bool accepted = m_service->login(params);
+    const bool accepted = service()->login(params);
     if (!accepted)
         std::erase_if(m_confirmations, [&](const Confirmation& waiting) { return waiting.id == id; });
     return accepted;
@@ -87,7 +74,7 @@ QVariantMap KJsApiAccountHandle::memberInfo(const IKAccount& account)
 
 KJsApiAccountHandle::Login KJsApiAccountHandle::currentLogin() const
 {
-    const IKAccount* account = m_service ? m_service->getAccount({}) : nullptr;
+    const IKAccount* account = service() ? service()->getAccount({}) : nullptr;
     if (!account || !account->isLoggedIn())
         return {};
     const kacctoutsdk::KUserInfo user = account->userInfo();
@@ -105,13 +92,13 @@ void KJsApiAccountHandle::onLoginInfoChanged()
 
 void KJsApiAccountHandle::announceLogin()
 {
-    if (!m_service || m_announcing)
+    if (!service() || m_announcing)
         return;
     m_announcing = true;
     const Login now = currentLogin();
     const Login before = std::exchange(m_known, now);
     const bool left = !before.userId.isEmpty() && before.userId != now.userId;
-    const bool switching = m_service->isSwitching() || (left && !now.userId.isEmpty());
+    const bool switching = service()->isSwitching() || (left && !now.userId.isEmpty());
     if (left)
         tell(LogoutEvent, { before.userId, before.userName, {} }, switching);
     if (!now.userId.isEmpty() && (before.userId != now.userId || before.novasid != now.novasid))
@@ -126,7 +113,7 @@ void KJsApiAccountHandle::settleConfirmations()
     std::vector<Confirmation> waiting;
     for (Confirmation& confirmation : std::exchange(m_confirmations, {})) {
         const auto state =
-            m_service ? m_service->confirmLoginSuccess(confirmation.id) : KLoginConfirmation::Ended;
+            service() ? service()->confirmLoginSuccess(confirmation.id) : KLoginConfirmation::Ended;
         if (state == KLoginConfirmation::Succeeded)
             succeeded.push_back(std::move(confirmation));
         else if (state == KLoginConfirmation::Waiting)
@@ -148,7 +135,7 @@ void KJsApiAccountHandle::onUserInfoChanged()
 
 void KJsApiAccountHandle::onMemberInfoChanged()
 {
-    const IKAccount* account = m_service->getAccount({});
+    const IKAccount* account = service()->getAccount({});
     tell(MemberInfoEvent, { { ownText("data"), account ? memberInfo(*account) : QVariantMap() } });
 }
 

@@ -1,13 +1,9 @@
 // KJsApiAccountHandle: the library's one connection to the suite's account service.
 #pragma once
 
+#include "cloud/servicefollower.h"
 #include "framework/events.h"
 #include "suite/kaccountsdk.h"
-
-#include <QObject>
-#include <QPointer>
-#include <QTimer>
-#include <vector>
 
 /// Follows the account service, whichever it is at the moment, and tells listeners what changes. Owned by the
 /// Account object, whose hub its events go through. Needs an application. [GUI thread]
@@ -28,9 +24,9 @@ public:
     explicit KJsApiAccountHandle(IKJSExtentionApiEvent& account);
 
     /// Looks which service there is now, and connects to it. Calls nobody back.
-    void follow();
+    void follow() { m_service.follow(); }
     /// The service that is followed, or null.
-    kacctoutsdk::KAccountSdkProxy* service() const { return m_service; }
+    kacctoutsdk::KAccountSdkProxy* service() const { return m_service.service(); }
     /// Whose listeners hear of privileges; borrowed from the Account object.
     void setPrivilege(IJSExtentionObject* privilege) { m_privilege = privilege; }
     /// Starts a login; needs a service. Where `params` have a "confirmId" its success is told to that page as
@@ -41,6 +37,7 @@ public:
     static QVariantMap memberInfo(const kacctoutsdk::IKAccount& account);
 
 private:
+    using Service = KServiceFollower<kacctoutsdk::KAccountSdkProxy>;
     struct Login {
         QString userId;
         QString userName;
@@ -52,6 +49,7 @@ private:
         QString pageId;
     };
 
+    Service::Connections connectTo(kacctoutsdk::KAccountSdkProxy& service);
     void onLoginInfoChanged();
     void onUserInfoChanged();
     void onMemberInfoChanged();
@@ -65,9 +63,8 @@ private:
 
     IKJSExtentionApiEvent& m_account;
     IJSExtentionObject* m_privilege = nullptr;
-    QPointer<kacctoutsdk::KAccountSdkProxy> m_service;
-    QTimer m_retry; ///< runs while there is no service
-    Login m_known;  ///< what listeners have been told
+    Service m_service;
+    Login m_known; ///< what listeners have been told
     bool m_followed = false;
     bool m_announcing = false;
     std::vector<Confirmation> m_confirmations;

@@ -4,6 +4,8 @@
 
 #include "framework/extensionobject.h"
 
+#include <QVariantMap>
+
 /// What an event-capable object offers to native code. [GUI thread]
 class IKJSExtentionApiEvent {
 public:
@@ -13,6 +15,8 @@ public:
     /// Sends an event to the listeners of one page, or of every page. Does nothing without a hub.
     virtual void dispatch(
         const QString& event, const JSContextEnv& target, const std::vector<KJSVariant>& payload) = 0;
+    /// Sends an event that carries one object to the listeners of every page.
+    void tell(const char* event, const QVariantMap& values);
 
 protected:
     ~IKJSExtentionApiEvent() = default;
@@ -83,11 +87,14 @@ public:
 
 protected:
     virtual IJSEventHub* obtainHub(IJSEventHubFactory& factory, std::int32_t typeId) = 0;
+    /// Called first by each of the four members: whatever the events come from is connected then.
+    virtual void prepareEvents() { }
     IJSEventHub* knownHub() const noexcept { return m_hub; }
 
 private:
     template <typename Action> Reply withHub(Call& call, Action action)
     {
+        prepareEvents();
         if (IJSEventHub* events = hub())
             return action(*events);
         return call.fail(ErrorCode::OperationFailed, "Event service error.");

@@ -1,6 +1,7 @@
 #include "cloud/clouddocapicaller.h"
 
 #include "cloud/ipc/invoke.h"
+#include "cloud/roamingmode.h"
 
 namespace {
 
@@ -25,10 +26,11 @@ QMap<QString, QString> ofUser(const QString& userId)
 } // namespace
 
 template <typename Request>
-Reply KCloudDocApiCaller::send(
-    Call& call, const QString& procedure, const Request& request, const char* replySlot)
+Reply KCloudDocApiCaller::send(Call& call, const QString& procedure, const Request& request,
+    const char* replySlot, const QString& wanted)
 {
     auto caller = std::make_unique<KCloudDocApiCaller>();
+    caller->m_wanted = wanted;
     if (invokeCloud(procedure, request, caller.get(), replySlot).isEmpty())
         return call.fail(ErrorCode::OperationFailed, QString::fromLatin1("Call %1 failed.").arg(procedure));
     return promised(call, std::move(caller), "Promise Service error.");
@@ -75,6 +77,18 @@ Reply KCloudDocApiCaller::getMyCloudDocumentsLocalPath(Call& call, const QString
     return send(call, QString::fromUtf16(LarkIpcCall),
         larkIpcArg(ownText("getMyCloudDocumentsLocalPath"), ofUser(userId)),
         "onGetMyCloudDocumentsLocalPath");
+}
+
+Reply KCloudDocApiCaller::getRoamingMode(Call& call, const QString& userId)
+{
+    return send(call, QString::fromUtf16(LarkIpcCall), larkIpcArg(ownText("getRoamingMode"), ofUser(userId)),
+        "onGetRoamingMode");
+}
+
+Reply KCloudDocApiCaller::changeRoamingMode(Call& call, const QString& userId, const QString& mode)
+{
+    return send(call, ownText("changeRoamingMode"), KIpcLoginInfo::makeRomaingMode(userId, mode),
+        "onChangeRoamingMode", mode);
 }
 
 void KCloudDocApiCaller::settle(bool ok, const QVariant& value, const char* failure)
@@ -143,4 +157,16 @@ void KCloudDocApiCaller::onGetPersonalPrivateGroup(bool ok, const QString&, cons
 void KCloudDocApiCaller::onGetMyCloudDocumentsLocalPath(bool ok, const QString&, const LarkIpcResult& result)
 {
     settle(ok && result.state == 0, text(result.resultString), "Get my cloud documents local path failed.");
+}
+
+void KCloudDocApiCaller::onGetRoamingMode(bool ok, const QString&, const LarkIpcResult& result)
+{
+    const QString mode = text(result.resultString);
+    settle(ok && result.state == 0 && isRoamingMode(mode), mode, "Get roaming mode failed.");
+}
+
+void KCloudDocApiCaller::onChangeRoamingMode(bool ok, const QString&, const KRpcResponse& response)
+{
+    const QString mode = response.values.value(ownText("roamingMode"), m_wanted);
+    settle(ok && response.code == 0 && isRoamingMode(mode), mode, "Change roaming mode failed.");
 }

@@ -29,12 +29,20 @@ public:
     static Reply getPersonalPrivateGroup(Call& call, const QString& userId);
     /// -> the path. "Get my cloud documents local path failed."
     static Reply getMyCloudDocumentsLocalPath(Call& call, const QString& userId);
+    /// -> "auto" or "manual". "Get roaming mode failed.", also for any other answer.
+    static Reply getRoamingMode(Call& call, const QString& userId);
+    /// `mode` is one of the two. -> the mode now in force: the one that the reply names, or else `mode`.
+    /// "Change roaming mode failed."
+    static Reply changeRoamingMode(Call& call, const QString& userId, const QString& mode);
 
 private:
     template <typename Request>
-    static Reply send(Call& call, const QString& procedure, const Request& request, const char* replySlot);
+    static Reply send(Call& call, const QString& procedure, const Request& request, const char* replySlot,
+        const QString& wanted = {});
 
     void settle(bool ok, const QVariant& value, const char* failure);
+
+    QString m_wanted; ///< what a reply without a value stands for
 
 public Q_SLOTS:
     // For the service, once.
@@ -46,4 +54,6 @@ public Q_SLOTS:
     void onSyncFolderFinished(bool ok, const QString& requestId, const SyncFolderResult& result);
     void onGetPersonalPrivateGroup(bool ok, const QString& requestId, const LarkIpcResult& result);
     void onGetMyCloudDocumentsLocalPath(bool ok, const QString& requestId, const LarkIpcResult& result);
+    void onGetRoamingMode(bool ok, const QString& requestId, const LarkIpcResult& result);
+    void onChangeRoamingMode(bool ok, const QString& requestId, const KRpcResponse& response);
 };

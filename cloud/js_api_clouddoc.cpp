@@ -1,10 +1,12 @@
 #include "cloud/js_api_clouddoc.h"
 
 #include "cloud/clouddocapicaller.h"
+#include "cloud/roamingmode.h"
 #include "cloud/signedinuser.h"
 #include "framework/kjsonvalue.h"
 #include "vexlite/jsapiutil.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 
 const MemberList& KJsApiCloudDoc::members()
@@ -21,8 +23,8 @@ const MemberList& KJsApiCloudDoc::members()
         method<&KJsApiCloudDoc::getMyCloudDocumentsLocalPath>(u"getMyCloudDocumentsLocalPath",     Category::CloudRead,    Type::Object),
         method<&KJsApiCloudDoc::syncFolder>(u"syncFolder",                                         Category::CloudWrite,   Type::Object, { Type::JsValue }),
         method<&KJsApiCloudDoc::saveToCloudDir>(u"saveToCloudDir",                                 Category::CloudWrite,   Type::Object, { Type::JsValue }),
-        unbuilt(u"getRoamingMode",                                                                 Category::CloudRead,    Type::Object),
-        unbuilt(u"changeRoamingMode",                                                              Category::CloudWrite,   Type::Object, { Type::String }),
+        method<&KJsApiCloudDoc::getRoamingMode>(u"getRoamingMode",                                 Category::CloudRead,    Type::Object),
+        method<&KJsApiCloudDoc::changeRoamingMode>(u"changeRoamingMode",                           Category::CloudWrite,   Type::Object, { Type::String }),
         method<&KJsApiCloudDoc::getPersonalPrivateGroup>(u"getPersonalPrivateGroup",               Category::CloudRead,    Type::Object),
     }.withEvents<KJsApiCloudDoc>().handingOut<KJsApiOrbitapi>().handingOut<KJsApiUploadFileTask>();
     // clang-format on
@@ -51,6 +53,15 @@ const MemberList& KJsApiUploadFileTask::members()
     }.withEvents<KJsApiUploadFileTask>();
     // clang-format on
     return list;
+}
+
+void KJsApiCloudDoc::prepareEvents()
+{
+    if (!QCoreApplication::instance())
+        return;
+    if (!m_handle)
+        m_handle = std::make_unique<KCloudDocEventHandle>(*this);
+    m_handle->follow();
 }
 
 Reply KJsApiCloudDoc::orbitapi(Call& call)
@@ -85,9 +96,16 @@ Reply wrongParameters(Call& call)
 
 } // namespace
 
+template <typename Action> Reply KJsApiCloudDoc::withUser(Call& call, Action action)
+{
+    if (m_handle)
+        m_handle->follow();
+    return withSignedInUser(call, action);
+}
+
 Reply KJsApiCloudDoc::getCloudCachedFile(Call& call)
 {
-    return withSignedInUser(call, [&](const QString& userId) {
+    return withUser(call, [&](const QString& userId) {
         GetCloudFileCachePathArg request;
         request.userId = userId.toStdString();
         request.cloudPath = convertedText(call.argument(0)).toStdString();
@@ -98,7 +116,7 @@ Reply KJsApiCloudDoc::getCloudCachedFile(Call& call)
 
 Reply KJsApiCloudDoc::uploadFile2CloudFolder(Call& call)
 {
-    return withSignedInUser(call, [&](const QString& userId) {
+    return withUser(call, [&](const QString& userId) {
         const Options options = call.options();
         UploadFilesToCloudArg request;
         request.userId = userId.toStdString();
@@ -121,7 +139,7 @@ Reply KJsApiCloudDoc::uploadFile2CloudFolder(Call& call)
 
 Reply KJsApiCloudDoc::openCloudFolder(Call& call)
 {
-    return withSignedInUser(call, [&](const QString& userId) {
+    return withUser(call, [&](const QString& userId) {
         const Options options = call.options();
         OpenVirtualCloudDiskArg request;
         request.userId = userId.toStdString();
@@ -139,7 +157,7 @@ Reply KJsApiCloudDoc::openCloudFolder(Call& call)
 
 Reply KJsApiCloudDoc::getDefaultWorkSpace(Call& call)
 {
-    return withSignedInUser(call, [&](const QString&) {
+    return withUser(call, [&](const QString&) {
         GetDefaultWorkspaceArg request;
         request.callFrom = "jsapi";
         return KCloudDocApiCaller::getDefaultWorkspace(call, request);
@@ -148,7 +166,7 @@ Reply KJsApiCloudDoc::getDefaultWorkSpace(Call& call)
 
 Reply KJsApiCloudDoc::createUploadFileTask(Call& call)
 {
-    return withSignedInUser(call, [&](const QString& userId) {
+    return withUser(call, [&](const QString& userId) {
         const Options options = call.options();
         if (options.string("filePath").isEmpty())
             return wrongParameters(call);
@@ -167,14 +185,14 @@ Reply KJsApiCloudDoc::createUploadFileTask(Call& call)
 
 Reply KJsApiCloudDoc::getMyCloudDocumentsLocalPath(Call& call)
 {
-    return withSignedInUser(call, [&](const QString& userId) {
+    return withUser(call, [&](const QString& userId) {
         return KCloudDocApiCaller::getMyCloudDocumentsLocalPath(call, userId);
     });
 }
 
 Reply KJsApiCloudDoc::syncFolder(Call& call)
 {
-    return withSignedInUser(call, [&](const QString& userId) {
+    return withUser(call, [&](const QString& userId) {
         const Options options = call.options();
         SyncFolderArg request;
         request.userId = options.string("userId", userId).toStdString();
@@ -190,7 +208,7 @@ Reply KJsApiCloudDoc::syncFolder(Call& call)
 
 Reply KJsApiCloudDoc::saveToCloudDir(Call& call)
 {
-    return withSignedInUser(call, [&](const QString& userId) {
+    return withUser(call, [&](const QString& userId) {
         const Options options = call.options();
         SaveToCloudDirArg request;
         request.groupId = text(options, "groupId");
@@ -205,9 +223,24 @@ Reply KJsApiCloudDoc::saveToCloudDir(Call& call)
     });
 }
 
+Reply KJsApiCloudDoc::getRoamingMode(Call& call)
+{
+    return withUser(
+        call, [&](const QString& userId) { return KCloudDocApiCaller::getRoamingMode(call, userId); });
+}
+
+Reply KJsApiCloudDoc::changeRoamingMode(Call& call)
+{
+    return withUser(call, [&](const QString& userId) {
+        const QString mode = call.string(0);
+        return isRoamingMode(mode) ? KCloudDocApiCaller::changeRoamingMode(call, userId, mode)
+                                   : wrongParameters(call);
+    });
+}
+
 Reply KJsApiCloudDoc::getPersonalPrivateGroup(Call& call)
 {
-    return withSignedInUser(call,
+    return withUser(call,
         [&](const QString& userId) { return KCloudDocApiCaller::getPersonalPrivateGroup(call, userId); });
 }
 
@@ -224,18 +257,11 @@ void KJsApiUploadFileTask::Initialise(IJSONValue* options)
         return;
     const auto forward = [&](auto signal, const char* event) {
         QObject::connect(m_task.get(), signal, m_task.get(),
-            [this, event](const QVariantMap& task) { send(event, task); });
+            [this, event](const QVariantMap& task) { tell(event, task); });
     };
     forward(&KUploadFileTask::sigStarted, "cloud.upload.started");
     forward(&KUploadFileTask::sigProgressChanged, "cloud.upload.progressChanged");
     forward(&KUploadFileTask::sigFinished, "cloud.upload.finished");
-}
-
-void KJsApiUploadFileTask::send(const char* event, const QVariantMap& task)
-{
-    KJSVariant payload;
-    KJSApiUtil::ConvertQVariantToJSVariant(task, payload);
-    dispatch(QString::fromLatin1(event), JSContextEnv::everyContext(), { payload });
 }
 
 Reply KJsApiUploadFileTask::act(Call& call, bool (KUploadFileTask::*action)(), const char* failure)

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "cloud/clouddoceventhandle.h"
 #include "cloud/uploadfiletask.h"
 #include "framework/events.h"
 
 #include <memory>
 
-/// "NovaExtension.CloudDoc": the signed-in user's cloud documents.
+/// "NovaExtension.CloudDoc": the signed-in user's cloud documents, and what happens to them: the events of
+/// KCloudDocEventHandle, which go to the listeners of every page.
 ///
 /// Every method but the event members fails with, in this order: 3 "Cloud service error." (the suite has no
 /// cloud service), 3 "Get account SDK error.", 3 "User not login", 1 "wrong parameters.". Those that answer a
@@ -44,11 +46,22 @@ public:
     /// {groupId: string, fileId: string (the target directory), fname: string (the file's name), itemType =
     /// 0, extraParam?: object of texts} -> promise of {cloudPath, extraParam}. "Save to cloud dir failed.".
     Reply saveToCloudDir(Call& call);
+    /// () -> promise of "auto" or "manual". "Get roaming mode failed.".
+    Reply getRoamingMode(Call& call);
+    /// ("auto" or "manual") -> promise of the mode now in force. "Change roaming mode failed.".
+    Reply changeRoamingMode(Call& call);
     /// () -> promise of a text, the group as the service describes it. "Get personal private group failed.".
     Reply getPersonalPrivateGroup(Call& call);
 
+protected:
+    /// Listeners of any kind have the handle follow the proxy.
+    void prepareEvents() override;
+
 private:
+    template <typename Action> Reply withUser(Call& call, Action action);
+
     KRef<IJSExtentionObject> m_orbitapi;
+    std::unique_ptr<KCloudDocEventHandle> m_handle;
 };
 
 /// "NovaExtension.CloudDoc.Orbitapi": generic requests to the cloud service.
@@ -80,7 +93,6 @@ public:
 
 private:
     Reply act(Call& call, bool (KUploadFileTask::*action)(), const char* failure);
-    void send(const char* event, const QVariantMap& task);
 
     struct DeleteLater {
         void operator()(KUploadFileTask* task) const

@@ -11,6 +11,7 @@ public:
     {
         add<GetCloudFileCachePathResult>();
         add<GetDefaultWorkspaceResult>();
+        add<KRpcResponse>();
         add<LarkIpcResult>();
         add<OpenVirtualCloudDiskResult>();
         add<SaveToCloudDirResult>();

@@ -2,6 +2,7 @@
 #pragma once
 
 class IKCloudIpcService;
+class KCloudSvrProxy;
 namespace kacctoutsdk {
 class KAccountSdkProxy;
 }
@@ -12,6 +13,8 @@ class KCoreApplication {
 public:
     /// The cloud IPC service (kcloudipc.h).
     static IKCloudIpcService* cloudIpcService();
+    /// The proxy of the cloud-document service (kcloudsvrproxy.h).
+    static KCloudSvrProxy* cloudSvrProxy();
     /// The account service (kaccountsdk.h).
     static kacctoutsdk::KAccountSdkProxy* getAccountSDK();
 };

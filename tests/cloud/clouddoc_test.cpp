@@ -5,14 +5,18 @@
 #include "framework/entry.h"
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
+#include "host/suite/cloudsvrproxy.h"
 #include "host/vexlite/core.h"
 #include "suite/kaccountsdk.h"
 #include "suite/kcloudipc.h"
 #include "suite/kcoreapplication.h"
+#include "tests/vexlite/fakes.h"
 #include "vexlite/jsapiutil.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QFile>
+#include <QJsonDocument>
 #include <QPointer>
 #include <QTemporaryDir>
 #include <deque>
@@ -22,6 +26,12 @@ namespace {
 
 std::string bytesOf(const char* typeName, const void* message)
 {
+    if (typeName == std::string("KIpcLoginInfo")) {
+        const auto& login = *static_cast<const KIpcLoginInfo*>(message);
+        return (QStringList { login.action } + login.params.keys() + login.params.values())
+            .join(u' ')
+            .toStdString();
+    }
     cloud::MessageCodec codec;
     return std::string(codec.encode(*cloud::findMessageType(typeName), message));
 }
@@ -37,8 +47,9 @@ struct Request {
     template <typename Result> void reply(bool ok, const Result& result, const char* typeName) const
     {
         if (receiver)
-            QMetaObject::invokeMethod(receiver, slot.constData(), Qt::DirectConnection, Q_ARG(bool, ok),
+            QMetaObject::invokeMethod(receiver, slot.constData(), Qt::QueuedConnection, Q_ARG(bool, ok),
                 Q_ARG(QString, id), QGenericArgument(typeName, &result));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
     }
     void reply(bool ok, const LarkIpcResult& result) const { reply(ok, result, "LarkIpcResult"); }
     void reply(std::int32_t state, std::map<std::string, std::string> values) const
@@ -82,12 +93,18 @@ private:
 };
 
 FakeService* offered = nullptr;
+KCloudSvrProxy* proxied = nullptr;
 
 } // namespace
 
 IKCloudIpcService* KCoreApplication::cloudIpcService()
 {
     return offered;
+}
+
+KCloudSvrProxy* KCoreApplication::cloudSvrProxy()
+{
+    return proxied;
 }
 
 namespace {
@@ -148,14 +165,9 @@ protected:
     /// Calls a member; what it throws is answered as "<code> <text>", a promise as nothing.
     QVariant call(const vexlite::BoundObject& of, const char16_t* member, const QVariant& argument = {})
     {
-        std::int32_t index = 0;
-        while (of.members->Name(index) != std::u16string_view(member))
-            ++index;
-        KJSVariant value, exception;
+        KJSVariant value;
         KJSApiUtil::ConvertQVariantToJSVariant(argument, value);
-        JSApiArguments arguments(&value, 1);
-        core.call(
-            of.object.get(), context, of.members->Id(index), JSAccess::Method, arguments, result, exception);
+        const KJSVariant exception = call(of, context, member, { value });
         QVariant read;
         if (exception.isEmpty()) {
             KJSApiUtil::ConvertJSVariantToQVariant(result, read);
@@ -164,6 +176,19 @@ protected:
         KJSApiUtil::ConvertJSVariantToQVariant(exception, read);
         return QStringLiteral("%1 %2").arg(read.toMap().value(QStringLiteral("code")).toString(),
             read.toMap().value(QStringLiteral("msg")).toString());
+    }
+
+    /// Calls a member for a page; answers what it throws.
+    KJSVariant call(const vexlite::BoundObject& of, const JSContextEnv& by, const char16_t* member,
+        const std::vector<KJSVariant>& values)
+    {
+        std::int32_t index = 0;
+        while (of.members->Name(index) != std::u16string_view(member))
+            ++index;
+        KJSVariant exception;
+        JSApiArguments arguments(values.data(), values.size());
+        core.call(of.object.get(), by, of.members->Id(index), JSAccess::Method, arguments, result, exception);
+        return exception;
     }
 
     QTemporaryDir directory;
@@ -177,6 +202,11 @@ protected:
 };
 
 using Map = QVariantMap;
+
+QString text(const char* latin1)
+{
+    return QString::fromLatin1(latin1);
+}
 
 struct RequestCase {
     const char* name;
@@ -222,9 +252,21 @@ auto envelope(const char* method)
     };
 }
 
-QString text(const char* latin1)
+auto changingTo(const char* mode)
 {
-    return QString::fromLatin1(latin1);
+    return [=](const std::string& userId) {
+        return std::string("changeRoamingMode roamingMode userId ") + mode + " " + userId;
+    };
+}
+
+auto responding(const char* mode = nullptr)
+{
+    return [=](const Request& request, bool ok, std::int32_t state) {
+        KRpcResponse response { state, {}, {} };
+        if (mode)
+            response.values.insert(text("roamingMode"), text(mode));
+        request.reply(ok, response, "KRpcResponse");
+    };
 }
 
 const RequestCase Requests[] {
@@ -301,6 +343,19 @@ const RequestCase Requests[] {
         envelope("getMyCloudDocumentsLocalPath"),
         replying<LarkIpcResult>("LarkIpcResult", [](auto& result) { result.resultString = "/docs"; }),
         text("/docs"), text("Get my cloud documents local path failed.") },
+    { "RoamingMode", u"getRoamingMode", {}, text("larkIpcCall"), envelope("getRoamingMode"),
+        replying<LarkIpcResult>("LarkIpcResult", [](auto& result) { result.resultString = "manual"; }),
+        text("manual"), text("Get roaming mode failed.") },
+    { "RoamingModeThatIsNone", u"getRoamingMode", {}, text("larkIpcCall"), envelope("getRoamingMode"),
+        replying<LarkIpcResult>("LarkIpcResult", [](auto& result) { result.resultString = "Auto"; }),
+        text("3 Get roaming mode failed."), text("Get roaming mode failed.") },
+    { "ChangedMode", u"changeRoamingMode", text("auto"), text("changeRoamingMode"), changingTo("auto"),
+        responding(), text("auto"), text("Change roaming mode failed.") },
+    { "ChangedModeOfTheService", u"changeRoamingMode", text("manual"), text("changeRoamingMode"),
+        changingTo("manual"), responding("auto"), text("auto"), text("Change roaming mode failed.") },
+    { "ChangedModeThatIsNone", u"changeRoamingMode", text("manual"), text("changeRoamingMode"),
+        changingTo("manual"), responding("x"), text("3 Change roaming mode failed."),
+        text("Change roaming mode failed.") },
 };
 
 class CloudDocRequest : public CloudDoc, public testing::WithParamInterface<RequestCase> { };
@@ -334,8 +389,9 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(CloudDoc, RefusesInTheOrderOfWhatIsMissing)
 {
     for (const char16_t* member : { u"getCloudCachedFile", u"uploadFile2CloudFolder", u"openCloudFolder",
-             u"createUploadFileTask", u"syncFolder", u"saveToCloudDir" })
+             u"createUploadFileTask", u"syncFolder", u"saveToCloudDir", u"changeRoamingMode" })
         EXPECT_EQ(call(object, member, Map()), text("1 wrong parameters."));
+    EXPECT_EQ(call(object, u"changeRoamingMode", text("Auto")), text("1 wrong parameters."));
     EXPECT_EQ(call(object, u"uploadFile2CloudFolder",
                   Map { { text("cloudPath"), text("/c") }, { text("files"), QStringList { QString() } } }),
         text("1 wrong parameters."));
@@ -359,6 +415,165 @@ TEST_F(CloudDoc, RepliesAfterThePageHasGone)
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_FALSE(request.receiver);
     EXPECT_TRUE(page.settled.isEmpty());
+}
+
+/// Pages note what they hear, as "<page> <event> <payload>".
+class CloudDocEvents : public CloudDoc {
+protected:
+    ~CloudDocEvents() override { proxied = nullptr; }
+
+    void listen(const JSContextEnv& by, const char* name)
+    {
+        for (const char* event :
+            { "clouddoc.loginstatus.changed", "clouddoc.roamingmode.changed", "docCloudSyncStatus" }) {
+            KJSVariant eventName;
+            KJSApiUtil::ConvertQVariantToJSVariant(text(event), eventName);
+            const auto note = [this, event, name](const JSApiArguments& payload) {
+                QVariant read;
+                KJSApiUtil::ConvertJSVariantToQVariant(payload[0], read);
+                notes << QStringLiteral("%1 %2 %3")
+                             .arg(text(name), text(event),
+                                 QString::fromUtf8(
+                                     QJsonDocument::fromVariant(read).toJson(QJsonDocument::Compact)));
+                return KR_OK;
+            };
+            call(object, by, u"addEventListener", { eventName, vexlite::test::function(by, 1, note) });
+        }
+    }
+    std::string heard() { return std::exchange(notes, {}).join(u'\n').toStdString(); }
+
+    /// Has the proxy tell a login, in which nothing but "isLogin" differs, until it is heard or `ms` have
+    /// passed.
+    std::string heardOf(suite::CloudSvrProxy& proxy, bool isLogin, int ms = 0)
+    {
+        QElapsedTimer timer;
+        timer.start();
+        do {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+            proxy.tellLogin(!isLogin);
+            notes.clear();
+            proxy.tellLogin(isLogin);
+        } while (notes.isEmpty() && timer.elapsed() < ms);
+        return heard();
+    }
+
+    QStringList notes;
+};
+
+using Texts = QMap<QString, QString>;
+
+Texts withMany(Texts actions)
+{
+    for (int i = 0; i < 100000; ++i)
+        actions.insert(text("key %1").arg(i), text("x"));
+    return actions;
+}
+
+TEST_F(CloudDocEvents, TellWhatTheServiceDidToEveryPage)
+{
+    struct Row {
+        const char* name;
+        Texts actions;
+        const char* heard;
+    };
+    const QString action = text("action");
+    const QString mode = text("roamingMode");
+    const Texts status { { action, text("docCloudSyncStatus") } };
+    const Texts modeChange { { action, text("roamingModeChanged") } };
+    const auto plus = [](Texts texts, const Texts& more) {
+        for (auto one = more.begin(); one != more.end(); ++one)
+            texts.insert(one.key(), one.value());
+        return texts;
+    };
+    const Row rows[] {
+        { "mode", plus(modeChange, { { mode, text("manual") } }),
+            R"(clouddoc.roamingmode.changed {"roamingMode":"manual"})" },
+        { "mode that is none", plus(modeChange, { { mode, text("Manual") } }), "" },
+        { "no mode", modeChange, "" },
+        { "status",
+            plus(status,
+                { { text("fileId"), text("f") }, { text("cloudPath"), text("/c") },
+                    { text("localPath"), text("/l") }, { text("status"), text("3") },
+                    { text("taskId"), text("t") } }),
+            R"(docCloudSyncStatus {"cloudPath":"/c","fileId":"f","localPath":"/l","status":"3","taskId":"t"})" },
+        { "status of nothing", status, "docCloudSyncStatus {}" },
+        { "status with many strangers", withMany(plus(status, { { text("taskId"), text("t") } })),
+            R"(docCloudSyncStatus {"taskId":"t"})" },
+        { "another action", plus({ { action, text("other") } }, { { mode, text("auto") } }), "" },
+        { "no action", { { mode, text("auto") }, { text("status"), text("1") } }, "" },
+    };
+    suite::CloudSvrProxy proxy;
+    proxied = &proxy;
+    NotingPage otherPage;
+    const JSContextEnv other = core.openPage(&otherPage, {});
+    listen(context, "first");
+    listen(other, "other");
+    for (const Row& row : rows) {
+        proxy.tellActions(row.actions);
+        const std::string told = row.heard;
+        EXPECT_EQ(heard(), told.empty() ? told : "first " + told + "\nother " + told) << row.name;
+    }
+    for (const bool isLogin : { false, true, true, false })
+        proxy.tellLogin(isLogin);
+    EXPECT_EQ(heard(),
+        "first clouddoc.loginstatus.changed {\"isLogin\":true}\n"
+        "other clouddoc.loginstatus.changed {\"isLogin\":true}\n"
+        "first clouddoc.loginstatus.changed {\"isLogin\":false}\n"
+        "other clouddoc.loginstatus.changed {\"isLogin\":false}");
+    core.closePage(other);
+    proxy.tellLogin(true);
+    EXPECT_EQ(heard(), "first clouddoc.loginstatus.changed {\"isLogin\":true}");
+}
+
+TEST_F(CloudDocEvents, FollowTheProxyThatThereIs)
+{
+    const std::string told = "page clouddoc.loginstatus.changed {\"isLogin\":true}";
+    constexpr int FoundWithinMs = 3000;
+    suite::CloudSvrProxy former;
+    proxied = &former;
+    listen(context, "page");
+    proxied = nullptr;
+    EXPECT_EQ(heardOf(former, true), "") << "one that is no longer the suite's";
+
+    auto first = std::make_unique<suite::CloudSvrProxy>();
+    proxied = first.get();
+    EXPECT_EQ(heardOf(*first, true, FoundWithinMs), told) << "one that comes later is found";
+
+    suite::CloudSvrProxy second;
+    proxied = &second;
+    EXPECT_EQ(heardOf(*first, true), "") << "one that has been replaced";
+    EXPECT_EQ(heardOf(second, true), told);
+    proxied = first.get();
+    call(object, u"getRoamingMode");
+    EXPECT_EQ(heardOf(*first, true), told) << "every use looks which one there is";
+
+    proxied = &second;
+    first.reset();
+    EXPECT_EQ(heardOf(second, true, FoundWithinMs), told) << "found again after the end of another";
+}
+
+TEST_F(CloudDocEvents, FollowTheEventObjectThatThereIs)
+{
+    class Proxy final : public KCloudSvrProxy {
+    public:
+        QObject* larkEventObject() override { return events.get(); }
+        std::unique_ptr<suite::CloudEvents> events;
+    } proxy;
+    const auto tell = [&](suite::CloudEvents& events) {
+        Q_EMIT events.signal_notifyActionsMapDefault({ { text("action"), text("docCloudSyncStatus") } });
+        return heard();
+    };
+    proxied = &proxy;
+    listen(context, "page");
+    for (int i = 0; i < 2; ++i) {
+        proxy.events = std::make_unique<suite::CloudEvents>();
+        call(object, u"getRoamingMode");
+        EXPECT_EQ(tell(*proxy.events), "page docCloudSyncStatus {}");
+    }
+    const auto former = std::exchange(proxy.events, nullptr);
+    EXPECT_EQ(tell(*former), "");
+    Q_EMIT proxy.loginStatusChanged(true);
+    EXPECT_EQ(heard(), "page clouddoc.loginstatus.changed {\"isLogin\":true}");
 }
 
 } // namespace

@@ -1,0 +1,30 @@
+#include "host/suite/cloudsvrproxy.h"
+
+#include "host/profile/profile.h"
+#include "suite/kcoreapplication.h"
+
+namespace suite {
+
+CloudSvrProxy& CloudSvrProxy::instance()
+{
+    static CloudSvrProxy proxy;
+    return proxy;
+}
+
+void CloudSvrProxy::tellActions(const QMap<QString, QString>& actions)
+{
+    Q_EMIT m_events.signal_notifyActionsMapDefault(actions);
+}
+
+void CloudSvrProxy::tellLogin(bool isLogin)
+{
+    if (std::exchange(m_isLogin, isLogin) != isLogin)
+        Q_EMIT loginStatusChanged(isLogin);
+}
+
+} // namespace suite
+
+KCloudSvrProxy* KCoreApplication::cloudSvrProxy()
+{
+    return profile::serviceOn(QStringLiteral("cloudProxy")) ? &suite::CloudSvrProxy::instance() : nullptr;
+}

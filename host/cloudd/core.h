@@ -1,0 +1,32 @@
+// What the procedures work on.
+#pragma once
+
+#include "host/cloudd/localplaces.h"
+#include "host/cloudd/service.h"
+#include "host/cloudd/transfers.h"
+
+namespace cloudd {
+
+struct Core {
+    explicit Core(qint64 uploadBytesPerSecond)
+        : transfers(store, contents, uploadBytesPerSecond)
+    {
+    }
+
+    Descriptor lock; ///< held while the directory is in use
+    Store store;
+    Contents contents;
+    LocalPlaces places;
+    Transfers transfers;
+    Rounds copies; ///< to local places
+    std::function<void(const QString& userId, const QMap<QString, QString>& actions)> notify;
+};
+
+/// The signed-in user of a request. Throws Refusal: WrongArguments, NotSignedIn.
+Member admitted(Core& core, const Session& session, const std::string& userId);
+/// The folder that uploads go to: of a cloud path or an id, or without one the default workspace's, which is made.
+Item uploadFolder(Core& core, const Member& member, const QString& pathOrId, Store::Missing missing);
+/// An upload that is to be recorded.
+Task newTask(const Member& member, const Item& folder, const QString& source);
+
+} // namespace cloudd

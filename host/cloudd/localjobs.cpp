@@ -1,0 +1,126 @@
+#include "host/cloudd/localjobs.h"
+
+#include <QFile>
+#include <algorithm>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace cloudd {
+
+namespace {
+
+/// Items read from the records at once.
+constexpr int PageItems = 200;
+
+} // namespace
+
+CacheJob::CacheJob(Store& store, Contents& contents, const LocalPlaces& places, QString fileId, Ended ended)
+    : m_store(store)
+    , m_contents(contents)
+    , m_places(places)
+    , m_fileId(std::move(fileId))
+    , m_ended(std::move(ended))
+{
+}
+
+Job::Step CacheJob::step()
+{
+    State state = State::Ok;
+    try {
+        if (!m_copy) {
+            const Item file = m_store.itemOfId(m_fileId);
+            m_copy = std::make_unique<LocalCopy>(
+                m_contents, file.sha256, file.size, m_places.cacheFolder(file.id), QFile::encodeName(file.name));
+        }
+        if (m_copy->step())
+            return Step::Again;
+    } catch (const Refusal& refusal) {
+        state = refusal.state;
+    }
+    m_copy.reset();
+    m_ended(state);
+    return Step::Ended;
+}
+
+SyncJob::SyncJob(Store& store, Contents& contents, const LocalPlaces& places, QString userId, QString folderId,
+    int depth, Ended ended)
+    : m_store(store)
+    , m_contents(contents)
+    , m_places(places)
+    , m_userId(std::move(userId))
+    , m_folderId(std::move(folderId))
+    , m_depth(depth)
+    , m_ended(std::move(ended))
+{
+}
+
+Job::Step SyncJob::step()
+{
+    try {
+        if (advance())
+            return Step::Again;
+    } catch (const Refusal& refusal) {
+        m_copy.reset();
+        if (m_result.state == State::Ok)
+            m_result.state = refusal.state;
+        if (!m_levels.empty() && refusal.state != State::StorageFailed)
+            return Step::Again;
+    }
+    m_levels.clear();
+    m_ended(m_result);
+    return Step::Ended;
+}
+
+/// One thing: a slice of a file, one item, or a page of the records. False when there is nothing left.
+bool SyncJob::advance()
+{
+    if (!m_begun) {
+        m_begun = true;
+        const QString path = m_store.pathOf(m_store.itemOfId(m_folderId));
+        m_levels.push_back({ m_folderId, m_places.documentsFolder(m_userId, path), {}, {}, true });
+    }
+    if (m_copy) {
+        if (m_copy->step())
+            return true;
+        if (m_copy->written()) {
+            ++m_result.files;
+            m_result.bytes += m_copied.size;
+        }
+        m_copy.reset();
+        return true;
+    }
+    Level& level = m_levels.back();
+    if (!level.items.empty()) {
+        const Item item = std::move(level.items.back());
+        level.items.pop_back();
+        take(item);
+        return true;
+    }
+    if (level.hasMore) {
+        level.items = m_store.children(level.folderId, level.lastName, PageItems);
+        level.hasMore = level.items.size() == PageItems;
+        if (!level.items.empty())
+            level.lastName = level.items.back().name;
+        std::reverse(level.items.begin(), level.items.end());
+        return true;
+    }
+    m_levels.pop_back();
+    return !m_levels.empty();
+}
+
+void SyncJob::take(const Item& item)
+{
+    const QByteArray name = QFile::encodeName(item.name);
+    const Descriptor& here = m_levels.back().local;
+    if (!item.isFolder) {
+        // It may have a new version since its page was read.
+        m_copied = m_store.itemOfId(item.id);
+        m_copy = std::make_unique<LocalCopy>(
+            m_contents, m_copied.sha256, m_copied.size, Descriptor(fcntl(here.get(), F_DUPFD_CLOEXEC, 0)), name);
+        return;
+    }
+    if (static_cast<int>(m_levels.size()) <= m_depth)
+        m_levels.push_back({ item.id, enterFolder(here, name), {}, {}, true });
+}
+
+} // namespace cloudd

@@ -1,0 +1,230 @@
+#include "host/cloudd/transfers.h"
+
+#include "host/cloudd/slice.h"
+#include "host/cloudd/upload.h"
+
+#include <QDeadlineTimer>
+
+namespace cloudd {
+
+namespace {
+
+constexpr int MostUnfinished = 10'000;
+/// So much of a second's bytes may pass at once.
+constexpr double Burst = 0.1;
+/// An end that could not be recorded is tried again after so long.
+constexpr int RetryMs = 1000;
+
+} // namespace
+
+Throttle::Throttle(qint64 bytesPerSecond)
+    : m_bytesPerSecond(static_cast<double>(bytesPerSecond))
+{
+    m_since.start();
+}
+
+qint64 Throttle::available()
+{
+    if (m_bytesPerSecond <= 0)
+        return SliceBytes;
+    m_available += m_bytesPerSecond * static_cast<double>(m_since.nsecsElapsed()) / 1e9;
+    m_since.restart();
+    m_available = qMin(m_available, qMax(1.0, m_bytesPerSecond * Burst));
+    return static_cast<qint64>(m_available);
+}
+
+class Transfers::Run final : public Job {
+public:
+    Run(Transfers& transfers, Task task, Ended ended)
+        : task(std::move(task))
+        , ended(std::move(ended))
+        , m_transfers(transfers)
+    {
+    }
+
+    Step step() override
+    {
+        try {
+            return m_outcome ? record() : copy();
+        } catch (const Refusal& refusal) {
+            // Either the copy has failed, or its end can not be recorded: then the failure is what there is to record.
+            if (m_outcome)
+                m_retry.setRemainingTime(RetryMs);
+            fail(refusal.state);
+            return Step::Later;
+        }
+    }
+
+    Task task; ///< as it is now
+    Ended ended;
+
+private:
+    Step copy()
+    {
+        if (!m_upload) {
+            task.status = TaskStatus::Running;
+            m_upload = std::make_unique<Upload>(m_transfers.m_contents, task.source);
+            m_transfers.tell(task, "syncing");
+            return Step::Again;
+        }
+        const qint64 available = m_transfers.m_throttle.available();
+        if (available < 1)
+            return Step::Later;
+        const qint64 before = m_upload->transferred();
+        const bool more = m_upload->step(available);
+        task.total = m_upload->total();
+        task.transferred = m_upload->transferred();
+        m_transfers.m_throttle.spend(task.transferred - before);
+        if (more)
+            return Step::Again;
+        task.sha256 = m_upload->sha256();
+        m_transfers.finish(*this, task);
+        return Step::Ended;
+    }
+
+    void fail(State state)
+    {
+        m_upload.reset();
+        if (m_outcome)
+            return;
+        m_outcome = task;
+        m_outcome->status = TaskStatus::Failed;
+        m_outcome->state = state;
+        m_outcome->sha256.clear();
+    }
+
+    Step record()
+    {
+        if (!m_retry.hasExpired())
+            return Step::Later;
+        m_transfers.end(*this, *m_outcome);
+        return Step::Ended;
+    }
+
+    Transfers& m_transfers;
+    std::unique_ptr<Upload> m_upload;
+    std::optional<Task> m_outcome; ///< a failure that is not recorded yet
+    QDeadlineTimer m_retry { 0 };
+};
+
+Transfers::Transfers(Store& store, Contents& contents, qint64 bytesPerSecond)
+    : m_store(store)
+    , m_contents(contents)
+    , m_throttle(bytesPerSecond)
+{
+    connect(&m_rounds, &Rounds::idle, this, &Transfers::idle);
+}
+
+void Transfers::resume()
+{
+    start(m_store.unfinishedTasks());
+}
+
+void Transfers::record(const std::vector<Task>& tasks)
+{
+    if (m_runs.size() + tasks.size() > MostUnfinished)
+        throw Refusal(State::Busy);
+    for (const Task& task : tasks)
+        m_store.add(task);
+}
+
+void Transfers::start(const std::vector<Task>& tasks, const Ended& ended)
+{
+    for (const Task& task : tasks) {
+        const auto run = std::make_shared<Run>(*this, task, ended);
+        m_runs.insert(task.id, run);
+        m_rounds.add(run);
+    }
+}
+
+Task Transfers::task(const QString& userId, const QString& id)
+{
+    const auto run = m_runs.value(id);
+    if (run && run->task.userId == userId)
+        return run->task;
+    const auto recorded = m_store.task(userId, id);
+    if (!recorded)
+        throw Refusal(State::NotFound);
+    return *recorded;
+}
+
+void Transfers::cancel(const QString& userId, const QString& id)
+{
+    Task cancelled = task(userId, id);
+    const auto run = m_runs.value(id);
+    if (!run)
+        return;
+    cancelled.status = TaskStatus::Cancelled;
+    cancelled.state = State::Cancelled;
+    end(*run, cancelled);
+}
+
+void Transfers::finish(Run& run, Task task)
+{
+    std::optional<Item> replaced;
+    try {
+        Store::Transaction transaction(m_store);
+        const Item folder = m_store.itemOfId(task.folderId);
+        const QString name = task.autoRename ? m_store.freeName(folder, task.name) : task.name;
+        replaced = m_store.child(folder.id, name);
+        task.itemId = m_store.putFile(folder, name, task.total, task.sha256).id;
+        task.status = TaskStatus::Finished;
+        m_store.end(task);
+        transaction.commit();
+    } catch (const Refusal&) {
+        removeUnnamed(task.sha256);
+        throw;
+    }
+    if (replaced)
+        removeUnnamed(replaced->sha256);
+    end(run, task);
+}
+
+void Transfers::removeUnnamed(const QString& sha256)
+{
+    try {
+        if (!m_store.isNamed(sha256))
+            m_contents.remove(sha256);
+    } catch (const Refusal&) {
+        // It is removed when the service starts again.
+    }
+}
+
+void Transfers::end(Run& run, const Task& task)
+{
+    if (task.status != TaskStatus::Finished)
+        m_store.end(task);
+    // From here on it is known only by its record: whoever is told may ask, cancel or add.
+    const auto kept = m_runs.take(task.id);
+    run.task = task;
+    tell(task, task.status == TaskStatus::Finished ? "synced"
+            : task.status == TaskStatus::Cancelled ? "cancelled"
+                                                   : "failed");
+    if (run.ended)
+        run.ended(task);
+    m_rounds.remove(&run);
+}
+
+QString Transfers::cloudPath(const Task& task)
+{
+    if (!task.itemId.isEmpty())
+        return m_store.pathOf(m_store.itemOfId(task.itemId));
+    const QString folder = m_store.pathOf(m_store.itemOfId(task.folderId));
+    return folder.isEmpty() ? task.name : folder + QLatin1Char('/') + task.name;
+}
+
+void Transfers::tell(const Task& task, const char* status)
+{
+    const auto key = [](const char* name) { return QString::fromLatin1(name); };
+    QString path = task.name;
+    try {
+        path = cloudPath(task);
+    } catch (const Refusal&) {
+        // What has happened is told all the same.
+    }
+    Q_EMIT notice(task.userId,
+        { { key("action"), key("docCloudSyncStatus") }, { key("fileId"), task.itemId }, { key("cloudPath"), path },
+            { key("localPath"), task.source }, { key("status"), key(status) }, { key("taskId"), task.id } });
+}
+
+} // namespace cloudd

@@ -13,7 +13,7 @@ constexpr int MostUnfinished = 10'000;
 /// So much of a second's bytes may pass at once.
 constexpr double Burst = 0.1;
 /// An end that could not be recorded is tried again after so long.
-constexpr int RetryMs = 1000;
+constexpr int RetryMs = 100;
 
 } // namespace
 

@@ -1,0 +1,189 @@
+// A service in a directory of its own, a suite in which "ann" and "bob" are signed in, and files to upload.
+#pragma once
+
+#include "cloud/schema/lark_types.h"
+#include "host/cloudd/service.h"
+#include "host/cloudd/state.h"
+
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QDir>
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <functional>
+#include <string>
+
+namespace cloudd_test {
+
+using namespace nova::lark;
+using Texts = std::map<std::string, std::string>;
+
+inline QString q(const std::string& text)
+{
+    return QString::fromStdString(text);
+}
+
+inline std::string bytesOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "(no file)";
+}
+
+inline std::string sha256(const std::string& bytes)
+{
+    return QCryptographicHash::hash(QByteArray::fromStdString(bytes), QCryptographicHash::Sha256)
+        .toHex()
+        .toStdString();
+}
+
+/// All files below a folder, relative, sorted; links are files.
+inline QStringList filesBelow(const QString& folder)
+{
+    QStringList files;
+    QDirIterator all(folder, QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);
+    while (all.hasNext())
+        files.append(QDir(folder).relativeFilePath(all.next()));
+    files.sort();
+    return files;
+}
+
+/// Different bytes for each seed.
+inline std::string content(size_t size, char seed)
+{
+    std::string bytes(size, seed);
+    for (size_t i = 0; i < size; i += 997)
+        bytes[i] = static_cast<char>(i / 997 + static_cast<size_t>(seed));
+    return bytes;
+}
+
+template <typename Result> struct Answered {
+    bool came = false;
+    bool ok = false;
+    Result result;
+    int state() const { return came && ok == (result.state == 0) ? result.state : -1; }
+};
+
+class World {
+public:
+    explicit World(QString directory, qint64 bytesPerSecond = 0)
+        : session(std::make_shared<cloudd::Session>())
+        , m_directory(std::move(directory))
+    {
+        session->currentUser = q("ann");
+        session->signedIn = QStringList { q("ann"), q("bob") };
+        restart(bytesPerSecond);
+    }
+
+    void restart(qint64 bytesPerSecond = 0)
+    {
+        service.reset();
+        service = std::make_unique<cloudd::Service>(cloudd::Settings { m_directory + q("/state"), bytesPerSecond }, error);
+        QObject::connect(service.get(), &cloudd::Service::notice,
+            [this](const QString& user, const QMap<QString, QString>& actions) {
+                if (onNotice)
+                    onNotice(user.toStdString(), actions);
+            });
+    }
+
+    QString state(const char* path = "") const { return m_directory + q("/state/") + q(path); }
+    /// Writes a source file, and returns its path.
+    std::string source(const std::string& name, const std::string& bytes) const
+    {
+        const QString path = m_directory + QLatin1Char('/') + q(name);
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes.data(), static_cast<qint64>(bytes.size())) < 0)
+            abort();
+        return path.toStdString();
+    }
+
+    /// Lets the service work until it is so; false after 20 s.
+    template <typename Condition> static bool until(Condition isSo)
+    {
+        QElapsedTimer timer;
+        for (timer.start(); !isSo();) {
+            if (timer.hasExpired(20'000))
+                return false;
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 100);
+        }
+        return true;
+    }
+    bool rest() const { return until([this] { return !service->isBusy(); }); }
+
+    /// Sends the request; the answer may come later.
+    template <typename Result, typename Request>
+    std::shared_ptr<Answered<Result>> send(const char* procedure, const Request& request)
+    {
+        auto answered = std::make_shared<Answered<Result>>();
+        service->handle(session, procedure, &request, [answered](bool ok, const void* result) {
+            if (answered->came)
+                abort();
+            *answered = { true, ok, *static_cast<const Result*>(result) };
+        });
+        return answered;
+    }
+    template <typename Result, typename Request> Answered<Result> ask(const char* procedure, const Request& request)
+    {
+        const auto answered = send<Result>(procedure, request);
+        until([&] { return answered->came; });
+        return *answered;
+    }
+    Answered<LarkIpcResult> call(const char* method, const Texts& arguments, const char* nameSpace = "")
+    {
+        LarkIpcArg request;
+        request.nameSpace = nameSpace;
+        request.method = method;
+        request.argMap = arguments;
+        return ask<LarkIpcResult>("larkIpcCall", request);
+    }
+
+    /// The id of the task.
+    std::string upload(const std::string& file, const char* folder = "/", const char* autoRename = "false")
+    {
+        return call("uploadFileToCloud",
+            { { "userId", "ann" }, { "filePath", file }, { "cloudDir", folder }, { "autoRename", autoRename } })
+            .result.resultMap["taskId"];
+    }
+    Texts task(const std::string& id, const char* user = "ann")
+    {
+        return call("getTaskState", { { "userId", user }, { "taskId", id } }).result.resultMap;
+    }
+    /// "status/uploadErrorCode" at the end.
+    std::string outcome(const std::string& id)
+    {
+        rest();
+        Texts now = task(id);
+        return now["status"] + '/' + now["uploadErrorCode"];
+    }
+    QJsonObject data(const std::string& id)
+    {
+        return QJsonDocument::fromJson(QByteArray::fromStdString(task(id)["data"])).object();
+    }
+    Answered<GetCloudFileCachePathResult> cache(const std::string& path, const char* user = "ann")
+    {
+        GetCloudFileCachePathArg request;
+        request.userId = user;
+        request.cloudPath = path;
+        return ask<GetCloudFileCachePathResult>("getCloudFileCachePath", request);
+    }
+    /// What the cloud has under this path; by way of the cache.
+    std::string cloudBytes(const std::string& path)
+    {
+        const auto answered = cache(path);
+        return answered.ok ? bytesOf(q(answered.result.localPath)) : "state " + std::to_string(answered.state());
+    }
+
+    std::shared_ptr<cloudd::Session> session;
+    std::unique_ptr<cloudd::Service> service;
+    QString error;
+    std::function<void(const std::string& user, const QMap<QString, QString>& actions)> onNotice;
+
+private:
+    QString m_directory;
+};
+
+} // namespace cloudd_test

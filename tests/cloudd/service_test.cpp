@@ -1,0 +1,458 @@
+// What the procedures answer, and what that leaves on the disk.
+#include "tests/cloudd/fixture.h"
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <csignal>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace cloudd_test;
+
+constexpr qint64 Slow = 400'000; ///< bytes a second: an upload is under way when it is looked at
+
+class CloudService : public testing::Test {
+protected:
+    CloudService()
+        : world(place.path())
+    {
+        EXPECT_EQ(world.error, QString());
+        world.onNotice = [this](const std::string& user, const QMap<QString, QString>& actions) {
+            notices.append(q(user) + QLatin1Char(' ') + QStringList(actions.values()).join(QLatin1Char(' ')));
+            last = actions;
+        };
+    }
+
+    std::string uploaded(const char* name, const std::string& bytes, const char* folder = "/", const char* rename = "false")
+    {
+        return world.outcome(world.upload(world.source(name, bytes), folder, rename));
+    }
+    QString damage(const std::string& bytes) const
+    {
+        const std::string name = sha256(bytes);
+        const QString path = world.state("contents/") + q(name.substr(0, 2) + '/' + name);
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadWrite) && file.putChar('#'));
+        return path;
+    }
+    Answered<SyncFolderResult> sync(const char* folder, int depth, const char* group = "")
+    {
+        SyncFolderArg request;
+        request.userId = "ann";
+        request.groupId = group;
+        request.fileId = folder;
+        request.depth = depth;
+        return world.ask<SyncFolderResult>("syncFolder", request);
+    }
+    Answered<SaveToCloudDirResult> save(const char* folder, const char* name, int type, Texts extra = {}, const char* group = "")
+    {
+        SaveToCloudDirArg request;
+        request.userId = "ann";
+        request.groupId = group;
+        request.fileId = folder;
+        request.fname = name;
+        request.itemType = type;
+        request.extraParam = std::move(extra);
+        return world.ask<SaveToCloudDirResult>("saveToCloudDir", request);
+    }
+    Answered<OpenVirtualCloudDiskResult> openFolder(const char* path, bool create = false)
+    {
+        OpenVirtualCloudDiskArg request;
+        request.userId = "ann";
+        request.cloudPath = path;
+        request.createWhenNoExists = create;
+        return world.ask<OpenVirtualCloudDiskResult>("openVirtualCloudDisk", request);
+    }
+
+    const QTemporaryDir place;
+    World world;
+    QStringList notices;
+    QMap<QString, QString> last;
+};
+
+TEST_F(CloudService, AnswersEachMethodWithItsState)
+{
+    struct Row { const char* name; const char* method; Texts arguments; int state; const char* nameSpace = ""; };
+    ASSERT_EQ(uploaded("file", "x"), "1/0");
+    const std::string file = world.source("file", "x");
+    const std::string annsTask = world.upload(file);
+    const auto upload = [&](const std::string& path, const std::string& folder, const char* rename = "") {
+        return Texts { { "userId", "ann" }, { "filePath", path }, { "cloudDir", folder }, { "autoRename", rename } };
+    };
+    std::string deep;
+    for (int i = 0; i < 65; ++i)
+        deep += "d/";
+    const std::string halfCharacter = "a\xC3";
+    const Row rows[] = {
+        { "nobody", "getRoamingMode", {}, 1 },
+        { "somebody else", "getRoamingMode", { { "userId", "eve" } }, 3 },
+        { "no UTF-8", "getRoamingMode", { { "userId", halfCharacter } }, 1 },
+        { "a long id", "getRoamingMode", { { "userId", std::string(81, 'u') } }, 1 },
+        { "an unknown method", "formatDisk", { { "userId", "ann" } }, 8 },
+        { "a name space", "getRoamingMode", { { "userId", "ann" } }, 8, "other" },
+        { "an unknown mode", "changeRoamingMode", { { "userId", "ann" }, { "roamingMode", "on" } }, 1 },
+        { "an unknown task", "getTaskState", { { "userId", "ann" }, { "taskId", "t0" } }, 2 },
+        { "another's task", "getTaskState", { { "userId", "bob" }, { "taskId", annsTask } }, 2 },
+        { "to cancel another's task", "cancelTransferTask", { { "userId", "bob" }, { "taskId", annsTask } }, 2 },
+        { "a relative source", "uploadFileToCloud", upload("file", "/"), 1 },
+        { "no file name", "uploadFileToCloud", upload("/tmp/", "/"), 1 },
+        { "a parent step as name", "uploadFileToCloud", upload("/tmp/..", "/"), 1 },
+        { "a long source", "uploadFileToCloud", upload('/' + std::string(5000, '/') + 'f', "/"), 1 },
+        { "a zero byte", "uploadFileToCloud", upload(std::string("/tmp/a\0b", 8), "/"), 1 },
+        { "a line feed", "uploadFileToCloud", upload("/tmp/a\nb", "/"), 1 },
+        { "no truth value", "uploadFileToCloud", upload(file, "/", "maybe"), 1 },
+        { "a parent step in the folder", "uploadFileToCloud", upload(file, "a/../b"), 1 },
+        { "a long folder name", "uploadFileToCloud", upload(file, std::string(256, 'n')), 1 },
+        { "a deep folder", "uploadFileToCloud", upload(file, deep), 1 },
+        { "a folder as deep as may be", "uploadFileToCloud", upload(file, deep.substr(2)), 0 },
+        { "a file instead of the folder", "uploadFileToCloud", upload(file, "file/below"), 4 },
+        { "a bad user to be signed in", "setCurrentUser", { { "userId", "ann" }, { "signedIn", "ann\n\x07" } }, 1 },
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(world.call(row.method, row.arguments, row.nameSpace).state(), row.state) << row.name;
+    EXPECT_FALSE(cloudd::Service::knows("formatDisk"));
+    EXPECT_FALSE(openFolder(deep.substr(2).c_str()).result.extraParam["localPath"].empty());
+}
+
+TEST_F(CloudService, SaysWhoIsThere)
+{
+    const auto group = QJsonDocument::fromJson(QByteArray::fromStdString(
+        world.call("getPersonalPrivateGroup", { { "userId", "ann" } }).result.resultMap["response"])).object();
+    GetDefaultWorkspaceArg request;
+    request.callFrom = "test";
+    const auto workspace = [&] { return world.ask<GetDefaultWorkspaceResult>("getDefaultWorkspace", request); };
+    auto answered = workspace();
+    EXPECT_EQ(answered.result.groupId, group[q("groupId")].toString().toStdString());
+    EXPECT_EQ(group[q("ownerId")].toString(), q("ann"));
+    EXPECT_EQ(answered.result.virtualPath, group[q("name")].toString().toStdString() + "/My Documents");
+    EXPECT_EQ(answered.result.extraParam, (Texts { { "isEnterpriseIP", "false" }, { "callFrom", "test" } }));
+    EXPECT_EQ(uploaded("file", "x", ""), "1/0");
+    EXPECT_EQ(world.cloudBytes(answered.result.cloudPath + "/file"), "x");
+
+    const auto signIn = [&](const char* user, const char* all) {
+        return world.call("setCurrentUser", { { "userId", user }, { "signedIn", all }, { "companyId", "c" } });
+    };
+    EXPECT_EQ(signIn("bob", "bob").result.resultMap["isLogin"], "true");
+    EXPECT_EQ(world.cache("file").state(), 3);
+    answered = workspace();
+    EXPECT_EQ(answered.result.extraParam["isEnterpriseIP"], "true");
+    EXPECT_NE(answered.result.groupId, group[q("groupId")].toString().toStdString());
+    EXPECT_EQ(save("", "n", 1).state(), 3);
+    EXPECT_EQ(signIn("", "").result.resultMap["isLogin"], "false");
+    EXPECT_EQ(workspace().state(), 3);
+}
+
+TEST_F(CloudService, KeepsTheRoamingMode)
+{
+    const auto mode = [&](const char* user) { return world.call("getRoamingMode", { { "userId", user } }).result.resultString; };
+    EXPECT_EQ(mode("ann"), "auto");
+    for (int i = 0; i < 2; ++i)
+        world.call("changeRoamingMode", { { "userId", "ann" }, { "roamingMode", "manual" } });
+    EXPECT_EQ(notices, QStringList { q("ann roamingModeChanged manual") });
+    world.restart();
+    EXPECT_EQ(mode("ann") + mode("bob"), "manualauto");
+}
+
+/// Sources that are no files, or that change while they are copied.
+TEST_F(CloudService, RefusesWhatIsNoFileThatStaysAsItIs)
+{
+    const std::string big = content(250'000, 'b');
+    const std::string path = world.source("source", big);
+    const QString file = q(path);
+    struct Row { const char* name; std::function<void()> before; std::function<void()> meanwhile; const char* outcome; };
+    const auto nothing = [] {};
+    const auto rewrite = [&](char byte, qint64 at) {
+        QFile changed(file);
+        EXPECT_TRUE(changed.open(QIODevice::ReadWrite) && changed.seek(at) && changed.putChar(byte));
+    };
+    const Row rows[] = {
+        { "missing", [&] { QFile::remove(file); }, nothing, "2/5" },
+        { "directory", [&] { QDir().mkdir(file); }, nothing, "2/5" },
+        { "pipe", [&] { QDir().rmdir(file); mkfifo(path.c_str(), 0600); }, nothing, "2/5" },
+        { "device", [&] { QFile::remove(file); EXPECT_EQ(symlink("/dev/zero", path.c_str()), 0); }, nothing, "2/5" },
+        { "nothing changes", [&] { QFile::remove(file); world.source("source", big); }, nothing, "1/0" },
+        { "vanishes", nothing, [&] { QFile::remove(file); }, "2/5" },
+        { "grows", [&] { world.source("source", big); }, [&] { rewrite('+', static_cast<qint64>(big.size())); }, "2/5" },
+        { "shrinks", [&] { world.source("source", big); }, [&] { QFile::resize(file, 100); }, "2/5" },
+        { "is changed", [&] { world.source("source", big); }, [&] { rewrite('!', 3); }, "2/5" },
+        { "is replaced", [&] { world.source("source", big); },
+            [&] { world.source("other", big); EXPECT_EQ(rename((place.path().toStdString() + "/other").c_str(), path.c_str()), 0); }, "2/5" },
+    };
+    world.restart(Slow);
+    for (const Row& row : rows) {
+        row.before();
+        const std::string id = world.upload(path, row.name);
+        World::until([&] { return world.data(id)[q("transferred")].toInt() > 0 || !world.service->isBusy(); });
+        row.meanwhile();
+        EXPECT_EQ(world.outcome(id), row.outcome) << row.name;
+        EXPECT_EQ(filesBelow(world.state("incoming")), QStringList()) << row.name;
+    }
+    EXPECT_EQ(filesBelow(world.state("contents")).size(), 1);
+}
+
+TEST_F(CloudService, GoesOnWhenAFileIsTooBigForTheDisk)
+{
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before { };
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit small { 1'500'000, before.rlim_max };
+    setrlimit(RLIMIT_FSIZE, &small);
+    const std::string id = world.upload(place.path().toStdString() + "/big");
+    setrlimit(RLIMIT_FSIZE, &before);
+    world.source("big", content(3'000'000, 'b'));
+    setrlimit(RLIMIT_FSIZE, &small);
+    EXPECT_EQ(world.outcome(id), "2/6");
+    EXPECT_EQ(filesBelow(world.state("incoming")), QStringList());
+    EXPECT_EQ(uploaded("small", "s"), "1/0");
+    setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_EQ(world.cloudBytes("small"), "s");
+}
+
+TEST_F(CloudService, NumbersTakenNamesOrMakesVersions)
+{
+    ASSERT_EQ(uploaded("a.tar.gz", "1"), "1/0");
+    const std::string id = world.data(world.upload(world.source("a.tar.gz", "1")))[q("fileId")].toString().toStdString();
+    ASSERT_EQ(uploaded("a.tar.gz", "2"), "1/0");
+    EXPECT_EQ(world.cloudBytes("a.tar.gz"), "2");
+    EXPECT_EQ(filesBelow(world.state("contents")).size(), 1) << "the old version's content is still there";
+    for (const char* bytes : { "3", "4", "5", "6" })
+        ASSERT_EQ(uploaded("a.tar.gz", bytes, "/", "true"), "1/0");
+    for (const auto& [name, bytes] : Texts { { "a.tar.gz", "2" }, { "/a.tar (1).gz", "3" }, { "a.tar (4).gz", "6" } })
+        EXPECT_EQ(world.cloudBytes(name), bytes) << name;
+    // As long as may be, in two-byte characters; a number makes the name no longer.
+    std::string longName(1, 'x');
+    for (int i = 0; i < 125; ++i)
+        longName += "\xC3\xA4";
+    longName += ".odt";
+    ASSERT_EQ(uploaded(longName.c_str(), "7"), "1/0");
+    ASSERT_EQ(uploaded(longName.c_str(), "8", "/", "true"), "1/0");
+    const std::string shorter = longName.substr(0, 247) + " (1).odt";
+    EXPECT_EQ(world.cloudBytes(shorter), "8");
+    EXPECT_EQ(save("/", "a.tar.gz", 1).result.cloudPath, "a.tar (5).gz") << "a folder where a file has the name";
+    EXPECT_EQ(save("/", "a.tar (5).gz", 1).result.cloudPath, "a.tar (5).gz") << "the folder that is there";
+    EXPECT_EQ(uploaded("a.tar (5).gz", "9"), "2/4") << "a file where a folder has the name";
+    EXPECT_EQ(filesBelow(world.state("contents")).size(), 7);
+}
+
+TEST_F(CloudService, CancelsWhatHasNotEnded)
+{
+    ASSERT_EQ(uploaded("done", "d"), "1/0");
+    world.restart(Slow);
+    std::vector<std::string> ids;
+    for (int i = 0; i < 5; ++i)
+        ids.push_back(world.upload(world.source("file" + std::to_string(i), content(60'000, static_cast<char>('a' + i)))));
+    World::until([&] { return world.data(ids[0])[q("transferred")].toInt() > 0; });
+    EXPECT_EQ(world.task(ids[2])["status"] + world.task(ids[3])["status"], "30") << "three run, the rest waits";
+    const auto cancel = [&](const std::string& id) {
+        return world.call("cancelTransferTask", { { "userId", "ann" }, { "taskId", id } }).state();
+    };
+    for (const size_t i : { 0, 4, 0 }) {
+        EXPECT_EQ(cancel(ids[i]), 0);
+        EXPECT_EQ(world.task(ids[i])["status"], "6");
+        EXPECT_EQ(last[q("status")], q("cancelled"));
+    }
+    EXPECT_LE(filesBelow(world.state("incoming")).size(), 3);
+    // Whoever is told of the beginning may cancel at once.
+    world.onNotice = [&](const std::string&, const QMap<QString, QString>& actions) {
+        if (actions[q("taskId")] == q(ids[3]) && actions[q("status")] == q("syncing"))
+            cancel(ids[3]);
+    };
+    EXPECT_EQ(world.outcome(ids[1]), "1/0");
+    EXPECT_EQ(cancel(ids[1]), 0);
+    world.restart();
+    const char* const outcomes[] = { "6/10", "1/0", "1/0", "6/10", "6/10" };
+    for (size_t i = 0; i < ids.size(); ++i)
+        EXPECT_EQ(world.outcome(ids[i]), outcomes[i]) << i;
+    EXPECT_EQ(world.cache("file3").state(), 2);
+}
+
+TEST_F(CloudService, GoesNoFasterThanItMay)
+{
+    world.restart(200'000);
+    QElapsedTimer timer;
+    timer.start();
+    for (const char* name : { "a", "b" })
+        world.upload(world.source(name, content(80'000, *name)));
+    world.rest();
+    EXPECT_GE(timer.elapsed(), 650);
+}
+
+TEST_F(CloudService, NeverHandsOutDamagedContents)
+{
+    ASSERT_EQ(uploaded("good", "good") + uploaded("poor", "poor"), "1/01/0");
+    const std::string cached = world.cache("poor").result.localPath;
+    const QString stored = damage("poor");
+    EXPECT_EQ(world.cloudBytes("poor"), "poor") << "the copy is whole";
+    world.source("unused", "");
+    QFile::remove(q(cached));
+    EXPECT_EQ(world.cloudBytes("poor"), "state 9");
+    EXPECT_FALSE(QFile::exists(q(cached)));
+    auto synced = sync("/", 0);
+    EXPECT_EQ(synced.state(), 9);
+    EXPECT_EQ(synced.result.extraParam["files"], "1");
+    EXPECT_EQ(filesBelow(q(synced.result.extraParam["localPath"])), QStringList { q("good") });
+    QFile::remove(stored);
+    EXPECT_EQ(world.cloudBytes("poor"), "state 9");
+    ASSERT_EQ(uploaded("poor", "poor"), "1/0") << "the same content heals it";
+    EXPECT_EQ(world.cloudBytes("poor"), "poor");
+}
+
+TEST_F(CloudService, SyncsWhatDiffersAndFollowsNoLink)
+{
+    for (const char* folder : { "/", "sub", "sub/deep" })
+        ASSERT_EQ(uploaded("one", std::string("one in ") + folder, folder) + uploaded("two", content(50'000, 't'), folder), "1/01/0");
+    const std::string outside = world.source("outside", "mine");
+    const QString local = q(openFolder("/").result.extraParam["localPath"]);
+    EXPECT_EQ(symlink(outside.c_str(), (local + q("/one")).toLocal8Bit().constData()), 0);
+    EXPECT_EQ(symlink(place.path().toLocal8Bit().constData(), (local + q("/sub")).toLocal8Bit().constData()), 0);
+    QFile own(local + q("/own"));
+    EXPECT_TRUE(own.open(QIODevice::WriteOnly));
+
+    auto counted = [&](int depth) { return sync("", depth).result.extraParam["files"]; };
+    EXPECT_EQ(counted(0), "2");
+    for (const char* files : { "2", "0" })
+        EXPECT_EQ(counted(1), files);
+    EXPECT_EQ(bytesOf(q(outside)), "mine");
+    QFile(local + q("/two")).remove();
+    QFile changed(local + q("/sub/two"));
+    EXPECT_TRUE(changed.open(QIODevice::ReadWrite) && changed.putChar('#'));
+    changed.close();
+    EXPECT_EQ(counted(9), "4");
+    EXPECT_EQ(filesBelow(local).join(QLatin1Char(' ')), q("one own sub/deep/one sub/deep/two sub/one sub/two two"));
+    EXPECT_EQ(bytesOf(local + q("/sub/one")) + bytesOf(local + q("/sub/deep/one")), "one in subone in sub/deep");
+    EXPECT_EQ(bytesOf(local + q("/sub/two")), content(50'000, 't'));
+    EXPECT_EQ(QFileInfo(local + q("/sub/two")).permissions() & 0x0077, 0);
+
+    QDir().mkpath(local + q("/sub/deep/one.d"));
+    QFile::remove(local + q("/one"));
+    QDir().mkdir(local + q("/one"));
+    const auto blocked = sync("", 0);
+    EXPECT_EQ(blocked.state(), 4) << "a folder is in the way";
+    EXPECT_EQ(sync("sub", -1).state(), 1);
+    EXPECT_EQ(sync("nowhere", 0).state(), 2);
+    EXPECT_EQ(sync("", 0, "g0").state(), 2);
+}
+
+TEST_F(CloudService, UploadsManyFilesAtOnce)
+{
+    QDir(place.path()).mkdir(q("other"));
+    UploadFilesToCloudArg request;
+    request.userId = "ann";
+    request.cloudPath = "in";
+    request.userData = "mine";
+    request.srcFiles = { world.source("a", "1"), world.source("other/a", "2"), place.path().toStdString() + "/none" };
+    const auto upload = [&] { return world.ask<UploadFilesToCloudResult>("uploadFilesToCloud", request); };
+    EXPECT_EQ(upload().state(), 2) << "the folder is missing";
+    request.createWhenNoExists = true;
+    const auto answered = upload();
+    EXPECT_EQ(answered.state(), 5);
+    EXPECT_EQ(answered.result.userData, "mine");
+    EXPECT_EQ(answered.result.extraParam, (Texts { { "uploaded", "2" }, { "failedCount", "1" },
+                                              { "failed", "[\"" + request.srcFiles[2] + "\"]" } }));
+    EXPECT_EQ(world.cloudBytes("in/a") + world.cloudBytes("in/a (1)"), "12");
+    // Of the tasks that have ended the last 1000 are kept.
+    const QStringList told = notices;
+    const std::string first = last[q("taskId")].toStdString();
+    request.srcFiles.assign(999, request.srcFiles[2]);
+    upload();
+    EXPECT_EQ(world.task(first)["status"], "2");
+    request.srcFiles.resize(1);
+    upload();
+    EXPECT_EQ(world.call("getTaskState", { { "userId", "ann" }, { "taskId", first } }).state(), 2);
+    // Not more than 10,000 wait.
+    request.srcFiles.assign(10'000, request.srcFiles[0]);
+    world.send<UploadFilesToCloudResult>("uploadFilesToCloud", request);
+    EXPECT_EQ(world.call("uploadFileToCloud", { { "userId", "ann" }, { "filePath", request.srcFiles[0] } }).state(), 7);
+    request.srcFiles.clear();
+    EXPECT_EQ(upload().state(), 1);
+}
+
+TEST_F(CloudService, SavesToAFolder)
+{
+    struct Row { const char* name; const char* folder; const char* file; int type; Texts extra; int state; const char* path; };
+    const std::string source = world.source("source", "bytes");
+    ASSERT_EQ(save("/", "folder", 1).state(), 0);
+    const Row rows[] = {
+        { "an empty document", "folder", "new.odt", 0, {}, 0, "folder/new.odt" },
+        { "another one", "folder", "new.odt", 0, {}, 0, "folder/new (1).odt" },
+        { "a file", "folder", "new.odt", 0, { { "localPath", source } }, 0, "folder/new (2).odt" },
+        { "the default folder", "", "n", 0, {}, 0, "My Documents/n" },
+        { "a missing file", "folder", "x", 0, { { "localPath", "/nowhere" } }, 5, "" },
+        { "a folder that is not there", "none", "x", 0, {}, 2, "" },
+        { "a file as the folder", "folder/new.odt", "x", 0, {}, 2, "" },
+        { "a path as the name", "folder", "../x", 0, {}, 1, "" },
+        { "another kind", "folder", "x", 2, {}, 1, "" },
+    };
+    for (const Row& row : rows) {
+        const auto answered = save(row.folder, row.file, row.type, row.extra);
+        EXPECT_EQ(answered.state(), row.state) << row.name;
+        EXPECT_EQ(answered.result.cloudPath, row.path) << row.name;
+    }
+    EXPECT_EQ(save("", "n", 0, {}, "g0").state(), 2) << "another's group";
+    EXPECT_EQ(world.cloudBytes("folder/new.odt") + world.cloudBytes("folder/new (2).odt"), "bytes");
+    EXPECT_EQ(world.cache("folder").state(), 2);
+    EXPECT_EQ(world.cache("folder/new.odt", "bob").state(), 2);
+}
+
+TEST_F(CloudService, KeepsUsersApartOnTheDisk)
+{
+    world.session->signedIn = QStringList { q(".."), q("../ann"), q("a%2Fb"), q("a/b") };
+    QStringList paths;
+    for (const QString& user : world.session->signedIn)
+        paths.append(q(world.call("getMyCloudDocumentsLocalPath", { { "userId", user.toStdString() } }).result.resultString));
+    EXPECT_EQ(QDir(world.state("documents")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 4);
+    for (const QString& path : paths)
+        EXPECT_EQ(QFileInfo(path).canonicalPath(), QFileInfo(world.state("documents")).canonicalFilePath());
+}
+
+TEST(CloudRecords, AreNotOverwritten)
+{
+    struct Row { const char* name; std::function<void(const QString&)> spoil; };
+    const auto execute = [](const char* statement) {
+        return [statement](const QString& path) {
+            QSqlDatabase database = QSqlDatabase::addDatabase(q("QSQLITE"), q("spoil"));
+            database.setDatabaseName(path);
+            EXPECT_TRUE(database.open() && QSqlQuery(database).exec(q(statement)));
+            database.close();
+            database = QSqlDatabase();
+            QSqlDatabase::removeDatabase(q("spoil"));
+        };
+    };
+    const auto overwrite = [](qint64 at) {
+        return [at](const QString& path) {
+            QFile file(path);
+            EXPECT_TRUE(file.open(QIODevice::ReadWrite) && file.seek(at) && file.write(QByteArray(3000, '#')) == 3000);
+        };
+    };
+    const Row rows[] = { { "newer", execute("PRAGMA user_version = 2") }, { "other", execute("PRAGMA user_version = 0") },
+        { "no records at all", overwrite(0) }, { "damaged", overwrite(4096) } };
+    for (const Row& row : rows) {
+        const QTemporaryDir place;
+        World world(place.path());
+        ASSERT_EQ(world.outcome(world.upload(world.source("file", "x"))), "1/0");
+        const World second(place.path());
+        EXPECT_NE(second.error, QString()) << "two services in one directory";
+        world.service.reset();
+        row.spoil(world.state("records.sqlite"));
+        const std::string before = bytesOf(world.state("records.sqlite"));
+        world.restart();
+        EXPECT_TRUE(world.error.contains(q("records.sqlite"))) << row.name << ": " << world.error.toStdString();
+        world.service.reset();
+        EXPECT_EQ(bytesOf(world.state("records.sqlite")), before) << row.name;
+        EXPECT_EQ(filesBelow(world.state("contents")).size(), 1) << row.name;
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    testing::InitGoogleTest(&argc, argv);
+    const QCoreApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}

@@ -1,9 +1,9 @@
-// The contents of files, by their SHA-256: contents/ab/<sha256>. A content is received in incoming/ and gets its place
-// when all of it is on the disk, so what has a name there is whole.
+// The contents of files, by their SHA-256: contents/ab/<sha256>. A content is received in incoming/ and gets
+// its place when all of it is on the disk, so what has a name there is whole.
 //
 //     Incoming incoming(contents);
-//     incoming.write(bytes, count);              // again and again; an Incoming that is dropped leaves nothing
-//     contents.keep(incoming);
+//     incoming.write(bytes, count);              // again and again; an Incoming that is dropped leaves
+//     nothing contents.keep(incoming);
 //
 // All of it may throw Refusal(StorageFailed).
 #pragma once
@@ -17,8 +17,8 @@ namespace cloudd {
 
 class Contents {
 public:
-    /// Opens (or makes) what is below `directory`, and empties incoming/. Returns why it can not; then nothing may be
-    /// called.
+    /// Opens (or makes) what is below `directory`, and empties incoming/. Returns why it can not; then
+    /// nothing may be called.
     QString open(const QString& directory);
     /// Removes the contents for which `isNamed` (given the SHA-256) says false.
     void sweep(const std::function<bool(const QString&)>& isNamed);
@@ -49,8 +49,8 @@ public:
     qint64 size() const { return m_size; }
     /// Of all that has been written.
     QString sha256() const { return QString::fromLatin1(m_hash.result().toHex()); }
-    /// Writes everything to the disk and moves the file to `name` in `folder`, in place of a file or a link. Throws
-    /// Refusal(NameTaken) when a folder is in the way. The last call.
+    /// Writes everything to the disk and moves the file to `name` in `folder`, in place of a file or a link.
+    /// Throws Refusal(NameTaken) when a folder is in the way. The last call.
     void place(const Descriptor& folder, const QByteArray& name);
 
 private:

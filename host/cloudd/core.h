@@ -24,7 +24,8 @@ struct Core {
 
 /// The signed-in user of a request. Throws Refusal: WrongArguments, NotSignedIn.
 Member admitted(Core& core, const Session& session, const std::string& userId);
-/// The folder that uploads go to: of a cloud path or an id, or without one the default workspace's, which is made.
+/// The folder that uploads go to: of a cloud path or an id, or without one the default workspace's, which is
+/// made.
 Item uploadFolder(Core& core, const Member& member, const QString& pathOrId, Store::Missing missing);
 /// An upload that is to be recorded.
 Task newTask(const Member& member, const Item& folder, const QString& source);

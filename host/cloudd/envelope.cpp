@@ -114,8 +114,8 @@ LarkIpcResult getPersonalPrivateGroup(MethodCall& call)
     const Member& member = call.member;
     return map({ { "response",
         json({ { QStringLiteral("groupId"), member.groupId }, { QStringLiteral("name"), member.groupName },
-            { QStringLiteral("type"), QStringLiteral("private") }, { QStringLiteral("rootId"), member.rootId },
-            { QStringLiteral("ownerId"), member.userId },
+            { QStringLiteral("type"), QStringLiteral("private") },
+            { QStringLiteral("rootId"), member.rootId }, { QStringLiteral("ownerId"), member.userId },
             { QStringLiteral("createTime"), member.createTime } }) } });
 }
 

@@ -33,16 +33,17 @@ private:
     int m_fd;
 };
 
-/// A regular file for reading, that is not waited for; nothing when there is none. `flags`: more of open's, such as
-/// O_NOFOLLOW. `folder`: a folder's descriptor, or AT_FDCWD.
+/// A regular file for reading, that is not waited for; nothing when there is none. `flags`: more of open's,
+/// such as O_NOFOLLOW. `folder`: a folder's descriptor, or AT_FDCWD.
 Descriptor openRegular(int folder, const QByteArray& path, int flags, struct stat& opened);
 /// -1 when it can not be read.
 qint64 readSlice(const Descriptor& file, char* buffer, qint64 bytes);
 
-/// The folder `path` itself, made with mode 0700 where it is missing (but none above it); nothing when that fails.
+/// The folder `path` itself, made with mode 0700 where it is missing (but none above it); nothing when that
+/// fails.
 Descriptor openFolder(const QByteArray& path);
-/// The folder `name` within another one, made where it is missing. A link in its place is replaced by a folder. Throws
-/// Refusal(NameTaken) when something else is in its place, and Refusal(StorageFailed).
+/// The folder `name` within another one, made where it is missing. A link in its place is replaced by a
+/// folder. Throws Refusal(NameTaken) when something else is in its place, and Refusal(StorageFailed).
 Descriptor enterFolder(const Descriptor& folder, const QByteArray& name);
 
 } // namespace cloudd

@@ -1,5 +1,5 @@
-// Makes a local file equal to a stored content, in slices. A local file that is equal already is left alone; another
-// one, or a link, is replaced when all of the copy is there and its hash is right.
+// Makes a local file equal to a stored content, in slices. A local file that is equal already is left alone;
+// another one, or a link, is replaced when all of the copy is there and its hash is right.
 //
 //     while (copy.step()) { }                    // a slice each
 //     copy.written();

@@ -29,8 +29,8 @@ Job::Step CacheJob::step()
     try {
         if (!m_copy) {
             const Item file = m_store.itemOfId(m_fileId);
-            m_copy = std::make_unique<LocalCopy>(
-                m_contents, file.sha256, file.size, m_places.cacheFolder(file.id), QFile::encodeName(file.name));
+            m_copy = std::make_unique<LocalCopy>(m_contents, file.sha256, file.size,
+                m_places.cacheFolder(file.id), QFile::encodeName(file.name));
         }
         if (m_copy->step())
             return Step::Again;
@@ -42,8 +42,8 @@ Job::Step CacheJob::step()
     return Step::Ended;
 }
 
-SyncJob::SyncJob(Store& store, Contents& contents, const LocalPlaces& places, QString userId, QString folderId,
-    int depth, Ended ended)
+SyncJob::SyncJob(Store& store, Contents& contents, const LocalPlaces& places, QString userId,
+    QString folderId, int depth, Ended ended)
     : m_store(store)
     , m_contents(contents)
     , m_places(places)
@@ -115,8 +115,8 @@ void SyncJob::take(const Item& item)
     if (!item.isFolder) {
         // It may have a new version since its page was read.
         m_copied = m_store.itemOfId(item.id);
-        m_copy = std::make_unique<LocalCopy>(
-            m_contents, m_copied.sha256, m_copied.size, Descriptor(fcntl(here.get(), F_DUPFD_CLOEXEC, 0)), name);
+        m_copy = std::make_unique<LocalCopy>(m_contents, m_copied.sha256, m_copied.size,
+            Descriptor(fcntl(here.get(), F_DUPFD_CLOEXEC, 0)), name);
         return;
     }
     if (static_cast<int>(m_levels.size()) <= m_depth)

@@ -25,19 +25,19 @@ private:
     std::unique_ptr<LocalCopy> m_copy;
 };
 
-/// Copies the files of a folder, and of the folders in it so many levels down, to the user's documents. A file that can
-/// not be copied does not keep the others from it, unless there is no more space.
+/// Copies the files of a folder, and of the folders in it so many levels down, to the user's documents. A
+/// file that can not be copied does not keep the others from it, unless there is no more space.
 class SyncJob final : public Job {
 public:
     struct Result {
         State state = State::Ok; ///< the first failure's
-        qint64 files = 0; ///< that were copied
+        qint64 files = 0;        ///< that were copied
         qint64 bytes = 0;
     };
     using Ended = std::function<void(const Result&)>;
 
-    SyncJob(Store& store, Contents& contents, const LocalPlaces& places, QString userId, QString folderId, int depth,
-        Ended ended);
+    SyncJob(Store& store, Contents& contents, const LocalPlaces& places, QString userId, QString folderId,
+        int depth, Ended ended);
     Step step() override;
 
 private:
@@ -46,7 +46,7 @@ private:
         QString folderId;
         Descriptor local;
         std::vector<Item> items; ///< the next ones, the last first
-        QString lastName; ///< of what was read from the records
+        QString lastName;        ///< of what was read from the records
         bool hasMore = true;
     };
 

@@ -11,8 +11,9 @@ QString LocalPlaces::open(const QString& directory)
     m_directory = directory;
     m_cache = openFolder(QFile::encodeName(directory + QStringLiteral("/cache")));
     m_documents = openFolder(QFile::encodeName(directory + QStringLiteral("/documents")));
-    return m_cache && m_documents ? QString()
-                                  : QStringLiteral("\"%1\": its folders can not be made or opened").arg(directory);
+    return m_cache && m_documents
+        ? QString()
+        : QStringLiteral("\"%1\": its folders can not be made or opened").arg(directory);
 }
 
 Descriptor LocalPlaces::cacheFolder(const QString& fileId) const
@@ -36,8 +37,8 @@ Descriptor LocalPlaces::documentsFolder(const QString& userId, const QString& cl
 
 QString LocalPlaces::documentsPath(const QString& userId, const QString& cloudPath) const
 {
-    const QString path
-        = m_directory + QStringLiteral("/documents/") + QString::fromLatin1(folderNameOf(userId));
+    const QString path =
+        m_directory + QStringLiteral("/documents/") + QString::fromLatin1(folderNameOf(userId));
     return cloudPath.isEmpty() ? path : path + QLatin1Char('/') + cloudPath;
 }
 

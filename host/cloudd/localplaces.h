@@ -13,8 +13,8 @@ public:
     /// Opens (or makes) what is below `directory`. Returns why it can not; then nothing may be called.
     QString open(const QString& directory);
 
-    // The folders are made where they are missing. Throws Refusal(NameTaken) when a file is in the way of one, and
-    // Refusal(StorageFailed).
+    // The folders are made where they are missing. Throws Refusal(NameTaken) when a file is in the way of
+    // one, and Refusal(StorageFailed).
 
     Descriptor cacheFolder(const QString& fileId) const;
     QString cachePath(const QString& fileId, const QString& name) const;

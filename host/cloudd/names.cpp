@@ -47,8 +47,8 @@ QString itemName(const QString& name)
 {
     const bool isStep = name == QLatin1String(".") || name == QLatin1String("..");
     return checked(name,
-        !name.isEmpty() && !isStep && name.toUtf8().size() <= MostNameBytes && !name.contains(QLatin1Char('/'))
-            && !hasControls(name));
+        !name.isEmpty() && !isStep && name.toUtf8().size() <= MostNameBytes
+            && !name.contains(QLatin1Char('/')) && !hasControls(name));
 }
 
 QStringList pathParts(const QString& path)
@@ -62,7 +62,8 @@ QStringList pathParts(const QString& path)
 QString sourcePath(const std::string& utf8)
 {
     const QString path = text(utf8);
-    checked(path, utf8.size() <= MostSourceBytes && path.startsWith(QLatin1Char('/')) && !path.contains(QChar()));
+    checked(
+        path, utf8.size() <= MostSourceBytes && path.startsWith(QLatin1Char('/')) && !path.contains(QChar()));
     itemName(path.mid(path.lastIndexOf(QLatin1Char('/')) + 1));
     return path;
 }

@@ -19,8 +19,8 @@ constexpr int MostFolderDepth = 64;
 QString text(const std::string& utf8);
 /// Not empty, at most 80 bytes, no control characters.
 QString userId(const std::string& utf8);
-/// Something that may be the name of a local file: not empty, not "." or "..", at most 255 bytes, without "/" and
-/// control characters.
+/// Something that may be the name of a local file: not empty, not "." or "..", at most 255 bytes, without "/"
+/// and control characters.
 QString itemName(const QString& name);
 /// The parts of a cloud path, each an itemName(); none for a root folder. Empty parts do not count.
 QStringList pathParts(const QString& path);
@@ -29,7 +29,8 @@ QString sourcePath(const std::string& utf8);
 
 /// A user's id as the name of a folder: letters, digits, "-" and "_" stay, each other byte becomes %XX.
 QByteArray folderNameOf(const QString& userId);
-/// "name (1).ext", "name (2).ext", ...: what is before the number is cut where an itemName() would be too long.
+/// "name (1).ext", "name (2).ext", ...: what is before the number is cut where an itemName() would be too
+/// long.
 QString numberedName(const QString& name, int number);
 
 } // namespace cloudd

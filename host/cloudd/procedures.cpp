@@ -72,9 +72,10 @@ void getCloudFileCachePath(Core& core, const Member& member, const GetCloudFileC
     GetCloudFileCachePathResult result;
     result.localPath = core.places.cachePath(file.id, file.name).toStdString();
     addCopy(core,
-        std::make_shared<CacheJob>(core.store, core.contents, core.places, file.id, [answer, result](State state) {
-            answer.end(state, state == State::Ok ? result : GetCloudFileCachePathResult());
-        }));
+        std::make_shared<CacheJob>(
+            core.store, core.contents, core.places, file.id, [answer, result](State state) {
+                answer.end(state, state == State::Ok ? result : GetCloudFileCachePathResult());
+            }));
 }
 
 /// The uploads of one request.
@@ -83,7 +84,7 @@ struct Batch {
     int uploaded = 0;
     int failedCount = 0;
     size_t failedBytes = 0;
-    QJsonArray failed; ///< as many as may be told
+    QJsonArray failed;       ///< as many as may be told
     State state = State::Ok; ///< the first failure's
 
     void count(const Task& task)
@@ -166,8 +167,8 @@ void getDefaultWorkspace(Core& core, const Session& session, const GetDefaultWor
     result.virtualPath = member.groupName.toStdString() + '/' + result.cloudPath;
     result.groupId = member.groupId.toStdString();
     result.parentId = folder.id.toStdString();
-    result.extraParam
-        = { { "isEnterpriseIP", session.companyId.isEmpty() ? "false" : "true" }, { "callFrom", caller } };
+    result.extraParam = { { "isEnterpriseIP", session.companyId.isEmpty() ? "false" : "true" },
+        { "callFrom", caller } };
     answer.succeed(result);
 }
 
@@ -243,11 +244,11 @@ void syncFolder(
     if (request.depth < 0)
         throw Refusal(State::WrongArguments);
     const Item folder = core.store.folder(member, text(request.fileId), Store::Missing::Refuse);
-    const std::string place
-        = core.places.documentsPath(member.userId, core.store.pathOf(folder)).toStdString();
+    const std::string place =
+        core.places.documentsPath(member.userId, core.store.pathOf(folder)).toStdString();
     addCopy(core,
-        std::make_shared<SyncJob>(core.store, core.contents, core.places, member.userId, folder.id, request.depth,
-            [answer, place](const SyncJob::Result& done) {
+        std::make_shared<SyncJob>(core.store, core.contents, core.places, member.userId, folder.id,
+            request.depth, [answer, place](const SyncJob::Result& done) {
                 SyncFolderResult result;
                 result.extraParam = { { "files", std::to_string(done.files) },
                     { "bytes", std::to_string(done.bytes) }, { "localPath", place } };
@@ -262,8 +263,8 @@ void larkIpcCall(Core& core, Session& session, const LarkIpcArg& request, const 
 
 /// A handler is given the user that its message names, or else the session.
 template <typename Caller, typename Argument, typename Result>
-void call(void (*handler)(Core&, Caller&, const Argument&, const Answer<Result>&), Core& core, Session& session,
-    const void* argument, const Service::Reply& reply)
+void call(void (*handler)(Core&, Caller&, const Argument&, const Answer<Result>&), Core& core,
+    Session& session, const void* argument, const Service::Reply& reply)
 {
     const Answer<Result> answer(reply);
     try {

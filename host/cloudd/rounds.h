@@ -1,6 +1,7 @@
 // Long work in slices from the event loop: a few jobs take turns, the rest wait in order.
 //
-//     rounds.add(std::make_shared<Sync>(...));       // its step() is called from the event loop until it says Ended
+//     rounds.add(std::make_shared<Sync>(...));       // its step() is called from the event loop until it
+//     says Ended
 #pragma once
 
 #include <QTimer>

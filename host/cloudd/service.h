@@ -4,8 +4,8 @@
 //     cloudd::Service service({ directory }, error);
 //     service.handle(session, "syncFolder", &argument, [](bool ok, const void* result) { ... });
 //
-// docs/cloud-service.md describes the procedures. Everything happens on the thread that made the service, which has an
-// event loop.
+// docs/cloud-service.md describes the procedures. Everything happens on the thread that made the service,
+// which has an event loop.
 #pragma once
 
 #include <QMap>
@@ -27,26 +27,27 @@ struct Session {
 };
 
 struct Settings {
-    QString directory; ///< absolute; nobody else may use it at the same time
+    QString directory;               ///< absolute; nobody else may use it at the same time
     qint64 uploadBytesPerSecond = 0; ///< of all uploads together; 0: as fast as it goes
 };
 
 class Service : public QObject {
     Q_OBJECT
 public:
-    /// Called once for each request, from within handle() or later. `result` is the procedure's result message
-    /// (borrowed during the call). ok says that its state is 0.
+    /// Called once for each request, from within handle() or later. `result` is the procedure's result
+    /// message (borrowed during the call). ok says that its state is 0.
     using Reply = std::function<void(bool ok, const void* result)>;
 
-    /// Opens (or makes) everything below settings.directory; `error` says why it can not, and then nothing may be
-    /// called.
+    /// Opens (or makes) everything below settings.directory; `error` says why it can not, and then nothing
+    /// may be called.
     Service(const Settings& settings, QString& error);
     ~Service() override;
 
     /// True when the service knows the procedure.
     static bool knows(std::string_view procedure);
     /// A procedure that the service knows, with its argument message (borrowed during the call).
-    void handle(const std::shared_ptr<Session>& session, std::string_view procedure, const void* argument, Reply reply);
+    void handle(const std::shared_ptr<Session>& session, std::string_view procedure, const void* argument,
+        Reply reply);
     /// True while there is work: the process must not end by itself.
     bool isBusy() const;
 

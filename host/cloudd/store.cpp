@@ -27,11 +27,14 @@ constexpr const char* Tables[] = {
     "CREATE TABLE groups (id TEXT PRIMARY KEY NOT NULL, ownerId TEXT NOT NULL UNIQUE REFERENCES users(id),"
     " name TEXT NOT NULL, rootId TEXT NOT NULL, createTime INTEGER NOT NULL)",
     "CREATE TABLE items (id TEXT PRIMARY KEY NOT NULL, groupId TEXT NOT NULL REFERENCES groups(id),"
-    " parentId TEXT REFERENCES items(id), name TEXT NOT NULL, isFolder INTEGER NOT NULL, size INTEGER NOT NULL,"
-    " sha256 TEXT NOT NULL, createTime INTEGER NOT NULL, changeTime INTEGER NOT NULL, UNIQUE (parentId, name))",
+    " parentId TEXT REFERENCES items(id), name TEXT NOT NULL, isFolder INTEGER NOT NULL, size INTEGER NOT "
+    "NULL,"
+    " sha256 TEXT NOT NULL, createTime INTEGER NOT NULL, changeTime INTEGER NOT NULL, UNIQUE (parentId, "
+    "name))",
     "CREATE INDEX itemsByContent ON items (sha256)",
     "CREATE TABLE tasks (number INTEGER PRIMARY KEY AUTOINCREMENT, id TEXT NOT NULL UNIQUE,"
-    " userId TEXT NOT NULL REFERENCES users(id), source TEXT NOT NULL, folderId TEXT NOT NULL REFERENCES items(id),"
+    " userId TEXT NOT NULL REFERENCES users(id), source TEXT NOT NULL, folderId TEXT NOT NULL REFERENCES "
+    "items(id),"
     " name TEXT NOT NULL, autoRename INTEGER NOT NULL, status INTEGER NOT NULL, state INTEGER NOT NULL,"
     " transferred INTEGER NOT NULL, total INTEGER NOT NULL, itemId TEXT NOT NULL, sha256 TEXT NOT NULL,"
     " ended INTEGER)",
@@ -56,16 +59,17 @@ QByteArray select(const char* columns, const char* rest)
 
 Item itemOf(const QSqlQuery& row)
 {
-    return { row.value(0).toString(), row.value(1).toString(), row.value(2).toString(), row.value(3).toString(),
-        row.value(4).toBool(), row.value(5).toLongLong(), row.value(6).toString() };
+    return { row.value(0).toString(), row.value(1).toString(), row.value(2).toString(),
+        row.value(3).toString(), row.value(4).toBool(), row.value(5).toLongLong(), row.value(6).toString() };
 }
 
 Task taskOf(const QSqlQuery& row)
 {
-    return { row.value(0).toString(), row.value(1).toString(), row.value(2).toString(), row.value(3).toString(),
-        row.value(4).toString(), row.value(5).toBool(), static_cast<TaskStatus>(row.value(6).toInt()),
-        static_cast<State>(row.value(7).toInt()), row.value(8).toLongLong(), row.value(9).toLongLong(),
-        row.value(10).toString(), row.value(11).toString() };
+    return { row.value(0).toString(), row.value(1).toString(), row.value(2).toString(),
+        row.value(3).toString(), row.value(4).toString(), row.value(5).toBool(),
+        static_cast<TaskStatus>(row.value(6).toInt()), static_cast<State>(row.value(7).toInt()),
+        row.value(8).toLongLong(), row.value(9).toLongLong(), row.value(10).toString(),
+        row.value(11).toString() };
 }
 
 std::optional<Item> firstItem(QSqlQuery query)
@@ -131,7 +135,8 @@ QString Store::open(const QString& path)
 QString Store::openRecords(const QString& path)
 {
     // SQLite gives the files beside it the same permissions.
-    const int file = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    const int file =
+        ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (file < 0)
         return QStringLiteral("can not be made or written to");
     close(file);
@@ -307,7 +312,8 @@ Item Store::putFile(const Item& folder, const QString& name, qint64 size, const 
         return insert({ newId('f'), folder.groupId, folder.id, itemName(name), false, size, sha256 });
     if (known->isFolder)
         throw Refusal(State::NameTaken);
-    run("UPDATE items SET size = ?, sha256 = ?, changeTime = ? WHERE id = ?", { size, sha256, now(), known->id });
+    run("UPDATE items SET size = ?, sha256 = ?, changeTime = ? WHERE id = ?",
+        { size, sha256, now(), known->id });
     known->size = size;
     known->sha256 = sha256;
     return *known;
@@ -318,7 +324,8 @@ QString Store::freeName(const Item& folder, const QString& name)
     const auto isFree = [&](const QString& tried) { return !child(folder.id, tried); };
     if (isFree(name))
         return name;
-    // Thousands of files may have the same name: one that is free, after one that is not, is found by halving.
+    // Thousands of files may have the same name: one that is free, after one that is not, is found by
+    // halving.
     int taken = 0;
     int free = 1;
     for (; !isFree(numberedName(name, free)); free *= 2)
@@ -349,10 +356,12 @@ bool Store::isNamed(const QString& sha256)
 
 void Store::add(const Task& task)
 {
-    run("INSERT INTO tasks (id, userId, source, folderId, name, autoRename, status, state, transferred, total, itemId,"
+    run("INSERT INTO tasks (id, userId, source, folderId, name, autoRename, status, state, transferred, "
+        "total, itemId,"
         " sha256) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
         { task.id, task.userId, task.source, task.folderId, task.name, task.autoRename,
-            static_cast<int>(TaskStatus::Waiting), static_cast<int>(State::Ok), 0, -1, QString(), QString() });
+            static_cast<int>(TaskStatus::Waiting), static_cast<int>(State::Ok), 0, -1, QString(),
+            QString() });
 }
 
 void Store::end(const Task& task)
@@ -360,8 +369,8 @@ void Store::end(const Task& task)
     Transaction transaction(*this);
     run("UPDATE tasks SET status = ?, state = ?, transferred = ?, total = ?, itemId = ?, sha256 = ?,"
         " ended = (SELECT coalesce(max(ended), 0) + 1 FROM tasks) WHERE id = ?",
-        { static_cast<int>(task.status), static_cast<int>(task.state), task.transferred, task.total, task.itemId,
-            task.sha256, task.id });
+        { static_cast<int>(task.status), static_cast<int>(task.state), task.transferred, task.total,
+            task.itemId, task.sha256, task.id });
     run("DELETE FROM tasks WHERE userId = ? AND ended <="
         " (SELECT ended FROM tasks WHERE userId = ? AND ended > 0 ORDER BY ended DESC LIMIT 1 OFFSET ?)",
         { task.userId, task.userId, KeptTasks });

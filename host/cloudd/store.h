@@ -1,5 +1,6 @@
-// The records in records.sqlite: users with their private groups, folders and files, transfers. What has returned
-// survives a crash and a power failure, unless it happened in a Transaction: then what was committed does.
+// The records in records.sqlite: users with their private groups, folders and files, transfers. What has
+// returned survives a crash and a power failure, unless it happened in a Transaction: then what was committed
+// does.
 //
 //     Store::Transaction transaction(store);
 //     const Item folder = store.folder(member, path, Store::Missing::Make);
@@ -26,7 +27,7 @@ struct Member {
     QString userId;
     QString groupId;
     QString groupName;
-    QString rootId; ///< the group's root folder
+    QString rootId;        ///< the group's root folder
     qint64 createTime = 0; ///< ms since 1970
     QString roamingMode;
 };
@@ -36,7 +37,7 @@ struct Item {
     QString id;
     QString groupId;
     QString parentId; ///< empty for a root folder
-    QString name; ///< empty for a root folder
+    QString name;     ///< empty for a root folder
     bool isFolder = false;
     qint64 size = 0; ///< bytes
     QString sha256;
@@ -50,13 +51,13 @@ struct Task {
     QString userId;
     QString source;
     QString folderId;
-    QString name; ///< wished; what the item is called in the end is the item's
+    QString name;            ///< wished; what the item is called in the end is the item's
     bool autoRename = false; ///< a taken name gets a number; else a file of that name gets a new version
     TaskStatus status = TaskStatus::Waiting; ///< Running is never recorded
     State state = State::Ok;
     qint64 transferred = 0; ///< bytes
-    qint64 total = -1; ///< bytes, or -1: not known yet
-    QString itemId; ///< of the file, when it has finished
+    qint64 total = -1;      ///< bytes, or -1: not known yet
+    QString itemId;         ///< of the file, when it has finished
     QString sha256;
 };
 
@@ -83,16 +84,19 @@ public:
     Store(const Store&) = delete;
     Store& operator=(const Store&) = delete;
 
-    /// Opens or makes the file. Returns why it can not be used; it is then as it was, and nothing may be called.
+    /// Opens or makes the file. Returns why it can not be used; it is then as it was, and nothing may be
+    /// called.
     QString open(const QString& path);
 
     /// The user's records are made when there are none.
     Member member(const QString& userId);
     void setRoamingMode(const QString& userId, const QString& mode);
 
-    /// What a cloud path or an id says, in the member's group. Throws Refusal(NotFound) and Refusal(WrongArguments).
+    /// What a cloud path or an id says, in the member's group. Throws Refusal(NotFound) and
+    /// Refusal(WrongArguments).
     Item item(const Member& member, const QString& pathOrId);
-    /// The same of a folder. Missing folders of a path can be made; throws Refusal(NameTaken) where a file is in the way.
+    /// The same of a folder. Missing folders of a path can be made; throws Refusal(NameTaken) where a file is
+    /// in the way.
     Item folder(const Member& member, const QString& pathOrId, Missing missing);
     Item itemOfId(const QString& id);
     std::optional<Item> child(const QString& folderId, const QString& name);
@@ -100,7 +104,8 @@ public:
     std::vector<Item> children(const QString& folderId, const QString& after, int most);
     /// Throws Refusal(WrongArguments) where the folder would be too deep.
     Item addFolder(const Item& parent, const QString& name);
-    /// A new file, or a new version of the file of that name. Throws Refusal(NameTaken) when that is a folder.
+    /// A new file, or a new version of the file of that name. Throws Refusal(NameTaken) when that is a
+    /// folder.
     Item putFile(const Item& folder, const QString& name, qint64 size, const QString& sha256);
     /// The name itself when nothing in the folder has it, else numbered.
     QString freeName(const Item& folder, const QString& name);

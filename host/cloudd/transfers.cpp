@@ -47,7 +47,8 @@ public:
         try {
             return m_outcome ? record() : copy();
         } catch (const Refusal& refusal) {
-            // Either the copy has failed, or its end can not be recorded: then the failure is what there is to record.
+            // Either the copy has failed, or its end can not be recorded: then the failure is what there is
+            // to record.
             if (m_outcome)
                 m_retry.setRemainingTime(RetryMs);
             fail(refusal.state);
@@ -197,7 +198,8 @@ void Transfers::end(Run& run, const Task& task)
     // From here on it is known only by its record: whoever is told may ask, cancel or add.
     const auto kept = m_runs.take(task.id);
     run.task = task;
-    tell(task, task.status == TaskStatus::Finished ? "synced"
+    tell(task,
+        task.status == TaskStatus::Finished        ? "synced"
             : task.status == TaskStatus::Cancelled ? "cancelled"
                                                    : "failed");
     if (run.ended)
@@ -223,8 +225,9 @@ void Transfers::tell(const Task& task, const char* status)
         // What has happened is told all the same.
     }
     Q_EMIT notice(task.userId,
-        { { key("action"), key("docCloudSyncStatus") }, { key("fileId"), task.itemId }, { key("cloudPath"), path },
-            { key("localPath"), task.source }, { key("status"), key(status) }, { key("taskId"), task.id } });
+        { { key("action"), key("docCloudSyncStatus") }, { key("fileId"), task.itemId },
+            { key("cloudPath"), path }, { key("localPath"), task.source }, { key("status"), key(status) },
+            { key("taskId"), task.id } });
 }
 
 } // namespace cloudd

@@ -40,7 +40,8 @@ public:
     /// Starts what the records say has not ended.
     void resume();
 
-    /// Throws Refusal(Busy) when that would be more than 10,000 that have not ended, and records nothing then.
+    /// Throws Refusal(Busy) when that would be more than 10,000 that have not ended, and records nothing
+    /// then.
     void record(const std::vector<Task>& tasks);
     void start(const std::vector<Task>& tasks, const Ended& ended = {});
     /// Of a user's task, as it is now. Throws Refusal(NotFound).

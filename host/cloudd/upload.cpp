@@ -18,9 +18,9 @@ Upload::Upload(Contents& contents, const QString& source)
 bool Upload::isUnchanged() const
 {
     struct stat now { };
-    return stat(m_source.constData(), &now) == 0 && now.st_dev == m_opened.st_dev && now.st_ino == m_opened.st_ino
-        && now.st_size == m_opened.st_size && now.st_mtim.tv_sec == m_opened.st_mtim.tv_sec
-        && now.st_mtim.tv_nsec == m_opened.st_mtim.tv_nsec;
+    return stat(m_source.constData(), &now) == 0 && now.st_dev == m_opened.st_dev
+        && now.st_ino == m_opened.st_ino && now.st_size == m_opened.st_size
+        && now.st_mtim.tv_sec == m_opened.st_mtim.tv_sec && now.st_mtim.tv_nsec == m_opened.st_mtim.tv_nsec;
 }
 
 bool Upload::step(qint64 most)

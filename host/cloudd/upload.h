@@ -1,4 +1,5 @@
-// Receives a file of this machine as a content, in slices. The file must be a regular one and must not change meanwhile.
+// Receives a file of this machine as a content, in slices. The file must be a regular one and must not change
+// meanwhile.
 //
 //     while (upload.step(SliceBytes)) { }
 //     upload.size(); upload.sha256();            // of the content, which is kept now
@@ -14,7 +15,8 @@ class Upload {
 public:
     Upload(Contents& contents, const QString& source);
 
-    /// Reads at most so many bytes. False when the content is kept. Throws Refusal: SourceUnreadable, StorageFailed.
+    /// Reads at most so many bytes. False when the content is kept. Throws Refusal: SourceUnreadable,
+    /// StorageFailed.
     bool step(qint64 most);
     /// Bytes; as the file was when the first step began, afterwards.
     qint64 total() const { return m_opened.st_size; }

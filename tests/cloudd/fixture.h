@@ -41,6 +41,14 @@ inline std::string sha256(const std::string& bytes)
         .toStdString();
 }
 
+/// Of directories in memory where that is possible: each is synced some hundred times, and nobody pulls the
+/// plug.
+inline QString placeTemplate()
+{
+    const bool inMemory = QFileInfo(q("/dev/shm")).isWritable();
+    return (inMemory ? q("/dev/shm") : QDir::tempPath()) + q("/cloudd-XXXXXX");
+}
+
 /// All files below a folder, relative, sorted; links are files.
 inline QStringList filesBelow(const QString& folder)
 {
@@ -82,7 +90,8 @@ public:
     void restart(qint64 bytesPerSecond = 0)
     {
         service.reset();
-        service = std::make_unique<cloudd::Service>(cloudd::Settings { m_directory + q("/state"), bytesPerSecond }, error);
+        service = std::make_unique<cloudd::Service>(
+            cloudd::Settings { m_directory + q("/state"), bytesPerSecond }, error);
         QObject::connect(service.get(), &cloudd::Service::notice,
             [this](const QString& user, const QMap<QString, QString>& actions) {
                 if (onNotice)
@@ -96,7 +105,8 @@ public:
     {
         const QString path = m_directory + QLatin1Char('/') + q(name);
         QFile file(path);
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes.data(), static_cast<qint64>(bytes.size())) < 0)
+        if (!file.open(QIODevice::WriteOnly)
+            || file.write(bytes.data(), static_cast<qint64>(bytes.size())) < 0)
             abort();
         return path.toStdString();
     }
@@ -112,7 +122,10 @@ public:
         }
         return true;
     }
-    bool rest() const { return until([this] { return !service->isBusy(); }); }
+    bool rest() const
+    {
+        return until([this] { return !service->isBusy(); });
+    }
 
     /// Sends the request; the answer may come later.
     template <typename Result, typename Request>
@@ -126,7 +139,8 @@ public:
         });
         return answered;
     }
-    template <typename Result, typename Request> Answered<Result> ask(const char* procedure, const Request& request)
+    template <typename Result, typename Request>
+    Answered<Result> ask(const char* procedure, const Request& request)
     {
         const auto answered = send<Result>(procedure, request);
         until([&] { return answered->came; });
@@ -145,7 +159,8 @@ public:
     std::string upload(const std::string& file, const char* folder = "/", const char* autoRename = "false")
     {
         return call("uploadFileToCloud",
-            { { "userId", "ann" }, { "filePath", file }, { "cloudDir", folder }, { "autoRename", autoRename } })
+            { { "userId", "ann" }, { "filePath", file }, { "cloudDir", folder },
+                { "autoRename", autoRename } })
             .result.resultMap["taskId"];
     }
     Texts task(const std::string& id, const char* user = "ann")
@@ -174,7 +189,8 @@ public:
     std::string cloudBytes(const std::string& path)
     {
         const auto answered = cache(path);
-        return answered.ok ? bytesOf(q(answered.result.localPath)) : "state " + std::to_string(answered.state());
+        return answered.ok ? bytesOf(q(answered.result.localPath))
+                           : "state " + std::to_string(answered.state());
     }
 
     std::shared_ptr<cloudd::Session> session;

@@ -14,7 +14,7 @@ namespace {
 
 using namespace cloudd_test;
 
-constexpr qint64 Slow = 400'000; ///< bytes a second: an upload is under way when it is looked at
+constexpr qint64 Slow = 1'000'000; ///< bytes a second: an upload is under way when it is looked at
 
 class CloudService : public testing::Test {
 protected:
@@ -28,7 +28,8 @@ protected:
         };
     }
 
-    std::string uploaded(const char* name, const std::string& bytes, const char* folder = "/", const char* rename = "false")
+    std::string uploaded(
+        const char* name, const std::string& bytes, const char* folder = "/", const char* rename = "false")
     {
         return world.outcome(world.upload(world.source(name, bytes), folder, rename));
     }
@@ -49,7 +50,8 @@ protected:
         request.depth = depth;
         return world.ask<SyncFolderResult>("syncFolder", request);
     }
-    Answered<SaveToCloudDirResult> save(const char* folder, const char* name, int type, Texts extra = {}, const char* group = "")
+    Answered<SaveToCloudDirResult> save(
+        const char* folder, const char* name, int type, Texts extra = {}, const char* group = "")
     {
         SaveToCloudDirArg request;
         request.userId = "ann";
@@ -69,7 +71,7 @@ protected:
         return world.ask<OpenVirtualCloudDiskResult>("openVirtualCloudDisk", request);
     }
 
-    const QTemporaryDir place;
+    const QTemporaryDir place { placeTemplate() };
     World world;
     QStringList notices;
     QMap<QString, QString> last;
@@ -77,12 +79,19 @@ protected:
 
 TEST_F(CloudService, AnswersEachMethodWithItsState)
 {
-    struct Row { const char* name; const char* method; Texts arguments; int state; const char* nameSpace = ""; };
+    struct Row {
+        const char* name;
+        const char* method;
+        Texts arguments;
+        int state;
+        const char* nameSpace = "";
+    };
     ASSERT_EQ(uploaded("file", "x"), "1/0");
     const std::string file = world.source("file", "x");
     const std::string annsTask = world.upload(file);
     const auto upload = [&](const std::string& path, const std::string& folder, const char* rename = "") {
-        return Texts { { "userId", "ann" }, { "filePath", path }, { "cloudDir", folder }, { "autoRename", rename } };
+        return Texts { { "userId", "ann" }, { "filePath", path }, { "cloudDir", folder },
+            { "autoRename", rename } };
     };
     std::string deep;
     for (int i = 0; i < 65; ++i)
@@ -98,7 +107,8 @@ TEST_F(CloudService, AnswersEachMethodWithItsState)
         { "an unknown mode", "changeRoamingMode", { { "userId", "ann" }, { "roamingMode", "on" } }, 1 },
         { "an unknown task", "getTaskState", { { "userId", "ann" }, { "taskId", "t0" } }, 2 },
         { "another's task", "getTaskState", { { "userId", "bob" }, { "taskId", annsTask } }, 2 },
-        { "to cancel another's task", "cancelTransferTask", { { "userId", "bob" }, { "taskId", annsTask } }, 2 },
+        { "to cancel another's task", "cancelTransferTask", { { "userId", "bob" }, { "taskId", annsTask } },
+            2 },
         { "a relative source", "uploadFileToCloud", upload("file", "/"), 1 },
         { "no file name", "uploadFileToCloud", upload("/tmp/", "/"), 1 },
         { "a parent step as name", "uploadFileToCloud", upload("/tmp/..", "/"), 1 },
@@ -111,7 +121,8 @@ TEST_F(CloudService, AnswersEachMethodWithItsState)
         { "a deep folder", "uploadFileToCloud", upload(file, deep), 1 },
         { "a folder as deep as may be", "uploadFileToCloud", upload(file, deep.substr(2)), 0 },
         { "a file instead of the folder", "uploadFileToCloud", upload(file, "file/below"), 4 },
-        { "a bad user to be signed in", "setCurrentUser", { { "userId", "ann" }, { "signedIn", "ann\n\x07" } }, 1 },
+        { "a bad user to be signed in", "setCurrentUser",
+            { { "userId", "ann" }, { "signedIn", "ann\n\x07" } }, 1 },
     };
     for (const Row& row : rows)
         EXPECT_EQ(world.call(row.method, row.arguments, row.nameSpace).state(), row.state) << row.name;
@@ -121,11 +132,15 @@ TEST_F(CloudService, AnswersEachMethodWithItsState)
 
 TEST_F(CloudService, SaysWhoIsThere)
 {
-    const auto group = QJsonDocument::fromJson(QByteArray::fromStdString(
-        world.call("getPersonalPrivateGroup", { { "userId", "ann" } }).result.resultMap["response"])).object();
+    const auto group = QJsonDocument::fromJson(
+        QByteArray::fromStdString(
+            world.call("getPersonalPrivateGroup", { { "userId", "ann" } }).result.resultMap["response"]))
+                           .object();
     GetDefaultWorkspaceArg request;
     request.callFrom = "test";
-    const auto workspace = [&] { return world.ask<GetDefaultWorkspaceResult>("getDefaultWorkspace", request); };
+    const auto workspace = [&] {
+        return world.ask<GetDefaultWorkspaceResult>("getDefaultWorkspace", request);
+    };
     auto answered = workspace();
     EXPECT_EQ(answered.result.groupId, group[q("groupId")].toString().toStdString());
     EXPECT_EQ(group[q("ownerId")].toString(), q("ann"));
@@ -135,7 +150,8 @@ TEST_F(CloudService, SaysWhoIsThere)
     EXPECT_EQ(world.cloudBytes(answered.result.cloudPath + "/file"), "x");
 
     const auto signIn = [&](const char* user, const char* all) {
-        return world.call("setCurrentUser", { { "userId", user }, { "signedIn", all }, { "companyId", "c" } });
+        return world.call(
+            "setCurrentUser", { { "userId", user }, { "signedIn", all }, { "companyId", "c" } });
     };
     EXPECT_EQ(signIn("bob", "bob").result.resultMap["isLogin"], "true");
     EXPECT_EQ(world.cache("file").state(), 3);
@@ -149,7 +165,9 @@ TEST_F(CloudService, SaysWhoIsThere)
 
 TEST_F(CloudService, KeepsTheRoamingMode)
 {
-    const auto mode = [&](const char* user) { return world.call("getRoamingMode", { { "userId", user } }).result.resultString; };
+    const auto mode = [&](const char* user) {
+        return world.call("getRoamingMode", { { "userId", user } }).result.resultString;
+    };
     EXPECT_EQ(mode("ann"), "auto");
     for (int i = 0; i < 2; ++i)
         world.call("changeRoamingMode", { { "userId", "ann" }, { "roamingMode", "manual" } });
@@ -164,7 +182,12 @@ TEST_F(CloudService, RefusesWhatIsNoFileThatStaysAsItIs)
     const std::string big = content(250'000, 'b');
     const std::string path = world.source("source", big);
     const QString file = q(path);
-    struct Row { const char* name; std::function<void()> before; std::function<void()> meanwhile; const char* outcome; };
+    struct Row {
+        const char* name;
+        std::function<void()> before;
+        std::function<void()> meanwhile;
+        const char* outcome;
+    };
     const auto nothing = [] {};
     const auto rewrite = [&](char byte, qint64 at) {
         QFile changed(file);
@@ -173,21 +196,42 @@ TEST_F(CloudService, RefusesWhatIsNoFileThatStaysAsItIs)
     const Row rows[] = {
         { "missing", [&] { QFile::remove(file); }, nothing, "2/5" },
         { "directory", [&] { QDir().mkdir(file); }, nothing, "2/5" },
-        { "pipe", [&] { QDir().rmdir(file); mkfifo(path.c_str(), 0600); }, nothing, "2/5" },
-        { "device", [&] { QFile::remove(file); EXPECT_EQ(symlink("/dev/zero", path.c_str()), 0); }, nothing, "2/5" },
-        { "nothing changes", [&] { QFile::remove(file); world.source("source", big); }, nothing, "1/0" },
+        { "pipe",
+            [&] {
+                QDir().rmdir(file);
+                mkfifo(path.c_str(), 0600);
+            },
+            nothing, "2/5" },
+        { "device",
+            [&] {
+                QFile::remove(file);
+                EXPECT_EQ(symlink("/dev/zero", path.c_str()), 0);
+            },
+            nothing, "2/5" },
+        { "nothing changes",
+            [&] {
+                QFile::remove(file);
+                world.source("source", big);
+            },
+            nothing, "1/0" },
         { "vanishes", nothing, [&] { QFile::remove(file); }, "2/5" },
-        { "grows", [&] { world.source("source", big); }, [&] { rewrite('+', static_cast<qint64>(big.size())); }, "2/5" },
+        { "grows", [&] { world.source("source", big); },
+            [&] { rewrite('+', static_cast<qint64>(big.size())); }, "2/5" },
         { "shrinks", [&] { world.source("source", big); }, [&] { QFile::resize(file, 100); }, "2/5" },
         { "is changed", [&] { world.source("source", big); }, [&] { rewrite('!', 3); }, "2/5" },
         { "is replaced", [&] { world.source("source", big); },
-            [&] { world.source("other", big); EXPECT_EQ(rename((place.path().toStdString() + "/other").c_str(), path.c_str()), 0); }, "2/5" },
+            [&] {
+                world.source("other", big);
+                EXPECT_EQ(rename((place.path().toStdString() + "/other").c_str(), path.c_str()), 0);
+            },
+            "2/5" },
     };
     world.restart(Slow);
     for (const Row& row : rows) {
         row.before();
         const std::string id = world.upload(path, row.name);
-        World::until([&] { return world.data(id)[q("transferred")].toInt() > 0 || !world.service->isBusy(); });
+        World::until(
+            [&] { return world.data(id)[q("transferred")].toInt() > 0 || !world.service->isBusy(); });
         row.meanwhile();
         EXPECT_EQ(world.outcome(id), row.outcome) << row.name;
         EXPECT_EQ(filesBelow(world.state("incoming")), QStringList()) << row.name;
@@ -198,7 +242,7 @@ TEST_F(CloudService, RefusesWhatIsNoFileThatStaysAsItIs)
 TEST_F(CloudService, GoesOnWhenAFileIsTooBigForTheDisk)
 {
     std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before { };
+    rlimit before {};
     getrlimit(RLIMIT_FSIZE, &before);
     const rlimit small { 1'500'000, before.rlim_max };
     setrlimit(RLIMIT_FSIZE, &small);
@@ -216,13 +260,15 @@ TEST_F(CloudService, GoesOnWhenAFileIsTooBigForTheDisk)
 TEST_F(CloudService, NumbersTakenNamesOrMakesVersions)
 {
     ASSERT_EQ(uploaded("a.tar.gz", "1"), "1/0");
-    const std::string id = world.data(world.upload(world.source("a.tar.gz", "1")))[q("fileId")].toString().toStdString();
+    const std::string id =
+        world.data(world.upload(world.source("a.tar.gz", "1")))[q("fileId")].toString().toStdString();
     ASSERT_EQ(uploaded("a.tar.gz", "2"), "1/0");
     EXPECT_EQ(world.cloudBytes("a.tar.gz"), "2");
     EXPECT_EQ(filesBelow(world.state("contents")).size(), 1) << "the old version's content is still there";
     for (const char* bytes : { "3", "4", "5", "6" })
         ASSERT_EQ(uploaded("a.tar.gz", bytes, "/", "true"), "1/0");
-    for (const auto& [name, bytes] : Texts { { "a.tar.gz", "2" }, { "/a.tar (1).gz", "3" }, { "a.tar (4).gz", "6" } })
+    for (const auto& [name, bytes] :
+        Texts { { "a.tar.gz", "2" }, { "/a.tar (1).gz", "3" }, { "a.tar (4).gz", "6" } })
         EXPECT_EQ(world.cloudBytes(name), bytes) << name;
     // As long as may be, in two-byte characters; a number makes the name no longer.
     std::string longName(1, 'x');
@@ -233,7 +279,8 @@ TEST_F(CloudService, NumbersTakenNamesOrMakesVersions)
     ASSERT_EQ(uploaded(longName.c_str(), "8", "/", "true"), "1/0");
     const std::string shorter = longName.substr(0, 247) + " (1).odt";
     EXPECT_EQ(world.cloudBytes(shorter), "8");
-    EXPECT_EQ(save("/", "a.tar.gz", 1).result.cloudPath, "a.tar (5).gz") << "a folder where a file has the name";
+    EXPECT_EQ(save("/", "a.tar.gz", 1).result.cloudPath, "a.tar (5).gz")
+        << "a folder where a file has the name";
     EXPECT_EQ(save("/", "a.tar (5).gz", 1).result.cloudPath, "a.tar (5).gz") << "the folder that is there";
     EXPECT_EQ(uploaded("a.tar (5).gz", "9"), "2/4") << "a file where a folder has the name";
     EXPECT_EQ(filesBelow(world.state("contents")).size(), 7);
@@ -245,9 +292,11 @@ TEST_F(CloudService, CancelsWhatHasNotEnded)
     world.restart(Slow);
     std::vector<std::string> ids;
     for (int i = 0; i < 5; ++i)
-        ids.push_back(world.upload(world.source("file" + std::to_string(i), content(60'000, static_cast<char>('a' + i)))));
+        ids.push_back(world.upload(
+            world.source("file" + std::to_string(i), content(60'000, static_cast<char>('a' + i)))));
     World::until([&] { return world.data(ids[0])[q("transferred")].toInt() > 0; });
-    EXPECT_EQ(world.task(ids[2])["status"] + world.task(ids[3])["status"], "30") << "three run, the rest waits";
+    EXPECT_EQ(world.task(ids[2])["status"] + world.task(ids[3])["status"], "30")
+        << "three run, the rest waits";
     const auto cancel = [&](const std::string& id) {
         return world.call("cancelTransferTask", { { "userId", "ann" }, { "taskId", id } }).state();
     };
@@ -305,11 +354,14 @@ TEST_F(CloudService, NeverHandsOutDamagedContents)
 TEST_F(CloudService, SyncsWhatDiffersAndFollowsNoLink)
 {
     for (const char* folder : { "/", "sub", "sub/deep" })
-        ASSERT_EQ(uploaded("one", std::string("one in ") + folder, folder) + uploaded("two", content(50'000, 't'), folder), "1/01/0");
+        ASSERT_EQ(uploaded("one", std::string("one in ") + folder, folder)
+                + uploaded("two", content(50'000, 't'), folder),
+            "1/01/0");
     const std::string outside = world.source("outside", "mine");
     const QString local = q(openFolder("/").result.extraParam["localPath"]);
     EXPECT_EQ(symlink(outside.c_str(), (local + q("/one")).toLocal8Bit().constData()), 0);
-    EXPECT_EQ(symlink(place.path().toLocal8Bit().constData(), (local + q("/sub")).toLocal8Bit().constData()), 0);
+    EXPECT_EQ(
+        symlink(place.path().toLocal8Bit().constData(), (local + q("/sub")).toLocal8Bit().constData()), 0);
     QFile own(local + q("/own"));
     EXPECT_TRUE(own.open(QIODevice::WriteOnly));
 
@@ -323,8 +375,10 @@ TEST_F(CloudService, SyncsWhatDiffersAndFollowsNoLink)
     EXPECT_TRUE(changed.open(QIODevice::ReadWrite) && changed.putChar('#'));
     changed.close();
     EXPECT_EQ(counted(9), "4");
-    EXPECT_EQ(filesBelow(local).join(QLatin1Char(' ')), q("one own sub/deep/one sub/deep/two sub/one sub/two two"));
-    EXPECT_EQ(bytesOf(local + q("/sub/one")) + bytesOf(local + q("/sub/deep/one")), "one in subone in sub/deep");
+    EXPECT_EQ(
+        filesBelow(local).join(QLatin1Char(' ')), q("one own sub/deep/one sub/deep/two sub/one sub/two two"));
+    EXPECT_EQ(
+        bytesOf(local + q("/sub/one")) + bytesOf(local + q("/sub/deep/one")), "one in subone in sub/deep");
     EXPECT_EQ(bytesOf(local + q("/sub/two")), content(50'000, 't'));
     EXPECT_EQ(QFileInfo(local + q("/sub/two")).permissions() & 0x0077, 0);
 
@@ -345,15 +399,17 @@ TEST_F(CloudService, UploadsManyFilesAtOnce)
     request.userId = "ann";
     request.cloudPath = "in";
     request.userData = "mine";
-    request.srcFiles = { world.source("a", "1"), world.source("other/a", "2"), place.path().toStdString() + "/none" };
+    request.srcFiles = { world.source("a", "1"), world.source("other/a", "2"),
+        place.path().toStdString() + "/none" };
     const auto upload = [&] { return world.ask<UploadFilesToCloudResult>("uploadFilesToCloud", request); };
     EXPECT_EQ(upload().state(), 2) << "the folder is missing";
     request.createWhenNoExists = true;
     const auto answered = upload();
     EXPECT_EQ(answered.state(), 5);
     EXPECT_EQ(answered.result.userData, "mine");
-    EXPECT_EQ(answered.result.extraParam, (Texts { { "uploaded", "2" }, { "failedCount", "1" },
-                                              { "failed", "[\"" + request.srcFiles[2] + "\"]" } }));
+    EXPECT_EQ(answered.result.extraParam,
+        (Texts { { "uploaded", "2" }, { "failedCount", "1" },
+            { "failed", "[\"" + request.srcFiles[2] + "\"]" } }));
     EXPECT_EQ(world.cloudBytes("in/a") + world.cloudBytes("in/a (1)"), "12");
     // Of the tasks that have ended the last 1000 are kept.
     const QStringList told = notices;
@@ -367,14 +423,24 @@ TEST_F(CloudService, UploadsManyFilesAtOnce)
     // Not more than 10,000 wait.
     request.srcFiles.assign(10'000, request.srcFiles[0]);
     world.send<UploadFilesToCloudResult>("uploadFilesToCloud", request);
-    EXPECT_EQ(world.call("uploadFileToCloud", { { "userId", "ann" }, { "filePath", request.srcFiles[0] } }).state(), 7);
+    EXPECT_EQ(
+        world.call("uploadFileToCloud", { { "userId", "ann" }, { "filePath", request.srcFiles[0] } }).state(),
+        7);
     request.srcFiles.clear();
     EXPECT_EQ(upload().state(), 1);
 }
 
 TEST_F(CloudService, SavesToAFolder)
 {
-    struct Row { const char* name; const char* folder; const char* file; int type; Texts extra; int state; const char* path; };
+    struct Row {
+        const char* name;
+        const char* folder;
+        const char* file;
+        int type;
+        Texts extra;
+        int state;
+        const char* path;
+    };
     const std::string source = world.source("source", "bytes");
     ASSERT_EQ(save("/", "folder", 1).state(), 0);
     const Row rows[] = {
@@ -404,7 +470,8 @@ TEST_F(CloudService, KeepsUsersApartOnTheDisk)
     world.session->signedIn = QStringList { q(".."), q("../ann"), q("a%2Fb"), q("a/b") };
     QStringList paths;
     for (const QString& user : world.session->signedIn)
-        paths.append(q(world.call("getMyCloudDocumentsLocalPath", { { "userId", user.toStdString() } }).result.resultString));
+        paths.append(q(world.call("getMyCloudDocumentsLocalPath", { { "userId", user.toStdString() } })
+                           .result.resultString));
     EXPECT_EQ(QDir(world.state("documents")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 4);
     for (const QString& path : paths)
         EXPECT_EQ(QFileInfo(path).canonicalPath(), QFileInfo(world.state("documents")).canonicalFilePath());
@@ -412,7 +479,10 @@ TEST_F(CloudService, KeepsUsersApartOnTheDisk)
 
 TEST(CloudRecords, AreNotOverwritten)
 {
-    struct Row { const char* name; std::function<void(const QString&)> spoil; };
+    struct Row {
+        const char* name;
+        std::function<void(const QString&)> spoil;
+    };
     const auto execute = [](const char* statement) {
         return [statement](const QString& path) {
             QSqlDatabase database = QSqlDatabase::addDatabase(q("QSQLITE"), q("spoil"));
@@ -426,13 +496,15 @@ TEST(CloudRecords, AreNotOverwritten)
     const auto overwrite = [](qint64 at) {
         return [at](const QString& path) {
             QFile file(path);
-            EXPECT_TRUE(file.open(QIODevice::ReadWrite) && file.seek(at) && file.write(QByteArray(3000, '#')) == 3000);
+            EXPECT_TRUE(file.open(QIODevice::ReadWrite) && file.seek(at)
+                && file.write(QByteArray(3000, '#')) == 3000);
         };
     };
-    const Row rows[] = { { "newer", execute("PRAGMA user_version = 2") }, { "other", execute("PRAGMA user_version = 0") },
-        { "no records at all", overwrite(0) }, { "damaged", overwrite(4096) } };
+    const Row rows[] = { { "newer", execute("PRAGMA user_version = 2") },
+        { "other", execute("PRAGMA user_version = 0") }, { "no records at all", overwrite(0) },
+        { "damaged", overwrite(4096) } };
     for (const Row& row : rows) {
-        const QTemporaryDir place;
+        const QTemporaryDir place(placeTemplate());
         World world(place.path());
         ASSERT_EQ(world.outcome(world.upload(world.source("file", "x"))), "1/0");
         const World second(place.path());
@@ -441,7 +513,8 @@ TEST(CloudRecords, AreNotOverwritten)
         row.spoil(world.state("records.sqlite"));
         const std::string before = bytesOf(world.state("records.sqlite"));
         world.restart();
-        EXPECT_TRUE(world.error.contains(q("records.sqlite"))) << row.name << ": " << world.error.toStdString();
+        EXPECT_TRUE(world.error.contains(q("records.sqlite")))
+            << row.name << ": " << world.error.toStdString();
         world.service.reset();
         EXPECT_EQ(bytesOf(world.state("records.sqlite")), before) << row.name;
         EXPECT_EQ(filesBelow(world.state("contents")).size(), 1) << row.name;

@@ -53,15 +53,14 @@ QString itemName(const QString& name)
 
 QStringList pathParts(const QString& path)
 {
-    const QStringList parts = path.split(QLatin1Char('/'), Qt::SkipEmptyParts);
-    for (const QString& part : parts)
-        itemName(part);
+    QStringList parts = path.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    std::for_each(parts.cbegin(), parts.cend(), itemName);
     return parts;
 }
 
 QString sourcePath(const std::string& utf8)
 {
-    const QString path = text(utf8);
+    QString path = text(utf8);
     checked(
         path, utf8.size() <= MostSourceBytes && path.startsWith(QLatin1Char('/')) && !path.contains(QChar()));
     itemName(path.mid(path.lastIndexOf(QLatin1Char('/')) + 1));

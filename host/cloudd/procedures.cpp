@@ -264,9 +264,9 @@ void larkIpcCall(Core& core, Session& session, const LarkIpcArg& request, const 
 /// A handler is given the user that its message names, or else the session.
 template <typename Caller, typename Argument, typename Result>
 void call(void (*handler)(Core&, Caller&, const Argument&, const Answer<Result>&), Core& core,
-    Session& session, const void* argument, const Service::Reply& reply)
+    Session& session, const void* argument, Service::Reply reply)
 {
-    const Answer<Result> answer(reply);
+    const Answer<Result> answer(std::move(reply));
     try {
         const auto& request = *static_cast<const Argument*>(argument);
         if constexpr (std::is_same_v<Caller, const Member>)
@@ -278,10 +278,9 @@ void call(void (*handler)(Core&, Caller&, const Argument&, const Answer<Result>&
     }
 }
 
-template <auto Handler>
-void run(Core& core, Session& session, const void* argument, const Service::Reply& reply)
+template <auto Handler> void run(Core& core, Session& session, const void* argument, Service::Reply reply)
 {
-    call(Handler, core, session, argument, reply);
+    call(Handler, core, session, argument, std::move(reply));
 }
 
 constexpr Procedure Procedures[] = {

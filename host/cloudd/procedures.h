@@ -8,7 +8,7 @@ namespace cloudd {
 struct Procedure {
     std::string_view name;
     /// Reads the argument message, and replies once: a Refusal becomes a result with its state.
-    void (*run)(Core& core, Session& session, const void* argument, const Service::Reply& reply);
+    void (*run)(Core& core, Session& session, const void* argument, Service::Reply reply);
 };
 
 /// Null when there is none of that name.

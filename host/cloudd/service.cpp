@@ -71,7 +71,7 @@ bool Service::knows(std::string_view procedure)
 void Service::handle(
     const std::shared_ptr<Session>& session, std::string_view procedure, const void* argument, Reply reply)
 {
-    findProcedure(procedure)->run(*m_core, *session, argument, reply);
+    findProcedure(procedure)->run(*m_core, *session, argument, std::move(reply));
 }
 
 bool Service::isBusy() const

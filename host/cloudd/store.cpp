@@ -273,7 +273,7 @@ Item Store::item(const Member& member, const QString& pathOrId)
 Item Store::folder(const Member& member, const QString& pathOrId, Missing missing)
 {
     try {
-        const Item found = item(member, pathOrId);
+        Item found = item(member, pathOrId);
         if (!found.isFolder)
             throw Refusal(missing == Missing::Make ? State::NameTaken : State::NotFound);
         return found;

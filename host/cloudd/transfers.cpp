@@ -85,9 +85,12 @@ private:
 
     void fail(State state)
     {
-        m_upload.reset();
         if (m_outcome)
             return;
+        // It may have got its place, but no name.
+        if (m_upload)
+            m_transfers.removeUnnamed(m_upload->sha256());
+        m_upload.reset();
         m_outcome = task;
         m_outcome->status = TaskStatus::Failed;
         m_outcome->state = state;
@@ -162,20 +165,14 @@ void Transfers::cancel(const QString& userId, const QString& id)
 
 void Transfers::finish(Run& run, Task task)
 {
-    std::optional<Item> replaced;
-    try {
-        Store::Transaction transaction(m_store);
-        const Item folder = m_store.itemOfId(task.folderId);
-        const QString name = task.autoRename ? m_store.freeName(folder, task.name) : task.name;
-        replaced = m_store.child(folder.id, name);
-        task.itemId = m_store.putFile(folder, name, task.total, task.sha256).id;
-        task.status = TaskStatus::Finished;
-        m_store.end(task);
-        transaction.commit();
-    } catch (const Refusal&) {
-        removeUnnamed(task.sha256);
-        throw;
-    }
+    Store::Transaction transaction(m_store);
+    const Item folder = m_store.itemOfId(task.folderId);
+    const QString name = task.autoRename ? m_store.freeName(folder, task.name) : task.name;
+    const auto replaced = m_store.child(folder.id, name);
+    task.itemId = m_store.putFile(folder, name, task.total, task.sha256).id;
+    task.status = TaskStatus::Finished;
+    m_store.end(task);
+    transaction.commit();
     if (replaced)
         removeUnnamed(replaced->sha256);
     end(run, task);

@@ -21,7 +21,8 @@ public:
     /// Bytes; as the file was when the first step began, afterwards.
     qint64 total() const { return m_opened.st_size; }
     qint64 transferred() const { return m_incoming ? m_incoming->size() : 0; }
-    QString sha256() const { return m_incoming->sha256(); }
+    /// Of what has been transferred.
+    QString sha256() const { return m_incoming ? m_incoming->sha256() : QString(); }
 
 private:
     bool isUnchanged() const;

@@ -260,10 +260,10 @@ TEST_F(CloudService, GoesOnWhenAFileIsTooBigForTheDisk)
 TEST_F(CloudService, NumbersTakenNamesOrMakesVersions)
 {
     ASSERT_EQ(uploaded("a.tar.gz", "1"), "1/0");
-    const std::string id =
-        world.data(world.upload(world.source("a.tar.gz", "1")))[q("fileId")].toString().toStdString();
+    const std::string id = last[q("fileId")].toStdString();
     ASSERT_EQ(uploaded("a.tar.gz", "2"), "1/0");
-    EXPECT_EQ(world.cloudBytes("a.tar.gz"), "2");
+    EXPECT_EQ(world.cloudBytes(id), "2") << "the id is another one";
+    EXPECT_EQ(world.cache(id, "bob").state(), 2) << "another user's file, by its id";
     EXPECT_EQ(filesBelow(world.state("contents")).size(), 1) << "the old version's content is still there";
     for (const char* bytes : { "3", "4", "5", "6" })
         ASSERT_EQ(uploaded("a.tar.gz", bytes, "/", "true"), "1/0");

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <unistd.h>
 
 namespace cloudd {
 
@@ -22,7 +23,8 @@ Descriptor lockOf(const QString& directory)
 QString openCore(Core& core, const QString& directory)
 {
     QDir().mkpath(QFileInfo(directory).path());
-    if (!openFolder(QFile::encodeName(directory)))
+    const Descriptor place = openFolder(QFile::encodeName(directory));
+    if (!place)
         return QStringLiteral("\"%1\": can not be made or opened").arg(directory);
     core.lock = lockOf(directory);
     if (!core.lock)
@@ -34,6 +36,10 @@ QString openCore(Core& core, const QString& directory)
         error = core.places.open(directory);
     if (!error.isEmpty())
         return error;
+    // What has just been made survives from now on, too.
+    const Descriptor above = openFolder(QFile::encodeName(QFileInfo(directory).path()));
+    if (fsync(place.get()) != 0 || !above || fsync(above.get()) != 0)
+        return QStringLiteral("\"%1\": can not be written to").arg(directory);
     try {
         core.contents.sweep([&](const QString& sha256) { return core.store.isNamed(sha256); });
         core.transfers.resume();

@@ -120,14 +120,17 @@ void upload(const QString& directory, Fault fault, int when, const std::function
         if (actions[q("status")] != q("syncing"))
             say(actions[q("status")].toStdString() + ' ' + actions[q("taskId")].toStdString());
     };
+    std::vector<std::string> accepted;
     g_left = when;
     g_fault = fault;
     for (const char* name : { "new/doc", "new/copy of doc", "big" }) {
         const bool isCopy = name == std::string("new/copy of doc");
         const std::string id =
             world.upload((directory + QLatin1Char('/')).toStdString() + name, "/", isCopy ? "true" : "false");
-        if (!id.empty())
-            say("accepted " + id);
+        if (id.empty())
+            continue;
+        say("accepted " + id);
+        accepted.push_back(id);
     }
     // A disk that is full for good: what has failed can not be recorded before there is space again.
     if (fault == Fault::FailFromThenOn)
@@ -136,6 +139,10 @@ void upload(const QString& directory, Fault fault, int when, const std::function
         say("hangs");
     say(g_left >= 0 ? "undisturbed" : "disturbed");
     g_fault = Fault::None;
+    for (const std::string& id : accepted) {
+        if (const std::string status = world.task(id)["status"]; status != "1" && status != "2")
+            say("hangs");
+    }
     say("later " + world.outcome(world.upload((directory + q("/later")).toStdString())));
     if (!g_removalFailed)
         say("contents " + std::to_string(filesBelow(world.state("contents")).size()));

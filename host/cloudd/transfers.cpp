@@ -29,8 +29,9 @@ qint64 Throttle::available()
         return SliceBytes;
     m_available += m_bytesPerSecond * static_cast<double>(m_since.nsecsElapsed()) / 1e9;
     m_since.restart();
-    m_available = qMin(m_available, qMax(1.0, m_bytesPerSecond * Burst));
-    return static_cast<qint64>(m_available);
+    const double most = qMax(1.0, m_bytesPerSecond * Burst);
+    m_available = qMin(m_available, most);
+    return m_available >= qBound(1.0, most / 4, double(SliceBytes)) ? static_cast<qint64>(m_available) : 0;
 }
 
 class Transfers::Run final : public Job {

@@ -22,6 +22,7 @@ public:
     /// 0: as many as there are.
     explicit Throttle(qint64 bytesPerSecond);
 
+    /// 0 as well when they are not worth the effort yet.
     qint64 available();
     void spend(qint64 bytes) { m_available -= static_cast<double>(bytes); }
 

@@ -222,8 +222,13 @@ TEST_F(CloudService, RefusesWhatIsNoFileThatStaysAsItIs)
         { "is changed", [&] { world.source("source", big); }, [&] { rewrite('!', 3); }, "2/5" },
         { "is replaced", [&] { world.source("source", big); },
             [&] {
-                world.source("other", big);
-                EXPECT_EQ(rename((place.path().toStdString() + "/other").c_str(), path.c_str()), 0);
+                // With the same bytes, of the same time.
+                const std::string other = world.source("other", big);
+                struct stat was { };
+                EXPECT_EQ(stat(path.c_str(), &was), 0);
+                const timespec times[] = { was.st_atim, was.st_mtim };
+                EXPECT_EQ(utimensat(AT_FDCWD, other.c_str(), times, 0), 0);
+                EXPECT_EQ(rename(other.c_str(), path.c_str()), 0);
             },
             "2/5" },
     };
@@ -362,9 +367,12 @@ TEST_F(CloudService, SyncsWhatDiffersAndFollowsNoLink)
             "1/01/0");
     const std::string outside = world.source("outside", "mine");
     const QString local = q(openFolder("/").result.extraParam["localPath"]);
-    EXPECT_EQ(symlink(outside.c_str(), (local + q("/one")).toLocal8Bit().constData()), 0);
-    EXPECT_EQ(
-        symlink(place.path().toLocal8Bit().constData(), (local + q("/sub")).toLocal8Bit().constData()), 0);
+    const auto link = [&](const std::string& target, const char* name) {
+        EXPECT_EQ(symlink(target.c_str(), (local + q(name)).toLocal8Bit().constData()), 0);
+    };
+    link(world.source("equal", "one in /"), "/one");
+    link(outside, "/two");
+    link(place.path().toStdString(), "/sub");
     QFile own(local + q("/own"));
     EXPECT_TRUE(own.open(QIODevice::WriteOnly));
 
@@ -373,6 +381,7 @@ TEST_F(CloudService, SyncsWhatDiffersAndFollowsNoLink)
     for (const char* files : { "2", "0" })
         EXPECT_EQ(counted(1), files);
     EXPECT_EQ(bytesOf(q(outside)), "mine");
+    EXPECT_FALSE(QFileInfo(local + q("/one")).isSymLink());
     QFile(local + q("/two")).remove();
     QFile changed(local + q("/sub/two"));
     EXPECT_TRUE(changed.open(QIODevice::ReadWrite) && changed.putChar('#'));

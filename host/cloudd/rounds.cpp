@@ -36,24 +36,30 @@ void Rounds::fill()
     while (m_running.size() < MostRunning && !m_waiting.empty()) {
         m_running.push_back(std::move(m_waiting.front()));
         m_waiting.pop_front();
-        m_resting = 0;
     }
     if (m_running.empty()) {
         m_next.stop();
         return;
     }
-    const int interval = m_resting >= static_cast<int>(m_running.size()) ? RestMs : 0;
+    const int interval = m_asked >= m_running.size() ? RestMs : 0;
     if (!m_next.isActive() || m_next.interval() != interval)
         m_next.start(interval);
 }
 
 void Rounds::turn()
 {
-    const std::shared_ptr<Job> job = m_running.front();
-    m_running.pop_front();
-    m_running.push_back(job);
+    if (m_asked >= m_running.size())
+        m_asked = 0;
+    const std::shared_ptr<Job> job = m_running[m_asked];
     const Job::Step step = job->step();
-    m_resting = step == Job::Step::Later ? m_resting + 1 : 0;
+    if (step == Job::Step::Later) {
+        ++m_asked;
+    } else {
+        m_asked = 0;
+        const auto place = std::find(m_running.begin(), m_running.end(), job);
+        if (place != m_running.end())
+            std::rotate(place, place + 1, m_running.end());
+    }
     if (step == Job::Step::Ended)
         remove(job.get());
     else

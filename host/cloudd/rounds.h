@@ -41,9 +41,9 @@ private:
     void turn();
     void fill();
 
-    std::deque<std::shared_ptr<Job>> m_running; ///< the first one's turn is next
+    std::deque<std::shared_ptr<Job>> m_running; ///< the first one has not worked for longest
     std::deque<std::shared_ptr<Job>> m_waiting;
-    int m_resting = 0; ///< so many turns in a row have said Later
+    size_t m_asked = 0; ///< so many from the first have said Later since one has worked
     QTimer m_next;
 };
 

@@ -35,8 +35,8 @@ class Service : public QObject {
     Q_OBJECT
 public:
     /// Called once for each request, from within handle() or later. `result` is the procedure's result
-    /// message (borrowed during the call). ok says that its state is 0. When the
-    /// service is destroyed first it is not called.
+    /// message (borrowed during the call). ok says that its state is 0. When the service is destroyed first
+    /// it is not called.
     using Reply = std::function<void(bool ok, const void* result)>;
 
     /// Opens (or makes) everything below settings.directory; `error` says why it can not, and then nothing

@@ -115,10 +115,12 @@ public:
     template <typename Condition> static bool until(Condition isSo)
     {
         QElapsedTimer timer;
+        QTimer tick;
+        tick.start(100);
         for (timer.start(); !isSo();) {
             if (timer.hasExpired(20'000))
                 return false;
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 100);
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         }
         return true;
     }

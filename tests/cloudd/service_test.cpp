@@ -332,8 +332,11 @@ TEST_F(CloudService, GoesNoFasterThanItMay)
     QElapsedTimer timer;
     timer.start();
     const std::clock_t cpu = std::clock();
-    for (const char* name : { "a", "b" })
-        world.upload(world.source(name, content(80'000, *name)));
+    const std::string ids[] = { world.upload(world.source("a", content(80'000, 'a'))),
+        world.upload(world.source("b", content(80'000, 'b'))) };
+    World::until([&] { return last[q("status")] == q("synced"); });
+    for (const std::string& id : ids)
+        EXPECT_GT(world.data(id)[q("transferred")].toInt(), 40'000) << "they do not take turns";
     world.rest();
     EXPECT_GE(timer.elapsed(), 650);
     EXPECT_LT(std::clock() - cpu, CLOCKS_PER_SEC / 3) << "it waits for the time to pass, busily";

@@ -1,5 +1,5 @@
-// Requests to the cloud process and back, against the same bytes sent through a bare local socket and back; and
-// many requests at once.
+// Requests to the cloud process and back, against the same bytes sent through a bare local socket and back;
+// and many requests at once.
 #include "bench/cloud.h"
 #include "host/cloudwire/frames.h"
 #include "host/suite/cloudservice.h"
@@ -58,8 +58,8 @@ void echo(benchmark::State& state)
     while (socket.state() != QLocalSocket::ConnectedState)
         socket.connectToServer(name);
     const nova::lark::LarkIpcArg envelope = request();
-    const QByteArray bytes = cloudwire::FrameCodec().encode({ cloudwire::Kind::Call, "larkIpcCall", 1 },
-        *cloudwire::argumentType("larkIpcCall"), &envelope);
+    const QByteArray bytes = cloudwire::FrameCodec().encode(
+        { cloudwire::Kind::Call, "larkIpcCall", 1 }, *cloudwire::argumentType("larkIpcCall"), &envelope);
     for (auto _ : state) {
         socket.write(bytes);
         while (socket.bytesAvailable() < bytes.size())

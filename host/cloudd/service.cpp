@@ -6,18 +6,24 @@
 #include <QFile>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <thread>
 #include <unistd.h>
 
 namespace cloudd {
 
 namespace {
 
-/// Held until the process ends, however it does.
+/// Held until the process ends, however it does. The one before may be about to.
 Descriptor lockOf(const QString& directory)
 {
     Descriptor lock(::open(QFile::encodeName(directory + QStringLiteral("/lock")).constData(),
         O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR));
-    return lock && flock(lock.get(), LOCK_EX | LOCK_NB) == 0 ? std::move(lock) : Descriptor();
+    for (int attempt = 0; lock && attempt < 20; ++attempt) {
+        if (flock(lock.get(), LOCK_EX | LOCK_NB) == 0)
+            return lock;
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    return Descriptor();
 }
 
 QString openCore(Core& core, const QString& directory)

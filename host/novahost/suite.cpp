@@ -4,6 +4,7 @@
 #include "host/novahost/pageplays.h"
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
+#include "host/suite/cloudservice.h"
 #include "host/suite/play.h"
 
 #include <QCoreApplication>
@@ -97,6 +98,8 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
         core.setTracer(printTracedCall);
     std::unique_ptr<Suite> suite(new Suite);
     suite->m_engine = engine::makeJscEngine();
+    // Before any page: it tells the cloud process of a login before a page that hears of it sends a request.
+    suite::CloudService::instance();
     const QString library = options.libraryFile.isEmpty() ? libraryBesideProgram() : options.libraryFile;
     if (!suite->loadLibrary(library, error))
         return nullptr;
@@ -137,6 +140,7 @@ Suite::~Suite()
 {
     krt::kcc::shutdown();
     m_engine.reset();
+    suite::CloudService::shutDown();
     // Objects of the library that are to be deleted later have their destructors in it.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     if (m_library.isLoaded())

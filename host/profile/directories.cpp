@@ -55,6 +55,12 @@ QString dataDirectory()
     return directory.temporary->isValid() ? directory.temporary->path() : QString();
 }
 
+bool isDataTemporary()
+{
+    std::lock_guard lock(chosenState().mutex);
+    return chosenState().chosen.isEmpty();
+}
+
 QString expanded(const QString& path)
 {
     if (path.isEmpty())

@@ -14,6 +14,8 @@ QString setDataDirectory(const QString& directory);
 /// The data directory, absolute. Without one set, a temporary one that is made at the first use and removed
 /// when the process ends; empty when even that can not be made.
 QString dataDirectory();
+/// Whether dataDirectory() goes when the process ends.
+bool isDataTemporary();
 
 /// A path of the profile with the variables ${DATA} and ${HOME} replaced, absolute and cleaned; empty for an
 /// empty path.

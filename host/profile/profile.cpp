@@ -119,12 +119,13 @@ PROFILE_SECTION(Directories, officeInstallRoot, officeData, officeHome, velmoraH
 PROFILE_SECTION(Product, strings, features, configurations)
 PROFILE_SECTION(Files, unsafeTypes)
 PROFILE_SECTION(Access, granted)
+PROFILE_SECTION(Cloud, program, uploadBytesPerSecond)
 PROFILE_SECTION(Language, name, region)
 PROFILE_SECTION(Dpi, scale)
 PROFILE_SECTION(Log, maxFileSizeKiB, keptFiles)
 PROFILE_SECTION(Browser, applicationId, sessionId, grouped, groupMark1OffsetMs, groupMark2OffsetMs)
 PROFILE_SECTION(Profile, application, installation, directories, product, files, access, dialogs, cloudFiles,
-    account, language, dpi, log, browser, services)
+    account, cloud, language, dpi, log, browser, services)
 
 namespace {
 

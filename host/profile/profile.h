@@ -141,6 +141,12 @@ struct Account {
     std::vector<Tier> tiers;
 };
 
+/// The cloud process.
+struct Cloud {
+    QString program;                 ///< a path as the profile has it; empty for the one beside this program
+    qint64 uploadBytesPerSecond = 0; ///< 0 for no limit
+};
+
 struct Language {
     QString name;   ///< "en"
     QString region; ///< "US", or empty
@@ -174,6 +180,7 @@ struct Profile {
     Dialogs dialogs;
     std::vector<CloudFile> cloudFiles;
     Account account;
+    Cloud cloud;
     Language language;
     Dpi dpi;
     Log log;

@@ -1,6 +1,7 @@
 #include "host/suite/play.h"
 
 #include "host/suite/accountservice.h"
+#include "host/suite/cloudservice.h"
 
 #include <QRegularExpression>
 #include <algorithm>
@@ -46,6 +47,12 @@ QString faultOfMember(const PlayStep& step)
     return {};
 }
 
+QString faultOfCloud(const PlayStep& step)
+{
+    return step.subject == QLatin1String("kill") ? QString()
+                                                 : QStringLiteral("the cloud process can only be killed");
+}
+
 AccountService& accounts()
 {
     return AccountService::instance();
@@ -67,6 +74,7 @@ constexpr StepKind Kinds[] = {
         [](const PlayStep& step) {
             accounts().changeMembership(step.subject, step.value == QLatin1String("on"));
         } },
+    { "cloud", "cloud:kill", faultOfCloud, [](const PlayStep&) { CloudService::instance().killProcess(); } },
 };
 
 const StepKind* kindOf(const QString& name)

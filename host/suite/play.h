@@ -14,7 +14,7 @@ namespace suite {
 
 struct PlayStep {
     QString kind;            ///< one of those in play.cpp
-    QString subject;         ///< a user's id, a key of the user information, a tier
+    QString subject;         ///< a user's id, a key of the user information, a tier, "kill"
     QString value;           ///< for "user" the text, for "member" "on" or "off"
     std::optional<int> wait; ///< milliseconds
 };

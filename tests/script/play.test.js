@@ -26,8 +26,9 @@ await check([
         Account.addUserInfoChangedListener(again);
         return await heard(2, "user:nickName=D");
     }, ["returned", "D", "E"]],
-    wrong("logout,fly@5ms", "fly@5ms: a step is login[:USER], logout, user:KEY=TEXT or member:TIER=on|off, with @100ms behind "
-        + "it or without"),
+    wrong("logout,fly@5ms", "fly@5ms: a step is login[:USER], logout, user:KEY=TEXT, member:TIER=on|off or cloud:kill, with "
+        + "@100ms behind it or without"),
+    wrong("cloud:rain", "cloud:rain: the cloud process can only be killed"),
     wrong("login:nobody", 'login:nobody: the profile has no user "nobody"'),
     wrong("logout,member:super=5", 'member:super=5: a membership is "on" or "off"'),
     ["no text", () => process.play(["logout"]), "TypeError: process.play: a text is expected"],

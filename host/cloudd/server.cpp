@@ -1,0 +1,231 @@
+#include "host/cloudd/server.h"
+
+#include "cloud/schema/lark_types.h"
+
+#include <QLoggingCategory>
+#include <QPointer>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace cloudd {
+
+namespace {
+
+using cloudwire::FrameCodec;
+using cloudwire::Head;
+using cloudwire::Kind;
+
+Q_LOGGING_CATEGORY(serverLog, "cloud.server")
+
+constexpr std::size_t MostConnections = 32;
+constexpr int MostUnanswered = 20'000;
+/// Replies that wait for their reader: beyond the first no request is read, beyond the second none is waited
+/// for.
+constexpr qint64 ManyWaitingBytes = 1 << 20;
+constexpr qint64 MostWaitingBytes = 32 << 20;
+constexpr qint64 ReadBytes = 64 << 10;
+/// Frames that one connection has done before the others have their turn.
+constexpr int FramesInTurn = 256;
+constexpr int UnusedAfterMs = 5000;
+
+// NotifyLarkRpcExceptionArg::exceptionNum
+constexpr int UnknownProcedure = 1;
+constexpr int WrongMessage = 2;
+
+bool isOwnUser(qintptr socket)
+{
+    ucred peer {};
+    socklen_t size = sizeof(peer);
+    return getsockopt(static_cast<int>(socket), SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0
+        && peer.uid == geteuid();
+}
+
+} // namespace
+
+Connection::Connection(QLocalSocket* socket, Service& service, FrameCodec& codec)
+    : m_socket(socket)
+    , m_service(service)
+    , m_codec(codec)
+{
+    socket->setParent(this);
+    socket->setReadBufferSize(ReadBytes);
+    connect(socket, &QLocalSocket::readyRead, this, &Connection::read);
+    connect(socket, &QLocalSocket::bytesWritten, this, &Connection::read);
+    connect(socket, &QLocalSocket::disconnected, this, &Connection::ended);
+    QMetaObject::invokeMethod(this, &Connection::read, Qt::QueuedConnection);
+}
+
+bool Connection::mayGoOn() const
+{
+    return m_unanswered < MostUnanswered && m_socket->bytesToWrite() < ManyWaitingBytes
+        && m_socket->state() == QLocalSocket::ConnectedState;
+}
+
+void Connection::read()
+{
+    if (m_reading)
+        return;
+    m_reading = true;
+    int frames = 0;
+    while (mayGoOn()) {
+        if (const auto frame = m_reader.next()) {
+            take(*frame);
+            if (++frames == FramesInTurn) {
+                QMetaObject::invokeMethod(this, &Connection::read, Qt::QueuedConnection);
+                break;
+            }
+            continue;
+        }
+        if (m_reader.isBroken()) {
+            qCWarning(serverLog, "dropped a connection: a frame of no length or too long");
+            m_socket->abort();
+            break;
+        }
+        const QByteArray bytes = m_socket->read(ReadBytes);
+        if (bytes.isEmpty())
+            break;
+        m_reader.add(bytes);
+    }
+    m_reading = false;
+}
+
+void Connection::take(std::string_view frame)
+{
+    const std::optional<Head> head = FrameCodec::takeHead(frame);
+    if (!head) {
+        qCWarning(serverLog, "dropped a connection: a frame without a head");
+        m_socket->abort();
+        return;
+    }
+    if (head->kind != Kind::Call && head->kind != Kind::Notice)
+        return;
+    const cloud::MessageType* type = cloudwire::argumentType(head->procedure);
+    if (!type || !cloudwire::resultType(head->procedure) || !Service::knows(head->procedure))
+        return complain(*head, UnknownProcedure, "there is no such procedure");
+    const std::shared_ptr<void> argument = type->make();
+    if (const auto fault = m_codec.decode(*type, frame, argument.get())) {
+        complain(*head, WrongMessage, *fault);
+        if (head->kind == Kind::Call)
+            answer(*head, false, nullptr);
+        return;
+    }
+    ++m_unanswered;
+    m_service.handle(m_session, head->procedure, argument.get(),
+        [connection = QPointer<Connection>(this), call = *head](bool ok, const void* result) {
+            if (!connection)
+                return;
+            --connection->m_unanswered;
+            if (call.kind == Kind::Call)
+                connection->answer(call, ok, result);
+            if (!connection->m_reading)
+                QMetaObject::invokeMethod(connection.data(), &Connection::read, Qt::QueuedConnection);
+        });
+}
+
+void Connection::answer(const Head& call, bool ok, const void* result)
+{
+    const cloud::MessageType& type = *cloudwire::resultType(call.procedure);
+    Head head { ok ? Kind::Reply : Kind::Failure, call.procedure, call.number };
+    QByteArray frame = result ? m_codec.encode(head, type, result) : QByteArray();
+    if (frame.isEmpty()) {
+        // Nothing to say, or too much.
+        head.kind = Kind::Failure;
+        frame = m_codec.encode(head, type, type.make().get());
+    }
+    send(frame);
+}
+
+void Connection::complain(const Head& head, int number, const std::string& text)
+{
+    nova::lark::NotifyLarkRpcExceptionArg complaint;
+    complaint.exceptionNum = number;
+    complaint.extraParam = { { "procedure", head.procedure }, { "number", std::to_string(head.number) },
+        { "message", text } };
+    send(m_codec.encode({ Kind::Notice, "notifyLarkRpcException", head.number },
+        *cloud::findMessageType("NotifyLarkRpcExceptionArg"), &complaint));
+}
+
+void Connection::tell(const QMap<QString, QString>& actions)
+{
+    if (m_socket->bytesToWrite() > MostWaitingBytes) {
+        qCWarning(serverLog, "dropped a connection: it does not read");
+        m_socket->abort();
+        return;
+    }
+    nova::lark::LarkIpcArg notice;
+    notice.method = "notifyActionsMap";
+    for (auto action = actions.begin(); action != actions.end(); ++action)
+        notice.argMap[action.key().toStdString()] = action.value().toStdString();
+    send(
+        m_codec.encode({ Kind::Notice, "larkIpcCall", 0 }, *cloudwire::argumentType("larkIpcCall"), &notice));
+}
+
+void Connection::send(const QByteArray& frame)
+{
+    if (m_socket->state() == QLocalSocket::ConnectedState)
+        m_socket->write(frame);
+}
+
+Server::Server(Service& service)
+    : m_service(service)
+{
+    m_server.setSocketOptions(QLocalServer::UserAccessOption);
+    m_unusedTimer.setSingleShot(true);
+    m_unusedTimer.setInterval(UnusedAfterMs);
+    connect(&m_server, &QLocalServer::newConnection, this, &Server::welcome);
+    connect(&service, &Service::notice, this, &Server::tell);
+    connect(&service, &Service::idle, this, &Server::lookForUse);
+    connect(&m_unusedTimer, &QTimer::timeout, this, [this] {
+        if (!m_connections.empty() || m_service.isBusy())
+            return;
+        // From here on nobody gets through; who has, in this very moment, is told by the end of its socket.
+        m_server.close();
+        Q_EMIT unused();
+    });
+}
+
+QString Server::listen(const QString& directory)
+{
+    m_place = std::make_unique<cloudwire::SocketPlace>(directory);
+    QLocalServer::removeServer(m_place->name());
+    if (!m_server.listen(m_place->name()))
+        return m_server.errorString();
+    lookForUse();
+    return {};
+}
+
+void Server::welcome()
+{
+    while (QLocalSocket* socket = m_server.nextPendingConnection()) {
+        if (m_connections.size() >= MostConnections || !isOwnUser(socket->socketDescriptor())) {
+            qCWarning(serverLog, "refused a connection");
+            delete socket;
+            continue;
+        }
+        auto* connection = new Connection(socket, m_service, m_codec);
+        connection->setParent(this);
+        m_connections.push_back(connection);
+        connect(connection, &Connection::ended, this, [this, connection] {
+            if (std::erase(m_connections, connection) > 0)
+                connection->deleteLater();
+            lookForUse();
+        });
+    }
+}
+
+void Server::tell(const QString& userId, const QMap<QString, QString>& actions)
+{
+    // One that is dropped is taken out meanwhile.
+    const std::vector<Connection*> connections = m_connections;
+    for (Connection* connection : connections) {
+        if (connection->follows(userId))
+            connection->tell(actions);
+    }
+}
+
+void Server::lookForUse()
+{
+    m_unusedTimer.start();
+}
+
+} // namespace cloudd

@@ -1,0 +1,308 @@
+"""What a page sees when something is wrong with the cloud service, and that nothing is lost: novahost with the real process.
+
+usage: faults_test.py NOVAHOST
+"""
+import contextlib
+import hashlib
+import json
+import os
+import random
+import signal
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+
+PRELUDE = """
+const { CloudDoc, FileSystem } = NovaExtension;
+const [, , data] = process.argv;
+const pause = (ms) => new Promise((resolve) => setTimeout(resolve, ms));
+const outcome = (call) => new Promise((resolve) => resolve(call())).then((answer) => answer ?? "nothing",
+    (error) => `${error.code} ${error.msg}`);
+const heard = (object, name) => new Promise((resolve) => object.addEventListener(name, resolve));
+const upload = (filePath, cloudDir = "up") => CloudDoc.createUploadFileTask({ filePath, cloudDir, autoRename: true });
+const started = async (task) => { task.start(); await heard(task, "cloud.upload.progressChanged"); return task; };
+const ended = (task) => heard(task, "cloud.upload.finished");
+const short = ({ status, uploadErrorCode }) => ({ status, uploadErrorCode });
+const stored = async (event) => FileSystem.getFileMd5(await CloudDoc.getCloudCachedFile(JSON.parse(event.data).cloudPath));
+const show = (answer) => console.log(JSON.stringify(answer));
+"""
+
+# Every member that asks the service: what it is called with, its procedure, and what it rejects with.
+MEMBERS = {
+    "getCloudCachedFile": ('"a"', "getCloudFileCachePath", "Get file cache info failed."),
+    "uploadFile2CloudFolder": ('{ cloudPath: "a", files: ["/none"] }', "uploadFilesToCloud", "Sync files failed."),
+    "openCloudFolder": ('{ cloudPath: "a" }', "openVirtualCloudDisk", "open folder failed."),
+    "getDefaultWorkSpace": ("", "getDefaultWorkspace", "Get default workspace failed."),
+    "getMyCloudDocumentsLocalPath": ("", "larkIpcCall", "Get my cloud documents local path failed."),
+    "syncFolder": ('{ groupId: "a", folderId: "a" }', "syncFolder", "Sync folder failed."),
+    "saveToCloudDir": ('{ groupId: "a", fileId: "a", fname: "a" }', "saveToCloudDir", "Save to cloud dir failed."),
+    "getPersonalPrivateGroup": ("", "larkIpcCall", "Get personal private group failed."),
+    "getRoamingMode": ("", "larkIpcCall", "Get roaming mode failed."),
+    "changeRoamingMode": ('"manual"', "changeRoamingMode", "Change roaming mode failed."),
+}
+TASK = "createUploadFileTask"
+ALL_MEMBERS = "const seen = {};" + "".join(
+    f"seen.{name} = await outcome(() => CloudDoc.{name}({argument}));" for name, (argument, _, _) in MEMBERS.items()
+) + f'seen.{TASK} = await outcome(() => {{ upload("/none").start(); return "started"; }}); show(seen);'
+
+
+def all_members(text_of, task):
+    return {**{name: f"3 {text_of(*facts[1:])}" for name, facts in MEMBERS.items()}, TASK: task}
+
+
+def refused(text):
+    return all_members(lambda *_: text, f"3 {text}")
+
+
+# Fault, how novahost is run, script, and what the page sees.
+SCRIPTS = [
+    ("no cloud service", ["--without", "cloudIpc,accountSdk"], {}, ALL_MEMBERS, refused("Cloud service error.")),
+    ("no account service", ["--without", "accountSdk"], {}, ALL_MEMBERS, refused("Get account SDK error.")),
+    ("accounts have not begun", ["--without", "currentAccount"], {}, ALL_MEMBERS, refused("Get account SDK error.")),
+    ("nobody signed in", [], {"account": {"current": ""}}, ALL_MEMBERS, refused("User not login")),
+    ("every request refused", ["--without", "cloudRequests"], {}, ALL_MEMBERS,
+     all_members(lambda procedure, _: f"Call {procedure} failed.", "3 task start failed.")),
+    ("no promises", ["--without", "promiseService"], {}, ALL_MEMBERS,
+     all_members(lambda *_: "Promise Service error.", "started")),
+    ("no object factory", ["--without", "objectFactory"], {}, 'show(await outcome(() => upload("/none")));',
+     "3 Create upload file task failed."),
+    ("process can not be started", [], {"cloud": {"program": "/none"}}, ALL_MEMBERS,
+     all_members(lambda _, text: text, "started")),
+    ("no proxy", ["--without", "cloudProxy"], {}, """
+        let told = 0;
+        CloudDoc.addEventListener("clouddoc.roamingmode.changed", () => ++told);
+        await CloudDoc.changeRoamingMode("manual");
+        await CloudDoc.getRoamingMode();
+        show(told);""", 0),
+    ("source is not there", [], {}, 'const task = upload("/none"); task.start(); show(short(await ended(task)));',
+     {"status": "2", "uploadErrorCode": "5"}),
+
+    ("killed while requests wait", [], {"cloud": {"uploadBytesPerSecond": 1 << 20}}, """
+        await CloudDoc.getRoamingMode();
+        const waiting = Array.from({ length: 100 }, () => outcome(() =>
+            CloudDoc.uploadFile2CloudFolder({ cloudPath: "slow", files: [`${data}/large`] })));
+        await pause(300);
+        process.play("cloud:kill");
+        show([...new Set(await Promise.all(waiting)), await CloudDoc.getRoamingMode()]);""",
+     ["3 Sync files failed.", "auto"]),
+    ("killed: the login that is told", [], {}, """
+        const seen = [];
+        CloudDoc.addEventListener("clouddoc.loginstatus.changed", ({ isLogin }) => seen.push(isLogin));
+        await CloudDoc.getRoamingMode();
+        process.play("cloud:kill");
+        await pause(100);
+        await CloudDoc.getRoamingMode();
+        process.play("logout");
+        for (let i = 0; i < 100 && seen.length < 4; ++i)
+            await pause(20);
+        show(seen);""", [True, False, True, False]),
+    ("killed again and again", [], {}, """
+        const seen = new Set();
+        for (let i = 0; i < 8; ++i) {
+            process.play("cloud:kill");
+            await pause(20 * i);
+            seen.add(typeof await CloudDoc.getPersonalPrivateGroup().catch((error) => error.msg));
+        }
+        show([...seen, await CloudDoc.changeRoamingMode("manual"), (await outcome(() => process.play("cloud:kill"))),
+            await pause(100), await CloudDoc.getRoamingMode()]);""",
+     ["string", "manual", "nothing", None, "manual"]),
+    ("killed during an upload", [], {"cloud": {"uploadBytesPerSecond": 5 << 20}}, """
+        const task = await started(upload(`${data}/large`));
+        process.play("cloud:kill");
+        const end = await ended(task);
+        show([end.status, await stored(end) === await FileSystem.getFileMd5(`${data}/large`)]);""", ["1", True]),
+    ("killed, and the upload restarted at once", [], {"cloud": {"uploadBytesPerSecond": 5 << 20}}, """
+        const task = await started(upload(`${data}/large`));
+        process.play("cloud:kill");
+        await pause(50);
+        task.restart();
+        await heard(task, "cloud.upload.started");
+        const end = await ended(task);
+        show([end.status, await stored(end) === await FileSystem.getFileMd5(`${data}/large`)]);""", ["1", True]),
+    ("killed and cancelled", [], {"cloud": {"uploadBytesPerSecond": 1 << 20}}, """
+        const task = await started(upload(`${data}/large`));
+        process.play("cloud:kill");
+        await pause(500);
+        task.cancel();
+        show(short(await ended(task)));""", {"status": "6", "uploadErrorCode": "10"}),
+    ("signed out during an upload", [], {"cloud": {"uploadBytesPerSecond": 5 << 20}}, """
+        const task = await started(upload(`${data}/large`));
+        process.play("logout");
+        await heard(CloudDoc, "clouddoc.loginstatus.changed");
+        process.play("login:user-1");
+        const end = await ended(task);
+        show([end.status, await stored(end) === await FileSystem.getFileMd5(`${data}/large`)]);""", ["1", True]),
+]
+
+
+class Bench:
+    """A data directory, and novahost in it."""
+
+    def __init__(self, novahost, data):
+        self.novahost, self.data = novahost, data
+        for name, size in (("small", 1000), ("large", 12 << 20)):
+            with open(f"{data}/{name}", "wb") as file:
+                file.write(random.randbytes(size))
+
+    def start(self, script, *options, profile=None, limit_kib=None):
+        for name, content in (("page.js", PRELUDE + script), ("profile.json", json.dumps(profile or {}))):
+            with open(f"{self.data}/{name}", "w", encoding="utf-8") as file:
+                file.write(content)
+        command = [self.novahost, "--data", f"{self.data}/state", "--profile", f"{self.data}/profile.json", "--live-counts", *options,
+                   "run", f"{self.data}/page.js", self.data]
+        if limit_kib:
+            command = ["bash", "-c", f'ulimit -f {limit_kib}; exec "$@"', "bash", *command]
+        return subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+
+    def end(self, run):
+        """What the page has shown."""
+        try:
+            out, errors = run.communicate(timeout=90)
+        except subprocess.TimeoutExpired:
+            run.kill()
+            raise AssertionError(f"it hangs: {run.communicate()}") from None
+        assert run.returncode == 0, f"exit code {run.returncode}: {out}{errors[-2000:]}"
+        counts = [json.loads(line) for line in errors.splitlines() if line.startswith('{"when"')][-1]
+        assert counts.pop("when") == "closed" and not any(counts.values()), f"the page left {counts}"
+        return [json.loads(line) for line in out.splitlines()]
+
+    def run(self, script, *options, **how):
+        return self.end(self.start(script, *options, **how))
+
+    def processes(self):
+        """The novacloudd of this directory."""
+        found = []
+        for name in filter(str.isdigit, os.listdir("/proc")):
+            with contextlib.suppress(OSError), open(f"/proc/{name}/cmdline", "rb") as file:
+                words = file.read().split(b"\0")
+                if words[0].endswith(b"novacloudd") and f"{self.data}/state/cloud".encode() in words:
+                    found.append(int(name))
+        return found
+
+
+def full_disk(bench):
+    """An upload that does not fit fails, what fits is kept, and the process goes on."""
+    seen = bench.run("""
+        const seen = [];
+        for (const name of ["large", "small"]) {
+            const task = upload(`${data}/${name}`);
+            task.start();
+            seen.push(short(await ended(task)));
+        }
+        show(seen);""", limit_kib=4096)
+    assert seen == [[{"status": "2", "uploadErrorCode": "6"}, {"status": "1", "uploadErrorCode": "0"}]], seen
+    left = os.listdir(f"{bench.data}/state/cloud/incoming")
+    assert not left, f"half a file is left: {left}"
+
+
+def page_that_goes(bench):
+    """Uploads outlive the page, and the suite; the page's other requests are forgotten."""
+    bench.run("""
+        await CloudDoc.getRoamingMode();
+        for (let i = 0; i < 1000; ++i)
+            CloudDoc.getPersonalPrivateGroup();
+        for (let i = 0; i < 100; ++i)
+            upload(`${data}/small`, "many").start();
+        await pause(200);
+        exit(0);""")
+    seen = bench.run("""
+        const names = ["small", ...Array.from({ length: 99 }, (_, i) => `small (${i + 1})`)];
+        const digest = await FileSystem.getFileMd5(`${data}/small`);
+        const find = async (name) => (await FileSystem.getFileMd5(await CloudDoc.getCloudCachedFile(`many/${name}`))) === digest;
+        for (let i = 0; i < 50 && await outcome(() => CloudDoc.getCloudCachedFile("many/small (99)")) === "3 Get file cache info failed."; ++i)
+            await pause(100);
+        let whole = 0;
+        for (const name of names)
+            whole += await find(name);
+        show(whole);""")
+    assert seen == [100], seen
+
+
+def frozen(bench):
+    """A process that does not answer holds neither the page nor the promise's later answer."""
+    run = bench.start("""
+        await CloudDoc.getRoamingMode();
+        show("asked");
+        const answer = outcome(() => CloudDoc.getPersonalPrivateGroup());
+        show(await Promise.race([answer.then(() => "answered"), pause(300).then(() => "the page goes on")]));
+        show(typeof JSON.parse(await answer).groupId);""")
+    run_lines = []
+    assert json.loads(run.stdout.readline()) == "asked"
+    process, = bench.processes()
+    os.kill(process, signal.SIGSTOP)
+    thread = threading.Timer(1.5, os.kill, (process, signal.SIGCONT))
+    thread.start()
+    run_lines = bench.end(run)
+    thread.join()
+    assert run_lines[-1] == "string", run_lines
+
+
+def damaged_records(bench):
+    """Records that can not be read are not overwritten; the page is told soon."""
+    os.makedirs(f"{bench.data}/state/cloud")
+    records = f"{bench.data}/state/cloud/records.sqlite"
+    with open(records, "wb") as file:
+        file.write(b"not a database " * 1000)
+    before = hashlib.sha256(open(records, "rb").read()).digest()
+    seen = bench.run("show(await outcome(() => CloudDoc.getDefaultWorkSpace()));")
+    assert seen == ["3 Get default workspace failed."], seen
+    assert hashlib.sha256(open(records, "rb").read()).digest() == before, "the records have been overwritten"
+
+
+def two_suites(bench):
+    """Two suites with one data directory share the process, and hear of each other's changes."""
+    first = bench.start("""
+        await CloudDoc.getRoamingMode();
+        const changed = heard(CloudDoc, "clouddoc.roamingmode.changed");
+        show("listening");
+        show(await changed);""")
+    assert json.loads(first.stdout.readline()) == "listening"
+    seen = bench.run('show(await CloudDoc.changeRoamingMode("manual"));')
+    assert seen == ["manual"], seen
+    assert bench.end(first) == [{"roamingMode": "manual"}]
+    assert len(bench.processes()) == 1, "there is more than one process"
+
+
+def leaves(bench):
+    """A process that nobody needs ends."""
+    bench.run("await CloudDoc.getRoamingMode();")
+    end = time.monotonic() + 20
+    while bench.processes():
+        assert time.monotonic() < end, "it stays"
+        time.sleep(0.1)
+
+
+CHECKS = [full_disk, page_that_goes, frozen, damaged_records, two_suites, leaves]
+
+
+def main():
+    failures = 0
+    rows = [(name, lambda bench, options=options, profile=profile, script=script, expected=expected: check_script(
+        bench, options, profile, script, expected)) for name, options, profile, script, expected in SCRIPTS]
+    rows += [(check.__name__, check) for check in CHECKS]
+    for name, check in rows:
+        if len(sys.argv) > 2 and sys.argv[2] not in name:
+            continue
+        with tempfile.TemporaryDirectory(ignore_cleanup_errors=True) as data:
+            bench = Bench(sys.argv[1], data)
+            try:
+                check(bench)
+            except AssertionError as error:
+                failures += 1
+                print(f"{name}: {error}")
+            finally:
+                for process in bench.processes():
+                    os.kill(process, signal.SIGKILL)
+    print(f"{len(rows)} faults, {failures} failures")
+    return 1 if failures else 0
+
+
+def check_script(bench, options, profile, script, expected):
+    seen = bench.run(script, *options, profile=profile)
+    assert seen == [expected], f"the page sees {seen}"
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -11,7 +11,6 @@ import signal
 import subprocess
 import sys
 import tempfile
-import threading
 import time
 
 PRELUDE = """
@@ -21,9 +20,14 @@ const pause = (ms) => new Promise((resolve) => setTimeout(resolve, ms));
 const outcome = (call) => new Promise((resolve) => resolve(call())).then((answer) => answer ?? "nothing",
     (error) => `${error.code} ${error.msg}`);
 const heard = (object, name) => new Promise((resolve) => object.addEventListener(name, resolve));
-const upload = (filePath, cloudDir = "up") => CloudDoc.createUploadFileTask({ filePath, cloudDir, autoRename: true });
+const ends = new Map();
+const ended = (task) => ends.get(task);
+const upload = (filePath, cloudDir = "up") => {
+    const task = CloudDoc.createUploadFileTask({ filePath, cloudDir, autoRename: true });
+    ends.set(task, heard(task, "cloud.upload.finished"));
+    return task;
+};
 const started = async (task) => { task.start(); await heard(task, "cloud.upload.progressChanged"); return task; };
-const ended = (task) => heard(task, "cloud.upload.finished");
 const short = ({ status, uploadErrorCode }) => ({ status, uploadErrorCode });
 const stored = async (event) => FileSystem.getFileMd5(await CloudDoc.getCloudCachedFile(JSON.parse(event.data).cloudPath));
 const show = (answer) => console.log(JSON.stringify(answer));
@@ -224,19 +228,19 @@ def frozen(bench):
     """A process that does not answer holds neither the page nor the promise's later answer."""
     run = bench.start("""
         await CloudDoc.getRoamingMode();
-        show("asked");
-        const answer = outcome(() => CloudDoc.getPersonalPrivateGroup());
+        show("ready");
+        while (!FileSystem.exists(`${data}/stopped`).data)
+            await pause(5);
+        const answer = CloudDoc.getPersonalPrivateGroup();
         show(await Promise.race([answer.then(() => "answered"), pause(300).then(() => "the page goes on")]));
         show(typeof JSON.parse(await answer).groupId);""")
-    run_lines = []
-    assert json.loads(run.stdout.readline()) == "asked"
+    assert json.loads(run.stdout.readline()) == "ready"
     process, = bench.processes()
     os.kill(process, signal.SIGSTOP)
-    thread = threading.Timer(1.5, os.kill, (process, signal.SIGCONT))
-    thread.start()
-    run_lines = bench.end(run)
-    thread.join()
-    assert run_lines[-1] == "string", run_lines
+    open(f"{bench.data}/stopped", "wb").close()
+    assert json.loads(run.stdout.readline()) == "the page goes on"
+    os.kill(process, signal.SIGCONT)
+    assert bench.end(run) == ["string"]
 
 
 def damaged_records(bench):

@@ -4,6 +4,7 @@
 #include "cloud/roamingmode.h"
 #include "cloud/signedinuser.h"
 #include "framework/kjsonvalue.h"
+#include "framework/libraryowner.h"
 #include "vexlite/jsapiutil.h"
 
 #include <QCoreApplication>
@@ -71,23 +72,36 @@ Reply KJsApiCloudDoc::orbitapi(Call& call)
 
 namespace {
 
-std::map<std::string, std::string> texts(const Options& object)
-{
-    std::map<std::string, std::string> map;
-    for (const QString& name : object.names())
-        map.emplace(name.toStdString(), object.string(name).toStdString());
-    return map;
-}
+/// The texts of a request, as messages have them: UTF-8.
+class RequestTexts {
+public:
+    explicit RequestTexts(const Options& options)
+        : m_options(options)
+    {
+    }
 
-std::map<std::string, std::string> extraParam(const Options& options)
-{
-    return texts(options.object("extraParam"));
-}
+    std::string operator()(const QString& text)
+    {
+        m_areUnicode = m_areUnicode && text.isValidUtf16();
+        return text.toStdString();
+    }
+    std::string operator()(const char* name) { return (*this)(m_options.string(name)); }
+    std::map<std::string, std::string> extraParam()
+    {
+        const Options object = m_options.object("extraParam");
+        std::map<std::string, std::string> map;
+        for (const QString& name : object.names())
+            map.emplace((*this)(name), (*this)(object.string(name)));
+        return map;
+    }
 
-std::string text(const Options& options, const char* name)
-{
-    return options.string(name).toStdString();
-}
+    /// False when one of them had half a surrogate pair, in place of which UTF-8 would have something else.
+    bool areUnicode() const { return m_areUnicode; }
+
+private:
+    const Options& m_options;
+    bool m_areUnicode = true;
+};
 
 Reply wrongParameters(Call& call)
 {
@@ -106,11 +120,13 @@ template <typename Action> Reply KJsApiCloudDoc::withUser(Call& call, Action act
 Reply KJsApiCloudDoc::getCloudCachedFile(Call& call)
 {
     return withUser(call, [&](const QString& userId) {
+        const QString path = convertedText(call.argument(0));
+        if (path.isEmpty() || !path.isValidUtf16())
+            return wrongParameters(call);
         GetCloudFileCachePathArg request;
         request.userId = userId.toStdString();
-        request.cloudPath = convertedText(call.argument(0)).toStdString();
-        return request.cloudPath.empty() ? wrongParameters(call)
-                                         : KCloudDocApiCaller::getFileCachePath(call, request);
+        request.cloudPath = path.toStdString();
+        return KCloudDocApiCaller::getFileCachePath(call, request);
     });
 }
 
@@ -118,20 +134,21 @@ Reply KJsApiCloudDoc::uploadFile2CloudFolder(Call& call)
 {
     return withUser(call, [&](const QString& userId) {
         const Options options = call.options();
+        RequestTexts text(options);
         UploadFilesToCloudArg request;
-        request.userId = userId.toStdString();
-        request.cloudPath = text(options, "cloudPath");
+        request.userId = text(userId);
+        request.cloudPath = text("cloudPath");
         QVariant files;
         KJSApiUtil::ConvertJSVariantToQVariant(options.any("files"), files);
         for (const QVariant& file : files.toList())
-            request.srcFiles.push_back(file.toString().toStdString());
+            request.srcFiles.push_back(text(file.toString()));
         request.createWhenNoExists = options.boolean("createWhenNoExists", true);
-        request.userData = text(options, "userData");
-        request.uploadFrom = text(options, "uploadFrom");
-        request.extraParam = extraParam(options);
+        request.userData = text("userData");
+        request.uploadFrom = text("uploadFrom");
+        request.extraParam = text.extraParam();
         const bool anyEmpty = std::find(request.srcFiles.begin(), request.srcFiles.end(), std::string())
             != request.srcFiles.end();
-        if (request.cloudPath.empty() || request.srcFiles.empty() || anyEmpty)
+        if (!text.areUnicode() || request.cloudPath.empty() || request.srcFiles.empty() || anyEmpty)
             return wrongParameters(call);
         return KCloudDocApiCaller::uploadFiles(call, request);
     });
@@ -141,15 +158,16 @@ Reply KJsApiCloudDoc::openCloudFolder(Call& call)
 {
     return withUser(call, [&](const QString& userId) {
         const Options options = call.options();
+        RequestTexts text(options);
         OpenVirtualCloudDiskArg request;
-        request.userId = userId.toStdString();
-        request.openFrom = text(options, "openFrom");
-        request.fileId = text(options, "fileId");
-        request.cloudPath = text(options, "cloudPath");
+        request.userId = text(userId);
+        request.openFrom = text("openFrom");
+        request.fileId = text("fileId");
+        request.cloudPath = text("cloudPath");
         request.createWhenNoExists = options.boolean("createWhenNoExists", false);
-        request.entryIdentifier = text(options, "entryIdentifier");
-        request.extraParam = extraParam(options);
-        if (request.cloudPath.empty() && request.fileId.empty())
+        request.entryIdentifier = text("entryIdentifier");
+        request.extraParam = text.extraParam();
+        if (!text.areUnicode() || (request.cloudPath.empty() && request.fileId.empty()))
             return wrongParameters(call);
         return KCloudDocApiCaller::openFolder(call, request);
     });
@@ -168,18 +186,20 @@ Reply KJsApiCloudDoc::createUploadFileTask(Call& call)
 {
     return withUser(call, [&](const QString& userId) {
         const Options options = call.options();
-        if (options.string("filePath").isEmpty())
-            return wrongParameters(call);
         const KRef<KJSONValue> arguments(new KJSONValue);
         arguments->SetString(QString::fromLatin1("userId"), userId);
-        for (const char* name : { "filePath", "businessSource", "cloudDir" })
-            arguments->SetString(QString::fromLatin1(name), options.string(name));
+        for (const char* name : { "filePath", "businessSource", "cloudDir" }) {
+            const QString text = options.string(name);
+            if (!text.isValidUtf16())
+                return wrongParameters(call);
+            arguments->SetString(QString::fromLatin1(name), text);
+        }
+        if (options.string("filePath").isEmpty())
+            return wrongParameters(call);
         arguments->SetString(QString::fromLatin1("autoRename"),
             QString::fromLatin1(options.boolean("autoRename", false) ? "true" : "false"));
-        IVEXJSCore* core = vexlite::GetVEXJSCore();
-        if (!core || !core->Objects())
-            return call.fail(ErrorCode::OperationFailed, "Create upload file task failed.");
-        return call.handOutNew(KJsApiUploadFileTask::ScriptName, arguments.get());
+        return call.handOutNew(
+            KJsApiUploadFileTask::ScriptName, arguments.get(), "Create upload file task failed.");
     });
 }
 
@@ -194,13 +214,15 @@ Reply KJsApiCloudDoc::syncFolder(Call& call)
 {
     return withUser(call, [&](const QString& userId) {
         const Options options = call.options();
+        RequestTexts text(options);
         SyncFolderArg request;
-        request.userId = options.string("userId", userId).toStdString();
-        request.groupId = text(options, "groupId");
-        request.fileId = text(options, "folderId");
+        const QString otherUser = options.string("userId");
+        request.userId = text(otherUser.isEmpty() ? userId : otherUser);
+        request.groupId = text("groupId");
+        request.fileId = text("folderId");
         request.depth = options.integer("depth", 0);
-        request.extraParam = extraParam(options);
-        if (request.groupId.empty() || request.fileId.empty() || request.depth < 0)
+        request.extraParam = text.extraParam();
+        if (!text.areUnicode() || request.groupId.empty() || request.fileId.empty() || request.depth < 0)
             return wrongParameters(call);
         return KCloudDocApiCaller::syncFolder(call, request);
     });
@@ -210,14 +232,15 @@ Reply KJsApiCloudDoc::saveToCloudDir(Call& call)
 {
     return withUser(call, [&](const QString& userId) {
         const Options options = call.options();
+        RequestTexts text(options);
         SaveToCloudDirArg request;
-        request.groupId = text(options, "groupId");
-        request.userId = userId.toStdString();
-        request.fileId = text(options, "fileId");
-        request.fname = text(options, "fname");
+        request.groupId = text("groupId");
+        request.userId = text(userId);
+        request.fileId = text("fileId");
+        request.fname = text("fname");
         request.itemType = options.integer("itemType", 0);
-        request.extraParam = extraParam(options);
-        if (request.groupId.empty() || request.fileId.empty() || request.fname.empty())
+        request.extraParam = text.extraParam();
+        if (!text.areUnicode() || request.groupId.empty() || request.fileId.empty() || request.fname.empty())
             return wrongParameters(call);
         return KCloudDocApiCaller::saveToCloudDir(call, request);
     });
@@ -244,6 +267,15 @@ Reply KJsApiCloudDoc::getPersonalPrivateGroup(Call& call)
         [&](const QString& userId) { return KCloudDocApiCaller::getPersonalPrivateGroup(call, userId); });
 }
 
+KJsApiUploadFileTask::~KJsApiUploadFileTask()
+{
+    if (!m_task)
+        return;
+    // The object may go while a listener of its own is called.
+    m_task->disconnect();
+    m_task->deleteLater();
+}
+
 void KJsApiUploadFileTask::Initialise(IJSONValue* options)
 {
     QMap<QString, QString> arguments;
@@ -252,23 +284,41 @@ void KJsApiUploadFileTask::Initialise(IJSONValue* options)
         options->Keys(names);
     for (const QString& name : names)
         arguments.insert(name, options->GetString(name, {}));
-    m_task.reset(arguments.isEmpty() ? nullptr : new KUploadFileTask(arguments));
-    if (!m_task)
+    if (arguments.isEmpty())
         return;
-    const auto forward = [&](auto signal, const char* event) {
-        QObject::connect(m_task.get(), signal, m_task.get(),
-            [this, event](const QVariantMap& task) { tell(event, task); });
-    };
-    forward(&KUploadFileTask::sigStarted, "cloud.upload.started");
-    forward(&KUploadFileTask::sigProgressChanged, "cloud.upload.progressChanged");
-    forward(&KUploadFileTask::sigFinished, "cloud.upload.finished");
+    m_task = new KUploadFileTask(arguments);
+    m_task->setParent(libraryOwner());
+    // After each of them there may be no object any more.
+    QObject::connect(m_task, &KUploadFileTask::sigStarted,
+        [this](const QVariantMap& task) { tell("cloud.upload.started", task); });
+    QObject::connect(m_task, &KUploadFileTask::sigProgressChanged, [this](const QVariantMap& task) {
+        tell("cloud.upload.progressChanged", task);
+        keepWhile(hasListeners());
+    });
+    QObject::connect(m_task, &KUploadFileTask::sigFinished, [this](const QVariantMap& task) {
+        tell("cloud.upload.finished", task);
+        keepWhile(m_task->isRunning());
+    });
+    QObject::connect(m_task, &QObject::destroyed, [this] { keepWhile(false); });
+}
+
+/// Without this the collector would decide whether a page that has let the object go hears the end.
+void KJsApiUploadFileTask::keepWhile(bool isNeeded)
+{
+    if (isNeeded == static_cast<bool>(m_self))
+        return;
+    if (isNeeded)
+        AddRef();
+    m_self = KRef<IJSExtentionObject>(isNeeded ? this : nullptr);
 }
 
 Reply KJsApiUploadFileTask::act(Call& call, bool (KUploadFileTask::*action)(), const char* failure)
 {
     if (!m_task)
         return call.fail(ErrorCode::OperationFailed, "task is null.");
-    return (m_task.get()->*action)() ? call.succeed() : call.fail(ErrorCode::OperationFailed, failure);
+    const bool done = (m_task->*action)();
+    keepWhile(m_task->isRunning());
+    return done ? call.succeed() : call.fail(ErrorCode::OperationFailed, failure);
 }
 
 Reply KJsApiUploadFileTask::start(Call& call)

@@ -4,6 +4,7 @@
 #include "cloud/uploadfiletask.h"
 #include "framework/events.h"
 
+#include <QPointer>
 #include <memory>
 
 /// "NovaExtension.CloudDoc": the signed-in user's cloud documents, and what happens to them: the events of
@@ -75,13 +76,15 @@ public:
 /// {taskId}, "cloud.upload.progressChanged" about once a second, and "cloud.upload.finished" once, both
 /// {taskId, status, data, uploadErrorCode, type}, all texts as the service tells them. An upload has ended
 /// with status "1", "2" or "6", or with "-1" when the service did not begin it or tells nothing of it any
-/// more. An object that is let go ends its events, not the upload.
+/// more. The object stays while its upload is under way and somebody listens, whether the page keeps it or
+/// not.
 class KJsApiUploadFileTask final : public KJCExtendJsObj_InstanceLevelEvent<KJsApiUploadFileTask>,
                                    public IJSCreatable {
 public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.CloudDoc.UploadFileTask";
     static const MemberList& members();
 
+    ~KJsApiUploadFileTask() override;
     /// Makes the task of the texts in `options`.
     void Initialise(IJSONValue* options) override;
 
@@ -93,13 +96,8 @@ public:
 
 private:
     Reply act(Call& call, bool (KUploadFileTask::*action)(), const char* failure);
+    void keepWhile(bool isNeeded);
 
-    struct DeleteLater {
-        void operator()(KUploadFileTask* task) const
-        {
-            task->disconnect();
-            task->deleteLater();
-        }
-    };
-    std::unique_ptr<KUploadFileTask, DeleteLater> m_task; // a listener may let the object go
+    QPointer<KUploadFileTask> m_task;
+    KRef<IJSExtentionObject> m_self; ///< set while somebody is to hear of the upload
 };

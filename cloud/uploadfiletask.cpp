@@ -5,7 +5,7 @@
 namespace {
 
 constexpr int PollIntervalMs = 1000;
-/// So many polls in a row may go without an answer that says how the upload stands.
+/// So many polls in a row may have no answer that says how the upload stands.
 constexpr int MostUnanswered = 10;
 /// The "status" of an upload that the service did not begin or does not know any more.
 constexpr int Lost = -1;
@@ -32,9 +32,17 @@ QString KUploadFileTask::ask(const char* method, const QMap<QString, QString>& a
         QString::fromUtf16(LarkIpcCall), larkIpcArg(ownText(method), arguments), std::move(callback));
 }
 
-QMap<QString, QString> KUploadFileTask::ofTask() const
+QString KUploadFileTask::askOf(
+    const QString& taskId, const char* method, KLarkIpcWrapper::Callback<LarkIpcResult> callback)
 {
-    return { { ownText("userId"), m_arguments.value(ownText("userId")) }, { ownText("taskId"), m_taskId } };
+    return ask(method,
+        { { ownText("userId"), m_arguments.value(ownText("userId")) }, { ownText("taskId"), taskId } },
+        std::move(callback));
+}
+
+bool KUploadFileTask::askToCancel(const QString& taskId)
+{
+    return !askOf(taskId, "cancelTransferTask", [](bool, const QString&, const auto&) {}).isEmpty();
 }
 
 bool KUploadFileTask::start()
@@ -44,21 +52,27 @@ bool KUploadFileTask::start()
 
 bool KUploadFileTask::begin()
 {
-    const int run = ++m_run;
+    const int run = m_run + 1;
+    if (ask("uploadFileToCloud", m_arguments, [this, run](bool ok, const QString&, const auto& result) {
+            onBegun(run, ok, result);
+        }).isEmpty())
+        return false;
+    m_run = run;
     m_pollTimer.stop();
     m_taskId.clear();
     m_unanswered = 0;
-    m_running =
-        !ask("uploadFileToCloud", m_arguments, [this, run](bool ok, const QString&, const auto& result) {
-            onStarted(run, ok, result);
-        }).isEmpty();
-    return m_running;
+    m_running = true;
+    m_isToBeCancelled = false;
+    return true;
 }
 
 bool KUploadFileTask::cancel()
 {
-    return !m_taskId.isEmpty()
-        && !ask("cancelTransferTask", ofTask(), [](bool, const QString&, const auto&) {}).isEmpty();
+    if (!m_running)
+        return false;
+    // Before the service has named the task there is nothing that it could be told to cancel.
+    m_isToBeCancelled = m_taskId.isEmpty();
+    return m_isToBeCancelled || askToCancel(m_taskId);
 }
 
 bool KUploadFileTask::restart()
@@ -67,26 +81,34 @@ bool KUploadFileTask::restart()
     return begin();
 }
 
-void KUploadFileTask::onStarted(int run, bool ok, const LarkIpcResult& result)
+void KUploadFileTask::onBegun(int run, bool ok, const LarkIpcResult& result)
 {
-    if (run != m_run)
-        return;
-    m_taskId = report(result).value(ownText("taskId")).toString();
-    if (!ok || result.state != 0 || m_taskId.isEmpty()) {
-        finish(report(result));
+    const auto told = result.resultMap.find("taskId");
+    const QString taskId = told == result.resultMap.end() ? QString() : QString::fromStdString(told->second);
+    const bool hasBegun = ok && result.state == 0 && !taskId.isEmpty();
+    if (run != m_run) {
+        // The upload was restarted before it was known to have begun.
+        if (hasBegun)
+            askToCancel(taskId);
         return;
     }
+    if (!hasBegun)
+        return finish(report(result));
+    m_taskId = taskId;
     m_pollTimer.start();
+    if (std::exchange(m_isToBeCancelled, false))
+        askToCancel(taskId);
     Q_EMIT sigStarted({ { ownText("taskId"), m_taskId } });
 }
 
 void KUploadFileTask::poll()
 {
+    if (m_unanswered >= MostUnanswered)
+        return finish({ { ownText("taskId"), m_taskId } });
+    ++m_unanswered;
     const int run = m_run;
-    const QString request = ask("getTaskState", ofTask(),
+    askOf(m_taskId, "getTaskState",
         [this, run](bool ok, const QString&, const auto& result) { onState(run, ok, result); });
-    if (request.isEmpty() && ++m_unanswered >= MostUnanswered)
-        finish({ { ownText("taskId"), m_taskId } });
 }
 
 void KUploadFileTask::onState(int run, bool ok, const LarkIpcResult& result)
@@ -100,8 +122,10 @@ void KUploadFileTask::onState(int run, bool ok, const LarkIpcResult& result)
         return;
     bool isNumber = false;
     const int status = task.value(ownText("status")).toString().toInt(&isNumber);
-    m_unanswered = ok && isNumber ? 0 : m_unanswered + 1;
-    if ((ok && isNumber && isFinal(status)) || m_unanswered >= MostUnanswered)
+    if (!ok || !isNumber)
+        return;
+    m_unanswered = 0;
+    if (isFinal(status))
         finish(task);
 }
 
@@ -112,6 +136,9 @@ QVariantMap KUploadFileTask::report(const LarkIpcResult& result) const
         task.insert(QString::fromStdString(name), QString::fromStdString(value));
     if (!m_taskId.isEmpty())
         task.insert(ownText("taskId"), m_taskId);
+    // A service that refuses says why in the state alone.
+    if (result.state != 0 && !task.contains(ownText("uploadErrorCode")))
+        task.insert(ownText("uploadErrorCode"), QString::number(result.state));
     return task;
 }
 

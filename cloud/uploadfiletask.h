@@ -16,16 +16,19 @@ public:
 
     /// False when the service did not take the request, or while an upload of this task is under way.
     bool start();
-    /// Asks the service to end the upload, which then ends with a status of the service's. False when there
-    /// is no upload, or the service did not take the request.
+    /// Asks the service to end the upload, which then ends with a status of the service's; one that has not
+    /// begun yet is cancelled when it has. False when no upload is under way, or the service did not take the
+    /// request.
     bool cancel();
-    /// Cancels the upload, if there is one, and starts it afresh. False when the service did not take the new
-    /// one.
+    /// Cancels the upload, if one is under way, and starts it afresh; nothing more is told of the one before.
+    /// False when the service did not take the new one: then the one before goes on being told of.
     bool restart();
+    /// Whether it has been started and has not ended.
+    bool isRunning() const { return m_running; }
 
 Q_SIGNALS:
-    // The maps have "taskId" and what the service told, all texts: "status", "data", "uploadErrorCode",
-    // "type".
+    // The maps have "taskId" and what the service told, all texts: "status", "data", "uploadErrorCode" (or
+    // else the state that it answered, unless that is 0), "type".
     void sigStarted(const QVariantMap& task);
     void sigProgressChanged(const QVariantMap& task);
     /// Once an upload: the service said that it has ended (status 1, 2 or 6), or did not begin it or tells
@@ -35,9 +38,11 @@ Q_SIGNALS:
 private:
     QString ask(const char* method, const QMap<QString, QString>& arguments,
         KLarkIpcWrapper::Callback<LarkIpcResult> callback);
-    QMap<QString, QString> ofTask() const;
+    QString askOf(
+        const QString& taskId, const char* method, KLarkIpcWrapper::Callback<LarkIpcResult> callback);
+    bool askToCancel(const QString& taskId);
     bool begin();
-    void onStarted(int run, bool ok, const LarkIpcResult& result);
+    void onBegun(int run, bool ok, const LarkIpcResult& result);
     void poll();
     void onState(int run, bool ok, const LarkIpcResult& result);
     QVariantMap report(const LarkIpcResult& result) const;
@@ -48,6 +53,7 @@ private:
     QTimer m_pollTimer;
     QString m_taskId; ///< empty until the service has told it
     bool m_running = false;
-    int m_run = 0;        ///< replies to an upload before the last restart are not heard
-    int m_unanswered = 0; ///< polls without an answer in a row
+    bool m_isToBeCancelled = false; ///< as soon as it has begun
+    int m_run = 0;                  ///< replies to an upload before the last restart are not heard
+    int m_unanswered = 0;           ///< polls since the last answer
 };

@@ -79,7 +79,9 @@ try {
     process.play("cloud:kill");
     console.log("  second: the service has been killed");
     const { status, data, uploadErrorCode } = await event(task, "cloud.upload.finished");
-    console.log(`  second has ended: ${WORDS[status] ?? `lost, error ${uploadErrorCode}`}`);
+    console.log(`  second has ended: ${WORDS[status] ?? "lost"}`);
+    if (status !== "1")
+        throw new Error(`the upload did not finish, error ${uploadErrorCode}`);
 
     console.log("What the cloud has");
     const { cloudPath, sha256 } = JSON.parse(data);

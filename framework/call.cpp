@@ -126,12 +126,12 @@ Reply Call::succeed(KJSVariant value, const QString& message)
     return Reply(KR_OK);
 }
 
-Reply Call::handOut(IJSExtentionObject* object)
+Reply Call::handOut(IJSExtentionObject* object, const char* failure)
 {
     KRef<IJSExtentionObject> reference(object);
     IVEXJSCore* core = vexlite::GetVEXJSCore();
     if (!object || !core)
-        return fail(ErrorCode::OperationFailed, "empty handle.");
+        return fail(ErrorCode::OperationFailed, failure);
     const std::int64_t token = core->Registry()->SubObjectToken(object);
     return answer(KJSVariant::fromUnknown(new SubObject(reference.release(), token)));
 }
@@ -143,9 +143,9 @@ IJSExtentionObject* Call::made(const char16_t* scriptName, IJSONValue* options) 
     return factory ? factory->Create(QString::fromUtf16(scriptName), m_context, options) : nullptr;
 }
 
-Reply Call::handOutNew(const char16_t* scriptName, IJSONValue* options)
+Reply Call::handOutNew(const char16_t* scriptName, IJSONValue* options, const char* failure)
 {
-    return handOut(made(scriptName, options));
+    return handOut(made(scriptName, options), failure);
 }
 
 Reply Call::handOutKept(KRef<IJSExtentionObject>& kept, const char16_t* scriptName)

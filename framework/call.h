@@ -107,10 +107,10 @@ public:
     Reply succeed(const char*) = delete;
     Reply succeed(const QVariant& value);
 
-    /// Hands out another extension object: takes over one reference. Null fails with "empty handle.".
-    Reply handOut(IJSExtentionObject* object);
+    /// Hands out another extension object: takes over one reference. Null fails with 3 `failure`.
+    Reply handOut(IJSExtentionObject* object, const char* failure = "empty handle.");
     /// Makes an object of a class by its script name and hands it out.
-    Reply handOutNew(const char16_t* scriptName, IJSONValue* options);
+    Reply handOutNew(const char16_t* scriptName, IJSONValue* options, const char* failure = "empty handle.");
     /// The same, once: the object stays in `kept` and is handed out again the next time.
     Reply handOutKept(KRef<IJSExtentionObject>& kept, const char16_t* scriptName);
 

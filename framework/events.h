@@ -17,6 +17,8 @@ public:
         const QString& event, const JSContextEnv& target, const std::vector<KJSVariant>& payload) = 0;
     /// Sends an event that carries one object to the listeners of every page.
     void tell(const char* event, const QVariantMap& values);
+    /// Whether any page listens to any event.
+    bool hasListeners();
 
 protected:
     ~IKJSExtentionApiEvent() = default;

@@ -1,25 +1,36 @@
 #include "framework/request.h"
 
+#include "framework/libraryowner.h"
+
 Reply KJsRequest::promised(Call& call, std::unique_ptr<KJsRequest> request, const char* withoutPromises)
 {
-    // Destroyed with the library, and with it the requests that have not finished by then.
-    static QObject owner;
-
     KJSVariant promise;
     if (!request->m_promise.create(call.context(), promise))
         return call.fail(ErrorCode::OperationFailed, withoutPromises);
-    request.release()->setParent(&owner);
+    request->m_isPromised = true;
+    if (request->m_early)
+        request->m_early();
+    request.release()->setParent(libraryOwner());
     return call.answer(std::move(promise));
 }
 
 void KJsRequest::finish(const QVariant& value)
 {
-    m_promise.resolve({ { QString::fromLatin1("data"), value } });
-    deleteLater();
+    settle([this, value] { m_promise.resolve({ { QString::fromLatin1("data"), value } }); });
 }
 
 void KJsRequest::finishRejected(const QString& message)
 {
-    m_promise.reject(message);
+    settle([this, message] { m_promise.reject(message); });
+}
+
+void KJsRequest::settle(std::function<void()> action)
+{
+    if (std::exchange(m_hasFinished, true))
+        return;
+    if (m_isPromised)
+        action();
+    else
+        m_early = std::move(action);
     deleteLater();
 }

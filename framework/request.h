@@ -13,6 +13,7 @@
 #include "framework/promise.h"
 
 #include <QObject>
+#include <functional>
 
 /// A request owns itself from promised() until it has finished; one that is under way when the library is
 /// unloaded ends with it, and its promise is rejected. [GUI thread]
@@ -30,10 +31,16 @@ protected:
     /// Whether a page still waits for the answer. Ask between steps, and finish early when none does.
     bool isAwaited() const { return m_promise.isAwaited(); }
 
-    // Settles the promise and deletes the request later. What comes after the first of them does nothing.
+    // Settles the promise, or as soon as it has been made, and deletes the request later. What comes after
+    // the first of them does nothing.
     void finish(const QVariant& value);
     void finishRejected(const QString& message);
 
 private:
+    void settle(std::function<void()> action);
+
     KPendingPromise m_promise;
+    std::function<void()> m_early; ///< for a promise that has not been made
+    bool m_hasFinished = false;
+    bool m_isPromised = false;
 };

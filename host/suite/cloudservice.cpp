@@ -1,6 +1,7 @@
 #include "host/suite/cloudservice.h"
 
 #include "cloud/schema/lark_types.h"
+#include "host/cloudwire/socketplace.h"
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
 #include "host/suite/accountservice.h"
@@ -15,7 +16,10 @@
 #include <QProcess>
 #include <algorithm>
 #include <csignal>
+#include <limits>
 #include <sys/socket.h>
+#include <sys/stat.h>
+#include <thread>
 #include <vector>
 
 namespace suite {
@@ -37,7 +41,7 @@ constexpr qint64 ReadBytes = 64 << 10;
 // The process is there within some 100 ms.
 constexpr int RetryMs = 20;
 constexpr int MostStarts = 3;
-constexpr int GiveUpAfterMs = 15'000;
+constexpr int GiveUpAfterMs = 15'000; ///< without an answer to who is signed in
 /// One that dies sooner is not started again before it is needed.
 constexpr int LongEnoughMs = 1000;
 constexpr int EndMs = 3000;
@@ -55,10 +59,10 @@ pid_t processBehind(const QLocalSocket& socket)
     return known ? peer.pid : 0;
 }
 
-/// Of a process that nobody waits for: it may stay in the list of processes, but without a program.
-bool hasEnded(qint64 process)
+/// The program that a process runs; empty when it has ended, though nobody may have waited for it.
+QString programOf(qint64 process)
 {
-    return QFileInfo(QStringLiteral("/proc/%1/exe").arg(process)).symLinkTarget().isEmpty();
+    return QFileInfo(QStringLiteral("/proc/%1/exe").arg(process)).symLinkTarget();
 }
 
 LarkIpcArg envelopeOf(const QString& method, const QMap<QString, QString>& texts)
@@ -107,6 +111,10 @@ CloudService::CloudService()
     : m_directory(profile::dataDirectory() + QStringLiteral("/cloud"))
 {
     m_retry.setSingleShot(true);
+    m_patience.setSingleShot(true);
+    connect(&m_patience, &QTimer::timeout, this, [this] {
+        giveUp(QStringLiteral("it does not answer; service.log in %1 may say why").arg(m_directory));
+    });
     connect(&m_retry, &QTimer::timeout, this, &CloudService::tryToConnect);
     connect(&m_socket, &QLocalSocket::connected, this, &CloudService::onConnected);
     connect(&m_socket, &QLocalSocket::readyRead, this, &CloudService::read);
@@ -122,15 +130,18 @@ void CloudService::end()
 {
     m_ending = true;
     m_retry.stop();
+    m_patience.stop();
     m_socket.disconnect(this);
-    const bool isConnected = m_socket.state() == QLocalSocket::ConnectedState;
-    const pid_t process = isConnected ? processBehind(m_socket)
-        : m_state == State::Starting  ? static_cast<pid_t>(m_pid)
-                                      : 0;
-    if (profile::isDataTemporary() && process > 0) {
-        kill(process, SIGTERM);
-        if (isConnected)
-            m_socket.waitForDisconnected(EndMs);
+    if (profile::isDataTemporary()) {
+        // Whatever it is doing: it can be killed at any moment.
+        if (m_socket.state() == QLocalSocket::ConnectedState)
+            m_process = processBehind(m_socket);
+        else if (!isProcessRunning())
+            m_process = 0;
+        if (m_process > 0)
+            kill(m_process, SIGKILL);
+        for (int waited = 0; m_process > 0 && waited < EndMs && !programOf(m_process).isEmpty(); ++waited)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     failAll();
     while (!m_later.empty())
@@ -171,12 +182,20 @@ QString CloudService::post(const QString& procedure, const void* argument, Reque
     if (m_requests.size() >= MostRequests)
         return {};
     ensureProcess();
-    const std::int32_t number = ++m_number & 0x7fffffff;
+    const std::int32_t number = nextNumber();
     if (!send(m_codec.encode({ Kind::Call, name, number }, *cloudwire::argumentType(name), argument)))
         return {};
     request.id = QStringLiteral("cloud-%1").arg(number);
     request.result = cloudwire::resultType(name);
     return m_requests.insert_or_assign(number, std::move(request)).first->second.id;
+}
+
+std::int32_t CloudService::nextNumber()
+{
+    do {
+        m_number = m_number == std::numeric_limits<std::int32_t>::max() ? 1 : m_number + 1;
+    } while (m_requests.count(m_number) > 0);
+    return m_number;
 }
 
 bool CloudService::send(const QByteArray& frame)
@@ -201,7 +220,7 @@ void CloudService::tellUser()
         { { QStringLiteral("userId"), account ? account->userInfo().userId : QString() },
             { QStringLiteral("signedIn"), accounts.accountList().join(QLatin1Char('\n')) },
             { QStringLiteral("companyId"), account ? account->companyInfo().companyId : QString() } });
-    const std::int32_t number = ++m_number & 0x7fffffff;
+    const std::int32_t number = nextNumber();
     const std::string name = Envelope.toStdString();
     m_requests.insert_or_assign(
         number, Request { {}, nullptr, {}, cloudwire::resultType(name), &CloudService::userTold });
@@ -240,13 +259,17 @@ bool CloudService::killProcess()
 
 void CloudService::ensureProcess()
 {
-    if (m_state != State::Idle)
+    if (m_state != State::Idle || m_ending)
         return;
     m_state = State::Starting;
-    m_waited.start();
-    m_pid = 0;
     m_starts = 0;
+    m_patience.start(GiveUpAfterMs);
     m_retry.start(0);
+}
+
+bool CloudService::isProcessRunning() const
+{
+    return m_process > 0 && programOf(m_process) == m_program;
 }
 
 bool CloudService::startProcess()
@@ -264,25 +287,33 @@ bool CloudService::startProcess()
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
     ++m_starts;
-    return process.startDetached(&m_pid);
+    qint64 id = 0;
+    if (!process.startDetached(&id))
+        return false;
+    m_process = static_cast<pid_t>(id);
+    m_program = programOf(m_process);
+    return true;
 }
 
 void CloudService::tryToConnect()
 {
-    if (m_state != State::Starting || m_socket.state() != QLocalSocket::UnconnectedState)
+    if (m_state != State::Starting || m_socket.state() == QLocalSocket::ConnectedState)
         return;
-    if (!m_place || m_place->name().isEmpty()) {
-        QDir().mkpath(m_directory);
-        m_place = std::make_unique<cloudwire::SocketPlace>(m_directory);
+    QDir().mkpath(QFileInfo(m_directory).path());
+    mkdir(QFile::encodeName(m_directory).constData(), S_IRWXU);
+    // Each time: the directory may be another one now.
+    const cloudwire::SocketPlace place(m_directory);
+    m_socket.connectToServer(place.name());
+    if (m_socket.state() == QLocalSocket::ConnectedState)
+        return;
+    m_socket.abort();
+    if (!isProcessRunning()) {
+        if (m_starts == MostStarts)
+            return giveUp(QStringLiteral("it ends at once; service.log in %1 may say why").arg(m_directory));
+        if (!startProcess())
+            return giveUp(
+                QStringLiteral("novacloudd can not be started; name it in the profile, cloud.program"));
     }
-    m_socket.connectToServer(m_place->name());
-    if (m_socket.state() != QLocalSocket::UnconnectedState)
-        return;
-    const bool isNeeded = m_pid == 0 || hasEnded(m_pid);
-    if (m_waited.elapsed() > GiveUpAfterMs || (isNeeded && m_starts == MostStarts))
-        return giveUp(QStringLiteral("it does not listen; service.log in %1 may say why").arg(m_directory));
-    if (isNeeded && !startProcess())
-        return giveUp(QStringLiteral("novacloudd can not be started; name it in the profile, cloud.program"));
     m_retry.start(RetryMs);
 }
 
@@ -290,6 +321,9 @@ void CloudService::giveUp(const QString& reason)
 {
     qCWarning(cloudLog, "there is no cloud process: %s", qPrintable(reason));
     m_state = State::Idle;
+    m_retry.stop();
+    m_patience.stop();
+    m_socket.abort();
     m_unsent.clear();
     failAll();
 }
@@ -370,6 +404,7 @@ bool CloudService::take(std::string_view frame)
     }
     if (m_state == State::Starting && request.deliver == &CloudService::userTold) {
         m_state = State::Connected;
+        m_patience.stop();
         m_socket.write(std::exchange(m_unsent, {}));
     }
     later([this, request = std::move(request), ok = head->kind == Kind::Reply, result] {

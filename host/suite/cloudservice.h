@@ -2,7 +2,6 @@
 #pragma once
 
 #include "host/cloudwire/frames.h"
-#include "host/cloudwire/socketplace.h"
 #include "suite/kcloudipc.h"
 
 #include <QElapsedTimer>
@@ -13,6 +12,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <sys/types.h>
 #include <unordered_map>
 
 namespace suite {
@@ -34,6 +34,8 @@ public:
     QString invoke(const QString& procedure, const KCloudIpcArg& argument, QObject* receiver,
         const QString& replySlot) override;
 
+    /// Has the process started if it is not there, so that it can tell what happens.
+    void ensureProcess();
     /// Ends the process as a crash would (SIGKILL). False when none is connected.
     bool killProcess();
 
@@ -52,13 +54,14 @@ private:
     void end();
 
     QString post(const QString& procedure, const void* argument, Request request);
+    std::int32_t nextNumber();
     bool send(const QByteArray& frame);
     void tellUser();
     void deliverResult(const Request& request, bool ok, const void* result);
     void deliverRpcResponse(const Request& request, bool ok, const void* result);
     void userTold(const Request& request, bool ok, const void* result);
 
-    void ensureProcess();
+    bool isProcessRunning() const;
     bool startProcess();
     void tryToConnect();
     void giveUp(const QString& reason);
@@ -73,13 +76,13 @@ private:
     void runNext();
 
     QString m_directory;
-    std::unique_ptr<cloudwire::SocketPlace> m_place;
     QLocalSocket m_socket;
     State m_state = State::Idle;
     QTimer m_retry;
-    QElapsedTimer m_waited;    ///< since the process has been waited for
+    QTimer m_patience;         ///< while the process is waited for
     QElapsedTimer m_connected; ///< since it has been there
-    qint64 m_pid = 0;          ///< of the process that was started last
+    pid_t m_process = 0;       ///< that was started last
+    QString m_program;         ///< which it runs
     int m_starts = 0;          ///< of processes, while one is waited for
     cloudwire::FrameCodec m_codec;
     cloudwire::FrameReader m_reader;

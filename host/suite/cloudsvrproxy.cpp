@@ -1,6 +1,7 @@
 #include "host/suite/cloudsvrproxy.h"
 
 #include "host/profile/profile.h"
+#include "host/suite/cloudservice.h"
 #include "suite/kcoreapplication.h"
 
 namespace suite {
@@ -26,5 +27,10 @@ void CloudSvrProxy::tellLogin(bool isLogin)
 
 KCloudSvrProxy* KCoreApplication::cloudSvrProxy()
 {
-    return profile::serviceOn(QStringLiteral("cloudProxy")) ? &suite::CloudSvrProxy::instance() : nullptr;
+    if (!profile::serviceOn(QStringLiteral("cloudProxy")))
+        return nullptr;
+    // Whoever asks wants to hear what the process does.
+    if (profile::serviceOn(QStringLiteral("cloudIpc")) && profile::serviceOn(QStringLiteral("cloudRequests")))
+        suite::CloudService::instance().ensureProcess();
+    return &suite::CloudSvrProxy::instance();
 }

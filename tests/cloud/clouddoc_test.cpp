@@ -72,6 +72,8 @@ public:
             replySlot.toLatin1(), QString::number(++m_ids) };
         if (argument.typeName == std::string("LarkIpcArg"))
             request.envelope = *static_cast<const LarkIpcArg*>(argument.message);
+        if (repliesWithin)
+            request.reply(0, { { "response", "{}" } });
         requests.push_back(request);
         return request.id;
     }
@@ -87,6 +89,7 @@ public:
 
     std::deque<Request> requests;
     bool refusing = false;
+    bool repliesWithin = false;
 
 private:
     int m_ids = 0;
@@ -208,6 +211,27 @@ QString text(const char* latin1)
     return QString::fromLatin1(latin1);
 }
 
+/// The first of them: the library tells its classes to one core, which a suite does not change.
+TEST_F(CloudDoc, TellsWhichActionOfATaskHasFailed)
+{
+    const auto actions = { std::pair(u"start", "3 task start failed."),
+        std::pair(u"cancel", "3 task cancel failed."), std::pair(u"restart", "3 task restart failed.") };
+    const vexlite::BoundObject none = core.bindSubObject(
+        context, core.createUninitialised(text("NovaExtension.CloudDoc.UploadFileTask")).get());
+    EXPECT_EQ(call(object, u"createUploadFileTask", Map { { text("filePath"), text("/x") } })
+                  .toString()
+                  .toStdString(),
+        "");
+    auto* handle = dynamic_cast<IJSSubObject*>(result.raw().punkVal);
+    ASSERT_TRUE(handle);
+    const vexlite::BoundObject task = core.bindSubObject(context, handle->Object());
+    service.refusing = true;
+    for (const auto& [member, failure] : actions) {
+        EXPECT_EQ(call(none, member), text("3 task is null."));
+        EXPECT_EQ(call(task, member), text(failure));
+    }
+}
+
 struct RequestCase {
     const char* name;
     const char16_t* member;
@@ -278,20 +302,48 @@ const RequestCase Requests[] {
         text("/local"), text("Get file cache info failed."), false },
     { "Upload", u"uploadFile2CloudFolder",
         Map { { text("cloudPath"), text("/c") }, { text("files"), QStringList { text("/x"), text("/y") } },
-            { text("extraParam"), Map { { text("k"), 5 } } } },
+            { text("createWhenNoExists"), false }, { text("userData"), text("d") },
+            { text("uploadFrom"), text("p") }, { text("extraParam"), Map { { text("k"), 5 } } } },
         text("uploadFilesToCloud"),
         with<UploadFilesToCloudArg>("UploadFilesToCloudArg",
             [](auto& message) {
                 message.cloudPath = "/c";
                 message.srcFiles = { "/x", "/y" };
-                message.createWhenNoExists = true;
+                message.userData = "d";
+                message.uploadFrom = "p";
                 message.extraParam["k"] = "5";
             }),
-        replying<UploadFilesToCloudResult>(
-            "UploadFilesToCloudResult", [](auto& result) { result.userData = "u"; }),
-        Map { { text("userData"), text("u") }, { text("extraParam"), Map() } }, text("Sync files failed.") },
-    { "OpenFolder", u"openCloudFolder", Map { { text("fileId"), text("f") } }, text("openVirtualCloudDisk"),
-        with<OpenVirtualCloudDiskArg>("OpenVirtualCloudDiskArg", [](auto& message) { message.fileId = "f"; }),
+        replying<UploadFilesToCloudResult>("UploadFilesToCloudResult",
+            [](auto& result) {
+                result.userData = "u";
+                result.extraParam["r"] = "v";
+            }),
+        Map { { text("userData"), text("u") }, { text("extraParam"), Map { { text("r"), text("v") } } } },
+        text("Sync files failed.") },
+    { "UploadMakesFolders", u"uploadFile2CloudFolder",
+        Map { { text("cloudPath"), text("/c") }, { text("files"), QStringList { text("/x") } } },
+        text("uploadFilesToCloud"),
+        with<UploadFilesToCloudArg>("UploadFilesToCloudArg",
+            [](auto& message) {
+                message.cloudPath = "/c";
+                message.srcFiles = { "/x" };
+                message.createWhenNoExists = true;
+            }),
+        replying<UploadFilesToCloudResult>("UploadFilesToCloudResult"),
+        Map { { text("userData"), QString() }, { text("extraParam"), Map() } }, text("Sync files failed.") },
+    { "OpenFolder", u"openCloudFolder",
+        Map { { text("fileId"), text("f") }, { text("cloudPath"), text("/c") },
+            { text("openFrom"), text("p") }, { text("entryIdentifier"), text("e") },
+            { text("createWhenNoExists"), true } },
+        text("openVirtualCloudDisk"),
+        with<OpenVirtualCloudDiskArg>("OpenVirtualCloudDiskArg",
+            [](auto& message) {
+                message.fileId = "f";
+                message.cloudPath = "/c";
+                message.openFrom = "p";
+                message.entryIdentifier = "e";
+                message.createWhenNoExists = true;
+            }),
         replying<OpenVirtualCloudDiskResult>("OpenVirtualCloudDiskResult"),
         Map { { text("extraParam"), Map() } }, text("open folder failed.") },
     { "DefaultWorkspace", u"getDefaultWorkSpace", {}, text("getDefaultWorkspace"),
@@ -332,6 +384,17 @@ const RequestCase Requests[] {
                 message.groupId = "g";
                 message.fileId = "f";
                 message.depth = 3;
+            }),
+        replying<SyncFolderResult>("SyncFolderResult"), Map { { text("extraParam"), Map() } },
+        text("Sync folder failed.") },
+    { "SyncFolderOfNoUserInParticular", u"syncFolder",
+        Map {
+            { text("userId"), QString() }, { text("groupId"), text("g") }, { text("folderId"), text("f") } },
+        text("syncFolder"),
+        with<SyncFolderArg>("SyncFolderArg",
+            [](auto& message) {
+                message.groupId = "g";
+                message.fileId = "f";
             }),
         replying<SyncFolderResult>("SyncFolderResult"), Map { { text("extraParam"), Map() } },
         text("Sync folder failed.") },
@@ -403,6 +466,15 @@ TEST_F(CloudDoc, RefusesInTheOrderOfWhatIsMissing)
     offered = nullptr;
     EXPECT_EQ(call(object, u"openCloudFolder", Map()), text("3 Cloud service error."));
     EXPECT_TRUE(service.requests.empty());
+}
+
+TEST_F(CloudDoc, RepliesBeforeThePromiseExists)
+{
+    service.repliesWithin = true;
+    call(object, u"getPersonalPrivateGroup");
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(page.settled, QVariantList { text("{}") });
+    EXPECT_FALSE(service.take().receiver);
 }
 
 TEST_F(CloudDoc, RepliesAfterThePageHasGone)

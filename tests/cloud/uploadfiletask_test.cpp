@@ -30,13 +30,15 @@ public:
             return {};
         const QString id = QString::number(++m_ids);
         std::vector<Answer>& left = answers[envelope.method];
-        if (left.empty())
+        if (left.empty() && (!stillRunning || envelope.method != "getTaskState"))
             return id;
         LarkIpcResult result;
-        result.state = left.front().state;
-        result.resultMap = left.front().values;
-        const bool ok = left.front().ok;
-        left.erase(left.begin());
+        const Answer answer = left.empty() ? Answer { true, 0, { { "status", "3" } } } : left.front();
+        result.state = answer.state;
+        result.resultMap = answer.values;
+        const bool ok = answer.ok;
+        if (!left.empty())
+            left.erase(left.begin());
         QMetaObject::invokeMethod(
             QCoreApplication::instance(),
             [=, receiver = QPointer<QObject>(receiver), slot = replySlot.toLatin1()] {
@@ -49,6 +51,7 @@ public:
     }
 
     std::map<std::string, std::vector<Answer>> answers;
+    bool stillRunning = false; ///< what polls are told that have no answer left
     QStringList refused;
     QStringList asked;
 
@@ -77,15 +80,19 @@ protected:
         offered = &service;
         const auto note = [this](auto signal, const char* name) {
             QObject::connect(task.get(), signal, [this, name](const QVariantMap& map) {
-                events << QStringLiteral("%1 %2 %3")
+                const QString error = map.value(QStringLiteral("uploadErrorCode")).toString();
+                events << QStringLiteral("%1 %2 %3%4")
                               .arg(QLatin1String(name), map.value(QStringLiteral("taskId")).toString(),
-                                  map.value(QStringLiteral("status")).toString());
+                                  map.value(QStringLiteral("status")).toString(),
+                                  error.isEmpty() ? error : QStringLiteral(" error ") + error);
             });
         };
         note(&KUploadFileTask::sigStarted, "started");
         note(&KUploadFileTask::sigProgressChanged, "progress");
         note(&KUploadFileTask::sigFinished, "finished");
-        task->findChild<QTimer*>()->setInterval(0);
+        auto* timer = task->findChild<QTimer*>();
+        EXPECT_EQ(timer->interval(), 1000);
+        timer->setInterval(0);
     }
     ~Upload() override { offered = nullptr; }
 
@@ -131,6 +138,12 @@ std::vector<Answer> times(int count, const Answer& answer)
     return std::vector<Answer>(static_cast<std::size_t>(count), answer);
 }
 
+std::vector<Answer> operator+(std::vector<Answer> first, const std::vector<Answer>& second)
+{
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
 QStringList repeated(int count, const QString& text)
 {
     QStringList list;
@@ -171,7 +184,16 @@ const std::vector<UploadCase> Cases {
         words("started t ,progress t x,progress t ,progress t 99999999999,progress t 1,finished t 1") },
     { "NeverANumber", Begun, times(10, status("1x")),
         words("started t ") + repeated(10, QStringLiteral("progress t 1x")) + words("finished t -1") },
-    { "NotBegun", begun(true, 5, { { "taskId", "t" } }), {}, words("finished t -1") },
+    { "AnswersInBetween", Begun,
+        times(9, status("")) + std::vector { status("3") } + times(9, status(""))
+            + std::vector { status("1") },
+        words("started t ") + repeated(9, QStringLiteral("progress t ")) + words("progress t 3")
+            + repeated(9, QStringLiteral("progress t ")) + words("progress t 1,finished t 1") },
+    { "APollThatFailsSaysNothing", Begun, { begun(false, 3, { { "status", "1" } }), status("2") },
+        words("started t ,progress t 1 error 3,progress t 2,finished t 2") },
+    { "OnlyPollsThatFail", Begun, times(10, begun(false, 0, { { "status", "3" } })),
+        words("started t ") + repeated(10, QStringLiteral("progress t 3")) + words("finished t -1") },
+    { "NotBegun", begun(true, 5, { { "taskId", "t" } }), {}, words("finished t -1 error 5") },
     { "BegunWithoutATask", begun(true, 0, {}), {}, words("finished  -1") },
     { "RequestFailed", begun(false, 0, { { "taskId", "t" } }), {}, words("finished t -1") },
 };
@@ -182,6 +204,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(Upload, IsCancelledAndStartedAfresh)
 {
     service.answers["uploadFileToCloud"] = { Begun, { true, 0, { { "taskId", "t2" } } } };
+    service.stillRunning = true;
     EXPECT_FALSE(task->cancel()) << "there is nothing to cancel";
     EXPECT_TRUE(task->start());
     runUntil([&] { return service.asked.contains(QStringLiteral("getTaskState u t")); });
@@ -190,11 +213,53 @@ TEST_F(Upload, IsCancelledAndStartedAfresh)
     EXPECT_TRUE(task->restart());
     EXPECT_EQ(service.asked, words("cancelTransferTask u t,uploadFileToCloud u"));
     service.answers["getTaskState"] = { status("1") };
+    events.clear();
     runUntil([&] { return hasFinished(); });
-    EXPECT_EQ(events, words("started t ,started t2 ,progress t2 1,finished t2 1"));
+    EXPECT_EQ(events, words("started t2 ,progress t2 1,finished t2 1")) << "the first one is heard, too";
+    EXPECT_FALSE(task->cancel()) << "it has ended";
+}
+
+TEST_F(Upload, GoesOnWhenItsRestartIsRefused)
+{
+    service.answers["uploadFileToCloud"] = { Begun };
+    service.stillRunning = true;
+    task->start();
+    runUntil([&] { return events.size() > 1; });
     service.refused << QStringLiteral("uploadFileToCloud");
     EXPECT_FALSE(task->restart());
+    service.answers["getTaskState"] = { status("6") };
+    runUntil([&] { return hasFinished(); });
+    EXPECT_EQ(events.last(), QStringLiteral("finished t 6"));
     EXPECT_FALSE(task->start());
+}
+
+TEST_F(Upload, IsNotLostByWhatComesBeforeItHasBegun)
+{
+    service.answers["uploadFileToCloud"] = { Begun, { true, 0, { { "taskId", "t2" } } } };
+    service.answers["getTaskState"] = { status("6") };
+    EXPECT_TRUE(task->start());
+    EXPECT_TRUE(task->restart());
+    EXPECT_TRUE(task->cancel());
+    EXPECT_EQ(service.asked, words("uploadFileToCloud u,uploadFileToCloud u"));
+    service.asked.clear();
+    runUntil([&] { return hasFinished(); });
+    EXPECT_EQ(service.asked, words("cancelTransferTask u t,cancelTransferTask u t2,getTaskState u t2"));
+    EXPECT_EQ(events, words("started t2 ,progress t2 6,finished t2 6"));
+}
+
+TEST_F(Upload, IsRestartedByAListener)
+{
+    service.answers["uploadFileToCloud"] = { Begun, { true, 0, { { "taskId", "t2" } } } };
+    service.answers["getTaskState"] = { status("2"), status("1") };
+    bool restarted = false;
+    QObject::connect(task.get(), &KUploadFileTask::sigProgressChanged, [&](const QVariantMap&) {
+        if (!std::exchange(restarted, true)) {
+            EXPECT_TRUE(task->restart());
+        }
+    });
+    task->start();
+    runUntil([&] { return hasFinished(); });
+    EXPECT_EQ(events, words("started t ,progress t 2,started t2 ,progress t2 1,finished t2 1"));
 }
 
 TEST_F(Upload, EndsWhenTheServiceHasGone)
@@ -208,14 +273,13 @@ TEST_F(Upload, EndsWhenTheServiceHasGone)
     EXPECT_FALSE(task->start());
 }
 
-TEST_F(Upload, GoesWhileItIsUnderWay)
+TEST_F(Upload, EndsWhenTheServiceHangs)
 {
     service.answers["uploadFileToCloud"] = { Begun };
-    service.answers["getTaskState"] = times(3, status("0"));
     task->start();
-    runUntil([&] { return events.size() > 1; });
-    task.reset();
-    runUntil([] { return true; });
+    runUntil([&] { return hasFinished(); });
+    EXPECT_EQ(events, words("started t ,finished t -1"));
+    EXPECT_EQ(service.asked.count(QStringLiteral("getTaskState u t")), 10);
 }
 
 } // namespace

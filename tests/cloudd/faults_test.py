@@ -80,6 +80,38 @@ SCRIPTS = [
         await CloudDoc.changeRoamingMode("manual");
         await CloudDoc.getRoamingMode();
         show(told);""", 0),
+    ("texts that are no Unicode", [], {}, """
+        show(await Promise.all([() => CloudDoc.getCloudCachedFile("a\\ud800"), () => upload("/a\\udc00"), () => upload("/a", "\\ud800"),
+            () => CloudDoc.openCloudFolder({ cloudPath: "\\ud800", createWhenNoExists: true }),
+            () => CloudDoc.uploadFile2CloudFolder({ cloudPath: "a", files: [`${data}/small`, "/\\ud800"] }),
+            () => CloudDoc.saveToCloudDir({ groupId: "a", fileId: "a", fname: "a", extraParam: { "\\ud800": "a" } }),
+            () => CloudDoc.syncFolder({ groupId: "a", folderId: "a", extraParam: { a: "\\ud800" } })].map(outcome)));""",
+     ["1 wrong parameters."] * 7),
+    ("an upload that the page does not keep", [], {}, """
+        let finished = 0;
+        for (let i = 0; i < 20; ++i) {
+            const task = CloudDoc.createUploadFileTask({ filePath: `${data}/small`, cloudDir: "let go", autoRename: true });
+            task.addEventListener("cloud.upload.finished", ({ status }) => { finished += status === "1"; });
+            task.start();
+        }
+        for (let i = 0; i < 400 && finished < 20; ++i) {
+            Array.from({ length: 20000 }, () => ({}));
+            await pause(10);
+        }
+        show(finished);""", 20),
+    ("an upload that can not begin", [], {}, """
+        const task = upload("relative");
+        task.start();
+        show(short(await ended(task)));""", {"status": "-1", "uploadErrorCode": "1"}),
+    ("cancelled and restarted before it has begun", [], {"cloud": {"uploadBytesPerSecond": 1 << 20}}, """
+        const task = upload(`${data}/large`);
+        const seen = [await outcome(() => task.cancel().data)];
+        task.start();
+        task.restart();
+        task.cancel();
+        seen.push((await ended(task)).status, await outcome(() => task.cancel().data));
+        await CloudDoc.getRoamingMode();
+        show(seen);""", ["3 task cancel failed.", "6", "3 task cancel failed."]),
     ("source is not there", [], {}, 'const task = upload("/none"); task.start(); show(short(await ended(task)));',
      {"status": "2", "uploadErrorCode": "5"}),
 
@@ -256,29 +288,53 @@ def damaged_records(bench):
 
 
 def two_suites(bench):
-    """Two suites with one data directory share the process, and hear of each other's changes."""
+    """Two suites with one data directory share the process, and one that only listens hears of the other's changes."""
     first = bench.start("""
-        await CloudDoc.getRoamingMode();
+        const login = heard(CloudDoc, "clouddoc.loginstatus.changed");
         const changed = heard(CloudDoc, "clouddoc.roamingmode.changed");
-        show("listening");
+        show(await login);
         show(await changed);""")
-    assert json.loads(first.stdout.readline()) == "listening"
+    assert json.loads(first.stdout.readline()) == {"isLogin": True}
     seen = bench.run('show(await CloudDoc.changeRoamingMode("manual"));')
     assert seen == ["manual"], seen
     assert bench.end(first) == [{"roamingMode": "manual"}]
     assert len(bench.processes()) == 1, "there is more than one process"
 
 
+def replaced_directory(bench):
+    """A process is found again when its directory is another one."""
+    run = bench.start("""
+        await CloudDoc.getRoamingMode();
+        show("ready");
+        while (!FileSystem.exists(`${data}/replaced`).data)
+            await pause(5);
+        await outcome(() => CloudDoc.getRoamingMode());
+        show(await CloudDoc.getRoamingMode());""")
+    assert json.loads(run.stdout.readline()) == "ready"
+    process, = bench.processes()
+    os.rename(f"{bench.data}/state/cloud", f"{bench.data}/state/before")
+    os.kill(process, signal.SIGKILL)
+    open(f"{bench.data}/replaced", "wb").close()
+    assert bench.end(run) == ["auto"]
+
+
 def leaves(bench):
-    """A process that nobody needs ends."""
+    """A process that nobody needs ends, and one whose data are temporary leaves nothing."""
+    place = f"{bench.data}/tmp"
+    os.mkdir(place)
+    subprocess.run([bench.novahost, "eval", "NovaExtension.CloudDoc.getRoamingMode()"], check=True, capture_output=True, timeout=90,
+                   env={**os.environ, "TMPDIR": place})
+    assert not os.listdir(place), os.listdir(place)
     bench.run("await CloudDoc.getRoamingMode();")
+    mode = os.stat(f"{bench.data}/state/cloud").st_mode
+    assert not mode & 0o077, f"the directory is open to others: {mode:o}"
     end = time.monotonic() + 20
     while bench.processes():
         assert time.monotonic() < end, "it stays"
         time.sleep(0.1)
 
 
-CHECKS = [full_disk, page_that_goes, frozen, damaged_records, two_suites, leaves]
+CHECKS = [full_disk, page_that_goes, frozen, damaged_records, two_suites, replaced_directory, leaves]
 
 
 def main():

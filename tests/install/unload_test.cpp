@@ -1,6 +1,7 @@
 // A suite that goes on without the library: every object is used by a page, the library is unloaded, and the
 // JS core has nothing of it left. Then all of it once more.
 #include "host/vexlite/core.h"
+#include "host/vexlite/scriptvalues.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -118,6 +119,55 @@ TEST(Requests, EndWithThePageThatWaitsForThem)
     }
     EXPECT_FALSE(isOpen(path)) << "the file is still being read for a page that has gone";
     dlclose(library);
+    vexlite::Core::stop();
+}
+
+/// Calls a method that takes one argument.
+KJSVariant answerOf(vexlite::Core& core, const JSContextEnv& context, const vexlite::BoundObject& bound,
+    std::u16string_view member, const KJSVariant& argument)
+{
+    std::int32_t at = 0;
+    while (bound.members->Name(at) != member)
+        ++at;
+    JSApiArguments arguments(&argument, 1);
+    KJSVariant result, exception;
+    EXPECT_EQ(core.call(bound.object.get(), context, bound.members->Id(at), JSAccess::Method, arguments,
+                  result, exception),
+        KR_OK);
+    return result;
+}
+
+TEST(Uploads, EndWithTheLibrary)
+{
+    int argc = 0;
+    const QCoreApplication application(argc, nullptr);
+    vexlite::Core& core = vexlite::Core::start({});
+    void* library = dlopen(LIBRARY, RTLD_NOW | RTLD_LOCAL);
+    ASSERT_TRUE(library) << dlerror();
+    ExtensionFactoryMap factories;
+    reinterpret_cast<void (*)(ExtensionFactoryMap*)>(dlsym(library, "GetNovaExtensionJsApiObj"))(&factories);
+    core.setFactories(factories);
+    SilentPage page;
+    const JSContextEnv context = core.openPage(&page, {});
+    for (int upload = 0; upload < 2; ++upload) {
+        const vexlite::BoundObject documents = core.bindObject(context, QStringLiteral("CloudDoc"));
+        vexlite::Ref<IJSONValue> options = vexlite::makeScriptObject();
+        options->SetString(QStringLiteral("filePath"), QStringLiteral("/none"));
+        const KJSVariant handle = answerOf(
+            core, context, documents, u"createUploadFileTask", KJSVariant::fromUnknown(options.release()));
+        auto* sub = dynamic_cast<IJSSubObject*>(handle.raw().punkVal);
+        ASSERT_TRUE(sub);
+        const vexlite::BoundObject task = core.bindSubObject(context, sub->Object());
+        // One that is under way when the library goes, and one that was let go before.
+        if (upload == 0)
+            answerOf(core, context, task, u"start", {});
+    }
+    core.closePage(context);
+    dlclose(library);
+    EXPECT_EQ(dlopen(LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr);
+    QElapsedTimer goingOn;
+    for (goingOn.start(); goingOn.elapsed() < 1500;)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
     vexlite::Core::stop();
 }
 

@@ -1,0 +1,7 @@
+#include "framework/libraryowner.h"
+
+QObject* libraryOwner()
+{
+    static QObject owner;
+    return &owner;
+}

@@ -32,13 +32,13 @@ KJsApiAccountHandle::Service::Connections KJsApiAccountHandle::connectTo(KAccoun
     using Handle = KJsApiAccountHandle;
     // Another service may know of another login; listeners hear of it when the call in hand has returned.
     if (m_followed)
-        QMetaObject::invokeMethod(this, &Handle::announceLogin, Qt::QueuedConnection);
+        announceLater();
     else
         m_known = currentLogin();
     m_followed = true;
     return {
-        connect(&service, &Proxy::loginInfoChanged, this, &Handle::onLoginInfoChanged),
-        connect(&service, &Proxy::currentAccountChanged, this, &Handle::onLoginInfoChanged),
+        connect(&service, &Proxy::loginInfoChanged, this, &Handle::announceLogin),
+        connect(&service, &Proxy::currentAccountChanged, this, &Handle::announceLogin),
         connect(&service, &Proxy::userInfoChanged, this, &Handle::onUserInfoChanged),
         connect(&service, &Proxy::memberInfoChanged, this, &Handle::onMemberInfoChanged),
         connect(&service, &Proxy::privilegeInfoChanged, this, [this] { onPrivilegeInfoChanged({}); }),
@@ -81,19 +81,15 @@ KJsApiAccountHandle::Login KJsApiAccountHandle::currentLogin() const
     return { user.userId, user.nickName, account->novasid() };
 }
 
-void KJsApiAccountHandle::onLoginInfoChanged()
-{
-    // Told from within a listener: what the others have not heard yet comes first.
-    if (m_announcing)
-        QMetaObject::invokeMethod(this, &KJsApiAccountHandle::announceLogin, Qt::QueuedConnection);
-    else
-        announceLogin();
-}
-
 void KJsApiAccountHandle::announceLogin()
 {
-    if (!service() || m_announcing)
+    if (!service())
         return;
+    // From within a listener: what the others have not heard yet comes first.
+    if (m_announcing) {
+        m_changedMeanwhile = true;
+        return;
+    }
     m_announcing = true;
     const Login now = currentLogin();
     const Login before = std::exchange(m_known, now);
@@ -105,6 +101,13 @@ void KJsApiAccountHandle::announceLogin()
         tell(LoginEvent, now, switching);
     settleConfirmations();
     m_announcing = false;
+    if (std::exchange(m_changedMeanwhile, false))
+        announceLater();
+}
+
+void KJsApiAccountHandle::announceLater()
+{
+    QMetaObject::invokeMethod(this, &KJsApiAccountHandle::announceLogin, Qt::QueuedConnection);
 }
 
 void KJsApiAccountHandle::settleConfirmations()

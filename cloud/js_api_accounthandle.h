@@ -50,13 +50,13 @@ private:
     };
 
     Service::Connections connectTo(kacctoutsdk::KAccountSdkProxy& service);
-    void onLoginInfoChanged();
     void onUserInfoChanged();
     void onMemberInfoChanged();
     void onPrivilegeInfoChanged(const QVariantMap& detail);
 
     Login currentLogin() const;
     void announceLogin();
+    void announceLater();
     void settleConfirmations();
     void tell(const char* event, const Login& login, bool switching);
     void tell(const char* event, const QVariantMap& payload);
@@ -67,5 +67,6 @@ private:
     Login m_known; ///< what listeners have been told
     bool m_followed = false;
     bool m_announcing = false;
+    bool m_changedMeanwhile = false; ///< since the announcement under way began
     std::vector<Confirmation> m_confirmations;
 };

@@ -163,6 +163,32 @@ TEST_F(Account, LeavesBeforeAnotherComesWhenTheServiceTellsOnlyOnce)
     EXPECT_EQ(heard(), "logout -1 1; login -1 1");
 }
 
+TEST_F(Account, IsToldWhatHappensWhileAListenerRunsTheEventLoop)
+{
+    const struct {
+        const char* name;
+        std::vector<const char*> users; // one after the other, within the listener of a's login
+        const char* told;
+    } rows[] = {
+        { "nothing", {}, "login -1 1" },
+        { "a logout", { "" }, "login -1 1; logout -1 1" },
+        { "another user after it", { "", "b" }, "login -1 1; logout -1 1; login -1 1" },
+        { "the same user after it", { "", "a" }, "login -1 1" },
+    };
+    for (const auto& row : rows) {
+        s_core->hub.listener = [&] {
+            for (const char* user : row.users) {
+                m_service->become(user);
+                QCoreApplication::processEvents();
+            }
+        };
+        m_service->become("a");
+        EXPECT_EQ(heard(), row.told) << row.name;
+        m_service->become("");
+        heard();
+    }
+}
+
 TEST_F(Account, ConfirmsToThePageThatAskedAndOnce)
 {
     login(9);

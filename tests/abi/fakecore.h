@@ -75,6 +75,8 @@ public:
     {
         operations
             << QStringLiteral("dispatch %1 %2 %3").arg(event).arg(target.contextId).arg(payload.size());
+        if (const auto called = std::exchange(listener, {}))
+            called();
         return status;
     }
     KResult Report(KJSVariant& result) override
@@ -84,6 +86,7 @@ public:
     }
 
     QStringList operations;
+    std::function<void()> listener; ///< called within the next event, once
     KResult status = KR_OK;
 };
 

@@ -46,7 +46,7 @@ const MemberList& KJsApiPrivilege::members()
 
 namespace {
 
-/// Copies the texts, or booleans, that the page gave.
+/// Copies the texts, or booleans, that the page gave; what does not convert is left out.
 void copyTexts(const Options& options, std::initializer_list<const char*> names, QVariantMap& params)
 {
     for (const char* name : names) {
@@ -59,8 +59,8 @@ void copyTexts(const Options& options, std::initializer_list<const char*> names,
 void copyBooleans(const Options& options, std::initializer_list<const char*> names, QVariantMap& params)
 {
     for (const char* name : names) {
-        if (options.has(name))
-            params.insert(ownText(name), options.boolean(name, false));
+        if (const std::optional<bool> value = options.boolean(name))
+            params.insert(ownText(name), *value);
     }
 }
 
@@ -134,8 +134,8 @@ Reply KJsApiAccount::upgradeMember(Call& call)
         const Options options = call.options();
         QVariantMap params;
         copyTexts(options, { "csource", "payUrl", "src", "confirmId", "appName" }, params);
-        if (options.has("parentWidget"))
-            params.insert(ownText("parentWidget"), options.integer("parentWidget", 0));
+        if (const std::optional<std::int32_t> window = options.integer("parentWidget"))
+            params.insert(ownText("parentWidget"), *window);
         if (!params.contains(ownText("csource")))
             return call.fail(ErrorCode::BadArgument, MissingParameters);
         return call.succeed(service.upgradeMember(params));

@@ -6,10 +6,10 @@
 
 /// "NovaExtension.Account": the signed-in user, login and logout, and their changes.
 ///
-/// Every member fails with 3 "empty handle." where the suite runs no application. Members that ask or act
-/// fail with 3 "Accountsdk is not initialized." without an account service, those that ask with 3 "Current
-/// account is not initialized." before the service has begun. With nobody signed in they answer empty texts,
-/// lists and false.
+/// Every method but the four generic event members fails with 3 "empty handle." where the suite runs no
+/// application. Members that ask or act fail with 3 "Accountsdk is not initialized." without an account
+/// service, those that ask with 3 "Current account is not initialized." before the service has begun. With
+/// nobody signed in they answer empty texts, lists and false.
 class KJsApiAccount final : public KJCExtendJsEventObj<KJsApiAccount> {
 public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.Account";

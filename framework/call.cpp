@@ -62,6 +62,19 @@ bool Options::boolean(const char* name, bool fallback) const
     return m_object ? m_object->GetBoolean(latin1(name), fallback) : fallback;
 }
 
+std::optional<std::int32_t> Options::integer(const char* name) const
+{
+    // Only a property that does not read answers both fallbacks.
+    const std::int32_t value = integer(name, 0);
+    return value == integer(name, 1) ? std::optional(value) : std::nullopt;
+}
+
+std::optional<bool> Options::boolean(const char* name) const
+{
+    const bool value = boolean(name, false);
+    return value == boolean(name, true) ? std::optional(value) : std::nullopt;
+}
+
 KJSVariant Options::any(const char* name) const
 {
     const KJSVariant* value = m_object ? m_object->Find(latin1(name)) : nullptr;

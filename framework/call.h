@@ -13,6 +13,8 @@
 #include "framework/values.h"
 #include "vexlite/jscore.h"
 
+#include <optional>
+
 class KJSONValue;
 
 /// The "code" of a failure object.
@@ -55,6 +57,9 @@ public:
     QString string(const char* name, const QString& fallback = {}) const;
     std::int32_t integer(const char* name, std::int32_t fallback) const;
     bool boolean(const char* name, bool fallback) const;
+    // The same, none in place of a fallback.
+    std::optional<std::int32_t> integer(const char* name) const;
+    std::optional<bool> boolean(const char* name) const;
     /// The value as it is; undefined when absent.
     KJSVariant any(const char* name) const;
     /// The nested object of that name.

@@ -22,7 +22,11 @@ public:
         return accepts;
     }
     bool logout(const QVariantMap&) override { return accepts; }
-    bool upgradeMember(const QVariantMap&) override { return accepts; }
+    bool upgradeMember(const QVariantMap& params) override
+    {
+        asked = params;
+        return accepts;
+    }
     IKAccount* getAccount(const QString&) override { return this; }
     QStringList accountList() const override { return {}; }
     bool isSwitching() const override { return false; }
@@ -122,14 +126,21 @@ protected:
         return static_cast<IJSONValue*>(exception.raw().punkVal)->GetString(QStringLiteral("msg"), {});
     }
 
+    /// The same with an object as argument.
+    static QString callWith(const char16_t* name, std::int64_t page, const QVariantMap& params)
+    {
+        KJSVariant object;
+        KJSApiUtil::ConvertQVariantToJSVariant(params, object);
+        return call(name, page, object);
+    }
+
     /// Starts a login that is to be confirmed.
     static void login(std::int64_t page)
     {
-        KJSVariant params;
-        KJSApiUtil::ConvertQVariantToJSVariant(QVariantMap { { QStringLiteral("src"), QStringLiteral("s") },
-                                                   { QStringLiteral("confirmId"), QStringLiteral("c") } },
-            params);
-        EXPECT_EQ(call(u"login", page, params), QString());
+        EXPECT_EQ(callWith(u"login", page,
+                      { { QStringLiteral("src"), QStringLiteral("s") },
+                          { QStringLiteral("confirmId"), QStringLiteral("c") } }),
+            QString());
     }
 
     /// What listeners were told since the last call, once the event loop has run.
@@ -186,6 +197,34 @@ TEST_F(Account, IsToldWhatHappensWhileAListenerRunsTheEventLoop)
         EXPECT_EQ(heard(), row.told) << row.name;
         m_service->become("");
         heard();
+    }
+}
+
+TEST_F(Account, IsAskedForWhatThePageGaveInTheRightType)
+{
+    const struct {
+        const char* name;
+        const char16_t* member;
+        const char* option;
+        QVariant given;
+        QVariant sent; // invalid: left out
+    } rows[] = {
+        { "a boolean", u"login", "qrcode", true, true },
+        { "false", u"login", "bTopWindow", false, false },
+        { "a text that is one", u"login", "bShowModal", QStringLiteral("true"), true },
+        { "a text that is none", u"login", "qrcode", QStringLiteral("perhaps"), {} },
+        { "undefined", u"login", "qrcode", {}, {} },
+        { "a window", u"upgradeMember", "parentWidget", 7, 7 },
+        { "window 0", u"upgradeMember", "parentWidget", 0, 0 },
+        { "a number beyond the type", u"upgradeMember", "parentWidget", 8589934592.0, {} },
+        { "no number", u"upgradeMember", "parentWidget", QStringLiteral("main"), {} },
+    };
+    for (const auto& row : rows) {
+        QVariantMap params { { QStringLiteral("src"), QStringLiteral("s") },
+            { QStringLiteral("csource"), QStringLiteral("s") } };
+        params.insert(QString::fromLatin1(row.option), row.given);
+        EXPECT_EQ(callWith(row.member, 9, params), QString()) << row.name;
+        EXPECT_EQ(m_service->asked.value(QString::fromLatin1(row.option)), row.sent) << row.name;
     }
 }
 

@@ -172,11 +172,16 @@ TEST_F(Wrapper, SurvivesItsCallbacks)
 
 TEST_F(Wrapper, MayGoWithACallbackThatIsReplaced)
 {
-    KLarkIpcWrapper* raw = wrapper.get();
-    std::shared_ptr<KLarkIpcWrapper> owner(std::move(wrapper));
-    raw->call<LarkIpcResult>(QString(), LarkIpcArg(), [owner](bool, const QString&, const LarkIpcResult&) {});
-    owner.reset();
-    EXPECT_EQ(raw->call<LarkIpcResult>(QString(), LarkIpcArg(), {}), QStringLiteral("1"));
+    // What ends the wrapper sees first that the other callback has taken the place.
+    std::shared_ptr<void> last(nullptr, [this](void*) {
+        reply("1");
+        wrapper.reset();
+    });
+    wrapper->call<LarkIpcResult>(
+        QString(), LarkIpcArg(), [last = std::move(last)](bool, const QString&, const LarkIpcResult&) {});
+    EXPECT_EQ(call("b"), QStringLiteral("1"));
+    EXPECT_EQ(log, QStringList(QStringLiteral("b 1 1 5")));
+    EXPECT_FALSE(wrapper);
 }
 
 TEST_F(Wrapper, TakesRepliesOfEachOverload)

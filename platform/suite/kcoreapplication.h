@@ -9,6 +9,9 @@ class KAccountSdkProxy;
 
 /// Each service belongs to the suite, which may end it, make it later, or replace it by another one: ask
 /// every time. Null when the suite has none, or there is no application object. [GUI thread] for all.
+///
+/// Of those with signals: when one ends, the next is looked for once a second. When one is replaced without
+/// being ended, nothing of the new one is heard until a page next uses a member.
 class KCoreApplication {
 public:
     /// The cloud IPC service (kcloudipc.h).

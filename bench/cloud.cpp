@@ -5,6 +5,7 @@
 #include "host/suite/cloudservice.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QLocalSocket>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -55,8 +56,13 @@ void echo(benchmark::State& state)
     QProcess process;
     process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/bench_echo"), { name });
     QLocalSocket socket;
-    while (socket.state() != QLocalSocket::ConnectedState)
+    QElapsedTimer patience;
+    patience.start();
+    while (socket.state() != QLocalSocket::ConnectedState) {
+        if (patience.hasExpired(10000))
+            qFatal("bench_echo does not listen.");
         socket.connectToServer(name);
+    }
     const nova::lark::LarkIpcArg envelope = request();
     const QByteArray bytes = cloudwire::FrameCodec().encode(
         { cloudwire::Kind::Call, "larkIpcCall", 1 }, *cloudwire::argumentType("larkIpcCall"), &envelope);

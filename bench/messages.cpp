@@ -115,11 +115,13 @@ template <typename Message, typename Way> void decode(benchmark::State& state, c
 
 template <typename Message> void add(const std::string& size, const char* type)
 {
-    const auto named = [&](const char* operation, const char* way) { return operation + size + "/" + way; };
-    benchmark::RegisterBenchmark(named("encode_", "registry").c_str(), encode<Message, ByName>, type);
-    benchmark::RegisterBenchmark(named("encode_", "generated").c_str(), encode<Message, Generated>, type);
-    benchmark::RegisterBenchmark(named("decode_", "registry").c_str(), decode<Message, ByName>, type);
-    benchmark::RegisterBenchmark(named("decode_", "generated").c_str(), decode<Message, Generated>, type);
+    const auto measured = [&](const char* operation, const char* way, auto run) {
+        benchmark::RegisterBenchmark((operation + size + "/" + way).c_str(), run, type)->UseRealTime();
+    };
+    measured("encode_", "registry", encode<Message, ByName>);
+    measured("encode_", "generated", encode<Message, Generated>);
+    measured("decode_", "registry", decode<Message, ByName>);
+    measured("decode_", "generated", decode<Message, Generated>);
 }
 
 const bool added = [] {

@@ -41,7 +41,7 @@ process.play("logout,login:user-1");
 await event(Account, "event.account.login");
 console.log(`  ${Account.getUserInfo().data.nickName}`);
 
-const folder = `${FileSystem.tempPath().data}/nova-upload-${Date.now()}`;
+const folder = `${FileSystem.officeData().data}/upload-${Date.now()}`;
 FileSystem.mkpath(folder);
 try {
     console.log(`A file of ${sizeInMiB} MiB`);

@@ -15,14 +15,14 @@ Member admitted(Core& core, const Session& session, const std::string& id)
 Item uploadFolder(Core& core, const Member& member, const QString& pathOrId, Store::Missing missing)
 {
     if (pathOrId.isEmpty())
-        return core.store.folder(member, QStringLiteral("My Documents"), Store::Missing::Make);
+        return core.store.workspace(member);
     return core.store.folder(member, pathOrId, missing);
 }
 
-Task newTask(const Member& member, const Item& folder, const QString& source)
+Task newTask(const Member& member, const Item& folder, const QString& source, char kind)
 {
     Task task;
-    task.id = newId('t');
+    task.id = newId(kind);
     task.userId = member.userId;
     task.source = source;
     task.folderId = folder.id;

@@ -13,7 +13,6 @@ struct Core {
     {
     }
 
-    Descriptor lock; ///< held while the directory is in use
     Store store;
     Contents contents;
     LocalPlaces places;
@@ -24,10 +23,9 @@ struct Core {
 
 /// The signed-in user of a request. Throws Refusal: WrongArguments, NotSignedIn.
 Member admitted(Core& core, const Session& session, const std::string& userId);
-/// The folder that uploads go to: of a cloud path or an id, or without one the default workspace's, which is
-/// made.
+/// The folder that uploads go to: of a cloud path or an id, or without one the default workspace's.
 Item uploadFolder(Core& core, const Member& member, const QString& pathOrId, Store::Missing missing);
-/// An upload that is to be recorded.
-Task newTask(const Member& member, const Item& folder, const QString& source);
+/// An upload that is to be recorded. `kind`: one of Task's.
+Task newTask(const Member& member, const Item& folder, const QString& source, char kind);
 
 } // namespace cloudd

@@ -66,10 +66,10 @@ LarkIpcResult setCurrentUser(MethodCall& call)
     Session session;
     if (const std::string user = call.bytes("userId"); !user.empty())
         session.currentUser = userId(user);
-    const QStringList signedIn = call.argument("signedIn").split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    for (const QString& user : signedIn)
-        session.signedIn.append(userId(user.toStdString()));
-    session.companyId = call.argument("companyId");
+    session.signedIn = userIds(call.bytes("signedIn"));
+    if (const std::string company = call.bytes("companyId"); !company.empty())
+        session.companyId = userId(company);
+    session.isTold = true;
     call.session = session;
     return map({ { "isLogin", session.currentUser.isEmpty() ? "false" : "true" } });
 }
@@ -79,7 +79,7 @@ LarkIpcResult uploadFileToCloud(MethodCall& call)
     const QString source = sourcePath(call.bytes("filePath"));
     Store::Transaction transaction(call.core.store);
     const Item folder = uploadFolder(call.core, call.member, call.argument("cloudDir"), Store::Missing::Make);
-    Task task = newTask(call.member, folder, source);
+    Task task = newTask(call.member, folder, source, Task::KeptKind);
     task.autoRename = call.flag("autoRename");
     call.core.transfers.record({ task });
     transaction.commit();

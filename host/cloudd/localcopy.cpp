@@ -13,27 +13,19 @@ LocalCopy::LocalCopy(Contents& contents, QString sha256, qint64 size, Descriptor
     , m_size(size)
     , m_folder(std::move(folder))
     , m_name(std::move(name))
+    , m_content(contents.find(m_sha256))
 {
-}
-
-bool LocalCopy::step()
-{
-    if (!m_begun)
-        begin();
-    return m_incoming ? copy() : compare();
-}
-
-void LocalCopy::begin()
-{
-    m_begun = true;
-    // From now on a new version of the cloud file does not matter.
-    m_content = m_contents.find(m_sha256);
     struct stat found { };
     Descriptor local = openRegular(m_folder.get(), m_name, O_NOFOLLOW, found);
     if (local && found.st_size == m_size)
         m_local = std::move(local);
     else
         m_incoming = std::make_unique<Incoming>(m_contents);
+}
+
+bool LocalCopy::step()
+{
+    return m_incoming ? copy() : compare();
 }
 
 bool LocalCopy::compare()

@@ -1,6 +1,7 @@
 // Makes a local file equal to a stored content, in slices. A local file that is equal already is left alone;
 // another one, or a link, is replaced when all of the copy is there and its hash is right.
 //
+//     LocalCopy copy(contents, sha256, ...);     // at once after the record was read
 //     while (copy.step()) { }                    // a slice each
 //     copy.written();
 #pragma once
@@ -13,6 +14,7 @@ namespace cloudd {
 
 class LocalCopy {
 public:
+    /// From here on a new version of the cloud file does not matter. Throws Refusal(StorageFailed).
     LocalCopy(Contents& contents, QString sha256, qint64 size, Descriptor folder, QByteArray name);
 
     /// False when the local file is right. Throws Refusal: Damaged, NameTaken (by a folder), StorageFailed.
@@ -21,7 +23,6 @@ public:
     bool written() const { return m_written; }
 
 private:
-    void begin();
     bool compare();
     bool copy();
 
@@ -34,7 +35,6 @@ private:
     QCryptographicHash m_localHash { QCryptographicHash::Sha256 };
     Descriptor m_content;
     std::unique_ptr<Incoming> m_incoming; ///< once there has to be a new file
-    bool m_begun = false;
     bool m_written = false;
 };
 

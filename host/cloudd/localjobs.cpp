@@ -77,7 +77,8 @@ bool SyncJob::advance()
     if (!m_begun) {
         m_begun = true;
         const QString path = m_store.pathOf(m_store.itemOfId(m_folderId));
-        m_levels.push_back({ m_folderId, m_places.documentsFolder(m_userId, path), {}, {}, true });
+        m_levels.push_back({ m_folderId, m_places.documentsPath(m_userId, path),
+            m_places.documentsFolder(m_userId, path), {}, {}, true });
     }
     if (m_copy) {
         if (m_copy->step())
@@ -112,7 +113,9 @@ void SyncJob::take(const Item& item)
 {
     const QByteArray name = QFile::encodeName(item.name);
     const Descriptor& here = m_levels.back().local;
+    const QString path = m_levels.back().path + QLatin1Char('/') + item.name;
     if (!item.isFolder) {
+        usablePath(path);
         // It may have a new version since its page was read.
         m_copied = m_store.itemOfId(item.id);
         m_copy = std::make_unique<LocalCopy>(m_contents, m_copied.sha256, m_copied.size,
@@ -120,7 +123,7 @@ void SyncJob::take(const Item& item)
         return;
     }
     if (static_cast<int>(m_levels.size()) <= m_depth)
-        m_levels.push_back({ item.id, enterFolder(here, name), {}, {}, true });
+        m_levels.push_back({ item.id, usablePath(path), enterFolder(here, name), {}, {}, true });
 }
 
 } // namespace cloudd

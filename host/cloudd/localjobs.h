@@ -44,6 +44,7 @@ private:
     /// A folder whose items are being copied.
     struct Level {
         QString folderId;
+        QString path; ///< local
         Descriptor local;
         std::vector<Item> items; ///< the next ones, the last first
         QString lastName;        ///< of what was read from the records

@@ -1,8 +1,10 @@
 #include "host/cloudd/localplaces.h"
 
 #include "host/cloudd/names.h"
+#include "host/cloudd/state.h"
 
 #include <QFile>
+#include <climits>
 
 namespace cloudd {
 
@@ -23,11 +25,12 @@ Descriptor LocalPlaces::cacheFolder(const QString& fileId) const
 
 QString LocalPlaces::cachePath(const QString& fileId, const QString& name) const
 {
-    return m_directory + QStringLiteral("/cache/") + fileId + QLatin1Char('/') + name;
+    return usablePath(m_directory + QStringLiteral("/cache/") + fileId + QLatin1Char('/') + name);
 }
 
 Descriptor LocalPlaces::documentsFolder(const QString& userId, const QString& cloudPath) const
 {
+    documentsPath(userId, cloudPath);
     Descriptor folder = enterFolder(m_documents, folderNameOf(userId));
     const QStringList parts = pathParts(cloudPath);
     for (const QString& part : parts)
@@ -39,7 +42,14 @@ QString LocalPlaces::documentsPath(const QString& userId, const QString& cloudPa
 {
     const QString path =
         m_directory + QStringLiteral("/documents/") + QString::fromLatin1(folderNameOf(userId));
-    return cloudPath.isEmpty() ? path : path + QLatin1Char('/') + cloudPath;
+    return usablePath(cloudPath.isEmpty() ? path : path + QLatin1Char('/') + cloudPath);
+}
+
+QString usablePath(const QString& path)
+{
+    if (QFile::encodeName(path).size() >= PATH_MAX)
+        throw Refusal(State::WrongArguments);
+    return path;
 }
 
 } // namespace cloudd

@@ -14,7 +14,7 @@ public:
     QString open(const QString& directory);
 
     // The folders are made where they are missing. Throws Refusal(NameTaken) when a file is in the way of
-    // one, and Refusal(StorageFailed).
+    // one, and Refusal(StorageFailed). A path that would be longer than usablePath() allows is refused.
 
     Descriptor cacheFolder(const QString& fileId) const;
     QString cachePath(const QString& fileId, const QString& name) const;
@@ -27,5 +27,9 @@ private:
     Descriptor m_cache;
     Descriptor m_documents;
 };
+
+/// The path itself. Throws Refusal(WrongArguments) when it is so long that nobody could open or remove what
+/// is there.
+QString usablePath(const QString& path);
 
 } // namespace cloudd

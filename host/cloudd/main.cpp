@@ -1,11 +1,14 @@
 // novacloudd: the stand-in suite's cloud-document service.
+#include "host/cloudd/place.h"
 #include "host/cloudd/server.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDir>
+#include <QThread>
 #include <csignal>
 #include <cstdio>
 #include <spdlog/sinks/rotating_file_sink.h>
@@ -15,6 +18,11 @@
 namespace {
 
 constexpr std::size_t LogBytes = 256 << 10;
+/// The process before may be slow to end, or to begin.
+constexpr int PatienceMs = 10'000;
+constexpr int RetryMs = 50;
+/// How often it looks whether its directory is there still.
+constexpr int LookMs = 2000;
 
 void writeMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
@@ -30,6 +38,30 @@ int fail(const QString& text)
     qCritical("%s", qPrintable(text));
     std::fprintf(stderr, "novacloudd: %s\n", qPrintable(text));
     return 1;
+}
+
+bool isServed(const QString& directory)
+{
+    const cloudwire::SocketPlace socketPlace(directory);
+    QLocalSocket socket;
+    socket.connectToServer(socketPlace.name());
+    return socket.state() == QLocalSocket::ConnectedState;
+}
+
+enum class Start { Serve, IsServed, Fail };
+
+/// Waits until the place is free; not when another process serves there meanwhile.
+Start begin(cloudd::Place& place, const QString& directory)
+{
+    using Outcome = cloudd::Place::Outcome;
+    const QDeadlineTimer patience(PatienceMs);
+    Outcome outcome = place.hold();
+    for (; outcome == Outcome::Taken && !patience.hasExpired(); outcome = place.hold()) {
+        if (isServed(directory))
+            return Start::IsServed;
+        QThread::msleep(RetryMs);
+    }
+    return outcome == Outcome::Held ? Start::Serve : Start::Fail;
 }
 
 } // namespace
@@ -52,8 +84,14 @@ int main(int argc, char** argv)
 
     const QCoreApplication application(argc, argv);
     settings.directory = QDir(QFile::decodeName(directory.c_str())).absolutePath();
-    if (!QDir().mkpath(settings.directory))
-        return fail(QStringLiteral("%1 can not be made").arg(settings.directory));
+    cloudd::Place place(settings.directory);
+    const Start start = begin(place, settings.directory);
+    if (start == Start::IsServed)
+        return 0;
+    if (start == Start::Fail)
+        return fail(
+            QStringLiteral("another process uses %1, or it can not be written to").arg(settings.directory));
+    // Only now: a log belongs to the process that serves.
     try {
         spdlog::set_default_logger(spdlog::rotating_logger_st(
             "novacloudd", (settings.directory + QStringLiteral("/service.log")).toStdString(), LogBytes, 1));
@@ -72,6 +110,14 @@ int main(int argc, char** argv)
     if (!error.isEmpty())
         return fail(QStringLiteral("no socket can be made in %1: %2").arg(settings.directory, error));
     QObject::connect(&server, &cloudd::Server::unused, &application, &QCoreApplication::quit);
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, &application, [&] {
+        if (place.isThere())
+            return;
+        qCritical("%s was removed or replaced", qPrintable(settings.directory));
+        QCoreApplication::exit(1);
+    });
+    look.start(LookMs);
     const int exitCode = QCoreApplication::exec();
     qInstallMessageHandler(nullptr);
     return exitCode;

@@ -12,6 +12,7 @@ namespace {
 constexpr int MostNameBytes = 255;
 /// So that three times as many, of folderNameOf(), are a file name.
 constexpr int MostUserIdBytes = 80;
+constexpr int MostUserIds = 100;
 constexpr int MostSourceBytes = 4095;
 /// What is longer is no extension, but part of the name.
 constexpr int MostExtensionBytes = 32;
@@ -41,6 +42,19 @@ QString userId(const std::string& utf8)
 {
     const QString id = text(utf8);
     return checked(id, !utf8.empty() && utf8.size() <= MostUserIdBytes && !hasControls(id));
+}
+
+QStringList userIds(const std::string& utf8)
+{
+    // What is too long is not even taken apart.
+    QStringList ids = checked(text(utf8), utf8.size() <= MostUserIds * (MostUserIdBytes + 1))
+                          .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    ids.removeDuplicates();
+    for (const QString& id : ids)
+        userId(id.toStdString());
+    if (ids.size() > MostUserIds)
+        throw Refusal(State::WrongArguments);
+    return ids;
 }
 
 QString itemName(const QString& name)

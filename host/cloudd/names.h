@@ -19,6 +19,8 @@ constexpr int MostFolderDepth = 64;
 QString text(const std::string& utf8);
 /// Not empty, at most 80 bytes, no control characters.
 QString userId(const std::string& utf8);
+/// userId()s separated by line feeds, each once, at most 100.
+QStringList userIds(const std::string& utf8);
 /// Something that may be the name of a local file: not empty, not "." or "..", at most 255 bytes, without "/"
 /// and control characters.
 QString itemName(const QString& name);

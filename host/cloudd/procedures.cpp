@@ -19,8 +19,10 @@ using Texts = std::map<std::string, std::string>;
 
 constexpr size_t MostSources = 10'000;
 constexpr int MostCopies = 1'000;
-/// Of a text that is sent back, and of the list of failed uploads, so that a reply stays below 4 MiB.
-constexpr size_t MostEchoedBytes = 1 << 20;
+/// Of a text that is sent back, which is kept until then.
+constexpr size_t MostEchoedBytes = 64 << 10;
+/// Of the list of failed uploads, so that a reply stays below 4 MiB.
+constexpr size_t MostFailedBytes = 1 << 20;
 constexpr int FolderItem = 1;
 
 /// Replies with a result, at once or later.
@@ -78,8 +80,15 @@ void getCloudFileCachePath(Core& core, const Member& member, const GetCloudFileC
             }));
 }
 
-/// The uploads of one request.
+/// The uploads of one request, and its answer when all of them have ended. They share it.
 struct Batch {
+    explicit Batch(const Answer<UploadFilesToCloudResult>& answer)
+        : answer(answer)
+    {
+    }
+
+    const Answer<UploadFilesToCloudResult> answer;
+    UploadFilesToCloudResult result; ///< as far as it is known
     size_t left = 0;
     int uploaded = 0;
     int failedCount = 0;
@@ -99,8 +108,16 @@ struct Batch {
             state = task.state;
         // In JSON a character may take six bytes.
         failedBytes += 6 * static_cast<size_t>(task.source.size()) + 3;
-        if (failedBytes <= MostEchoedBytes)
+        if (failedBytes <= MostFailedBytes)
             failed.append(task.source);
+    }
+
+    void end()
+    {
+        result.extraParam = { { "uploaded", std::to_string(uploaded) },
+            { "failedCount", std::to_string(failedCount) },
+            { "failed", QJsonDocument(failed).toJson(QJsonDocument::Compact).toStdString() } };
+        answer.end(state, std::move(result));
     }
 };
 
@@ -109,15 +126,15 @@ void uploadFilesToCloud(Core& core, const Member& member, const UploadFilesToClo
 {
     if (request.srcFiles.empty() || request.srcFiles.size() > MostSources)
         throw Refusal(State::WrongArguments);
-    UploadFilesToCloudResult result;
-    result.userData = echoed(request.userData);
+    const auto batch = std::make_shared<Batch>(answer);
+    batch->result.userData = echoed(request.userData);
     Store::Transaction transaction(core.store);
     const Item folder = uploadFolder(core, member, text(request.cloudPath),
         request.createWhenNoExists ? Store::Missing::Make : Store::Missing::Refuse);
     std::vector<Task> tasks;
     QSet<QString> names;
     for (const std::string& source : request.srcFiles) {
-        tasks.push_back(newTask(member, folder, sourcePath(source)));
+        tasks.push_back(newTask(member, folder, sourcePath(source), Task::UnkeptKind));
         // Files of one request do not replace each other.
         tasks.back().autoRename = names.contains(tasks.back().name);
         names.insert(tasks.back().name);
@@ -125,16 +142,11 @@ void uploadFilesToCloud(Core& core, const Member& member, const UploadFilesToClo
     core.transfers.record(tasks);
     transaction.commit();
 
-    const auto batch = std::make_shared<Batch>();
     batch->left = tasks.size();
-    core.transfers.start(tasks, [answer, result, batch](const Task& task) mutable {
+    core.transfers.start(tasks, [batch](const Task& task) {
         batch->count(task);
-        if (batch->left > 0)
-            return;
-        result.extraParam = { { "uploaded", std::to_string(batch->uploaded) },
-            { "failedCount", std::to_string(batch->failedCount) },
-            { "failed", QJsonDocument(batch->failed).toJson(QJsonDocument::Compact).toStdString() } };
-        answer.end(batch->state, result);
+        if (batch->left == 0)
+            batch->end();
     });
 }
 
@@ -142,10 +154,13 @@ void openVirtualCloudDisk(Core& core, const Member& member, const OpenVirtualClo
     const Answer<OpenVirtualCloudDiskResult>& answer)
 {
     const bool byPath = request.fileId.empty();
+    // Without a local place no folder is made in the cloud, either.
+    Store::Transaction transaction(core.store);
     const Item folder = core.store.folder(member, text(byPath ? request.cloudPath : request.fileId),
         byPath && request.createWhenNoExists ? Store::Missing::Make : Store::Missing::Refuse);
     const QString path = core.store.pathOf(folder);
     core.places.documentsFolder(member.userId, path);
+    transaction.commit();
     OpenVirtualCloudDiskResult result;
     result.extraParam = { { "fileId", folder.id.toStdString() }, { "groupId", folder.groupId.toStdString() },
         { "cloudPath", path.toStdString() },
@@ -218,7 +233,7 @@ void saveToCloudDir(Core& core, const Member& member, const SaveToCloudDirArg& r
         answer.succeed(saved(core, made));
         return;
     }
-    Task task = newTask(member, folder, sourceFile);
+    Task task = newTask(member, folder, sourceFile, Task::UnkeptKind);
     task.name = name;
     task.autoRename = true;
     Store::Transaction transaction(core.store);

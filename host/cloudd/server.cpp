@@ -19,14 +19,17 @@ Q_LOGGING_CATEGORY(serverLog, "cloud.server")
 
 constexpr std::size_t MostConnections = 32;
 constexpr int MostUnanswered = 20'000;
-/// Replies that wait for their reader: beyond the first no request is read, beyond the second none is waited
-/// for.
+constexpr std::size_t MostUnansweredBytes = 16 << 20;
+/// Replies and notices that wait for their reader: beyond the first no request is read, beyond the second the
+/// reader is dropped.
 constexpr qint64 ManyWaitingBytes = 1 << 20;
 constexpr qint64 MostWaitingBytes = 32 << 20;
 constexpr qint64 ReadBytes = 64 << 10;
 /// Frames that one connection has done before the others have their turn.
 constexpr int FramesInTurn = 256;
 constexpr int UnusedAfterMs = 5000;
+/// Whoever has not said by then who is signed in takes somebody's place.
+constexpr int SilentForMs = 10'000;
 
 // NotifyLarkRpcExceptionArg::exceptionNum
 constexpr int UnknownProcedure = 1;
@@ -53,11 +56,18 @@ Connection::Connection(QLocalSocket* socket, Service& service, FrameCodec& codec
     connect(socket, &QLocalSocket::bytesWritten, this, &Connection::read);
     connect(socket, &QLocalSocket::disconnected, this, &Connection::ended);
     QMetaObject::invokeMethod(this, &Connection::read, Qt::QueuedConnection);
+    QTimer::singleShot(SilentForMs, this, [this] {
+        if (m_session->isTold)
+            return;
+        qCWarning(serverLog, "dropped a connection: it does not say who is signed in");
+        m_socket->abort();
+    });
 }
 
 bool Connection::mayGoOn() const
 {
-    return m_unanswered < MostUnanswered && m_socket->bytesToWrite() < ManyWaitingBytes
+    return m_unanswered < MostUnanswered && m_unansweredBytes < MostUnansweredBytes
+        && m_socket->bytesToWrite() < ManyWaitingBytes
         && m_socket->state() == QLocalSocket::ConnectedState;
 }
 
@@ -110,11 +120,14 @@ void Connection::take(std::string_view frame)
         return;
     }
     ++m_unanswered;
+    m_unansweredBytes += frame.size();
     m_service.handle(m_session, head->procedure, argument.get(),
-        [connection = QPointer<Connection>(this), call = *head](bool ok, const void* result) {
+        [connection = QPointer<Connection>(this), call = *head, bytes = frame.size()](
+            bool ok, const void* result) {
             if (!connection)
                 return;
             --connection->m_unanswered;
+            connection->m_unansweredBytes -= bytes;
             if (call.kind == Kind::Call)
                 connection->answer(call, ok, result);
             if (!connection->m_reading)
@@ -147,11 +160,6 @@ void Connection::complain(const Head& head, int number, const std::string& text)
 
 void Connection::tell(const QMap<QString, QString>& actions)
 {
-    if (m_socket->bytesToWrite() > MostWaitingBytes) {
-        qCWarning(serverLog, "dropped a connection: it does not read");
-        m_socket->abort();
-        return;
-    }
     nova::lark::LarkIpcArg notice;
     notice.method = "notifyActionsMap";
     for (auto action = actions.begin(); action != actions.end(); ++action)
@@ -162,8 +170,14 @@ void Connection::tell(const QMap<QString, QString>& actions)
 
 void Connection::send(const QByteArray& frame)
 {
-    if (m_socket->state() == QLocalSocket::ConnectedState)
-        m_socket->write(frame);
+    if (m_socket->state() != QLocalSocket::ConnectedState)
+        return;
+    if (m_socket->bytesToWrite() > MostWaitingBytes) {
+        qCWarning(serverLog, "dropped a connection: it does not read");
+        m_socket->abort();
+        return;
+    }
+    m_socket->write(frame);
 }
 
 Server::Server(Service& service)

@@ -14,7 +14,7 @@ namespace cloudd {
 
 /// One suite, or whoever else has this user's rights: nothing that it sends is trusted. What it makes the
 /// process keep is limited: while it has many requests without an answer, or does not take its replies, no
-/// more of its bytes are read.
+/// more of its bytes are read. It has to say soon who is signed in.
 class Connection final : public QObject {
     Q_OBJECT
 
@@ -22,7 +22,7 @@ public:
     Connection(QLocalSocket* socket, Service& service, cloudwire::FrameCodec& codec);
 
     bool follows(const QString& userId) const { return m_session->signedIn.contains(userId); }
-    /// Sends what nobody asked for; drops the connection when its other end does not read.
+    /// Sends what nobody asked for.
     void tell(const QMap<QString, QString>& actions);
 
 Q_SIGNALS:
@@ -34,6 +34,7 @@ private:
     void take(std::string_view frame);
     void answer(const cloudwire::Head& call, bool ok, const void* result);
     void complain(const cloudwire::Head& head, int number, const std::string& text);
+    /// Drops the connection when its other end does not read.
     void send(const QByteArray& frame);
 
     QLocalSocket* m_socket;
@@ -42,6 +43,7 @@ private:
     cloudwire::FrameReader m_reader;
     std::shared_ptr<Session> m_session = std::make_shared<Session>();
     int m_unanswered = 0;
+    std::size_t m_unansweredBytes = 0; ///< of the requests' frames
     bool m_reading = false;
 };
 

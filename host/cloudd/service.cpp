@@ -4,37 +4,17 @@
 
 #include <QDir>
 #include <QFile>
-#include <fcntl.h>
-#include <sys/file.h>
-#include <thread>
 #include <unistd.h>
 
 namespace cloudd {
 
 namespace {
 
-/// Held until the process ends, however it does. The one before may be about to.
-Descriptor lockOf(const QString& directory)
-{
-    Descriptor lock(::open(QFile::encodeName(directory + QStringLiteral("/lock")).constData(),
-        O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR));
-    for (int attempt = 0; lock && attempt < 20; ++attempt) {
-        if (flock(lock.get(), LOCK_EX | LOCK_NB) == 0)
-            return lock;
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    }
-    return Descriptor();
-}
-
 QString openCore(Core& core, const QString& directory)
 {
-    QDir().mkpath(QFileInfo(directory).path());
     const Descriptor place = openFolder(QFile::encodeName(directory));
     if (!place)
         return QStringLiteral("\"%1\": can not be made or opened").arg(directory);
-    core.lock = lockOf(directory);
-    if (!core.lock)
-        return QStringLiteral("\"%1\": another process uses it, or it can not be written to").arg(directory);
     QString error = core.store.open(directory + QStringLiteral("/records.sqlite"));
     if (error.isEmpty())
         error = core.contents.open(directory);

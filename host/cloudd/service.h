@@ -21,13 +21,14 @@ struct Core;
 
 /// One suite that is connected: who is signed in there.
 struct Session {
+    bool isTold = false; ///< it has said so
     QString currentUser;
     QStringList signedIn;
     QString companyId;
 };
 
 struct Settings {
-    QString directory;               ///< absolute; nobody else may use it at the same time
+    QString directory;               ///< absolute; held (Place) as long as the service lives
     qint64 uploadBytesPerSecond = 0; ///< of all uploads together; 0: as fast as it goes
 };
 

@@ -21,6 +21,7 @@ Q_LOGGING_CATEGORY(storeLog, "cloudd.store")
 constexpr int Format = 1;
 constexpr int KeptTasks = 1000;
 constexpr auto GroupName = "My Cloud";
+constexpr auto WorkspaceName = "My Documents";
 
 constexpr const char* Tables[] = {
     "CREATE TABLE users (id TEXT PRIMARY KEY NOT NULL, roamingMode TEXT NOT NULL)",
@@ -57,13 +58,13 @@ QByteArray select(const char* columns, const char* rest)
     return QByteArray("SELECT ") + columns + " FROM " + rest;
 }
 
-Item itemOf(const QSqlQuery& row)
+template <typename Row> Item itemOf(const Row& row)
 {
     return { row.value(0).toString(), row.value(1).toString(), row.value(2).toString(),
         row.value(3).toString(), row.value(4).toBool(), row.value(5).toLongLong(), row.value(6).toString() };
 }
 
-Task taskOf(const QSqlQuery& row)
+template <typename Row> Task taskOf(const Row& row)
 {
     return { row.value(0).toString(), row.value(1).toString(), row.value(2).toString(),
         row.value(3).toString(), row.value(4).toString(), row.value(5).toBool(),
@@ -72,15 +73,21 @@ Task taskOf(const QSqlQuery& row)
         row.value(11).toString() };
 }
 
-std::optional<Item> firstItem(QSqlQuery query)
+template <typename Rows> std::optional<Item> firstItem(Rows rows)
 {
-    return query.next() ? std::optional(itemOf(query)) : std::nullopt;
+    return rows.next() ? std::optional(itemOf(rows)) : std::nullopt;
 }
 
 /// Fails like any statement of QSqlQuery, and says why.
 QVariant firstValue(QSqlQuery& query, const char* statement)
 {
     return query.exec(QLatin1String(statement)) && query.next() ? query.value(0) : QVariant();
+}
+
+[[noreturn]] void fail(const QByteArray& statement, const QSqlQuery& query)
+{
+    qCWarning(storeLog, "%s: %s", statement.constData(), qPrintable(query.lastError().text()));
+    throw Refusal(State::StorageFailed);
 }
 
 } // namespace
@@ -116,6 +123,14 @@ void Store::Transaction::commit()
     m_open = false;
 }
 
+Store::Rows::~Rows()
+{
+    if (!m_store)
+        return;
+    m_query.finish();
+    m_store->m_prepared.insert(m_statement, m_query);
+}
+
 Store::Store()
     : m_connection(newId('s'))
 {
@@ -123,6 +138,7 @@ Store::Store()
 
 Store::~Store()
 {
+    m_prepared.clear();
     QSqlDatabase::removeDatabase(m_connection);
 }
 
@@ -178,27 +194,37 @@ QString Store::openRecords(const QString& path)
     return {};
 }
 
-QSqlQuery Store::run(const char* statement, std::initializer_list<QVariant> values)
+QSqlQuery Store::prepared(const QByteArray& statement)
 {
+    if (const auto unused = m_prepared.find(statement); unused != m_prepared.end()) {
+        QSqlQuery query = unused.value();
+        m_prepared.erase(unused);
+        return query;
+    }
     QSqlQuery query(QSqlDatabase::database(m_connection, false));
     query.setForwardOnly(true);
-    bool done = query.prepare(QString::fromLatin1(statement));
+    if (!query.prepare(QString::fromLatin1(statement)))
+        fail(statement, query);
+    return query;
+}
+
+Store::Rows Store::run(const QByteArray& statement, std::initializer_list<QVariant> values)
+{
+    QSqlQuery query = prepared(statement);
+    int place = 0;
     for (const QVariant& value : values) {
         // A text without characters may be what Qt calls null, which would become NULL.
         const bool isEmptyText = value.type() == QVariant::String && value.toString().isEmpty();
-        query.addBindValue(isEmptyText ? QVariant(QLatin1String("")) : value);
+        query.bindValue(place++, isEmptyText ? QVariant(QLatin1String("")) : value);
     }
-    done = done && query.exec();
-    if (!done) {
-        qCWarning(storeLog, "%s: %s", statement, qPrintable(query.lastError().text()));
-        throw Refusal(State::StorageFailed);
-    }
-    return query;
+    if (!query.exec())
+        fail(statement, query);
+    return { *this, statement, std::move(query) };
 }
 
 Member Store::member(const QString& userId)
 {
-    QSqlQuery found = run("SELECT g.id, g.name, g.rootId, g.createTime, u.roamingMode FROM users u"
+    Rows found = run("SELECT g.id, g.name, g.rootId, g.createTime, u.roamingMode FROM users u"
                           " JOIN groups g ON g.ownerId = u.id WHERE u.id = ?",
         { userId });
     if (found.next())
@@ -211,9 +237,26 @@ Member Store::member(const QString& userId)
     run("INSERT INTO users (id, roamingMode) VALUES (?, ?)", { userId, made.roamingMode });
     run("INSERT INTO groups (id, ownerId, name, rootId, createTime) VALUES (?, ?, ?, ?, ?)",
         { made.groupId, userId, made.groupName, made.rootId, made.createTime });
-    insert({ made.rootId, made.groupId, {}, {}, true, 0, {} });
+    const Item root = insert({ made.rootId, made.groupId, {}, {}, true, 0, {} });
+    // From the beginning, so that no file can have the name.
+    addFolder(root, QLatin1String(WorkspaceName));
     transaction.commit();
     return made;
+}
+
+Item Store::workspace(const Member& member)
+{
+    const Item root = itemOfId(member.rootId);
+    QString name = QLatin1String(WorkspaceName);
+    for (int number = 1;; ++number) {
+        const auto known = child(root.id, name);
+        if (!known)
+            return addFolder(root, name);
+        if (known->isFolder)
+            return *known;
+        // Records that are older than the folder's being made with them.
+        name = numberedName(QLatin1String(WorkspaceName), number);
+    }
 }
 
 void Store::setRoamingMode(const QString& userId, const QString& mode)
@@ -245,7 +288,7 @@ std::optional<Item> Store::child(const QString& folderId, const QString& name)
 
 std::vector<Item> Store::children(const QString& folderId, const QString& after, int most)
 {
-    QSqlQuery rows = run(select(ItemColumns, "items WHERE parentId = ? AND name > ? ORDER BY name LIMIT ?"),
+    Rows rows = run(select(ItemColumns, "items WHERE parentId = ? AND name > ? ORDER BY name LIMIT ?"),
         { folderId, after, most });
     std::vector<Item> items;
     while (rows.next())
@@ -296,7 +339,7 @@ Item Store::folder(const Member& member, const QString& pathOrId, Missing missin
 
 Item Store::addFolder(const Item& parent, const QString& name)
 {
-    QSqlQuery above = run("WITH RECURSIVE above(id) AS (VALUES (?) UNION ALL SELECT parentId FROM items"
+    Rows above = run("WITH RECURSIVE above(id) AS (VALUES (?) UNION ALL SELECT parentId FROM items"
                           " JOIN above USING (id) WHERE parentId IS NOT NULL) SELECT count(*) FROM above",
         { parent.id });
     if (!above.next() || above.value(0).toInt() > MostFolderDepth)
@@ -366,6 +409,10 @@ void Store::add(const Task& task)
 
 void Store::end(const Task& task)
 {
+    if (!task.id.startsWith(QLatin1Char(Task::KeptKind))) {
+        run("DELETE FROM tasks WHERE id = ?", { task.id });
+        return;
+    }
     Transaction transaction(*this);
     run("UPDATE tasks SET status = ?, state = ?, transferred = ?, total = ?, itemId = ?, sha256 = ?,"
         " ended = (SELECT coalesce(max(ended), 0) + 1 FROM tasks) WHERE id = ?",
@@ -379,13 +426,13 @@ void Store::end(const Task& task)
 
 std::optional<Task> Store::task(const QString& userId, const QString& id)
 {
-    QSqlQuery row = run(select(TaskColumns, "tasks WHERE id = ? AND userId = ?"), { id, userId });
+    Rows row = run(select(TaskColumns, "tasks WHERE id = ? AND userId = ?"), { id, userId });
     return row.next() ? std::optional(taskOf(row)) : std::nullopt;
 }
 
 std::vector<Task> Store::unfinishedTasks()
 {
-    QSqlQuery rows = run(select(TaskColumns, "tasks WHERE ended IS NULL ORDER BY number"));
+    Rows rows = run(select(TaskColumns, "tasks WHERE ended IS NULL ORDER BY number"));
     std::vector<Task> tasks;
     while (rows.next())
         tasks.push_back(taskOf(rows));

@@ -12,13 +12,14 @@
 
 #include "host/cloudd/state.h"
 
+#include <QMultiHash>
+#include <QSqlQuery>
 #include <QString>
 #include <QVariant>
 #include <initializer_list>
 #include <optional>
+#include <utility>
 #include <vector>
-
-class QSqlQuery;
 
 namespace cloudd {
 
@@ -47,7 +48,10 @@ enum class TaskStatus { Waiting = 0, Finished = 1, Failed = 2, Running = 3, Canc
 
 /// A transfer of a file of this machine into a folder.
 struct Task {
-    QString id;
+    static constexpr char KeptKind = 't';   ///< of an id that somebody is told, to ask for the task later
+    static constexpr char UnkeptKind = 'n'; ///< of the others
+
+    QString id; ///< newId() of one of the kinds
     QString userId;
     QString source;
     QString folderId;
@@ -90,6 +94,8 @@ public:
 
     /// The user's records are made when there are none.
     Member member(const QString& userId);
+    /// The folder "My Documents", which the records of a user have from the beginning.
+    Item workspace(const Member& member);
     void setRoamingMode(const QString& userId, const QString& mode);
 
     /// What a cloud path or an id says, in the member's group. Throws Refusal(NotFound) and
@@ -115,18 +121,50 @@ public:
     bool isNamed(const QString& sha256);
 
     void add(const Task& task);
-    /// Records how it ended. Of a user's ended tasks the last 1000 are kept.
+    /// Records how it ended. Of a user's ended tasks whose ids say so the last 1000 are kept.
     void end(const Task& task);
     std::optional<Task> task(const QString& userId, const QString& id);
     /// In the order in which they were added.
     std::vector<Task> unfinishedTasks();
 
 private:
+    /// What a statement has found. Until it is destroyed (or finished) a read transaction may be open; then
+    /// the prepared statement waits for its next use.
+    class Rows {
+    public:
+        Rows(Store& store, const QByteArray& statement, QSqlQuery query)
+            : m_store(&store)
+            , m_statement(statement)
+            , m_query(std::move(query))
+        {
+        }
+        Rows(Rows&& other) noexcept
+            : m_store(std::exchange(other.m_store, nullptr))
+            , m_statement(std::move(other.m_statement))
+            , m_query(std::move(other.m_query))
+        {
+        }
+        Rows& operator=(Rows&&) = delete;
+        ~Rows();
+
+        bool next() { return m_query.next(); }
+        QVariant value(int column) const { return m_query.value(column); }
+        void finish() { m_query.finish(); }
+
+    private:
+        Store* m_store;
+        QByteArray m_statement;
+        QSqlQuery m_query;
+    };
+
     QString openRecords(const QString& path);
-    QSqlQuery run(const char* statement, std::initializer_list<QVariant> values = {});
+    QSqlQuery prepared(const QByteArray& statement);
+    Rows run(const QByteArray& statement, std::initializer_list<QVariant> values = {});
     Item insert(const Item& item);
 
     QString m_connection;
+    /// By their texts, those that nobody uses now: several of one text when they are used within each other.
+    QMultiHash<QByteArray, QSqlQuery> m_prepared;
     int m_depth = 0; ///< of transactions
 };
 

@@ -50,9 +50,11 @@ public:
         } catch (const Refusal& refusal) {
             // Either the copy has failed, or its end can not be recorded: then the failure is what there is
             // to record.
-            if (m_outcome)
-                m_retry.setRemainingTime(RetryMs);
-            fail(refusal.state);
+            if (!m_outcome) {
+                fail(refusal.state);
+                return Step::Again;
+            }
+            m_retry.setRemainingTime(RetryMs);
             return Step::Later;
         }
     }
@@ -86,8 +88,6 @@ private:
 
     void fail(State state)
     {
-        if (m_outcome)
-            return;
         // It may have got its place, but no name.
         if (m_upload)
             m_transfers.removeUnnamed(m_upload->sha256());

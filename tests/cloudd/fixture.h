@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cloud/schema/lark_types.h"
+#include "host/cloudd/place.h"
 #include "host/cloudd/service.h"
 #include "host/cloudd/state.h"
 
@@ -90,6 +91,11 @@ public:
     void restart(qint64 bytesPerSecond = 0)
     {
         service.reset();
+        place.reset();
+        place = std::make_unique<cloudd::Place>(state());
+        error = q("the place is taken");
+        if (place->hold() != cloudd::Place::Outcome::Held)
+            return;
         service = std::make_unique<cloudd::Service>(
             cloudd::Settings { m_directory + q("/state"), bytesPerSecond }, error);
         QObject::connect(service.get(), &cloudd::Service::notice,
@@ -196,6 +202,7 @@ public:
     }
 
     std::shared_ptr<cloudd::Session> session;
+    std::unique_ptr<cloudd::Place> place;
     std::unique_ptr<cloudd::Service> service;
     QString error;
     std::function<void(const std::string& user, const QMap<QString, QString>& actions)> onNotice;

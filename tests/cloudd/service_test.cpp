@@ -17,6 +17,16 @@ using namespace cloudd_test;
 
 constexpr qint64 Slow = 1'000'000; ///< bytes a second: an upload is under way when it is looked at
 
+void execute(const QString& records, const char* statement)
+{
+    QSqlDatabase database = QSqlDatabase::addDatabase(q("QSQLITE"), q("spoil"));
+    database.setDatabaseName(records);
+    EXPECT_TRUE(database.open() && QSqlQuery(database).exec(q(statement)));
+    database.close();
+    database = QSqlDatabase();
+    QSqlDatabase::removeDatabase(q("spoil"));
+}
+
 class CloudService : public testing::Test {
 protected:
     CloudService()
@@ -42,7 +52,7 @@ protected:
         EXPECT_TRUE(file.open(QIODevice::ReadWrite) && file.putChar('#'));
         return path;
     }
-    Answered<SyncFolderResult> sync(const char* folder, int depth, const char* group = "")
+    Answered<SyncFolderResult> sync(const std::string& folder, int depth, const std::string& group = {})
     {
         SyncFolderArg request;
         request.userId = "ann";
@@ -98,6 +108,15 @@ TEST_F(CloudService, AnswersEachMethodWithItsState)
     for (int i = 0; i < 65; ++i)
         deep += "d/";
     const std::string halfCharacter = "a\xC3";
+    const auto signIn = [](const std::string& all, const std::string& company = "") {
+        return Texts { { "userId", "ann" }, { "signedIn", all }, { "companyId", company } };
+    };
+    const auto users = [](int count) {
+        std::string ids;
+        for (int i = 0; i < count; ++i)
+            ids += 'u' + std::to_string(i) + '\n';
+        return ids;
+    };
     const Row rows[] = {
         { "nobody", "getRoamingMode", {}, 1 },
         { "somebody else", "getRoamingMode", { { "userId", "eve" } }, 3 },
@@ -122,13 +141,41 @@ TEST_F(CloudService, AnswersEachMethodWithItsState)
         { "a deep folder", "uploadFileToCloud", upload(file, deep), 1 },
         { "a folder as deep as may be", "uploadFileToCloud", upload(file, deep.substr(2)), 0 },
         { "a file instead of the folder", "uploadFileToCloud", upload(file, "file/below"), 4 },
-        { "a bad user to be signed in", "setCurrentUser",
-            { { "userId", "ann" }, { "signedIn", "ann\n\x07" } }, 1 },
+        { "a bad user to be signed in", "setCurrentUser", signIn("ann\n\x07"), 1 },
+        { "a hundred and one users", "setCurrentUser", signIn("ann\n" + users(100)), 1 },
+        { "a long list of nobody", "setCurrentUser", signIn(std::string(10'000, '\n')), 1 },
+        { "a long company", "setCurrentUser", signIn("ann", std::string(81, 'c')), 1 },
+        { "a hundred users, some twice", "setCurrentUser", signIn("u1\nu2\n" + users(100)), 0 },
     };
     for (const Row& row : rows)
         EXPECT_EQ(world.call(row.method, row.arguments, row.nameSpace).state(), row.state) << row.name;
+    EXPECT_EQ(world.session->signedIn.size(), 100);
     EXPECT_FALSE(cloudd::Service::knows("formatDisk"));
-    EXPECT_FALSE(openFolder(deep.substr(2).c_str()).result.extraParam["localPath"].empty());
+}
+
+TEST_F(CloudService, MakesNoPathThatNobodyCanOpen)
+{
+    // 4096 bytes with the zero at the end are the most.
+    const auto below = [](int bytes) {
+        std::string path;
+        for (; bytes > 0; bytes -= 200)
+            path += '/' + std::string(static_cast<size_t>(qMin(199, bytes - 1)), 'd');
+        return path;
+    };
+    const int room = 4095 - world.state("documents/ann").toUtf8().size();
+    EXPECT_EQ(openFolder(below(room + 1).c_str(), true).state(), 1);
+    EXPECT_EQ(openFolder(below(room + 1).c_str()).state(), 2) << "the folder was made in the cloud";
+    auto opened = openFolder(below(room).c_str(), true);
+    EXPECT_EQ(opened.state(), 0);
+    EXPECT_TRUE(QFileInfo(q(opened.result.extraParam["localPath"])).isDir());
+
+    ASSERT_EQ(uploaded("file", "x", ("long" + below(room - 20)).c_str()), "1/0");
+    ASSERT_EQ(uploaded("a file with a long name", "x", ("long" + below(room - 20)).c_str()), "1/0");
+    ASSERT_EQ(uploaded("file", "x", ("long" + below(room - 20) + "/a folder with a long name").c_str()), "1/0");
+    auto synced = sync("long", 63);
+    EXPECT_EQ(synced.state(), 1);
+    EXPECT_EQ(synced.result.extraParam["files"], "1") << "the others are copied all the same";
+    EXPECT_TRUE(QDir(world.state("documents")).removeRecursively());
 }
 
 TEST_F(CloudService, SaysWhoIsThere)
@@ -162,6 +209,20 @@ TEST_F(CloudService, SaysWhoIsThere)
     EXPECT_EQ(save("", "n", 1).state(), 3);
     EXPECT_EQ(signIn("", "").result.resultMap["isLogin"], "false");
     EXPECT_EQ(workspace().state(), 3);
+}
+
+/// A file can not take the place of the default workspace, which older records may not have, either.
+TEST_F(CloudService, HasADefaultWorkspaceWhateverThereIs)
+{
+    EXPECT_EQ(uploaded("My Documents", "x"), "2/4");
+    EXPECT_EQ(uploaded("My Documents", "x", "/", "true"), "1/0");
+    EXPECT_EQ(save("", "n", 1).result.cloudPath, "My Documents/n");
+    world.service.reset();
+    execute(world.state("records.sqlite"),
+        "UPDATE items SET isFolder = 0, sha256 = 'x' WHERE name = 'My Documents'");
+    world.restart();
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(save("", "n", 1).result.cloudPath, "My Documents (2)/n");
 }
 
 TEST_F(CloudService, KeepsTheRoamingMode)
@@ -406,6 +467,26 @@ TEST_F(CloudService, SyncsWhatDiffersAndFollowsNoLink)
     EXPECT_EQ(sync("", 0, "g0").state(), 2);
 }
 
+TEST_F(CloudService, SyncsWhatIsReplacedMeanwhile)
+{
+    UploadFilesToCloudArg request;
+    request.userId = "ann";
+    request.cloudPath = "/";
+    std::shared_ptr<Answered<UploadFilesToCloudResult>> uploaded;
+    for (char version = 'a'; version < 'e'; ++version) {
+        request.srcFiles.clear();
+        for (size_t i = 0; i < 40; ++i)
+            request.srcFiles.push_back(world.source('f' + std::to_string(i), content(1000 + i, version)));
+        uploaded = world.send<UploadFilesToCloudResult>("uploadFilesToCloud", request);
+        do
+            EXPECT_EQ(sync("/", 0).state(), 0) << version;
+        while (!uploaded->came);
+        EXPECT_EQ(uploaded->state(), 0);
+    }
+    EXPECT_EQ(sync("/", 0).state(), 0);
+    EXPECT_EQ(bytesOf(world.state("documents/ann/f39")), content(1039, 'd'));
+}
+
 TEST_F(CloudService, UploadsManyFilesAtOnce)
 {
     QDir(place.path()).mkdir(q("other"));
@@ -425,14 +506,22 @@ TEST_F(CloudService, UploadsManyFilesAtOnce)
         (Texts { { "uploaded", "2" }, { "failedCount", "1" },
             { "failed", "[\"" + request.srcFiles[2] + "\"]" } }));
     EXPECT_EQ(world.cloudBytes("in/a") + world.cloudBytes("in/a (1)"), "12");
-    // Of the tasks that have ended the last 1000 are kept.
-    const std::string first = last[q("taskId")].toStdString();
-    request.srcFiles.assign(999, request.srcFiles[2]);
+    // Of the tasks that have ended the last 1000 are kept, of those that somebody was told the id of.
+    const std::string none = request.srcFiles[2];
+    const std::string first = world.upload(none);
+    request.srcFiles.assign(1000, none);
+    QElapsedTimer timer;
+    timer.start();
     upload();
-    EXPECT_NE(world.task(first)["status"], "");
-    request.srcFiles.resize(1);
-    upload();
+    EXPECT_LT(timer.elapsed(), 3000) << "it waits after each failure";
+    for (int i = 0; i < 999; ++i)
+        world.upload(none);
+    EXPECT_EQ(world.outcome(first), "2/5");
+    EXPECT_EQ(world.outcome(world.upload(none)), "2/5");
     EXPECT_EQ(world.call("getTaskState", { { "userId", "ann" }, { "taskId", first } }).state(), 2);
+    request.userData.assign((64 << 10) + 1, 'u');
+    EXPECT_EQ(upload().state(), 1);
+    request.userData.pop_back();
     // Not more than 10,000 wait.
     request.srcFiles.assign(10'000, request.srcFiles[0]);
     world.send<UploadFilesToCloudResult>("uploadFilesToCloud", request);
@@ -496,15 +585,8 @@ TEST(CloudRecords, AreNotOverwritten)
         const char* name;
         std::function<void(const QString&)> spoil;
     };
-    const auto execute = [](const char* statement) {
-        return [statement](const QString& path) {
-            QSqlDatabase database = QSqlDatabase::addDatabase(q("QSQLITE"), q("spoil"));
-            database.setDatabaseName(path);
-            EXPECT_TRUE(database.open() && QSqlQuery(database).exec(q(statement)));
-            database.close();
-            database = QSqlDatabase();
-            QSqlDatabase::removeDatabase(q("spoil"));
-        };
+    const auto executed = [](const char* statement) {
+        return [statement](const QString& path) { execute(path, statement); };
     };
     const auto overwrite = [](qint64 at) {
         return [at](const QString& path) {
@@ -513,8 +595,8 @@ TEST(CloudRecords, AreNotOverwritten)
                 && file.write(QByteArray(3000, '#')) == 3000);
         };
     };
-    const Row rows[] = { { "newer", execute("PRAGMA user_version = 2") },
-        { "other", execute("PRAGMA user_version = 0") }, { "no records at all", overwrite(0) },
+    const Row rows[] = { { "newer", executed("PRAGMA user_version = 2") },
+        { "other", executed("PRAGMA user_version = 0") }, { "no records at all", overwrite(0) },
         { "damaged", overwrite(4096) } };
     for (const Row& row : rows) {
         const QTemporaryDir place(placeTemplate());

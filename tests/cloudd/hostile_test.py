@@ -3,6 +3,7 @@
 usage: hostile_test.py NOVACLOUDD [SECONDS]
 """
 import contextlib
+import fcntl
 import os
 import random
 import socket
@@ -15,11 +16,23 @@ import time
 
 from wire import FAILURE, NOTICE, REPLY, Connection, Process, envelope, frame, mutated, text, text_map, varint
 
-MOST_MIB = 400  # beyond what it has after its start; the sanitizers keep freed memory back
+MOST_MIB = 64  # beyond what it has after its start
+MOST_MIB_SANITIZED = 400  # the sanitizers keep freed memory back
+LONG = 20  # seconds for what must happen
 LENGTH = struct.pack
+SIGN_IN = frame(envelope("setCurrentUser", userId="user-1", signedIn="user-1"))
+
+
+
+def uploads(sources, data=b""):
+    """uploadFilesToCloud"""
+    texts = b"".join(map(text, sources))
+    return frame(b"\x18" + text("user-1") + b"\x18" + text("up") + b"\x19\xf8" + varint(len(sources)) + texts + b"\x11"
+                 + b"\x18" + text(data) + b"\0", "uploadFilesToCloud")
+
 
 WORKSPACE = b"\x18" + text("x") + b"\x1b" + text_map({}) + b"\0"
-# Each on a connection of its own: bytes, and what becomes of the connection ("closed", "open", or the answer's kind).
+# Each on a connection of its own: bytes, and what becomes of it: the answers' kinds, "closed", "open".
 ROWS = {
     "frame of no bytes": (b"\0\0\0\0", "closed"),
     "frame of 4 GiB": (b"\xff\xff\xff\xff", "closed"),
@@ -46,18 +59,32 @@ ROWS = {
     "reply to nobody": (frame(envelope("x"), kind=REPLY), "open"),
     "notice": (frame(envelope("setCurrentUser", userId="user-1"), kind=NOTICE), "open"),
     "user with a path": (frame(envelope("setCurrentUser", userId="../../x", signedIn="../../x"))
-                         + frame(envelope("getMyCloudDocumentsLocalPath", userId="../../x")), REPLY),
+                         + frame(envelope("getMyCloudDocumentsLocalPath", userId="../../x")), REPLY, REPLY),
+    "a million users": (frame(envelope("setCurrentUser", userId="user-1", signedIn="a\n" * 1_000_000)), FAILURE),
+    "missing sources, with something to keep": (SIGN_IN + uploads(["/none"] * 2000, b"u" * (64 << 10)), REPLY, FAILURE),
+    "too much to keep": (SIGN_IN + uploads(["/none"], b"u" * (64 << 10) + b"u"), REPLY, FAILURE),
 }
 
 
-def becomes(connection):
+def becomes(connection, expected):
+    """The next answer's kind, or what has become of the connection. Only what is to stay open is not waited for long."""
     try:
-        connection.socket.settimeout(0.3)
-        return connection.next()[0]
+        connection.socket.settimeout(0.3 if expected == "open" else LONG)
+        while True:
+            kind = connection.next()[0]
+            if kind != NOTICE or expected == NOTICE:
+                return kind
     except TimeoutError:
         return "open"
     except (EOFError, ConnectionError):
         return "closed"
+
+
+def eventually(condition, complaint):
+    end = time.monotonic() + LONG
+    while not condition():
+        assert time.monotonic() < end, complaint
+        time.sleep(0.05)
 
 
 def is_served(directory):
@@ -65,6 +92,14 @@ def is_served(directory):
         kind, message = connection.sign_in()
         assert (kind, message[1]) == (REPLY, 0), message
         assert connection.ask(envelope("getRoamingMode", userId="user-1"))[0] == REPLY
+
+
+def is_served_now(directory):
+    try:
+        is_served(directory)
+    except (EOFError, OSError):
+        return False
+    return True
 
 
 def mutations(directory, seconds):
@@ -81,23 +116,73 @@ def mutations(directory, seconds):
     return count
 
 
-def flood(directory):
-    """Requests without end from one that does not read: its bytes are not taken any more, others are served."""
-    connection = Connection(directory)
-    connection.sign_in()
+def flood(connection, request, most):
+    """Sends the request again and again, until its bytes are not taken any more."""
     connection.socket.setblocking(False)
-    request = frame(envelope("getPersonalPrivateGroup", userId="user-1")) * 200
-    end = time.monotonic() + 30
-    quiet = 0
-    while quiet < 20 and time.monotonic() < end:
+    sent = quiet = 0
+    while quiet < 20:
         try:
-            connection.socket.send(request)
+            sent += connection.socket.send(request[sent % len(request):])
             quiet = 0
         except BlockingIOError:
             quiet += 1
             time.sleep(0.05)
-    assert quiet == 20, "a client that does not read is still listened to"
-    return connection
+        assert sent < most, f"more than {sent >> 20} MiB of requests without answers have been read"
+
+
+def waiting(program, directory):
+    """What waits is limited: replies that come late to one that does not read, and requests that have no reply yet."""
+    os.makedirs(directory)
+    source = f"{directory}/source"
+    with open(source, "wb") as file:
+        file.write(b"x" * 10_000)
+    with Process(program, directory, "--upload-rate", "1") as process:  # so in the first second no upload ends
+        before = process.peak_kib()
+        with Connection(directory) as connection:
+            connection.sign_in()
+            # Their replies are six times as long. Nobody is signed in then, so there are no notices.
+            connection.send(uploads(["/" + "\1" * 4000 + "/x"] * 43) * 80)
+            connection.send(frame(envelope("setCurrentUser")))
+            eventually(lambda: is_dropped(connection), "replies pile up for one that does not read")
+        grown = (process.peak_kib() - before) >> 10
+        assert grown < most_mib(program) + 96, f"{grown} MiB for late replies"
+        with Connection(directory) as connection:
+            connection.sign_in()
+            flood(connection, uploads([source], b"u" * (64 << 10)), 20 << 20)
+        is_served(directory)
+
+
+def is_dropped(connection):
+    try:
+        connection.send(b"\0\0")
+        return False
+    except OSError:
+        return True
+
+
+def turns(program, directory):
+    """A process waits for the one before; one that finds its directory served, or gone, ends."""
+    os.makedirs(directory, 0o755)
+    with open(f"{directory}/lock", "wb") as lock:
+        fcntl.flock(lock, fcntl.LOCK_EX)
+        waiter = subprocess.Popen([program, "--directory", directory])
+        time.sleep(2)
+        assert os.listdir(directory) == ["lock"], f"it does not wait, or has made {os.listdir(directory)}"
+    with Process(program, directory) as other:
+        eventually(lambda: other.process.poll() is not None or waiter.poll() is not None, "two processes serve")
+        codes = {process.poll() for process in (waiter, other.process)}
+        assert codes == {None, 0}, f"exit codes {codes}"
+        mode = stat.S_IMODE(os.stat(directory).st_mode)
+        assert mode == 0o700, f"the directory is open to others: {mode:o}"
+        server = waiter if waiter.poll() is None else other.process
+        is_served(directory)
+        os.rename(directory, directory + ".gone")
+        eventually(lambda: server.poll() is not None, "a process without its directory stays")
+
+
+def most_mib(program):
+    with open(program, "rb") as file:
+        return MOST_MIB_SANITIZED if b"__asan_init" in file.read() else MOST_MIB
 
 
 def main():
@@ -112,14 +197,12 @@ def main():
         is_served(directory)
         before = process.peak_kib()
 
-        for name, (data, expected) in ROWS.items():
+        for name, (data, *kinds) in ROWS.items():
             with Connection(directory) as connection:
                 connection.send(data)
-                if name == "user with a path":
-                    connection.next()
-                found = becomes(connection)
-            if found != expected:
-                failures.append(f"{name}: {found} instead of {expected}")
+                found = [becomes(connection, kind) for kind in kinds]
+            if found != kinds:
+                failures.append(f"{name}: {found} instead of {kinds}")
             is_served(directory)
 
         mode = stat.S_IMODE(os.stat(f"{directory}/service.sock").st_mode)
@@ -132,26 +215,30 @@ def main():
                 cwd=directory, user=65534, capture_output=True, check=False)
             if stranger.returncode == 0:
                 failures.append("another user has got through")
-        second = subprocess.run([program, "--directory", directory], capture_output=True, timeout=30, check=False)
-        if second.returncode == 0:
-            failures.append("a second one serves the same directory")
-
         count = mutations(directory, seconds)
-        held.enter_context(contextlib.closing(flood(directory).socket))
+        flooder = held.enter_context(Connection(directory))
+        flooder.sign_in()
+        flood(flooder, frame(envelope("getPersonalPrivateGroup", userId="user-1")) * 200, 100 << 20)
         is_served(directory)
-        # No more connections than it has room for; the others are closed at once.
+        # No more connections than it has room for; the others are closed at once, and the silent ones in the end.
         crowd = [held.enter_context(Connection(directory)) for _ in range(100)]
-        if sum(becomes(one) == "closed" for one in crowd[-20:]) != 20:
+        if sum(becomes(one, "closed") == "closed" for one in crowd[-20:]) != 20:
             failures.append("there is no end to connections")
-        for one in crowd:
-            one.socket.close()
-        time.sleep(0.2)
-        is_served(directory)
+        if is_served_now(directory):
+            failures.append("there is still room")
+        eventually(lambda: is_served_now(directory), "silent connections shut others out")
+        if becomes(flooder, REPLY) != REPLY:
+            failures.append("one that has signed in is ended")
         grown = (process.peak_kib() - before) / 1024
-        if grown > MOST_MIB:
+        if grown > most_mib(program):
             failures.append(f"took {grown:.0f} MiB")
         if os.path.exists(f"{outer}/x") or any("x" in names for _, names, _ in os.walk(outer)):
             failures.append("a user's name has become a path")
+        for check in (waiting, turns):
+            try:
+                check(program, f"{outer}/{check.__name__}")
+            except AssertionError as error:
+                failures.append(f"{check.__name__}: {error}")
     for failure in failures:
         print(failure)
     print(f"{len(ROWS)} rows, {count} mutations, seed {seed}, {grown:.0f} MiB more")

@@ -13,6 +13,7 @@ struct Core {
     {
     }
 
+    size_t echoedBytes = 0; ///< that requests without an answer have left to be sent back
     Store store;
     Contents contents;
     LocalPlaces places;

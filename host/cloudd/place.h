@@ -20,7 +20,8 @@ public:
     explicit Place(const QString& directory);
 
     /// Makes the directory, and those above it, where they are missing; it is for this user only (mode 0700)
-    /// afterwards. It is held until this is destroyed, or the process ends, however it does. Waits for nobody.
+    /// afterwards. It is held until this is destroyed, or the process ends, however it does. Waits for
+    /// nobody.
     Outcome hold();
     /// False when what is held has been removed or replaced: whoever comes now finds another directory.
     bool isThere() const;

@@ -21,6 +21,8 @@ constexpr size_t MostSources = 10'000;
 constexpr int MostCopies = 1'000;
 /// Of a text that is sent back, which is kept until then.
 constexpr size_t MostEchoedBytes = 64 << 10;
+/// The same of all requests together, whose connections may have ended.
+constexpr size_t MostEchoedBytesTogether = 64 << 20;
 /// Of the list of failed uploads, so that a reply stays below 4 MiB.
 constexpr size_t MostFailedBytes = 1 << 20;
 constexpr int FolderItem = 1;
@@ -82,11 +84,18 @@ void getCloudFileCachePath(Core& core, const Member& member, const GetCloudFileC
 
 /// The uploads of one request, and its answer when all of them have ended. They share it.
 struct Batch {
-    explicit Batch(const Answer<UploadFilesToCloudResult>& answer)
-        : answer(answer)
+    Batch(Core& core, const Answer<UploadFilesToCloudResult>& answer, const std::string& userData)
+        : core(core)
+        , answer(answer)
     {
+        result.userData = echoed(userData);
+        if (core.echoedBytes + userData.size() > MostEchoedBytesTogether)
+            throw Refusal(State::Busy);
+        core.echoedBytes += userData.size();
     }
+    ~Batch() { core.echoedBytes -= result.userData.size(); }
 
+    Core& core;
     const Answer<UploadFilesToCloudResult> answer;
     UploadFilesToCloudResult result; ///< as far as it is known
     size_t left = 0;
@@ -117,7 +126,7 @@ struct Batch {
         result.extraParam = { { "uploaded", std::to_string(uploaded) },
             { "failedCount", std::to_string(failedCount) },
             { "failed", QJsonDocument(failed).toJson(QJsonDocument::Compact).toStdString() } };
-        answer.end(state, std::move(result));
+        answer.end(state, result);
     }
 };
 
@@ -126,8 +135,7 @@ void uploadFilesToCloud(Core& core, const Member& member, const UploadFilesToClo
 {
     if (request.srcFiles.empty() || request.srcFiles.size() > MostSources)
         throw Refusal(State::WrongArguments);
-    const auto batch = std::make_shared<Batch>(answer);
-    batch->result.userData = echoed(request.userData);
+    const auto batch = std::make_shared<Batch>(core, answer, request.userData);
     Store::Transaction transaction(core.store);
     const Item folder = uploadFolder(core, member, text(request.cloudPath),
         request.createWhenNoExists ? Store::Missing::Make : Store::Missing::Refuse);

@@ -67,8 +67,7 @@ Connection::Connection(QLocalSocket* socket, Service& service, FrameCodec& codec
 bool Connection::mayGoOn() const
 {
     return m_unanswered < MostUnanswered && m_unansweredBytes < MostUnansweredBytes
-        && m_socket->bytesToWrite() < ManyWaitingBytes
-        && m_socket->state() == QLocalSocket::ConnectedState;
+        && m_socket->bytesToWrite() < ManyWaitingBytes && m_socket->state() == QLocalSocket::ConnectedState;
 }
 
 void Connection::read()

@@ -225,7 +225,7 @@ Store::Rows Store::run(const QByteArray& statement, std::initializer_list<QVaria
 Member Store::member(const QString& userId)
 {
     Rows found = run("SELECT g.id, g.name, g.rootId, g.createTime, u.roamingMode FROM users u"
-                          " JOIN groups g ON g.ownerId = u.id WHERE u.id = ?",
+                     " JOIN groups g ON g.ownerId = u.id WHERE u.id = ?",
         { userId });
     if (found.next())
         return { userId, found.value(0).toString(), found.value(1).toString(), found.value(2).toString(),
@@ -340,7 +340,7 @@ Item Store::folder(const Member& member, const QString& pathOrId, Missing missin
 Item Store::addFolder(const Item& parent, const QString& name)
 {
     Rows above = run("WITH RECURSIVE above(id) AS (VALUES (?) UNION ALL SELECT parentId FROM items"
-                          " JOIN above USING (id) WHERE parentId IS NOT NULL) SELECT count(*) FROM above",
+                     " JOIN above USING (id) WHERE parentId IS NOT NULL) SELECT count(*) FROM above",
         { parent.id });
     if (!above.next() || above.value(0).toInt() > MostFolderDepth)
         throw Refusal(State::WrongArguments);

@@ -12,7 +12,7 @@
 
 #include "host/cloudd/state.h"
 
-#include <QMultiHash>
+#include <QHash>
 #include <QSqlQuery>
 #include <QString>
 #include <QVariant>
@@ -163,9 +163,8 @@ private:
     Item insert(const Item& item);
 
     QString m_connection;
-    /// By their texts, those that nobody uses now: several of one text when they are used within each other.
-    QMultiHash<QByteArray, QSqlQuery> m_prepared;
-    int m_depth = 0; ///< of transactions
+    QHash<QByteArray, QSqlQuery> m_prepared; ///< by their texts, those that nobody uses now
+    int m_depth = 0;                         ///< of transactions
 };
 
 /// Not guessable, and not used before.

@@ -6,6 +6,7 @@ import contextlib
 import fcntl
 import os
 import random
+import select
 import socket
 import stat
 import struct
@@ -24,10 +25,10 @@ SIGN_IN = frame(envelope("setCurrentUser", userId="user-1", signedIn="user-1"))
 
 
 
-def uploads(sources, data=b""):
+def uploads(sources, data=b"", user="user-1"):
     """uploadFilesToCloud"""
     texts = b"".join(map(text, sources))
-    return frame(b"\x18" + text("user-1") + b"\x18" + text("up") + b"\x19\xf8" + varint(len(sources)) + texts + b"\x11"
+    return frame(b"\x18" + text(user) + b"\x18" + text("up") + b"\x19\xf8" + varint(len(sources)) + texts + b"\x11"
                  + b"\x18" + text(data) + b"\0", "uploadFilesToCloud")
 
 
@@ -147,17 +148,15 @@ def waiting(program, directory):
         grown = (process.peak_kib() - before) >> 10
         assert grown < most_mib(program) + 96, f"{grown} MiB for late replies"
         with Connection(directory) as connection:
-            connection.sign_in()
-            flood(connection, uploads([source], b"u" * (64 << 10)), 20 << 20)
+            connection.sign_in("user-2")
+            flood(connection, uploads([source], b"u" * (64 << 10), "user-2"), 20 << 20)
         is_served(directory)
 
 
 def is_dropped(connection):
-    try:
-        connection.send(b"\0\0")
-        return False
-    except OSError:
-        return True
+    poll = select.poll()
+    poll.register(connection.socket, 0)
+    return bool(poll.poll(0))
 
 
 def turns(program, directory):
@@ -196,6 +195,8 @@ def main():
         process = held.enter_context(Process(program, directory))
         is_served(directory)
         before = process.peak_kib()
+        steady = held.enter_context(Connection(directory))
+        steady.sign_in()
 
         for name, (data, *kinds) in ROWS.items():
             with Connection(directory) as connection:
@@ -227,7 +228,8 @@ def main():
         if is_served_now(directory):
             failures.append("there is still room")
         eventually(lambda: is_served_now(directory), "silent connections shut others out")
-        if becomes(flooder, REPLY) != REPLY:
+        steady.send(frame(envelope("getRoamingMode", userId="user-1")))
+        if becomes(steady, REPLY) != REPLY:
             failures.append("one that has signed in is ended")
         grown = (process.peak_kib() - before) / 1024
         if grown > most_mib(program):

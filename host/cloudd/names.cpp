@@ -13,6 +13,7 @@ constexpr int MostNameBytes = 255;
 /// So that three times as many, of folderNameOf(), are a file name.
 constexpr int MostUserIdBytes = 80;
 constexpr int MostUserIds = 100;
+constexpr std::size_t MostUserIdsBytes = std::size_t { MostUserIds } * (MostUserIdBytes + 1);
 constexpr int MostSourceBytes = 4095;
 /// What is longer is no extension, but part of the name.
 constexpr int MostExtensionBytes = 32;
@@ -47,7 +48,7 @@ QString userId(const std::string& utf8)
 QStringList userIds(const std::string& utf8)
 {
     // What is too long is not even taken apart.
-    QStringList ids = checked(text(utf8), utf8.size() <= MostUserIds * (MostUserIdBytes + 1))
+    QStringList ids = checked(text(utf8), utf8.size() <= MostUserIdsBytes)
                           .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     ids.removeDuplicates();
     for (const QString& id : ids)

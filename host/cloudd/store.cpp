@@ -219,7 +219,7 @@ Store::Rows Store::run(const QByteArray& statement, std::initializer_list<QVaria
     }
     if (!query.exec())
         fail(statement, query);
-    return { *this, statement, std::move(query) };
+    return { *this, statement, query };
 }
 
 Member Store::member(const QString& userId)

@@ -132,16 +132,16 @@ private:
     /// the prepared statement waits for its next use.
     class Rows {
     public:
-        Rows(Store& store, const QByteArray& statement, QSqlQuery query)
+        Rows(Store& store, const QByteArray& statement, const QSqlQuery& query)
             : m_store(&store)
             , m_statement(statement)
-            , m_query(std::move(query))
+            , m_query(query)
         {
         }
         Rows(Rows&& other) noexcept
             : m_store(std::exchange(other.m_store, nullptr))
             , m_statement(std::move(other.m_statement))
-            , m_query(std::move(other.m_query))
+            , m_query(other.m_query)
         {
         }
         Rows& operator=(Rows&&) = delete;

@@ -137,13 +137,18 @@ def waiting(program, directory):
     source = f"{directory}/source"
     with open(source, "wb") as file:
         file.write(b"x" * 10_000)
-    with Process(program, directory, "--upload-rate", "1") as process:  # so in the first second no upload ends
+    with Process(program, directory, "--upload-rate", "1") as process:
         before = process.peak_kib()
-        with Connection(directory) as connection:
+        with Connection(directory) as other, Connection(directory) as connection:
+            # Three slow uploads hold up those that follow.
+            other.sign_in("user-2")
+            slow = [other.ask(envelope("uploadFileToCloud", userId="user-2", filePath=source))[1][2][b"taskId"] for _ in range(3)]
             connection.sign_in()
             # Their replies are six times as long. Nobody is signed in then, so there are no notices.
             connection.send(uploads(["/" + "\1" * 4000 + "/x"] * 43) * 80)
-            connection.send(frame(envelope("setCurrentUser")))
+            assert connection.ask(envelope("setCurrentUser"))[0] == REPLY
+            for task in slow:
+                other.ask(envelope("cancelTransferTask", userId="user-2", taskId=task))
             eventually(lambda: is_dropped(connection), "replies pile up for one that does not read")
         grown = (process.peak_kib() - before) >> 10
         assert grown < most_mib(program) + 96, f"{grown} MiB for late replies"
@@ -174,9 +179,10 @@ def turns(program, directory):
         mode = stat.S_IMODE(os.stat(directory).st_mode)
         assert mode == 0o700, f"the directory is open to others: {mode:o}"
         server = waiter if waiter.poll() is None else other.process
-        is_served(directory)
-        os.rename(directory, directory + ".gone")
-        eventually(lambda: server.poll() is not None, "a process without its directory stays")
+        with Connection(directory) as connection:
+            connection.sign_in()
+            os.rename(directory, directory + ".gone")
+            eventually(lambda: server.poll() is not None, "a process without its directory stays")
 
 
 def most_mib(program):

@@ -4,6 +4,7 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <csignal>
+#include <cstdio>
 #include <ctime>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -252,37 +253,22 @@ TEST_F(CloudService, RefusesWhatIsNoFileThatStaysAsItIs)
         const char* outcome;
     };
     const auto nothing = [] {};
+    const auto make = [&] { world.source("source", big); };
     const auto rewrite = [&](char byte, qint64 at) {
         QFile changed(file);
         EXPECT_TRUE(changed.open(QIODevice::ReadWrite) && changed.seek(at) && changed.putChar(byte));
     };
     const Row rows[] = {
-        { "missing", [&] { QFile::remove(file); }, nothing, "2/5" },
+        { "missing", nothing, nothing, "2/5" },
         { "directory", [&] { QDir().mkdir(file); }, nothing, "2/5" },
-        { "pipe",
-            [&] {
-                QDir().rmdir(file);
-                mkfifo(path.c_str(), 0600);
-            },
-            nothing, "2/5" },
-        { "device",
-            [&] {
-                QFile::remove(file);
-                EXPECT_EQ(symlink("/dev/zero", path.c_str()), 0);
-            },
-            nothing, "2/5" },
-        { "nothing changes",
-            [&] {
-                QFile::remove(file);
-                world.source("source", big);
-            },
-            nothing, "1/0" },
-        { "vanishes", nothing, [&] { QFile::remove(file); }, "2/5" },
-        { "grows", [&] { world.source("source", big); },
-            [&] { rewrite('+', static_cast<qint64>(big.size())); }, "2/5" },
-        { "shrinks", [&] { world.source("source", big); }, [&] { QFile::resize(file, 100); }, "2/5" },
-        { "is changed", [&] { world.source("source", big); }, [&] { rewrite('!', 3); }, "2/5" },
-        { "is replaced", [&] { world.source("source", big); },
+        { "pipe", [&] { mkfifo(path.c_str(), 0600); }, nothing, "2/5" },
+        { "device", [&] { EXPECT_EQ(symlink("/dev/zero", path.c_str()), 0); }, nothing, "2/5" },
+        { "nothing changes", make, nothing, "1/0" },
+        { "vanishes", make, [&] { QFile::remove(file); }, "2/5" },
+        { "grows", make, [&] { rewrite('+', static_cast<qint64>(big.size())); }, "2/5" },
+        { "shrinks", make, [&] { QFile::resize(file, 100); }, "2/5" },
+        { "is changed", make, [&] { rewrite('!', 3); }, "2/5" },
+        { "is replaced", make,
             [&] {
                 // With the same bytes, of the same time.
                 const std::string other = world.source("other", big);
@@ -296,6 +282,7 @@ TEST_F(CloudService, RefusesWhatIsNoFileThatStaysAsItIs)
     };
     world.restart(Slow);
     for (const Row& row : rows) {
+        std::remove(path.c_str());
         row.before();
         const std::string id = world.upload(path, row.name);
         World::until(
@@ -557,7 +544,6 @@ TEST_F(CloudService, SavesToAFolder)
         { "an empty document", "folder", "new.odt", 0, {}, 0, "folder/new.odt" },
         { "another one", "folder", "new.odt", 0, {}, 0, "folder/new (1).odt" },
         { "a file", "folder", "new.odt", 0, { { "localPath", source } }, 0, "folder/new (2).odt" },
-        { "the default folder", "", "n", 0, {}, 0, "My Documents/n" },
         { "a missing file", "folder", "x", 0, { { "localPath", "/nowhere" } }, 5, "" },
         { "a folder that is not there", "none", "x", 0, {}, 2, "" },
         { "a file as the folder", "folder/new.odt", "x", 0, {}, 2, "" },

@@ -137,8 +137,7 @@ def waiting(program, directory):
     source = f"{directory}/source"
     with open(source, "wb") as file:
         file.write(b"x" * 10_000)
-    with Process(program, directory, "--upload-rate", "1") as process:
-        before = process.peak_kib()
+    with Process(program, directory, "--upload-rate", "1"):
         with Connection(directory) as other, Connection(directory) as connection:
             # Three slow uploads hold up those that follow.
             other.sign_in("user-2")
@@ -150,8 +149,6 @@ def waiting(program, directory):
             for task in slow:
                 other.ask(envelope("cancelTransferTask", userId="user-2", taskId=task))
             eventually(lambda: is_dropped(connection), "replies pile up for one that does not read")
-        grown = (process.peak_kib() - before) >> 10
-        assert grown < most_mib(program) + 96, f"{grown} MiB for late replies"
         with Connection(directory) as connection:
             connection.sign_in("user-2")
             flood(connection, uploads([source], b"u" * (64 << 10), "user-2"), 20 << 20)

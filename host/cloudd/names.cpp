@@ -48,8 +48,8 @@ QString userId(const std::string& utf8)
 QStringList userIds(const std::string& utf8)
 {
     // What is too long is not even taken apart.
-    QStringList ids = checked(text(utf8), utf8.size() <= MostUserIdsBytes)
-                          .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QStringList ids =
+        checked(text(utf8), utf8.size() <= MostUserIdsBytes).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     ids.removeDuplicates();
     for (const QString& id : ids)
         userId(id.toStdString());

@@ -37,6 +37,7 @@ Q_LOGGING_CATEGORY(cloudLog, "suite.cloud")
 constexpr std::size_t MostRequests = 100'000;
 constexpr qint64 MostUnsentBytes = 64 << 20;
 constexpr qint64 ReadBytes = 64 << 10;
+constexpr int MostUsers = 100; ///< the process hears of no more
 
 // The process is there within some 100 ms.
 constexpr int RetryMs = 20;
@@ -216,9 +217,13 @@ void CloudService::tellUser()
         return;
     AccountService& accounts = AccountService::instance();
     const kacctoutsdk::IKAccount* account = accounts.getAccount({});
+    const QString current = account ? account->userInfo().userId : QString();
+    QStringList signedIn = accounts.accountList();
+    if (signedIn.removeOne(current))
+        signedIn.prepend(current);
     const LarkIpcArg envelope = envelopeOf(QStringLiteral("setCurrentUser"),
-        { { QStringLiteral("userId"), account ? account->userInfo().userId : QString() },
-            { QStringLiteral("signedIn"), accounts.accountList().join(QLatin1Char('\n')) },
+        { { QStringLiteral("userId"), current },
+            { QStringLiteral("signedIn"), signedIn.mid(0, MostUsers).join(QLatin1Char('\n')) },
             { QStringLiteral("companyId"), account ? account->companyInfo().companyId : QString() } });
     const std::int32_t number = nextNumber();
     const std::string name = Envelope.toStdString();

@@ -288,18 +288,22 @@ void KJsApiUploadFileTask::Initialise(IJSONValue* options)
         return;
     m_task = new KUploadFileTask(arguments);
     m_task->setParent(libraryOwner());
-    // After each of them there may be no object any more.
-    QObject::connect(m_task, &KUploadFileTask::sigStarted,
-        [this](const QVariantMap& task) { tell("cloud.upload.started", task); });
-    QObject::connect(m_task, &KUploadFileTask::sigProgressChanged, [this](const QVariantMap& task) {
-        tell("cloud.upload.progressChanged", task);
-        keepWhile(hasListeners());
-    });
-    QObject::connect(m_task, &KUploadFileTask::sigFinished, [this](const QVariantMap& task) {
-        tell("cloud.upload.finished", task);
-        keepWhile(m_task->isRunning());
-    });
+    const auto forward = [&](auto signal, const char* event) {
+        QObject::connect(m_task, signal, [this, event](const QVariantMap& task) { send(event, task); });
+    };
+    forward(&KUploadFileTask::sigStarted, "cloud.upload.started");
+    forward(&KUploadFileTask::sigProgressChanged, "cloud.upload.progressChanged");
+    forward(&KUploadFileTask::sigFinished, "cloud.upload.finished");
     QObject::connect(m_task, &QObject::destroyed, [this] { keepWhile(false); });
+}
+
+void KJsApiUploadFileTask::send(const char* event, const QVariantMap& task)
+{
+    // A listener may let go of the last other reference.
+    AddRef();
+    const KRef<IJSExtentionObject> held(this);
+    tell(event, task);
+    keepWhile(m_task && m_task->isRunning() && hasListeners());
 }
 
 /// Without this the collector would decide whether a page that has let the object go hears the end.

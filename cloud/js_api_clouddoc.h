@@ -96,6 +96,7 @@ public:
 
 private:
     Reply act(Call& call, bool (KUploadFileTask::*action)(), const char* failure);
+    void send(const char* event, const QVariantMap& task);
     void keepWhile(bool isNeeded);
 
     QPointer<KUploadFileTask> m_task;

@@ -46,20 +46,43 @@ void useAllObjects(vexlite::Core& core)
     core.closePage(context);
 }
 
+/// Loads the library and gives the core its objects; null when it can not be loaded.
+void* loadInto(vexlite::Core& core)
+{
+    void* library = dlopen(LIBRARY, RTLD_NOW | RTLD_LOCAL);
+    EXPECT_TRUE(library) << dlerror();
+    void* entry = library ? dlsym(library, "GetNovaExtensionJsApiObj") : nullptr;
+    EXPECT_TRUE(entry);
+    ExtensionFactoryMap factories;
+    if (entry)
+        reinterpret_cast<void (*)(ExtensionFactoryMap*)>(entry)(&factories);
+    core.setFactories(factories);
+    return entry ? library : nullptr;
+}
+
+/// Calls a method that takes one argument.
+KJSVariant answerOf(vexlite::Core& core, const JSContextEnv& context, const vexlite::BoundObject& bound,
+    std::u16string_view member, const KJSVariant& argument)
+{
+    std::int32_t at = 0;
+    while (bound.members->Name(at) != member)
+        ++at;
+    JSApiArguments arguments(&argument, 1);
+    KJSVariant result, exception;
+    EXPECT_EQ(core.call(bound.object.get(), context, bound.members->Id(at), JSAccess::Method, arguments,
+                  result, exception),
+        KR_OK);
+    return result;
+}
+
 TEST(Unload, LeavesNothingInTheJsCore)
 {
     int argc = 0;
     const QCoreApplication application(argc, nullptr);
     vexlite::Core& core = vexlite::Core::start({});
     for (int round = 0; round < 2; ++round) {
-        void* library = dlopen(LIBRARY, RTLD_NOW | RTLD_LOCAL);
-        ASSERT_TRUE(library) << dlerror();
-        const auto entry =
-            reinterpret_cast<void (*)(ExtensionFactoryMap*)>(dlsym(library, "GetNovaExtensionJsApiObj"));
-        ASSERT_TRUE(entry);
-        ExtensionFactoryMap factories;
-        entry(&factories);
-        core.setFactories(factories);
+        void* library = loadInto(core);
+        ASSERT_TRUE(library);
         useAllObjects(core);
         dlclose(library);
         EXPECT_EQ(dlopen(LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr);
@@ -89,24 +112,14 @@ TEST(Requests, EndWithThePageThatWaitsForThem)
     const QString path = endless.fileName();
     endless.close();
     vexlite::Core& core = vexlite::Core::start({});
-    void* library = dlopen(LIBRARY, RTLD_NOW | RTLD_LOCAL);
-    ASSERT_TRUE(library) << dlerror();
-    ExtensionFactoryMap factories;
-    reinterpret_cast<void (*)(ExtensionFactoryMap*)>(dlsym(library, "GetNovaExtensionJsApiObj"))(&factories);
-    core.setFactories(factories);
+    void* library = loadInto(core);
+    ASSERT_TRUE(library);
     SilentPage page;
     const JSContextEnv context = core.openPage(&page, {});
     {
         const vexlite::BoundObject files = core.bindObject(context, QStringLiteral("FileSystem"));
         ASSERT_TRUE(files.members);
-        std::int32_t md5 = 0;
-        while (files.members->Name(md5) != std::u16string_view(u"getFileMd5"))
-            ++md5;
-        const KJSVariant argument = KJSVariant::fromString(path.toStdU16String());
-        JSApiArguments arguments(&argument, 1);
-        KJSVariant result, exception;
-        core.call(files.object.get(), context, files.members->Id(md5), JSAccess::Method, arguments, result,
-            exception);
+        answerOf(core, context, files, u"getFileMd5", KJSVariant::fromString(path.toStdU16String()));
         QCoreApplication::processEvents();
         EXPECT_TRUE(isOpen(path));
     }
@@ -122,31 +135,13 @@ TEST(Requests, EndWithThePageThatWaitsForThem)
     vexlite::Core::stop();
 }
 
-/// Calls a method that takes one argument.
-KJSVariant answerOf(vexlite::Core& core, const JSContextEnv& context, const vexlite::BoundObject& bound,
-    std::u16string_view member, const KJSVariant& argument)
-{
-    std::int32_t at = 0;
-    while (bound.members->Name(at) != member)
-        ++at;
-    JSApiArguments arguments(&argument, 1);
-    KJSVariant result, exception;
-    EXPECT_EQ(core.call(bound.object.get(), context, bound.members->Id(at), JSAccess::Method, arguments,
-                  result, exception),
-        KR_OK);
-    return result;
-}
-
 TEST(Uploads, EndWithTheLibrary)
 {
     int argc = 0;
     const QCoreApplication application(argc, nullptr);
     vexlite::Core& core = vexlite::Core::start({});
-    void* library = dlopen(LIBRARY, RTLD_NOW | RTLD_LOCAL);
-    ASSERT_TRUE(library) << dlerror();
-    ExtensionFactoryMap factories;
-    reinterpret_cast<void (*)(ExtensionFactoryMap*)>(dlsym(library, "GetNovaExtensionJsApiObj"))(&factories);
-    core.setFactories(factories);
+    void* library = loadInto(core);
+    ASSERT_TRUE(library);
     SilentPage page;
     const JSContextEnv context = core.openPage(&page, {});
     for (int upload = 0; upload < 2; ++upload) {

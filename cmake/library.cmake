@@ -4,7 +4,7 @@ find_package(ZLIB REQUIRED)
 set(parts framework local webui cloud cloud/ipc exports)
 set(sources)
 foreach(part ${parts})
-    file(GLOB part_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${part}/*.cpp)
+    file(GLOB part_sources CONFIGURE_DEPENDS ${part}/*.cpp)
     list(APPEND sources ${part_sources})
 endforeach()
 
@@ -25,11 +25,11 @@ if(NOT VEXLITE_LINT)
     set_target_properties(vexlitejsapi PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 16)
 endif()
 target_link_options(vexlitejsapi PRIVATE
-    -Wl,-z,defs -Wl,--version-script=${CMAKE_CURRENT_SOURCE_DIR}/exports.map)
+    -Wl,-z,defs -Wl,--version-script=${PROJECT_SOURCE_DIR}/framework/exports.map)
 set_target_properties(vexlitejsapi PROPERTIES
     AUTOMOC ON
     CXX_VISIBILITY_PRESET hidden
     C_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON
-    LINK_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/exports.map)
+    LINK_DEPENDS ${PROJECT_SOURCE_DIR}/framework/exports.map)
 target_precompile_headers(vexlitejsapi PRIVATE <QString> <QVariant> <QMap> <functional> <memory> <vector>)

@@ -22,7 +22,6 @@ target_link_libraries(vexlitejsapi
 if(NOT VEXLITE_LINT)
     # Static locals in inline code must not keep the library from being unloaded.
     target_compile_options(vexlitejsapi PRIVATE -fno-gnu-unique)
-    set_target_properties(vexlitejsapi PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 16)
 endif()
 target_link_options(vexlitejsapi PRIVATE
     -Wl,-z,defs -Wl,--version-script=${PROJECT_SOURCE_DIR}/framework/exports.map)
@@ -32,4 +31,3 @@ set_target_properties(vexlitejsapi PROPERTIES
     C_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON
     LINK_DEPENDS ${PROJECT_SOURCE_DIR}/framework/exports.map)
-target_precompile_headers(vexlitejsapi PRIVATE <QString> <QVariant> <QMap> <functional> <memory> <vector>)

@@ -1,48 +1,63 @@
 // One request of a page to the cloud-document service, from the call until its reply.
 #pragma once
 
-#include "cloud/ipc/messagetypes.h"
+#include "cloud/cloudoperations.h"
+#include "cloud/ipc/invoke.h"
 #include "framework/request.h"
 
-/// Each operation sends its request and answers the call with a promise, which the reply settles. Failures,
-/// all 3: "Call %1 failed." (%1 the procedure: the service refused the request), "Promise Service error.". A
-/// reply that says that the request failed, or has a state other than 0 where nothing else is said, rejects
-/// with the operation's text. [GUI thread]
+namespace jsapi {
+
+inline constexpr Failure CallFailed { ErrorCode::OperationFailed, "Call %1 failed." };
+inline constexpr Failure PromiseServiceError { ErrorCode::OperationFailed, "Promise Service error." };
+
+/// Sends the request of an operation; the reply settles the promise that is the answer. Fails with CallFailed
+/// (the service refused the request) and PromiseServiceError. [GUI thread]
 class KCloudDocApiCaller final : public KJsRequest {
     Q_OBJECT
 
 public:
-    /// -> the path of the local copy, whatever the state. "Get file cache info failed."
-    static Reply getFileCachePath(Call& call, const GetCloudFileCachePathArg& request);
-    /// -> {userData, extraParam}. "Sync files failed."
-    static Reply uploadFiles(Call& call, const UploadFilesToCloudArg& request);
-    /// -> {extraParam}. "open folder failed."
-    static Reply openFolder(Call& call, const OpenVirtualCloudDiskArg& request);
-    /// -> {isEnterpriseIP, uploadCloudPath, showCloudPath, groupId}. "Get default workspace failed."
-    static Reply getDefaultWorkspace(Call& call, const GetDefaultWorkspaceArg& request);
-    /// -> {cloudPath, extraParam}. "Save to cloud dir failed."
-    static Reply saveToCloudDir(Call& call, const SaveToCloudDirArg& request);
-    /// -> {extraParam}. "Sync folder failed."
-    static Reply syncFolder(Call& call, const SyncFolderArg& request);
-    /// -> the text "response" of the reply, whatever the state. "Get personal private group failed.", also
-    /// without such a text.
-    static Reply getPersonalPrivateGroup(Call& call, const QString& userId);
-    /// -> the path. "Get my cloud documents local path failed."
-    static Reply getMyCloudDocumentsLocalPath(Call& call, const QString& userId);
-    /// -> "auto" or "manual". "Get roaming mode failed.", also for any other answer.
-    static Reply getRoamingMode(Call& call, const QString& userId);
-    /// `mode` is one of the two. -> the mode now in force: the one that the reply names, or else `mode`.
-    /// "Change roaming mode failed."
-    static Reply changeRoamingMode(Call& call, const QString& userId, const QString& mode);
+    template <typename Request, typename Result, typename Value>
+    static Answer<Promise<Value>> send(const JSContextEnv& page,
+        const CloudOperation<Request, Result, Value>& operation, const Request& request)
+    {
+        return send<Value>(page, heapString(operation.procedure), request, operation.replySlot, QString());
+    }
+    /// The same for a method of the general envelope, which takes the user's id.
+    template <typename Value>
+    static Answer<Promise<Value>> send(const JSContextEnv& page,
+        const CloudOperation<LarkIpcArg, LarkIpcResult, Value>& operation, const QString& userId)
+    {
+        const LarkIpcArg envelope =
+            larkIpcArg(heapString(operation.procedure), { { heapString("userId"), userId } });
+        return send<Value>(page, QString::fromUtf16(LarkIpcCall), envelope, operation.replySlot, QString());
+    }
+    /// The promise resolves with the mode that the reply names, or else with `mode`.
+    static Answer<Promise<RoamingMode>> changeRoamingMode(
+        const JSContextEnv& page, const QString& userId, RoamingMode mode);
 
 private:
-    template <typename Request>
-    static Reply send(Call& call, const QString& procedure, const Request& request, const char* replySlot,
-        const QString& wanted = {});
+    template <typename Value, typename Request>
+    static Answer<Promise<Value>> send(const JSContextEnv& page, const QString& procedure,
+        const Request& request, const char* replySlot, const QString& wantedMode)
+    {
+        auto caller = std::make_unique<KCloudDocApiCaller>();
+        caller->m_wantedMode = wantedMode;
+        if (invokeCloud(procedure, request, caller.get(), replySlot).isEmpty())
+            return CallFailed / procedure;
+        return promise<Value>(page, std::move(caller), PromiseServiceError);
+    }
 
-    void settle(bool ok, const QVariant& value, const char* failure);
+    template <typename Request, typename Result, typename Value>
+    void settle(const CloudOperation<Request, Result, Value>& operation, bool ok, const Result& result)
+    {
+        const std::optional<Value> value = ok ? operation.read(result) : std::nullopt;
+        if (value)
+            resolve(toVariant(*value));
+        else
+            reject(operation.failure);
+    }
 
-    QString m_wanted; ///< what a reply without a value stands for
+    QString m_wantedMode;
 
 public Q_SLOTS:
     // For the service, once.
@@ -57,3 +72,5 @@ public Q_SLOTS:
     void onGetRoamingMode(bool ok, const QString& requestId, const LarkIpcResult& result);
     void onChangeRoamingMode(bool ok, const QString& requestId, const KRpcResponse& response);
 };
+
+} // namespace jsapi

@@ -1,11 +1,12 @@
 #include "cloud/clouddoceventhandle.h"
 
-#include "cloud/roamingmode.h"
 #include "suite/kcoreapplication.h"
+
+namespace jsapi {
 
 namespace {
 
-QObject* eventObject()
+QObject* findEventObject()
 {
     KCloudSvrProxy* proxy = KCoreApplication::cloudSvrProxy();
     return proxy ? proxy->larkEventObject() : nullptr;
@@ -15,7 +16,7 @@ QObject* eventObject()
 
 KCloudDocEventHandle::KCloudDocEventHandle(IKJSExtentionApiEvent& cloudDoc)
     : m_cloudDoc(cloudDoc)
-    , m_events(eventObject,
+    , m_events(findEventObject,
           [this](QObject& events) {
               return KServiceFollower<QObject>::Connections { connect(&events,
                   SIGNAL(signal_notifyActionsMapDefault(QMap<QString, QString>)), this,
@@ -37,29 +38,32 @@ void KCloudDocEventHandle::follow()
 
 void KCloudDocEventHandle::onNotifyActionsMapDefault(const QMap<QString, QString>& actions)
 {
-    const QObject* teller = m_events.service();
+    const QObject* sender = m_events.service();
     follow();
-    if (m_events.service() != teller)
+    if (m_events.service() != sender)
         return;
-    const QString action = actions.value(ownText("action"));
-    if (action == ownText("roamingModeChanged")) {
-        const QString mode = actions.value(ownText("roamingMode"));
-        if (isRoamingMode(mode))
-            m_cloudDoc.tell(RoamingModeEvent, { { ownText("roamingMode"), mode } });
-    } else if (action == ownText("docCloudSyncStatus")) {
-        QVariantMap status;
-        for (const char* name : { "fileId", "cloudPath", "localPath", "status", "taskId" }) {
-            if (const auto told = actions.find(ownText(name)); told != actions.end())
-                status.insert(told.key(), told.value());
-        }
-        m_cloudDoc.tell(SyncStatusEvent, status);
+    const QString action = actions.value(heapString("action"));
+    if (action == heapString("roamingModeChanged")) {
+        if (const auto mode = findChoice<RoamingMode>(actions.value(heapString("roamingMode"))))
+            m_cloudDoc.send(RoamingModeEvent, { *mode });
+    } else if (action == heapString("docCloudSyncStatus")) {
+        SyncStatus status;
+        forEachField<SyncStatus>([&](const auto& field, std::size_t) {
+            const auto value = actions.find(heapString(field.name));
+            if (value != actions.end())
+                status.*field.member = *value;
+            return true;
+        });
+        m_cloudDoc.send(SyncStatusEvent, status);
     }
 }
 
 void KCloudDocEventHandle::onLoginStatusChanged(bool isLogin)
 {
-    const KCloudSvrProxy* teller = m_proxy.service();
+    const KCloudSvrProxy* sender = m_proxy.service();
     follow();
-    if (m_proxy.service() == teller)
-        m_cloudDoc.tell(LoginStatusEvent, { { ownText("isLogin"), isLogin } });
+    if (m_proxy.service() == sender)
+        m_cloudDoc.send(LoginStatusEvent, { isLogin });
 }
+
+} // namespace jsapi

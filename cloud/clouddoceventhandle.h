@@ -1,25 +1,60 @@
 // KCloudDocEventHandle: the library's one connection to the suite's proxy of the cloud-document service.
 #pragma once
 
+#include "cloud/roamingmode.h"
 #include "cloud/servicefollower.h"
 #include "framework/events.h"
 #include "suite/kcloudsvrproxy.h"
 
-/// Follows the proxy, whichever it is at the moment, and tells the listeners of every page what it tells.
-/// Owned by the CloudDoc object, whose hub the events go through. Needs an application. [GUI thread]
+namespace jsapi {
+
+struct LoginStatus {
+    bool isLogin;
+    static constexpr auto fields()
+    {
+        return std::tuple(property("isLogin", &LoginStatus::isLogin, "whether the user is signed in"));
+    }
+};
+
+struct RoamingModeChange {
+    RoamingMode roamingMode;
+    static constexpr auto fields()
+    {
+        return std::tuple(property("roamingMode", &RoamingModeChange::roamingMode, "the mode in force now"));
+    }
+};
+
+/// Strings of the service's, of them those that it reports.
+struct SyncStatus {
+    std::optional<QString> fileId;
+    std::optional<QString> cloudPath;
+    std::optional<QString> localPath;
+    std::optional<QString> status;
+    std::optional<QString> taskId;
+    static constexpr auto fields()
+    {
+        using Self = SyncStatus;
+        return std::tuple(property("fileId", &Self::fileId, "the document's id"),
+            property("cloudPath", &Self::cloudPath, "its path in the cloud"),
+            property("localPath", &Self::localPath, "its path on this machine"),
+            property("status", &Self::status, "how it stands"),
+            property("taskId", &Self::taskId, "the transfer that is under way"));
+    }
+};
+
+inline constexpr Event<LoginStatus> LoginStatusEvent { "clouddoc.loginstatus.changed",
+    "The user has been signed in to the cloud service, or out." };
+inline constexpr Event<RoamingModeChange> RoamingModeEvent { "clouddoc.roamingmode.changed",
+    "Another roaming mode is in force." };
+inline constexpr Event<SyncStatus> SyncStatusEvent { "docCloudSyncStatus",
+    "A document is being brought up to date, or is." };
+
+/// Follows the proxy, whichever it is at the moment, and informs the listeners of every page of what it
+/// reports. Owned by the CloudDoc object, whose hub the events go through. Needs an application. [GUI thread]
 class KCloudDocEventHandle final : public QObject {
     Q_OBJECT
 
 public:
-    // The events, and what each of them carries.
-
-    /// {isLogin: boolean}: the user has been signed in to the service, or out.
-    static constexpr char LoginStatusEvent[] = "clouddoc.loginstatus.changed";
-    /// {roamingMode: "auto" or "manual"}: the mode now in force.
-    static constexpr char RoamingModeEvent[] = "clouddoc.roamingmode.changed";
-    /// {fileId, cloudPath, localPath, status, taskId}, texts, of them those that the service tells.
-    static constexpr char SyncStatusEvent[] = "docCloudSyncStatus";
-
     explicit KCloudDocEventHandle(IKJSExtentionApiEvent& cloudDoc);
 
     /// Looks which proxy there is now, and connects to it.
@@ -31,8 +66,10 @@ private:
     KServiceFollower<KCloudSvrProxy> m_proxy;
 
 public Q_SLOTS:
-    // For the proxy. What one tells that is not the suite's any more is not passed on, nor are actions that
+    // For the proxy. What one reports that is not the suite's any more is not passed on, nor are actions that
     // are not known or lack what the event carries.
     void onNotifyActionsMapDefault(const QMap<QString, QString>& actions);
     void onLoginStatusChanged(bool isLogin);
 };
+
+} // namespace jsapi

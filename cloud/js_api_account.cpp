@@ -2,69 +2,216 @@
 
 #include <QCoreApplication>
 
+namespace jsapi {
+
 using kacctoutsdk::IKAccount;
-using kacctoutsdk::KAccountSdkProxy;
+using kacctoutsdk::KCompanyInfo;
 using kacctoutsdk::KMemberKind;
-using Handle = KJsApiAccountHandle;
+using kacctoutsdk::KUserInfo;
+
+namespace {
+
+constexpr Failure NoAccountService { ErrorCode::OperationFailed, "Accountsdk is not initialized." };
+constexpr Failure NoCurrentAccount { ErrorCode::OperationFailed, "Current account is not initialized." };
+
+} // namespace
+
+template <> struct Argument<AccountHandle> : ArgumentValue<AccountHandle> {
+    static constexpr bool IsScript = false;
+    static constexpr std::array Refusals { &EmptyHandle };
+    bool read(ArgumentReader& reader, KJsApiAccount& object)
+    {
+        value.handle = object.handle();
+        return value.handle || reader.refuse(EmptyHandle);
+    }
+};
+
+template <> struct Argument<AccountService> : ArgumentValue<AccountService> {
+    static constexpr bool IsScript = false;
+    static constexpr std::array Refusals { &EmptyHandle, &NoAccountService };
+    bool read(ArgumentReader& reader, KJsApiAccount& object)
+    {
+        value.handle = object.handle();
+        if (!value.handle)
+            return reader.refuse(EmptyHandle);
+        return value.handle->service() || reader.refuse(NoAccountService);
+    }
+};
+
+template <> struct Argument<CurrentAccount> : ArgumentValue<CurrentAccount> {
+    static constexpr bool IsScript = false;
+    static constexpr std::array Refusals { &EmptyHandle, &NoAccountService, &NoCurrentAccount };
+    bool read(ArgumentReader& reader, KJsApiAccount& object)
+    {
+        Argument<AccountService> service;
+        if (!service.read(reader, object))
+            return false;
+        value.handle = service.value.handle;
+        value.current = service.value->getAccount({});
+        return value.current || reader.refuse(NoCurrentAccount);
+    }
+};
+
+template <> struct Fields<KUserInfo> {
+    static constexpr auto list()
+    {
+        return std::tuple(property("userId", &KUserInfo::userId, ""),
+            property("account", &KUserInfo::account, "what the user signs in with"),
+            property("nickName", &KUserInfo::nickName, ""),
+            property("pic", &KUserInfo::pic, "the address of the portrait"),
+            property("thumbnailLocalPath", &KUserInfo::thumbnailLocalPath, "the portrait on this machine"),
+            property("email", &KUserInfo::email, ""), property("phoneNumber", &KUserInfo::phoneNumber, ""),
+            property("status", &KUserInfo::status, ""), property("sex", &KUserInfo::sex, ""),
+            property("loginMode", &KUserInfo::loginMode, "the way in which the user signed in"),
+            property("country", &KUserInfo::country, ""), property("province", &KUserInfo::province, ""),
+            property("city", &KUserInfo::city, ""), property("address", &KUserInfo::address, ""),
+            property("postal", &KUserInfo::postal, ""),
+            property("companyId", &KUserInfo::companyId, "empty for one who belongs to no company"),
+            property("regtime", &KUserInfo::regtime,
+                "when the user registered, in milliseconds since 1970 (UTC); 0 when that is not known"),
+            property("deviceStatus", &KUserInfo::deviceStatus, ""),
+            property("isPlus", &KUserInfo::isPlus, ""), property("roleList", &KUserInfo::roleList, ""));
+    }
+};
+
+template <> struct Fields<KCompanyInfo> {
+    static constexpr auto list()
+    {
+        return std::tuple(property("companyId", &KCompanyInfo::companyId, ""),
+            property("name", &KCompanyInfo::name, ""), property("email", &KCompanyInfo::email, ""),
+            property("phoneNumber", &KCompanyInfo::phoneNumber, ""),
+            property("description", &KCompanyInfo::description, ""),
+            property("address", &KCompanyInfo::address, ""), property("city", &KCompanyInfo::city, ""),
+            property("country", &KCompanyInfo::country, ""),
+            property("province", &KCompanyInfo::province, ""), property("postal", &KCompanyInfo::postal, ""),
+            property("fax", &KCompanyInfo::fax, ""),
+            property("adminId", &KCompanyInfo::adminId, "the user who administrates it"));
+    }
+};
+
+/// One of the users who are signed in on this machine.
+struct KnownAccount {
+    QString userId;
+    QString account;
+    QString nickName;
+    QString pic;
+    QString companyId;
+    QString companyName;
+    bool isCurrent;
+    static constexpr auto fields()
+    {
+        using Self = KnownAccount;
+        return std::tuple(property("userId", &Self::userId, ""),
+            property("account", &Self::account, "what the user signs in with"),
+            property("nickName", &Self::nickName, ""),
+            property("pic", &Self::pic, "the address of the portrait"),
+            property("companyId", &Self::companyId, "empty for one who belongs to no company"),
+            property("companyName", &Self::companyName, ""),
+            property("isCurrent", &Self::isCurrent, "whether this is the current user"));
+    }
+};
+
+struct KJsApiAccount::LoginOptions {
+    QString src;
+    QString bizSrc;
+    QString confirmId;
+    QString loginSrc;
+    QString from;
+    std::optional<bool> qrcode;
+    std::optional<bool> bShowModal;
+    std::optional<bool> bTopWindow;
+    static constexpr auto fields()
+    {
+        using Self = LoginOptions;
+        return std::tuple(required("src", &Self::src, "who has the user sign in"),
+            optional("bizSrc", &Self::bizSrc, "for what"),
+            optional("confirmId", &Self::confirmId,
+                "of the page's choice: `confirmLoginSuccess` carries it when this login has succeeded"),
+            optional("loginSrc", &Self::loginSrc, "the way to sign in"),
+            optional("from", &Self::from, "where in the page"),
+            optional("qrcode", &Self::qrcode, "begin with a code to scan"),
+            optional("bShowModal", &Self::bShowModal, "the dialog is modal"),
+            optional("bTopWindow", &Self::bTopWindow, "the dialog stays on top"));
+    }
+};
+
+struct KJsApiAccount::UpgradeOptions {
+    QString csource;
+    QString payUrl;
+    QString src;
+    QString confirmId;
+    QString appName;
+    std::optional<std::int32_t> parentWidget;
+    static constexpr auto fields()
+    {
+        using Self = UpgradeOptions;
+        return std::tuple(required("csource", &Self::csource, "who offers the upgrade"),
+            optional("payUrl", &Self::payUrl, "the page to pay on"), optional("src", &Self::src, "for what"),
+            optional("confirmId", &Self::confirmId, "names this upgrade"),
+            optional("appName", &Self::appName, "the application that it is for"),
+            optional("parentWidget", &Self::parentWidget, "the X11 window that owns the dialog"));
+    }
+};
 
 const MemberList& KJsApiAccount::members()
 {
-    // clang-format off
-    static const MemberList list = MemberList {
-        // member                                                                                 category           answer         parameters
-        property<&KJsApiAccount::privilege>(u"Privilege",                                         Category::Account, Type::Object),
-        method<&KJsApiAccount::login>(u"login",                                                   Category::Account, Type::JsValue, { Type::JsValue }),
-        method<&KJsApiAccount::logout>(u"logout",                                                 Category::Account, Type::JsValue, { Type::String }),
-        method<&KJsApiAccount::upgradeMember>(u"upgradeMember",                                   Category::Account, Type::JsValue, { Type::JsValue }),
-        method<&KJsApiAccount::addLoginListener>(u"addLoginListener",                             Category::Account, Type::JsValue, { Type::Object }),
-        method<&KJsApiAccount::removeLoginListener>(u"removeLoginListener",                       Category::Account, Type::JsValue, { Type::Object }),
-        method<&KJsApiAccount::addLogoutListener>(u"addLogoutListener",                           Category::Account, Type::JsValue, { Type::Object }),
-        method<&KJsApiAccount::removeLogoutListener>(u"removeLogoutListener",                     Category::Account, Type::JsValue, { Type::Object }),
-        method<&KJsApiAccount::addUserInfoChangedListener>(u"addUserInfoChangedListener",         Category::Account, Type::JsValue, { Type::Object }),
-        method<&KJsApiAccount::removeUserInfoChangedListener>(u"removeUserInfoChangedListener",   Category::Account, Type::JsValue, { Type::Object }),
-        method<&KJsApiAccount::isLoggedIn>(u"isLoggedIn",                                         Category::Account, Type::JsValue),
-        method<&KJsApiAccount::getUserId>(u"getUserId",                                           Category::Account, Type::JsValue),
-        method<&KJsApiAccount::getUserInfo>(u"getUserInfo",                                       Category::Account, Type::JsValue),
-        method<&KJsApiAccount::getMemberInfo>(u"getMemberInfo",                                   Category::Account, Type::JsValue),
-        method<&KJsApiAccount::getCompanyInfo>(u"getCompanyInfo",                                 Category::Account, Type::JsValue),
-        method<&KJsApiAccount::getAccountListInfo>(u"getAccountListInfo",                         Category::Account, Type::JsValue),
-        method<&KJsApiAccount::isNovaMember>(u"isNovaMember",                                     Category::Account, Type::JsValue),
-        method<&KJsApiAccount::isFolioMember>(u"isFolioMember",                                   Category::Account, Type::JsValue),
-        method<&KJsApiAccount::isSuperMember>(u"isSuperMember",                                   Category::Account, Type::JsValue),
-        method<&KJsApiAccount::isCompanyMember>(u"isCompanyMember",                               Category::Account, Type::JsValue),
-        method<&KJsApiAccount::isMultiAccount>(u"isMultiAccount",                                 Category::Account, Type::JsValue),
-    }.withEvents<KJsApiAccount>().handingOut<KJsApiPrivilege>();
-    // clang-format on
+    using Self = KJsApiAccount;
+    static const MemberList list = MemberList { "The signed-in user, login and logout, and their changes. "
+                                                "With nobody signed in, strings and lists are empty and "
+                                                "booleans `false`.",
+        {
+            getter<&Self::privilege>(u"Privilege", Category::Account, Type::Object,
+                "Changes of the user's membership privileges.", { &EmptyHandle }),
+            member<&Self::login>(u"login", Category::Account, Type::JsValue, { Type::JsValue },
+                "Has the user sign in. Returns whether the service takes the request on, which is not the "
+                "case while another "
+                "login is under way; events say what becomes of it."),
+            member<&Self::logout>(u"logout", Category::Account, Type::JsValue,
+                { { Type::String, "source", "who signs the user out" } },
+                "Signs the current user out. Returns whether the service takes the request on.",
+                { &MissingParameters }),
+            member<&Self::upgradeMember>(u"upgradeMember", Category::Account, Type::JsValue,
+                { Type::JsValue },
+                "Opens the membership upgrade. Returns whether the service takes the request on."),
+            listeners<Self, LoginEvent, AccountHandle>(
+                u"addLoginListener", u"removeLoginListener", Category::Account),
+            listeners<Self, LogoutEvent, AccountHandle>(
+                u"addLogoutListener", u"removeLogoutListener", Category::Account),
+            listeners<Self, UserInfoEvent, AccountHandle>(
+                u"addUserInfoChangedListener", u"removeUserInfoChangedListener", Category::Account),
+            member<&Self::isLoggedIn>(
+                u"isLoggedIn", Category::Account, Type::JsValue, "Returns whether a user is signed in."),
+            member<&Self::getUserId>(
+                u"getUserId", Category::Account, Type::JsValue, "Returns the current user's id."),
+            member<&Self::getUserInfo>(u"getUserInfo", Category::Account, Type::JsValue,
+                "Returns what is known of the current user."),
+            member<&Self::getMemberInfo>(u"getMemberInfo", Category::Account, Type::JsValue,
+                "Returns the current user's memberships."),
+            member<&Self::getCompanyInfo>(u"getCompanyInfo", Category::Account, Type::JsValue,
+                "Returns what is known of the current user's company."),
+            member<&Self::getAccountListInfo>(u"getAccountListInfo", Category::Account, Type::JsValue,
+                "Returns the users who are signed in on this machine."),
+            member<&Self::isNovaMember>(u"isNovaMember", Category::Account, Type::JsValue,
+                "Returns whether the current user is a Nova member."),
+            member<&Self::isFolioMember>(u"isFolioMember", Category::Account, Type::JsValue,
+                "Returns whether the current user is a Folio member."),
+            member<&Self::isSuperMember>(u"isSuperMember", Category::Account, Type::JsValue,
+                "Returns whether the current user is a super member."),
+            member<&Self::isCompanyMember>(u"isCompanyMember", Category::Account, Type::JsValue,
+                "Returns whether the current user belongs to a company."),
+            member<&Self::isMultiAccount>(u"isMultiAccount", Category::Account, Type::JsValue,
+                "Returns whether more than one user is signed in on this machine."),
+        } }.withEvents(LoginEvent, LogoutEvent, UserInfoEvent, MemberInfoEvent, ConfirmEvent)
+                                       .handingOut<KJsApiPrivilege>();
     return list;
 }
 
 const MemberList& KJsApiPrivilege::members()
 {
-    static const MemberList list = MemberList {}.withEvents<KJsApiPrivilege>();
+    static const MemberList list =
+        MemberList { "Changes of the user's membership privileges.", {} }.withEvents(PrivilegeEvent);
     return list;
 }
-
-namespace {
-
-/// Copies the texts, or booleans, that the page gave; what does not convert is left out.
-void copyTexts(const Options& options, std::initializer_list<const char*> names, QVariantMap& params)
-{
-    for (const char* name : names) {
-        const QString value = options.string(name);
-        if (!value.isEmpty())
-            params.insert(ownText(name), value);
-    }
-}
-
-void copyBooleans(const Options& options, std::initializer_list<const char*> names, QVariantMap& params)
-{
-    for (const char* name : names) {
-        if (const std::optional<bool> value = options.boolean(name))
-            params.insert(ownText(name), *value);
-    }
-}
-
-} // namespace
 
 KJsApiAccountHandle* KJsApiAccount::handle()
 {
@@ -76,235 +223,108 @@ KJsApiAccountHandle* KJsApiAccount::handle()
     return m_handle.get();
 }
 
-template <typename Action> Reply KJsApiAccount::withService(Call& call, Action action)
+Answer<Handle<KJsApiPrivilege>> KJsApiAccount::privilege(const JSContextEnv& page)
 {
-    KJsApiAccountHandle* own = handle();
-    if (!own)
-        return call.fail(ErrorCode::OperationFailed, "empty handle.");
-    KAccountSdkProxy* service = own->service();
-    if (!service)
-        return call.fail(ErrorCode::OperationFailed, "Accountsdk is not initialized.");
-    return action(*service);
-}
-
-template <typename Query> Reply KJsApiAccount::withAccount(Call& call, Query query)
-{
-    return withService(call, [&](KAccountSdkProxy& service) {
-        const IKAccount* account = service.getAccount({});
-        if (!account)
-            return call.fail(ErrorCode::OperationFailed, "Current account is not initialized.");
-        return query(service, *account);
-    });
-}
-
-Reply KJsApiAccount::privilege(Call& call)
-{
-    const Reply reply = call.handOutKept(m_privilege, KJsApiPrivilege::ScriptName);
+    auto answer = handOutKept<KJsApiPrivilege>(page, m_privilege);
     if (KJsApiAccountHandle* own = handle())
-        own->setPrivilege(m_privilege.get());
-    return reply;
+        own->setPrivilege(dynamic_cast<KJsApiPrivilege*>(m_privilege.get()));
+    return answer;
 }
 
-Reply KJsApiAccount::login(Call& call)
+namespace {
+
+/// What the page gave, without empty strings.
+template <typename Options> QVariantMap collectGiven(const Options& options)
 {
-    return withService(call, [&](KAccountSdkProxy&) {
-        const Options options = call.options();
-        QVariantMap params;
-        copyTexts(options, { "src", "bizSrc", "confirmId", "loginSrc", "from" }, params);
-        copyBooleans(options, { "qrcode", "bShowModal", "bTopWindow" }, params);
-        if (!params.contains(ownText("src")))
-            return call.fail(ErrorCode::BadArgument, MissingParameters);
-        return call.succeed(m_handle->login(params, call.context()));
-    });
+    QVariantMap given = toMap(options);
+    for (auto value = given.begin(); value != given.end();)
+        value = value.value() == QVariant(QString()) ? given.erase(value) : std::next(value);
+    return given;
 }
 
-Reply KJsApiAccount::logout(Call& call)
+} // namespace
+
+Answer<bool> KJsApiAccount::login(
+    const AccountService& service, const JSContextEnv& page, const LoginOptions& options)
 {
-    return withService(call, [&](KAccountSdkProxy& service) {
-        const QString source = call.string(0);
-        if (source.isEmpty())
-            return call.fail(ErrorCode::BadArgument, MissingParameters);
-        return call.succeed(service.logout({ { ownText("src"), source }, { ownText("logoutSrc"), source } }));
-    });
+    return service.handle->login(collectGiven(options), page);
 }
 
-Reply KJsApiAccount::upgradeMember(Call& call)
+Answer<bool> KJsApiAccount::logout(const AccountService& service, const QString& source)
 {
-    return withService(call, [&](KAccountSdkProxy& service) {
-        const Options options = call.options();
-        QVariantMap params;
-        copyTexts(options, { "csource", "payUrl", "src", "confirmId", "appName" }, params);
-        if (const std::optional<std::int32_t> window = options.integer("parentWidget"))
-            params.insert(ownText("parentWidget"), *window);
-        if (!params.contains(ownText("csource")))
-            return call.fail(ErrorCode::BadArgument, MissingParameters);
-        return call.succeed(service.upgradeMember(params));
-    });
+    if (source.isEmpty())
+        return MissingParameters;
+    return service->logout({ { heapString("src"), source }, { heapString("logoutSrc"), source } });
 }
 
-Reply KJsApiAccount::changeListeners(Call& call, HubChange change, const char* event)
+Answer<bool> KJsApiAccount::upgradeMember(const AccountService& service, const UpgradeOptions& options)
 {
-    if (!handle())
-        return call.fail(ErrorCode::OperationFailed, "empty handle.");
-    IJSEventHub* events = hub();
-    if (!events)
-        return call.fail(ErrorCode::OperationFailed, "Event service error.");
-    const KResult status = (events->*change)(ownText(event), call.context(), call.copiedArgument(0));
-    return status == KR_OK ? call.succeed() : call.status(status);
+    return service->upgradeMember(collectGiven(options));
 }
 
-Reply KJsApiAccount::addLoginListener(Call& call)
+Answer<bool> KJsApiAccount::isLoggedIn(const CurrentAccount& current)
 {
-    return changeListeners(call, &IJSEventHub::Add, Handle::LoginEvent);
+    return current.account().isLoggedIn();
 }
 
-Reply KJsApiAccount::removeLoginListener(Call& call)
+Answer<QString> KJsApiAccount::getUserId(const CurrentAccount& current)
 {
-    return changeListeners(call, &IJSEventHub::Remove, Handle::LoginEvent);
+    return current.account().userInfo().userId;
 }
 
-Reply KJsApiAccount::addLogoutListener(Call& call)
+Answer<KUserInfo> KJsApiAccount::getUserInfo(const CurrentAccount& current)
 {
-    return changeListeners(call, &IJSEventHub::Add, Handle::LogoutEvent);
+    return current.account().userInfo();
 }
 
-Reply KJsApiAccount::removeLogoutListener(Call& call)
+Answer<MemberInfo> KJsApiAccount::getMemberInfo(const CurrentAccount& current)
 {
-    return changeListeners(call, &IJSEventHub::Remove, Handle::LogoutEvent);
+    return KJsApiAccountHandle::readMemberInfo(current.account());
 }
 
-Reply KJsApiAccount::addUserInfoChangedListener(Call& call)
+Answer<KCompanyInfo> KJsApiAccount::getCompanyInfo(const CurrentAccount& current)
 {
-    return changeListeners(call, &IJSEventHub::Add, Handle::UserInfoEvent);
+    return current.account().companyInfo();
 }
 
-Reply KJsApiAccount::removeUserInfoChangedListener(Call& call)
+Answer<std::vector<KnownAccount>> KJsApiAccount::getAccountListInfo(const CurrentAccount& current)
 {
-    return changeListeners(call, &IJSEventHub::Remove, Handle::UserInfoEvent);
+    const QString currentId = current.account().userInfo().userId;
+    std::vector<KnownAccount> list;
+    for (const QString& userId : current->accountList()) {
+        const IKAccount* account = current->getAccount(userId);
+        if (!account)
+            continue;
+        const KUserInfo user = account->userInfo();
+        list.push_back({ user.userId, user.account, user.nickName, user.pic, user.companyId,
+            account->companyInfo().name, user.userId == currentId });
+    }
+    return list;
 }
 
-Reply KJsApiAccount::isLoggedIn(Call& call)
+Answer<bool> KJsApiAccount::isNovaMember(const CurrentAccount& current)
 {
-    return withAccount(call,
-        [&](KAccountSdkProxy&, const IKAccount& account) { return call.succeed(account.isLoggedIn()); });
+    return current.account().isMember(KMemberKind::Nova);
 }
 
-Reply KJsApiAccount::getUserId(Call& call)
+Answer<bool> KJsApiAccount::isFolioMember(const CurrentAccount& current)
 {
-    return withAccount(call,
-        [&](KAccountSdkProxy&, const IKAccount& account) { return call.succeed(account.userInfo().userId); });
+    return current.account().isMember(KMemberKind::Folio);
 }
 
-Reply KJsApiAccount::getUserInfo(Call& call)
+Answer<bool> KJsApiAccount::isSuperMember(const CurrentAccount& current)
 {
-    return withAccount(call, [&](KAccountSdkProxy&, const IKAccount& account) {
-        const kacctoutsdk::KUserInfo user = account.userInfo();
-        return call.succeed(QVariant(QVariantMap {
-            { ownText("userId"), user.userId },
-            { ownText("account"), user.account },
-            { ownText("nickName"), user.nickName },
-            { ownText("pic"), user.pic },
-            { ownText("thumbnailLocalPath"), user.thumbnailLocalPath },
-            { ownText("email"), user.email },
-            { ownText("phoneNumber"), user.phoneNumber },
-            { ownText("status"), user.status },
-            { ownText("sex"), user.sex },
-            { ownText("loginMode"), user.loginMode },
-            { ownText("country"), user.country },
-            { ownText("province"), user.province },
-            { ownText("city"), user.city },
-            { ownText("address"), user.address },
-            { ownText("postal"), user.postal },
-            { ownText("companyId"), user.companyId },
-            { ownText("regtime"), user.regtime },
-            { ownText("deviceStatus"), user.deviceStatus },
-            { ownText("isPlus"), user.isPlus },
-            { ownText("roleList"), user.roleList },
-        }));
-    });
+    return current.account().isMember(KMemberKind::Super);
 }
 
-Reply KJsApiAccount::getMemberInfo(Call& call)
+Answer<bool> KJsApiAccount::isCompanyMember(const CurrentAccount& current)
 {
-    return withAccount(call, [&](KAccountSdkProxy&, const IKAccount& account) {
-        return call.succeed(QVariant(Handle::memberInfo(account)));
-    });
+    return current.account().isMember(KMemberKind::Company);
 }
 
-Reply KJsApiAccount::getCompanyInfo(Call& call)
+Answer<bool> KJsApiAccount::isMultiAccount(const CurrentAccount& current)
 {
-    return withAccount(call, [&](KAccountSdkProxy&, const IKAccount& account) {
-        const kacctoutsdk::KCompanyInfo company = account.companyInfo();
-        return call.succeed(QVariant(QVariantMap {
-            { ownText("companyId"), company.companyId },
-            { ownText("name"), company.name },
-            { ownText("email"), company.email },
-            { ownText("phoneNumber"), company.phoneNumber },
-            { ownText("description"), company.description },
-            { ownText("address"), company.address },
-            { ownText("city"), company.city },
-            { ownText("country"), company.country },
-            { ownText("province"), company.province },
-            { ownText("postal"), company.postal },
-            { ownText("fax"), company.fax },
-            { ownText("adminId"), company.adminId },
-        }));
-    });
+    return current->accountList().size() > 1;
 }
 
-Reply KJsApiAccount::getAccountListInfo(Call& call)
-{
-    return withAccount(call, [&](KAccountSdkProxy& service, const IKAccount& current) {
-        const QString currentId = current.userInfo().userId;
-        QVariantList list;
-        for (const QString& userId : service.accountList()) {
-            const IKAccount* account = service.getAccount(userId);
-            if (!account)
-                continue;
-            const kacctoutsdk::KUserInfo user = account->userInfo();
-            list.append(QVariantMap {
-                { ownText("userId"), user.userId },
-                { ownText("account"), user.account },
-                { ownText("nickName"), user.nickName },
-                { ownText("pic"), user.pic },
-                { ownText("companyId"), user.companyId },
-                { ownText("companyName"), account->companyInfo().name },
-                { ownText("isCurrent"), user.userId == currentId },
-            });
-        }
-        return call.succeed(QVariant(list));
-    });
-}
-
-Reply KJsApiAccount::isMember(Call& call, KMemberKind kind)
-{
-    return withAccount(call,
-        [&](KAccountSdkProxy&, const IKAccount& account) { return call.succeed(account.isMember(kind)); });
-}
-
-Reply KJsApiAccount::isNovaMember(Call& call)
-{
-    return isMember(call, KMemberKind::Nova);
-}
-
-Reply KJsApiAccount::isFolioMember(Call& call)
-{
-    return isMember(call, KMemberKind::Folio);
-}
-
-Reply KJsApiAccount::isSuperMember(Call& call)
-{
-    return isMember(call, KMemberKind::Super);
-}
-
-Reply KJsApiAccount::isCompanyMember(Call& call)
-{
-    return isMember(call, KMemberKind::Company);
-}
-
-Reply KJsApiAccount::isMultiAccount(Call& call)
-{
-    return withAccount(call, [&](KAccountSdkProxy& service, const IKAccount&) {
-        return call.succeed(service.accountList().size() > 1);
-    });
-}
+} // namespace jsapi

@@ -4,72 +4,58 @@
 
 #include <memory>
 
+namespace jsapi {
+
+class KJsApiPrivilege;
+
+/// The application's part of an Account object, as a parameter: refused with EmptyHandle where the suite runs
+/// no application.
+struct AccountHandle {
+    KJsApiAccountHandle* handle = nullptr;
+};
+/// The account service as well: refused with "Accountsdk is not initialized.".
+struct AccountService : AccountHandle {
+    kacctoutsdk::KAccountSdkProxy* operator->() const { return handle->service(); }
+};
+/// And the current account: refused with "Current account is not initialized." before the service has begun.
+struct CurrentAccount : AccountService {
+    const kacctoutsdk::IKAccount& account() const { return *current; }
+    const kacctoutsdk::IKAccount* current = nullptr;
+};
+
+struct KnownAccount;
+
 /// "NovaExtension.Account": the signed-in user, login and logout, and their changes.
-///
-/// Every method but the four generic event members fails with 3 "empty handle." where the suite runs no
-/// application. Members that ask or act fail with 3 "Accountsdk is not initialized." without an account
-/// service, those that ask with 3 "Current account is not initialized." before the service has begun. With
-/// nobody signed in they answer empty texts, lists and false.
 class KJsApiAccount final : public KJCExtendJsEventObj<KJsApiAccount> {
 public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.Account";
     static const MemberList& members();
 
-    /// Property: the Privilege object.
-    Reply privilege(Call& call);
+    struct LoginOptions;
+    struct UpgradeOptions;
 
-    // The three answer a boolean: whether the service takes the request on. What becomes of it is told by
-    // events. Failure: 1 "missing required parameters.".
+    Answer<Handle<KJsApiPrivilege>> privilege(const JSContextEnv& page);
+    Answer<bool> login(const AccountService& service, const JSContextEnv& page, const LoginOptions& options);
+    Answer<bool> logout(const AccountService& service, const QString& source);
+    Answer<bool> upgradeMember(const AccountService& service, const UpgradeOptions& options);
+    Answer<bool> isLoggedIn(const CurrentAccount& current);
+    Answer<QString> getUserId(const CurrentAccount& current);
+    Answer<kacctoutsdk::KUserInfo> getUserInfo(const CurrentAccount& current);
+    Answer<MemberInfo> getMemberInfo(const CurrentAccount& current);
+    Answer<kacctoutsdk::KCompanyInfo> getCompanyInfo(const CurrentAccount& current);
+    Answer<std::vector<KnownAccount>> getAccountListInfo(const CurrentAccount& current);
+    Answer<bool> isNovaMember(const CurrentAccount& current);
+    Answer<bool> isFolioMember(const CurrentAccount& current);
+    Answer<bool> isSuperMember(const CurrentAccount& current);
+    Answer<bool> isCompanyMember(const CurrentAccount& current);
+    Answer<bool> isMultiAccount(const CurrentAccount& current);
 
-    /// {src, bizSrc?, loginSrc?, from?, confirmId?: strings, qrcode?, bShowModal?, bTopWindow?: booleans}.
-    /// With a confirmId the page hears "confirmLoginSuccess" when this login has succeeded.
-    Reply login(Call& call);
-    /// The source, a string.
-    Reply logout(Call& call);
-    /// {csource, payUrl?, src?, confirmId?, appName?: strings, parentWidget?: number}.
-    Reply upgradeMember(Call& call);
-
-    // Each takes a function and answers undefined; removing without one removes all of the page's. Failures:
-    // 1 "wrong parameters." (no function), 3 "Event service error.".
-    Reply addLoginListener(Call& call);
-    Reply removeLoginListener(Call& call);
-    Reply addLogoutListener(Call& call);
-    Reply removeLogoutListener(Call& call);
-    Reply addUserInfoChangedListener(Call& call);
-    Reply removeUserInfoChangedListener(Call& call);
-
-    Reply isLoggedIn(Call& call);
-    Reply getUserId(Call& call);
-    /// -> texts, but for regtime, a number, isPlus, a boolean, and roleList, a list of texts.
-    Reply getUserInfo(Call& call);
-    /// -> {members: {tier: {isMember, expireTime}}, rawData}, with every tier of the service.
-    Reply getMemberInfo(Call& call);
-    /// -> texts.
-    Reply getCompanyInfo(Call& call);
-    /// -> a list of {userId, account, nickName, pic, companyId, companyName, isCurrent}: who is signed in on
-    /// this machine.
-    Reply getAccountListInfo(Call& call);
-    Reply isNovaMember(Call& call);
-    Reply isFolioMember(Call& call);
-    Reply isSuperMember(Call& call);
-    Reply isCompanyMember(Call& call);
-    /// -> boolean: more than one user is signed in on this machine.
-    Reply isMultiAccount(Call& call);
-
-protected:
+    /// The handle, following the service that there is now; null without an application.
+    KJsApiAccountHandle* handle();
     /// Listeners of any kind have the handle follow the service.
     void prepareEvents() override { handle(); }
 
 private:
-    using HubChange = KResult (IJSEventHub::*)(const QString&, const JSContextEnv&, const KJSVariant&);
-
-    /// The handle, following the service that there is now; null without an application.
-    KJsApiAccountHandle* handle();
-    Reply changeListeners(Call& call, HubChange change, const char* event);
-    template <typename Action> Reply withService(Call& call, Action action);
-    template <typename Query> Reply withAccount(Call& call, Query query);
-    Reply isMember(Call& call, kacctoutsdk::KMemberKind kind);
-
     KRef<IJSExtentionObject> m_privilege;
     std::unique_ptr<KJsApiAccountHandle> m_handle;
 };
@@ -80,3 +66,5 @@ public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.Account.Privilege";
     static const MemberList& members();
 };
+
+} // namespace jsapi

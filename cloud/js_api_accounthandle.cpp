@@ -1,23 +1,12 @@
 #include "cloud/js_api_accounthandle.h"
 
 #include "suite/kcoreapplication.h"
-#include "vexlite/jsapiutil.h"
+
+namespace jsapi {
 
 using kacctoutsdk::IKAccount;
 using kacctoutsdk::KAccountSdkProxy;
 using kacctoutsdk::KLoginConfirmation;
-
-namespace {
-
-std::vector<KJSVariant> payloadOf(QVariantMap values)
-{
-    values.insert(ownText("callstatus"), ownText("ok"));
-    KJSVariant object;
-    KJSApiUtil::ConvertQVariantToJSVariant(values, object);
-    return { std::move(object) };
-}
-
-} // namespace
 
 KJsApiAccountHandle::KJsApiAccountHandle(IKJSExtentionApiEvent& account)
     : m_account(account)
@@ -30,7 +19,7 @@ KJsApiAccountHandle::Service::Connections KJsApiAccountHandle::connectTo(KAccoun
 {
     using Proxy = KAccountSdkProxy;
     using Handle = KJsApiAccountHandle;
-    // Another service may know of another login; listeners hear of it when the call in hand has returned.
+    // Another service may know of another login; listeners are informed when the call in hand has returned.
     if (m_followed)
         announceLater();
     else
@@ -48,11 +37,11 @@ KJsApiAccountHandle::Service::Connections KJsApiAccountHandle::connectTo(KAccoun
 
 bool KJsApiAccountHandle::login(QVariantMap params, const JSContextEnv& page)
 {
-    const QString pageId = params.value(ownText("confirmId")).toString();
+    const QString pageId = params.value(heapString("confirmId")).toString();
     const QString id = pageId.isEmpty() ? QString() : service()->generateConfirmId();
     if (!id.isEmpty()) {
-        params.insert(ownText("login.params.confirmId"), id);
-        // Before the login: its success may be told from within.
+        params.insert(heapString("login.params.confirmId"), id);
+        // Before the login, whose success may be reported from within.
         settleConfirmations();
         m_confirmations.push_back({ id, page, pageId });
     }
@@ -62,14 +51,13 @@ bool KJsApiAccountHandle::login(QVariantMap params, const JSContextEnv& page)
     return accepted;
 }
 
-QVariantMap KJsApiAccountHandle::memberInfo(const IKAccount& account)
+MemberInfo KJsApiAccountHandle::readMemberInfo(const IKAccount& account)
 {
-    QVariantMap members;
+    MemberInfo info;
     for (const kacctoutsdk::KMembership& membership : account.memberships())
-        members.insert(membership.tier,
-            QVariantMap { { ownText("isMember"), membership.isMember },
-                { ownText("expireTime"), membership.expireTime } });
-    return { { ownText("members"), members }, { ownText("rawData"), account.rawMemberInfo() } };
+        info.members.insert(membership.tier, { membership.isMember, membership.expireTime });
+    info.rawData = account.rawMemberInfo();
+    return info;
 }
 
 KJsApiAccountHandle::Login KJsApiAccountHandle::currentLogin() const
@@ -85,7 +73,7 @@ void KJsApiAccountHandle::announceLogin()
 {
     if (!service())
         return;
-    // From within a listener: what the others have not heard yet comes first.
+    // From within a listener: the others first get what they have not got yet.
     if (m_announcing) {
         m_changedMeanwhile = true;
         return;
@@ -96,9 +84,9 @@ void KJsApiAccountHandle::announceLogin()
     const bool left = !before.userId.isEmpty() && before.userId != now.userId;
     const bool switching = service()->isSwitching() || (left && !now.userId.isEmpty());
     if (left)
-        tell(LogoutEvent, { before.userId, before.userName, {} }, switching);
+        announce(LogoutEvent, { before.userId, before.userName, {} }, switching);
     if (!now.userId.isEmpty() && (before.userId != now.userId || before.novasid != now.novasid))
-        tell(LoginEvent, now, switching);
+        announce(LoginEvent, now, switching);
     settleConfirmations();
     m_announcing = false;
     if (std::exchange(m_changedMeanwhile, false))
@@ -124,43 +112,31 @@ void KJsApiAccountHandle::settleConfirmations()
     }
     m_confirmations = std::move(waiting);
     for (const Confirmation& confirmation : succeeded)
-        m_account.dispatch(ownText(ConfirmEvent), confirmation.page,
-            payloadOf(
-                { { ownText("confirmId"), confirmation.pageId }, { ownText("userId"), m_known.userId } }));
+        m_account.send(ConfirmEvent, { {}, confirmation.pageId, m_known.userId }, confirmation.page);
 }
 
 void KJsApiAccountHandle::onUserInfoChanged()
 {
     if (const Login now = currentLogin(); now.userId == m_known.userId)
         m_known.userName = now.userName;
-    tell(UserInfoEvent, QVariantMap());
+    m_account.send(UserInfoEvent, CallStatus());
 }
 
 void KJsApiAccountHandle::onMemberInfoChanged()
 {
     const IKAccount* account = service()->getAccount({});
-    tell(MemberInfoEvent, { { ownText("data"), account ? memberInfo(*account) : QVariantMap() } });
+    m_account.send(MemberInfoEvent, { {}, account ? std::optional(readMemberInfo(*account)) : std::nullopt });
 }
 
 void KJsApiAccountHandle::onPrivilegeInfoChanged(const QVariantMap& detail)
 {
-    IVEXJSCore* core = vexlite::GetVEXJSCore();
-    IJSEventHubFactory* factory = core ? core->EventHubs() : nullptr;
-    if (!factory || !m_privilege)
-        return;
-    IJSEventHub* hub = factory->ClassHub(static_cast<std::int32_t>(m_privilege->GetTypeId()));
-    hub->Dispatch(
-        ownText(PrivilegeEvent), JSContextEnv::everyContext(), payloadOf({ { ownText("data"), detail } }));
+    if (m_privilege)
+        m_privilege->send(PrivilegeEvent, { {}, detail });
 }
 
-void KJsApiAccountHandle::tell(const char* event, const Login& login, bool switching)
+void KJsApiAccountHandle::announce(const Event<LoginChange>& event, const Login& login, bool switching)
 {
-    tell(event,
-        { { ownText("isSwitching"), switching }, { ownText("userId"), login.userId },
-            { ownText("userName"), login.userName }, { ownText("novasid"), login.novasid } });
+    m_account.send(event, { {}, switching, login.userId, login.userName, login.novasid });
 }
 
-void KJsApiAccountHandle::tell(const char* event, const QVariantMap& payload)
-{
-    m_account.dispatch(ownText(event), JSContextEnv::everyContext(), payloadOf(payload));
-}
+} // namespace jsapi

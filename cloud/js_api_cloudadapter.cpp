@@ -1,12 +1,14 @@
 #include "cloud/js_api_cloudadapter.h"
 
+namespace jsapi {
+
 const MemberList& KJsApiCloudAdapter::members()
 {
-    // clang-format off
-    static const MemberList list = MemberList {
-        // member                 category         answer         parameters
-        unbuilt(u"commonRequest", Category::Usual, Type::JsValue, { Type::JsValue }),
-    }.withEvents<KJsApiCloudAdapter>();
-    // clang-format on
+    static const MemberList list = MemberList { "Generic requests to the cloud service, with its events.",
+        {
+            unbuilt(u"commonRequest", Category::Usual, Type::JsValue, { Type::JsValue }),
+        } }.withEvents();
     return list;
 }
+
+} // namespace jsapi

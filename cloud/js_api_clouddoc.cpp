@@ -1,58 +1,196 @@
 #include "cloud/js_api_clouddoc.h"
 
-#include "cloud/clouddocapicaller.h"
-#include "cloud/roamingmode.h"
-#include "cloud/signedinuser.h"
-#include "framework/kjsonvalue.h"
 #include "framework/libraryowner.h"
-#include "vexlite/jsapiutil.h"
 
 #include <QCoreApplication>
 #include <algorithm>
 
+namespace jsapi {
+
+namespace {
+
+constexpr Failure CreateTaskFailed { ErrorCode::OperationFailed, "Create upload file task failed." };
+constexpr Failure TaskIsNull { ErrorCode::OperationFailed, "task is null." };
+constexpr Failure StartFailed { ErrorCode::OperationFailed, "task start failed." };
+constexpr Failure CancelFailed { ErrorCode::OperationFailed, "task cancel failed." };
+constexpr Failure RestartFailed { ErrorCode::OperationFailed, "task restart failed." };
+
+constexpr Event<UploadState> UploadStarted { "cloud.upload.started",
+    "The service has begun the upload; carries `taskId` only." };
+constexpr Event<UploadState> UploadProgressChanged { "cloud.upload.progressChanged",
+    "How the upload stands, about once a second." };
+constexpr Event<UploadState> UploadFinished { "cloud.upload.finished",
+    "The upload has ended, once: with status `1`, `2` or `6`, or with `-1` when the service did not begin it "
+    "or reports "
+    "nothing of it any more." };
+
+} // namespace
+
+// Strings go to the service as UTF-8: std::string refuses what UTF-8 can not spell.
+struct KJsApiCloudDoc::UploadFilesOptions {
+    std::string cloudPath;
+    std::vector<std::string> files;
+    bool createWhenNoExists = true;
+    std::string userData;
+    std::string uploadFrom;
+    Strings extraParam;
+    static constexpr auto fields()
+    {
+        using Self = UploadFilesOptions;
+        return std::tuple(required("cloudPath", &Self::cloudPath, "the cloud folder", WrongParameters),
+            required("files", &Self::files, "the paths of files on this machine", WrongParameters),
+            optional("createWhenNoExists", &Self::createWhenNoExists, "make the folder where there is none"),
+            optional("userData", &Self::userData, "comes back with the answer"),
+            optional("uploadFrom", &Self::uploadFrom, "who uploads"),
+            optional("extraParam", &Self::extraParam, "what the service is to know besides"));
+    }
+};
+
+struct KJsApiCloudDoc::OpenFolderOptions {
+    std::string cloudPath;
+    std::string fileId;
+    std::string openFrom;
+    std::string entryIdentifier;
+    bool createWhenNoExists = false;
+    Strings extraParam;
+    static constexpr auto fields()
+    {
+        using Self = OpenFolderOptions;
+        return std::tuple(
+            optional("cloudPath", &Self::cloudPath, "the cloud folder; this or `fileId` must be given"),
+            optional("fileId", &Self::fileId, "the same by its id"),
+            optional("openFrom", &Self::openFrom, "who opens it"),
+            optional("entryIdentifier", &Self::entryIdentifier, "what in the folder is shown first"),
+            optional("createWhenNoExists", &Self::createWhenNoExists, "make the folder where there is none"),
+            optional("extraParam", &Self::extraParam, "what the service is to know besides"));
+    }
+};
+
+struct KJsApiCloudDoc::UploadTaskOptions {
+    std::string filePath;
+    std::string businessSource;
+    std::string cloudDir;
+    bool autoRename = false;
+    static constexpr auto fields()
+    {
+        using Self = UploadTaskOptions;
+        return std::tuple(
+            required("filePath", &Self::filePath, "the path of a file on this machine", WrongParameters),
+            optional("businessSource", &Self::businessSource, "who uploads"),
+            optional("cloudDir", &Self::cloudDir, "the cloud folder; without one the user's own"),
+            optional("autoRename", &Self::autoRename,
+                "take another name where the folder has such a file, instead of replacing it"));
+    }
+};
+
+struct KJsApiCloudDoc::SyncFolderOptions {
+    std::string groupId;
+    std::string folderId;
+    std::string userId;
+    std::int32_t depth = 0;
+    Strings extraParam;
+    static constexpr auto fields()
+    {
+        using Self = SyncFolderOptions;
+        return std::tuple(required("groupId", &Self::groupId, "the folder's group", WrongParameters),
+            required("folderId", &Self::folderId, "the folder", WrongParameters),
+            optional("userId", &Self::userId, "whose; without one the signed-in user's"),
+            optional("depth", &Self::depth, "how many levels below the folder; not negative"),
+            optional("extraParam", &Self::extraParam, "what the service is to know besides"));
+    }
+};
+
+struct KJsApiCloudDoc::SaveOptions {
+    std::string groupId;
+    std::string fileId;
+    std::string fname;
+    std::int32_t itemType = 0;
+    Strings extraParam;
+    static constexpr auto fields()
+    {
+        using Self = SaveOptions;
+        return std::tuple(required("groupId", &Self::groupId, "the directory's group", WrongParameters),
+            required("fileId", &Self::fileId, "the target directory", WrongParameters),
+            required("fname", &Self::fname, "the file's name", WrongParameters),
+            optional("itemType", &Self::itemType, "the kind of file, as the service numbers it"),
+            optional("extraParam", &Self::extraParam, "what the service is to know besides"));
+    }
+};
+
 const MemberList& KJsApiCloudDoc::members()
 {
-    // clang-format off
-    static const MemberList list = MemberList {
-        // member                                                                                  category                answer        parameters
-        property<&KJsApiCloudDoc::orbitapi>(u"Orbitapi",                                           Category::CloudRequest, Type::Object),
-        method<&KJsApiCloudDoc::getCloudCachedFile>(u"getCloudCachedFile",                         Category::CloudRead,    Type::Object, { Type::String }),
-        method<&KJsApiCloudDoc::uploadFile2CloudFolder>(u"uploadFile2CloudFolder",                 Category::CloudWrite,   Type::Object, { Type::JsValue }),
-        method<&KJsApiCloudDoc::openCloudFolder>(u"openCloudFolder",                               Category::CloudOpen,    Type::Object, { Type::JsValue }),
-        method<&KJsApiCloudDoc::getDefaultWorkSpace>(u"getDefaultWorkSpace",                       Category::CloudRead,    Type::Object),
-        method<&KJsApiCloudDoc::createUploadFileTask>(u"createUploadFileTask",                     Category::CloudWrite,   Type::Object, { Type::JsValue }),
-        method<&KJsApiCloudDoc::getMyCloudDocumentsLocalPath>(u"getMyCloudDocumentsLocalPath",     Category::CloudRead,    Type::Object),
-        method<&KJsApiCloudDoc::syncFolder>(u"syncFolder",                                         Category::CloudWrite,   Type::Object, { Type::JsValue }),
-        method<&KJsApiCloudDoc::saveToCloudDir>(u"saveToCloudDir",                                 Category::CloudWrite,   Type::Object, { Type::JsValue }),
-        method<&KJsApiCloudDoc::getRoamingMode>(u"getRoamingMode",                                 Category::CloudRead,    Type::Object),
-        method<&KJsApiCloudDoc::changeRoamingMode>(u"changeRoamingMode",                           Category::CloudWrite,   Type::Object, { Type::String }),
-        method<&KJsApiCloudDoc::getPersonalPrivateGroup>(u"getPersonalPrivateGroup",               Category::CloudRead,    Type::Object),
-    }.withEvents<KJsApiCloudDoc>().handingOut<KJsApiOrbitapi>().handingOut<KJsApiUploadFileTask>();
-    // clang-format on
+    using Self = KJsApiCloudDoc;
+    using namespace CloudOperations;
+    static const MemberList list = MemberList { "The signed-in user's cloud documents, and what happens to "
+                                                "them. Listeners of every page get the events.",
+        {
+            getter<&Self::orbitapi>(u"Orbitapi", Category::CloudRequest, Type::Object,
+                "Generic requests to the cloud service.", { &EmptyHandle }),
+            member<&Self::getCloudCachedFile>(u"getCloudCachedFile", Category::CloudRead, Type::Object,
+                { { Type::String, "cloudPath", "the cloud file's path or id" } },
+                "Resolves with the path of the file's local copy.",
+                { &WrongParameters, &CallFailed, &PromiseServiceError, &FileCachePath.failure }),
+            member<&Self::uploadFile2CloudFolder>(u"uploadFile2CloudFolder", Category::CloudWrite,
+                Type::Object, { Type::JsValue }, "Uploads files into a cloud folder.",
+                { &CallFailed, &PromiseServiceError, &UploadFiles.failure }),
+            member<&Self::openCloudFolder>(u"openCloudFolder", Category::CloudOpen, Type::Object,
+                { Type::JsValue }, "Shows a cloud folder in the suite.",
+                { &CallFailed, &PromiseServiceError, &OpenFolder.failure }),
+            member<&Self::getDefaultWorkSpace>(u"getDefaultWorkSpace", Category::CloudRead, Type::Object,
+                "Resolves with where the user's documents go when nothing else is said.",
+                { &CallFailed, &PromiseServiceError, &DefaultWorkspace.failure }),
+            member<&Self::createUploadFileTask>(u"createUploadFileTask", Category::CloudWrite, Type::Object,
+                { Type::JsValue }, "Returns an UploadFileTask, which has not been started yet.",
+                { &CreateTaskFailed }),
+            member<&Self::getMyCloudDocumentsLocalPath>(u"getMyCloudDocumentsLocalPath", Category::CloudRead,
+                Type::Object,
+                "Resolves with the path of the folder in which cloud documents are kept on this machine.",
+                { &CallFailed, &PromiseServiceError, &MyCloudDocumentsLocalPath.failure }),
+            member<&Self::syncFolder>(u"syncFolder", Category::CloudWrite, Type::Object, { Type::JsValue },
+                "Brings the local copy of a cloud folder up to date.",
+                { &CallFailed, &PromiseServiceError, &SyncFolder.failure }),
+            member<&Self::saveToCloudDir>(u"saveToCloudDir", Category::CloudWrite, Type::Object,
+                { Type::JsValue }, "Saves a file into a directory of the cloud.",
+                { &CallFailed, &PromiseServiceError, &SaveToCloudDir.failure }),
+            member<&Self::getRoamingMode>(u"getRoamingMode", Category::CloudRead, Type::Object,
+                "Resolves with whether the user's documents follow to other machines by themselves.",
+                { &CallFailed, &PromiseServiceError, &GetRoamingMode.failure }),
+            member<&Self::changeRoamingMode>(u"changeRoamingMode", Category::CloudWrite, Type::Object,
+                { { Type::String, "mode" } }, "Changes the mode. Resolves with the one that is in force now.",
+                { &CallFailed, &PromiseServiceError, &ChangeRoamingMode.failure }),
+            member<&Self::getPersonalPrivateGroup>(u"getPersonalPrivateGroup", Category::CloudRead,
+                Type::Object, "Resolves with the user's own group, as the service describes it.",
+                { &CallFailed, &PromiseServiceError, &PersonalPrivateGroup.failure }),
+        } }.withEvents(LoginStatusEvent, RoamingModeEvent, SyncStatusEvent)
+                                       .handingOut<KJsApiOrbitapi>()
+                                       .handingOut<KJsApiUploadFileTask>();
     return list;
 }
 
 const MemberList& KJsApiOrbitapi::members()
 {
-    // clang-format off
-    static const MemberList list {
-        // member                 category                answer        parameters
-        unbuilt(u"commonRequest", Category::CloudRequest, Type::Object, { Type::JsValue, Type::Object }),
-    };
-    // clang-format on
+    static const MemberList list { "Generic requests to the cloud service.",
+        {
+            unbuilt(u"commonRequest", Category::CloudRequest, Type::Object, { Type::JsValue, Type::Object }),
+        } };
     return list;
 }
 
 const MemberList& KJsApiUploadFileTask::members()
 {
-    // clang-format off
-    static const MemberList list = MemberList {
-        // member                                          category              answer
-        method<&KJsApiUploadFileTask::start>(u"start",     Category::CloudWrite, Type::JsValue),
-        method<&KJsApiUploadFileTask::cancel>(u"cancel",   Category::CloudWrite, Type::JsValue),
-        method<&KJsApiUploadFileTask::restart>(u"restart", Category::CloudWrite, Type::JsValue),
-    }.withEvents<KJsApiUploadFileTask>();
-    // clang-format on
+    using Self = KJsApiUploadFileTask;
+    static const MemberList list = MemberList { "One upload. The object stays while its upload is under way "
+                                                "and somebody listens, whether the page keeps it or "
+                                                "not.",
+        {
+            member<&Self::start>(u"start", Category::CloudWrite, Type::JsValue,
+                "Starts the upload. Fails as well while it is under way.", { &TaskIsNull, &StartFailed }),
+            member<&Self::cancel>(u"cancel", Category::CloudWrite, Type::JsValue,
+                "Cancels the upload. Fails as well when none is under way.", { &TaskIsNull, &CancelFailed }),
+            member<&Self::restart>(u"restart", Category::CloudWrite, Type::JsValue,
+                "Cancels the upload, if one is under way, and starts it afresh.",
+                { &TaskIsNull, &RestartFailed }),
+        } }.withEvents(UploadStarted, UploadProgressChanged, UploadFinished);
     return list;
 }
 
@@ -65,206 +203,145 @@ void KJsApiCloudDoc::prepareEvents()
     m_handle->follow();
 }
 
-Reply KJsApiCloudDoc::orbitapi(Call& call)
+void KJsApiCloudDoc::followServices()
 {
-    return call.handOutKept(m_orbitapi, KJsApiOrbitapi::ScriptName);
+    if (m_handle)
+        m_handle->follow();
+}
+
+Answer<Handle<KJsApiOrbitapi>> KJsApiCloudDoc::orbitapi(const JSContextEnv& page)
+{
+    return handOutKept<KJsApiOrbitapi>(page, m_orbitapi);
+}
+
+Answer<Promise<std::string>> KJsApiCloudDoc::getCloudCachedFile(
+    const SignedInUser& user, const JSContextEnv& page, const std::string& cloudPath)
+{
+    if (cloudPath.empty())
+        return WrongParameters;
+    GetCloudFileCachePathArg request;
+    request.userId = user.id().toStdString();
+    request.cloudPath = cloudPath;
+    return KCloudDocApiCaller::send(page, CloudOperations::FileCachePath, request);
+}
+
+Answer<Promise<UploadReport>> KJsApiCloudDoc::uploadFile2CloudFolder(
+    const SignedInUser& user, const JSContextEnv& page, const UploadFilesOptions& options)
+{
+    const auto& files = options.files;
+    if (std::find(files.begin(), files.end(), std::string()) != files.end())
+        return WrongParameters;
+    UploadFilesToCloudArg request;
+    request.userId = user.id().toStdString();
+    request.cloudPath = options.cloudPath;
+    request.srcFiles = files;
+    request.createWhenNoExists = options.createWhenNoExists;
+    request.userData = options.userData;
+    request.uploadFrom = options.uploadFrom;
+    request.extraParam = options.extraParam;
+    return KCloudDocApiCaller::send(page, CloudOperations::UploadFiles, request);
+}
+
+Answer<Promise<ServiceReport>> KJsApiCloudDoc::openCloudFolder(
+    const SignedInUser& user, const JSContextEnv& page, const OpenFolderOptions& options)
+{
+    if (options.cloudPath.empty() && options.fileId.empty())
+        return WrongParameters;
+    OpenVirtualCloudDiskArg request;
+    request.userId = user.id().toStdString();
+    request.openFrom = options.openFrom;
+    request.fileId = options.fileId;
+    request.cloudPath = options.cloudPath;
+    request.createWhenNoExists = options.createWhenNoExists;
+    request.entryIdentifier = options.entryIdentifier;
+    request.extraParam = options.extraParam;
+    return KCloudDocApiCaller::send(page, CloudOperations::OpenFolder, request);
+}
+
+Answer<Promise<Workspace>> KJsApiCloudDoc::getDefaultWorkSpace(const SignedInUser&, const JSContextEnv& page)
+{
+    GetDefaultWorkspaceArg request;
+    request.callFrom = "jsapi";
+    return KCloudDocApiCaller::send(page, CloudOperations::DefaultWorkspace, request);
 }
 
 namespace {
 
-/// The texts of a request, as messages have them: UTF-8.
-class RequestTexts {
-public:
-    explicit RequestTexts(const Options& options)
-        : m_options(options)
+/// What a task is made of: strings, which go to the service as they are.
+struct UploadArguments {
+    QString userId;
+    std::string filePath;
+    std::string businessSource;
+    std::string cloudDir;
+    QString autoRename;
+    static constexpr auto fields()
     {
+        using Self = UploadArguments;
+        return std::tuple(property("userId", &Self::userId, ""), property("filePath", &Self::filePath, ""),
+            property("businessSource", &Self::businessSource, ""), property("cloudDir", &Self::cloudDir, ""),
+            property("autoRename", &Self::autoRename, ""));
     }
-
-    std::string operator()(const QString& text)
-    {
-        m_areUnicode = m_areUnicode && text.isValidUtf16();
-        return text.toStdString();
-    }
-    std::string operator()(const char* name) { return (*this)(m_options.string(name)); }
-    std::map<std::string, std::string> extraParam()
-    {
-        const Options object = m_options.object("extraParam");
-        std::map<std::string, std::string> map;
-        for (const QString& name : object.names())
-            map.emplace((*this)(name), (*this)(object.string(name)));
-        return map;
-    }
-
-    /// False when one of them had half a surrogate pair, in place of which UTF-8 would have something else.
-    bool areUnicode() const { return m_areUnicode; }
-
-private:
-    const Options& m_options;
-    bool m_areUnicode = true;
 };
-
-Reply wrongParameters(Call& call)
-{
-    return call.fail(ErrorCode::BadArgument, WrongParameters);
-}
 
 } // namespace
 
-template <typename Action> Reply KJsApiCloudDoc::withUser(Call& call, Action action)
+Answer<Handle<KJsApiUploadFileTask>> KJsApiCloudDoc::createUploadFileTask(
+    const SignedInUser& user, const JSContextEnv& page, const UploadTaskOptions& options)
 {
-    if (m_handle)
-        m_handle->follow();
-    return withSignedInUser(call, action);
+    const UploadArguments arguments { user.id(), options.filePath, options.businessSource, options.cloudDir,
+        heapString(options.autoRename ? "true" : "false") };
+    return handOutNew<KJsApiUploadFileTask>(page, arguments, CreateTaskFailed);
 }
 
-Reply KJsApiCloudDoc::getCloudCachedFile(Call& call)
+Answer<Promise<std::string>> KJsApiCloudDoc::getMyCloudDocumentsLocalPath(
+    const SignedInUser& user, const JSContextEnv& page)
 {
-    return withUser(call, [&](const QString& userId) {
-        const QString path = convertedText(call.argument(0));
-        if (path.isEmpty() || !path.isValidUtf16())
-            return wrongParameters(call);
-        GetCloudFileCachePathArg request;
-        request.userId = userId.toStdString();
-        request.cloudPath = path.toStdString();
-        return KCloudDocApiCaller::getFileCachePath(call, request);
-    });
+    return KCloudDocApiCaller::send(page, CloudOperations::MyCloudDocumentsLocalPath, user.id());
 }
 
-Reply KJsApiCloudDoc::uploadFile2CloudFolder(Call& call)
+Answer<Promise<ServiceReport>> KJsApiCloudDoc::syncFolder(
+    const SignedInUser& user, const JSContextEnv& page, const SyncFolderOptions& options)
 {
-    return withUser(call, [&](const QString& userId) {
-        const Options options = call.options();
-        RequestTexts text(options);
-        UploadFilesToCloudArg request;
-        request.userId = text(userId);
-        request.cloudPath = text("cloudPath");
-        QVariant files;
-        KJSApiUtil::ConvertJSVariantToQVariant(options.any("files"), files);
-        for (const QVariant& file : files.toList())
-            request.srcFiles.push_back(text(file.toString()));
-        request.createWhenNoExists = options.boolean("createWhenNoExists", true);
-        request.userData = text("userData");
-        request.uploadFrom = text("uploadFrom");
-        request.extraParam = text.extraParam();
-        const bool anyEmpty = std::find(request.srcFiles.begin(), request.srcFiles.end(), std::string())
-            != request.srcFiles.end();
-        if (!text.areUnicode() || request.cloudPath.empty() || request.srcFiles.empty() || anyEmpty)
-            return wrongParameters(call);
-        return KCloudDocApiCaller::uploadFiles(call, request);
-    });
+    if (options.depth < 0)
+        return WrongParameters;
+    SyncFolderArg request;
+    request.userId = options.userId.empty() ? user.id().toStdString() : options.userId;
+    request.groupId = options.groupId;
+    request.fileId = options.folderId;
+    request.depth = options.depth;
+    request.extraParam = options.extraParam;
+    return KCloudDocApiCaller::send(page, CloudOperations::SyncFolder, request);
 }
 
-Reply KJsApiCloudDoc::openCloudFolder(Call& call)
+Answer<Promise<SaveReport>> KJsApiCloudDoc::saveToCloudDir(
+    const SignedInUser& user, const JSContextEnv& page, const SaveOptions& options)
 {
-    return withUser(call, [&](const QString& userId) {
-        const Options options = call.options();
-        RequestTexts text(options);
-        OpenVirtualCloudDiskArg request;
-        request.userId = text(userId);
-        request.openFrom = text("openFrom");
-        request.fileId = text("fileId");
-        request.cloudPath = text("cloudPath");
-        request.createWhenNoExists = options.boolean("createWhenNoExists", false);
-        request.entryIdentifier = text("entryIdentifier");
-        request.extraParam = text.extraParam();
-        if (!text.areUnicode() || (request.cloudPath.empty() && request.fileId.empty()))
-            return wrongParameters(call);
-        return KCloudDocApiCaller::openFolder(call, request);
-    });
+    SaveToCloudDirArg request;
+    request.groupId = options.groupId;
+    request.userId = user.id().toStdString();
+    request.fileId = options.fileId;
+    request.fname = options.fname;
+    request.itemType = options.itemType;
+    request.extraParam = options.extraParam;
+    return KCloudDocApiCaller::send(page, CloudOperations::SaveToCloudDir, request);
 }
 
-Reply KJsApiCloudDoc::getDefaultWorkSpace(Call& call)
+Answer<Promise<RoamingMode>> KJsApiCloudDoc::getRoamingMode(
+    const SignedInUser& user, const JSContextEnv& page)
 {
-    return withUser(call, [&](const QString&) {
-        GetDefaultWorkspaceArg request;
-        request.callFrom = "jsapi";
-        return KCloudDocApiCaller::getDefaultWorkspace(call, request);
-    });
+    return KCloudDocApiCaller::send(page, CloudOperations::GetRoamingMode, user.id());
 }
 
-Reply KJsApiCloudDoc::createUploadFileTask(Call& call)
+Answer<Promise<RoamingMode>> KJsApiCloudDoc::changeRoamingMode(
+    const SignedInUser& user, const JSContextEnv& page, RoamingMode mode)
 {
-    return withUser(call, [&](const QString& userId) {
-        const Options options = call.options();
-        const KRef<KJSONValue> arguments(new KJSONValue);
-        arguments->SetString(QString::fromLatin1("userId"), userId);
-        for (const char* name : { "filePath", "businessSource", "cloudDir" }) {
-            const QString text = options.string(name);
-            if (!text.isValidUtf16())
-                return wrongParameters(call);
-            arguments->SetString(QString::fromLatin1(name), text);
-        }
-        if (options.string("filePath").isEmpty())
-            return wrongParameters(call);
-        arguments->SetString(QString::fromLatin1("autoRename"),
-            QString::fromLatin1(options.boolean("autoRename", false) ? "true" : "false"));
-        return call.handOutNew(
-            KJsApiUploadFileTask::ScriptName, arguments.get(), "Create upload file task failed.");
-    });
+    return KCloudDocApiCaller::changeRoamingMode(page, user.id(), mode);
 }
 
-Reply KJsApiCloudDoc::getMyCloudDocumentsLocalPath(Call& call)
+Answer<Promise<std::string>> KJsApiCloudDoc::getPersonalPrivateGroup(
+    const SignedInUser& user, const JSContextEnv& page)
 {
-    return withUser(call, [&](const QString& userId) {
-        return KCloudDocApiCaller::getMyCloudDocumentsLocalPath(call, userId);
-    });
-}
-
-Reply KJsApiCloudDoc::syncFolder(Call& call)
-{
-    return withUser(call, [&](const QString& userId) {
-        const Options options = call.options();
-        RequestTexts text(options);
-        SyncFolderArg request;
-        const QString otherUser = options.string("userId");
-        request.userId = text(otherUser.isEmpty() ? userId : otherUser);
-        request.groupId = text("groupId");
-        request.fileId = text("folderId");
-        request.depth = options.integer("depth", 0);
-        request.extraParam = text.extraParam();
-        if (!text.areUnicode() || request.groupId.empty() || request.fileId.empty() || request.depth < 0)
-            return wrongParameters(call);
-        return KCloudDocApiCaller::syncFolder(call, request);
-    });
-}
-
-Reply KJsApiCloudDoc::saveToCloudDir(Call& call)
-{
-    return withUser(call, [&](const QString& userId) {
-        const Options options = call.options();
-        RequestTexts text(options);
-        SaveToCloudDirArg request;
-        request.groupId = text("groupId");
-        request.userId = text(userId);
-        request.fileId = text("fileId");
-        request.fname = text("fname");
-        request.itemType = options.integer("itemType", 0);
-        request.extraParam = text.extraParam();
-        if (!text.areUnicode() || request.groupId.empty() || request.fileId.empty() || request.fname.empty())
-            return wrongParameters(call);
-        return KCloudDocApiCaller::saveToCloudDir(call, request);
-    });
-}
-
-Reply KJsApiCloudDoc::getRoamingMode(Call& call)
-{
-    return withUser(
-        call, [&](const QString& userId) { return KCloudDocApiCaller::getRoamingMode(call, userId); });
-}
-
-Reply KJsApiCloudDoc::changeRoamingMode(Call& call)
-{
-    return withUser(call, [&](const QString& userId) {
-        const QString mode = call.string(0);
-        return isRoamingMode(mode) ? KCloudDocApiCaller::changeRoamingMode(call, userId, mode)
-                                   : wrongParameters(call);
-    });
-}
-
-Reply KJsApiCloudDoc::getPersonalPrivateGroup(Call& call)
-{
-    return withUser(call,
-        [&](const QString& userId) { return KCloudDocApiCaller::getPersonalPrivateGroup(call, userId); });
+    return KCloudDocApiCaller::send(page, CloudOperations::PersonalPrivateGroup, user.id());
 }
 
 KJsApiUploadFileTask::~KJsApiUploadFileTask()
@@ -288,25 +365,25 @@ void KJsApiUploadFileTask::Initialise(IJSONValue* options)
         return;
     m_task = new KUploadFileTask(arguments);
     m_task->setParent(libraryOwner());
-    const auto forward = [&](auto signal, const char* event) {
-        QObject::connect(m_task, signal, [this, event](const QVariantMap& task) { send(event, task); });
+    const auto follow = [&](auto signal, const Event<UploadState>& event) {
+        QObject::connect(m_task, signal, [this, &event](const QVariantMap& task) { forward(event, task); });
     };
-    forward(&KUploadFileTask::sigStarted, "cloud.upload.started");
-    forward(&KUploadFileTask::sigProgressChanged, "cloud.upload.progressChanged");
-    forward(&KUploadFileTask::sigFinished, "cloud.upload.finished");
+    follow(&KUploadFileTask::sigStarted, UploadStarted);
+    follow(&KUploadFileTask::sigProgressChanged, UploadProgressChanged);
+    follow(&KUploadFileTask::sigFinished, UploadFinished);
     QObject::connect(m_task, &QObject::destroyed, [this] { keepWhile(false); });
 }
 
-void KJsApiUploadFileTask::send(const char* event, const QVariantMap& task)
+void KJsApiUploadFileTask::forward(const Event<UploadState>& event, const QVariantMap& task)
 {
     // A listener may let go of the last other reference.
     AddRef();
     const KRef<IJSExtentionObject> held(this);
-    tell(event, task);
+    send(event, task);
     keepWhile(m_task && m_task->isRunning() && hasListeners());
 }
 
-/// Without this the collector would decide whether a page that has let the object go hears the end.
+/// Without this the collector would decide whether the end reaches a page that has let the object go.
 void KJsApiUploadFileTask::keepWhile(bool isNeeded)
 {
     if (isNeeded == static_cast<bool>(m_self))
@@ -316,26 +393,30 @@ void KJsApiUploadFileTask::keepWhile(bool isNeeded)
     m_self = KRef<IJSExtentionObject>(isNeeded ? this : nullptr);
 }
 
-Reply KJsApiUploadFileTask::act(Call& call, bool (KUploadFileTask::*action)(), const char* failure)
+Answer<void> KJsApiUploadFileTask::act(bool (KUploadFileTask::*action)(), const Failure& failure)
 {
     if (!m_task)
-        return call.fail(ErrorCode::OperationFailed, "task is null.");
+        return TaskIsNull;
     const bool done = (m_task->*action)();
     keepWhile(m_task->isRunning());
-    return done ? call.succeed() : call.fail(ErrorCode::OperationFailed, failure);
+    if (!done)
+        return failure;
+    return {};
 }
 
-Reply KJsApiUploadFileTask::start(Call& call)
+Answer<void> KJsApiUploadFileTask::start()
 {
-    return act(call, &KUploadFileTask::start, "task start failed.");
+    return act(&KUploadFileTask::start, StartFailed);
 }
 
-Reply KJsApiUploadFileTask::cancel(Call& call)
+Answer<void> KJsApiUploadFileTask::cancel()
 {
-    return act(call, &KUploadFileTask::cancel, "task cancel failed.");
+    return act(&KUploadFileTask::cancel, CancelFailed);
 }
 
-Reply KJsApiUploadFileTask::restart(Call& call)
+Answer<void> KJsApiUploadFileTask::restart()
 {
-    return act(call, &KUploadFileTask::restart, "task restart failed.");
+    return act(&KUploadFileTask::restart, RestartFailed);
 }
+
+} // namespace jsapi

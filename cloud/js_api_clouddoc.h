@@ -1,66 +1,59 @@
 #pragma once
 
+#include "cloud/clouddocapicaller.h"
 #include "cloud/clouddoceventhandle.h"
+#include "cloud/signedinuser.h"
 #include "cloud/uploadfiletask.h"
 #include "framework/events.h"
 
 #include <QPointer>
 #include <memory>
 
+namespace jsapi {
+
+class KJsApiOrbitapi;
+class KJsApiUploadFileTask;
+
 /// "NovaExtension.CloudDoc": the signed-in user's cloud documents, and what happens to them: the events of
 /// KCloudDocEventHandle, which go to the listeners of every page.
-///
-/// Every method but the event members fails with, in this order: 3 "Cloud service error." (the suite has no
-/// cloud service), 3 "Get account SDK error.", 3 "User not login", 1 "wrong parameters.". Those that answer a
-/// promise fail with 3 "Call %1 failed." (%1 the procedure: the service refused the request) and 3 "Promise
-/// Service error.", and reject, code 3, with the text named below when the service answers that it failed.
 class KJsApiCloudDoc final : public KJCExtendJsEventObj<KJsApiCloudDoc> {
 public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.CloudDoc";
     static const MemberList& members();
 
-    /// Property: the Orbitapi object.
-    Reply orbitapi(Call& call);
-    /// (cloudPath: string, the cloud file's path or id) -> promise of the path of its local copy. "Get file
-    /// cache info failed.".
-    Reply getCloudCachedFile(Call& call);
-    /// {cloudPath: string, files: string[] (not empty), createWhenNoExists = true, userData?: string,
-    /// uploadFrom?: string, extraParam?: object of texts} -> promise of {userData, extraParam}. "Sync files
-    /// failed.".
-    Reply uploadFile2CloudFolder(Call& call);
-    /// {cloudPath: string, or fileId: string, openFrom?, entryIdentifier?: strings, createWhenNoExists =
-    /// false, extraParam?: object of texts} -> promise of {extraParam}. "open folder failed.".
-    Reply openCloudFolder(Call& call);
-    /// () -> promise of {isEnterpriseIP: boolean, uploadCloudPath, showCloudPath, groupId: strings}. "Get
-    /// default workspace failed.".
-    Reply getDefaultWorkSpace(Call& call);
-    /// {filePath: string, businessSource?, cloudDir?: strings, autoRename = false} -> an UploadFileTask.
-    /// Failure: 3 "Create upload file task failed.".
-    Reply createUploadFileTask(Call& call);
-    /// () -> promise of the path of the folder in which cloud documents are kept on this machine. "Get my
-    /// cloud documents local path failed.".
-    Reply getMyCloudDocumentsLocalPath(Call& call);
-    /// {groupId: string, folderId: string, userId = the signed-in user's, depth = 0, extraParam?: object of
-    /// texts}
-    /// -> promise of {extraParam}. "Sync folder failed.".
-    Reply syncFolder(Call& call);
-    /// {groupId: string, fileId: string (the target directory), fname: string (the file's name), itemType =
-    /// 0, extraParam?: object of texts} -> promise of {cloudPath, extraParam}. "Save to cloud dir failed.".
-    Reply saveToCloudDir(Call& call);
-    /// () -> promise of "auto" or "manual". "Get roaming mode failed.".
-    Reply getRoamingMode(Call& call);
-    /// ("auto" or "manual") -> promise of the mode now in force. "Change roaming mode failed.".
-    Reply changeRoamingMode(Call& call);
-    /// () -> promise of a text, the group as the service describes it. "Get personal private group failed.".
-    Reply getPersonalPrivateGroup(Call& call);
+    struct UploadFilesOptions;
+    struct OpenFolderOptions;
+    struct UploadTaskOptions;
+    struct SyncFolderOptions;
+    struct SaveOptions;
 
-protected:
-    /// Listeners of any kind have the handle follow the proxy.
+    Answer<Handle<KJsApiOrbitapi>> orbitapi(const JSContextEnv& page);
+    Answer<Promise<std::string>> getCloudCachedFile(
+        const SignedInUser& user, const JSContextEnv& page, const std::string& cloudPath);
+    Answer<Promise<UploadReport>> uploadFile2CloudFolder(
+        const SignedInUser& user, const JSContextEnv& page, const UploadFilesOptions& options);
+    Answer<Promise<ServiceReport>> openCloudFolder(
+        const SignedInUser& user, const JSContextEnv& page, const OpenFolderOptions& options);
+    Answer<Promise<Workspace>> getDefaultWorkSpace(const SignedInUser& user, const JSContextEnv& page);
+    Answer<Handle<KJsApiUploadFileTask>> createUploadFileTask(
+        const SignedInUser& user, const JSContextEnv& page, const UploadTaskOptions& options);
+    Answer<Promise<std::string>> getMyCloudDocumentsLocalPath(
+        const SignedInUser& user, const JSContextEnv& page);
+    Answer<Promise<ServiceReport>> syncFolder(
+        const SignedInUser& user, const JSContextEnv& page, const SyncFolderOptions& options);
+    Answer<Promise<SaveReport>> saveToCloudDir(
+        const SignedInUser& user, const JSContextEnv& page, const SaveOptions& options);
+    Answer<Promise<RoamingMode>> getRoamingMode(const SignedInUser& user, const JSContextEnv& page);
+    Answer<Promise<RoamingMode>> changeRoamingMode(
+        const SignedInUser& user, const JSContextEnv& page, RoamingMode mode);
+    Answer<Promise<std::string>> getPersonalPrivateGroup(const SignedInUser& user, const JSContextEnv& page);
+
+    /// Has the handle follow the proxy as soon as there may be listeners.
     void prepareEvents() override;
+    /// Has the handle look whether the suite has replaced the proxy.
+    void followServices();
 
 private:
-    template <typename Action> Reply withUser(Call& call, Action action);
-
     KRef<IJSExtentionObject> m_orbitapi;
     std::unique_ptr<KCloudDocEventHandle> m_handle;
 };
@@ -72,12 +65,8 @@ public:
     static const MemberList& members();
 };
 
-/// "NovaExtension.CloudDoc.UploadFileTask": one upload, with events of its own: "cloud.upload.started"
-/// {taskId}, "cloud.upload.progressChanged" about once a second, and "cloud.upload.finished" once, both
-/// {taskId, status, data, uploadErrorCode, type}, all texts as the service tells them. An upload has ended
-/// with status "1", "2" or "6", or with "-1" when the service did not begin it or tells nothing of it any
-/// more. The object stays while its upload is under way and somebody listens, whether the page keeps it or
-/// not.
+/// "NovaExtension.CloudDoc.UploadFileTask": one upload, with events of its own. The object stays while its
+/// upload is under way and somebody listens, whether the page keeps it or not.
 class KJsApiUploadFileTask final : public KJCExtendJsObj_InstanceLevelEvent<KJsApiUploadFileTask>,
                                    public IJSCreatable {
 public:
@@ -85,20 +74,20 @@ public:
     static const MemberList& members();
 
     ~KJsApiUploadFileTask() override;
-    /// Makes the task of the texts in `options`.
+    /// Makes the task of the strings in `options`.
     void Initialise(IJSONValue* options) override;
 
-    // () -> undefined. Failures, all 3: "task is null.", and each its own: "task start failed." (also while
-    // the upload is under way), "task cancel failed." (also when there is no upload), "task restart failed.".
-    Reply start(Call& call);
-    Reply cancel(Call& call);
-    Reply restart(Call& call);
+    Answer<void> start();
+    Answer<void> cancel();
+    Answer<void> restart();
 
 private:
-    Reply act(Call& call, bool (KUploadFileTask::*action)(), const char* failure);
-    void send(const char* event, const QVariantMap& task);
+    Answer<void> act(bool (KUploadFileTask::*action)(), const Failure& failure);
+    void forward(const Event<UploadState>& event, const QVariantMap& task);
     void keepWhile(bool isNeeded);
 
     QPointer<KUploadFileTask> m_task;
-    KRef<IJSExtentionObject> m_self; ///< set while somebody is to hear of the upload
+    KRef<IJSExtentionObject> m_self; ///< set while somebody is to be informed of the upload
 };
+
+} // namespace jsapi

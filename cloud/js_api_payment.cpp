@@ -1,12 +1,14 @@
 #include "cloud/js_api_payment.h"
 
+namespace jsapi {
+
 const MemberList& KJsApiPayment::members()
 {
-    // clang-format off
-    static const MemberList list {
-        // member        category            answer         parameters
-        unbuilt(u"open", Category::Purchase, Type::JsValue, { Type::JsValue }),
-    };
-    // clang-format on
+    static const MemberList list { "Opens the suite's purchase page.",
+        {
+            unbuilt(u"open", Category::Purchase, Type::JsValue, { Type::JsValue }),
+        } };
     return list;
 }
+
+} // namespace jsapi

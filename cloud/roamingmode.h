@@ -1,10 +1,15 @@
 // Roaming modes: whether the user's documents follow them to other machines by themselves.
 #pragma once
 
-#include <QString>
+#include "framework/converter.h"
 
-/// Whether a text names a mode; there is no other.
-inline bool isRoamingMode(const QString& text)
-{
-    return text == QLatin1String("auto") || text == QLatin1String("manual");
-}
+namespace jsapi {
+
+enum class RoamingMode { Auto, Manual };
+template <>
+inline constexpr std::array<Choice<RoamingMode>, 2> ChoicesOf<RoamingMode> { {
+    { RoamingMode::Auto, "auto" },
+    { RoamingMode::Manual, "manual" },
+} };
+
+} // namespace jsapi

@@ -14,6 +14,8 @@
 #include <utility>
 #include <vector>
 
+namespace jsapi {
+
 /// Follows on use; while there is no service it looks for one once a second. Needs an application. [GUI
 /// thread]
 template <typename Service> class KServiceFollower {
@@ -69,3 +71,5 @@ private:
     Connections m_connections;
     QTimer m_retry; ///< runs while there is no service
 };
+
+} // namespace jsapi

@@ -1,23 +1,56 @@
-// What every member that asks the cloud-document service needs first: the service, and a user.
+// What every member that requests something of the cloud-document service needs first: the service, and a
+// user.
 #pragma once
 
-#include "framework/call.h"
+#include "framework/arguments.h"
 #include "suite/kaccountsdk.h"
 #include "suite/kcoreapplication.h"
 
-inline constexpr char WrongCloudService[] = "Cloud service error.";
+namespace jsapi {
 
-/// Has `action` answer with the id of the signed-in user. Failures, all 3 and looked for in this order:
-/// "Cloud service error.", "Get account SDK error.", "User not login".
-template <typename Action> Reply withSignedInUser(Call& call, Action action)
-{
-    if (!KCoreApplication::cloudIpcService())
-        return call.fail(ErrorCode::OperationFailed, WrongCloudService);
-    kacctoutsdk::KAccountSdkProxy* accounts = KCoreApplication::getAccountSDK();
-    const kacctoutsdk::IKAccount* account = accounts ? accounts->getAccount(QString()) : nullptr;
-    if (!account)
-        return call.fail(ErrorCode::OperationFailed, "Get account SDK error.");
-    if (!account->isLoggedIn())
-        return call.fail(ErrorCode::OperationFailed, "User not login");
-    return action(account->userInfo().userId);
-}
+inline constexpr Failure NoCloudService { ErrorCode::OperationFailed, "Cloud service error." };
+inline constexpr Failure NoAccountSdk { ErrorCode::OperationFailed, "Get account SDK error." };
+inline constexpr Failure NotLoggedIn { ErrorCode::OperationFailed, "User not login" };
+
+/// The signed-in user, while there is a cloud service. As a parameter it comes first, so that these are
+/// refused first.
+class SignedInUser {
+public:
+    explicit SignedInUser(QString id)
+        : m_id(std::move(id))
+    {
+    }
+    const QString& id() const noexcept { return m_id; }
+
+private:
+    QString m_id;
+};
+
+template <> struct Argument<SignedInUser> {
+    static constexpr bool IsScript = false;
+    static constexpr std::array Refusals { &NoCloudService, &NoAccountSdk, &NotLoggedIn };
+    template <typename Object> bool read(ArgumentReader& reader, Object& object)
+    {
+        object.followServices();
+        return find(reader);
+    }
+    const SignedInUser& get() const { return *user; }
+    std::optional<SignedInUser> user;
+
+private:
+    bool find(ArgumentReader& reader)
+    {
+        if (!KCoreApplication::cloudIpcService())
+            return reader.refuse(NoCloudService);
+        kacctoutsdk::KAccountSdkProxy* accounts = KCoreApplication::getAccountSDK();
+        const kacctoutsdk::IKAccount* account = accounts ? accounts->getAccount(QString()) : nullptr;
+        if (!account)
+            return reader.refuse(NoAccountSdk);
+        if (!account->isLoggedIn())
+            return reader.refuse(NotLoggedIn);
+        user.emplace(account->userInfo().userId);
+        return true;
+    }
+};
+
+} // namespace jsapi

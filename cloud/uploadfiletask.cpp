@@ -2,6 +2,8 @@
 
 #include "framework/values.h"
 
+namespace jsapi {
+
 namespace {
 
 constexpr int PollIntervalMs = 1000;
@@ -29,14 +31,15 @@ QString KUploadFileTask::ask(const char* method, const QMap<QString, QString>& a
     KLarkIpcWrapper::Callback<LarkIpcResult> callback)
 {
     return m_service.call<LarkIpcResult>(
-        QString::fromUtf16(LarkIpcCall), larkIpcArg(ownText(method), arguments), std::move(callback));
+        QString::fromUtf16(LarkIpcCall), larkIpcArg(heapString(method), arguments), std::move(callback));
 }
 
 QString KUploadFileTask::askOf(
     const QString& taskId, const char* method, KLarkIpcWrapper::Callback<LarkIpcResult> callback)
 {
     return ask(method,
-        { { ownText("userId"), m_arguments.value(ownText("userId")) }, { ownText("taskId"), taskId } },
+        { { heapString("userId"), m_arguments.value(heapString("userId")) },
+            { heapString("taskId"), taskId } },
         std::move(callback));
 }
 
@@ -98,13 +101,13 @@ void KUploadFileTask::onBegun(int run, bool ok, const LarkIpcResult& result)
     m_pollTimer.start();
     if (std::exchange(m_isToBeCancelled, false))
         askToCancel(taskId);
-    Q_EMIT sigStarted({ { ownText("taskId"), m_taskId } });
+    Q_EMIT sigStarted({ { heapString("taskId"), m_taskId } });
 }
 
 void KUploadFileTask::poll()
 {
     if (m_unanswered >= MostUnanswered)
-        return finish({ { ownText("taskId"), m_taskId } });
+        return finish({ { heapString("taskId"), m_taskId } });
     ++m_unanswered;
     const int run = m_run;
     askOf(m_taskId, "getTaskState",
@@ -121,7 +124,7 @@ void KUploadFileTask::onState(int run, bool ok, const LarkIpcResult& result)
     if (run != m_run || !m_running)
         return;
     bool isNumber = false;
-    const int status = task.value(ownText("status")).toString().toInt(&isNumber);
+    const int status = task.value(heapString("status")).toString().toInt(&isNumber);
     if (!ok || !isNumber)
         return;
     m_unanswered = 0;
@@ -135,10 +138,10 @@ QVariantMap KUploadFileTask::report(const LarkIpcResult& result) const
     for (const auto& [name, value] : result.resultMap)
         task.insert(QString::fromStdString(name), QString::fromStdString(value));
     if (!m_taskId.isEmpty())
-        task.insert(ownText("taskId"), m_taskId);
+        task.insert(heapString("taskId"), m_taskId);
     // A service that refuses says why in the state alone.
-    if (result.state != 0 && !task.contains(ownText("uploadErrorCode")))
-        task.insert(ownText("uploadErrorCode"), QString::number(result.state));
+    if (result.state != 0 && !task.contains(heapString("uploadErrorCode")))
+        task.insert(heapString("uploadErrorCode"), QString::number(result.state));
     return task;
 }
 
@@ -147,7 +150,9 @@ void KUploadFileTask::finish(QVariantMap task)
     m_pollTimer.stop();
     m_running = false;
     bool isNumber = false;
-    if (!isFinal(task.value(ownText("status")).toString().toInt(&isNumber)) || !isNumber)
-        task.insert(ownText("status"), QString::number(Lost));
+    if (!isFinal(task.value(heapString("status")).toString().toInt(&isNumber)) || !isNumber)
+        task.insert(heapString("status"), QString::number(Lost));
     Q_EMIT sigFinished(task);
 }
+
+} // namespace jsapi

@@ -2,11 +2,34 @@
 #pragma once
 
 #include "cloud/ipc/larkipcwrapper.h"
+#include "framework/fields.h"
 
 #include <QTimer>
 #include <QVariantMap>
 
-/// Starts the upload and asks once a second how it stands, until it has ended. [GUI thread]
+namespace jsapi {
+
+/// How an upload stands, all as the service reports it. What it does not report is left out.
+struct UploadState {
+    QString taskId;
+    std::optional<QString> status;
+    std::optional<QString> data;
+    std::optional<QString> uploadErrorCode;
+    std::optional<QString> type;
+    static constexpr auto fields()
+    {
+        using Self = UploadState;
+        return std::tuple(property("taskId", &Self::taskId, "the service's name for the upload"),
+            property("status", &Self::status,
+                "an integer in decimal; `1`, `2` and `6` are final, `-1` that nothing is known of the "
+                "upload"),
+            property("data", &Self::data, "what the service says of the file"),
+            property("uploadErrorCode", &Self::uploadErrorCode, "why it failed"),
+            property("type", &Self::type, "the kind of transfer"));
+    }
+};
+
+/// Starts the upload and queries once a second how it stands, until it has ended. [GUI thread]
 class KUploadFileTask final : public QObject {
     Q_OBJECT
 
@@ -57,3 +80,5 @@ private:
     int m_run = 0;                  ///< replies to an upload before the last restart are not heard
     int m_unanswered = 0;           ///< polls since the last answer
 };
+
+} // namespace jsapi

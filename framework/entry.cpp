@@ -6,6 +6,7 @@
 #include "cloud/js_api_payment.h"
 #include "cloud/js_api_syncfolder.h"
 #include "framework/factory.h"
+#include "framework/objects.h"
 #include "local/js_api_bytebuffer.h"
 #include "local/js_api_configcenter.h"
 #include "local/js_api_crypto.h"
@@ -27,51 +28,64 @@
 #include "webui/js_api_webview.h"
 #include "webui/js_api_webviewmgr.h"
 
+namespace jsapi {
+
 namespace {
 
-struct Row {
-    const char* name;
-    ExtensionFactory factory;
-};
+template <typename T> constexpr RegisteredObject shared(const char* name)
+{
+    return { name, sharedObjectFactory<T>, InstanceMode::Shared, &T::members };
+}
 
-constexpr Row Objects[] = {
-    { "Hive", sharedObjectFactory<KJsApiHive> },
-    { "ByteBufferManager", sharedObjectFactory<KJsApiByteBufferManager> },
-    { "FileSystem", sharedObjectFactory<KJsApiFileSystem> },
-    { "Network", sharedObjectFactory<KJsApiNetwork> },
-    { "Novaoffice", sharedObjectFactory<KJsApiNovaoffice> },
-    { "TelemetrySdk", sharedObjectFactory<KJsApiTelemetrySdk> },
-    { "Log", sharedObjectFactory<KJsApiLog> },
-    { "ConfigCenter", sharedObjectFactory<KJsApiConfigCenter> },
-    { "CirrusConfig", sharedObjectFactory<KJsApiCirrusConfig> },
-    { "PluginManager", sharedObjectFactory<KJsApiPluginManager> },
-    { "Webview", perPageObjectFactory<KJsApiWebview, InstanceMode::Webview> },
-    { "WebviewMgr", sharedObjectFactory<KJsApiWebviewMgr> },
-    { "Profile", sharedObjectFactory<KJsApiProfile> },
-    { "Crypto", sharedObjectFactory<KJsApiCrypto> },
-    { "CloudDoc", sharedObjectFactory<KJsApiCloudDoc> },
-    { "SettingsManager", sharedObjectFactory<KJsApiSettingsManager> },
-    { "Utils", sharedObjectFactory<KJsApiUtils> },
-    { "Product", sharedObjectFactory<KJsApiProduct> },
-    { "Tools", sharedObjectFactory<KJsApiTools> },
-    { "Event", sharedObjectFactory<KJsApiEvent> },
-    { "Payment", sharedObjectFactory<KJsApiPayment> },
-    { "Skin", sharedObjectFactory<KJsApiSkin> },
-    { "Account", sharedObjectFactory<KJsApiAccount> },
-    { "CloudAdapter", sharedObjectFactory<KJsApiCloudAdapter> },
-    { "AiDocsChat", perPageObjectFactory<KJsApiAiDocsChat, InstanceMode::PerPage> },
-    { "SyncFolder", sharedObjectFactory<KJsApiSyncFolder> },
-    { "WebDocsControl", sharedObjectFactory<KJObjWebDocsControl> },
-    { "KContract", perPageObjectFactory<KJObjContract, InstanceMode::PerPage> },
+template <typename T, std::uint32_t Mode> constexpr RegisteredObject perPage(const char* name)
+{
+    return { name, perPageObjectFactory<T, Mode>, Mode, &T::members };
+}
+
+constexpr RegisteredObject Objects[] {
+    shared<KJsApiHive>("Hive"),
+    shared<KJsApiByteBufferManager>("ByteBufferManager"),
+    shared<KJsApiFileSystem>("FileSystem"),
+    shared<KJsApiNetwork>("Network"),
+    shared<KJsApiNovaoffice>("Novaoffice"),
+    shared<KJsApiTelemetrySdk>("TelemetrySdk"),
+    shared<KJsApiLog>("Log"),
+    shared<KJsApiConfigCenter>("ConfigCenter"),
+    shared<KJsApiCirrusConfig>("CirrusConfig"),
+    shared<KJsApiPluginManager>("PluginManager"),
+    perPage<KJsApiWebview, InstanceMode::Webview>("Webview"),
+    shared<KJsApiWebviewMgr>("WebviewMgr"),
+    shared<KJsApiProfile>("Profile"),
+    shared<KJsApiCrypto>("Crypto"),
+    shared<KJsApiCloudDoc>("CloudDoc"),
+    shared<KJsApiSettingsManager>("SettingsManager"),
+    shared<KJsApiUtils>("Utils"),
+    shared<KJsApiProduct>("Product"),
+    shared<KJsApiTools>("Tools"),
+    shared<KJsApiEvent>("Event"),
+    shared<KJsApiPayment>("Payment"),
+    shared<KJsApiSkin>("Skin"),
+    shared<KJsApiAccount>("Account"),
+    shared<KJsApiCloudAdapter>("CloudAdapter"),
+    perPage<KJsApiAiDocsChat, InstanceMode::PerPage>("AiDocsChat"),
+    shared<KJsApiSyncFolder>("SyncFolder"),
+    shared<KJObjWebDocsControl>("WebDocsControl"),
+    perPage<KJObjContract, InstanceMode::PerPage>("KContract"),
 };
 
 } // namespace
+
+std::span<const RegisteredObject> registeredObjects()
+{
+    return Objects;
+}
+
+} // namespace jsapi
 
 void GetNovaExtensionJsApiObj(ExtensionFactoryMap* factories)
 {
     if (!factories)
         return;
-    // The keys stay with the suite when this library has gone, so they must not lie in its static data.
-    for (const Row& row : Objects)
-        (*factories)[QString::fromLatin1(row.name)] = row.factory;
+    for (const jsapi::RegisteredObject& object : jsapi::registeredObjects())
+        (*factories)[heapString(object.name)] = object.factory;
 }

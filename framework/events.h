@@ -1,36 +1,113 @@
 // Events: a class whose objects have listeners derives from one of the two templates at the end and ends its
-// member table with withEvents<itself>().
+// member table with withEvents<itself>(its events). An event is a constant with the struct that it carries:
+//
+//     static constexpr jsapi::Event<LoginChange> LoginEvent { "event.account.login", "A user has signed in."
+//     };
+//     ...
+//     account.send(LoginEvent, { .userId = id });
 #pragma once
 
 #include "framework/extensionobject.h"
 
-#include <QVariantMap>
+namespace jsapi {
+
+/// An event: its name, what it means, and the type of the one object that it carries.
+template <typename Payload> struct Event {
+    const char* name;
+    const char* doc;
+};
+
+} // namespace jsapi
 
 /// What an event-capable object offers to native code. [GUI thread]
 class IKJSExtentionApiEvent {
 public:
-    /// The object's hub, asked of the JS core once; null without a JS core or without hubs. Owned by the JS
-    /// core.
+    /// The object's hub, requested from the JS core once; null without a JS core or without hubs. Owned by
+    /// the JS core.
     virtual IJSEventHub* hub() = 0;
-    /// Sends an event to the listeners of one page, or of every page. Does nothing without a hub.
-    virtual void dispatch(
-        const QString& event, const JSContextEnv& target, const std::vector<KJSVariant>& payload) = 0;
-    /// Sends an event that carries one object to the listeners of every page.
-    void tell(const char* event, const QVariantMap& values);
+    /// Called before each member that concerns listeners: whatever the events come from is connected then.
+    virtual void prepareEvents() { }
+
+    /// Sends an event to the listeners of every page, or of one. Does nothing without a hub.
+    template <typename Payload>
+    void send(const jsapi::Event<Payload>& event, const Payload& payload,
+        const JSContextEnv& target = JSContextEnv::everyContext())
+    {
+        dispatch(event.name, jsapi::toMap(payload), target);
+    }
+    /// The same with the payload as the service gave it, which may add keys to those of `Payload`.
+    template <typename Payload> void send(const jsapi::Event<Payload>& event, const QVariantMap& payload)
+    {
+        dispatch(event.name, payload, JSContextEnv::everyContext());
+    }
     /// Whether any page listens to any event.
     bool hasListeners();
 
 protected:
     ~IKJSExtentionApiEvent() = default;
+
+private:
+    void dispatch(const char* event, const QVariantMap& payload, const JSContextEnv& target);
 };
 
-/// The four generic event members, over whichever hub the derived template obtains.
+namespace jsapi {
+
+inline constexpr Failure EventServiceError { ErrorCode::OperationFailed, "Event service error." };
+
+/// The hub of the object that is called, as a parameter. Whatever the events come from is connected first.
+template <> struct Argument<IJSEventHub> {
+    static constexpr bool IsScript = false;
+    static constexpr std::array Refusals { &EventServiceError };
+    bool read(ArgumentReader& reader, KJCExtentionObjBase& object);
+    IJSEventHub& get() const { return *hub; }
+    IJSEventHub* hub = nullptr;
+};
+
+/// The name of an event; what is no string is converted, or else an empty name.
+struct EventName {
+    QString string;
+};
+template <> struct Argument<EventName> : ArgumentValue<EventName> {
+    bool read(ArgumentReader& reader)
+    {
+        value.string = convertToString(reader.next().raw()).value_or(QString());
+        return true;
+    }
+};
+
+/// Adds a listener of one event, or removes it: one of the hub's two operations, which returns their status.
+using HubChange = KResult (IJSEventHub::*)(const QString&, const JSContextEnv&, const KJSVariant&);
+template <const auto& ListenedEvent, HubChange Change, typename... Services>
+Answer<void> changeListener(
+    const Services&..., IJSEventHub& events, const JSContextEnv& page, const KJSVariant& callback)
+{
+    if ((events.*Change)(heapString(ListenedEvent.name), page, callback) != KR_OK)
+        return WrongParameters;
+    return {};
+}
+
+/// The row of two members that add and remove listeners of one event. `Services` are refused before anything
+/// else.
+template <typename T, const auto& ListenedEvent, typename... Services>
+MemberDescriptor listeners(const char16_t* add, const char16_t* remove, Category category)
+{
+    constexpr auto Add = &changeListener<ListenedEvent, &IJSEventHub::Add, Services...>;
+    constexpr auto Remove = &changeListener<ListenedEvent, &IJSEventHub::Remove, Services...>;
+    MemberDescriptor row = member<Add, T>(
+        add, category, Type::JsValue, { { Type::Object, "callback" } }, "", { &WrongParameters });
+    row.counterpart = remove;
+    row.counterpartInvoke = reinterpret_cast<JSMemberInvoke>(&detail::Thunk<Remove, T>::method);
+    row.documentation.describeListeners(ListenedEvent);
+    return row;
+}
+
+} // namespace jsapi
+
+/// An object with a hub, whichever the derived template obtains.
 template <typename T>
 class KJCExtendJsObj_EventBase : public KJCExtendJsObj<T>, public IKJSExtentionApiEvent {
 public:
-    static MemberList eventMembers();
-
-    IKJSExtentionApiEvent* GetApiEvent() { return this; }
+    IKJSExtentionApiEvent* GetApiEvent() final { return this; }
 
     IJSEventHub* hub() final
     {
@@ -42,82 +119,13 @@ public:
         return m_hub;
     }
 
-    void dispatch(
-        const QString& event, const JSContextEnv& target, const std::vector<KJSVariant>& payload) final
-    {
-        if (IJSEventHub* events = hub())
-            events->Dispatch(event, target, payload);
-    }
-
-    Reply addEventListener(Call& call)
-    {
-        return withHub(call, [&](IJSEventHub& events) {
-            return call.status(
-                events.Add(convertedText(call.argument(0)), call.context(), call.copiedArgument(1)));
-        });
-    }
-
-    Reply removeEventListener(Call& call)
-    {
-        return withHub(call, [&](IJSEventHub& events) {
-            return call.status(
-                events.Remove(convertedText(call.argument(0)), call.context(), call.copiedArgument(1)));
-        });
-    }
-
-    Reply dispatchEvent(Call& call)
-    {
-        return withHub(call, [&](IJSEventHub& events) {
-            const bool onlyCaller = call.count() < 2 || convertedBoolean(call.argument(1), true);
-            std::vector<KJSVariant> payload;
-            for (std::size_t i = 2; i < call.count(); ++i)
-                payload.push_back(call.copiedArgument(i));
-            events.Dispatch(convertedText(call.argument(0)),
-                onlyCaller ? call.context() : JSContextEnv::everyContext(), payload);
-            return call.status(KR_OK);
-        });
-    }
-
-    Reply getAllEventInfo(Call& call)
-    {
-        return withHub(call, [&](IJSEventHub& events) {
-            KJSVariant report;
-            events.Report(report);
-            return call.answer(std::move(report));
-        });
-    }
-
 protected:
     virtual IJSEventHub* obtainHub(IJSEventHubFactory& factory, std::int32_t typeId) = 0;
-    /// Called first by each of the four members: whatever the events come from is connected then.
-    virtual void prepareEvents() { }
     IJSEventHub* knownHub() const noexcept { return m_hub; }
 
 private:
-    template <typename Action> Reply withHub(Call& call, Action action)
-    {
-        prepareEvents();
-        if (IJSEventHub* events = hub())
-            return action(*events);
-        return call.fail(ErrorCode::OperationFailed, "Event service error.");
-    }
-
     IJSEventHub* m_hub = nullptr;
 };
-
-template <typename T> MemberList KJCExtendJsObj_EventBase<T>::eventMembers()
-{
-    return {
-        method<&T::addEventListener>(u"addEventListener", Category::None, Type::None,
-            { { Type::String, u"eventName" }, { Type::Variant, u"callback" } }),
-        method<&T::removeEventListener>(u"removeEventListener", Category::None, Type::None,
-            { { Type::String, u"eventName" }, { Type::Variant, u"callback" } }),
-        method<&T::dispatchEvent>(u"dispatchEvent", Category::None, Type::None,
-            { { Type::String, u"eventName" }, { Type::Boolean, u"isInsidePlugin" },
-                { Type::Variant, u"payload" } }),
-        method<&T::getAllEventInfo>(u"getAllEventInfo", Category::None, Type::Array),
-    };
-}
 
 /// Events that all objects of a class share.
 template <typename T> class KJCExtendJsEventObj : public KJCExtendJsObj_EventBase<T> {

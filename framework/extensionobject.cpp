@@ -2,7 +2,11 @@
 
 namespace {
 
-JSParameter descriptor(const Parameter& parameter)
+using jsapi::MemberDescriptor;
+using jsapi::MemberList;
+using jsapi::Parameter;
+
+JSParameter describeParameter(const Parameter& parameter)
 {
     return { static_cast<std::uint64_t>(parameter.type), parameter.name, 0 };
 }
@@ -13,23 +17,24 @@ void addMember(JSMemberTable& table, const MemberDescriptor& member)
     if (!core)
         return;
     IJSRegistry* registry = core->Registry();
-    const std::vector<Parameter>& given = member.parameters;
+    const auto& given = member.parameters;
+    const auto mask = static_cast<std::uint32_t>(member.category);
     const auto result = static_cast<std::int32_t>(member.result);
-    switch (given.size()) {
+    switch (member.parameterCount) {
     case 0:
-        registry->AddMember(table, member.name, member.kind, member.mask, result, member.invoke, 0);
+        registry->AddMember(table, member.name, member.kind, mask, result, member.invoke, 0);
         break;
     case 1:
         registry->AddMember(
-            table, member.name, member.kind, member.mask, result, member.invoke, 1, descriptor(given[0]));
+            table, member.name, member.kind, mask, result, member.invoke, 1, describeParameter(given[0]));
         break;
     case 2:
-        registry->AddMember(table, member.name, member.kind, member.mask, result, member.invoke, 2,
-            descriptor(given[0]), descriptor(given[1]));
+        registry->AddMember(table, member.name, member.kind, mask, result, member.invoke, 2,
+            describeParameter(given[0]), describeParameter(given[1]));
         break;
     default:
-        registry->AddMember(table, member.name, member.kind, member.mask, result, member.invoke, 3,
-            descriptor(given[0]), descriptor(given[1]), descriptor(given[2]));
+        registry->AddMember(table, member.name, member.kind, mask, result, member.invoke, 3,
+            describeParameter(given[0]), describeParameter(given[1]), describeParameter(given[2]));
         break;
     }
 }
@@ -66,7 +71,7 @@ void ExtensionClass::fill()
     IVEXJSCore* core = vexlite::GetVEXJSCore();
     core->Registry()->AssignTable(built, m_table);
     if (IJSObjectFactory* factory = core->Objects()) {
-        for (const SubObjectClass& made : declared.subObjects()) {
+        for (const jsapi::SubObjectClass& made : declared.subObjects()) {
             m_announced.append(QString::fromUtf16(made.scriptName));
             factory->RegisterClass(m_announced.last(), made.creator);
         }

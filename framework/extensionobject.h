@@ -5,34 +5,14 @@
 //     class KJsApiLog final : public KJCExtendJsObj<KJsApiLog> {
 //     public:
 //         static constexpr char16_t ScriptName[] = u"NovaExtension.Log";
-//         static const MemberList& members();
+//         static const jsapi::MemberList& members();
 //         ...
 //     };
 #pragma once
 
+#include "framework/handle.h"
 #include "framework/members.h"
-#include "framework/refcounted.h"
-
-/// The part that does not depend on the class; a run-time type check for it recognises extension objects.
-class KJCExtentionObjBase : public KJCUnknownWarp<IJSExtentionObject> {
-public:
-    void* GetHostPointer() final { return m_hostPointer; }
-    void Reserved() final { }
-    void SetHostPointer(void* value) final { m_hostPointer = value; }
-    void GetInstanceMode(std::uint32_t* out) final
-    {
-        if (out)
-            *out = m_instanceMode;
-    }
-    void SetInstanceMode(std::uint32_t mode) final { m_instanceMode = mode; }
-
-protected:
-    KJCExtentionObjBase() = default;
-
-private:
-    void* m_hostPointer = nullptr;
-    std::uint32_t m_instanceMode = 0;
-};
+#include "framework/objectbase.h"
 
 template <> inline bool answersTo<IJSExtentionObject>(const KIID& iid)
 {
@@ -42,7 +22,7 @@ template <> inline bool answersTo<IJSExtentionObject>(const KIID& iid)
 /// What a class has once in the process: its name, type id and member table.
 class ExtensionClass {
 public:
-    explicit ExtensionClass(const char16_t* scriptName, const MemberList& (*members)())
+    explicit ExtensionClass(const char16_t* scriptName, const jsapi::MemberList& (*members)())
         : m_name(QString::fromUtf16(scriptName))
         , m_declared(members)
     {
@@ -56,7 +36,7 @@ public:
     KResult publish(const JSContextEnv& context, IJSMemberList** out);
 
     /// Finds a member and tells the trace hook of the call that follows. Null when there is no such member.
-    const JSMemberEntry* entered(
+    const JSMemberEntry* enter(
         IVEXJSCore& core, const JSContextEnv& context, std::int32_t id, JSAccess access) const
     {
         const JSMemberEntry* entry = core.Registry()->FindMember(m_table, id, access);
@@ -69,7 +49,7 @@ private:
     void fill();
 
     QString m_name;
-    const MemberList& (*m_declared)();
+    const jsapi::MemberList& (*m_declared)();
     JSMemberTable m_table;
     std::int32_t m_typeId = -1;
     QStringList m_announced; ///< names of the classes of objects it hands out
@@ -106,7 +86,7 @@ public:
         IVEXJSCore* core = vexlite::GetVEXJSCore();
         if (!core)
             return KR_NOT_AVAILABLE;
-        const JSMemberEntry* entry = extensionClass().entered(*core, context, id, JSAccess::Method);
+        const JSMemberEntry* entry = extensionClass().enter(*core, context, id, JSAccess::Method);
         const KResult status = entry
             ? reinterpret_cast<JSMethodInvoke>(entry->invoke)(this, context, arguments, result, exception)
             : KR_NOT_AVAILABLE;
@@ -132,7 +112,7 @@ private:
         IVEXJSCore* core = vexlite::GetVEXJSCore();
         if (!core)
             return KR_NOT_AVAILABLE;
-        const JSMemberEntry* entry = extensionClass().entered(*core, context, id, access);
+        const JSMemberEntry* entry = extensionClass().enter(*core, context, id, access);
         return entry ? reinterpret_cast<JSPropertyInvoke>(entry->invoke)(this, context, value, exception)
                      : KR_NOT_AVAILABLE;
     }

@@ -7,16 +7,11 @@ template <> bool answersTo<IJSONValue>(const KIID& iid)
     return iid == IID_IJSONValue || iid == IID_IJSONValueBase;
 }
 
-template <> bool answersTo<IJSArray>(const KIID& iid)
-{
-    return iid == IID_IJSArray;
-}
-
 namespace {
 
 /// A typed getter: the value under the key converted to `type` and read from `member`.
 template <typename Value, typename Field>
-Value converted(const KJSVariant* value, MVarType type, Field MVARIANT::*member, Value fallback)
+Value convert(const KJSVariant* value, MVarType type, Field MVARIANT::*member, Value fallback)
 {
     MVARIANT target {};
     if (!value || _MVariantChangeType(&target, &value->raw(), 0, type) != KR_OK)
@@ -65,7 +60,7 @@ std::int32_t KJSONValue::CopyOut(std::int32_t max, KJSVariant* keys, KJSVariant*
 {
     const std::int32_t count = qBound(0, max, Count());
     for (std::int32_t i = 0; i < count; ++i) {
-        keys[i] = makeText(m_keys[i].text);
+        keys[i] = makeString(m_keys[i].text);
         values[i] = m_values[m_keys[i].position];
     }
     return count;
@@ -115,36 +110,33 @@ bool KJSONValue::Remove(const QString& key)
 
 void KJSONValue::SetString(const QString& key, const QString& value)
 {
-    slot(key) = makeText(value);
+    slot(key) = makeString(value);
 }
 
 bool KJSONValue::GetBoolean(const QString& key, bool fallback) const
 {
-    return converted(Find(key), MV_BOOL, &MVARIANT::boolVal, fallback);
+    return convert(Find(key), MV_BOOL, &MVARIANT::boolVal, fallback);
 }
 
 std::int32_t KJSONValue::GetInt32(const QString& key, std::int32_t fallback) const
 {
-    return converted(Find(key), MV_INT32, &MVARIANT::lVal, fallback);
+    return convert(Find(key), MV_INT32, &MVARIANT::lVal, fallback);
 }
 
 std::int64_t KJSONValue::GetInt64(const QString& key, std::int64_t fallback) const
 {
-    return converted(Find(key), MV_INT64, &MVARIANT::llVal, fallback);
+    return convert(Find(key), MV_INT64, &MVARIANT::llVal, fallback);
 }
 
 double KJSONValue::GetDouble(const QString& key, double fallback) const
 {
-    return converted(Find(key), MV_DOUBLE, &MVARIANT::dblVal, fallback);
+    return convert(Find(key), MV_DOUBLE, &MVARIANT::dblVal, fallback);
 }
 
 QString KJSONValue::GetString(const QString& key, const QString& fallback) const
 {
     const KJSVariant* value = Find(key);
-    if (!value)
-        return fallback;
-    const QString text = convertedText(value->raw());
-    return text.isNull() ? fallback : text;
+    return value ? convertToString(value->raw()).value_or(fallback) : fallback;
 }
 
 bool KJSONValue::At(std::int32_t position, const QString** key, const KJSVariant** value) const
@@ -161,11 +153,6 @@ IJSArray* KJSONValue::GetArray(const QString& key) const
     const KJSVariant* value = Find(key);
     if (!value)
         return nullptr;
-    const MVARIANT& target = followed(value->raw());
+    const MVARIANT& target = dereference(value->raw());
     return target.vt == MV_ARRAY ? static_cast<IJSArray*>(target.punkVal) : nullptr;
-}
-
-const KJSVariant* KJSArray::At(std::int32_t index) const
-{
-    return index >= 0 && index < Count() ? &m_values[index] : nullptr;
 }

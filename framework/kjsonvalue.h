@@ -1,4 +1,4 @@
-// KJSONValue: the key/value object in which the library answers. KJSArray: its list.
+// KJSONValue: the key/value object in which the library returns structured values.
 #pragma once
 
 #include "framework/refcounted.h"
@@ -60,15 +60,4 @@ private:
 
     QVarLengthArray<Key, Inline> m_keys;
     QVarLengthArray<KJSVariant, Inline> m_values;
-};
-
-/// An ordered list of values. [GUI thread]
-class KJSArray final : public KJCUnknownWarp<IJSArray> {
-public:
-    std::int32_t Count() const override { return m_values.size(); }
-    const KJSVariant* At(std::int32_t index) const override;
-    void Append(const KJSVariant& value) override { m_values.append(value); }
-
-private:
-    QVarLengthArray<KJSVariant, 4> m_values;
 };

@@ -1,28 +1,42 @@
 // The table in which a class declares the members that script sees: one row a member, in the order of the
 // API.
+//
+//     static const MemberList list { "Files and directories.", {
+//         member<&Self::copy>(u"copy", Category::Usual, Type::JsValue, { Type::JsValue },
+//             "Copies a file.", { &PathIsIllegal, &OverrideFailed }),
+//         ...
+//     } };
+//
+// A row says what the JS core is to know, then what readers are to know and the signature does not say: what
+// the member does, and the failures that the handler itself returns. What parameters refuse is known from
+// their types.
 #pragma once
 
-#include "framework/call.h"
+#include "framework/answer.h"
+#include "framework/arguments.h"
+#include "framework/documentation.h"
+#include "framework/objectbase.h"
 
 #include <initializer_list>
-#include <vector>
+
+namespace jsapi {
 
 /// The category bits that a member carries to the JS core, which decides what they mean.
-namespace Category {
-inline constexpr std::uint32_t None = 0;
-inline constexpr std::uint32_t Read = 0x1;
-inline constexpr std::uint32_t Write = 0x2;
-inline constexpr std::uint32_t Usual = 0x40;
-inline constexpr std::uint32_t SharedRead = 0x41;
-inline constexpr std::uint32_t SharedWrite = 0x42;
-inline constexpr std::uint32_t CloudOpen = 0x50;
-inline constexpr std::uint32_t Launch = 0x80;
-inline constexpr std::uint32_t CloudRead = 0x100;
-inline constexpr std::uint32_t CloudWrite = 0x200;
-inline constexpr std::uint32_t Purchase = 0x240;
-inline constexpr std::uint32_t CloudRequest = 0x380;
-inline constexpr std::uint32_t Account = 0x80000;
-} // namespace Category
+enum class Category : std::uint32_t {
+    None = 0,
+    Read = 0x1,
+    Write = 0x2,
+    Usual = 0x40,
+    SharedRead = 0x41,
+    SharedWrite = 0x42,
+    CloudOpen = 0x50,
+    Launch = 0x80,
+    CloudRead = 0x100,
+    CloudWrite = 0x200,
+    Purchase = 0x240,
+    CloudRequest = 0x380,
+    Account = 0x80000,
+};
 
 /// Type codes in member descriptors.
 enum class Type : std::int32_t {
@@ -35,46 +49,99 @@ enum class Type : std::int32_t {
     JsValue = 0x8004, ///< any value; the handler converts it itself
 };
 
-/// A parameter: its type, and a name where the generic event members give one.
+/// A parameter as the JS core sees it, with the name that only the generic event members publish; or with a
+/// name and a description for readers.
 struct Parameter {
-    constexpr Parameter(Type parameterType, const char16_t* parameterName = nullptr) // NOLINT(*-explicit-*)
+    constexpr Parameter() = default;
+    constexpr Parameter(Type parameterType, const char16_t* publishedName = nullptr) // NOLINT(*-explicit-*)
         : type(parameterType)
-        , name(parameterName)
+        , name(publishedName)
     {
     }
-    Type type;
-    const char16_t* name;
+    constexpr Parameter(Type parameterType, const char* label, const char* doc = "")
+        : type(parameterType)
+        , documentation(label, doc)
+    {
+    }
+    constexpr Parameter(Type parameterType, const char16_t* publishedName, const char* doc)
+        : type(parameterType)
+        , name(publishedName)
+        , documentation(nullptr, doc)
+    {
+    }
+
+    Type type = Type::None;
+    const char16_t* name = nullptr;
+    [[no_unique_address]] ParameterDocumentation documentation;
 };
 
-/// One row of a table.
+/// One row of a table, or the two rows of a pair of members that add and remove listeners.
 struct MemberDescriptor {
     enum Kind : std::int32_t { Method = 0, Property = 1 };
+    static constexpr std::size_t MaxParameters = 3;
 
     const char16_t* name;
     Kind kind;
-    std::uint32_t mask;
+    Category category;
     Type result;
     JSMemberInvoke invoke;
-    std::vector<Parameter> parameters; ///< 3 at most
+    std::array<Parameter, MaxParameters> parameters;
+    std::uint32_t parameterCount;
+    [[no_unique_address]] MemberDocumentation documentation;
+    const char16_t* counterpart = nullptr; ///< the name of the member that removes listeners
+    JSMemberInvoke counterpartInvoke = nullptr;
 };
 
 namespace detail {
 
 /// Answers for a handler that threw: nothing may cross into the JS core.
-KResult handlerThrew(Call& call) noexcept;
+KResult failForException(Call& call) noexcept;
 
-template <auto Handler> struct Thunk;
+template <typename Object, typename Argument>
+bool readArgument(ArgumentReader& reader, Object& object, Argument& argument)
+{
+    if constexpr (requires { argument.read(reader, object); })
+        return argument.read(reader, object);
+    else
+        return argument.read(reader);
+}
 
-/// The one way from the JS core's calling convention to a handler.
-template <typename T, Reply (T::*Handler)(Call&)> struct Thunk<Handler> {
+template <auto Handler> struct Signature;
+template <typename T, typename Return, typename... Parameters, Return (T::*Handler)(Parameters...)>
+struct Signature<Handler> {
+    using Object = T;
+    using Result = Return;
+    using Arguments = std::tuple<Argument<std::remove_cvref_t<Parameters>>...>;
+};
+template <typename Return, typename... Parameters, Return (*Handler)(Parameters...)>
+struct Signature<Handler> {
+    using Object = KJCExtentionObjBase;
+    using Result = Return;
+    using Arguments = std::tuple<Argument<std::remove_cvref_t<Parameters>>...>;
+};
+
+/// The one way from the JS core's calling convention to a handler: a member of the object, or a function.
+template <auto Handler, typename Object = typename Signature<Handler>::Object> struct Thunk {
     static KResult method(IJSExtentionObject* self, const JSContextEnv& context, JSApiArguments& arguments,
         KJSVariant& result, KJSVariant& exception)
     {
         Call call(context, arguments, result, exception);
         try {
-            return (static_cast<T*>(self)->*Handler)(call).status();
+            Object& object = *static_cast<Object*>(self);
+            ArgumentReader reader(call);
+            typename Signature<Handler>::Arguments read;
+            return std::apply(
+                [&](auto&... argument) {
+                    if (!(readArgument(reader, object, argument) && ...))
+                        return call.fail(reader.refusal());
+                    if constexpr (std::is_member_pointer_v<decltype(Handler)>)
+                        return writeAnswer(call, (object.*Handler)(argument.get()...));
+                    else
+                        return writeAnswer(call, Handler(argument.get()...));
+                },
+                read);
         } catch (...) {
-            return handlerThrew(call);
+            return failForException(call);
         }
     }
 
@@ -86,68 +153,102 @@ template <typename T, Reply (T::*Handler)(Call&)> struct Thunk<Handler> {
     }
 };
 
+MemberDescriptor makeRow(const char16_t* name, MemberDescriptor::Kind kind, Category category, Type result,
+    JSMemberInvoke invoke, std::initializer_list<Parameter> parameters, MemberDocumentation documentation);
+
+JSMemberInvoke unbuiltInvoke();
+
 } // namespace detail
 
-/// A method row.
-template <auto Handler>
-MemberDescriptor method(
-    const char16_t* name, std::uint32_t mask, Type result, std::initializer_list<Parameter> parameters = {})
+using FailureList = std::initializer_list<const Failure*>;
+
+/// A method.
+template <auto Handler, typename Object = typename detail::Signature<Handler>::Object>
+MemberDescriptor member(const char16_t* name, Category category, Type result,
+    std::initializer_list<Parameter> parameters, const char* doc, FailureList failures = {})
 {
-    return { name, MemberDescriptor::Method, mask, result,
-        reinterpret_cast<JSMemberInvoke>(&detail::Thunk<Handler>::method), parameters };
+    return detail::makeRow(name, MemberDescriptor::Method, category, result,
+        reinterpret_cast<JSMemberInvoke>(&detail::Thunk<Handler, Object>::method), parameters,
+        MemberDocumentation::of<Handler>(doc, failures));
+}
+template <auto Handler>
+MemberDescriptor member(
+    const char16_t* name, Category category, Type result, const char* doc, FailureList failures = {})
+{
+    return member<Handler>(name, category, result, {}, doc, failures);
 }
 
-/// A read-only property row, whose value is another object.
-template <auto Handler> MemberDescriptor property(const char16_t* name, std::uint32_t mask, Type result)
+/// A read-only property, whose value is another object.
+template <auto Handler, typename Object = typename detail::Signature<Handler>::Object>
+MemberDescriptor getter(
+    const char16_t* name, Category category, Type result, const char* doc, FailureList failures = {})
 {
-    return { name, MemberDescriptor::Property, mask, result,
-        reinterpret_cast<JSMemberInvoke>(&detail::Thunk<Handler>::property), {} };
+    return detail::makeRow(name, MemberDescriptor::Property, category, result,
+        reinterpret_cast<JSMemberInvoke>(&detail::Thunk<Handler, Object>::property), {},
+        MemberDocumentation::of<Handler>(doc, failures));
 }
 
 /// A method that script sees but that is not built yet.
-MemberDescriptor unbuilt(
-    const char16_t* name, std::uint32_t mask, Type result, std::initializer_list<Parameter> parameters = {});
+inline MemberDescriptor unbuilt(const char16_t* name, Category category, Type result,
+    std::initializer_list<Parameter> parameters = {}, const char* doc = "")
+{
+    return detail::makeRow(name, MemberDescriptor::Method, category, result, detail::unbuiltInvoke(),
+        parameters, MemberDocumentation::ofUnbuilt(doc));
+}
+
+/// The same for a pair of members that add and remove listeners.
+MemberDescriptor unbuiltListeners(const char16_t* add, const char16_t* remove, Category category);
+
+class MemberList;
 
 /// A class that script reaches only through an object of another class.
 struct SubObjectClass {
     const char16_t* scriptName;
     IJSObjectFactory::Creator creator;
+    const MemberList& (*members)();
 };
 
-/// A class's table: its members in registration order, and the classes of the objects it hands out.
+/// A class's table: its members in registration order, the classes of the objects that it hands out, its
+/// events.
 class MemberList {
 public:
-    MemberList(std::initializer_list<MemberDescriptor> members) // NOLINT(*-explicit-*)
-        : m_members(members)
-    {
-    }
+    MemberList(const char* doc, std::initializer_list<MemberDescriptor> rows);
 
-    /// Appends the four generic event members of an event class.
-    template <typename T> MemberList withEvents() &&
+    /// Appends the four generic event members of an event class, which emits these events.
+    template <typename... Events> MemberList withEvents(const Events&... events) &&
     {
-        const MemberList events = T::eventMembers();
-        m_members.insert(m_members.end(), events.m_members.begin(), events.m_members.end());
+        appendEventMembers();
+        m_documentation.addEvents(events...);
         return std::move(*this);
     }
 
     /// Announces that the class makes objects of class T.
     template <typename T> MemberList handingOut() &&
     {
-        m_subObjects.push_back({ T::ScriptName, [](IJSCreatable** creatable) -> IJSExtentionObject* {
-                                    auto* object = new T;
-                                    if constexpr (std::is_base_of_v<IJSCreatable, T>)
-                                        *creatable = object;
-                                    else
-                                        *creatable = nullptr;
-                                    return object;
-                                } });
+        m_subObjects.push_back({ T::ScriptName,
+            [](IJSCreatable** creatable) -> IJSExtentionObject* {
+                auto* object = new T;
+                if constexpr (std::is_base_of_v<IJSCreatable, T>)
+                    *creatable = object;
+                else
+                    *creatable = nullptr;
+                return object;
+            },
+            &T::members });
         return std::move(*this);
     }
 
     const std::vector<MemberDescriptor>& members() const { return m_members; }
     const std::vector<SubObjectClass>& subObjects() const { return m_subObjects; }
+    const ListDocumentation& documentation() const { return m_documentation; }
 
 private:
+    void append(const MemberDescriptor& row);
+    void appendEventMembers();
+
     std::vector<MemberDescriptor> m_members;
     std::vector<SubObjectClass> m_subObjects;
+    [[no_unique_address]] ListDocumentation m_documentation;
 };
+
+} // namespace jsapi

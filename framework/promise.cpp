@@ -1,5 +1,7 @@
 #include "framework/promise.h"
 
+#include "framework/novaextensionutils.h"
+#include "framework/values.h"
 #include "vexlite/jsapiutil.h"
 
 namespace {
@@ -17,24 +19,15 @@ KResult KNovaExtensionUtils::setPromiseReject(
 {
     if (IJSPromiseService* service = promiseService()) {
         service->CreateSettled(
-            JSPromiseState::Rejected, context, [&](KJSVariant& text) { text = makeText(message); }, result);
+            JSPromiseState::Rejected, context, [&](KJSVariant& text) { text = makeString(message); }, result);
     }
     return KR_REJECTED;
-}
-
-Reply rejectedPromise(Call& call, const QString& message)
-{
-    KJSVariant promise;
-    (void)KNovaExtensionUtils::setPromiseReject(call.context(), promise, message);
-    if (promise.isEmpty())
-        return call.fail(ErrorCode::OperationFailed, PromiseServiceNull);
-    return call.answer(std::move(promise));
 }
 
 KPendingPromise::~KPendingPromise()
 {
     if (m_id != 0)
-        reject(QString::fromLatin1("request dropped."));
+        reject(heapString("request dropped."));
 }
 
 bool KPendingPromise::create(const JSContextEnv& context, KJSVariant& promise)

@@ -1,8 +1,7 @@
-// Answers that come later: a pending promise that is settled once, and the promise that is rejected at once.
+// Answers that come later: a pending promise that is settled once.
 #pragma once
 
-#include "framework/call.h"
-#include "framework/novaextensionutils.h"
+#include "vexlite/jscore.h"
 
 #include <QVariantMap>
 
@@ -31,6 +30,3 @@ private:
     std::int64_t m_id = 0;
     JSContextEnv m_context {};
 };
-
-/// Answers with a rejected promise, or with the failure "PromiseServiceNull" when there are no promises.
-Reply rejectedPromise(Call& call, const QString& message);

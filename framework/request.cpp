@@ -2,26 +2,26 @@
 
 #include "framework/libraryowner.h"
 
-Reply KJsRequest::promised(Call& call, std::unique_ptr<KJsRequest> request, const char* withoutPromises)
+KJSVariant KJsRequest::createPromise(const JSContextEnv& page, std::unique_ptr<KJsRequest> request)
 {
     KJSVariant promise;
-    if (!request->m_promise.create(call.context(), promise))
-        return call.fail(ErrorCode::OperationFailed, withoutPromises);
+    if (!request->m_promise.create(page, promise))
+        return {};
     request->m_isPromised = true;
     if (request->m_early)
         request->m_early();
     request.release()->setParent(libraryOwner());
-    return call.answer(std::move(promise));
+    return promise;
 }
 
-void KJsRequest::finish(const QVariant& value)
+void KJsRequest::resolve(const QVariant& value)
 {
-    settle([this, value] { m_promise.resolve({ { QString::fromLatin1("data"), value } }); });
+    settle([this, value] { m_promise.resolve({ { heapString("data"), value } }); });
 }
 
-void KJsRequest::finishRejected(const QString& message)
+void KJsRequest::reject(const jsapi::Refusal& refusal)
 {
-    settle([this, message] { m_promise.reject(message); });
+    settle([this, message = refusal.text()] { m_promise.reject(message); });
 }
 
 void KJsRequest::settle(std::function<void()> action)

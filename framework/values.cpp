@@ -30,7 +30,7 @@ private:
 
 } // namespace
 
-const MVARIANT& followed(const MVARIANT& value)
+const MVARIANT& dereference(const MVARIANT& value)
 {
     const MVARIANT* target = &value;
     for (int steps = 0; target->vt == MV_BYREF_VARIANT; ++steps) {
@@ -41,9 +41,9 @@ const MVARIANT& followed(const MVARIANT& value)
     return *target;
 }
 
-KJSVariant ownedCopy(const KJSVariant& value)
+KJSVariant copyValue(const KJSVariant& value)
 {
-    const MVARIANT& target = followed(value.raw());
+    const MVARIANT& target = dereference(value.raw());
     if (&target == &value.raw() && target.vt != MV_LPSTR && target.vt != MV_LPWSTR)
         return value;
     switch (target.vt) {
@@ -51,7 +51,7 @@ KJSVariant ownedCopy(const KJSVariant& value)
         return KJSVariant::fromString({ target.bstrVal, _XSysStringLen(target.bstrVal) });
     case MV_LPSTR:
     case MV_LPWSTR:
-        return makeText(textOf(target));
+        return makeString(readString(target));
     case MV_UNKNOWN:
     case MV_DISPATCH:
     case MV_ARRAY:
@@ -66,13 +66,13 @@ KJSVariant ownedCopy(const KJSVariant& value)
 
 bool isNullOrUndefined(const MVARIANT& value)
 {
-    const MVARIANT& target = followed(value);
+    const MVARIANT& target = dereference(value);
     return target.vt == MV_EMPTY || target.vt == MV_NULL;
 }
 
-QString textOf(const MVARIANT& value)
+QString readString(const MVARIANT& value)
 {
-    const MVARIANT& target = followed(value);
+    const MVARIANT& target = dereference(value);
     switch (target.vt) {
     case MV_STRING:
         return QString(
@@ -86,24 +86,31 @@ QString textOf(const MVARIANT& value)
     }
 }
 
-QString convertedText(const MVARIANT& value)
+std::optional<QString> convertToString(const MVARIANT& value)
 {
-    const MVARIANT& target = followed(value);
-    if (target.vt == MV_STRING || target.vt == MV_LPSTR || target.vt == MV_LPWSTR)
-        return textOf(target);
-    const Converted text(target, MV_STRING);
-    return text.get() ? textOf(*text.get()) : QString();
+    const MVARIANT& target = dereference(value);
+    const bool isString = target.vt == MV_STRING || target.vt == MV_LPSTR || target.vt == MV_LPWSTR;
+    const Converted converted(isString ? MVARIANT {} : target, MV_STRING);
+    const MVARIANT* source = isString ? &target : converted.get();
+    const QString string = source ? readString(*source) : QString();
+    return string.isNull() ? std::nullopt : std::optional(string);
 }
 
-bool convertedBoolean(const MVARIANT& value, bool fallback)
+std::optional<bool> convertToBoolean(const MVARIANT& value)
 {
-    const Converted truth(followed(value), MV_BOOL);
-    return truth.get() ? truth.get()->boolVal != 0 : fallback;
+    const Converted truth(dereference(value), MV_BOOL);
+    return truth.get() ? std::optional(truth.get()->boolVal != 0) : std::nullopt;
 }
 
-void* queriedObject(const MVARIANT& value, const KIID& iid)
+std::optional<std::int32_t> convertToInt32(const MVARIANT& value)
 {
-    const MVARIANT& target = followed(value);
+    const Converted number(dereference(value), MV_INT32);
+    return number.get() ? std::optional(number.get()->lVal) : std::nullopt;
+}
+
+void* queryObject(const MVARIANT& value, const KIID& iid)
+{
+    const MVARIANT& target = dereference(value);
     void* found = nullptr;
     // 9 and 13 differ in this one bit.
     if ((target.vt & 0xffb) == MV_DISPATCH) {
@@ -117,13 +124,13 @@ void* queriedObject(const MVARIANT& value, const KIID& iid)
     return found;
 }
 
-KJSVariant makeText(const QString& text)
+KJSVariant makeString(const QString& string)
 {
-    if (text.isNull()) {
+    if (string.isNull()) {
         MVARIANT none {};
         none.vt = MV_STRING;
         return { none, nullptr };
     }
     return KJSVariant::fromString(
-        { reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size()) });
+        { reinterpret_cast<const char16_t*>(string.utf16()), static_cast<std::size_t>(string.size()) });
 }

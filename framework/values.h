@@ -4,32 +4,35 @@
 #include "vexlite/jsonvalue.h"
 
 #include <QString>
+#include <optional>
+#include <string>
 
 /// The value itself, behind any number of references (a value that refers to nothing is undefined).
-const MVARIANT& followed(const MVARIANT& value);
+const MVARIANT& dereference(const MVARIANT& value);
 
 /// A value of its own: strings are copied, interfaces counted, references followed.
-KJSVariant ownedCopy(const KJSVariant& value);
+KJSVariant copyValue(const KJSVariant& value);
 
 bool isNullOrUndefined(const MVARIANT& value);
 
-/// The text of a string kind; empty for every other type.
-QString textOf(const MVARIANT& value);
+/// The characters of a string value; null for a value of any other type.
+QString readString(const MVARIANT& value);
 
-/// The text of a value: a string kind directly, everything else as the base library converts it, empty when
-/// it does not convert.
-QString convertedText(const MVARIANT& value);
-
-/// A value as boolean, or `fallback` when it does not convert.
-bool convertedBoolean(const MVARIANT& value, bool fallback);
+// A value converted as the base library converts it; nothing when it does not convert, as undefined and null
+// do not. This is the one rule for properties of objects and for the positional arguments that are converted
+// at all.
+std::optional<QString> convertToString(const MVARIANT& value);
+std::optional<bool> convertToBoolean(const MVARIANT& value);
+std::optional<std::int32_t> convertToInt32(const MVARIANT& value);
 
 /// The interface `iid` of an object value with one reference for the caller, or null.
-void* queriedObject(const MVARIANT& value, const KIID& iid);
+void* queryObject(const MVARIANT& value, const KIID& iid);
 
-KJSVariant makeText(const QString& text);
+KJSVariant makeString(const QString& string);
 
-/// A constant text on the heap: the suite may keep it when the library has gone.
-inline QString ownText(const char* latin1)
+/// A constant string on the heap: the suite may keep it when the library has gone. The one way to make
+/// constant strings in the library; literals of Qt's lie in the library's own data.
+inline QString heapString(const char* latin1)
 {
     return QString::fromLatin1(latin1);
 }
@@ -69,12 +72,12 @@ private:
     Interface* m_object = nullptr;
 };
 
-/// An object or function argument as one of its interfaces; null when it is none.
-inline KRef<IJSONValue> objectOf(const MVARIANT& value)
+/// An object or function value as one of its interfaces; null when it is none.
+inline KRef<IJSONValue> queryJsonObject(const MVARIANT& value)
 {
-    return KRef<IJSONValue>(static_cast<IJSONValue*>(queriedObject(value, IID_IJSONValue)));
+    return KRef<IJSONValue>(static_cast<IJSONValue*>(queryObject(value, IID_IJSONValue)));
 }
-inline KRef<IJSFunction> functionOf(const MVARIANT& value)
+inline KRef<IJSFunction> queryFunction(const MVARIANT& value)
 {
-    return KRef<IJSFunction>(static_cast<IJSFunction*>(queriedObject(value, IID_IJSFunction)));
+    return KRef<IJSFunction>(static_cast<IJSFunction*>(queryObject(value, IID_IJSFunction)));
 }

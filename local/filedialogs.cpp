@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <xcb/xcb.h>
 
+namespace jsapi {
+
 namespace {
 
 /// How often an open dialog looks whether its page is still there.
@@ -70,15 +72,15 @@ QWidget* DialogTurn::owner() const
     return window ? window : QApplication::activeWindow();
 }
 
-QStringList askForFiles(Call& call, QFileDialog::FileMode mode)
+QStringList chooseFiles(
+    const JSContextEnv& page, const FileDialogOptions& options, QFileDialog::FileMode mode)
 {
-    const DialogTurn turn(call.context());
+    const DialogTurn turn(page);
     if (!turn)
         return {};
-    const Options options = call.options();
     // Its owner, and the dialog with it, or its page may go while the dialog is open.
-    const QPointer<QFileDialog> dialog(new QFileDialog(
-        turn.owner(), options.string("caption"), options.string("dir"), options.string("filter")));
+    const QPointer<QFileDialog> dialog(
+        new QFileDialog(turn.owner(), options.caption, options.dir, options.filter));
     dialog->setFileMode(mode);
     dialog->setOption(QFileDialog::ShowDirsOnly, mode == QFileDialog::Directory);
     QTimer watch;
@@ -93,3 +95,5 @@ QStringList askForFiles(Call& call, QFileDialog::FileMode mode)
     delete dialog;
     return chosen;
 }
+
+} // namespace jsapi

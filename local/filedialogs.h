@@ -1,10 +1,12 @@
 // The dialogs that pages open.
 #pragma once
 
-#include "framework/call.h"
+#include "framework/arguments.h"
 
 #include <QFileDialog>
 #include <QPointer>
+
+namespace jsapi {
 
 /// A page's turn to show a dialog. Script can run while a dialog is open; a page that asks for a second one
 /// gets no turn, so that it can not pile them up. Answer as if the user had cancelled then. [GUI thread]
@@ -28,6 +30,32 @@ private:
     bool m_granted;
 };
 
-/// Asks for existing files, or for a directory, with {caption, dir, filter} of the call's options. Answers
-/// the paths, none when the user cancelled or the owning window has gone. [GUI thread]
-QStringList askForFiles(Call& call, QFileDialog::FileMode mode);
+struct FileDialogOptions {
+    QString caption;
+    QString dir;
+    QString filter;
+    static constexpr auto fields()
+    {
+        return std::tuple(optional("caption", &FileDialogOptions::caption, "the dialog's title"),
+            optional("dir", &FileDialogOptions::dir, "the directory to begin in"),
+            optional("filter", &FileDialogOptions::filter,
+                "which files are shown: `\"Images (*.png *.jpg);;Text (*.txt)\"`"));
+    }
+};
+
+struct FolderDialogOptions {
+    QString caption;
+    QString dir;
+    static constexpr auto fields()
+    {
+        return std::tuple(optional("caption", &FolderDialogOptions::caption, "the dialog's title"),
+            required("dir", &FolderDialogOptions::dir, "the directory to begin in"));
+    }
+};
+
+/// Has the user choose existing files, or a directory. Returns the paths, none when the user cancelled or the
+/// owning window has gone. [GUI thread]
+QStringList chooseFiles(
+    const JSContextEnv& page, const FileDialogOptions& options, QFileDialog::FileMode mode);
+
+} // namespace jsapi

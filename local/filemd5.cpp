@@ -7,14 +7,11 @@
 #include <deque>
 #include <fcntl.h>
 
+namespace jsapi {
+
 namespace {
 
 constexpr int SliceBytes = 1 << 20;
-
-QString notOpened(const QString& path)
-{
-    return QString::fromLatin1("%1 can't been opened").arg(path);
-}
 
 /// The requests of all pages. The first page's first request is read next.
 class Turns final : public QObject {
@@ -66,15 +63,15 @@ private:
 
 } // namespace
 
-Reply KFileMd5Request::start(Call& call, const QString& path)
+Answer<Promise<QString>> KFileMd5Request::start(const JSContextEnv& page, const QString& path)
 {
     if (path.isEmpty())
-        return rejectedPromise(call, QString::fromLatin1("Path is empty."));
+        return Md5PathIsEmpty;
     if (!QFileInfo::exists(path))
-        return rejectedPromise(call, QString::fromLatin1("%1 is not existed").arg(path));
+        return Md5NotExisting / path;
     auto request = std::make_unique<KFileMd5Request>(path);
-    Turns::instance().add(call.context(), request.get());
-    return promised(call, std::move(request));
+    Turns::instance().add(page, request.get());
+    return promise(page, std::move(request));
 }
 
 KFileMd5Request::KFileMd5Request(const QString& path)
@@ -104,12 +101,14 @@ bool KFileMd5Request::readSlice(QByteArray& buffer)
     const bool readable = isAwaited() && (m_file.isOpen() || open());
     const qint64 count = readable ? m_file.read(buffer.data(), buffer.size()) : -1;
     if (count < 0 || !isUnchanged()) {
-        finishRejected(notOpened(m_path));
+        reject(Md5NotOpened / m_path);
         return false;
     }
     m_hash.addData(buffer.constData(), static_cast<int>(count));
     if (count > 0)
         return true;
-    finish(QString::fromLatin1(m_hash.result().toHex()));
+    resolve(QString::fromLatin1(m_hash.result().toHex()));
     return false;
 }
+
+} // namespace jsapi

@@ -7,15 +7,21 @@
 #include <QFile>
 #include <sys/stat.h>
 
+namespace jsapi {
+
+inline constexpr Failure Md5PathIsEmpty { ErrorCode::OperationFailed, "Path is empty.", true };
+inline constexpr Failure Md5NotExisting { ErrorCode::OperationFailed, "%1 is not existed", true };
+inline constexpr Failure Md5NotOpened { ErrorCode::OperationFailed, "%1 can't been opened", true };
+
 /// One "getFileMd5" request. All pages take turns, a slice each; the requests of one page follow each other.
 /// So a page holds one file open and all requests together one slice in memory, whatever their number and
 /// size. A file that changes while it is read has no digest: the promise is rejected. [GUI thread]
-class KFileMd5Request final : public KJsRequest {
+class KFileMd5Request final : public KJsRequestFor<QString> {
     Q_OBJECT
 
 public:
-    /// Has the digest of `path` made for the call.
-    static Reply start(Call& call, const QString& path);
+    /// Begins to make the digest of `path` for a page.
+    static Answer<Promise<QString>> start(const JSContextEnv& page, const QString& path);
 
     explicit KFileMd5Request(const QString& path);
 
@@ -33,3 +39,5 @@ private:
     struct stat m_opened { };
     QCryptographicHash m_hash { QCryptographicHash::Md5 };
 };
+
+} // namespace jsapi

@@ -2,6 +2,8 @@
 
 #include "framework/extensionobject.h"
 
+namespace jsapi {
+
 /// "NovaExtension.ByteBufferManager": makes byte buffers.
 class KJsApiByteBufferManager final : public KJCExtendJsObj<KJsApiByteBufferManager> {
 public:
@@ -15,3 +17,5 @@ public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.ByteBufferManager.ByteBuffer";
     static const MemberList& members();
 };
+
+} // namespace jsapi

@@ -1,22 +1,66 @@
 #include "local/js_api_configcenter.h"
 
-#include "framework/kjsonvalue.h"
 #include "krt/kcc.h"
-#include "vexlite/jsapiutil.h"
+
+namespace jsapi {
+
+struct KJsApiConfigCenter::KeyOptions {
+    QString key;
+    QString userId;
+    static constexpr auto fields()
+    {
+        return std::tuple(required("key", &KeyOptions::key, "the value's name"),
+            optional("userId", &KeyOptions::userId, "whose value; without one it is everybody's"));
+    }
+};
+
+struct KJsApiConfigCenter::ReadOptions {
+    QString key;
+    QVariant defaultValue;
+    QString userId;
+    static constexpr auto fields()
+    {
+        return std::tuple(required("key", &ReadOptions::key, "the value's name"),
+            optional("defaultValue", &ReadOptions::defaultValue, "what is returned where there is no value"),
+            optional("userId", &ReadOptions::userId, "whose value; without one it is everybody's"));
+    }
+};
+
+struct KJsApiConfigCenter::WriteOptions {
+    QString key;
+    QVariant value;
+    QString userId;
+    static constexpr auto fields()
+    {
+        return std::tuple(required("key", &WriteOptions::key, "the value's name"),
+            required("value", &WriteOptions::value, "anything but a function or a native object"),
+            optional("userId", &WriteOptions::userId, "whose value; without one it is everybody's"));
+    }
+};
 
 const MemberList& KJsApiConfigCenter::members()
 {
-    // clang-format off
-    static const MemberList list {
-        // member                                                category               answer         parameters
-        method<&KJsApiConfigCenter::setValue>(u"setValue",       Category::SharedWrite, Type::JsValue, { Type::JsValue }),
-        method<&KJsApiConfigCenter::value>(u"value",             Category::SharedRead,  Type::JsValue, { Type::JsValue }),
-        method<&KJsApiConfigCenter::remove>(u"remove",           Category::SharedWrite, Type::JsValue, { Type::JsValue }),
-        method<&KJsApiConfigCenter::flushRead>(u"flushRead",     Category::SharedRead,  Type::JsValue, { Type::JsValue }),
-        method<&KJsApiConfigCenter::flushWrite>(u"flushWrite",   Category::SharedWrite, Type::JsValue, { Type::JsValue, Type::Object }),
-        method<&KJsApiConfigCenter::flushRemove>(u"flushRemove", Category::SharedWrite, Type::JsValue, { Type::JsValue, Type::Object }),
-    };
-    // clang-format on
+    using Self = KJsApiConfigCenter;
+    static const MemberList list { "Named values that outlive the process, for everybody or for one user.",
+        {
+            member<&Self::setValue>(u"setValue", Category::SharedWrite, Type::JsValue, { Type::JsValue },
+                "Stores a value. Returns whether it was stored."),
+            member<&Self::value>(
+                u"value", Category::SharedRead, Type::JsValue, { Type::JsValue }, "Returns a stored value."),
+            member<&Self::remove>(u"remove", Category::SharedWrite, Type::JsValue, { Type::JsValue },
+                "Removes a value. Returns whether there was one and it is gone."),
+            member<&Self::flushRead>(u"flushRead", Category::SharedRead, Type::JsValue, { Type::JsValue },
+                "Returns a stored value, read from the disk again."),
+            member<&Self::flushWrite>(u"flushWrite", Category::SharedWrite, Type::JsValue,
+                { Type::JsValue,
+                    { Type::Object, "callback", "is called when the value is on the disk, or is not" } },
+                "Stores a value and writes it to the disk. Returns whether the write was accepted."),
+            member<&Self::flushRemove>(u"flushRemove", Category::SharedWrite, Type::JsValue,
+                { Type::JsValue,
+                    { Type::Object, "callback",
+                        "is called when the value is gone from the disk, or is not" } },
+                "Removes a value from the disk. Returns whether the removal was accepted."),
+        } };
     return list;
 }
 
@@ -25,104 +69,53 @@ namespace {
 constexpr char CallbackKey[] = "jsCBFunc";
 
 /// The context of a flush: the script function to call, with one reference, or 0.
-QVariantMap flushContext(Call& call)
+QVariantMap makeFlushContext(Callback<FlushReport>& callback)
 {
-    return { { QString::fromLatin1(CallbackKey),
-        static_cast<qulonglong>(reinterpret_cast<quintptr>(call.function(1).release())) } };
+    return { { heapString(CallbackKey),
+        static_cast<qulonglong>(reinterpret_cast<quintptr>(callback.release())) } };
 }
 
-void flushCompleted(bool success, const QString& key, const QVariant& value, const QVariantMap& context)
+void completeFlush(bool success, const QString& key, const QVariant& value, const QVariantMap& context)
 {
-    const qulonglong handle = context.value(QString::fromLatin1(CallbackKey)).toULongLong();
-    if (!handle)
-        return;
+    const qulonglong handle = context.value(heapString(CallbackKey)).toULongLong();
     // NOLINTNEXTLINE(performance-no-int-to-ptr): the suite keeps the function for us as a number
-    const KRef<IJSFunction> callback(reinterpret_cast<IJSFunction*>(static_cast<quintptr>(handle)));
-    KRef<KJSONValue> report(new KJSONValue);
-    KJSVariant converted;
-    KJSApiUtil::ConvertQVariantToJSVariant(value, converted);
-    report->SetString(QStringLiteral("key"), key);
-    report->put(QStringLiteral("value"), std::move(converted));
-    report->SetBoolean(QStringLiteral("ok"), success);
-    const KJSVariant argument = KJSVariant::fromUnknown(report.release());
-    callback->Call(JSApiArguments(&argument, 1), nullptr);
-}
-
-/// The arguments that all six members share, read before `action` runs.
-template <typename Settings, typename Action> Reply withKey(Call& call, Action action)
-{
-    const Options options = call.options();
-    const QString key = options.string("key");
-    if (key.isEmpty())
-        return call.fail(ErrorCode::BadArgument, MissingParameters);
-    return action(options, key, Settings { 0, options.string("userId") });
-}
-
-template <typename Action> Reply withValue(Call& call, Action action)
-{
-    return withKey<krt::kcc::WriteOptions>(
-        call, [&](const Options& options, const QString& key, const krt::kcc::WriteOptions& settings) {
-            const KJSVariant given = options.any("value");
-            if (isNullOrUndefined(given.raw()))
-                return call.fail(ErrorCode::BadArgument, MissingParameters);
-            QVariant value;
-            if (!KJSApiUtil::ConvertJSVariantToQVariant(given, value))
-                return call.fail(ErrorCode::BadArgument, WrongParameters);
-            return call.succeed(action(key, value, settings));
-        });
-}
-
-using Reader = QVariant (*)(
-    const QString& key, const QVariant& fallback, const krt::kcc::ReadOptions& options);
-
-Reply read(Call& call, Reader reader)
-{
-    return withKey<krt::kcc::ReadOptions>(
-        call, [&](const Options& options, const QString& key, const krt::kcc::ReadOptions& settings) {
-            QVariant fallback;
-            if (!KJSApiUtil::ConvertJSVariantToQVariant(options.any("defaultValue"), fallback))
-                return call.fail(ErrorCode::BadArgument, WrongParameters);
-            return call.succeed(reader(key, fallback, settings));
-        });
+    KRef<IJSFunction> function(reinterpret_cast<IJSFunction*>(static_cast<quintptr>(handle)));
+    if (function)
+        Callback<FlushReport>(std::move(function))({ key, value, success });
 }
 
 } // namespace
 
-Reply KJsApiConfigCenter::setValue(Call& call)
+Answer<bool> KJsApiConfigCenter::setValue(const WriteOptions& options)
 {
-    return withValue(call, krt::kcc::setValue);
+    return krt::kcc::setValue(options.key, options.value, { 0, options.userId });
 }
 
-Reply KJsApiConfigCenter::value(Call& call)
+Answer<QVariant> KJsApiConfigCenter::value(const ReadOptions& options)
 {
-    return read(call, krt::kcc::value);
+    return krt::kcc::value(options.key, options.defaultValue, { 0, options.userId });
 }
 
-Reply KJsApiConfigCenter::remove(Call& call)
+Answer<bool> KJsApiConfigCenter::remove(const KeyOptions& options)
 {
-    return withKey<krt::kcc::WriteOptions>(
-        call, [&](const Options&, const QString& key, const krt::kcc::WriteOptions& settings) {
-            return call.succeed(krt::kcc::remove(key, settings));
-        });
+    return krt::kcc::remove(options.key, { 0, options.userId });
 }
 
-Reply KJsApiConfigCenter::flushRead(Call& call)
+Answer<QVariant> KJsApiConfigCenter::flushRead(const ReadOptions& options)
 {
-    return read(call, krt::kcc::flushRead);
+    return krt::kcc::flushRead(options.key, options.defaultValue, { 0, options.userId });
 }
 
-Reply KJsApiConfigCenter::flushWrite(Call& call)
+Answer<bool> KJsApiConfigCenter::flushWrite(const WriteOptions& options, Callback<FlushReport>& callback)
 {
-    return withValue(
-        call, [&](const QString& key, const QVariant& value, const krt::kcc::WriteOptions& settings) {
-            return krt::kcc::flushWrite(key, value, flushCompleted, flushContext(call), settings);
-        });
+    return krt::kcc::flushWrite(
+        options.key, options.value, completeFlush, makeFlushContext(callback), { 0, options.userId });
 }
 
-Reply KJsApiConfigCenter::flushRemove(Call& call)
+Answer<bool> KJsApiConfigCenter::flushRemove(const KeyOptions& options, Callback<FlushReport>& callback)
 {
-    return withKey<krt::kcc::WriteOptions>(
-        call, [&](const Options&, const QString& key, const krt::kcc::WriteOptions& settings) {
-            return call.succeed(krt::kcc::flushRemove(key, flushCompleted, flushContext(call), settings));
-        });
+    return krt::kcc::flushRemove(
+        options.key, completeFlush, makeFlushContext(callback), { 0, options.userId });
 }
+
+} // namespace jsapi

@@ -1,46 +1,62 @@
 #include "local/js_api_file.h"
 
-#include "local/pathcheck.h"
+#include "local/treechanges.h"
 
 #include <QFileInfo>
 
+namespace jsapi {
+
+namespace {
+
+constexpr Failure IllegalPath { ErrorCode::OperationFailed, "illegal path" };
+constexpr Failure EmptyPath { ErrorCode::OperationFailed, "empty path" };
+constexpr Failure InvalidPath { ErrorCode::OperationFailed, "invalid path" };
+
+} // namespace
+
 const MemberList& KJsApiFile::members()
 {
-    // clang-format off
+    using Self = KJsApiFile;
     static const MemberList list {
-        // member                              category         answer
-        method<&KJsApiFile::exists>(u"exists", Category::Usual, Type::JsValue),
-        method<&KJsApiFile::remove>(u"remove", Category::Usual, Type::JsValue),
-        method<&KJsApiFile::size>(u"size",     Category::Usual, Type::JsValue),
+        "A handle on one path, that of an existing regular file when FileSystem made it.",
+        {
+            member<&Self::exists>(
+                u"exists", Category::Usual, Type::JsValue, "Returns whether the file is still there."),
+            member<&Self::remove>(u"remove", Category::Usual, Type::JsValue,
+                "Removes the file. Returns whether the system did it.", { &IllegalPath }),
+            member<&Self::size>(u"size", Category::Usual, Type::JsValue,
+                "Returns the size of the file in bytes.", { &EmptyPath, &InvalidPath }),
+        }
     };
-    // clang-format on
     return list;
 }
 
 void KJsApiFile::Initialise(IJSONValue* options)
 {
-    m_path = options ? options->GetString(QString::fromLatin1("path"), {}) : QString();
+    m_path = fromObject<FileOptions>(options).path;
 }
 
-Reply KJsApiFile::exists(Call& call)
+Answer<bool> KJsApiFile::exists()
 {
-    return call.succeed(QFile::exists(m_path));
+    return QFile::exists(m_path);
 }
 
-Reply KJsApiFile::remove(Call& call)
+Answer<bool> KJsApiFile::remove()
 {
-    const std::optional<QString> path = checkedPath(m_path);
+    const std::optional<WritablePath> path = WritablePath::check(m_path);
     if (!path)
-        return call.fail(ErrorCode::OperationFailed, "illegal path");
-    return call.succeed(QFile::remove(*path));
+        return IllegalPath;
+    return removeFile(*path);
 }
 
-Reply KJsApiFile::size(Call& call)
+Answer<std::int64_t> KJsApiFile::size()
 {
     if (m_path.isEmpty())
-        return call.fail(ErrorCode::OperationFailed, "empty path");
+        return EmptyPath;
     const QFileInfo info(m_path);
     if (!info.isFile())
-        return call.fail(ErrorCode::OperationFailed, "invalid path");
-    return call.succeed(KJSVariant::fromInt64(info.size()));
+        return InvalidPath;
+    return info.size();
 }
+
+} // namespace jsapi

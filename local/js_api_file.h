@@ -2,22 +2,29 @@
 
 #include "framework/extensionobject.h"
 
-/// "NovaExtension.FileSystem.File": a handle on one path, an existing regular file when FileSystem made it.
+namespace jsapi {
+
+/// What FileSystem makes a File of.
+struct FileOptions {
+    QString path;
+    static constexpr auto fields() { return std::tuple(property("path", &FileOptions::path, "the file")); }
+};
+
+/// "NovaExtension.FileSystem.File".
 class KJsApiFile final : public KJCExtendJsObj<KJsApiFile>, public IJSCreatable {
 public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.FileSystem.File";
     static const MemberList& members();
 
-    /// Takes the path of {path}.
+    /// Takes FileOptions.
     void Initialise(IJSONValue* options) override;
 
-    /// () -> boolean: the file is still there.
-    Reply exists(Call& call);
-    /// () -> boolean: removed. Failure: 3 "illegal path".
-    Reply remove(Call& call);
-    /// () -> integer: bytes. Failures, both 3: "empty path", "invalid path" (no regular file any more).
-    Reply size(Call& call);
+    Answer<bool> exists();
+    Answer<bool> remove();
+    Answer<std::int64_t> size();
 
 private:
     QString m_path;
 };
+
+} // namespace jsapi

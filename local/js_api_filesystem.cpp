@@ -1,89 +1,203 @@
 #include "local/js_api_filesystem.h"
 
-#include "framework/kjsonvalue.h"
 #include "kbase/file.h"
 #include "krt/dirs.h"
 #include "krt/ksafe.h"
 #include "krt/product.h"
-#include "local/cloudfiledialog.h"
-#include "local/filedialogs.h"
-#include "local/filemd5.h"
-#include "local/js_api_file.h"
-#include "local/pathcheck.h"
 #include "local/treechanges.h"
 #include "suite/kaccessmanager.h"
 #include "suite/kdownloadfiledialog.h"
-#include "suite/kfilepanel.h"
-#include "vexlite/jsapiutil.h"
 
 #include <QDesktopServices>
 #include <QDir>
 #include <QStandardPaths>
 #include <QUrl>
 
+namespace jsapi {
+
+namespace {
+
+constexpr ErrorCode BadArgument = ErrorCode::BadArgument;
+constexpr ErrorCode OperationFailed = ErrorCode::OperationFailed;
+
+constexpr Failure FileIsEmpty { OperationFailed, "Path is empty." };
+constexpr Failure PathIsIllegal { OperationFailed, "Path is illegal." };
+constexpr Failure OverrideFailed { OperationFailed, "override existing file failed" };
+constexpr Failure AlreadyExists { OperationFailed, "the directory already exist" };
+constexpr Failure FileNotExisting { OperationFailed, "file %1 is not exists" };
+constexpr Failure NotFile { OperationFailed, "%1 is not file" };
+constexpr Failure OpenFailed { OperationFailed, "Failed to open file : %1 " };
+constexpr Failure NoPanel { OperationFailed, "empty handle" };
+
+// The same texts with both codes.
+constexpr Failure NotExisting { OperationFailed, "%1 is not existed" };
+constexpr Failure NotDirectory { OperationFailed, "%1 is not dir" };
+constexpr Failure ArgumentNotExisting { BadArgument, "%1 is not existed" };
+constexpr Failure ArgumentNotDirectory { BadArgument, "%1 is not dir" };
+
+} // namespace
+
+template <> struct Argument<IKFilePanel> : ServiceArgument<IKFilePanel, GetFilePanel, NoPanel> {
+};
+
+struct KJsApiFileSystem::PathOptions {
+    QString path;
+    static constexpr auto fields()
+    {
+        return std::tuple(required("path", &PathOptions::path, "an existing regular file", FileIsEmpty));
+    }
+};
+
+struct KJsApiFileSystem::CopyOptions {
+    QString path;
+    QString newPath;
+    bool overwrite = false;
+    static constexpr auto fields()
+    {
+        return std::tuple(required("path", &CopyOptions::path,
+                              "an existing regular file, of a kind that pages may copy", FileIsEmpty),
+            optional("newPath", &CopyOptions::newPath, "where to"),
+            optional("overwrite", &CopyOptions::overwrite, "replace what is there"));
+    }
+};
+
+struct KJsApiFileSystem::PlaceOptions {
+    QString path;
+    QString fileName;
+    static constexpr auto fields()
+    {
+        return std::tuple(required("path", &PlaceOptions::path, "the directory"),
+            optional("fileName", &PlaceOptions::fileName, "a file in it"));
+    }
+};
+
+struct KJsApiFileSystem::AccessOptions {
+    QString path;
+    bool requestIfNoPermission = true;
+    std::int32_t accessType = 2;
+    bool showRequestFailedTip = true;
+    static constexpr auto fields()
+    {
+        return std::tuple(optional("path", &AccessOptions::path, "the file"),
+            optional("requestIfNoPermission", &AccessOptions::requestIfNoPermission,
+                "ask the user where access is not granted yet"),
+            optional("accessType", &AccessOptions::accessType, "what for, as the suite numbers it"),
+            optional("showRequestFailedTip", &AccessOptions::showRequestFailedTip,
+                "show the user that access was refused"));
+    }
+};
+
 const MemberList& KJsApiFileSystem::members()
 {
-    // clang-format off
+    using Self = KJsApiFileSystem;
     static const MemberList list = MemberList {
-        // member                                                                      category          answer         parameters
-        method<&KJsApiFileSystem::file>(u"File",                                       Category::Usual,  Type::Object,  { Type::JsValue }),
-        method<&KJsApiFileSystem::exists>(u"exists",                                   Category::Usual,  Type::JsValue, { Type::String }),
-        method<&KJsApiFileSystem::copy>(u"copy",                                       Category::Usual,  Type::JsValue, { Type::JsValue }),
-        method<&KJsApiFileSystem::officeData>(u"officeData",                           Category::Usual,  Type::JsValue),
-        method<&KJsApiFileSystem::officeHome>(u"officeHome",                           Category::Usual,  Type::JsValue),
-        method<&KJsApiFileSystem::tempPath>(u"tempPath",                               Category::Usual,  Type::JsValue),
-        method<&KJsApiFileSystem::desktopPath>(u"desktopPath",                         Category::Usual,  Type::JsValue),
-        method<&KJsApiFileSystem::homePath>(u"homePath",                               Category::Usual,  Type::JsValue),
-        method<&KJsApiFileSystem::documentsPath>(u"documentsPath",                     Category::Usual,  Type::JsValue),
-        method<&KJsApiFileSystem::openLocalLocation>(u"openLocalLocation",             Category::Usual,  Type::JsValue, { Type::JsValue }),
-        method<&KJsApiFileSystem::getDllWorkPath>(u"getDllWorkPath",                   Category::Usual,  Type::JsValue, { Type::String }),
-        method<&KJsApiFileSystem::downloadPath>(u"downloadPath",                       Category::Usual,  Type::JsValue),
-        method<&KJsApiFileSystem::selectLocalFolder>(u"selectLocalFolder",             Category::None,   Type::JsValue, { Type::JsValue }),
-        method<&KJsApiFileSystem::selectFolderx>(u"selectFolderx",                     Category::None,   Type::JsValue, { Type::JsValue }),
-        method<&KJsApiFileSystem::mkpath>(u"mkpath",                                   Category::Usual,  Type::JsValue, { Type::String }),
-        method<&KJsApiFileSystem::remove>(u"remove",                                   Category::Usual,  Type::JsValue, { Type::String }),
-        method<&KJsApiFileSystem::open>(u"open",                                       Category::Launch, Type::JsValue, { Type::String }),
-        method<&KJsApiFileSystem::getFileStatus>(u"getFileStatus",                     Category::Usual,  Type::JsValue, { Type::String }),
-        method<&KJsApiFileSystem::getWritableSaveFileName>(u"getWritableSaveFileName", Category::None,   Type::JsValue, { Type::JsValue }),
-        method<&KJsApiFileSystem::getExistingDirectory>(u"getExistingDirectory",       Category::None,   Type::JsValue, { Type::JsValue }),
-        method<&KJsApiFileSystem::getOpenFileNames>(u"getOpenFileNames",               Category::None,   Type::JsValue, { Type::JsValue }),
-        method<&KJsApiFileSystem::getOpenFileName>(u"getOpenFileName",                 Category::None,   Type::JsValue, { Type::JsValue }),
-        method<&KJsApiFileSystem::showSelectFilePanel>(u"showSelectFilePanel",         Category::None,   Type::JsValue, { Type::JsValue }),
-        method<&KJsApiFileSystem::getFileMd5>(u"getFileMd5",                           Category::Usual,  Type::JsValue, { Type::String }),
-        method<&KJsApiFileSystem::startAccess>(u"startAccess",                         Category::Usual,  Type::JsValue, { Type::JsValue }),
-        method<&KJsApiFileSystem::isDir>(u"isDir",                                     Category::Usual,  Type::JsValue, { Type::String }),
-        method<&KJsApiFileSystem::isDirWritable>(u"isDirWritable",                     Category::Usual,  Type::JsValue, { Type::String }),
+        "Guarded access to local files and to the suite's file dialogs. Where a member writes or removes, "
+        "its path must be "
+        "absolute or begin with an environment variable between percent signs (`%HOME%/a.txt`). A dialog "
+        "runs until the "
+        "user has ended it; a page has one at a time, and one that it opens meanwhile is cancelled at once.",
+        {
+            member<&Self::file>(u"File", Category::Usual, Type::Object, { Type::JsValue },
+                "Returns a File object for a path.", { &PathIsIllegal, &EmptyHandle }),
+            member<&Self::exists>(u"exists", Category::Usual, Type::JsValue, { { Type::String, "path" } },
+                "Returns whether something has that path."),
+            member<&Self::copy>(u"copy", Category::Usual, Type::JsValue, { Type::JsValue },
+                "Copies a file. Returns whether it was copied: `false` when something is there already and "
+                "may not be replaced, or the system refused. A file that is replaced stays as it was until "
+                "the copy is whole.",
+                { &PathIsIllegal, &NewPathIsIllegal, &OverrideFailed }),
+            member<&Self::officeData>(
+                u"officeData", Category::Usual, Type::JsValue, "Returns the suite's data directory."),
+            member<&Self::officeHome>(
+                u"officeHome", Category::Usual, Type::JsValue, "Returns the suite's home directory."),
+            member<&Self::tempPath>(
+                u"tempPath", Category::Usual, Type::JsValue, "Returns the directory for temporary files."),
+            member<&Self::desktopPath>(u"desktopPath", Category::Usual, Type::JsValue,
+                "Returns the user's desktop directory, empty when the system has none."),
+            member<&Self::homePath>(
+                u"homePath", Category::Usual, Type::JsValue, "Returns the user's home directory."),
+            member<&Self::documentsPath>(u"documentsPath", Category::Usual, Type::JsValue,
+                "Returns the user's directory for documents, empty when the system has none."),
+            member<&Self::openLocalLocation>(u"openLocalLocation", Category::Usual, Type::JsValue,
+                { Type::JsValue },
+                "Shows a directory, or a file in it, in the desktop's file manager. Returns whether that "
+                "was started.",
+                { &NotExisting, &NotDirectory, &FileNotExisting }),
+            member<&Self::getDllWorkPath>(u"getDllWorkPath", Category::Usual, Type::JsValue,
+                { { Type::String, "name" } },
+                "Returns an empty string: Linux has no work directory of libraries.", { &MissingParameters }),
+            member<&Self::downloadPath>(u"downloadPath", Category::Usual, Type::JsValue,
+                "Returns the user's directory for downloads, empty when the system has none."),
+            member<&Self::selectLocalFolder>(u"selectLocalFolder", Category::None, Type::JsValue,
+                { Type::JsValue },
+                "Has the user choose a directory. Returns its path, empty when cancelled."),
+            member<&Self::selectFolderx>(u"selectFolderx", Category::None, Type::JsValue, { Type::JsValue },
+                "Has the user choose files or folders, on this machine or in the cloud. Without a choice "
+                "`files` is empty.",
+                { &NoInputBox }),
+            member<&Self::mkpath>(u"mkpath", Category::Usual, Type::JsValue, { { Type::String, "path" } },
+                "Makes a directory with all directories above it. Returns whether the system did it.",
+                { &AlreadyExists }),
+            member<&Self::remove>(u"remove", Category::Usual, Type::JsValue, { { Type::String, "path" } },
+                "Removes a directory and all that is in it; of a link to a directory the link. Returns "
+                "whether all of it is gone. The home directory, directories closed to pages, and those "
+                "that hold one of them are refused as illegal.",
+                { &ArgumentNotExisting, &ArgumentNotDirectory }),
+            member<&Self::open>(u"open", Category::Launch, Type::JsValue, { { Type::String, "path" } },
+                "Has the desktop open a file with the program for it.",
+                { &PathIsEmpty, &NotExisting, &NotFile, &OpenFailed }),
+            member<&Self::getFileStatus>(u"getFileStatus", Category::Usual, Type::JsValue,
+                { { Type::String, "path" } },
+                "Returns whether the file can be opened for writing, so no other program holds it locked.",
+                { &ArgumentNotExisting }),
+            member<&Self::getWritableSaveFileName>(u"getWritableSaveFileName", Category::None, Type::JsValue,
+                { Type::JsValue },
+                "Has the user choose a name to save to. Returns it, empty when cancelled."),
+            member<&Self::getExistingDirectory>(u"getExistingDirectory", Category::None, Type::JsValue,
+                { Type::JsValue }, "Has the user choose a directory. Returns its path, empty when cancelled.",
+                { &ArgumentNotExisting, &ArgumentNotDirectory }),
+            member<&Self::getOpenFileNames>(u"getOpenFileNames", Category::None, Type::JsValue,
+                { Type::JsValue },
+                "Has the user choose existing files. Returns their paths, none when cancelled.",
+                { &ArgumentNotExisting, &ArgumentNotDirectory }),
+            member<&Self::getOpenFileName>(u"getOpenFileName", Category::None, Type::JsValue,
+                { Type::JsValue },
+                "Has the user choose an existing file. Returns its path, empty when cancelled.",
+                { &ArgumentNotExisting, &ArgumentNotDirectory }),
+            member<&Self::showSelectFilePanel>(u"showSelectFilePanel", Category::None, Type::JsValue,
+                { { Type::JsValue, "options", "what the panel is to show; it knows which keys" } },
+                "Shows the suite's file panel. Returns what it returns, `{}` when cancelled."),
+            member<&Self::getFileMd5>(u"getFileMd5", Category::Usual, Type::JsValue,
+                { { Type::String, "path" } },
+                "Resolves with the MD5 of a file's content, 32 lower-case hexadecimal digits. A file that "
+                "can not be read, is no regular file, or changes meanwhile is rejected.",
+                { &Md5PathIsEmpty, &Md5NotExisting, &Md5NotOpened, &PromiseServiceNull }),
+            member<&Self::startAccess>(u"startAccess", Category::Usual, Type::JsValue, { Type::JsValue },
+                "Returns whether the suite may use a file; `false` as well when it guards no access."),
+            member<&Self::isDir>(u"isDir", Category::Usual, Type::JsValue, { { Type::String, "path" } },
+                "Returns whether the path is that of a directory."),
+            member<&Self::isDirWritable>(u"isDirWritable", Category::Usual, Type::JsValue,
+                { { Type::String, "path" } },
+                "Returns whether the path is that of a directory that can be written to and is neither "
+                "closed to pages nor in the plugin pool."),
+        }
     }.handingOut<KJsApiFile>();
-    // clang-format on
     return list;
 }
 
 namespace {
 
-constexpr char PathIsEmpty[] = "Path is empty.";
-constexpr char PathIsIllegal[] = "Path is illegal.";
-constexpr char NewPathIsIllegal[] = "New path is illegal.";
-constexpr char IsNotExisted[] = "%1 is not existed";
-
-/// A failure's text about a path.
-QString about(const char* text, const QString& path)
-{
-    return QString::fromLatin1(text).arg(path);
-}
-
-/// Why a path is no directory; empty for an existing one.
-QString directoryFault(const QString& path)
+/// Why a path is no directory; nothing for an existing one.
+std::optional<Refusal> refuseUnlessDirectory(
+    const QString& path, const Failure& notExisting, const Failure& notDirectory)
 {
     const QString native = QDir::toNativeSeparators(path);
     const QFileInfo info(native);
     if (!info.exists())
-        return about(IsNotExisted, native);
-    return info.isDir() ? QString() : about("%1 is not dir", native);
-}
-
-Reply succeedNative(Call& call, const QString& path)
-{
-    return call.succeed(QDir::toNativeSeparators(path));
+        return notExisting / native;
+    if (!info.isDir())
+        return notDirectory / native;
+    return std::nullopt;
 }
 
 QString writableLocation(QStandardPaths::StandardLocation location)
@@ -93,265 +207,224 @@ QString writableLocation(QStandardPaths::StandardLocation location)
 
 } // namespace
 
-Reply KJsApiFileSystem::file(Call& call)
+Answer<Handle<KJsApiFile>> KJsApiFileSystem::file(const JSContextEnv& page, const PathOptions& options)
 {
-    const QString path = call.options().string("path");
-    if (path.isEmpty())
-        return call.fail(ErrorCode::OperationFailed, PathIsEmpty);
-    if (!QFileInfo(path).isFile())
-        return call.fail(ErrorCode::OperationFailed, PathIsIllegal);
-    const KRef<KJSONValue> options(new KJSONValue);
-    options->SetString(QString::fromLatin1("path"), path);
-    return call.handOutNew(KJsApiFile::ScriptName, options.get());
+    if (!QFileInfo(options.path).isFile())
+        return PathIsIllegal;
+    return handOutNew<KJsApiFile>(page, FileOptions { options.path });
 }
 
-Reply KJsApiFileSystem::exists(Call& call)
+Answer<bool> KJsApiFileSystem::exists(const QString& path)
 {
-    return call.succeed(QFileInfo::exists(call.string(0)));
+    return QFileInfo::exists(path);
 }
 
-Reply KJsApiFileSystem::copy(Call& call)
+Answer<bool> KJsApiFileSystem::copy(const CopyOptions& options)
 {
-    const Options options = call.options();
-    const QString path = options.string("path");
-    if (path.isEmpty())
-        return call.fail(ErrorCode::OperationFailed, PathIsEmpty);
-    if (!QFileInfo(path).isFile() || !krt::dirs::isFileFormatSafe(path))
-        return call.fail(ErrorCode::OperationFailed, PathIsIllegal);
-    const std::optional<QString> newPath = checkedPath(options.string("newPath"));
+    if (!QFileInfo(options.path).isFile() || !krt::dirs::isFileFormatSafe(options.path))
+        return PathIsIllegal;
+    const std::optional<WritablePath> newPath = WritablePath::check(options.newPath);
     if (!newPath)
-        return call.fail(ErrorCode::OperationFailed, NewPathIsIllegal);
-    if (!options.boolean("overwrite", false) || !QFileInfo::exists(*newPath))
-        return call.succeed(QFile::copy(path, *newPath));
-    switch (replaceFile(path, *newPath)) {
-    case Replacement::Done:
-        return call.succeed(true);
-    case Replacement::CopyFailed:
-        return call.succeed(false);
-    case Replacement::Refused:
-        break;
-    }
-    return call.fail(ErrorCode::OperationFailed, "override existing file failed");
+        return NewPathIsIllegal;
+    if (!options.overwrite || !QFileInfo::exists(newPath->string()))
+        return copyFile(options.path, *newPath);
+    const Replacement replacement = replaceFile(options.path, *newPath);
+    if (replacement == Replacement::Refused)
+        return OverrideFailed;
+    return replacement == Replacement::Done;
 }
 
-Reply KJsApiFileSystem::officeData(Call& call)
+Answer<QString> KJsApiFileSystem::officeData()
 {
-    return call.succeed(krt::dirs::officeData());
+    return krt::dirs::officeData();
 }
 
-Reply KJsApiFileSystem::officeHome(Call& call)
+Answer<QString> KJsApiFileSystem::officeHome()
 {
-    return call.succeed(krt::dirs::officeHome());
+    return krt::dirs::officeHome();
 }
 
-Reply KJsApiFileSystem::tempPath(Call& call)
+Answer<QString> KJsApiFileSystem::tempPath()
 {
-    return succeedNative(call, QDir::tempPath());
+    return QDir::toNativeSeparators(QDir::tempPath());
 }
 
-Reply KJsApiFileSystem::desktopPath(Call& call)
+Answer<QString> KJsApiFileSystem::desktopPath()
 {
-    return call.succeed(writableLocation(QStandardPaths::DesktopLocation));
+    return writableLocation(QStandardPaths::DesktopLocation);
 }
 
-Reply KJsApiFileSystem::homePath(Call& call)
+Answer<QString> KJsApiFileSystem::homePath()
 {
-    return succeedNative(call, QDir::homePath());
+    return QDir::toNativeSeparators(QDir::homePath());
 }
 
-Reply KJsApiFileSystem::documentsPath(Call& call)
+Answer<QString> KJsApiFileSystem::documentsPath()
 {
-    return succeedNative(call, QStandardPaths::standardLocations(QStandardPaths::DocumentsLocation).value(0));
+    return QDir::toNativeSeparators(
+        QStandardPaths::standardLocations(QStandardPaths::DocumentsLocation).value(0));
 }
 
-Reply KJsApiFileSystem::downloadPath(Call& call)
+Answer<bool> KJsApiFileSystem::openLocalLocation(const PlaceOptions& options)
 {
-    return succeedNative(call, writableLocation(QStandardPaths::DownloadLocation));
-}
-
-Reply KJsApiFileSystem::openLocalLocation(Call& call)
-{
-    const Options options = call.options();
-    QString place = options.string("path");
-    if (place.isEmpty())
-        return call.fail(ErrorCode::BadArgument, MissingParameters);
-    const QString fault = directoryFault(place);
-    if (!fault.isEmpty())
-        return call.fail(ErrorCode::OperationFailed, fault);
-    const QString fileName = options.string("fileName");
-    if (!fileName.isEmpty()) {
+    QString place = options.path;
+    if (const auto refusal = refuseUnlessDirectory(place, NotExisting, NotDirectory))
+        return *refusal;
+    if (!options.fileName.isEmpty()) {
         if (!place.endsWith(QLatin1Char('\\')) && !place.endsWith(QLatin1Char('/')))
             place += QLatin1Char('/');
-        place = QDir::toNativeSeparators(place + fileName);
+        place = QDir::toNativeSeparators(place + options.fileName);
         if (!QFileInfo::exists(place))
-            return call.fail(ErrorCode::OperationFailed, about("file %1 is not exists", place));
+            return FileNotExisting / place;
     }
     // Absolute, for no name to be taken for an option or an address.
     place = QFileInfo(place).absoluteFilePath();
     // A quote of the name's own must not end the quoted word.
     place.replace(QLatin1Char('"'), QLatin1String("\"\"\""));
-    return call.succeed(
-        krt::ksafe::KProcess::StartDetach(QString::fromLatin1("/bin/bash xdg-open \"%1\"").arg(place)));
+    return krt::ksafe::KProcess::StartDetach(heapString("/bin/bash xdg-open \"%1\"").arg(place));
 }
 
-Reply KJsApiFileSystem::getDllWorkPath(Call& call)
+Answer<QString> KJsApiFileSystem::getDllWorkPath(const QString& name)
 {
-    if (call.string(0).isEmpty())
-        return call.fail(ErrorCode::BadArgument, MissingParameters);
-    return call.succeed(QString());
+    if (name.isEmpty())
+        return MissingParameters;
+    return QString();
 }
 
-Reply KJsApiFileSystem::selectLocalFolder(Call& call)
+Answer<QString> KJsApiFileSystem::downloadPath()
 {
-    const Options options = call.options();
-    if (options.string("dir").isEmpty())
-        return call.fail(ErrorCode::BadArgument, MissingParameters);
-    return succeedNative(call, askForFiles(call, QFileDialog::Directory).value(0));
+    return QDir::toNativeSeparators(writableLocation(QStandardPaths::DownloadLocation));
 }
 
-Reply KJsApiFileSystem::selectFolderx(Call& call)
+Answer<QString> KJsApiFileSystem::selectLocalFolder(
+    const JSContextEnv& page, const FolderDialogOptions& options)
 {
-    return askOnMachineOrInCloud(call);
+    const QStringList chosen =
+        chooseFiles(page, { options.caption, options.dir, {} }, QFileDialog::Directory);
+    return QDir::toNativeSeparators(chosen.value(0));
 }
 
-namespace {
-
-/// Has `action` answer with the path that is to be changed, resolved and allowed.
-template <typename Action> Reply withPathToChange(Call& call, Action action)
+Answer<CloudFileChoice> KJsApiFileSystem::selectFolderx(
+    const JSContextEnv& page, const CloudFileDialogOptions& options)
 {
-    const QString given = call.string(0);
-    if (given.isEmpty())
-        return call.fail(ErrorCode::BadArgument, PathIsEmpty);
-    const std::optional<QString> path = checkedPath(given);
-    return path ? action(*path) : call.fail(ErrorCode::OperationFailed, NewPathIsIllegal);
+    return chooseOnMachineOrInCloud(page, options);
 }
 
-} // namespace
-
-Reply KJsApiFileSystem::mkpath(Call& call)
+Answer<bool> KJsApiFileSystem::mkpath(const WritablePath& path)
 {
-    return withPathToChange(call, [&](const QString& path) {
-        if (QFileInfo::exists(path))
-            return call.fail(ErrorCode::OperationFailed, "the directory already exist");
-        return call.succeed(QDir(QString::fromLatin1(".")).mkpath(path));
-    });
+    if (QFileInfo::exists(path.string()))
+        return AlreadyExists;
+    return makeDirectory(path);
 }
 
-Reply KJsApiFileSystem::remove(Call& call)
+Answer<bool> KJsApiFileSystem::remove(const WritablePath& path)
 {
-    return withPathToChange(call, [&](const QString& path) {
-        const QString fault = directoryFault(path);
-        if (!fault.isEmpty())
-            return call.fail(ErrorCode::BadArgument, fault);
-        if (holdsGuardedDirectory(path))
-            return call.fail(ErrorCode::OperationFailed, NewPathIsIllegal);
-        return call.succeed(removeTree(path));
-    });
+    if (const auto refusal = refuseUnlessDirectory(path.string(), ArgumentNotExisting, ArgumentNotDirectory))
+        return *refusal;
+    if (holdsGuardedDirectory(path))
+        return NewPathIsIllegal;
+    return removeTree(path);
 }
 
-Reply KJsApiFileSystem::open(Call& call)
+Answer<void> KJsApiFileSystem::open(const QString& path)
 {
-    const QString path = call.string(0);
     if (path.isEmpty())
-        return call.fail(ErrorCode::BadArgument, PathIsEmpty);
+        return PathIsEmpty;
     const QFileInfo info(path);
     if (!info.exists())
-        return call.fail(ErrorCode::OperationFailed, about(IsNotExisted, path));
+        return NotExisting / path;
     if (!info.isFile())
-        return call.fail(ErrorCode::OperationFailed, about("%1 is not file", path));
+        return NotFile / path;
     if (!QDesktopServices::openUrl(QUrl::fromLocalFile(info.absoluteFilePath())))
-        return call.fail(ErrorCode::OperationFailed, about("Failed to open file : %1 ", path));
-    return call.succeed();
+        return OpenFailed / path;
+    return {};
 }
 
-Reply KJsApiFileSystem::getFileStatus(Call& call)
+Answer<bool> KJsApiFileSystem::getFileStatus(const QString& path)
 {
-    const QString path = call.string(0);
     if (!QFileInfo::exists(path))
-        return call.fail(ErrorCode::BadArgument, about(IsNotExisted, path));
+        return ArgumentNotExisting / path;
     const XHANDLE file = _XCreateFileW(path.toStdU16String().c_str(), X_GENERIC_WRITE, X_FILE_SHARE_READ,
         nullptr, X_OPEN_EXISTING, 0, nullptr);
     if (file == X_INVALID_HANDLE)
-        return call.succeed(false);
+        return false;
     _XCloseHandle(file);
-    return call.succeed(true);
+    return true;
 }
 
-Reply KJsApiFileSystem::getWritableSaveFileName(Call& call)
+Answer<QString> KJsApiFileSystem::getWritableSaveFileName(
+    const JSContextEnv& page, const FileDialogOptions& options)
 {
-    const DialogTurn turn(call.context());
+    const DialogTurn turn(page);
     if (!turn)
-        return call.succeed(QString());
-    const Options options = call.options();
-    return call.succeed(KDownloadFileDialog::getWritableFileName(
-        nullptr, options.string("caption"), options.string("dir"), options.string("filter")));
+        return QString();
+    return KDownloadFileDialog::getWritableFileName(nullptr, options.caption, options.dir, options.filter);
 }
 
 namespace {
 
-/// Answers with the files that the user chooses, beginning in an existing directory.
-template <typename Answer> Reply askInDirectory(Call& call, QFileDialog::FileMode mode, Answer answer)
+/// The files that the user chooses, beginning in an existing directory.
+Answer<QStringList> chooseInDirectory(
+    const JSContextEnv& page, const FileDialogOptions& options, QFileDialog::FileMode mode)
 {
-    const QString fault = directoryFault(call.options().string("dir"));
-    if (!fault.isEmpty())
-        return call.fail(ErrorCode::BadArgument, fault);
-    return answer(askForFiles(call, mode));
+    if (const auto refusal = refuseUnlessDirectory(options.dir, ArgumentNotExisting, ArgumentNotDirectory))
+        return *refusal;
+    return chooseFiles(page, options, mode);
+}
+
+Answer<QString> takeFirst(Answer<QStringList> chosen)
+{
+    if (chosen.isRefused())
+        return chosen.refusal();
+    return chosen.value().value(0);
 }
 
 } // namespace
 
-Reply KJsApiFileSystem::getExistingDirectory(Call& call)
+Answer<QString> KJsApiFileSystem::getExistingDirectory(
+    const JSContextEnv& page, const FileDialogOptions& options)
 {
-    return askInDirectory(call, QFileDialog::Directory,
-        [&](const QStringList& chosen) { return call.succeed(chosen.value(0)); });
+    return takeFirst(chooseInDirectory(page, options, QFileDialog::Directory));
 }
 
-Reply KJsApiFileSystem::getOpenFileNames(Call& call)
+Answer<QStringList> KJsApiFileSystem::getOpenFileNames(
+    const JSContextEnv& page, const FileDialogOptions& options)
 {
-    return askInDirectory(call, QFileDialog::ExistingFiles,
-        [&](const QStringList& chosen) { return call.succeed(QVariant(chosen)); });
+    return chooseInDirectory(page, options, QFileDialog::ExistingFiles);
 }
 
-Reply KJsApiFileSystem::getOpenFileName(Call& call)
+Answer<QString> KJsApiFileSystem::getOpenFileName(const JSContextEnv& page, const FileDialogOptions& options)
 {
-    return askInDirectory(call, QFileDialog::ExistingFile,
-        [&](const QStringList& chosen) { return call.succeed(chosen.value(0)); });
+    return takeFirst(chooseInDirectory(page, options, QFileDialog::ExistingFile));
 }
 
-Reply KJsApiFileSystem::showSelectFilePanel(Call& call)
+Answer<QVariantMap> KJsApiFileSystem::showSelectFilePanel(
+    IKFilePanel& panel, const JSContextEnv& page, const QVariant& options)
 {
-    IKFilePanel* panel = GetFilePanel();
-    if (!panel)
-        return call.fail(ErrorCode::OperationFailed, "empty handle");
-    QVariant options;
-    if (!KJSApiUtil::ConvertJSVariantToQVariant(call.copiedArgument(0), options))
-        return call.fail(ErrorCode::BadArgument, WrongParameters);
-    const DialogTurn turn(call.context());
+    const DialogTurn turn(page);
     if (!turn)
-        return call.succeed(QVariant(QVariantMap()));
-    return call.succeed(QVariant(panel->Show(QString::fromLatin1("FileDialog"),
-        { { QString::fromLatin1("IsOpen"), QString::fromLatin1("1") } }, options.toMap(), turn.owner())));
+        return QVariantMap();
+    return panel.Show(heapString("FileDialog"), { { heapString("IsOpen"), heapString("1") } },
+        options.toMap(), turn.owner());
 }
 
-Reply KJsApiFileSystem::getFileMd5(Call& call)
+Answer<Promise<QString>> KJsApiFileSystem::getFileMd5(const JSContextEnv& page, const QString& path)
 {
-    return KFileMd5Request::start(call, call.string(0));
+    return KFileMd5Request::start(page, path);
 }
 
-Reply KJsApiFileSystem::startAccess(Call& call)
+Answer<bool> KJsApiFileSystem::startAccess(const JSContextEnv& page, const AccessOptions& options)
 {
-    const Options options = call.options();
     IKAccessManager* manager = GetAccessManager();
-    const DialogTurn turn(call.context());
-    return call.succeed(manager
-        && manager->StartAccess(options.string("path").toStdU16String().c_str(),
-            turn && options.boolean("requestIfNoPermission", true), options.integer("accessType", 2),
-            turn && options.boolean("showRequestFailedTip", true)));
+    const DialogTurn turn(page);
+    return manager
+        && manager->StartAccess(options.path.toStdU16String().c_str(), turn && options.requestIfNoPermission,
+            options.accessType, turn && options.showRequestFailedTip);
 }
 
-Reply KJsApiFileSystem::isDir(Call& call)
+Answer<bool> KJsApiFileSystem::isDir(const QString& path)
 {
-    return call.succeed(QFileInfo(call.string(0)).isDir());
+    return QFileInfo(path).isDir();
 }
 
 namespace {
@@ -360,12 +433,11 @@ namespace {
 const QString& pluginPool()
 {
     static const QString pool = [] {
-        QString product =
-            krt::kcmc::value(QString::fromLatin1("PluginPlatformProductName"), QString::fromLatin1("value"));
+        QString product = krt::kcmc::value(heapString("PluginPlatformProductName"), heapString("value"));
         if (product.isEmpty())
-            product = QString::fromLatin1("nova");
-        const QStringList parts { krt::dirs::velmoraHome(), product, QString::fromLatin1("linux-x64"),
-            QString::fromLatin1("addons/pool") };
+            product = heapString("nova");
+        const QStringList parts { krt::dirs::velmoraHome(), product, heapString("linux-x64"),
+            heapString("addons/pool") };
         return QDir::cleanPath(parts.join(QLatin1Char('/'))) + QLatin1Char('/');
     }();
     return pool;
@@ -373,15 +445,16 @@ const QString& pluginPool()
 
 } // namespace
 
-Reply KJsApiFileSystem::isDirWritable(Call& call)
+Answer<bool> KJsApiFileSystem::isDirWritable(const QString& given)
 {
-    const QString given = call.string(0);
     const QString path = QDir::toNativeSeparators(QDir::cleanPath(given)).trimmed();
     const QDir here;
     if (krt::dirs::inBlackDownloadDir(here.absoluteFilePath(given))
         || krt::dirs::inBlackDownloadDir(here.absoluteFilePath(path))
         || (path + QLatin1Char('/')).startsWith(pluginPool(), Qt::CaseInsensitive))
-        return call.succeed(false);
+        return false;
     const QFileInfo info(path);
-    return call.succeed(info.isDir() && info.isWritable());
+    return info.isDir() && info.isWritable();
 }
+
+} // namespace jsapi

@@ -2,41 +2,41 @@
 
 #include "suite/kxloggerlite.h"
 
+namespace jsapi {
+
+struct KJsApiLog::LogRecord {
+    QString moduleName;
+    QString logStr;
+    static constexpr auto fields()
+    {
+        return std::tuple(required("moduleName", &LogRecord::moduleName, "who writes"),
+            required("logStr", &LogRecord::logStr, "what is written"));
+    }
+};
+
 const MemberList& KJsApiLog::members()
 {
-    // clang-format off
-    static const MemberList list {
-        // member                                     category         answer         parameters
-        method<&KJsApiLog::logInfo>(u"logInfo",       Category::Usual, Type::JsValue, { Type::JsValue }),
-        method<&KJsApiLog::logWarning>(u"logWarning", Category::Usual, Type::JsValue, { Type::JsValue }),
-    };
-    // clang-format on
+    using Self = KJsApiLog;
+    static const MemberList list { "Writes records into the suite's log.",
+        {
+            member<&Self::logInfo>(u"logInfo", Category::Usual, Type::JsValue, { Type::JsValue },
+                "Writes a record of what has happened."),
+            member<&Self::logWarning>(u"logWarning", Category::Usual, Type::JsValue, { Type::JsValue },
+                "Writes a record of what should not have happened."),
+        } };
     return list;
 }
 
-namespace {
-
-using LogWriter = void (*)(const std::wstring& module, const std::wstring& text);
-
-Reply writeRecord(Call& call, LogWriter write)
+Answer<void> KJsApiLog::logInfo(const LogRecord& record)
 {
-    const Options options = call.options();
-    const QString module = options.string("moduleName");
-    const QString text = options.string("logStr");
-    if (module.isEmpty() || text.isEmpty())
-        return call.fail(ErrorCode::BadArgument, MissingParameters);
-    write(module.toStdWString(), text.toStdWString());
-    return call.succeed();
+    KxLoggerLite::writeInfo(record.moduleName.toStdWString(), record.logStr.toStdWString());
+    return {};
 }
 
-} // namespace
-
-Reply KJsApiLog::logInfo(Call& call)
+Answer<void> KJsApiLog::logWarning(const LogRecord& record)
 {
-    return writeRecord(call, KxLoggerLite::writeInfo);
+    KxLoggerLite::writeWarning(record.moduleName.toStdWString(), record.logStr.toStdWString());
+    return {};
 }
 
-Reply KJsApiLog::logWarning(Call& call)
-{
-    return writeRecord(call, KxLoggerLite::writeWarning);
-}
+} // namespace jsapi

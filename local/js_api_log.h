@@ -2,14 +2,18 @@
 
 #include "framework/extensionobject.h"
 
+namespace jsapi {
+
 /// "NovaExtension.Log": writes records into the suite's log.
 class KJsApiLog final : public KJCExtendJsObj<KJsApiLog> {
 public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.Log";
     static const MemberList& members();
 
-    // Each takes {moduleName: string, logStr: string}, neither empty, and answers undefined.
-    // Failure: 1 "missing required parameters.".
-    Reply logInfo(Call& call);
-    Reply logWarning(Call& call);
+    struct LogRecord;
+
+    Answer<void> logInfo(const LogRecord& record);
+    Answer<void> logWarning(const LogRecord& record);
 };
+
+} // namespace jsapi

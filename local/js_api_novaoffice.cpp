@@ -7,29 +7,42 @@
 
 #include <QHostInfo>
 
+namespace jsapi {
+
 const MemberList& KJsApiNovaoffice::members()
 {
-    // clang-format off
+    using Self = KJsApiNovaoffice;
     static const MemberList list {
-        // member                                                                        category         answer
-        method<&KJsApiNovaoffice::getNovaVersion>(u"getNovaVersion",                     Category::Usual, Type::JsValue),
-        method<&KJsApiNovaoffice::getApplicationName>(u"getApplicationName",             Category::Usual, Type::JsValue),
-        method<&KJsApiNovaoffice::getGuid>(u"getGuid",                                   Category::Usual, Type::JsValue),
-        method<&KJsApiNovaoffice::getUuid>(u"getUuid",                                   Category::Usual, Type::JsValue),
-        method<&KJsApiNovaoffice::getHdid>(u"getHdid",                                   Category::Usual, Type::JsValue),
-        method<&KJsApiNovaoffice::getChannel>(u"getChannel",                             Category::Usual, Type::JsValue),
-        method<&KJsApiNovaoffice::getComputerName>(u"getComputerName",                   Category::Usual, Type::JsValue),
-        method<&KJsApiNovaoffice::getSystemUserName>(u"getSystemUserName",               Category::Usual, Type::JsValue),
-        method<&KJsApiNovaoffice::getNovaofficeInstallPath>(u"getNovaofficeInstallPath", Category::Usual, Type::JsValue),
-        method<&KJsApiNovaoffice::getCurrentNovaDpi>(u"getCurrentNovaDpi",               Category::Usual, Type::JsValue),
+        "Facts about this installation. What the suite does not know is an empty string.",
+        {
+            member<&Self::getNovaVersion>(
+                u"getNovaVersion", Category::Usual, Type::JsValue, "Returns the suite's version."),
+            member<&Self::getApplicationName>(u"getApplicationName", Category::Usual, Type::JsValue,
+                "Returns the name of the suite's application that runs."),
+            member<&Self::getGuid>(
+                u"getGuid", Category::Usual, Type::JsValue, "Returns the identifier of this installation."),
+            member<&Self::getUuid>(u"getUuid", Category::Usual, Type::JsValue,
+                "Returns the identifier of this user's installation."),
+            member<&Self::getHdid>(
+                u"getHdid", Category::Usual, Type::JsValue, "Returns the identifier of this machine."),
+            member<&Self::getChannel>(
+                u"getChannel", Category::Usual, Type::JsValue, "Returns the distribution channel's code."),
+            member<&Self::getComputerName>(u"getComputerName", Category::Usual, Type::JsValue,
+                "Returns the name of this machine in the network."),
+            member<&Self::getSystemUserName>(u"getSystemUserName", Category::Usual, Type::JsValue,
+                "Returns the name under which the operating system runs the suite."),
+            member<&Self::getNovaofficeInstallPath>(u"getNovaofficeInstallPath", Category::Usual,
+                Type::JsValue, "Returns the directory of this installation."),
+            member<&Self::getCurrentNovaDpi>(u"getCurrentNovaDpi", Category::Usual, Type::JsValue,
+                "Returns the display scale, 1 for 96 dots per inch."),
+        }
     };
-    // clang-format on
     return list;
 }
 
 namespace {
 
-QString systemUserName()
+QString readSystemUserName()
 {
     const std::uint32_t length = _XGetOSUserName(nullptr, 0);
     std::u16string name(length + 1, u'\0');
@@ -39,53 +52,55 @@ QString systemUserName()
 
 } // namespace
 
-Reply KJsApiNovaoffice::getNovaVersion(Call& call)
+Answer<QString> KJsApiNovaoffice::getNovaVersion()
 {
-    return call.succeed(KDcInfoCDetail::getVersion());
+    return KDcInfoCDetail::getVersion();
 }
 
-Reply KJsApiNovaoffice::getApplicationName(Call& call)
+Answer<QString> KJsApiNovaoffice::getApplicationName()
 {
-    return call.succeed(krt::appName());
+    return krt::appName();
 }
 
-Reply KJsApiNovaoffice::getGuid(Call& call)
+Answer<QString> KJsApiNovaoffice::getGuid()
 {
-    return call.succeed(KDcInfoCDetail::getGuid());
+    return KDcInfoCDetail::getGuid();
 }
 
-Reply KJsApiNovaoffice::getUuid(Call& call)
+Answer<QString> KJsApiNovaoffice::getUuid()
 {
-    return call.succeed(KDcInfoCDetail::getUuid());
+    return KDcInfoCDetail::getUuid();
 }
 
-Reply KJsApiNovaoffice::getHdid(Call& call)
+Answer<QString> KJsApiNovaoffice::getHdid()
 {
-    return call.succeed(KDcInfoCDetail::getHdid3());
+    return KDcInfoCDetail::getHdid3();
 }
 
-Reply KJsApiNovaoffice::getChannel(Call& call)
+Answer<QString> KJsApiNovaoffice::getChannel()
 {
-    return call.succeed(KDcInfoCDetail::getMC());
+    return KDcInfoCDetail::getMC();
 }
 
-Reply KJsApiNovaoffice::getComputerName(Call& call)
+Answer<QString> KJsApiNovaoffice::getComputerName()
 {
-    return call.succeed(QHostInfo::localHostName());
+    return QHostInfo::localHostName();
 }
 
-Reply KJsApiNovaoffice::getSystemUserName(Call& call)
+Answer<QString> KJsApiNovaoffice::getSystemUserName()
 {
-    static const QString name = systemUserName();
-    return call.succeed(name);
+    static const QString name = readSystemUserName();
+    return name;
 }
 
-Reply KJsApiNovaoffice::getNovaofficeInstallPath(Call& call)
+Answer<QString> KJsApiNovaoffice::getNovaofficeInstallPath()
 {
-    return call.succeed(krt::dirs::officeInstallRoot());
+    return krt::dirs::officeInstallRoot();
 }
 
-Reply KJsApiNovaoffice::getCurrentNovaDpi(Call& call)
+Answer<double> KJsApiNovaoffice::getCurrentNovaDpi()
 {
-    return call.succeed(krt::dpiScaled());
+    return krt::dpiScaled();
 }
+
+} // namespace jsapi

@@ -1,64 +1,98 @@
 #include "local/js_api_product.h"
 
-#include "framework/kjsonvalue.h"
 #include "krt/krt.h"
 #include "krt/product.h"
 
-const MemberList& KJsApiProduct::members()
-{
-    // clang-format off
-    static const MemberList list {
-        // member                                                       category         answer         parameters
-        method<&KJsApiProduct::isPDFStandAlone>(u"isPDFStandAlone",     Category::Usual, Type::JsValue),
-        method<&KJsApiProduct::getProductString>(u"getProductString",   Category::Usual, Type::JsValue, { Type::JsValue }),
-        method<&KJsApiProduct::getConfigString>(u"getConfigString",     Category::Usual, Type::JsValue, { Type::String }),
-        method<&KJsApiProduct::getConfigInt>(u"getConfigInt",           Category::Usual, Type::JsValue, { Type::String }),
-        method<&KJsApiProduct::language>(u"language",                   Category::Usual, Type::JsValue, { Type::JsValue }),
-        method<&KJsApiProduct::getAppVersionInfo>(u"getAppVersionInfo", Category::Usual, Type::JsValue),
-    };
-    // clang-format on
-    return list;
-}
+namespace jsapi {
 
 namespace {
 /// The set of product configuration that all of the suite reads.
-constexpr int ConfigurationSelector = 37;
+constexpr std::int32_t ConfigurationSelector = 37;
 } // namespace
 
-Reply KJsApiProduct::isPDFStandAlone(Call& call)
+struct KJsApiProduct::StringOptions {
+    QString key;
+    std::int32_t option = ConfigurationSelector;
+    static constexpr auto fields()
+    {
+        return std::tuple(optional("key", &StringOptions::key, "the string's name"),
+            optional("option", &StringOptions::option, "selects the product configuration"));
+    }
+};
+
+struct KJsApiProduct::LanguageOptions {
+    std::int32_t format = 1;
+    bool bUseCache = false;
+    static constexpr auto fields()
+    {
+        return std::tuple(optional("format", &LanguageOptions::format,
+                              "1 names the language with its region; what is no integer stands for 0", 0),
+            optional("bUseCache", &LanguageOptions::bUseCache, "as it was when the suite last looked"));
+    }
+};
+
+struct KJsApiProduct::AppVersionInfo {
+    QString platform;
+    QString product;
+    static constexpr auto fields()
+    {
+        return std::tuple(property("platform", &AppVersionInfo::platform, "the operating system"),
+            property("product", &AppVersionInfo::product, "the product's name"));
+    }
+};
+
+const MemberList& KJsApiProduct::members()
 {
-    return call.succeed(krt::kcmc::support(QString::fromLatin1("OnlyFocusOnPDF")));
+    using Self = KJsApiProduct;
+    static const MemberList list {
+        "The product's fixed strings, switches and configuration. What is not there is an empty string or 0.",
+        {
+            member<&Self::isPDFStandAlone>(u"isPDFStandAlone", Category::Usual, Type::JsValue,
+                "Returns whether the product is a PDF program only."),
+            member<&Self::getProductString>(u"getProductString", Category::Usual, Type::JsValue,
+                { Type::JsValue }, "Returns a string of the product's."),
+            member<&Self::getConfigString>(u"getConfigString", Category::Usual, Type::JsValue,
+                { { Type::String, "name" } }, "Returns a string of the configuration."),
+            member<&Self::getConfigInt>(u"getConfigInt", Category::Usual, Type::JsValue,
+                { { Type::String, "name" } }, "Returns an integer of the configuration."),
+            member<&Self::language>(u"language", Category::Usual, Type::JsValue, { Type::JsValue },
+                "Returns the language of the suite's user interface."),
+            member<&Self::getAppVersionInfo>(u"getAppVersionInfo", Category::Usual, Type::JsValue,
+                "Returns what the product is and runs on."),
+        }
+    };
+    return list;
 }
 
-Reply KJsApiProduct::getProductString(Call& call)
+Answer<bool> KJsApiProduct::isPDFStandAlone()
 {
-    const Options options = call.options();
-    const int option = options.integer("option", ConfigurationSelector);
-    return call.succeed(krt::kcmc::value(options.string("key"), QString::number(option)));
+    return krt::kcmc::support(heapString("OnlyFocusOnPDF"));
 }
 
-Reply KJsApiProduct::getConfigString(Call& call)
+Answer<QString> KJsApiProduct::getProductString(const StringOptions& options)
 {
-    return call.succeed(krt::configs::getString(call.string(0), ConfigurationSelector));
+    return krt::kcmc::value(options.key, QString::number(options.option));
 }
 
-Reply KJsApiProduct::getConfigInt(Call& call)
+Answer<QString> KJsApiProduct::getConfigString(const QString& name)
 {
-    return call.succeed(krt::configs::getInt(call.string(0), ConfigurationSelector));
+    return krt::configs::getString(name, ConfigurationSelector);
 }
 
-Reply KJsApiProduct::language(Call& call)
+Answer<std::int32_t> KJsApiProduct::getConfigInt(const QString& name)
 {
-    const Options options = call.options();
-    const int format = options.has("format") ? options.integer("format", 0) : 1;
-    return call.succeed(krt::i18n::language(format, options.boolean("bUseCache", false)));
+    return krt::configs::getInt(name, ConfigurationSelector);
 }
 
-Reply KJsApiProduct::getAppVersionInfo(Call& call)
+Answer<QString> KJsApiProduct::language(const LanguageOptions& options)
 {
-    KRef<KJSONValue> info(new KJSONValue);
-    info->SetString(QStringLiteral("platform"), krt::info::platform());
-    info->SetString(QStringLiteral("product"),
-        krt::kcmc::value(QString::fromLatin1("BaseApiProduct"), QString::fromLatin1("productName")));
-    return call.succeed(std::move(info));
+    return krt::i18n::language(options.format, options.bUseCache);
 }
+
+Answer<KJsApiProduct::AppVersionInfo> KJsApiProduct::getAppVersionInfo()
+{
+    return AppVersionInfo { krt::info::platform(),
+        krt::kcmc::value(heapString("BaseApiProduct"), heapString("productName")) };
+}
+
+} // namespace jsapi

@@ -2,24 +2,24 @@
 
 #include "framework/extensionobject.h"
 
-/// "NovaExtension.Product": the product's fixed strings, switches and configuration. No member fails; what is
-/// not there is an empty string or 0.
+namespace jsapi {
+
+/// "NovaExtension.Product": the product's fixed strings, switches and configuration.
 class KJsApiProduct final : public KJCExtendJsObj<KJsApiProduct> {
 public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.Product";
     static const MemberList& members();
 
-    /// -> boolean: whether the product is a PDF program only.
-    Reply isPDFStandAlone(Call& call);
-    /// {key: string, option?: integer} -> string. `option` (default 37) selects the product configuration.
-    Reply getProductString(Call& call);
-    /// (name: string) -> string.
-    Reply getConfigString(Call& call);
-    /// (name: string) -> integer.
-    Reply getConfigInt(Call& call);
-    /// {format?: integer, bUseCache?: boolean} -> string. Format 1, the default, names the language with its
-    /// region.
-    Reply language(Call& call);
-    /// -> {platform: string, product: string}.
-    Reply getAppVersionInfo(Call& call);
+    struct StringOptions;
+    struct LanguageOptions;
+    struct AppVersionInfo;
+
+    Answer<bool> isPDFStandAlone();
+    Answer<QString> getProductString(const StringOptions& options);
+    Answer<QString> getConfigString(const QString& name);
+    Answer<std::int32_t> getConfigInt(const QString& name);
+    Answer<QString> language(const LanguageOptions& options);
+    Answer<AppVersionInfo> getAppVersionInfo();
 };
+
+} // namespace jsapi

@@ -1,99 +1,116 @@
 #include "local/js_api_settings.h"
 
-#include "framework/kjsonvalue.h"
 #include "local/pathcheck.h"
-#include "vexlite/jsapiutil.h"
+
+namespace jsapi {
+
+namespace {
+
+constexpr Failure StorePathIsIllegal { ErrorCode::BadArgument, "Path is illegal." };
+constexpr Failure SettingIsInvalid { ErrorCode::OperationFailed, "Setting is invalid." };
+
+} // namespace
+
+// Values are converted by the handlers: a store that is not there is reported before a value that can not be
+// stored.
+struct KJsApiSettings::WriteOptions {
+    QString key;
+    KJSVariant value;
+    static constexpr auto fields()
+    {
+        return std::tuple(required("key", &WriteOptions::key, "the value's name; `/` separates groups"),
+            required("value", &WriteOptions::value, "anything but a function or a native object"));
+    }
+};
+
+struct KJsApiSettings::ReadOptions {
+    QString key;
+    KJSVariant defaultValue;
+    static constexpr auto fields()
+    {
+        return std::tuple(required("key", &ReadOptions::key, "the value's name"),
+            optional("defaultValue", &ReadOptions::defaultValue, "what is returned where there is no value"));
+    }
+};
 
 const MemberList& KJsApiSettingsManager::members()
 {
-    // clang-format off
-    static const MemberList list = MemberList {
-        // member                                             category         answer        parameters
-        method<&KJsApiSettingsManager::settings>(u"settings", Category::Usual, Type::Object, { Type::JsValue }),
-    }.handingOut<KJsApiSettings>();
-    // clang-format on
+    using Self = KJsApiSettingsManager;
+    static const MemberList list = MemberList { "Opens settings stores.",
+        {
+            member<&Self::settings>(u"settings", Category::Usual, Type::Object, { Type::JsValue },
+                "Returns a Settings object for a store.",
+                { &MissingParameters, &StorePathIsIllegal, &EmptyHandle }),
+        } }.handingOut<KJsApiSettings>();
     return list;
 }
 
 const MemberList& KJsApiSettings::members()
 {
-    // clang-format off
+    using Self = KJsApiSettings;
     static const MemberList list {
-        // member                                      category         answer         parameters
-        method<&KJsApiSettings::setValue>(u"setValue", Category::Write, Type::JsValue, { Type::JsValue }),
-        method<&KJsApiSettings::getValue>(u"getValue", Category::Read,  Type::JsValue, { Type::JsValue }),
+        "One settings store. Changes reach the disk when script has returned to the event loop, and when the "
+        "object "
+        "goes. A store keeps strings: numbers and booleans have become strings when the suite starts again.",
+        {
+            member<&Self::setValue>(u"setValue", Category::Write, Type::JsValue, { Type::JsValue },
+                "Stores a value.", { &SettingIsInvalid, &WrongParameters }),
+            member<&Self::getValue>(u"getValue", Category::Read, Type::JsValue, { Type::JsValue },
+                "Returns a stored value.", { &SettingIsInvalid, &WrongParameters }),
+        }
     };
-    // clang-format on
     return list;
 }
 
-namespace {
-namespace Format {
-constexpr int Suite = 0;
-constexpr int File = 1;
-} // namespace Format
-} // namespace
-
-Reply KJsApiSettingsManager::settings(Call& call)
+Answer<Handle<KJsApiSettings>> KJsApiSettingsManager::settings(
+    const JSContextEnv& page, const SettingsOptions& options)
 {
-    const Options options = call.options();
-    const int format = options.integer("format", -1);
-    const KRef<KJSONValue> store(new KJSONValue);
-    store->SetInt32(QStringLiteral("format"), format);
-    if (format == Format::File) {
-        const QString path = options.string("path");
-        if (path.isEmpty())
-            return call.fail(ErrorCode::BadArgument, MissingParameters);
-        const std::optional<QString> resolved = checkedPath(path);
-        if (!resolved)
-            return call.fail(ErrorCode::BadArgument, "Path is illegal.");
-        store->SetString(QStringLiteral("path"), *resolved);
-    } else if (format != Format::Suite) {
-        return call.fail(ErrorCode::BadArgument, "Format is illegal.");
+    SettingsOptions store { options.format, {} };
+    if (options.format == SettingsFormat::File) {
+        if (options.path.isEmpty())
+            return MissingParameters;
+        const std::optional<WritablePath> path = WritablePath::check(options.path);
+        if (!path)
+            return StorePathIsIllegal;
+        store.path = path->string();
     }
-    return call.handOutNew(KJsApiSettings::ScriptName, store.get());
+    return handOutNew<KJsApiSettings>(page, store);
 }
 
 void KJsApiSettings::Initialise(IJSONValue* options)
 {
-    const int format = options ? options->GetInt32(QStringLiteral("format"), Format::Suite) : Format::Suite;
-    if (format != Format::Suite) {
-        m_store = std::make_unique<QSettings>(
-            options->GetString(QStringLiteral("path"), {}), static_cast<QSettings::Format>(format));
+    const auto store = fromObject<SettingsOptions>(options);
+    m_store.reset();
+    if (store.format == SettingsFormat::File) {
+        if (const std::optional<WritablePath> path = WritablePath::check(store.path))
+            m_store = std::make_unique<QSettings>(path->string(), QSettings::IniFormat);
         return;
     }
-    m_store = std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope,
-        QString::fromLatin1("Velmora"), QString::fromLatin1("Office"));
+    m_store = std::make_unique<QSettings>(
+        QSettings::NativeFormat, QSettings::UserScope, heapString("Velmora"), heapString("Office"));
     for (const char* group : { "6.0", "Common", "plugins" })
-        m_store->beginGroup(QString::fromLatin1(group));
+        m_store->beginGroup(heapString(group));
 }
 
-Reply KJsApiSettings::setValue(Call& call)
+Answer<void> KJsApiSettings::setValue(const WriteOptions& options)
 {
-    const Options options = call.options();
-    const QString key = options.string("key");
-    const KJSVariant given = options.any("value");
-    if (key.isEmpty() || isNullOrUndefined(given.raw()))
-        return call.fail(ErrorCode::BadArgument, MissingParameters);
     if (!m_store || !m_store->isWritable())
-        return call.fail(ErrorCode::OperationFailed, "Setting is invalid.");
+        return SettingIsInvalid;
     QVariant value;
-    if (!KJSApiUtil::ConvertJSVariantToQVariant(given, value))
-        return call.fail(ErrorCode::BadArgument, WrongParameters);
-    m_store->setValue(key, value);
-    return call.succeed();
+    if (Converter<QVariant>::read(options.value, value) == Reading::Wrong)
+        return WrongParameters;
+    m_store->setValue(options.key, value);
+    return {};
 }
 
-Reply KJsApiSettings::getValue(Call& call)
+Answer<QVariant> KJsApiSettings::getValue(const ReadOptions& options)
 {
-    const Options options = call.options();
-    const QString key = options.string("key");
-    if (key.isEmpty())
-        return call.fail(ErrorCode::BadArgument, MissingParameters);
     if (!m_store)
-        return call.fail(ErrorCode::OperationFailed, "Setting is invalid.");
+        return SettingIsInvalid;
     QVariant fallback;
-    if (!KJSApiUtil::ConvertJSVariantToQVariant(options.any("defaultValue"), fallback))
-        return call.fail(ErrorCode::BadArgument, WrongParameters);
-    return call.succeed(m_store->value(key, fallback));
+    if (Converter<QVariant>::read(options.defaultValue, fallback) == Reading::Wrong)
+        return WrongParameters;
+    return m_store->value(options.key, fallback);
 }
+
+} // namespace jsapi

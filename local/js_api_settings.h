@@ -5,36 +5,58 @@
 #include <QSettings>
 #include <memory>
 
+namespace jsapi {
+
+/// Which store, as script numbers them.
+enum class SettingsFormat : std::int32_t { Suite = 0, File = 1 };
+template <>
+inline constexpr std::array<Choice<SettingsFormat>, 2> ChoicesOf<SettingsFormat> {
+    { { SettingsFormat::Suite }, { SettingsFormat::File } }
+};
+
+inline constexpr Failure FormatIsIllegal { ErrorCode::BadArgument, "Format is illegal." };
+
+struct SettingsOptions {
+    SettingsFormat format = SettingsFormat::Suite;
+    QString path;
+    static constexpr auto fields()
+    {
+        return std::tuple(required("format", &SettingsOptions::format,
+                              "0 for the suite's own store, 1 for the INI file of `path`", FormatIsIllegal,
+                              FormatIsIllegal),
+            optional("path", &SettingsOptions::path, "the INI file, made when something is first written"));
+    }
+};
+
+class KJsApiSettings;
+
 /// "NovaExtension.SettingsManager": opens settings stores.
 class KJsApiSettingsManager final : public KJCExtendJsObj<KJsApiSettingsManager> {
 public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.SettingsManager";
     static const MemberList& members();
 
-    /// {format: 0} -> the suite's own store, {format: 1, path: string} -> the INI file of that path: a
-    /// Settings object. Failures, all 1: "Format is illegal.", "missing required parameters." (no path),
-    /// "Path is illegal.".
-    Reply settings(Call& call);
+    Answer<Handle<KJsApiSettings>> settings(const JSContextEnv& page, const SettingsOptions& options);
 };
 
-/// "NovaExtension.SettingsManager.Settings": one store. Changes reach the disk when script has returned to
-/// the event loop, and when the object goes. A store keeps text: numbers and booleans have become text when
-/// the suite starts again.
+/// "NovaExtension.SettingsManager.Settings": one store.
 class KJsApiSettings final : public KJCExtendJsObj<KJsApiSettings>, public IJSCreatable {
 public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.SettingsManager.Settings";
     static const MemberList& members();
 
-    /// Opens the store that {format, path} names, in place of an open one.
+    struct WriteOptions;
+    struct ReadOptions;
+
+    /// Opens the store that SettingsOptions name, in place of an open one. A path that is not checked leaves
+    /// none.
     void Initialise(IJSONValue* options) override;
 
-    /// {key: string, value}, neither empty, undefined nor null -> undefined.
-    /// Failures: 1 "missing required parameters.", 1 "wrong parameters." (a value that can not be stored),
-    /// 3 "Setting is invalid." (no store, or one that can not be written).
-    Reply setValue(Call& call);
-    /// {key: string, defaultValue?} -> the value, or defaultValue. Failures as setValue.
-    Reply getValue(Call& call);
+    Answer<void> setValue(const WriteOptions& options);
+    Answer<QVariant> getValue(const ReadOptions& options);
 
 private:
     std::unique_ptr<QSettings> m_store;
 };
+
+} // namespace jsapi

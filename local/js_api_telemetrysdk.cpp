@@ -2,41 +2,59 @@
 
 #include "suite/kdcinfo.h"
 
-#include <algorithm>
+namespace jsapi {
+
+namespace {
+
+/// One event in so many is sent.
+enum class SampleRate : std::int32_t { All = 1, Hundredth = 100, Thousandth = 1000 };
+
+constexpr Failure NoCollection { ErrorCode::OperationFailed, "kdcinfo error" };
+constexpr Failure EmptyEventName { ErrorCode::BadArgument, "empty event name" };
+constexpr Failure EmptyPostContent { ErrorCode::BadArgument, "empty post content" };
+
+} // namespace
+
+template <>
+inline constexpr std::array<Choice<SampleRate>, 3> ChoicesOf<SampleRate> { { { SampleRate::All },
+    { SampleRate::Hundredth }, { SampleRate::Thousandth } } };
+
+template <> struct Argument<KDcInfoC> : ServiceArgument<KDcInfoC, KDcInfoC::instance, NoCollection> {
+};
+
+struct KJsApiTelemetrySdk::TelemetryEvent {
+    QString eventName;
+    SampleRate pb = SampleRate::All;
+    QMap<QString, QString> postContent;
+    static constexpr auto fields()
+    {
+        using Self = TelemetryEvent;
+        return std::tuple(required("eventName", &Self::eventName, "the event", EmptyEventName),
+            optional("pb", &Self::pb, "one event in so many is sent"),
+            required("postContent", &Self::postContent, "what it carries", WrongParameters));
+    }
+};
 
 const MemberList& KJsApiTelemetrySdk::members()
 {
-    // clang-format off
-    static const MemberList list {
-        // member                                            category         answer         parameters
-        method<&KJsApiTelemetrySdk::postEvent>(u"postEvent", Category::Usual, Type::JsValue, { Type::JsValue }),
-    };
-    // clang-format on
+    using Self = KJsApiTelemetrySdk;
+    static const MemberList list { "Posts events to the suite's data collection.",
+        {
+            member<&Self::postEvent>(u"postEvent", Category::Usual, Type::JsValue, { Type::JsValue },
+                "Posts an event.", { &EmptyPostContent }),
+        } };
     return list;
 }
 
-Reply KJsApiTelemetrySdk::postEvent(Call& call)
+Answer<void> KJsApiTelemetrySdk::postEvent(KDcInfoC& collection, const TelemetryEvent& event)
 {
-    static constexpr std::int32_t Probabilities[] = { 1, 100, 1000 };
-
-    KDcInfoC* collection = KDcInfoC::instance();
-    if (!collection)
-        return call.fail(ErrorCode::OperationFailed, "kdcinfo error");
-    const Options options = call.options();
-    const QString eventName = options.string("eventName");
-    if (eventName.isEmpty())
-        return call.fail(ErrorCode::BadArgument, "empty event name");
-    const std::int32_t probability = options.has("pb") ? options.integer("pb", 0) : 1;
-    if (std::find(std::begin(Probabilities), std::end(Probabilities), probability) == std::end(Probabilities))
-        return call.fail(ErrorCode::BadArgument, WrongParameters);
-    const Options content = options.object("postContent");
-    if (!content)
-        return call.fail(ErrorCode::BadArgument, WrongParameters);
+    if (event.postContent.isEmpty())
+        return EmptyPostContent;
     QHash<QString, QString> fields;
-    for (const QString& name : content.names())
-        fields.insert(name, content.string(name));
-    if (fields.isEmpty())
-        return call.fail(ErrorCode::BadArgument, "empty post content");
-    collection->postGeneralEvent(eventName, fields, 0, 0, probability, true);
-    return call.succeed();
+    for (auto field = event.postContent.begin(); field != event.postContent.end(); ++field)
+        fields.insert(field.key(), field.value());
+    collection.postGeneralEvent(event.eventName, fields, 0, 0, static_cast<std::int32_t>(event.pb), true);
+    return {};
 }
+
+} // namespace jsapi

@@ -7,12 +7,14 @@
 #include <QFile>
 #include <QRegularExpression>
 
+namespace jsapi {
+
 namespace {
 
-QString expanded(const QString& relative)
+QString expand(const QString& relative)
 {
-    static const QRegularExpression leadingSteps(QString::fromLatin1("^(\\.\\./)+"));
-    static const QRegularExpression leadingVariable(QString::fromLatin1("^%(.*)%"));
+    static const QRegularExpression leadingSteps(heapString("^(\\.\\./)+"));
+    static const QRegularExpression leadingVariable(heapString("^%(.*)%"));
 
     QString path = relative;
     path.remove(leadingSteps);
@@ -27,12 +29,12 @@ QString expanded(const QString& relative)
 
 } // namespace
 
-std::optional<QString> checkedPath(const QString& given)
+std::optional<WritablePath> WritablePath::check(const QString& given)
 {
     // A file name ends at its first NUL: what stands behind it would be checked but not used.
     if (given.isEmpty() || given.contains(QChar::Null))
         return std::nullopt;
-    QString path = QDir::isAbsolutePath(given) ? given : expanded(given);
+    QString path = QDir::isAbsolutePath(given) ? given : expand(given);
     // A leading colon names a resource of the program to Qt, which calls it absolute.
     if (!path.startsWith(QLatin1Char('/')))
         return std::nullopt;
@@ -43,5 +45,7 @@ std::optional<QString> checkedPath(const QString& given)
         return std::nullopt;
     if (krt::dirs::inBlackDownloadDir(path) || kpluginconfig::inPluginDownloadDir(path))
         return std::nullopt;
-    return path;
+    return WritablePath(path);
 }
+
+} // namespace jsapi

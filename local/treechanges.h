@@ -1,7 +1,13 @@
-// Changing files and directories without losing what was there.
+// Changing files and directories without losing what was there. Each operation takes a checked path as what
+// it changes. [GUI thread] for all.
 #pragma once
 
-#include <QString>
+#include "local/pathcheck.h"
+
+namespace jsapi {
+
+/// Copies a file to where nothing is yet. False when something is there, or the system refused.
+bool copyFile(const QString& source, const WritablePath& target);
 
 /// How replaceFile ended.
 enum class Replacement {
@@ -11,14 +17,20 @@ enum class Replacement {
 };
 
 /// Copies the file `source` to where the file `target` is. The target keeps its content until the copy is
-/// whole, so nothing is lost where both are one file, the disk is full or the suite ends meanwhile. [GUI
-/// thread]
-Replacement replaceFile(const QString& source, const QString& target);
+/// whole, so nothing is lost where both are one file, the disk is full or the suite ends meanwhile.
+Replacement replaceFile(const QString& source, const WritablePath& target);
+
+/// Makes a directory with all directories above it.
+bool makeDirectory(const WritablePath& directory);
+
+/// Removes a file.
+bool removeFile(const WritablePath& file);
 
 /// Whether a directory is the home directory, holds it, or holds one that is closed to pages: removing it
-/// would take those with it. A link holds nothing. [GUI thread]
-bool holdsGuardedDirectory(const QString& directory);
+/// would take those with it. A link holds nothing.
+bool holdsGuardedDirectory(const WritablePath& directory);
 
 /// Removes a directory and everything in it; of a link the link itself. False when something is left.
-/// [GUI thread]
-bool removeTree(const QString& directory);
+bool removeTree(const WritablePath& directory);
+
+} // namespace jsapi

@@ -2,6 +2,8 @@
 
 #include "framework/events.h"
 
+namespace jsapi {
+
 /// "NovaExtension.AiDocsChat": notifications between a page and the document chat panel.
 class KJsApiAiDocsChat final : public KJCExtendJsObj<KJsApiAiDocsChat> {
 public:
@@ -22,3 +24,5 @@ public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.KContract";
     static const MemberList& members();
 };
+
+} // namespace jsapi

@@ -2,6 +2,8 @@
 
 #include "framework/extensionobject.h"
 
+namespace jsapi {
+
 /// "NovaExtension.PluginManager": finds plugins by name.
 class KJsApiPluginManager final : public KJCExtendJsObj<KJsApiPluginManager> {
 public:
@@ -15,3 +17,5 @@ public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.PluginManager.Plugin";
     static const MemberList& members();
 };
+
+} // namespace jsapi

@@ -2,6 +2,8 @@
 
 #include "framework/extensionobject.h"
 
+namespace jsapi {
+
 /// "NovaExtension.Hive": remote feature configuration, read and watched.
 class KJsApiHive final : public KJCExtendJsObj<KJsApiHive> {
 public:
@@ -15,3 +17,5 @@ public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.CirrusConfig";
     static const MemberList& members();
 };
+
+} // namespace jsapi

@@ -1,0 +1,295 @@
+// Converter<T>: how a C++ value and a value of script's become each other. One specialisation for each type
+// that a member takes or returns; structs with fields (framework/fields.h), enumerations with choices, lists
+// and maps have theirs from here.
+#pragma once
+
+#include "framework/fields.h"
+#include "framework/kjsonvalue.h"
+
+#include <QVariantMap>
+#include <map>
+#include <vector>
+
+namespace jsapi {
+
+/// How the reading of a value ended.
+enum class Reading {
+    Done,
+    Absent,
+    NotConvertible, ///< mostly as if it were absent
+    Wrong,          ///< must be refused, WrongParameters unless something else is declared
+};
+
+/// What a type offers, as far as values of it pass in that direction:
+///     static Reading read(const KJSVariant& value, T& target);   // leaves `target` as it is unless Done
+///     static QVariant toVariant(const T& value);                 // for promises, lists and payloads
+///     static KJSVariant toScript(const T& value);                // for results; without it toVariant serves
+template <typename T> struct Converter;
+
+template <typename T> QVariant toVariant(const T& value)
+{
+    return Converter<T>::toVariant(value);
+}
+
+KJSVariant convertVariant(const QVariant& value);
+
+template <typename T> KJSVariant toScript(const T& value)
+{
+    if constexpr (requires { Converter<T>::toScript(value); })
+        return Converter<T>::toScript(value);
+    else
+        return convertVariant(Converter<T>::toVariant(value));
+}
+
+/// Reads a value into `target`, which undefined leaves as it is.
+template <typename T> Reading readValue(const KJSVariant& value, T& target)
+{
+    const bool isGiven = dereference(value.raw()).vt != MV_EMPTY;
+    return isGiven ? Converter<T>::read(value, target) : Reading::Absent;
+}
+
+template <typename T> Reading assign(T& target, std::optional<T>&& converted)
+{
+    if (!converted)
+        return Reading::NotConvertible;
+    target = std::move(*converted);
+    return Reading::Done;
+}
+
+template <> struct Converter<bool> {
+    static Reading read(const KJSVariant& value, bool& target)
+    {
+        return assign(target, convertToBoolean(value.raw()));
+    }
+    static QVariant toVariant(bool value) { return value; }
+    static KJSVariant toScript(bool value) { return KJSVariant::fromBool(value); }
+};
+
+template <> struct Converter<std::int32_t> {
+    static Reading read(const KJSVariant& value, std::int32_t& target)
+    {
+        return assign(target, convertToInt32(value.raw()));
+    }
+    static QVariant toVariant(std::int32_t value) { return value; }
+    static KJSVariant toScript(std::int32_t value) { return KJSVariant::fromInt32(value); }
+};
+
+template <> struct Converter<std::int64_t> {
+    static QVariant toVariant(std::int64_t value) { return static_cast<qlonglong>(value); }
+    static KJSVariant toScript(std::int64_t value) { return KJSVariant::fromInt64(value); }
+};
+template <> struct Converter<qlonglong> : Converter<std::int64_t> {
+};
+
+template <> struct Converter<double> {
+    static QVariant toVariant(double value) { return value; }
+    static KJSVariant toScript(double value) { return KJSVariant::fromDouble(value); }
+};
+
+template <> struct Converter<QString> {
+    static Reading read(const KJSVariant& value, QString& target)
+    {
+        return assign(target, convertToString(value.raw()));
+    }
+    static QVariant toVariant(const QString& value) { return value; }
+    static KJSVariant toScript(const QString& value) { return makeString(value); }
+};
+
+/// A string that leaves the process as UTF-8. One with half a surrogate pair, in place of which UTF-8 would
+/// have something else, is refused.
+template <> struct Converter<std::string> {
+    static Reading read(const KJSVariant& value, std::string& target);
+    static QVariant toVariant(const std::string& value) { return QString::fromStdString(value); }
+};
+
+template <> struct Converter<QStringList> {
+    static QVariant toVariant(const QStringList& value) { return value; }
+};
+
+/// Any value that is neither a function nor a native object. Only where it really may be anything.
+template <> struct Converter<QVariant> {
+    static Reading read(const KJSVariant& value, QVariant& target);
+    static QVariant toVariant(const QVariant& value) { return value; }
+};
+
+template <> struct Converter<QVariantMap> {
+    static QVariant toVariant(const QVariantMap& value) { return value; }
+};
+
+/// Any value, as the JS core has it.
+template <> struct Converter<KJSVariant> {
+    static Reading read(const KJSVariant& value, KJSVariant& target)
+    {
+        target = copyValue(value);
+        return Reading::Done;
+    }
+    static KJSVariant toScript(const KJSVariant& value) { return value; }
+};
+
+/// An object whose properties are strings; another property is an empty one unless it converts.
+template <> struct Converter<QMap<QString, QString>> {
+    static Reading read(const KJSVariant& value, QMap<QString, QString>& target);
+};
+template <> struct Converter<std::map<std::string, std::string>> {
+    static Reading read(const KJSVariant& value, std::map<std::string, std::string>& target);
+    static QVariant toVariant(const std::map<std::string, std::string>& value);
+};
+
+/// An array of strings.
+template <> struct Converter<std::vector<std::string>> {
+    static Reading read(const KJSVariant& value, std::vector<std::string>& target);
+};
+
+template <typename T> struct Converter<std::optional<T>> {
+    static Reading read(const KJSVariant& value, std::optional<T>& target)
+    {
+        T read {};
+        const Reading reading = Converter<T>::read(value, read);
+        if (reading == Reading::Done)
+            target = std::move(read);
+        return reading;
+    }
+};
+
+template <typename T> struct Converter<std::vector<T>> {
+    static QVariant toVariant(const std::vector<T>& values)
+    {
+        QVariantList list;
+        for (const T& value : values)
+            list.append(Converter<T>::toVariant(value));
+        return list;
+    }
+};
+
+template <typename T> struct Converter<QMap<QString, T>> {
+    static QVariant toVariant(const QMap<QString, T>& values)
+    {
+        QVariantMap map;
+        for (auto value = values.begin(); value != values.end(); ++value)
+            map.insert(value.key(), Converter<T>::toVariant(value.value()));
+        return map;
+    }
+};
+
+/// The enumerator that a string names; nothing when it names none.
+template <HasChoices Enum> std::optional<Enum> findChoice(const QString& string)
+{
+    for (const Choice<Enum>& choice : ChoicesOf<Enum>) {
+        if (choice.string && string == QLatin1String(choice.string))
+            return choice.value;
+    }
+    return std::nullopt;
+}
+
+/// The enumerator of that number; nothing when there is none.
+template <HasChoices Enum> std::optional<Enum> findChoice(std::optional<std::int32_t> number)
+{
+    for (const Choice<Enum>& choice : ChoicesOf<Enum>) {
+        if (!choice.string && number == static_cast<std::int32_t>(choice.value))
+            return choice.value;
+    }
+    return std::nullopt;
+}
+
+/// What is none of the choices is wrong.
+template <HasChoices Enum> struct Converter<Enum> {
+    static constexpr bool IsString = ChoicesOf<Enum>[0].string != nullptr;
+
+    static Reading read(const KJSVariant& value, Enum& target)
+    {
+        std::optional<Enum> found;
+        if constexpr (IsString)
+            found = findChoice<Enum>(readString(value.raw()));
+        else
+            found = findChoice<Enum>(convertToInt32(value.raw()));
+        return found ? assign(target, std::move(found)) : Reading::Wrong;
+    }
+    static QVariant toVariant(Enum value)
+    {
+        for (const Choice<Enum>& choice : ChoicesOf<Enum>) {
+            if (choice.value == value && choice.string)
+                return heapString(choice.string);
+        }
+        return static_cast<std::int32_t>(value);
+    }
+};
+
+void insertValue(QVariantMap& map, const QString& name, const QVariant& value);
+
+/// A struct's fields by their names, without the optional values that are not there.
+template <HasFields Struct> QVariantMap toMap(const Struct& value)
+{
+    QVariantMap map;
+    forEachField<Struct>([&](const auto& field, std::size_t index) {
+        const auto& member = value.*field.member;
+        if constexpr (requires { member.has_value(); }) {
+            if (member)
+                insertValue(map, fieldName<Struct>(index), jsapi::toVariant(*member));
+        } else {
+            insertValue(map, fieldName<Struct>(index), jsapi::toVariant(member));
+        }
+        return true;
+    });
+    return map;
+}
+
+/// A struct as an object of script's.
+template <HasFields Struct> KRef<KJSONValue> toObject(const Struct& value)
+{
+    KRef<KJSONValue> object(new KJSONValue);
+    forEachField<Struct>([&](const auto& field, std::size_t index) {
+        object->put(fieldName<Struct>(index), jsapi::toScript(value.*field.member));
+        return true;
+    });
+    return object;
+}
+
+/// The other way round, for an object that is the library's own: what is absent or does not convert stays at
+/// its initialiser, and nothing is refused. `object` may be null.
+template <HasFields Struct> Struct fromObject(IJSONValue* object)
+{
+    Struct value;
+    forEachField<Struct>([&](const auto& field, std::size_t index) {
+        KJSVariant property;
+        if (object && field.name && object->Get(fieldName<Struct>(index), property) == KR_OK)
+            (void)readValue(property, value.*field.member);
+        return true;
+    });
+    return value;
+}
+
+template <HasFields Struct> struct Converter<Struct> {
+    static QVariant toVariant(const Struct& value) { return toMap(value); }
+    static KJSVariant toScript(const Struct& value)
+    {
+        return KJSVariant::fromUnknown(toObject(value).release());
+    }
+};
+
+// Whether a required property counts as missing though it was read.
+template <typename T> bool isMissing(const T&)
+{
+    return false;
+}
+inline bool isMissing(const QString& string)
+{
+    return string.isEmpty();
+}
+inline bool isMissing(const std::string& string)
+{
+    return string.empty();
+}
+inline bool isMissing(const std::vector<std::string>& list)
+{
+    return list.empty();
+}
+inline bool isMissing(const KJSVariant& value)
+{
+    return isNullOrUndefined(value.raw());
+}
+inline bool isMissing(const QVariant& value)
+{
+    return !value.isValid() || value.userType() == QMetaType::Nullptr;
+}
+
+} // namespace jsapi

@@ -107,17 +107,19 @@ bool readArgument(ArgumentReader& reader, Object& object, Argument& argument)
 }
 
 template <auto Handler> struct Signature;
-template <typename T, typename Return, typename... Parameters, Return (T::*Handler)(Parameters...)>
+template <typename T, typename Return, typename... Declared, Return (T::*Handler)(Declared...)>
 struct Signature<Handler> {
     using Object = T;
     using Result = Return;
-    using Arguments = std::tuple<Argument<std::remove_cvref_t<Parameters>>...>;
+    using Parameters = std::tuple<std::remove_cvref_t<Declared>...>;
+    using Arguments = std::tuple<Argument<std::remove_cvref_t<Declared>>...>;
 };
-template <typename Return, typename... Parameters, Return (*Handler)(Parameters...)>
+template <typename Return, typename... Declared, Return (*Handler)(Declared...)>
 struct Signature<Handler> {
     using Object = KJCExtentionObjBase;
     using Result = Return;
-    using Arguments = std::tuple<Argument<std::remove_cvref_t<Parameters>>...>;
+    using Parameters = std::tuple<std::remove_cvref_t<Declared>...>;
+    using Arguments = std::tuple<Argument<std::remove_cvref_t<Declared>>...>;
 };
 
 /// The one way from the JS core's calling convention to a handler: a member of the object, or a function.

@@ -32,6 +32,7 @@ private:
 /// A path as an argument of its own: a string. Refused with PathIsEmpty or NewPathIsIllegal.
 template <> struct Argument<WritablePath> {
     static constexpr bool IsScript = true;
+    using ScriptType = QString;
     static constexpr std::array Refusals { &PathIsEmpty, &NewPathIsIllegal };
     bool read(ArgumentReader& reader)
     {

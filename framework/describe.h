@@ -1,0 +1,93 @@
+// What rows say to readers, kept for the tool that prints the reference. Compiled into that tool only: the
+// library has framework/documentation.h instead.
+#pragma once
+
+#include "framework/failure.h"
+
+#include <functional>
+#include <initializer_list>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace jsapi {
+
+using Json = nlohmann::ordered_json;
+
+struct ParameterDocumentation {
+    constexpr ParameterDocumentation() = default;
+    constexpr ParameterDocumentation(const char* parameterLabel, const char* parameterDoc)
+        : label(parameterLabel)
+        , doc(parameterDoc)
+    {
+    }
+    const char* label = nullptr;
+    const char* doc = "";
+};
+
+struct FieldDocumentation {
+    constexpr FieldDocumentation(const char* fieldDoc) // NOLINT(*-explicit-*)
+        : doc(fieldDoc)
+    {
+    }
+    const char* doc;
+};
+
+/// What a signature says: the parameters that take an argument of script's as {"type", "optional", "rest"},
+/// what parameters refuse, and the answer.
+struct SignatureDescription {
+    Json parameters = Json::array();
+    std::vector<Failure> refusals;
+    Json answer;
+};
+
+struct MemberDocumentation {
+    std::string doc;
+    std::vector<const Failure*> failures;
+    std::function<SignatureDescription()> describe; ///< empty for a member that is not built
+    std::string event;                              ///< of a member that adds or removes its listeners
+    Json payload;
+    bool isRemover = false;
+
+    template <auto Handler>
+    static MemberDocumentation of(const char* doc, std::initializer_list<const Failure*> failures)
+    {
+        return { doc, failures, [] { return describeSignature<Handler>(); }, {}, {} };
+    }
+    static MemberDocumentation ofUnbuilt(const char* doc) { return { doc, {}, {}, {}, {} }; }
+
+    template <typename ListenedEvent> void describeListeners(const ListenedEvent& listened)
+    {
+        event = listened.name;
+        payload = describePayload(listened);
+        doc = "Adds a listener of `" + event + "`. The same function is added once.";
+    }
+    void describeRemover()
+    {
+        isRemover = true;
+        doc = "Removes a listener"
+            + (event.empty() ? "." : " of `" + event + "`; without one, all of the page's.");
+    }
+
+private:
+    // Defined in framework/describetypes.h, which knows the types.
+    template <auto Handler> static SignatureDescription describeSignature();
+    template <typename ListenedEvent> static Json describePayload(const ListenedEvent& listened);
+};
+
+struct ListDocumentation {
+    explicit ListDocumentation(const char* objectDoc)
+        : doc(objectDoc)
+    {
+    }
+    std::string doc;
+    Json events = Json::array();
+
+    template <typename... Events> void addEvents(const Events&... added) { (addEvent(added), ...); }
+
+private:
+    template <typename AddedEvent> void addEvent(const AddedEvent& event);
+};
+
+} // namespace jsapi

@@ -1,0 +1,233 @@
+// The types of parameters, answers and payloads as the reference has them. Compiled into the tool that prints
+// it only.
+#pragma once
+
+#include "framework/events.h"
+#include "framework/handle.h"
+
+#include <string_view>
+#include <utility>
+
+namespace jsapi {
+
+inline std::string toStdString(const char16_t* string)
+{
+    return QString::fromUtf16(string).toStdString();
+}
+
+/// The name of a C++ type without its namespaces and classes.
+template <typename T> std::string typeName()
+{
+    std::string_view name = __PRETTY_FUNCTION__;
+    name.remove_prefix(name.find("T = ") + 4);
+    name = name.substr(0, name.find_first_of(";]"));
+    return std::string(name.substr(name.rfind(':') + 1));
+}
+
+/// The name of a class of script's below "NovaExtension.".
+template <typename T> std::string objectName()
+{
+    return toStdString(T::ScriptName).substr(std::string_view("NovaExtension.").size());
+}
+
+inline Json makeKind(const char* kind)
+{
+    return { { "kind", kind } };
+}
+
+/// DescribedType<T>::describe() is T as a type of the reference.
+template <typename T> struct DescribedType;
+
+template <typename T> Json describeType()
+{
+    return DescribedType<T>::describe();
+}
+
+#define DESCRIBE_AS(Type, kind)                                                                              \
+    template <> struct DescribedType<Type> {                                                                 \
+        static Json describe() { return makeKind(kind); }                                                    \
+    };
+DESCRIBE_AS(void, "void")
+DESCRIBE_AS(bool, "boolean")
+DESCRIBE_AS(std::int32_t, "integer")
+DESCRIBE_AS(std::int64_t, "int64")
+DESCRIBE_AS(qlonglong, "int64")
+DESCRIBE_AS(double, "number")
+DESCRIBE_AS(QString, "string")
+DESCRIBE_AS(std::string, "string")
+DESCRIBE_AS(EventName, "string")
+DESCRIBE_AS(TrueByDefault, "boolean")
+DESCRIBE_AS(QVariant, "any")
+DESCRIBE_AS(KJSVariant, "any")
+DESCRIBE_AS(Rest, "any")
+#undef DESCRIBE_AS
+
+template <typename T> struct DescribedType<std::optional<T>> : DescribedType<T> {
+};
+
+template <typename T> struct DescribedType<std::vector<T>> {
+    static Json describe() { return { { "kind", "array" }, { "items", describeType<T>() } }; }
+};
+template <> struct DescribedType<QStringList> : DescribedType<std::vector<QString>> {
+};
+
+template <typename T> struct DescribedType<QMap<QString, T>> {
+    static Json describe() { return { { "kind", "map" }, { "values", describeType<T>() } }; }
+};
+template <> struct DescribedType<std::map<std::string, std::string>> : DescribedType<QMap<QString, QString>> {
+};
+
+template <typename T> struct DescribedType<Handle<T>> {
+    static Json describe() { return { { "kind", "handle" }, { "name", objectName<T>() } }; }
+};
+
+template <typename Payload> struct DescribedType<Callback<Payload>> {
+    static Json describe()
+    {
+        return { { "kind", "function" },
+            { "parameters",
+                Json::array({ { { "name", "report" }, { "type", describeType<Payload>() } } }) } };
+    }
+};
+
+template <HasChoices Enum> struct DescribedType<Enum> {
+    static Json describe()
+    {
+        Json type = makeKind(Converter<Enum>::IsString ? "string" : "integer");
+        for (const Choice<Enum>& choice : ChoicesOf<Enum>)
+            type["values"].push_back(describeChoice(choice.value));
+        return type;
+    }
+    static Json describeChoice(Enum value)
+    {
+        const QVariant variant = Converter<Enum>::toVariant(value);
+        if constexpr (Converter<Enum>::IsString)
+            return variant.toString().toStdString();
+        else
+            return variant.toInt();
+    }
+};
+
+/// A default as the reference has it; null where there is nothing to say.
+template <typename T> Json describeDefault(const T& value)
+{
+    if constexpr (std::is_arithmetic_v<T>)
+        return value;
+    else if constexpr (HasChoices<T>)
+        return DescribedType<T>::describeChoice(value);
+    else if constexpr (std::is_same_v<T, QString>)
+        return value.isEmpty() ? Json() : Json(value.toStdString());
+    else
+        return {};
+}
+
+template <typename T> constexpr bool IsOptional = false;
+template <typename T> constexpr bool IsOptional<std::optional<T>> = true;
+
+template <HasFields Struct> struct DescribedType<Struct> {
+    static Json describe()
+    {
+        Json fields = Json::array();
+        forEachField<Struct>([&](const auto& field, std::size_t) {
+            using Value = std::remove_cvref_t<decltype(std::declval<Struct>().*field.member)>;
+            if (!field.name)
+                return true;
+            Json described { { "name", field.name }, { "type", describeType<Value>() },
+                { "optional", !field.isRequired || IsOptional<Value> } };
+            if constexpr (std::is_default_constructible_v<Struct>) {
+                const Json usual = field.isRequired ? Json() : describeDefault(Struct().*field.member);
+                if (!usual.is_null())
+                    described["default"] = usual;
+            }
+            described["doc"] = field.doc.doc;
+            fields.push_back(std::move(described));
+            return true;
+        });
+        return { { "kind", "object" }, { "name", typeName<Struct>() }, { "fields", std::move(fields) } };
+    }
+};
+
+/// Whether a converter refuses some values instead of ignoring them.
+template <typename T>
+constexpr bool CanBeWrong =
+    HasChoices<
+        T> || std::is_same_v<T, std::string> || std::is_same_v<T, QVariant> || std::is_same_v<T, std::vector<std::string>> || std::is_same_v<T, std::map<std::string, std::string>>;
+template <typename T> constexpr bool CanBeWrong<std::optional<T>> = CanBeWrong<T>;
+
+/// A parameter of a handler: what it refuses and, where it takes an argument of script's, its type.
+template <typename T> void describeParameter(SignatureDescription& signature)
+{
+    bool isOptional = false;
+    if constexpr (requires { Argument<T>::Refusals; }) {
+        for (const Failure* refusal : Argument<T>::Refusals)
+            signature.refusals.push_back(*refusal);
+    } else if constexpr (HasFields<T>) {
+        isOptional = true;
+        forEachField<T>([&](const auto& field, std::size_t) {
+            using Value = std::remove_cvref_t<decltype(std::declval<T>().*field.member)>;
+            if (field.isRequired)
+                signature.refusals.push_back(*field.missing);
+            if (CanBeWrong<Value>)
+                signature.refusals.push_back(*field.wrong);
+            isOptional = isOptional && !field.isRequired;
+            return true;
+        });
+    } else if constexpr (CanBeWrong<T>) {
+        signature.refusals.push_back(WrongParameters);
+    }
+    if constexpr (requires { typename Argument<T>::ScriptType; }) {
+        signature.parameters.push_back({ { "type", describeType<typename Argument<T>::ScriptType>() },
+            { "optional", false }, { "rest", false } });
+    } else if constexpr (Argument<T>::IsScript) {
+        constexpr bool canBeLeftOut =
+            std::is_same_v<T,
+                TrueByDefault> || std::is_same_v<T, Rest> || std::is_same_v<T, QVariant> || requires(T & value)
+        {
+            value.release();
+        };
+        signature.parameters.push_back({ { "type", describeType<T>() },
+            { "optional", isOptional || canBeLeftOut }, { "rest", std::is_same_v<T, Rest> } });
+    }
+}
+
+template <typename T> struct DescribedAnswer;
+template <typename T> struct DescribedAnswer<Answer<T>> {
+    static Json describe() { return { { "form", "envelope" }, { "type", describeType<T>() } }; }
+};
+template <typename T> struct DescribedAnswer<Answer<Promise<T>>> {
+    static Json describe() { return { { "form", "promise" }, { "type", describeType<T>() } }; }
+};
+template <typename T> struct DescribedAnswer<Answer<Handle<T>>> {
+    static Json describe() { return { { "form", "object" }, { "type", describeType<Handle<T>>() } }; }
+};
+template <typename T> struct DescribedAnswer<Answer<Plain<T>>> {
+    static Json describe() { return { { "form", "plain" }, { "type", describeType<T>() } }; }
+};
+
+template <auto Handler> SignatureDescription MemberDocumentation::describeSignature()
+{
+    SignatureDescription signature;
+    using Parameters = typename detail::Signature<Handler>::Parameters;
+    [&]<typename... T>(std::type_identity<std::tuple<T...>>) { (describeParameter<T>(signature), ...); }(
+        std::type_identity<Parameters>());
+    signature.answer = DescribedAnswer<typename detail::Signature<Handler>::Result>::describe();
+    return signature;
+}
+
+template <typename Payload> Json describePayloadOf(const Event<Payload>&)
+{
+    return describeType<Payload>();
+}
+
+template <typename ListenedEvent> Json MemberDocumentation::describePayload(const ListenedEvent& listened)
+{
+    return describePayloadOf(listened);
+}
+
+template <typename AddedEvent> void ListDocumentation::addEvent(const AddedEvent& event)
+{
+    events.push_back(
+        { { "name", event.name }, { "doc", event.doc }, { "payload", describePayloadOf(event) } });
+}
+
+} // namespace jsapi

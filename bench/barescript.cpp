@@ -19,6 +19,32 @@ JSValueRef enveloped(JSContextRef, JSObjectRef, JSObjectRef, size_t, const JSVal
     return current->makeEnvelope(true, ++answers, exception);
 }
 
+/// A property of an object, by its name as the engine keeps it: the callback makes the names once.
+JSValueRef property(JSContextRef context, JSObjectRef object, JSStringRef name)
+{
+    return JSObjectGetProperty(context, object, name, nullptr);
+}
+
+/// Reads three properties as a person writes it with the engine's C API.
+JSValueRef options(
+    JSContextRef context, JSObjectRef, JSObjectRef, size_t, const JSValueRef* arguments, JSValueRef*)
+{
+    static const JSStringRef nameKey = JSStringCreateWithUTF8CString("name");
+    static const JSStringRef visibleKey = JSStringCreateWithUTF8CString("visible");
+    static const JSStringRef widthKey = JSStringCreateWithUTF8CString("width");
+    static qint64 sum = 0;
+
+    const JSObjectRef object = JSValueToObject(context, arguments[0], nullptr);
+    const JSStringRef text = JSValueToStringCopy(context, property(context, object, nameKey), nullptr);
+    const QString name(reinterpret_cast<const QChar*>(JSStringGetCharactersPtr(text)),
+        static_cast<int>(JSStringGetLength(text)));
+    JSStringRelease(text);
+    const bool visible = JSValueToBoolean(context, property(context, object, visibleKey));
+    const double width = JSValueToNumber(context, property(context, object, widthKey), nullptr);
+    sum += name.size() + visible + static_cast<int>(width);
+    return JSValueMakeUndefined(context);
+}
+
 } // namespace
 
 BareScript::BareScript()
@@ -29,6 +55,7 @@ BareScript::BareScript()
     m_envelope = function(QStringLiteral("(function (success, data) { return { success, data }; })"));
     add("empty", empty);
     add("enveloped", enveloped);
+    add("options", options);
     current = this;
 }
 

@@ -15,12 +15,12 @@ namespace {
 class EventSource final : public KJCExtendJsEventObj<EventSource> {
 public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.Bench";
-    static const MemberList& members();
+    static const jsapi::MemberList& members();
 };
 
-const MemberList& EventSource::members()
+const jsapi::MemberList& EventSource::members()
 {
-    static const MemberList list = MemberList({}).withEvents<EventSource>();
+    static const jsapi::MemberList list = jsapi::MemberList("Events to measure.", {}).withEvents();
     return list;
 }
 
@@ -54,10 +54,10 @@ private:
 /// Times events with a number as payload, as an object's native side sends them to a page.
 void dispatchAll(benchmark::State& state, IJSExtentionObject* object, const JSContextEnv& target)
 {
-    auto* source = dynamic_cast<IKJSExtentionApiEvent*>(object);
+    IJSEventHub* hub = dynamic_cast<IKJSExtentionApiEvent&>(*object).hub();
     const std::vector<KJSVariant> payload { KJSVariant::fromInt32(1) };
     for (auto _ : state)
-        source->dispatch(eventName(), target, payload);
+        hub->Dispatch(eventName(), target, payload);
 }
 
 void nativeListeners(benchmark::State& state)

@@ -35,7 +35,7 @@ JSValueRef enveloped(JSContextRef, JSObjectRef, JSObjectRef, size_t, const JSVal
 {
     KJSVariant result;
     invoke(target.enveloped, result);
-    const KRef<IJSONValue> envelope = objectOf(result.raw());
+    const KRef<IJSONValue> envelope = queryJsonObject(result.raw());
     const QString* key = nullptr;
     const KJSVariant* success = nullptr;
     const KJSVariant* data = nullptr;

@@ -14,9 +14,16 @@ public:
     {
         return { { QStringLiteral("success"), true }, { QStringLiteral("data"), ++m_answers } };
     }
+    Q_INVOKABLE void options(const QVariantMap& options)
+    {
+        m_sum += options.value(QStringLiteral("name")).toString().size()
+            + options.value(QStringLiteral("visible")).toBool()
+            + options.value(QStringLiteral("width")).toInt();
+    }
 
 private:
     int m_answers = 0;
+    qint64 m_sum = 0;
 };
 
 } // namespace bench

@@ -57,7 +57,7 @@ QString objectArgumentLoop()
 {
     return QStringLiteral(R"((function (object, count) {
         for (let i = 0; i < count; ++i) {
-            if (object.empty({ name: i, visible: true, width: 10 }) !== undefined)
+            if (object.options({ name: 'main', visible: true, width: 10 }) !== undefined)
                 throw new Error('an answer');
         }
     }))");
@@ -169,6 +169,9 @@ BENCHMARK_CAPTURE(member, objectArgument, objectArgumentLoop)
     ->UseManualTime();
 BENCHMARK_CAPTURE(bareCallback, objectArgument, objectArgumentLoop)
     ->Name("script_object_argument/bare_callback")
+    ->UseManualTime();
+BENCHMARK_CAPTURE(qtScript, objectArgument, objectArgumentLoop)
+    ->Name("script_object_argument/QJSEngine")
     ->UseManualTime();
 
 } // namespace

@@ -87,9 +87,9 @@ Read sortedVector()
     SortedVector object;
     object[successKey] = KJSVariant::fromBool(true);
     object[codeKey] = KJSVariant::fromInt32(3);
-    object[messageKey] = makeText(message);
+    object[messageKey] = makeString(message);
     return { object[successKey].raw().boolVal != 0, object[codeKey].raw().lVal,
-        textOf(object[messageKey].raw()) };
+        readString(object[messageKey].raw()) };
 }
 
 void buildReadFree(benchmark::State& state, Read (*build)())

@@ -27,7 +27,7 @@ int KJSONValue::indexOf(const QString& key, bool& found) const
     int last = m_keys.size();
     while (first < last) {
         const int middle = (first + last) / 2;
-        const int order = m_keys[middle].text.compare(key);
+        const int order = m_keys[middle].string().compare(key);
         if (order == 0) {
             found = true;
             return middle;
@@ -41,26 +41,36 @@ int KJSONValue::indexOf(const QString& key, bool& found) const
     return first;
 }
 
+KJSVariant& KJSONValue::insert(int index, const QString& own, const QString* constant)
+{
+    Key key { own, constant, m_values.size() };
+    if (index == m_keys.size())
+        m_keys.append(std::move(key));
+    else
+        m_keys.insert(index, std::move(key));
+    m_values.append(KJSVariant());
+    return m_values.last();
+}
+
 KJSVariant& KJSONValue::slot(const QString& key)
 {
     bool found;
     const int index = indexOf(key, found);
-    if (!found) {
-        const int position = m_values.size();
-        m_values.append(KJSVariant());
-        if (index == m_keys.size())
-            m_keys.append({ key, position });
-        else
-            m_keys.insert(index, { key, position });
-    }
-    return m_values[m_keys[index].position];
+    return found ? m_values[m_keys[index].position] : insert(index, key, nullptr);
+}
+
+void KJSONValue::put(const QString& key, KJSVariant value)
+{
+    bool found;
+    const int index = indexOf(key, found);
+    (found ? m_values[m_keys[index].position] : insert(index, {}, &key)) = std::move(value);
 }
 
 std::int32_t KJSONValue::CopyOut(std::int32_t max, KJSVariant* keys, KJSVariant* values) const
 {
     const std::int32_t count = qBound(0, max, Count());
     for (std::int32_t i = 0; i < count; ++i) {
-        keys[i] = makeString(m_keys[i].text);
+        keys[i] = makeString(m_keys[i].string());
         values[i] = m_values[m_keys[i].position];
     }
     return count;
@@ -75,7 +85,7 @@ void KJSONValue::Clear()
 void KJSONValue::Keys(QStringList& keys) const
 {
     for (const Key& key : m_keys)
-        keys.append(key.text);
+        keys.append(key.string());
 }
 
 const KJSVariant* KJSONValue::Find(const QString& key) const
@@ -143,7 +153,7 @@ bool KJSONValue::At(std::int32_t position, const QString** key, const KJSVariant
 {
     if (position < 0 || position >= Count())
         return false;
-    *key = &m_keys[position].text;
+    *key = &m_keys[position].string();
     *value = &m_values[m_keys[position].position];
     return true;
 }

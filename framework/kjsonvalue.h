@@ -42,14 +42,23 @@ public:
     bool At(std::int32_t position, const QString** key, const KJSVariant** value) const override;
     IJSArray* GetArray(const QString& key) const override;
 
-    /// As SetValue, without a copy of the value.
-    void put(const QString& key, KJSVariant value) { slot(key) = std::move(value); }
+    /// As SetValue, without copies. `key` is a constant of the library: the object refers to it.
+    void put(const QString& key, KJSVariant value);
+    /// The same for a key that orders behind all that are there.
+    void append(const QString& key, KJSVariant value)
+    {
+        m_keys.append({ {}, &key, m_values.size() });
+        m_values.append(std::move(value));
+    }
 
 private:
     static constexpr int Inline = 4;
 
     struct Key {
-        QString text;
+        const QString& string() const { return constant ? *constant : own; }
+
+        QString own;
+        const QString* constant;
         int position;
     };
 
@@ -57,6 +66,7 @@ private:
     int indexOf(const QString& key, bool& found) const;
     /// The value of a key, made when there is none.
     KJSVariant& slot(const QString& key);
+    KJSVariant& insert(int index, const QString& own, const QString* constant);
 
     QVarLengthArray<Key, Inline> m_keys;
     QVarLengthArray<KJSVariant, Inline> m_values;

@@ -89,22 +89,29 @@ QString readString(const MVARIANT& value)
 std::optional<QString> convertToString(const MVARIANT& value)
 {
     const MVARIANT& target = dereference(value);
-    const bool isString = target.vt == MV_STRING || target.vt == MV_LPSTR || target.vt == MV_LPWSTR;
-    const Converted converted(isString ? MVARIANT {} : target, MV_STRING);
-    const MVARIANT* source = isString ? &target : converted.get();
-    const QString string = source ? readString(*source) : QString();
-    return string.isNull() ? std::nullopt : std::optional(string);
+    if (target.vt == MV_STRING || target.vt == MV_LPSTR || target.vt == MV_LPWSTR) {
+        QString string = readString(target);
+        return string.isNull() ? std::nullopt : std::optional(std::move(string));
+    }
+    const Converted converted(target, MV_STRING);
+    return converted.get() ? std::optional(readString(*converted.get())) : std::nullopt;
 }
 
 std::optional<bool> convertToBoolean(const MVARIANT& value)
 {
-    const Converted truth(dereference(value), MV_BOOL);
+    const MVARIANT& target = dereference(value);
+    if (target.vt == MV_BOOL)
+        return target.boolVal != 0;
+    const Converted truth(target, MV_BOOL);
     return truth.get() ? std::optional(truth.get()->boolVal != 0) : std::nullopt;
 }
 
 std::optional<std::int32_t> convertToInt32(const MVARIANT& value)
 {
-    const Converted number(dereference(value), MV_INT32);
+    const MVARIANT& target = dereference(value);
+    if (target.vt == MV_INT32)
+        return target.lVal;
+    const Converted number(target, MV_INT32);
     return number.get() ? std::optional(number.get()->lVal) : std::nullopt;
 }
 

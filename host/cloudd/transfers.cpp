@@ -71,6 +71,8 @@ private:
             m_transfers.tell(task, "syncing");
             return Step::Again;
         }
+        if (!m_upload->prepare())
+            return Step::Later;
         const qint64 available = m_transfers.m_throttle.available();
         if (available < 1)
             return Step::Later;

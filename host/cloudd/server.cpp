@@ -108,7 +108,7 @@ void Connection::take(std::string_view frame)
     }
     if (head->kind != Kind::Call && head->kind != Kind::Notice)
         return;
-    const cloud::MessageType* type = cloudwire::argumentType(head->procedure);
+    const cloudwire::MessageType* type = cloudwire::argumentType(head->procedure);
     if (!type || !cloudwire::resultType(head->procedure) || !Service::knows(head->procedure))
         return complain(*head, UnknownProcedure, "there is no such procedure");
     const std::shared_ptr<void> argument = type->make();
@@ -136,7 +136,7 @@ void Connection::take(std::string_view frame)
 
 void Connection::answer(const Head& call, bool ok, const void* result)
 {
-    const cloud::MessageType& type = *cloudwire::resultType(call.procedure);
+    const cloudwire::MessageType& type = *cloudwire::resultType(call.procedure);
     Head head { ok ? Kind::Reply : Kind::Failure, call.procedure, call.number };
     QByteArray frame = result ? m_codec.encode(head, type, result) : QByteArray();
     if (frame.isEmpty()) {
@@ -154,7 +154,7 @@ void Connection::complain(const Head& head, int number, const std::string& text)
     complaint.extraParam = { { "procedure", head.procedure }, { "number", std::to_string(head.number) },
         { "message", text } };
     send(m_codec.encode({ Kind::Notice, "notifyLarkRpcException", head.number },
-        *cloud::findMessageType("NotifyLarkRpcExceptionArg"), &complaint));
+        *cloudwire::findMessageType("NotifyLarkRpcExceptionArg"), &complaint));
 }
 
 void Connection::tell(const QMap<QString, QString>& actions)

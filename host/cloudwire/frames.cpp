@@ -20,23 +20,23 @@ constexpr std::size_t MostHeadBytes = 2 + 5 + 5 + MostNameBytes;
 
 constexpr std::string_view EnvelopeCall = "larkIpcCall";
 
-const cloud::MessageType* typeOf(std::string_view procedure, const char* suffix)
+const MessageType* typeOf(std::string_view procedure, const char* suffix)
 {
     std::string name(procedure == EnvelopeCall ? "larkIpc" : procedure);
     if (name.empty() || name.front() < 'a' || name.front() > 'z')
         return nullptr;
     name.front() = static_cast<char>(name.front() - 'a' + 'A');
-    return cloud::findMessageType(name + suffix);
+    return findMessageType(name + suffix);
 }
 
 } // namespace
 
-const cloud::MessageType* argumentType(std::string_view procedure)
+const MessageType* argumentType(std::string_view procedure)
 {
     return typeOf(procedure, "Arg");
 }
 
-const cloud::MessageType* resultType(std::string_view procedure)
+const MessageType* resultType(std::string_view procedure)
 {
     return typeOf(procedure, "Result");
 }
@@ -46,7 +46,7 @@ FrameCodec::FrameCodec()
 {
 }
 
-QByteArray FrameCodec::encode(const Head& head, const cloud::MessageType& type, const void* message)
+QByteArray FrameCodec::encode(const Head& head, const MessageType& type, const void* message)
 {
     const std::string_view body = m_messages.encode(type, message);
     if (body.empty() || head.procedure.size() > MostNameBytes)

@@ -6,7 +6,7 @@
 // around it.
 #pragma once
 
-#include "cloud/schema/codec.h"
+#include "host/cloudwire/codec.h"
 
 #include <QByteArray>
 #include <cstdint>
@@ -32,8 +32,8 @@ struct Head {
 };
 
 /// The types of a procedure's argument and result; null when it has none.
-const cloud::MessageType* argumentType(std::string_view procedure);
-const cloud::MessageType* resultType(std::string_view procedure);
+const MessageType* argumentType(std::string_view procedure);
+const MessageType* resultType(std::string_view procedure);
 
 /// Makes frames and reads them, one after the other. [one thread at a time]
 class FrameCodec {
@@ -41,20 +41,20 @@ public:
     FrameCodec();
 
     /// A frame with its length; empty when it would have too many bytes.
-    QByteArray encode(const Head& head, const cloud::MessageType& type, const void* message);
+    QByteArray encode(const Head& head, const MessageType& type, const void* message);
 
     /// Reads the head of a frame without its length, and leaves the message in `bytes`. Nothing when there is
     /// no head of one of the kinds.
     static std::optional<Head> takeHead(std::string_view& bytes);
     /// Reads the message behind the head, as MessageCodec does.
     [[nodiscard]] std::optional<std::string> decode(
-        const cloud::MessageType& type, std::string_view bytes, void* message)
+        const MessageType& type, std::string_view bytes, void* message)
     {
         return m_messages.decode(type, bytes, message);
     }
 
 private:
-    cloud::MessageCodec m_messages;
+    MessageCodec m_messages;
 };
 
 /// Cuts what comes from a socket into frames. Takes memory for bytes that are there, not for those that are

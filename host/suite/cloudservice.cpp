@@ -163,8 +163,8 @@ QString CloudService::invoke(
         const LarkIpcArg envelope = envelopeOf(info.action, info.params);
         return post(Envelope, &envelope, std::move(request));
     }
-    const cloud::MessageType* type = cloudwire::argumentType(procedure.toStdString());
-    const cloud::MessageType* result = cloudwire::resultType(procedure.toStdString());
+    const cloudwire::MessageType* type = cloudwire::argumentType(procedure.toStdString());
+    const cloudwire::MessageType* result = cloudwire::resultType(procedure.toStdString());
     if (!type || !result || type->name != typeName) {
         qCWarning(cloudLog, "%s: no procedure that takes a %s", qPrintable(procedure), argument.typeName);
         return {};
@@ -420,7 +420,7 @@ bool CloudService::take(std::string_view frame)
 
 void CloudService::takeNotice(const Head& head, std::string_view message)
 {
-    const cloud::MessageType* type = cloudwire::argumentType(head.procedure);
+    const cloudwire::MessageType* type = cloudwire::argumentType(head.procedure);
     const std::shared_ptr<void> notice = type ? type->make() : nullptr;
     if (!notice || m_codec.decode(*type, message, notice.get()))
         return;

@@ -45,7 +45,7 @@ private:
         QString id;
         QPointer<QObject> receiver;
         QMetaMethod slot;
-        const cloud::MessageType* result = nullptr;
+        const cloudwire::MessageType* result = nullptr;
         void (CloudService::*deliver)(const Request&, bool ok, const void* result) = nullptr;
     };
     enum class State { Idle, Starting, Connected };

@@ -1,8 +1,8 @@
 // What a page is told of its cloud documents, with a cloud service that answers when a test says so and the
 // stand-in's account service.
 #include "cloud/ipc/messagetypes.h"
-#include "cloud/schema/codec.h"
 #include "framework/entry.h"
+#include "host/cloudwire/codec.h"
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
 #include "host/suite/cloudsvrproxy.h"
@@ -32,8 +32,8 @@ std::string bytesOf(const char* typeName, const void* message)
             .join(u' ')
             .toStdString();
     }
-    cloud::MessageCodec codec;
-    return std::string(codec.encode(*cloud::findMessageType(typeName), message));
+    cloudwire::MessageCodec codec;
+    return std::string(codec.encode(*cloudwire::findMessageType(typeName), message));
 }
 
 struct Request {

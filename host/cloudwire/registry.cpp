@@ -1,4 +1,4 @@
-#include "cloud/schema/registry.h"
+#include "host/cloudwire/registry.h"
 
 #include "cloud/schema/lark_types.h"
 #include "cloud/schema/orbitapi_types.h"
@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <array>
 
-namespace cloud {
+namespace cloudwire {
 
 namespace {
 
@@ -92,4 +92,4 @@ std::span<const MessageType> messageTypes()
     return Types;
 }
 
-} // namespace cloud
+} // namespace cloudwire

@@ -1,4 +1,4 @@
-#include "cloud/schema/codec.h"
+#include "host/cloudwire/codec.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -12,7 +12,7 @@ using apache::thrift::protocol::TProtocolException;
 using apache::thrift::transport::TMemoryBuffer;
 using apache::thrift::transport::TTransportException;
 
-namespace cloud {
+namespace cloudwire {
 
 namespace {
 
@@ -136,4 +136,4 @@ std::optional<std::string> MessageCodec::decode(
     return {};
 }
 
-} // namespace cloud
+} // namespace cloudwire

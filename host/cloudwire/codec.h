@@ -1,7 +1,7 @@
 // Cloud messages to bytes and back: Thrift's compact protocol, without a header or a length around it.
 #pragma once
 
-#include "cloud/schema/registry.h"
+#include "host/cloudwire/registry.h"
 
 #include <cstddef>
 #include <memory>
@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace cloud {
+namespace cloudwire {
 
 /// Encodes and decodes messages one after the other, in buffers that it keeps. Bytes to decode may come from
 /// anybody. [one thread at a time]
@@ -44,4 +44,4 @@ private:
     std::unique_ptr<Stream> m_stream;
 };
 
-} // namespace cloud
+} // namespace cloudwire

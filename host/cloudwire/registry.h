@@ -9,7 +9,7 @@ namespace apache::thrift::protocol {
 class TProtocol;
 }
 
-namespace cloud {
+namespace cloudwire {
 
 /// What can be done with a message of which only the type's name is known. [any thread]
 struct MessageType {
@@ -29,4 +29,4 @@ const MessageType* findMessageType(std::string_view name);
 /// All of them, by ascending names.
 std::span<const MessageType> messageTypes();
 
-} // namespace cloud
+} // namespace cloudwire

@@ -2,7 +2,7 @@
 // and many requests at once.
 #include "bench/cloud.h"
 #include "host/cloudwire/frames.h"
-#include "host/suite/cloudservice.h"
+#include "host/suite/cloud/cloudservice.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

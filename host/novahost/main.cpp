@@ -6,7 +6,7 @@
 #include "host/novahost/signals.h"
 
 #include "host/profile/directories.h"
-#include "host/suite/dialoganswers.h"
+#include "host/suite/dialogs/dialoganswers.h"
 #include "host/suite/play.h"
 
 #include <QApplication>

@@ -4,7 +4,7 @@
 #include "host/novahost/pageplays.h"
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
-#include "host/suite/cloudservice.h"
+#include "host/suite/cloud/cloudservice.h"
 #include "host/suite/play.h"
 
 #include <QCoreApplication>

@@ -3,9 +3,9 @@
 
 #include "host/krt/pathinside.h"
 #include "host/profile/directories.h"
-#include "host/suite/dialoganswers.h"
+#include "host/suite/dialogs/dialoganswers.h"
 #include "host/suite/fileuse.h"
-#include "host/suite/modal.h"
+#include "host/suite/dialogs/modal.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 #include "host/suite/play.h"
 
-#include "host/suite/accountservice.h"
-#include "host/suite/cloudservice.h"
+#include "host/suite/account/accountservice.h"
+#include "host/suite/cloud/cloudservice.h"
 
 #include <QRegularExpression>
 #include <algorithm>

@@ -5,7 +5,7 @@
 #include "host/cloudwire/codec.h"
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
-#include "host/suite/cloudsvrproxy.h"
+#include "host/suite/cloud/cloudsvrproxy.h"
 #include "host/vexlite/core.h"
 #include "suite/kaccountsdk.h"
 #include "suite/kcloudipc.h"

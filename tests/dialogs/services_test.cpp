@@ -1,5 +1,5 @@
 // The suite's dialogs and the access manager, answered from the profile.
-#include "host/suite/dialoganswers.h"
+#include "host/suite/dialogs/dialoganswers.h"
 #include "suite/kaccessmanager.h"
 #include "suite/kcloudfiledialog.h"
 #include "suite/kdownloadfiledialog.h"

@@ -1,6 +1,6 @@
-#include "host/suite/cloudpage.h"
+#include "host/suite/dialogs/cloudpage.h"
 
-#include "host/suite/modal.h"
+#include "host/suite/dialogs/modal.h"
 
 #include <QDialogButtonBox>
 #include <QDir>

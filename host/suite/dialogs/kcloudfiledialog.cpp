@@ -1,8 +1,8 @@
 #include "suite/kcloudfiledialog.h"
 
-#include "host/suite/cloudwindow.h"
-#include "host/suite/dialoganswers.h"
-#include "host/suite/modal.h"
+#include "host/suite/dialogs/cloudwindow.h"
+#include "host/suite/dialogs/dialoganswers.h"
+#include "host/suite/dialogs/modal.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
-#include "host/suite/cloudwindow.h"
+#include "host/suite/dialogs/cloudwindow.h"
 
-#include "host/suite/cloudpage.h"
-#include "host/suite/filedialog.h"
+#include "host/suite/dialogs/cloudpage.h"
+#include "host/suite/dialogs/filedialog.h"
 
 #include <QDir>
 #include <QPushButton>

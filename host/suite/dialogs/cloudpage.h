@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/profile/profile.h"
-#include "host/suite/cloudwindow.h"
+#include "host/suite/dialogs/cloudwindow.h"
 
 #include <QWidget>
 #include <functional>

@@ -1,6 +1,6 @@
-#include "host/suite/filedialog.h"
+#include "host/suite/dialogs/filedialog.h"
 
-#include "host/suite/modal.h"
+#include "host/suite/dialogs/modal.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

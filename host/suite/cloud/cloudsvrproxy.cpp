@@ -1,7 +1,7 @@
-#include "host/suite/cloudsvrproxy.h"
+#include "host/suite/cloud/cloudsvrproxy.h"
 
 #include "host/profile/profile.h"
-#include "host/suite/cloudservice.h"
+#include "host/suite/cloud/cloudservice.h"
 #include "suite/kcoreapplication.h"
 
 namespace suite {

@@ -3,9 +3,9 @@
 // "section" it was opened for. It opens files unless the section's entry "IsOpen" is "0".
 #include "suite/kfilepanel.h"
 
-#include "host/suite/dialoganswers.h"
-#include "host/suite/filedialog.h"
-#include "host/suite/modal.h"
+#include "host/suite/dialogs/dialoganswers.h"
+#include "host/suite/dialogs/filedialog.h"
+#include "host/suite/dialogs/modal.h"
 
 namespace {
 

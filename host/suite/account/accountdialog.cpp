@@ -1,6 +1,6 @@
-#include "host/suite/accountdialog.h"
+#include "host/suite/account/accountdialog.h"
 
-#include "host/suite/dialoganswers.h"
+#include "host/suite/dialogs/dialoganswers.h"
 
 #include <QApplication>
 #include <QDialog>

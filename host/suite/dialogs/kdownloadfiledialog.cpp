@@ -1,9 +1,9 @@
 #include "suite/kdownloadfiledialog.h"
 
-#include "host/suite/dialoganswers.h"
-#include "host/suite/filedialog.h"
+#include "host/suite/dialogs/dialoganswers.h"
+#include "host/suite/dialogs/filedialog.h"
 #include "host/suite/fileuse.h"
-#include "host/suite/modal.h"
+#include "host/suite/dialogs/modal.h"
 
 namespace {
 

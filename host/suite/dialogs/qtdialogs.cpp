@@ -1,5 +1,5 @@
 // Answers the dialogs that Qt itself shows: files, message boxes, and whatever else would wait for a user.
-#include "host/suite/dialoganswers.h"
+#include "host/suite/dialogs/dialoganswers.h"
 
 #include <QAbstractProxyModel>
 #include <QApplication>

@@ -1,7 +1,7 @@
-#include "host/suite/accountservice.h"
+#include "host/suite/account/accountservice.h"
 
 #include "host/profile/directories.h"
-#include "host/suite/accountdialog.h"
+#include "host/suite/account/accountdialog.h"
 #include "suite/kcoreapplication.h"
 
 #include <QDateTime>

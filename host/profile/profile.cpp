@@ -1,5 +1,6 @@
 #include "host/profile/profile.h"
 
+#include "host/profile/accountfields.h"
 #include "host/profile/check.h"
 
 #include <QFile>
@@ -73,6 +74,38 @@ private:
 
 } // namespace nlohmann
 
+namespace profile {
+
+template <typename Value> static void readField(const nlohmann::json& from, const char* key, Value& to)
+{
+    if (const auto found = from.find(key); found != from.end())
+        found->get_to(to);
+}
+
+template <typename Record, typename Fields>
+static void readFields(const nlohmann::json& from, Record& to, const Fields& fields)
+{
+    for (const auto& field : fields)
+        std::visit([&](auto member) { readField(from, field.key, to.*member); }, field.member);
+}
+
+} // namespace profile
+
+// In the namespace of the records.
+namespace kacctoutsdk {
+
+static void from_json(const nlohmann::json& from, KCompanyInfo& to)
+{
+    profile::readFields(from, to, profile::CompanyFields);
+}
+
+static void from_json(const nlohmann::json& from, KMembership& to)
+{
+    profile::readFields(from, to, profile::MembershipFields);
+}
+
+} // namespace kacctoutsdk
+
 // One line a section: each key is read into the field of its name.
 #define PROFILE_SECTION(Section, ...)                                                                        \
     static void from_json(const nlohmann::json& nlohmann_json_j, Section& nlohmann_json_t)                   \
@@ -103,12 +136,12 @@ NLOHMANN_JSON_SERIALIZE_ENUM(CloudTab,
 
 PROFILE_ENTRY(DialogAnswer, dialog, accept, files, values)
 PROFILE_ENTRY(CloudFile, tab, path, groupId, parentId, fileId, folder)
-PROFILE_ENTRY(HeldTier, tier, expireTime)
-PROFILE_ENTRY(User, userId, account, nickName, pic, thumbnailLocalPath, email, phoneNumber, status, sex,
-    loginMode, country, province, city, address, postal, companyId, regtime, deviceStatus, isPlus, roleList,
-    members)
-PROFILE_ENTRY(Company, companyId, name, email, phoneNumber, description, address, city, country, province,
-    postal, fax, adminId)
+static void from_json(const nlohmann::json& from, User& to)
+{
+    readFields(from, to, UserFields);
+    readField(from, "members", to.members);
+}
+
 PROFILE_ENTRY(Tier, name, grants)
 PROFILE_SECTION(Account, current, users, companies, tiers)
 PROFILE_SECTION(Dialogs, mode, answers)

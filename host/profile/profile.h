@@ -6,6 +6,8 @@
 // default_profile.json.
 #pragma once
 
+#include "suite/kaccountsdk.h"
+
 #include <QByteArray>
 #include <QMap>
 #include <QString>
@@ -82,49 +84,9 @@ struct CloudFile {
     bool folder = false;
 };
 
-/// What a user's account holds of a tier.
-struct HeldTier {
-    QString tier;
-    qint64 expireTime = 0; ///< milliseconds since 1970; 0 for never
-};
-
-struct User {
-    QString userId;
-    QString account;
-    QString nickName;
-    QString pic;
-    QString thumbnailLocalPath;
-    QString email;
-    QString phoneNumber;
-    QString status;
-    QString sex;
-    QString loginMode;
-    QString country;
-    QString province;
-    QString city;
-    QString address;
-    QString postal;
-    QString companyId;
-    qint64 regtime = 0; ///< milliseconds since 1970
-    QString deviceStatus;
-    bool isPlus = false;
-    QStringList roleList;
-    std::vector<HeldTier> members;
-};
-
-struct Company {
-    QString companyId;
-    QString name;
-    QString email;
-    QString phoneNumber;
-    QString description;
-    QString address;
-    QString city;
-    QString country;
-    QString province;
-    QString postal;
-    QString fax;
-    QString adminId;
+/// Of the memberships only the tiers and when they end.
+struct User : kacctoutsdk::KUserInfo {
+    std::vector<kacctoutsdk::KMembership> members;
 };
 
 /// A membership tier, and which of "nova", "folio" and "super" its members are.
@@ -137,7 +99,7 @@ struct Tier {
 struct Account {
     QString current; ///< the user who is signed in at first, or empty
     std::vector<User> users;
-    std::vector<Company> companies;
+    std::vector<kacctoutsdk::KCompanyInfo> companies;
     std::vector<Tier> tiers;
 };
 

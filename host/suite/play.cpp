@@ -10,17 +10,16 @@ namespace suite {
 
 namespace {
 
-template <typename Entry>
-bool names(const std::vector<Entry>& entries, QString Entry::*name, const QString& wanted)
+template <typename Entry, typename Record>
+bool contains(const std::vector<Entry>& entries, QString Record::*name, const QString& wanted)
 {
-    return std::any_of(
-        entries.begin(), entries.end(), [&](const Entry& entry) { return entry.*name == wanted; });
+    return std::ranges::find(entries, wanted, name) != entries.end();
 }
 
 QString faultOfLogin(const PlayStep& step)
 {
     const auto profile = profile::current();
-    if (!step.subject.isEmpty() && !names(profile->account.users, &profile::User::userId, step.subject))
+    if (!step.subject.isEmpty() && !contains(profile->account.users, &profile::User::userId, step.subject))
         return QStringLiteral("the profile has no user \"%1\"").arg(step.subject);
     return profile->account.users.empty() ? QStringLiteral("the profile has no users") : QString();
 }
@@ -40,7 +39,7 @@ QString faultOfUser(const PlayStep& step)
 
 QString faultOfMember(const PlayStep& step)
 {
-    if (!names(profile::current()->account.tiers, &profile::Tier::name, step.subject))
+    if (!contains(profile::current()->account.tiers, &profile::Tier::name, step.subject))
         return QStringLiteral("the profile has no tier \"%1\"").arg(step.subject);
     if (step.value != QLatin1String("on") && step.value != QLatin1String("off"))
         return QStringLiteral("a membership is \"on\" or \"off\"");

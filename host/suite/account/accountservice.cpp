@@ -1,5 +1,6 @@
 #include "host/suite/account/accountservice.h"
 
+#include "host/profile/accountfields.h"
 #include "host/profile/directories.h"
 #include "host/suite/account/accountdialog.h"
 #include "suite/kcoreapplication.h"
@@ -17,52 +18,10 @@ namespace suite {
 
 namespace {
 
-using kacctoutsdk::KCompanyInfo;
 using kacctoutsdk::KMemberKind;
 using kacctoutsdk::KUserInfo;
 
 Q_LOGGING_CATEGORY(accountLog, "suite.account")
-
-/// A text that the profile has and the service tells.
-template <typename From, typename To> struct TextField {
-    const char* key;
-    QString From::*from;
-    QString To::*to;
-};
-
-constexpr TextField<profile::User, KUserInfo> UserTexts[] = {
-    { "account", &profile::User::account, &KUserInfo::account },
-    { "nickName", &profile::User::nickName, &KUserInfo::nickName },
-    { "pic", &profile::User::pic, &KUserInfo::pic },
-    { "thumbnailLocalPath", &profile::User::thumbnailLocalPath, &KUserInfo::thumbnailLocalPath },
-    { "email", &profile::User::email, &KUserInfo::email },
-    { "phoneNumber", &profile::User::phoneNumber, &KUserInfo::phoneNumber },
-    { "status", &profile::User::status, &KUserInfo::status },
-    { "sex", &profile::User::sex, &KUserInfo::sex },
-    { "loginMode", &profile::User::loginMode, &KUserInfo::loginMode },
-    { "country", &profile::User::country, &KUserInfo::country },
-    { "province", &profile::User::province, &KUserInfo::province },
-    { "city", &profile::User::city, &KUserInfo::city },
-    { "address", &profile::User::address, &KUserInfo::address },
-    { "postal", &profile::User::postal, &KUserInfo::postal },
-    { "companyId", &profile::User::companyId, &KUserInfo::companyId },
-    { "deviceStatus", &profile::User::deviceStatus, &KUserInfo::deviceStatus },
-};
-
-constexpr TextField<profile::Company, KCompanyInfo> CompanyTexts[] = {
-    { "companyId", &profile::Company::companyId, &KCompanyInfo::companyId },
-    { "name", &profile::Company::name, &KCompanyInfo::name },
-    { "email", &profile::Company::email, &KCompanyInfo::email },
-    { "phoneNumber", &profile::Company::phoneNumber, &KCompanyInfo::phoneNumber },
-    { "description", &profile::Company::description, &KCompanyInfo::description },
-    { "address", &profile::Company::address, &KCompanyInfo::address },
-    { "city", &profile::Company::city, &KCompanyInfo::city },
-    { "country", &profile::Company::country, &KCompanyInfo::country },
-    { "province", &profile::Company::province, &KCompanyInfo::province },
-    { "postal", &profile::Company::postal, &KCompanyInfo::postal },
-    { "fax", &profile::Company::fax, &KCompanyInfo::fax },
-    { "adminId", &profile::Company::adminId, &KCompanyInfo::adminId },
-};
 
 // The keys of accounts.json.
 constexpr char Current[] = "current";
@@ -71,11 +30,10 @@ constexpr char Logins[] = "logins";
 constexpr char UserChanges[] = "users";
 constexpr char MemberChanges[] = "members";
 
-template <typename Entry>
-const Entry* entryOf(const std::vector<Entry>& entries, QString Entry::*id, const QString& wanted)
+template <typename Entry, typename Record>
+const Entry* findEntry(const std::vector<Entry>& entries, QString Record::*id, const QString& wanted)
 {
-    const auto found =
-        std::find_if(entries.begin(), entries.end(), [&](const Entry& entry) { return entry.*id == wanted; });
+    const auto found = std::ranges::find(entries, wanted, id);
     return found == entries.end() ? nullptr : &*found;
 }
 
@@ -117,7 +75,7 @@ void AccountService::begin() const
         }
     }
     const QString first = m_profile->account.current;
-    if (m_state.isEmpty() && entryOf(m_profile->account.users, &profile::User::userId, first))
+    if (m_state.isEmpty() && findEntry(m_profile->account.users, &profile::User::userId, first))
         m_state = { { QLatin1String(Current), first }, { QLatin1String(SignedIn), QJsonArray { first } },
             { QLatin1String(Logins), 1 } };
 }
@@ -142,7 +100,7 @@ QStringList AccountService::accountList() const
     begin();
     QStringList list;
     for (const auto& userId : m_state[QLatin1String(SignedIn)].toArray()) {
-        if (entryOf(m_profile->account.users, &profile::User::userId, userId.toString()))
+        if (findEntry(m_profile->account.users, &profile::User::userId, userId.toString()))
             list.append(userId.toString());
     }
     return list;
@@ -157,20 +115,18 @@ AccountView AccountService::viewOf(const QString& userId) const
 {
     AccountView view;
     const profile::Account& known = m_profile->account;
-    const profile::User* user = entryOf(known.users, &profile::User::userId, userId);
+    const profile::User* user = findEntry(known.users, &profile::User::userId, userId);
     QMap<QString, qint64> held;
     if (user) {
         const QJsonObject changes = changesOf(UserChanges, userId);
-        for (const auto& text : UserTexts)
-            view.user.*text.to = changes[QLatin1String(text.key)].toString(user->*text.from);
-        view.user.userId = userId;
-        view.user.regtime = user->regtime;
-        view.user.isPlus = user->isPlus;
-        view.user.roleList = user->roleList;
+        view.user = *user;
+        profile::forEachChangeableUserField([&](QLatin1String key, QString KUserInfo::*member) {
+            view.user.*member = changes[key].toString(view.user.*member);
+        });
         view.session =
             QStringLiteral("%1-session-%2").arg(userId).arg(m_state[QLatin1String(Logins)].toInt());
-        for (const profile::HeldTier& tier : user->members)
-            held.insert(tier.tier, tier.expireTime);
+        for (const kacctoutsdk::KMembership& membership : user->members)
+            held.insert(membership.tier, membership.expireTime);
         const QJsonObject memberChanges = changesOf(MemberChanges, userId);
         for (auto change = memberChanges.begin(); change != memberChanges.end(); ++change) {
             if (!change.value().toBool())
@@ -178,10 +134,9 @@ AccountView AccountService::viewOf(const QString& userId) const
             else if (!held.contains(change.key()))
                 held.insert(change.key(), 0);
         }
-        const profile::Company* company =
-            entryOf(known.companies, &profile::Company::companyId, view.user.companyId);
-        for (const auto& text : CompanyTexts)
-            view.company.*text.to = company ? company->*text.from : QString();
+        if (const auto* company =
+                findEntry(known.companies, &kacctoutsdk::KCompanyInfo::companyId, view.user.companyId))
+            view.company = *company;
     }
     QVariantList told;
     for (const profile::Tier& tier : known.tiers) {
@@ -217,7 +172,8 @@ QString AccountService::proposed(const QVariantMap& params) const
         ? QStringLiteral("qrcode")
         : params.value(QStringLiteral("loginSrc")).toString();
     const std::vector<profile::User>& users = m_profile->account.users;
-    if (const profile::User* user = entryOf(users, &profile::User::loginMode, mode); user && !mode.isEmpty())
+    if (const profile::User* user = findEntry(users, &profile::User::loginMode, mode);
+        user && !mode.isEmpty())
         return user->userId;
     for (const profile::User& user : users) {
         if (user.userId != now)
@@ -363,8 +319,7 @@ void AccountService::changeMembership(const QString& tier, bool isMember)
 QStringList AccountService::userKeys()
 {
     QStringList keys;
-    for (const auto& text : UserTexts)
-        keys << QLatin1String(text.key);
+    profile::forEachChangeableUserField([&](QLatin1String key, auto) { keys << key; });
     return keys;
 }
 

@@ -31,14 +31,14 @@ bool Upload::prepare()
     if (!m_file) {
         m_file = openRegular(AT_FDCWD, m_source, 0, m_opened);
         if (!m_file)
-            throw Refusal(State::SourceUnreadable);
+            throw Error(State::SourceUnreadable);
         m_incoming = std::make_unique<Incoming>(m_contents);
     }
     return canDetectChanges();
 }
 
-/// Files are stamped with a clock that moves once a tick, and some file systems (FAT is the worst) keep two
-/// seconds of it. Once the clock has left the step that the stamp is in, every change is stamped differently.
+/// Time stamps come from a clock that advances once a tick, and file systems may store them less precisely
+/// still (FAT: 2 s). Once the clock has advanced beyond the stamp, every further change gets another stamp.
 bool Upload::canDetectChanges() const
 {
     timespec now {};
@@ -50,8 +50,8 @@ bool Upload::canDetectChanges() const
     return qAbs(nanoseconds(now) - nanoseconds(m_opened.st_ctim)) > step;
 }
 
-/// Whether the path still leads to the file that was opened, as it was then. Anybody can set st_mtim, so a
-/// change is seen by st_ctim.
+/// Whether the path still leads to the opened file, unchanged. st_ctim is compared since any program can set
+/// st_mtim back.
 bool Upload::isUnchanged() const
 {
     struct stat now { };
@@ -66,14 +66,14 @@ bool Upload::step(qint64 most)
     const qint64 count = readSlice(m_file, sliceBuffer(), qMin<qint64>(most, SliceBytes));
     // A file may grow faster than it is read.
     if (count < 0 || transferred() + count > total())
-        throw Refusal(State::SourceUnreadable);
+        throw Error(State::SourceUnreadable);
     if (count > 0) {
         m_incoming->write(sliceBuffer(), count);
         return true;
     }
     if (transferred() != total() || !isUnchanged())
-        throw Refusal(State::SourceUnreadable);
-    m_contents.keep(*m_incoming);
+        throw Error(State::SourceUnreadable);
+    m_contents.store(*m_incoming);
     return false;
 }
 

@@ -17,10 +17,10 @@ public:
     Upload(Contents& contents, const QString& source);
 
     /// Opens the file, the first time. False while a change could leave its time stamp as it is: until some
-    /// milliseconds after its last change, or 2 s where the file system stores whole seconds. Throws Refusal:
+    /// milliseconds after its last change, or 2 s where the file system stores whole seconds. Throws Error:
     /// SourceUnreadable, StorageFailed.
     bool prepare();
-    /// Reads at most `most` bytes. False when the content is stored. Throws Refusal: SourceUnreadable,
+    /// Reads at most `most` bytes. False when the content is stored. Throws Error: SourceUnreadable,
     /// StorageFailed.
     bool step(qint64 most);
     /// Bytes, as the file was when it was opened.

@@ -18,21 +18,21 @@ namespace {
 
 constexpr std::size_t LargestMaxBytes = 512 << 20;
 
-/// A text's length counts twice against the transport's limit.
-std::shared_ptr<TConfiguration> configurationFor(std::size_t maxBytes)
+/// The transport counts a string's length twice.
+std::shared_ptr<TConfiguration> makeConfiguration(std::size_t maxBytes)
 {
     return std::make_shared<TConfiguration>(static_cast<int>(maxBytes) + 5);
 }
 
-/// Memory of somebody else's to read from.
+/// Reads from memory that it does not own.
 class ForeignBytes final : public TMemoryBuffer {
 public:
     explicit ForeignBytes(std::size_t maxBytes)
-        : TMemoryBuffer(nullptr, 0, OBSERVE, configurationFor(maxBytes))
+        : TMemoryBuffer(nullptr, 0, OBSERVE, makeConfiguration(maxBytes))
     {
     }
 
-    /// What resetBuffer does, without making a buffer for it.
+    /// Like resetBuffer(), without allocating.
     void observe(std::string_view bytes)
     {
         buffer_ = reinterpret_cast<std::uint8_t*>(const_cast<char*>(bytes.data()));
@@ -46,7 +46,7 @@ class Protocol final : public TCompactProtocolT<TMemoryBuffer> {
 public:
     using TCompactProtocolT::TCompactProtocolT;
 
-    /// Refuses texts and containers that announce more than `bytes`: each element has one byte at least.
+    /// Refuses strings and containers that announce more than `bytes`: each element has at least one byte.
     void limitTo(std::size_t bytes)
     {
         string_limit_ = static_cast<std::int32_t>(bytes);
@@ -59,7 +59,7 @@ public:
 struct MessageCodec::Stream {
     explicit Stream(std::size_t maxBytes)
         : reading(std::make_shared<ForeignBytes>(maxBytes))
-        , writing(std::make_shared<TMemoryBuffer>(configurationFor(maxBytes)))
+        , writing(std::make_shared<TMemoryBuffer>(makeConfiguration(maxBytes)))
         , reader(reading)
         , writer(writing)
     {
@@ -71,7 +71,7 @@ struct MessageCodec::Stream {
     std::shared_ptr<TMemoryBuffer> writing;
     Protocol reader;
     Protocol writer;
-    /// While it is used, and after an exception: the protocols do not forget where they were.
+    /// True during a call and after an exception, which leaves the protocols within a message.
     bool unusable = false;
 };
 
@@ -98,7 +98,7 @@ std::string_view MessageCodec::encode(const MessageType& type, const void* messa
         stream.writing->resetBuffer();
         type.write(message, stream.writer);
     } catch (const TException&) {
-        // The buffer can not grow beyond the limit, or a text is longer than the protocol can count.
+        // The buffer can not grow beyond the limit, or a string is longer than the protocol can count.
         return {};
     }
     stream.unusable = false;
@@ -128,7 +128,7 @@ std::optional<std::string> MessageCodec::decode(
         return "a field of a type that does not exist";
     }
     const std::uint32_t left = stream.reading->available_read();
-    // Without this the buffer counts the bytes of all messages against the limit for one.
+    // Resets the count of bytes, for which there is a limit a message.
     stream.reading->readEnd();
     stream.unusable = false;
     if (left > 0)

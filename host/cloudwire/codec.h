@@ -1,4 +1,4 @@
-// Cloud messages to bytes and back: Thrift's compact protocol, without a header or a length around it.
+// Encodes and decodes cloud messages: Thrift's compact protocol, without a header or a length.
 #pragma once
 
 #include "host/cloudwire/registry.h"
@@ -11,11 +11,11 @@
 
 namespace cloudwire {
 
-/// Encodes and decodes messages one after the other, in buffers that it keeps. Bytes to decode may come from
-/// anybody. [one thread at a time]
+/// Reuses its buffers from message to message. The bytes to decode need not be trusted. [one thread at a
+/// time]
 class MessageCodec {
 public:
-    /// What a message may have in bytes unless told otherwise.
+    /// The default limit of a message.
     static constexpr std::size_t UsualMaxBytes = 16 << 20;
 
     /// Messages of more than `maxBytes` (at most 512 MiB) are refused in both directions.
@@ -24,14 +24,14 @@ public:
     MessageCodec(const MessageCodec&) = delete;
     MessageCodec& operator=(const MessageCodec&) = delete;
 
-    /// The bytes of a message, valid until the next call. Nothing when it has more than the limit: a message
-    /// has a byte at least.
+    /// The bytes of a message, valid until the next call. Empty when they are more than the limit; every
+    /// message has at least one byte.
     std::string_view encode(const MessageType& type, const void* message);
 
-    /// Fills `message`, a new one, from bytes that are exactly one message, and answers nothing; or what is
-    /// wrong with them, and then the content of `message` is of no use. Fields that the type does not have,
-    /// or has with another type, are skipped. Takes memory for what is there, some 40 times the bytes in the
-    /// worst case (a list of empty texts), and never for what is only announced.
+    /// Fills `message`, which must be new, from the bytes of exactly one message. Returns the error, after
+    /// which the content of `message` is undefined. Fields that are unknown or of another type are skipped.
+    /// Allocates for bytes that are there, about 40 times their number at worst (a list of empty strings),
+    /// never for announced lengths alone.
     [[nodiscard]] std::optional<std::string> decode(
         const MessageType& type, std::string_view bytes, void* message);
 

@@ -26,7 +26,7 @@ using namespace orbitapi;
 
 #define TYPE(Message) type<Message>(#Message)
 
-/// By ascending names. Records that only occur within messages are not listed.
+/// Sorted by name. Records that occur only within messages are not listed.
 constexpr MessageType Types[] {
     TYPE(CommonRequestArg),
     TYPE(DirectJsonResult),
@@ -57,15 +57,14 @@ static_assert(std::ranges::is_sorted(Types, {}, &MessageType::name));
 constexpr std::size_t SlotCount = 128;
 static_assert(2 * std::size(Types) <= SlotCount);
 
-/// Where the search for a name begins: its length and two letters are mixed, since most names begin and end
-/// alike.
+/// A hash of the length and two letters: most names begin and end alike.
 constexpr std::size_t firstSlot(std::string_view name)
 {
     const auto letter = [&](std::size_t at) -> std::size_t { return static_cast<unsigned char>(name[at]); };
     return name.empty() ? 0 : (name.size() + 5 * letter(0) + 3 * letter(name.size() / 2)) % SlotCount;
 }
 
-/// Each type in the first free slot from there.
+/// A hash table with linear probing.
 constexpr auto Slots = [] {
     std::array<const MessageType*, SlotCount> slots {};
     for (const MessageType& type : Types) {

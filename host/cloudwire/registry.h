@@ -1,4 +1,4 @@
-// The cloud messages by the names of their types.
+// Finds the types of cloud messages by name.
 #pragma once
 
 #include <memory>
@@ -11,22 +11,21 @@ class TProtocol;
 
 namespace cloudwire {
 
-/// What can be done with a message of which only the type's name is known. [any thread]
+/// The operations on messages of a type that is known by its name only. [any thread]
 struct MessageType {
     std::string_view name; ///< zero-terminated: "LarkIpcArg"
-    /// A message with all its members at their defaults.
+    /// Makes a message whose members have their defaults.
     std::shared_ptr<void> (*make)();
-    // Through a protocol of Thrift, with its exceptions; MessageCodec (codec.h) has the compact one.
-    // `message` is the address of a whole message of this type, such as `make` answers or a request that is
-    // handed on.
+    // With a protocol of Thrift, which throws its exceptions; MessageCodec (codec.h) uses the compact one.
+    // `message` is the address of a complete message of this type.
     void (*write)(const void* message, apache::thrift::protocol::TProtocol& protocol);
     void (*read)(void* message, apache::thrift::protocol::TProtocol& protocol);
 };
 
-/// The type with this name, or null. The namespace is no part of the name.
+/// Null for an unknown name. The name has no namespace.
 const MessageType* findMessageType(std::string_view name);
 
-/// All of them, by ascending names.
+/// All types, sorted by name.
 std::span<const MessageType> messageTypes();
 
 } // namespace cloudwire

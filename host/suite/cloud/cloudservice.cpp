@@ -110,8 +110,8 @@ QString CloudService::invoke(
         const LarkIpcArg envelope = makeEnvelope(info.action, info.params);
         return post(Envelope, &envelope, std::move(request));
     }
-    const cloudwire::MessageType* type = cloudwire::argumentType(procedure.toStdString());
-    const cloudwire::MessageType* result = cloudwire::resultType(procedure.toStdString());
+    const cloudwire::MessageType* type = cloudwire::findArgumentType(procedure.toStdString());
+    const cloudwire::MessageType* result = cloudwire::findResultType(procedure.toStdString());
     if (!type || !result || type->name != typeName) {
         qCWarning(cloudLog, "%s: no procedure that takes a %s", qPrintable(procedure), argument.typeName);
         return {};
@@ -132,10 +132,10 @@ QString CloudService::post(const QString& procedure, const void* argument, Reque
     ensureProcess();
     const std::int32_t number = nextNumber();
     if (!m_process.send(
-            m_codec.encode({ Kind::Call, name, number }, *cloudwire::argumentType(name), argument)))
+            m_codec.encode({ Kind::Call, name, number }, *cloudwire::findArgumentType(name), argument)))
         return {};
     request.id = QStringLiteral("cloud-%1").arg(number);
-    request.result = cloudwire::resultType(name);
+    request.result = cloudwire::findResultType(name);
     return m_requests.insert_or_assign(number, std::move(request)).first->second.id;
 }
 
@@ -164,9 +164,9 @@ void CloudService::reportUser()
     const std::int32_t number = nextNumber();
     const std::string name = Envelope.toStdString();
     m_requests.insert_or_assign(
-        number, Request { {}, nullptr, {}, cloudwire::resultType(name), &CloudService::onUserReported });
+        number, Request { {}, nullptr, {}, cloudwire::findResultType(name), &CloudService::onUserReported });
     m_process.sendAtOnce(
-        m_codec.encode({ Kind::Call, name, number }, *cloudwire::argumentType(name), &envelope));
+        m_codec.encode({ Kind::Call, name, number }, *cloudwire::findArgumentType(name), &envelope));
 }
 
 void CloudService::onUserReported(const Request&, bool ok, const void* result)
@@ -270,7 +270,7 @@ bool CloudService::take(std::string_view frame)
 
 void CloudService::takeNotice(const Head& head, std::string_view message)
 {
-    const cloudwire::MessageType* type = cloudwire::argumentType(head.procedure);
+    const cloudwire::MessageType* type = cloudwire::findArgumentType(head.procedure);
     const std::shared_ptr<void> notice = type ? type->make() : nullptr;
     if (!notice || m_codec.decode(*type, message, notice.get()))
         return;

@@ -1,4 +1,4 @@
-#include "host/cloudd/place.h"
+#include "host/cloudd/directorylock.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,12 +8,12 @@
 
 namespace cloudd {
 
-Place::Place(const QString& directory)
+DirectoryLock::DirectoryLock(const QString& directory)
     : m_directory(QDir::cleanPath(directory))
 {
 }
 
-Place::Outcome Place::hold()
+DirectoryLock::Outcome DirectoryLock::lock()
 {
     QDir().mkpath(QFileInfo(m_directory).path());
     const Descriptor folder = openFolder(QFile::encodeName(m_directory));
@@ -23,13 +23,13 @@ Place::Outcome Place::hold()
         openat(folder.get(), "lock", O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
     if (!m_lock)
         return Outcome::Impossible;
-    const bool isHeld = flock(m_lock.get(), LOCK_EX | LOCK_NB) == 0;
-    if (!isHeld && errno != EWOULDBLOCK)
+    const bool isLocked = flock(m_lock.get(), LOCK_EX | LOCK_NB) == 0;
+    if (!isLocked && errno != EWOULDBLOCK)
         return Outcome::Impossible;
-    return isHeld && isThere() ? Outcome::Held : Outcome::Taken;
+    return isLocked && isValid() ? Outcome::Locked : Outcome::Taken;
 }
 
-bool Place::isThere() const
+bool DirectoryLock::isValid() const
 {
     struct stat held { };
     struct stat found { };

@@ -9,7 +9,7 @@
 
 namespace nlohmann {
 
-// How the profile's Qt types are read from JSON that the schema has passed.
+// Conversions to Qt types, of JSON that was checked against the schema.
 template <> struct adl_serializer<QString> {
     static void from_json(const json& from, QString& to)
     {
@@ -35,7 +35,7 @@ template <typename Value> struct adl_serializer<QMap<QString, Value>> {
     }
 };
 
-/// A whole number is an int where it fits, null an invalid value.
+/// An integer becomes an int where it fits, null an invalid QVariant.
 template <> struct adl_serializer<QVariant> {
     static void from_json(const json& from, QVariant& to)
     {
@@ -91,7 +91,7 @@ static void readFields(const nlohmann::json& from, Record& to, const Fields& fie
 
 } // namespace profile
 
-// In the namespace of the records.
+// In this namespace, where the JSON library looks for them.
 namespace kacctoutsdk {
 
 static void from_json(const nlohmann::json& from, KCompanyInfo& to)
@@ -106,14 +106,14 @@ static void from_json(const nlohmann::json& from, KMembership& to)
 
 } // namespace kacctoutsdk
 
-// One line a section: each key is read into the field of its name.
+// Reads each key of a section into the field of its name.
 #define PROFILE_SECTION(Section, ...)                                                                        \
     static void from_json(const nlohmann::json& nlohmann_json_j, Section& nlohmann_json_t)                   \
     {                                                                                                        \
         NLOHMANN_JSON_EXPAND(NLOHMANN_JSON_PASTE(NLOHMANN_JSON_FROM, __VA_ARGS__))                           \
     }
 
-// The same for what a list holds: keys that are left out keep the field's own default.
+// The same for an element of a list, in which missing keys keep the default of their field.
 #define PROFILE_ENTRY(Entry, ...)                                                                            \
     static void from_json(const nlohmann::json& nlohmann_json_j, Entry& nlohmann_json_t)                     \
     {                                                                                                        \
@@ -165,7 +165,7 @@ namespace {
 using nlohmann::json;
 using Snapshot = std::shared_ptr<const Profile>;
 
-QByteArray embedded(const QString& name)
+QByteArray readEmbedded(const QString& name)
 {
     QFile file(QStringLiteral(":/novaprofile/") + name);
     if (!file.open(QIODevice::ReadOnly))
@@ -270,12 +270,12 @@ bool switchOff(const QString& service, QString* error)
 
 QByteArray schemaText()
 {
-    return embedded(QStringLiteral("profile.schema.json"));
+    return readEmbedded(QStringLiteral("profile.schema.json"));
 }
 
 QByteArray defaultText()
 {
-    return embedded(QStringLiteral("default_profile.json"));
+    return readEmbedded(QStringLiteral("default_profile.json"));
 }
 
 } // namespace profile

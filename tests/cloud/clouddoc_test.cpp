@@ -522,9 +522,9 @@ protected:
         timer.start();
         do {
             QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-            proxy.tellLogin(!isLogin);
+            proxy.setLogin(!isLogin);
             notes.clear();
-            proxy.tellLogin(isLogin);
+            proxy.setLogin(isLogin);
         } while (notes.isEmpty() && timer.elapsed() < ms);
         return heard();
     }
@@ -581,19 +581,19 @@ TEST_F(CloudDocEvents, TellWhatTheServiceDidToEveryPage)
     listen(context, "first");
     listen(other, "other");
     for (const Row& row : rows) {
-        proxy.tellActions(row.actions);
+        proxy.notifyActions(row.actions);
         const std::string told = row.heard;
         EXPECT_EQ(heard(), told.empty() ? told : "first " + told + "\nother " + told) << row.name;
     }
     for (const bool isLogin : { false, true, true, false })
-        proxy.tellLogin(isLogin);
+        proxy.setLogin(isLogin);
     EXPECT_EQ(heard(),
         "first clouddoc.loginstatus.changed {\"isLogin\":true}\n"
         "other clouddoc.loginstatus.changed {\"isLogin\":true}\n"
         "first clouddoc.loginstatus.changed {\"isLogin\":false}\n"
         "other clouddoc.loginstatus.changed {\"isLogin\":false}");
     core.closePage(other);
-    proxy.tellLogin(true);
+    proxy.setLogin(true);
     EXPECT_EQ(heard(), "first clouddoc.loginstatus.changed {\"isLogin\":true}");
 }
 

@@ -15,9 +15,9 @@ namespace suite {
 
 namespace {
 
-QString answered(const AccountDialog& dialog)
+QString takeAnsweredId(const AccountDialog& dialog)
 {
-    const std::optional<dialogs::Answer> answer = dialogs::take(dialog.kind);
+    const std::optional<dialogs::Answer> answer = dialogs::takeAnswer(dialog.kind);
     if (!answer || !answer->accept)
         return {};
     const QVariant given = answer->values.value(dialog.answerKey);
@@ -63,7 +63,7 @@ void show(const AccountDialog& dialog, const std::function<void(const QString&)>
         const QListWidgetItem* item = list->currentItem();
         chosen(result == QDialog::Accepted && item ? item->data(Qt::UserRole).toString() : QString());
     });
-    // Nobody owns the window, so nobody else would delete it.
+    // The window has no owner that would delete it.
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, window, [window] { delete window; });
     window->show();
 }
@@ -72,9 +72,9 @@ void show(const AccountDialog& dialog, const std::function<void(const QString&)>
 
 void choose(const AccountDialog& dialog, std::function<void(const QString&)> chosen)
 {
-    if (!dialogs::answered())
+    if (!dialogs::areAnswered())
         return show(dialog, chosen);
-    const QString id = answered(dialog);
+    const QString id = takeAnsweredId(dialog);
     QTimer::singleShot(0, qApp, [id, chosen = std::move(chosen)] { chosen(id); });
 }
 

@@ -15,15 +15,15 @@ struct Choice {
 struct AccountDialog {
     profile::DialogKind kind;
     QString title;
-    QString answerKey; ///< of the answer's values, which names an id
+    QString answerKey; ///< the key of the id in the answer's values
     std::vector<Choice> choices;
-    QString preferred; ///< the id that is chosen unless somebody says otherwise
+    QString preferred; ///< the id selected at first
     bool modal = false;
     bool onTop = false;
 };
 
-/// Returns at once; `chosen` is called from the event loop with the id, or an empty text when the user
-/// cancelled. Not when the application ends before. The shown dialog has the list "choices" and the buttons
+/// Returns at once; `chosen` is called from the event loop with the id, or an empty string when the user
+/// cancelled, unless the application ends first. The shown dialog has the list "choices" and the buttons
 /// "confirm" and "cancel". [GUI thread]
 void choose(const AccountDialog& dialog, std::function<void(const QString& id)> chosen);
 

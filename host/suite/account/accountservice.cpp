@@ -60,7 +60,7 @@ AccountService& AccountService::instance()
     return service;
 }
 
-void AccountService::begin() const
+void AccountService::load() const
 {
     if (m_profile)
         return;
@@ -97,7 +97,7 @@ QString AccountService::current() const
 
 QStringList AccountService::accountList() const
 {
-    begin();
+    load();
     QStringList list;
     for (const auto& userId : m_state[QLatin1String(SignedIn)].toArray()) {
         if (findEntry(m_profile->account.users, &profile::User::userId, userId.toString()))
@@ -106,19 +106,19 @@ QStringList AccountService::accountList() const
     return list;
 }
 
-QJsonObject AccountService::changesOf(const char* section, const QString& userId) const
+QJsonObject AccountService::findChanges(const char* section, const QString& userId) const
 {
     return m_state[QLatin1String(section)].toObject()[userId].toObject();
 }
 
-AccountView AccountService::viewOf(const QString& userId) const
+AccountView AccountService::makeView(const QString& userId) const
 {
     AccountView view;
     const profile::Account& known = m_profile->account;
     const profile::User* user = findEntry(known.users, &profile::User::userId, userId);
     QMap<QString, qint64> held;
     if (user) {
-        const QJsonObject changes = changesOf(UserChanges, userId);
+        const QJsonObject changes = findChanges(UserChanges, userId);
         view.user = *user;
         profile::forEachChangeableUserField([&](QLatin1String key, QString KUserInfo::*member) {
             view.user.*member = changes[key].toString(view.user.*member);
@@ -127,7 +127,7 @@ AccountView AccountService::viewOf(const QString& userId) const
             QStringLiteral("%1-session-%2").arg(userId).arg(m_state[QLatin1String(Logins)].toInt());
         for (const kacctoutsdk::KMembership& membership : user->members)
             held.insert(membership.tier, membership.expireTime);
-        const QJsonObject memberChanges = changesOf(MemberChanges, userId);
+        const QJsonObject memberChanges = findChanges(MemberChanges, userId);
         for (auto change = memberChanges.begin(); change != memberChanges.end(); ++change) {
             if (!change.value().toBool())
                 held.remove(change.key());
@@ -138,7 +138,7 @@ AccountView AccountService::viewOf(const QString& userId) const
                 findEntry(known.companies, &kacctoutsdk::KCompanyInfo::companyId, view.user.companyId))
             view.company = *company;
     }
-    QVariantList told;
+    QVariantList heldTiers;
     for (const profile::Tier& tier : known.tiers) {
         const qint64 expires = held.value(tier.name, 0);
         const bool isMember =
@@ -147,10 +147,10 @@ AccountView AccountService::viewOf(const QString& userId) const
         if (isMember)
             view.grants += tier.grants;
         if (held.contains(tier.name))
-            told.append(QVariantMap {
+            heldTiers.append(QVariantMap {
                 { QStringLiteral("tier"), tier.name }, { QStringLiteral("expireTime"), expires } });
     }
-    view.raw = { { QStringLiteral("userId"), userId }, { QStringLiteral("tiers"), told } };
+    view.raw = { { QStringLiteral("userId"), userId }, { QStringLiteral("tiers"), heldTiers } };
     return view;
 }
 
@@ -161,11 +161,11 @@ kacctoutsdk::IKAccount* AccountService::getAccount(const QString& userId)
     if (!userId.isEmpty() && !accountList().contains(userId))
         return nullptr;
     const QString known = userId.isEmpty() ? current() : userId;
-    return &(m_views[known] = viewOf(known));
+    return &(m_views[known] = makeView(known));
 }
 
 /// The user of the wanted way to sign in, or else the first one who is not current.
-QString AccountService::proposed(const QVariantMap& params) const
+QString AccountService::proposeUser(const QVariantMap& params) const
 {
     QString now = current();
     const QString mode = params.value(QStringLiteral("qrcode")).toBool()
@@ -184,12 +184,12 @@ QString AccountService::proposed(const QVariantMap& params) const
 
 bool AccountService::login(const QVariantMap& params)
 {
-    begin();
+    load();
     if (m_login || m_switching || m_profile->account.users.empty())
         return false;
     m_login = params.value(QStringLiteral("login.params.confirmId")).toString();
     AccountDialog dialog { profile::DialogKind::Login, QStringLiteral("Sign in"), QStringLiteral("userId"),
-        {}, proposed(params), params.value(QStringLiteral("bShowModal")).toBool(),
+        {}, proposeUser(params), params.value(QStringLiteral("bShowModal")).toBool(),
         params.value(QStringLiteral("bTopWindow")).toBool() };
     for (const profile::User& user : m_profile->account.users)
         dialog.choices.push_back({ user.userId, QStringLiteral("%1 (%2)").arg(user.nickName, user.account) });
@@ -245,17 +245,17 @@ kacctoutsdk::KLoginConfirmation AccountService::confirmLoginSuccess(const QStrin
 void AccountService::signIn(const QString& userId, const QString& confirmId)
 {
     const QString before = current();
-    const QString wanted = userId.isEmpty() ? proposed({}) : userId;
+    const QString wanted = userId.isEmpty() ? proposeUser({}) : userId;
     if (before.isEmpty() || before == wanted)
-        return become(wanted, confirmId);
+        return setCurrent(wanted, confirmId);
     m_switching = true;
     m_switchConfirmId = confirmId;
     m_state[QLatin1String(Current)] = QString();
     Q_EMIT loginInfoChanged();
-    QTimer::singleShot(0, this, [this, wanted, confirmId] { become(wanted, confirmId); });
+    QTimer::singleShot(0, this, [this, wanted, confirmId] { setCurrent(wanted, confirmId); });
 }
 
-void AccountService::become(const QString& userId, const QString& confirmId)
+void AccountService::setCurrent(const QString& userId, const QString& confirmId)
 {
     const bool another = current() != userId;
     QJsonArray signedIn = m_state[QLatin1String(SignedIn)].toArray();
@@ -289,10 +289,10 @@ void AccountService::signOut()
     Q_EMIT loginInfoChanged();
 }
 
-void AccountService::put(const char* section, const QString& key, const QJsonValue& value)
+void AccountService::recordChange(const char* section, const QString& key, const QJsonValue& value)
 {
     QJsonObject all = m_state[QLatin1String(section)].toObject();
-    QJsonObject own = changesOf(section, current());
+    QJsonObject own = findChanges(section, current());
     own[key] = value;
     all[current()] = own;
     m_state[QLatin1String(section)] = all;
@@ -303,7 +303,7 @@ void AccountService::changeUser(const QString& key, const QString& value)
 {
     if (current().isEmpty())
         return;
-    put(UserChanges, key, value);
+    recordChange(UserChanges, key, value);
     Q_EMIT userInfoChanged();
 }
 
@@ -311,7 +311,7 @@ void AccountService::changeMembership(const QString& tier, bool isMember)
 {
     if (current().isEmpty())
         return;
-    put(MemberChanges, tier, isMember);
+    recordChange(MemberChanges, tier, isMember);
     Q_EMIT memberInfoChanged();
     Q_EMIT privilegeInfoChangedWithDetail({ { tier, isMember } });
 }

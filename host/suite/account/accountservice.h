@@ -1,5 +1,5 @@
-// The account service of the stand-in. Users, companies and tiers come from the profile ("account"); who is
-// signed in, and what has changed since, from accounts.json below the data directory.
+// The account service of the stand-in. Users, companies and tiers come from the profile ("account");
+// accounts.json in the data directory stores who is signed in and what has changed.
 #pragma once
 
 #include "host/profile/profile.h"
@@ -11,7 +11,7 @@
 
 namespace suite {
 
-/// An account as it was when the service was asked for it.
+/// A snapshot of an account, made by getAccount().
 class AccountView final : public kacctoutsdk::IKAccount {
 public:
     bool isLoggedIn() const override { return !user.userId.isEmpty(); }
@@ -25,12 +25,12 @@ public:
     kacctoutsdk::KUserInfo user;
     kacctoutsdk::KCompanyInfo company;
     QVector<kacctoutsdk::KMembership> members;
-    QStringList grants; ///< what the memberships count as
+    QStringList grants; ///< of the current memberships
     QVariantMap raw;
     QString session;
 };
 
-/// [GUI thread] for all. Changes that pages ask for are made from the event loop.
+/// [GUI thread] for all. Changes requested by pages are made from the event loop.
 class AccountService final : public kacctoutsdk::KAccountSdkProxy {
 public:
     /// The service, switched on or not.
@@ -45,40 +45,40 @@ public:
     QString generateConfirmId() override;
     kacctoutsdk::KLoginConfirmation confirmLoginSuccess(const QString& confirmId) override;
 
-    // What happens outside of pages. The current account is meant; without one nothing happens.
+    // Changes that no page requested, of the current account; they do nothing without one.
 
-    /// Signs a user of the profile in; the one who was is not current any more but stays signed in. An empty
-    /// id means the one whom a login would propose.
+    /// Signs a user of the profile in, who becomes the current one; the former stays signed in. An empty id
+    /// means the user whom a login would propose.
     void signIn(const QString& userId, const QString& confirmId = {});
     void signOut();
     /// Changes a text of the user information.
     void changeUser(const QString& key, const QString& value);
     void changeMembership(const QString& tier, bool isMember);
-    /// The texts of the user information that can change.
+    /// The keys that changeUser() accepts.
     static QStringList userKeys();
 
 private:
     AccountService() = default;
 
-    void begin() const;
+    void load() const;
     void save();
     QString current() const;
-    QString proposed(const QVariantMap& params) const;
-    QJsonObject changesOf(const char* section, const QString& userId) const;
-    AccountView viewOf(const QString& userId) const;
-    void become(const QString& userId, const QString& confirmId);
-    void put(const char* section, const QString& key, const QJsonValue& value);
+    QString proposeUser(const QVariantMap& params) const;
+    QJsonObject findChanges(const char* section, const QString& userId) const;
+    AccountView makeView(const QString& userId) const;
+    void setCurrent(const QString& userId, const QString& confirmId);
+    void recordChange(const char* section, const QString& key, const QJsonValue& value);
 
-    // Read at the first use.
+    // Loaded at the first use.
     mutable std::shared_ptr<const profile::Profile> m_profile;
     mutable QString m_file;
     mutable QJsonObject m_state;
 
-    std::map<QString, AccountView> m_views; ///< lent to callers
-    std::optional<QString> m_login;         ///< the confirmation id of the login under way
-    QString m_succeeded;                    ///< that of the last one, until it is told
+    std::map<QString, AccountView> m_views; ///< returned by getAccount()
+    std::optional<QString> m_login;         ///< the confirmation id, while a login is under way
+    QString m_succeeded;                    ///< that of the last one, until it is heldTiers
     bool m_switching = false;
-    QString m_switchConfirmId; ///< of the login that switches
+    QString m_switchConfirmId; ///< of that login
     bool m_upgrading = false;
     int m_confirmIds = 0;
 };

@@ -139,7 +139,7 @@ bool CloudProcess::start()
     QProcess process;
     process.setProgram(settings.program.isEmpty()
             ? QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("novacloudd"))
-            : profile::expanded(settings.program));
+            : profile::expandPath(settings.program));
     process.setArguments({ QStringLiteral("--directory"), m_directory, QStringLiteral("--upload-rate"),
         QString::number(settings.uploadBytesPerSecond) });
     process.setWorkingDirectory(QStringLiteral("/"));

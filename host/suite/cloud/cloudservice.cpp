@@ -172,7 +172,7 @@ void CloudService::reportUser()
 void CloudService::onUserReported(const Request&, bool ok, const void* result)
 {
     const auto answer = toQMap(static_cast<const LarkIpcResult*>(result)->resultMap);
-    CloudSvrProxy::instance().tellLogin(
+    CloudSvrProxy::instance().setLogin(
         ok && answer.value(QStringLiteral("isLogin")) == QLatin1String("true"));
 }
 
@@ -216,7 +216,7 @@ void CloudService::failAll()
 {
     std::vector<std::pair<std::int32_t, Request>> failed(m_requests.begin(), m_requests.end());
     m_requests.clear();
-    runLater([] { CloudSvrProxy::instance().tellLogin(false); });
+    runLater([] { CloudSvrProxy::instance().setLogin(false); });
     std::sort(failed.begin(), failed.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
     for (auto& [number, request] : failed)
         failLater(std::move(request));
@@ -277,7 +277,8 @@ void CloudService::takeNotice(const Head& head, std::string_view message)
     if (type->name == "LarkIpcArg") {
         const auto& envelope = *static_cast<const LarkIpcArg*>(notice.get());
         if (envelope.method == "notifyActionsMap")
-            runLater([actions = toQMap(envelope.argMap)] { CloudSvrProxy::instance().tellActions(actions); });
+            runLater(
+                [actions = toQMap(envelope.argMap)] { CloudSvrProxy::instance().notifyActions(actions); });
     } else if (type->name == "NotifyLarkRpcExceptionArg") {
         const auto& complaint = *static_cast<const nova::lark::NotifyLarkRpcExceptionArg*>(notice.get());
         const auto details = toQMap(complaint.extraParam);

@@ -12,12 +12,12 @@ CloudSvrProxy& CloudSvrProxy::instance()
     return proxy;
 }
 
-void CloudSvrProxy::tellActions(const QMap<QString, QString>& actions)
+void CloudSvrProxy::notifyActions(const QMap<QString, QString>& actions)
 {
     Q_EMIT m_events.signal_notifyActionsMapDefault(actions);
 }
 
-void CloudSvrProxy::tellLogin(bool isLogin)
+void CloudSvrProxy::setLogin(bool isLogin)
 {
     if (std::exchange(m_isLogin, isLogin) != isLogin)
         Q_EMIT loginStatusChanged(isLogin);
@@ -29,7 +29,7 @@ KCloudSvrProxy* KCoreApplication::cloudSvrProxy()
 {
     if (!profile::serviceOn(QStringLiteral("cloudProxy")))
         return nullptr;
-    // Whoever asks wants to hear what the process does.
+    // The caller expects events, which come from the process.
     if (profile::serviceOn(QStringLiteral("cloudIpc")) && profile::serviceOn(QStringLiteral("cloudRequests")))
         suite::CloudService::instance().ensureProcess();
     return &suite::CloudSvrProxy::instance();

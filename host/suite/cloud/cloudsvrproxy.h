@@ -1,4 +1,4 @@
-// The stand-in's proxy of the cloud-document service: tells the library what the service tells the suite.
+// The stand-in's proxy of the cloud-document service: emits the events of the service for the library.
 #pragma once
 
 #include "suite/kcloudsvrproxy.h"
@@ -21,10 +21,10 @@ public:
 
     QObject* larkEventObject() override { return &m_events; }
 
-    /// Passes on what the service did, as it told it.
-    void tellActions(const QMap<QString, QString>& actions);
-    /// Whether the user is signed in to the service; told when it changes. Nobody is at first.
-    void tellLogin(bool isLogin);
+    /// Emits an event of the service.
+    void notifyActions(const QMap<QString, QString>& actions);
+    /// Sets whether the user is signed in to the service, and emits the change. Initially false.
+    void setLogin(bool isLogin);
 
 private:
     CloudEvents m_events;

@@ -18,18 +18,18 @@ namespace {
 
 using profile::CloudFile;
 
-QString nameIn(const QString& path)
+QString extractName(const QString& path)
 {
     return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
 }
 
-QString folderIn(const QString& path)
+QString extractFolder(const QString& path)
 {
     return path.left(path.lastIndexOf(QLatin1Char('/')));
 }
 
 /// "Text (*.txt *.md);;*.pdf" has three patterns.
-QStringList patternsOf(const QString& filters)
+QStringList parsePatterns(const QString& filters)
 {
     static const QRegularExpression inBrackets(QStringLiteral("\\(([^()]*)\\)\\s*$"));
     QStringList patterns;
@@ -41,7 +41,7 @@ QStringList patternsOf(const QString& filters)
     return patterns;
 }
 
-/// What is to happen with a file in the cloud that has the name already: "overwrite", "rename", or nothing.
+/// What to do about an existing file of that name: "overwrite", "rename", or an empty string to cancel.
 QString askAboutDuplicate(QWidget* parent, const QString& path)
 {
     const QPointer<QMessageBox> box(new QMessageBox(QMessageBox::Question, parent->window()->windowTitle(),
@@ -64,7 +64,7 @@ QString askAboutDuplicate(QWidget* parent, const QString& path)
 
 CloudPage::CloudPage(profile::CloudTab tab, bool open, const CloudOptions& options, Chosen chosen)
     : m_tab(tab)
-    , m_purpose(purposeOf(open, options))
+    , m_purpose(findPurpose(open, options))
     , m_rootToo(options.on("AllowSelRoot"))
     , m_givesPaths(options.on("returnFilePath"))
     , m_entries(profile::current()->cloudFiles)
@@ -79,7 +79,7 @@ CloudPage::CloudPage(profile::CloudTab tab, bool open, const CloudOptions& optio
     m_list->setSelectionMode(several ? QListWidget::ExtendedSelection : QListWidget::SingleSelection);
     for (std::size_t i = 0; i < m_entries.size(); ++i) {
         const CloudFile& entry = m_entries[i];
-        if (entry.tab != m_tab || !lists(entry, options.text("Filters")))
+        if (entry.tab != m_tab || !shouldList(entry, options.text("Filters")))
             continue;
         const auto icon = entry.folder ? QStyle::SP_DirIcon : QStyle::SP_FileIcon;
         auto* item = new QListWidgetItem(style()->standardIcon(icon), entry.path, m_list);
@@ -104,18 +104,18 @@ CloudPage::CloudPage(profile::CloudTab tab, bool open, const CloudOptions& optio
 
     const auto update = [this] { m_confirm->setEnabled(canChoose()); };
     update();
-    // Queued: a widget that asks something could not stand that the page goes meanwhile.
+    // Queued: the page and its button may be destroyed while choose() shows a message box.
     connect(m_confirm, &QPushButton::clicked, this, &CloudPage::choose, Qt::QueuedConnection);
     connect(m_list, &QListWidget::itemDoubleClicked, this, &CloudPage::choose, Qt::QueuedConnection);
     connect(m_list, &QListWidget::itemSelectionChanged, this, [this, update] {
-        takeOverName();
+        copySelectedName();
         update();
     });
     if (m_name)
         connect(m_name, &QLineEdit::textChanged, this, update);
 }
 
-CloudPage::Purpose CloudPage::purposeOf(bool open, const CloudOptions& options)
+CloudPage::Purpose CloudPage::findPurpose(bool open, const CloudOptions& options)
 {
     if (options.on("IsOpenDirDialog"))
         return Purpose::ChooseFolders;
@@ -124,16 +124,16 @@ CloudPage::Purpose CloudPage::purposeOf(bool open, const CloudOptions& options)
     return options.on("SaveNewCloudFile") ? Purpose::SaveAnyFile : Purpose::SaveOntoFile;
 }
 
-bool CloudPage::lists(const CloudFile& entry, const QString& filters) const
+bool CloudPage::shouldList(const CloudFile& entry, const QString& filters) const
 {
     if (entry.folder)
         return m_purpose == Purpose::ChooseFolders || m_purpose == Purpose::SaveAnyFile;
-    const QStringList patterns = patternsOf(filters);
+    const QStringList patterns = parsePatterns(filters);
     return m_purpose != Purpose::ChooseFolders
-        && (patterns.isEmpty() || QDir::match(patterns, nameIn(entry.path)));
+        && (patterns.isEmpty() || QDir::match(patterns, extractName(entry.path)));
 }
 
-QList<CloudFile> CloudPage::selected() const
+QList<CloudFile> CloudPage::selectedEntries() const
 {
     QList<CloudFile> entries;
     for (const QListWidgetItem* item : m_list->selectedItems())
@@ -141,14 +141,14 @@ QList<CloudFile> CloudPage::selected() const
     return entries;
 }
 
-/// A new file lies in the selected folder, beside the selected file, or at the root.
-CloudPage::Target CloudPage::target() const
+/// A new file is put into the selected folder, or the folder of the selected file, or the root.
+CloudPage::Target CloudPage::findTarget() const
 {
-    const CloudFile beside = selected().value(0);
+    const CloudFile beside = selectedEntries().value(0);
     CloudFile place = beside;
     if (m_name) {
         place.path =
-            (beside.folder ? beside.path : folderIn(beside.path)) + QLatin1Char('/') + m_name->text();
+            (beside.folder ? beside.path : extractFolder(beside.path)) + QLatin1Char('/') + m_name->text();
         place.parentId = beside.folder ? beside.fileId : beside.parentId;
     }
     const auto existing = std::find_if(m_entries.begin(), m_entries.end(),
@@ -165,7 +165,7 @@ bool CloudPage::canChoose() const
     case Purpose::ChooseFolders:
         return m_rootToo || !m_list->selectedItems().isEmpty();
     case Purpose::SaveAnyFile: {
-        const Target place = target();
+        const Target place = findTarget();
         return !m_name->text().isEmpty() && !m_name->text().contains(QLatin1Char('/'))
             && !(place.existing && place.existing->folder);
     }
@@ -173,11 +173,11 @@ bool CloudPage::canChoose() const
     return !m_list->selectedItems().isEmpty();
 }
 
-void CloudPage::takeOverName()
+void CloudPage::copySelectedName()
 {
-    const QList<CloudFile> entries = selected();
+    const QList<CloudFile> entries = selectedEntries();
     if (m_name && !entries.isEmpty() && !entries.first().folder)
-        m_name->setText(nameIn(entries.first().path));
+        m_name->setText(extractName(entries.first().path));
 }
 
 void CloudPage::choose()
@@ -186,7 +186,7 @@ void CloudPage::choose()
         return;
     if (m_purpose == Purpose::SaveOntoFile || m_purpose == Purpose::SaveAnyFile)
         return save();
-    QList<CloudFile> entries = selected();
+    QList<CloudFile> entries = selectedEntries();
     if (entries.isEmpty())
         entries << CloudFile { m_tab, QStringLiteral("/"), {}, {}, {}, true };
     finish(entries, {});
@@ -194,7 +194,7 @@ void CloudPage::choose()
 
 void CloudPage::save()
 {
-    const Target place = target();
+    const Target place = findTarget();
     CloudChoice choice;
     if (place.existing) {
         const QPointer<CloudPage> self(this);

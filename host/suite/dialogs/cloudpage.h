@@ -1,4 +1,4 @@
-// One cloud tab of the file dialog: a flat list of what the profile has for it.
+// One cloud tab of the file dialog: a flat list of the entries that the profile has for the tab.
 #pragma once
 
 #include "host/profile/profile.h"
@@ -26,16 +26,16 @@ private:
 
     /// Where a file would be saved.
     struct Target {
-        profile::CloudFile place; ///< with the path of the file, and the group and parent it will have
+        profile::CloudFile place; ///< path, group and parent of the file
         const profile::CloudFile* existing;
     };
 
-    static Purpose purposeOf(bool open, const CloudOptions& options);
-    bool lists(const profile::CloudFile& entry, const QString& filters) const;
-    QList<profile::CloudFile> selected() const;
-    Target target() const;
+    static Purpose findPurpose(bool open, const CloudOptions& options);
+    bool shouldList(const profile::CloudFile& entry, const QString& filters) const;
+    QList<profile::CloudFile> selectedEntries() const;
+    Target findTarget() const;
     bool canChoose() const;
-    void takeOverName();
+    void copySelectedName();
     void choose();
     void save();
     void finish(const QList<profile::CloudFile>& entries, CloudChoice choice) const;

@@ -17,7 +17,7 @@ using profile::CloudTab;
 
 struct TabRow {
     CloudTab tab;
-    const char* option; ///< that shows it
+    const char* option; ///< shows the tab
     const char* name;
     const char* title;
 };
@@ -30,7 +30,7 @@ constexpr TabRow Tabs[] = {
     { CloudTab::Company, "IsShowCompanyCloudTab", "company", "Company cloud" },
 };
 
-QString titleOf(bool open, const CloudOptions& options)
+QString makeTitle(bool open, const CloudOptions& options)
 {
     if (!options.text("Title").isEmpty())
         return options.text("Title");
@@ -39,8 +39,8 @@ QString titleOf(bool open, const CloudOptions& options)
     return open ? QStringLiteral("Open") : QStringLiteral("Save");
 }
 
-/// Who opened the dialog, and for what.
-QString originOf(const CloudOptions& options)
+/// The application that opened the dialog, and its purpose.
+QString describeOrigin(const CloudOptions& options)
 {
     QStringList parts { options.text("AppName"), options.text("BusinessFrom") };
     if (options.on("IsCloudCmdTag"))
@@ -49,7 +49,7 @@ QString originOf(const CloudOptions& options)
     return parts.join(QStringLiteral(", "));
 }
 
-QString refusalOfRoot(const QStringList& files)
+QString refuseRoot(const QStringList& files)
 {
     const bool root = std::any_of(files.begin(), files.end(),
         [](const QString& file) { return QDir::cleanPath(file) == QDir::rootPath(); });
@@ -62,8 +62,8 @@ CloudFileWindow::CloudFileWindow(bool open, const CloudOptions& options, QWidget
     : QDialog(owner)
     , m_tabs(new QTabWidget)
 {
-    setWindowTitle(titleOf(open, options));
-    setAccessibleDescription(originOf(options));
+    setWindowTitle(makeTitle(open, options));
+    setAccessibleDescription(describeOrigin(options));
     m_tabs->setObjectName(QStringLiteral("tabs"));
     (new QVBoxLayout(this))->addWidget(m_tabs);
     for (const TabRow& row : Tabs) {
@@ -73,7 +73,7 @@ CloudFileWindow::CloudFileWindow(bool open, const CloudOptions& options, QWidget
         m_tabs->widget(m_tabs->count() - 1)->setObjectName(QLatin1String(row.name));
         m_tabs->setTabText(m_tabs->count() - 1, QLatin1String(row.title));
     }
-    // Without it there would be nothing to choose from.
+    // A window without any tab would be useless.
     if (!options.on("IsHideLocalTab") || m_tabs->count() == 0)
         addLocalTab(open, options);
     auto* cloud = m_tabs->findChild<QWidget*>(QStringLiteral("cloud"));
@@ -92,7 +92,7 @@ void CloudFileWindow::addLocalTab(bool open, const CloudOptions& options)
         files->setFileMode(QFileDialog::Directory);
         files->setOption(QFileDialog::ShowDirsOnly);
         if (!options.on("AllowSelRoot"))
-            files->setRefusal(refusalOfRoot);
+            files->setValidator(refuseRoot);
     } else if (open) {
         files->setFileMode(
             options.on("AllowMultiSel") ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
@@ -102,7 +102,7 @@ void CloudFileWindow::addLocalTab(bool open, const CloudOptions& options)
     }
     if (!options.text("Filters").isEmpty())
         files->setNameFilter(options.text("Filters"));
-    files->begin(options.text("InitialDir"));
+    files->openAt(options.text("InitialDir"));
     if (!options.text("InitialName").isEmpty())
         files->selectFile(options.text("InitialName"));
     if (!options.text("ConfirmButton").isEmpty())

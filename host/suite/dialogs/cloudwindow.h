@@ -1,7 +1,8 @@
-// The window that chooses files or folders, on this machine or in the cloud. What the cloud holds comes from
-// the profile ("cloudFiles").
+// The dialog that chooses files or folders, on this machine or in the cloud, whose entries come from the
+// profile
+// ("cloudFiles").
 //
-// Widgets by their object names: the tabs "tabs", with the pages "recent", "local", "cloud", "share",
+// Object names of its widgets: the tabs "tabs", with the pages "recent", "local", "cloud", "share",
 // "favorite" and "company"; a cloud page has the list "files", the line "name" when new files may be saved,
 // and the buttons "confirm" and "cancel".
 #pragma once
@@ -32,7 +33,7 @@ struct CloudChoice {
 
 class CloudFileWindow final : public QDialog {
 public:
-    /// Opens what is there, or chooses where to save.
+    /// `open`: chooses existing items; otherwise a place to save to.
     CloudFileWindow(bool open, const CloudOptions& options, QWidget* owner);
 
     const CloudChoice& choice() const { return m_choice; }

@@ -20,7 +20,7 @@ bool hasDisplay()
     return platform != QLatin1String("offscreen") && platform != QLatin1String("minimal");
 }
 
-QString nameOf(DialogKind kind)
+QString toString(DialogKind kind)
 {
     switch (kind) {
     case DialogKind::Any:
@@ -47,12 +47,12 @@ QString nameOf(DialogKind kind)
     return {};
 }
 
-/// The answers of the profile in force, and which of them are used.
-class Script {
+/// The answers of the current profile, and which of them are used.
+class AnswerQueue {
 public:
     std::optional<Answer> take(DialogKind kind)
     {
-        begin();
+        update();
         const std::vector<profile::DialogAnswer>& answers = m_profile->dialogs.answers;
         for (std::size_t i = 0; i < answers.size(); ++i) {
             const profile::DialogAnswer& found = answers[i];
@@ -61,19 +61,19 @@ public:
             m_used[i] = true;
             Answer answer { found.accept, {}, found.values };
             for (const QString& file : found.files)
-                answer.files << profile::expanded(file);
+                answer.files << profile::expandPath(file);
             return answer;
         }
         if (m_missing.insert(kind).second)
             warn(QStringLiteral("no answer is left for a dialog \"%1\", so it is cancelled; add one to "
                                 "dialogs.answers of the profile")
-                     .arg(nameOf(kind)));
+                     .arg(toString(kind)));
         return std::nullopt;
     }
 
 private:
-    /// Kept as long as its answers are counted: another one can not have its address meanwhile.
-    void begin()
+    /// Starts anew when another profile was loaded.
+    void update()
     {
         const auto current = profile::current();
         if (m_profile == current)
@@ -83,14 +83,14 @@ private:
         m_missing.clear();
     }
 
-    std::shared_ptr<const profile::Profile> m_profile;
+    std::shared_ptr<const profile::Profile> m_profile; ///< owned, so that no other profile has its address
     std::vector<bool> m_used;
-    std::set<DialogKind> m_missing; ///< told of already
+    std::set<DialogKind> m_missing; ///< already warned of
 };
 
 } // namespace
 
-bool answered()
+bool areAnswered()
 {
     if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
         return true;
@@ -105,10 +105,10 @@ bool answered()
     return !hasDisplay();
 }
 
-std::optional<Answer> take(DialogKind kind)
+std::optional<Answer> takeAnswer(DialogKind kind)
 {
-    static Script script;
-    return script.take(kind);
+    static AnswerQueue queue;
+    return queue.take(kind);
 }
 
 void warn(const QString& text)

@@ -1,7 +1,7 @@
-// What the profile's section "dialogs" decides: whether dialogs are shown or answered, and with what.
+// Dialogs that are not shown but answered, by the section "dialogs" of the profile.
 //
-//     if (dialogs::answered()) {
-//         const std::optional<dialogs::Answer> answer = dialogs::take(profile::DialogKind::Cloud);
+//     if (dialogs::areAnswered()) {
+//         const std::optional<dialogs::Answer> answer = dialogs::takeAnswer(profile::DialogKind::Cloud);
 //         return answer && answer->accept;   // no window is made
 //     }
 #pragma once
@@ -22,19 +22,19 @@ struct Answer {
     QVariantMap values;
 };
 
-/// True when dialogs are answered instead of shown: the profile says so, or there is nobody to look at them.
-bool answered();
+/// True when dialogs are answered instead of shown: by the profile, or because there is no display.
+bool areAnswered();
 
-/// The first unused answer of the profile that fits a dialog of this kind, which is then used up; nothing
-/// when none is left: the dialog is cancelled. Another profile begins with all of its answers.
-std::optional<Answer> take(profile::DialogKind kind);
+/// Takes the first unused answer of the profile that fits a dialog of this kind. Nothing when none is left:
+/// the dialog must be cancelled. After a new profile is loaded all its answers are unused.
+std::optional<Answer> takeAnswer(profile::DialogKind kind);
 
-/// Tells whoever runs the suite that a dialog could not be answered as the profile wants, and what to change.
+/// Logs that a dialog could not be answered as the profile says, and what to change.
 void warn(const QString& text);
 
-/// Has Qt's own dialogs answered as well, from here to the end of the application: file dialogs from the
-/// profile, message boxes with their default, all other modal dialogs by cancelling them. Takes the desktop's
-/// own file dialogs out of use when the profile in force answers. Once, after the application was made.
+/// Answers Qt's own dialogs as well, until the application ends: file dialogs from the profile, message boxes
+/// with their default button; all other modal dialogs are cancelled. Disables the desktop's native file
+/// dialogs when dialogs are answered. Must be called once, after the application was made.
 void install();
 
 } // namespace dialogs

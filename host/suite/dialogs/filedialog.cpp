@@ -11,11 +11,11 @@ namespace suite {
 FileDialog::FileDialog(QWidget* owner, const QString& caption)
     : QFileDialog(owner, caption)
 {
-    // Asked by this class where it is needed: Qt's question would not survive its owner.
+    // confirm() asks instead: Qt's message box would be used after the dialog was destroyed.
     setOptions(DontUseNativeDialog | DontConfirmOverwrite);
 }
 
-void FileDialog::begin(const QString& path)
+void FileDialog::openAt(const QString& path)
 {
     if (path.isEmpty())
         return;
@@ -37,12 +37,12 @@ void FileDialog::accept()
     if (m_accepting)
         return;
     m_accepting = true;
-    // In a turn of its own: the widget that called this could not stand that the dialog goes meanwhile.
+    // Queued: the caller is a widget of the dialog, which may be destroyed while a message box is shown.
     const auto acceptNow = [self = QPointer<FileDialog>(this)] {
         if (!self)
             return;
         const QStringList files = self->selectedFiles();
-        if ((self->entersFolder(files) || self->goesOn(files)) && self)
+        if ((self->containsFolder(files) || self->confirm(files)) && self)
             self->QFileDialog::accept();
         if (self)
             self->m_accepting = false;
@@ -50,25 +50,25 @@ void FileDialog::accept()
     QMetaObject::invokeMethod(QCoreApplication::instance(), acceptNow, Qt::QueuedConnection);
 }
 
-bool FileDialog::entersFolder(const QStringList& files) const
+bool FileDialog::containsFolder(const QStringList& files) const
 {
     return fileMode() != Directory && std::any_of(files.begin(), files.end(), [](const QString& file) {
         return QFileInfo(file).isDir();
     });
 }
 
-/// Whether nothing is in the way of these files, or the user wants them nonetheless.
-bool FileDialog::goesOn(const QStringList& files)
+/// Whether the files may be accepted; shows an error or asks the user where necessary.
+bool FileDialog::confirm(const QStringList& files)
 {
     const auto missing = std::find_if(
         files.begin(), files.end(), [](const QString& file) { return !QFileInfo::exists(file); });
     if (missing != files.end() && fileMode() != AnyFile) {
-        dialogs::tell(this, windowTitle(), QStringLiteral("\"%1\" does not exist.").arg(*missing));
+        dialogs::inform(this, windowTitle(), QStringLiteral("\"%1\" does not exist.").arg(*missing));
         return false;
     }
-    const QString refusal = m_refusal ? m_refusal(files) : QString();
-    if (!refusal.isEmpty()) {
-        dialogs::tell(this, windowTitle(), refusal);
+    const QString error = m_validate ? m_validate(files) : QString();
+    if (!error.isEmpty()) {
+        dialogs::inform(this, windowTitle(), error);
         return false;
     }
     if (!m_confirmsOverwrite || acceptMode() != AcceptSave || fileMode() != AnyFile || files.isEmpty()

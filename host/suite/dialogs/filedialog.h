@@ -1,5 +1,5 @@
-// The suite's own file dialog, for a window of its own or as a part of another one. Unlike Qt's it survives
-// that its owner goes while it asks the user something.
+// The suite's own file dialog, as a window or as part of another one. Unlike Qt's it may be destroyed with
+// its owner while it shows a message box.
 #pragma once
 
 #include <QFileDialog>
@@ -11,16 +11,17 @@ class FileDialog final : public QFileDialog {
 public:
     explicit FileDialog(QWidget* owner, const QString& caption = {});
 
-    /// Begins in a directory, or with the file of this name; stays where it is for an empty path.
-    void begin(const QString& path);
-    /// Asked before the dialog lets go of what was chosen; a text is shown to the user, who goes on choosing.
-    void setRefusal(std::function<QString(const QStringList& files)> refusal)
+    /// Shows a directory, or selects a file. An empty path changes nothing.
+    void openAt(const QString& path);
+    /// Called before files are accepted. Returns an error to be shown, after which the dialog stays open, or
+    /// an empty string.
+    void setValidator(std::function<QString(const QStringList& files)> validate)
     {
-        m_refusal = std::move(refusal);
+        m_validate = std::move(validate);
     }
-    /// Whether saving onto an existing file needs the user's consent; it does unless this is called.
+    /// Whether the user must confirm that an existing file is replaced; true by default.
     void setConfirmsOverwrite(bool confirms) { m_confirmsOverwrite = confirms; }
-    /// Makes it a part of another window: it never hides itself, `ended` is called in place of that.
+    /// Makes it part of another window: instead of hiding itself it calls `ended`.
     void embed(std::function<void(int result)> ended);
 
     void accept() override;
@@ -29,10 +30,10 @@ protected:
     void done(int result) override;
 
 private:
-    bool entersFolder(const QStringList& files) const;
-    bool goesOn(const QStringList& files);
+    bool containsFolder(const QStringList& files) const;
+    bool confirm(const QStringList& files);
 
-    std::function<QString(const QStringList&)> m_refusal;
+    std::function<QString(const QStringList&)> m_validate;
     std::function<void(int)> m_ended;
     bool m_confirmsOverwrite = true;
     bool m_accepting = false;

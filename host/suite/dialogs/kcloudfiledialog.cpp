@@ -21,7 +21,7 @@ public:
     {
         if (std::exchange(m_used, true))
             return false;
-        return dialogs::answered() ? takeAnswer() : show(owner);
+        return dialogs::areAnswered() ? takeAnswer() : show(owner);
     }
 
     QStringList Files() const override { return m_choice.files; }
@@ -31,7 +31,7 @@ public:
 private:
     bool takeAnswer()
     {
-        const auto answer = dialogs::take(profile::DialogKind::Cloud);
+        const auto answer = dialogs::takeAnswer(profile::DialogKind::Cloud);
         if (!answer || !answer->accept)
             return false;
         m_choice = { answer->files, answer->values };

@@ -2,27 +2,27 @@
 
 #include "host/suite/dialogs/dialoganswers.h"
 #include "host/suite/dialogs/filedialog.h"
-#include "host/suite/fileuse.h"
 #include "host/suite/dialogs/modal.h"
+#include "host/suite/fileuse.h"
 
 namespace {
 
-QString refusalOf(const QStringList& files)
+QString validate(const QStringList& files)
 {
-    return files.isEmpty() ? QString() : suite::whyNotWritable(files.first());
+    return files.isEmpty() ? QString() : suite::findWriteError(files.first());
 }
 
-QString answeredName()
+QString takeAnsweredName()
 {
-    const auto answer = dialogs::take(profile::DialogKind::Save);
+    const auto answer = dialogs::takeAnswer(profile::DialogKind::Save);
     if (!answer || !answer->accept)
         return {};
-    const QString refusal =
-        answer->files.isEmpty() ? QStringLiteral("The answer has no \"files\".") : refusalOf(answer->files);
-    if (refusal.isEmpty())
+    const QString error =
+        answer->files.isEmpty() ? QStringLiteral("The answer has no \"files\".") : validate(answer->files);
+    if (error.isEmpty())
         return answer->files.first();
     dialogs::warn(QStringLiteral("no file is saved: %1 Change its answer in dialogs.answers of the profile")
-                      .arg(refusal));
+                      .arg(error));
     return {};
 }
 
@@ -31,14 +31,14 @@ QString answeredName()
 QString KDownloadFileDialog::getWritableFileName(
     QWidget* parent, const QString& caption, const QString& dir, const QString& filter)
 {
-    if (dialogs::answered())
-        return answeredName();
+    if (dialogs::areAnswered())
+        return takeAnsweredName();
     const QPointer<suite::FileDialog> dialog(new suite::FileDialog(parent, caption));
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     if (!filter.isEmpty())
         dialog->setNameFilter(filter);
-    dialog->begin(dir);
-    dialog->setRefusal(refusalOf);
+    dialog->openAt(dir);
+    dialog->setValidator(validate);
     QString chosen = dialogs::run(dialog) ? dialog->selectedFiles().value(0) : QString();
     delete dialog;
     return chosen;

@@ -1,5 +1,5 @@
-// The file panel: a file dialog. Of the caller's wishes it honours "caption" (its title), "dir" (where it
-// begins), "filter" (as QFileDialog has it) and "multiple" (true: several files). It answers "files" and the
+// The file panel: a file dialog. It supports the options "caption" (its title), "dir" (the directory shown
+// first), "filter" (as for QFileDialog) and "multiple" (true: several files). It returns "files" and the
 // "section" it was opened for. It opens files unless the section's entry "IsOpen" is "0".
 #include "suite/kfilepanel.h"
 
@@ -9,9 +9,9 @@
 
 namespace {
 
-QVariantMap answeredPanel()
+QVariantMap takeAnsweredPanel()
 {
-    const auto answer = dialogs::take(profile::DialogKind::Panel);
+    const auto answer = dialogs::takeAnswer(profile::DialogKind::Panel);
     if (!answer || !answer->accept)
         return {};
     QVariantMap result = answer->values;
@@ -25,8 +25,8 @@ public:
     QVariantMap Show(const QString& section, const QMap<QString, QString>& entries,
         const QVariantMap& options, QWidget* owner) override
     {
-        if (dialogs::answered())
-            return answeredPanel();
+        if (dialogs::areAnswered())
+            return takeAnsweredPanel();
         const auto text = [&](const char* key) { return options.value(QLatin1String(key)).toString(); };
         const QPointer<suite::FileDialog> dialog(new suite::FileDialog(owner, text("caption")));
         if (entries.value(QStringLiteral("IsOpen")) == QLatin1String("0"))
@@ -37,7 +37,7 @@ public:
                     : QFileDialog::ExistingFile);
         if (!text("filter").isEmpty())
             dialog->setNameFilter(text("filter"));
-        dialog->begin(text("dir"));
+        dialog->openAt(text("dir"));
         QVariantMap result;
         if (dialogs::run(dialog))
             result = { { QStringLiteral("files"), dialog->selectedFiles() },

@@ -1,5 +1,5 @@
-// Showing a dialog until it ends, whatever else ends meanwhile. A dialog lives on the heap: its owner deletes
-// it when it goes.
+// Runs modal dialogs that may be destroyed while they are shown: a dialog lives on the heap, and its owner
+// deletes it with itself.
 #pragma once
 
 #include <QDialog>
@@ -8,14 +8,15 @@
 
 namespace dialogs {
 
-/// Shows the dialog and returns when it has ended: true when it was accepted. False as well when it was
-/// destroyed or the application was told to exit; look at `dialog` before using it again.
+/// Shows the dialog until it has ended. True when it was accepted; false also when it was destroyed, so check
+/// `dialog` before using it, or when the application exits.
 template <typename Dialog> bool run(const QPointer<Dialog>& dialog)
 {
     return dialog->exec() == QDialog::Accepted && dialog;
 }
 
-/// Asks the user; NoButton when nobody answered. `parent` may be null, or destroyed before this returns.
+/// Returns the button that the user clicked; NoButton for none. `parent` may be null, or be destroyed before
+/// this returns.
 inline QMessageBox::StandardButton ask(QWidget* parent, QMessageBox::Icon icon, const QString& title,
     const QString& text, QMessageBox::StandardButtons buttons, QMessageBox::StandardButton preferred)
 {
@@ -28,7 +29,7 @@ inline QMessageBox::StandardButton ask(QWidget* parent, QMessageBox::Icon icon, 
     return answer;
 }
 
-inline void tell(QWidget* parent, const QString& title, const QString& text)
+inline void inform(QWidget* parent, const QString& title, const QString& text)
 {
     ask(parent, QMessageBox::Warning, title, text, QMessageBox::Ok, QMessageBox::Ok);
 }

@@ -1,4 +1,4 @@
-// Answers the dialogs that Qt itself shows: files, message boxes, and whatever else would wait for a user.
+// Answers the dialogs that Qt itself shows: file dialogs, message boxes, and any other modal dialog.
 #include "host/suite/dialogs/dialoganswers.h"
 
 #include <QAbstractProxyModel>
@@ -19,7 +19,7 @@ namespace {
 
 using profile::DialogKind;
 
-DialogKind kindOf(const QFileDialog& dialog)
+DialogKind findKind(const QFileDialog& dialog)
 {
     switch (dialog.fileMode()) {
     case QFileDialog::AnyFile:
@@ -27,12 +27,12 @@ DialogKind kindOf(const QFileDialog& dialog)
         return dialog.acceptMode() == QFileDialog::AcceptSave ? DialogKind::Save : DialogKind::File;
     case QFileDialog::ExistingFiles:
         return DialogKind::Files;
-    default: // two names for folders, one of them out of use
+    default: // Directory and the deprecated DirectoryOnly
         return DialogKind::Folder;
     }
 }
 
-/// Chooses in a file dialog what a user would click on or type.
+/// Chooses files in a file dialog as a user would, with clicks and typing.
 class FileChooser {
 public:
     explicit FileChooser(QFileDialog& dialog)
@@ -43,12 +43,12 @@ public:
     {
     }
 
-    /// Empty when `files` are chosen now; else why the dialog can not choose them.
+    /// Returns why the dialog can not choose the files; empty when they are chosen.
     QString choose(DialogKind kind, const QStringList& files)
     {
         if (!m_list || !m_name || !m_model)
             return QStringLiteral("it is the desktop's own dialog");
-        QString fault = faultOf(kind, files);
+        QString fault = findFault(kind, files);
         if (!fault.isEmpty())
             return fault;
         if (kind == DialogKind::Folder) {
@@ -57,14 +57,14 @@ public:
         } else {
             m_dialog.setDirectory(QFileInfo(files.first()).path());
             click(files);
-            if (!chosen(files))
+            if (!isChosen(files))
                 type(files);
         }
-        return chosen(files) ? QString() : QStringLiteral("such names can not be chosen in it");
+        return isChosen(files) ? QString() : QStringLiteral("such names can not be chosen in it");
     }
 
 private:
-    QString faultOf(DialogKind kind, const QStringList& files) const
+    QString findFault(DialogKind kind, const QStringList& files) const
     {
         if (files.isEmpty())
             return QStringLiteral("the answer has no \"files\"");
@@ -85,17 +85,17 @@ private:
         return {};
     }
 
-    /// The order is the dialog's.
-    bool chosen(const QStringList& files) const
+    /// In any order.
+    bool isChosen(const QStringList& files) const
     {
-        const QStringList names = sortedTargets(m_dialog.selectedFiles());
+        const QStringList names = sortTargets(m_dialog.selectedFiles());
         const QString suffix = m_dialog.defaultSuffix();
-        return names == sortedTargets(files)
+        return names == sortTargets(files)
             || (!suffix.isEmpty() && names == QStringList { files.first() + QLatin1Char('.') + suffix });
     }
 
-    /// The dialog may have followed links.
-    static QStringList sortedTargets(QStringList files)
+    /// With links resolved, as the dialog may have done.
+    static QStringList sortTargets(QStringList files)
     {
         for (QString& file : files)
             file = QFile::exists(file) ? QFileInfo(file).canonicalFilePath() : file;
@@ -114,7 +114,7 @@ private:
         clear();
         const auto* proxy = qobject_cast<QAbstractProxyModel*>(m_dialog.proxyModel());
         for (const QString& file : files) {
-            // Asked for by its path an entry is there before the folder has been read.
+            // An index by path exists before the model has read the folder.
             const QModelIndex index = m_model->index(file);
             m_list->selectionModel()->select(proxy ? proxy->mapFromSource(index) : index,
                 QItemSelectionModel::Select | QItemSelectionModel::Rows);
@@ -126,7 +126,7 @@ private:
         m_name->setText(files.size() == 1
                 ? QFileInfo(files.first()).fileName()
                 : QLatin1Char('"') + files.join(QStringLiteral("\" \"")) + QLatin1Char('"'));
-        // Completion selects those of the files that are listed; the text has them all.
+        // Completion selects those files that are listed, while the line has all of them.
         m_list->selectionModel()->clear();
     }
 
@@ -136,7 +136,7 @@ private:
     QFileSystemModel* m_model;
 };
 
-/// Ends a dialog, even one that will not be rejected.
+/// Ends a dialog, even one whose reject() does not close it.
 void cancel(const QPointer<QDialog>& dialog)
 {
     if (dialog && dialog->isVisible())
@@ -148,8 +148,8 @@ void cancel(const QPointer<QDialog>& dialog)
 void answerFileDialog(QFileDialog* dialog)
 {
     const QPointer<QFileDialog> open(dialog);
-    const DialogKind kind = kindOf(*dialog);
-    const std::optional<Answer> answer = take(kind);
+    const DialogKind kind = findKind(*dialog);
+    const std::optional<Answer> answer = takeAnswer(kind);
     QString fault;
     if (answer && answer->accept) {
         fault = FileChooser(*dialog).choose(kind, answer->files);
@@ -201,7 +201,7 @@ bool waitsForUser(const QDialog& dialog)
         || qobject_cast<const QMessageBox*>(&dialog);
 }
 
-/// Sees every dialog of the application that appears, and answers it in the next turn of the event loop.
+/// Answers every dialog of the application that is shown, from the event loop.
 class Watcher final : public QObject {
 public:
     explicit Watcher(QCoreApplication* application)
@@ -215,7 +215,7 @@ public:
         if (event->type() != QEvent::Show || event->spontaneous())
             return false;
         auto* dialog = qobject_cast<QDialog*>(object);
-        if (!dialog || !dialog->isWindow() || !waitsForUser(*dialog) || !answered())
+        if (!dialog || !dialog->isWindow() || !waitsForUser(*dialog) || !areAnswered())
             return false;
         const auto answerNow = [shown = QPointer<QDialog>(dialog)] {
             if (shown && shown->isVisible())
@@ -230,7 +230,7 @@ public:
 
 void install()
 {
-    if (answered())
+    if (areAnswered())
         QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     new Watcher(QCoreApplication::instance());
 }

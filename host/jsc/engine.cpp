@@ -12,7 +12,7 @@ namespace jsc {
 
 namespace {
 
-// What native handlers, and the toolkit below them, may use without asking.
+// Stack that native handlers and Qt may use without a check.
 constexpr std::size_t reservedStack = std::size_t { 768 } << 10;
 
 const char* stackEndOfThisThread()
@@ -59,7 +59,7 @@ PageState* Engine::pageOf(JSContextRef ctx)
 
 void Engine::collectGarbage()
 {
-    // A native object that goes may close pages.
+    // A copy: destroying a native object may close pages.
     const std::vector<PageState*> pages = m_pages;
     for (PageState* page : pages) {
         if (std::find(m_pages.begin(), m_pages.end(), page) == m_pages.end())

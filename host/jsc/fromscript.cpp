@@ -74,7 +74,8 @@ bool FromScript::refuseThrown(JSValueRef exception)
     return refuse(QStringLiteral("reading it threw: ") + facts.text);
 }
 
-// The failure comes up from the innermost value, so the path grows at its front; what is cut is its far end.
+// An error is returned from the innermost value outwards, so the path grows at the front and is cut at the
+// end.
 void FromScript::prependPath(const QString& step)
 {
     m_path.prepend(step);
@@ -245,7 +246,7 @@ bool FromScript::readProperties(JSObjectRef object, KJSVariant& out, int depth)
     return true;
 }
 
-// Follows the prototypes without running any script of the page.
+// Walks the prototypes without running script of the page.
 bool FromScript::isPlainData(JSObjectRef object)
 {
     const Prelude& prelude = m_page.prelude();

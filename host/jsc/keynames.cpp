@@ -6,7 +6,7 @@ namespace engine::jsc {
 
 namespace {
 
-// Longer names are data.
+// Longer names are probably data, which does not repeat.
 constexpr int maximumLength = 128;
 
 } // namespace

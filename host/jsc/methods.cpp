@@ -7,8 +7,8 @@ namespace engine::jsc {
 
 namespace {
 
-// One script a class: what a function closes over is constant to the compiler then, which calls the native
-// function without asking which it is. Pages that look for "[native code]" in the text of a function find it.
+// One script for each class: the native functions are constants in it, so the compiler can call them
+// directly. Pages that look for "[native code]" in the source of a function find it.
 QString sourceOf(const std::vector<MethodSource>& sources)
 {
     QString parameters = QStringLiteral("signals");

@@ -31,7 +31,7 @@ bool sameText(const QString& a, const QString& b)
         && !std::memcmp(a.constData(), b.constData(), static_cast<std::size_t>(a.size()) * sizeof(QChar));
 }
 
-// Longer keys are data, not names of members.
+// Longer keys are probably data, which does not repeat.
 constexpr int maximumKeyLength = 128;
 
 } // namespace

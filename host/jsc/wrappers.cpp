@@ -75,7 +75,7 @@ JSValueRef Wrappers::touch(JSObjectRef getter, JSValueRef* exception)
     }
     m_rootObjects.emplace(shortName, script);
     const Prelude& prelude = m_page.prelude();
-    // Fails when the page has frozen NovaExtension; the getter then answers every time.
+    // Fails when the page has frozen NovaExtension; the getter is called each time then.
     prelude.call(prelude.bindRoot, nullptr, m_root, makeString(m_page.ctx(), shortName), script);
     return script;
 }
@@ -100,7 +100,7 @@ JSObjectRef Wrappers::make(vexlite::BoundObject bound, const QString& name, bool
     if (const auto found = m_wrappers.find(object); found != m_wrappers.end()) {
         Wrapper& old = *found->second;
         if (old.isAlive()) {
-            // Known already under another name.
+            // It has a wrapper under another name.
             if (stays && old.weak) {
                 JSValueProtect(ctx, old.script);
                 JSWeakRelease(m_page.group(), old.weak);
@@ -150,7 +150,7 @@ bool Wrappers::isNative(JSObjectRef function) const
     return isMemberFunction(function) || m_rootGetters.count(function);
 }
 
-// Gives back what the wrapper holds. Another wrapper may have come to its address since it was collected.
+// Releases what the wrapper held. There may be a new wrapper at its address by now.
 void Wrappers::forget(Wrapper& wrapper)
 {
     if (m_byScript.find(wrapper.script) == &wrapper)

@@ -27,7 +27,7 @@ KJSVariant makeText(const QString& text)
 
 QString textOf(const KJSVariant& value)
 {
-    const MVARIANT* target = followed(value.raw());
+    const MVARIANT* target = dereference(value.raw());
     if (!target)
         return {};
     switch (target->vt) {
@@ -50,7 +50,7 @@ QString textOf(const KJSVariant& value)
 
 IJSONValue* objectOf(const KJSVariant& value)
 {
-    // The value's own reference keeps what is lent out here.
+    // Borrowed: the value keeps its reference.
     return interfaceOf<IJSONValue>(value, IID_IJSONValue).get();
 }
 

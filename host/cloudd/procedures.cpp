@@ -15,7 +15,6 @@ namespace cloudd {
 namespace {
 
 using namespace nova::lark;
-using Texts = std::map<std::string, std::string>;
 
 constexpr size_t MaxSources = 10'000;
 constexpr int MaxCopies = 1'000;

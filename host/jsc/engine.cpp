@@ -52,7 +52,7 @@ void Engine::removePage(JSGlobalContextRef ctx, PageState* page)
     std::erase(m_pages, page);
 }
 
-PageState* Engine::pageOf(JSContextRef ctx)
+PageState* Engine::findPage(JSContextRef ctx)
 {
     return openPages().find(JSContextGetGlobalContext(ctx));
 }

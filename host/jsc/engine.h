@@ -26,7 +26,7 @@ public:
     void addPage(JSGlobalContextRef ctx, PageState* page);
     void removePage(JSGlobalContextRef ctx, PageState* page);
     /// The page of a running function; null when the page is closed.
-    static PageState* pageOf(JSContextRef ctx);
+    static PageState* findPage(JSContextRef ctx);
 
     /// False when one more call could run out of stack.
     bool canNest() const { return m_nesting < maximumNesting && !stackIsShort(); }

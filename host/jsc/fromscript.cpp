@@ -25,7 +25,7 @@ bool isIdentifier(const QString& key)
     return true;
 }
 
-QString stepOf(const QString& key)
+QString formatStep(const QString& key)
 {
     if (key.size() > maximumPathKey)
         return QStringLiteral("[\"%1...\"]").arg(key.left(maximumPathKey));
@@ -238,7 +238,7 @@ bool FromScript::readProperties(JSObjectRef object, KJSVariant& out, int depth)
         KJSVariant& item = pairs.emplace_back(key, KJSVariant()).second;
         if (!takeText(static_cast<std::size_t>(key.size()))
             || (exception ? !refuseThrown(exception) : !readValue(value, item, depth + 1))) {
-            prependPath(stepOf(key));
+            prependPath(formatStep(key));
             return false;
         }
     }

@@ -27,7 +27,7 @@ private:
         bool isKept = false; ///< is a root; if not, another string may be at this address by now
         QString text;
     };
-    Entry& entryOf(JSValueRef name);
+    Entry& findEntry(JSValueRef name);
 
     std::array<Entry, 256> m_entries;
 };

@@ -72,7 +72,7 @@ Answer thrown(JSValueRef error)
     return { nullptr, error, false };
 }
 
-Answer answerOf(PageState& page, const NativeMember& member, const KJSVariant& result)
+Answer makeAnswer(PageState& page, const NativeMember& member, const KJSVariant& result)
 {
     if (result.isEmpty())
         return { JSValueMakeUndefined(page.ctx()) };
@@ -119,7 +119,7 @@ Answer answerOf(PageState& page, const NativeMember& member, const KJSVariant& r
     page.core().call(object, page.env(), member.id, member.access, view, result, failure);
     if (!failure.isEmpty())
         return thrown(ToScript(page, &member).error(failure));
-    return answerOf(page, member, result);
+    return makeAnswer(page, member, result);
 }
 
 JSValueRef callMember(JSContextRef ctx, JSObjectRef function, JSObjectRef thisObject, std::size_t count,

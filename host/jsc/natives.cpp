@@ -26,7 +26,7 @@ template <std::size_t Count, Handler handler>
 JSValueRef callback(JSContextRef ctx, JSObjectRef, JSObjectRef, std::size_t count,
     const JSValueRef arguments[], JSValueRef* exception)
 {
-    PageState* page = Engine::pageOf(ctx);
+    PageState* page = Engine::findPage(ctx);
     if (!page || !page->isLive() || count != Count)
         return JSValueMakeUndefined(ctx);
     const std::shared_ptr<PageState> keep = page->shared_from_this();

@@ -57,8 +57,8 @@ void JscPage::run(const QString& source, const QString& fileName, Done done)
     QString body = source;
     if (body.startsWith(QLatin1String("#!")))
         body.replace(0, 2, QStringLiteral("//"));
-    // Source that closes this kind of function, and continues behind it, can not close the other kind as
-    // well.
+    // Checked as a method as well: source that closes one of the two wrappers, "}); ... (function () {", is a
+    // syntax error in the other.
     const Text asMethod(QStringLiteral("({ async run() {") + body + QStringLiteral("\n}})"));
     const QString wrapped = QStringLiteral("(async function () {") + body + QStringLiteral("\n})");
     JSValueRef exception = nullptr;

@@ -9,7 +9,7 @@ namespace {
 JSValueRef rejectionUnhandled(
     JSContextRef ctx, JSObjectRef, JSObjectRef, std::size_t count, const JSValueRef arguments[], JSValueRef*)
 {
-    PageState* page = Engine::pageOf(ctx);
+    PageState* page = Engine::findPage(ctx);
     if (page && count == 2) {
         const std::shared_ptr<PageState> keep = page->shared_from_this();
         const NativeScope scope(*page);
@@ -90,7 +90,7 @@ void PageState::close()
     m_prelude.call(m_prelude.afterThis, nullptr,
         JSObjectMakeFunctionWithCallback(m_ctx, Text("mute"),
             [](JSContextRef ctx, JSObjectRef, JSObjectRef, std::size_t, const JSValueRef[], JSValueRef*) {
-                if (PageState* page = Engine::pageOf(ctx))
+                if (PageState* page = Engine::findPage(ctx))
                     page->mute();
                 return JSValueMakeUndefined(ctx);
             }));

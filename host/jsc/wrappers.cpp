@@ -16,7 +16,7 @@ QString hex(KResult code)
 JSValueRef touchRoot(JSContextRef ctx, JSObjectRef function, JSObjectRef, std::size_t, const JSValueRef[],
     JSValueRef* exception)
 {
-    PageState* page = Engine::pageOf(ctx);
+    PageState* page = Engine::findPage(ctx);
     if (!page || !page->isLive())
         return JSValueMakeUndefined(ctx);
     const std::shared_ptr<PageState> keep = page->shared_from_this();
@@ -112,7 +112,7 @@ JSObjectRef Wrappers::make(vexlite::BoundObject bound, const QString& name, bool
         m_wrappers.erase(found);
         forget(*dead);
     }
-    const NativeClass* nativeClass = classOf(object, *bound.members.get(), name);
+    const NativeClass* nativeClass = findClass(object, *bound.members.get(), name);
     const JSValueRef made = nativeClass
         ? JSObjectCallAsFunction(ctx, nativeClass->factory, nullptr, 0, nullptr, nullptr)
         : nullptr;
@@ -131,7 +131,8 @@ JSObjectRef Wrappers::make(vexlite::BoundObject bound, const QString& name, bool
     return script;
 }
 
-const NativeClass* Wrappers::classOf(IJSExtentionObject* object, IJSMemberList& members, const QString& name)
+const NativeClass* Wrappers::findClass(
+    IJSExtentionObject* object, IJSMemberList& members, const QString& name)
 {
     const std::int64_t typeId = object->GetTypeId();
     for (const auto& known : m_classes) {

@@ -37,8 +37,7 @@ bool dirs::isFileFormatSafe(const QString& path)
     if (!info.isFile() || !info.isReadable())
         return false;
     const QMimeDatabase types;
-    // By name and by content: a program is one under a harmless name, too, and a script without its first
-    // line.
+    // By content and by name: a program may have a harmless name, and a script may have no "#!" line.
     const QMimeType found[] { types.mimeTypeForFile(info, QMimeDatabase::MatchContent),
         types.mimeTypeForFile(info, QMimeDatabase::MatchExtension) };
     const QStringList unsafe = profile::current()->files.unsafeTypes;

@@ -18,7 +18,7 @@ bool convertVariant(const KJSVariant& value, MVarType type, KJSVariant& out);
 QString convertToText(const KJSVariant& value);
 
 /// The interface `iid` of an object value; null for other values.
-template <typename Interface> Ref<Interface> interfaceOf(const KJSVariant& value, const KIID& iid)
+template <typename Interface> Ref<Interface> queryInterface(const KJSVariant& value, const KIID& iid)
 {
     const MVARIANT* target = dereference(value.raw());
     if (!target || (target->vt != MV_UNKNOWN && target->vt != MV_DISPATCH && target->vt != MV_ARRAY)

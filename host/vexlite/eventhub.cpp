@@ -19,7 +19,7 @@ EventHub::~EventHub()
 
 KResult EventHub::Add(const QString& event, const JSContextEnv& context, const KJSVariant& callback)
 {
-    Ref<IJSFunction> function = interfaceOf<IJSFunction>(callback, IID_IJSFunction);
+    Ref<IJSFunction> function = queryInterface<IJSFunction>(callback, IID_IJSFunction);
     if (!function || !(function->Context() == context) || event.size() > CoreLimits::eventNameLength)
         return KR_REJECTED;
     if (!m_owner.isOpen(context))
@@ -39,7 +39,7 @@ KResult EventHub::Add(const QString& event, const JSContextEnv& context, const K
 
 KResult EventHub::Remove(const QString& event, const JSContextEnv& context, const KJSVariant& callback)
 {
-    const Ref<IJSFunction> function = interfaceOf<IJSFunction>(callback, IID_IJSFunction);
+    const Ref<IJSFunction> function = queryInterface<IJSFunction>(callback, IID_IJSFunction);
     if (!function && !callback.isEmpty())
         return KR_REJECTED;
     const auto known = m_lists.find(event);

@@ -51,12 +51,12 @@ QString textOf(const KJSVariant& value)
 IJSONValue* objectOf(const KJSVariant& value)
 {
     // Borrowed: the value keeps its reference.
-    return interfaceOf<IJSONValue>(value, IID_IJSONValue).get();
+    return queryInterface<IJSONValue>(value, IID_IJSONValue).get();
 }
 
 IJSArray* arrayOf(const KJSVariant& value)
 {
-    return interfaceOf<IJSArray>(value, IID_IJSArray).get();
+    return queryInterface<IJSArray>(value, IID_IJSArray).get();
 }
 
 KJSVariant makeFailure(std::int32_t code, const QString& message)

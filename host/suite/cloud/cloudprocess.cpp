@@ -39,7 +39,7 @@ pid_t processBehind(const QLocalSocket& socket)
 }
 
 /// The program that a process runs; empty when it has ended, though nobody may have waited for it.
-QString programOf(qint64 process)
+QString findProgram(qint64 process)
 {
     return QFileInfo(QStringLiteral("/proc/%1/exe").arg(process)).symLinkTarget();
 }
@@ -76,7 +76,7 @@ void CloudProcess::release()
         m_process = 0;
     if (m_process > 0)
         kill(m_process, SIGKILL);
-    for (int waited = 0; m_process > 0 && waited < MaxKillMs && !programOf(m_process).isEmpty(); ++waited)
+    for (int waited = 0; m_process > 0 && waited < MaxKillMs && !findProgram(m_process).isEmpty(); ++waited)
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
@@ -130,7 +130,7 @@ bool CloudProcess::killProcess()
 
 bool CloudProcess::isRunning() const
 {
-    return m_process > 0 && programOf(m_process) == m_program;
+    return m_process > 0 && findProgram(m_process) == m_program;
 }
 
 bool CloudProcess::start()
@@ -152,7 +152,7 @@ bool CloudProcess::start()
     if (!process.startDetached(&id))
         return false;
     m_process = static_cast<pid_t>(id);
-    m_program = programOf(m_process);
+    m_program = findProgram(m_process);
     return true;
 }
 

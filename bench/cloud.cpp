@@ -2,7 +2,7 @@
 // and many requests at once.
 #include "bench/cloud.h"
 #include "host/cloudwire/frames.h"
-#include "host/suite/cloudservice.h"
+#include "host/suite/cloud/cloudservice.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -65,7 +65,7 @@ void echo(benchmark::State& state)
     }
     const nova::lark::LarkIpcArg envelope = request();
     const QByteArray bytes = cloudwire::FrameCodec().encode(
-        { cloudwire::Kind::Call, "larkIpcCall", 1 }, *cloudwire::argumentType("larkIpcCall"), &envelope);
+        { cloudwire::Kind::Call, "larkIpcCall", 1 }, *cloudwire::findArgumentType("larkIpcCall"), &envelope);
     for (auto _ : state) {
         socket.write(bytes);
         while (socket.bytesAvailable() < bytes.size())

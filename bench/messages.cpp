@@ -1,8 +1,8 @@
 // Cloud messages encoded and decoded by their types' names, against the generated code with a protocol and a
 // buffer of the caller's own.
 #include "bench/allocations.h"
-#include "cloud/schema/codec.h"
 #include "cloud/schema/lark_types.h"
+#include "host/cloudwire/codec.h"
 
 #include <QtGlobal>
 #include <benchmark/benchmark.h>
@@ -34,12 +34,12 @@ class ByName {
 public:
     template <typename Message> std::string_view encode(const Message& message, const char* name)
     {
-        return m_codec.encode(*cloud::findMessageType(name), &message);
+        return m_codec.encode(*cloudwire::findMessageType(name), &message);
     }
 
     template <typename Message> auto decode(std::string_view bytes, const char* name)
     {
-        const cloud::MessageType* type = cloud::findMessageType(name);
+        const cloudwire::MessageType* type = cloudwire::findMessageType(name);
         auto message = type->make();
         if (m_codec.decode(*type, bytes, message.get()))
             qFatal("The bytes are no message.");
@@ -47,7 +47,7 @@ public:
     }
 
 private:
-    cloud::MessageCodec m_codec;
+    cloudwire::MessageCodec m_codec;
 };
 
 class Generated {

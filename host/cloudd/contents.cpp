@@ -12,14 +12,14 @@ namespace cloudd {
 
 namespace {
 
-/// So that the last step of a big file does not have all of it to write to the disk.
+/// Bytes between two syncs: with a single one at the end, that would take long for a big file.
 constexpr qint64 SyncBytes = 16 << 20;
 constexpr int PrefixLength = 2;
 
 void must(bool succeeded)
 {
     if (!succeeded)
-        throw Refusal(State::StorageFailed);
+        throw Error(State::StorageFailed);
 }
 
 } // namespace
@@ -37,14 +37,14 @@ QString Contents::open(const QString& directory)
     return {};
 }
 
-void Contents::sweep(const std::function<bool(const QString&)>& isNamed)
+void Contents::sweep(const std::function<bool(const QString&)>& isUsed)
 {
     const QDir contents(QStringLiteral("/proc/self/fd/%1").arg(m_contents.get()));
     const QStringList prefixes = contents.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     for (const QString& prefix : prefixes) {
         const QStringList names = QDir(contents.filePath(prefix)).entryList(QDir::Files);
         for (const QString& name : names) {
-            if (!isNamed(name))
+            if (!isUsed(name))
                 remove(name);
         }
     }
@@ -57,7 +57,7 @@ Descriptor Contents::find(const QString& sha256) const
     return openRegular(m_contents.get(), path, O_NOFOLLOW, opened);
 }
 
-void Contents::keep(Incoming& incoming)
+void Contents::store(Incoming& incoming)
 {
     const QByteArray name = incoming.sha256().toLatin1();
     const Descriptor folder = enterFolder(m_contents, name.left(PrefixLength));
@@ -110,8 +110,8 @@ void Incoming::place(const Descriptor& folder, const QByteArray& name)
 {
     sync();
     if (renameat(m_contents.m_incoming.get(), m_name.constData(), folder.get(), name.constData()) != 0)
-        throw Refusal(errno == EISDIR || errno == ENOTEMPTY || errno == EEXIST ? State::NameTaken
-                                                                               : State::StorageFailed);
+        throw Error(errno == EISDIR || errno == ENOTEMPTY || errno == EEXIST ? State::NameTaken
+                                                                             : State::StorageFailed);
     m_file = Descriptor();
 }
 

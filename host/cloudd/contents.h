@@ -1,11 +1,11 @@
-// The contents of files, by their SHA-256: contents/ab/<sha256>. A content is received in incoming/ and gets
-// its place when all of it is on the disk, so what has a name there is whole.
+// The contents of files, by their SHA-256: contents/ab/<sha256>. A content is written to incoming/ and moved
+// when all of it is on the disk, so every file in contents/ is complete.
 //
 //     Incoming incoming(contents);
-//     incoming.write(bytes, count);              // again and again; an Incoming that is dropped leaves
-//     nothing contents.keep(incoming);
+//     incoming.write(bytes, count);              // repeatedly
+//     contents.store(incoming);                  // an Incoming destroyed before is removed
 //
-// All of it may throw Refusal(StorageFailed).
+// All functions may throw Error(StorageFailed).
 #pragma once
 
 #include "host/cloudd/files.h"
@@ -17,16 +17,16 @@ namespace cloudd {
 
 class Contents {
 public:
-    /// Opens (or makes) what is below `directory`, and empties incoming/. Returns why it can not; then
-    /// nothing may be called.
+    /// Opens the folders in `directory`, makes missing ones, and empties incoming/. Returns the error; after
+    /// one nothing else may be called.
     QString open(const QString& directory);
-    /// Removes the contents for which `isNamed` (given the SHA-256) says false.
-    void sweep(const std::function<bool(const QString&)>& isNamed);
+    /// Removes the contents for which `isUsed` (called with the SHA-256) returns false.
+    void sweep(const std::function<bool(const QString&)>& isUsed);
 
-    /// Nothing when it is not there. Its content must be checked.
+    /// Null when it is missing. The caller must verify the bytes.
     Descriptor find(const QString& sha256) const;
-    /// Afterwards the content survives a power failure. A content of that name is replaced.
-    void keep(class Incoming& incoming);
+    /// When it returns, the content survives a power failure. Replaces a stored content of that hash.
+    void store(class Incoming& incoming);
     void remove(const QString& sha256);
 
 private:
@@ -37,7 +37,7 @@ private:
     quint64 m_received = 0;
 };
 
-/// A file that is being written in incoming/.
+/// A file in incoming/ that is being written.
 class Incoming {
 public:
     explicit Incoming(Contents& contents);
@@ -47,10 +47,10 @@ public:
 
     void write(const char* bytes, qint64 count);
     qint64 size() const { return m_size; }
-    /// Of all that has been written.
+    /// Of the bytes written so far.
     QString sha256() const { return QString::fromLatin1(m_hash.result().toHex()); }
-    /// Writes everything to the disk and moves the file to `name` in `folder`, in place of a file or a link.
-    /// Throws Refusal(NameTaken) when a folder is in the way. The last call.
+    /// Syncs the file and moves it to `name` in `folder`, replacing a file or a link. Throws
+    /// Error(NameTaken) when there is a folder. Nothing may be called afterwards.
     void place(const Descriptor& folder, const QByteArray& name);
 
 private:

@@ -4,25 +4,25 @@
 
 namespace cloudd {
 
-Member admitted(Core& core, const Session& session, const std::string& id)
+Member findSignedInMember(Core& core, const Session& session, const std::string& id)
 {
-    const QString user = userId(id);
+    const QString user = checkUserId(id);
     if (!session.signedIn.contains(user))
-        throw Refusal(State::NotSignedIn);
-    return core.store.member(user);
+        throw Error(State::NotSignedIn);
+    return core.store.ensureMember(user);
 }
 
-Item uploadFolder(Core& core, const Member& member, const QString& pathOrId, Store::Missing missing)
+Item findUploadFolder(Core& core, const Member& member, const QString& pathOrId, Store::Missing missing)
 {
     if (pathOrId.isEmpty())
-        return core.store.workspace(member);
-    return core.store.folder(member, pathOrId, missing);
+        return core.store.ensureWorkspace(member);
+    return core.store.findFolder(member, pathOrId, missing);
 }
 
-Task newTask(const Member& member, const Item& folder, const QString& source, char kind)
+Task makeTask(const Member& member, const Item& folder, const QString& source, char kind)
 {
     Task task;
-    task.id = newId(kind);
+    task.id = makeId(kind);
     task.userId = member.userId;
     task.source = source;
     task.folderId = folder.id;

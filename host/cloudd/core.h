@@ -1,4 +1,4 @@
-// What the procedures work on.
+// The state that all procedures share.
 #pragma once
 
 #include "host/cloudd/localplaces.h"
@@ -13,20 +13,20 @@ struct Core {
     {
     }
 
-    size_t echoedBytes = 0; ///< that requests without an answer have left to be sent back
+    size_t echoedBytes = 0; ///< of strings to be returned with the replies of requests under way
     Store store;
     Contents contents;
     LocalPlaces places;
     Transfers transfers;
-    Rounds copies; ///< to local places
+    JobQueue copies; ///< of cloud files to local ones
     std::function<void(const QString& userId, const QMap<QString, QString>& actions)> notify;
 };
 
-/// The signed-in user of a request. Throws Refusal: WrongArguments, NotSignedIn.
-Member admitted(Core& core, const Session& session, const std::string& userId);
-/// The folder that uploads go to: of a cloud path or an id, or without one the default workspace's.
-Item uploadFolder(Core& core, const Member& member, const QString& pathOrId, Store::Missing missing);
-/// An upload that is to be recorded. `kind`: one of Task's.
-Task newTask(const Member& member, const Item& folder, const QString& source, char kind);
+/// The signed-in user of a request. Throws Error: WrongArguments, NotSignedIn.
+Member findSignedInMember(Core& core, const Session& session, const std::string& userId);
+/// The target folder of an upload, by its cloud path or id; the default workspace when that is empty.
+Item findUploadFolder(Core& core, const Member& member, const QString& pathOrId, Store::Missing missing);
+/// An upload, not recorded yet. `kind`: PublicKind or InternalKind.
+Task makeTask(const Member& member, const Item& folder, const QString& source, char kind);
 
 } // namespace cloudd

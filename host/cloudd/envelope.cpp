@@ -18,20 +18,20 @@ struct MethodCall {
     Core& core;
     Session& session;
     const LarkIpcArg& request;
-    Member member; ///< who asks; nobody in a method that needs none
+    Member member; ///< the user; empty for a method with needsUser false
 
-    /// Empty when there is none of that name.
-    std::string bytes(const char* name) const
+    /// Empty when the request has no such argument.
+    std::string readBytes(const char* name) const
     {
         const auto found = request.argMap.find(name);
         return found == request.argMap.end() ? std::string() : found->second;
     }
-    QString argument(const char* name) const { return text(bytes(name)); }
-    bool flag(const char* name) const
+    QString readString(const char* name) const { return decodeUtf8(readBytes(name)); }
+    bool readFlag(const char* name) const
     {
-        const std::string value = bytes(name);
+        const std::string value = readBytes(name);
         if (!value.empty() && value != "true" && value != "false")
-            throw Refusal(State::WrongArguments);
+            throw Error(State::WrongArguments);
         return value == "true";
     }
 };
@@ -42,21 +42,21 @@ struct Method {
     bool needsUser = true;
 };
 
-LarkIpcResult map(std::map<std::string, std::string> texts)
+LarkIpcResult makeMapResult(std::map<std::string, std::string> values)
 {
     LarkIpcResult result;
-    result.resultMap = std::move(texts);
+    result.resultMap = std::move(values);
     return result;
 }
 
-LarkIpcResult single(const QString& text)
+LarkIpcResult makeStringResult(const QString& string)
 {
     LarkIpcResult result;
-    result.resultString = text.toStdString();
+    result.resultString = string.toStdString();
     return result;
 }
 
-std::string json(const QJsonObject& object)
+std::string toJson(const QJsonObject& object)
 {
     return QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString();
 }
@@ -64,32 +64,33 @@ std::string json(const QJsonObject& object)
 LarkIpcResult setCurrentUser(MethodCall& call)
 {
     Session session;
-    if (const std::string user = call.bytes("userId"); !user.empty())
-        session.currentUser = userId(user);
-    session.signedIn = userIds(call.bytes("signedIn"));
-    if (const std::string company = call.bytes("companyId"); !company.empty())
-        session.companyId = userId(company);
-    session.isTold = true;
+    if (const std::string user = call.readBytes("userId"); !user.empty())
+        session.currentUser = checkUserId(user);
+    session.signedIn = checkUserIds(call.readBytes("signedIn"));
+    if (const std::string company = call.readBytes("companyId"); !company.empty())
+        session.companyId = checkUserId(company);
+    session.hasReportedUsers = true;
     call.session = session;
-    return map({ { "isLogin", session.currentUser.isEmpty() ? "false" : "true" } });
+    return makeMapResult({ { "isLogin", session.currentUser.isEmpty() ? "false" : "true" } });
 }
 
 LarkIpcResult uploadFileToCloud(MethodCall& call)
 {
-    const QString source = sourcePath(call.bytes("filePath"));
+    const QString source = checkSourcePath(call.readBytes("filePath"));
     Store::Transaction transaction(call.core.store);
-    const Item folder = uploadFolder(call.core, call.member, call.argument("cloudDir"), Store::Missing::Make);
-    Task task = newTask(call.member, folder, source, Task::KeptKind);
-    task.autoRename = call.flag("autoRename");
+    const Item folder =
+        findUploadFolder(call.core, call.member, call.readString("cloudDir"), Store::Missing::Create);
+    Task task = makeTask(call.member, folder, source, Task::PublicKind);
+    task.autoRename = call.readFlag("autoRename");
     call.core.transfers.record({ task });
     transaction.commit();
     call.core.transfers.start({ task });
-    return map({ { "taskId", task.id.toStdString() } });
+    return makeMapResult({ { "taskId", task.id.toStdString() } });
 }
 
 LarkIpcResult getTaskState(MethodCall& call)
 {
-    const Task task = call.core.transfers.task(call.member.userId, call.argument("taskId"));
+    const Task task = call.core.transfers.findTask(call.member.userId, call.readString("taskId"));
     QJsonObject data { { QStringLiteral("transferred"), task.transferred },
         { QStringLiteral("cloudPath"), call.core.transfers.cloudPath(task) } };
     if (task.total >= 0)
@@ -98,22 +99,22 @@ LarkIpcResult getTaskState(MethodCall& call)
         data.insert(QStringLiteral("fileId"), task.itemId);
         data.insert(QStringLiteral("sha256"), task.sha256);
     }
-    return map({ { "taskId", task.id.toStdString() }, { "type", "upload" },
+    return makeMapResult({ { "taskId", task.id.toStdString() }, { "type", "upload" },
         { "status", std::to_string(static_cast<int>(task.status)) },
-        { "uploadErrorCode", std::to_string(static_cast<int>(task.state)) }, { "data", json(data) } });
+        { "uploadErrorCode", std::to_string(static_cast<int>(task.state)) }, { "data", toJson(data) } });
 }
 
 LarkIpcResult cancelTransferTask(MethodCall& call)
 {
-    call.core.transfers.cancel(call.member.userId, call.argument("taskId"));
+    call.core.transfers.cancel(call.member.userId, call.readString("taskId"));
     return {};
 }
 
 LarkIpcResult getPersonalPrivateGroup(MethodCall& call)
 {
     const Member& member = call.member;
-    return map({ { "response",
-        json({ { QStringLiteral("groupId"), member.groupId }, { QStringLiteral("name"), member.groupName },
+    return makeMapResult({ { "response",
+        toJson({ { QStringLiteral("groupId"), member.groupId }, { QStringLiteral("name"), member.groupName },
             { QStringLiteral("type"), QStringLiteral("private") },
             { QStringLiteral("rootId"), member.rootId }, { QStringLiteral("ownerId"), member.userId },
             { QStringLiteral("createTime"), member.createTime } }) } });
@@ -121,27 +122,27 @@ LarkIpcResult getPersonalPrivateGroup(MethodCall& call)
 
 LarkIpcResult getMyCloudDocumentsLocalPath(MethodCall& call)
 {
-    call.core.places.documentsFolder(call.member.userId, {});
-    return single(call.core.places.documentsPath(call.member.userId, {}));
+    call.core.places.openDocumentsFolder(call.member.userId, {});
+    return makeStringResult(call.core.places.documentsPath(call.member.userId, {}));
 }
 
 LarkIpcResult getRoamingMode(MethodCall& call)
 {
-    return single(call.member.roamingMode);
+    return makeStringResult(call.member.roamingMode);
 }
 
 LarkIpcResult changeRoamingMode(MethodCall& call)
 {
-    const QString mode = call.argument("roamingMode");
+    const QString mode = call.readString("roamingMode");
     if (mode != QLatin1String("auto") && mode != QLatin1String("manual"))
-        throw Refusal(State::WrongArguments);
+        throw Error(State::WrongArguments);
     if (mode != call.member.roamingMode) {
         call.core.store.setRoamingMode(call.member.userId, mode);
         call.core.notify(call.member.userId,
             { { QStringLiteral("action"), QStringLiteral("roamingModeChanged") },
                 { QStringLiteral("roamingMode"), mode } });
     }
-    return map({ { "roamingMode", mode.toStdString() } });
+    return makeMapResult({ { "roamingMode", mode.toStdString() } });
 }
 
 constexpr Method Methods[] = {
@@ -162,10 +163,10 @@ LarkIpcResult callMethod(Core& core, Session& session, const LarkIpcArg& request
     const auto* method = std::find_if(std::begin(Methods), std::end(Methods),
         [&](const Method& known) { return known.name == request.method; });
     if (method == std::end(Methods) || !request.nameSpace.empty())
-        throw Refusal(State::UnknownMethod);
+        throw Error(State::UnknownMethod);
     MethodCall call { core, session, request, {} };
     if (method->needsUser)
-        call.member = admitted(core, session, call.bytes("userId"));
+        call.member = findSignedInMember(core, session, call.readBytes("userId"));
     return method->run(call);
 }
 

@@ -1,4 +1,5 @@
-// The methods of "larkIpcCall": operations without messages of their own, called by name with texts.
+// The methods of "larkIpcCall": operations without messages of their own, called by name with a map of
+// strings.
 #pragma once
 
 #include "host/cloudd/core.h"
@@ -7,7 +8,7 @@
 
 namespace cloudd {
 
-/// Throws Refusal.
+/// Throws Error.
 nova::lark::LarkIpcResult callMethod(Core& core, Session& session, const nova::lark::LarkIpcArg& request);
 
 } // namespace cloudd

@@ -49,14 +49,14 @@ Descriptor enterFolder(const Descriptor& folder, const QByteArray& name)
     struct stat found { };
     if (fstatat(folder.get(), name.constData(), &found, AT_SYMLINK_NOFOLLOW) == 0) {
         if (!S_ISLNK(found.st_mode))
-            throw Refusal(S_ISDIR(found.st_mode) ? State::StorageFailed : State::NameTaken);
+            throw Error(S_ISDIR(found.st_mode) ? State::StorageFailed : State::NameTaken);
         unlinkat(folder.get(), name.constData(), 0);
     }
     if (mkdirat(folder.get(), name.constData(), S_IRWXU) != 0)
-        throw Refusal(State::StorageFailed);
+        throw Error(State::StorageFailed);
     entered = Descriptor(openat(folder.get(), name.constData(), FolderFlags));
     if (!entered)
-        throw Refusal(State::StorageFailed);
+        throw Error(State::StorageFailed);
     return entered;
 }
 

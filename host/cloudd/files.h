@@ -1,4 +1,4 @@
-// Files of the disk, opened so that nothing is waited for and no link is followed unless somebody says so.
+// Opening files and folders without blocking (on pipes and devices).
 #pragma once
 
 #include <QByteArray>
@@ -33,17 +33,17 @@ private:
     int m_fd;
 };
 
-/// A regular file for reading, that is not waited for; nothing when there is none. `flags`: more of open's,
-/// such as O_NOFOLLOW. `folder`: a folder's descriptor, or AT_FDCWD.
+/// Opens a regular file for reading, without blocking; null when there is none. `flags`: further flags of
+/// open(), such as O_NOFOLLOW. `folder`: a folder's descriptor, or AT_FDCWD.
 Descriptor openRegular(int folder, const QByteArray& path, int flags, struct stat& opened);
-/// -1 when it can not be read.
+/// The number of bytes read; 0 at the end, -1 on an error.
 qint64 readSlice(const Descriptor& file, char* buffer, qint64 bytes);
 
-/// The folder `path` itself, made with mode 0700 where it is missing (but none above it); nothing when that
+/// Opens the folder `path`; a missing one is made with mode 0700, but its parent is not. Null when that
 /// fails.
 Descriptor openFolder(const QByteArray& path);
-/// The folder `name` within another one, made where it is missing. A link in its place is replaced by a
-/// folder. Throws Refusal(NameTaken) when something else is in its place, and Refusal(StorageFailed).
+/// Opens the folder `name` in `folder`; a missing one is made, and a link of that name is replaced by a
+/// folder. Throws Error: NameTaken (by a file), StorageFailed.
 Descriptor enterFolder(const Descriptor& folder, const QByteArray& name);
 
 } // namespace cloudd

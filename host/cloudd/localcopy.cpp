@@ -45,13 +45,13 @@ bool LocalCopy::copy()
 {
     const qint64 count = m_content ? readSlice(m_content, sliceBuffer(), SliceBytes) : -1;
     if (count < 0 || m_incoming->size() + count > m_size)
-        throw Refusal(State::Damaged);
+        throw Error(State::Damaged);
     if (count > 0) {
         m_incoming->write(sliceBuffer(), count);
         return true;
     }
     if (m_incoming->size() != m_size || m_incoming->sha256() != m_sha256)
-        throw Refusal(State::Damaged);
+        throw Error(State::Damaged);
     m_incoming->place(m_folder, m_name);
     m_written = true;
     return false;

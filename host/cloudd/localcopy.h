@@ -1,9 +1,9 @@
-// Makes a local file equal to a stored content, in slices. A local file that is equal already is left alone;
-// another one, or a link, is replaced when all of the copy is there and its hash is right.
+// Copies a stored content to a local file, in slices. A local file with the same bytes is left alone; any
+// other file or link is replaced once the copy is complete and its hash is right.
 //
-//     LocalCopy copy(contents, sha256, ...);     // at once after the record was read
-//     while (copy.step()) { }                    // a slice each
-//     copy.written();
+//     LocalCopy copy(contents, sha256, ...);     // right after the record was read
+//     while (copy.step()) { }
+//     copy.hasWritten();
 #pragma once
 
 #include "host/cloudd/contents.h"
@@ -14,13 +14,15 @@ namespace cloudd {
 
 class LocalCopy {
 public:
-    /// From here on a new version of the cloud file does not matter. Throws Refusal(StorageFailed).
+    /// Opens the content, so a new version of the cloud file does not affect the copy. Throws
+    /// Error(StorageFailed).
     LocalCopy(Contents& contents, QString sha256, qint64 size, Descriptor folder, QByteArray name);
 
-    /// False when the local file is right. Throws Refusal: Damaged, NameTaken (by a folder), StorageFailed.
+    /// Processes one slice. False when the local file is up to date. Throws Error: Damaged, NameTaken (by a
+    /// folder), StorageFailed.
     bool step();
-    /// True when there had to be a new file.
-    bool written() const { return m_written; }
+    /// Whether the file was replaced or made.
+    bool hasWritten() const { return m_written; }
 
 private:
     bool compare();
@@ -31,10 +33,10 @@ private:
     qint64 m_size;
     Descriptor m_folder;
     QByteArray m_name;
-    Descriptor m_local; ///< while it is compared
+    Descriptor m_local; ///< the existing file, while it is compared
     QCryptographicHash m_localHash { QCryptographicHash::Sha256 };
     Descriptor m_content;
-    std::unique_ptr<Incoming> m_incoming; ///< once there has to be a new file
+    std::unique_ptr<Incoming> m_incoming; ///< null while the existing file is compared
     bool m_written = false;
 };
 

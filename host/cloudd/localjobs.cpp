@@ -9,7 +9,7 @@ namespace cloudd {
 
 namespace {
 
-/// Items read from the records at once.
+/// Items read from the store at a time.
 constexpr int PageItems = 200;
 
 } // namespace
@@ -28,14 +28,14 @@ Job::Step CacheJob::step()
     State state = State::Ok;
     try {
         if (!m_copy) {
-            const Item file = m_store.itemOfId(m_fileId);
+            const Item file = m_store.findItemById(m_fileId);
             m_copy = std::make_unique<LocalCopy>(m_contents, file.sha256, file.size,
-                m_places.cacheFolder(file.id), QFile::encodeName(file.name));
+                m_places.openCacheFolder(file.id), QFile::encodeName(file.name));
         }
         if (m_copy->step())
             return Step::Again;
-    } catch (const Refusal& refusal) {
-        state = refusal.state;
+    } catch (const Error& error) {
+        state = error.state;
     }
     m_copy.reset();
     m_ended(state);
@@ -59,11 +59,11 @@ Job::Step SyncJob::step()
     try {
         if (advance())
             return Step::Again;
-    } catch (const Refusal& refusal) {
+    } catch (const Error& error) {
         m_copy.reset();
         if (m_result.state == State::Ok)
-            m_result.state = refusal.state;
-        if (!m_levels.empty() && refusal.state != State::StorageFailed)
+            m_result.state = error.state;
+        if (!m_levels.empty() && error.state != State::StorageFailed)
             return Step::Again;
     }
     m_levels.clear();
@@ -71,19 +71,19 @@ Job::Step SyncJob::step()
     return Step::Ended;
 }
 
-/// One thing: a slice of a file, one item, or a page of the records. False when there is nothing left.
+/// Processes a slice of a file, begins an item, or reads a page of items. False when nothing is left.
 bool SyncJob::advance()
 {
     if (!m_begun) {
         m_begun = true;
-        const QString path = m_store.pathOf(m_store.itemOfId(m_folderId));
+        const QString path = m_store.findPath(m_store.findItemById(m_folderId));
         m_levels.push_back({ m_folderId, m_places.documentsPath(m_userId, path),
-            m_places.documentsFolder(m_userId, path), {}, {}, true });
+            m_places.openDocumentsFolder(m_userId, path), {}, {}, true });
     }
     if (m_copy) {
         if (m_copy->step())
             return true;
-        if (m_copy->written()) {
+        if (m_copy->hasWritten()) {
             ++m_result.files;
             m_result.bytes += m_copied.size;
         }
@@ -94,11 +94,11 @@ bool SyncJob::advance()
     if (!level.items.empty()) {
         const Item item = std::move(level.items.back());
         level.items.pop_back();
-        take(item);
+        start(item);
         return true;
     }
     if (level.hasMore) {
-        level.items = m_store.children(level.folderId, level.lastName, PageItems);
+        level.items = m_store.listChildren(level.folderId, level.lastName, PageItems);
         level.hasMore = level.items.size() == PageItems;
         if (!level.items.empty())
             level.lastName = level.items.back().name;
@@ -109,21 +109,21 @@ bool SyncJob::advance()
     return !m_levels.empty();
 }
 
-void SyncJob::take(const Item& item)
+void SyncJob::start(const Item& item)
 {
     const QByteArray name = QFile::encodeName(item.name);
     const Descriptor& here = m_levels.back().local;
     const QString path = m_levels.back().path + QLatin1Char('/') + item.name;
     if (!item.isFolder) {
-        usablePath(path);
-        // It may have a new version since its page was read.
-        m_copied = m_store.itemOfId(item.id);
+        checkPathLength(path);
+        // Read again: the file may have a new version by now.
+        m_copied = m_store.findItemById(item.id);
         m_copy = std::make_unique<LocalCopy>(m_contents, m_copied.sha256, m_copied.size,
             Descriptor(fcntl(here.get(), F_DUPFD_CLOEXEC, 0)), name);
         return;
     }
     if (static_cast<int>(m_levels.size()) <= m_depth)
-        m_levels.push_back({ item.id, usablePath(path), enterFolder(here, name), {}, {}, true });
+        m_levels.push_back({ item.id, checkPathLength(path), enterFolder(here, name), {}, {}, true });
 }
 
 } // namespace cloudd

@@ -1,9 +1,9 @@
-// Jobs that bring local copies of cloud files up to date. Each calls its `ended` once, at its end.
+// Jobs that update local copies of cloud files. Each calls `ended` once, when it has ended.
 #pragma once
 
+#include "host/cloudd/jobqueue.h"
 #include "host/cloudd/localcopy.h"
 #include "host/cloudd/localplaces.h"
-#include "host/cloudd/rounds.h"
 #include "host/cloudd/store.h"
 
 namespace cloudd {
@@ -25,13 +25,13 @@ private:
     std::unique_ptr<LocalCopy> m_copy;
 };
 
-/// Copies the files of a folder, and of the folders in it so many levels down, to the user's documents. A
-/// file that can not be copied does not keep the others from it, unless there is no more space.
+/// Copies the files of a folder, and of its subfolders down to `depth`, to the user's documents. After a file
+/// that can not be copied it continues, unless the disk failed or is full.
 class SyncJob final : public Job {
 public:
     struct Result {
-        State state = State::Ok; ///< the first failure's
-        qint64 files = 0;        ///< that were copied
+        State state = State::Ok; ///< of the first failure
+        qint64 files = 0;        ///< copied
         qint64 bytes = 0;
     };
     using Ended = std::function<void(const Result&)>;
@@ -41,18 +41,18 @@ public:
     Step step() override;
 
 private:
-    /// A folder whose items are being copied.
+    /// A folder that is being copied.
     struct Level {
         QString folderId;
         QString path; ///< local
         Descriptor local;
-        std::vector<Item> items; ///< the next ones, the last first
-        QString lastName;        ///< of what was read from the records
+        std::vector<Item> items; ///< to be copied, in reverse order
+        QString lastName;        ///< of the last item read from the store
         bool hasMore = true;
     };
 
     bool advance();
-    void take(const Item& item);
+    void start(const Item& item);
 
     Store& m_store;
     Contents& m_contents;
@@ -62,7 +62,7 @@ private:
     int m_depth;
     Ended m_ended;
     Result m_result;
-    std::vector<Level> m_levels; ///< the one worked at is the last
+    std::vector<Level> m_levels; ///< from the synced folder down to the current one
     Item m_copied;
     std::unique_ptr<LocalCopy> m_copy;
     bool m_begun = false;

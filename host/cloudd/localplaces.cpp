@@ -18,21 +18,21 @@ QString LocalPlaces::open(const QString& directory)
         : QStringLiteral("\"%1\": its folders can not be made or opened").arg(directory);
 }
 
-Descriptor LocalPlaces::cacheFolder(const QString& fileId) const
+Descriptor LocalPlaces::openCacheFolder(const QString& fileId) const
 {
     return enterFolder(m_cache, fileId.toLatin1());
 }
 
 QString LocalPlaces::cachePath(const QString& fileId, const QString& name) const
 {
-    return usablePath(m_directory + QStringLiteral("/cache/") + fileId + QLatin1Char('/') + name);
+    return checkPathLength(m_directory + QStringLiteral("/cache/") + fileId + QLatin1Char('/') + name);
 }
 
-Descriptor LocalPlaces::documentsFolder(const QString& userId, const QString& cloudPath) const
+Descriptor LocalPlaces::openDocumentsFolder(const QString& userId, const QString& cloudPath) const
 {
     documentsPath(userId, cloudPath);
-    Descriptor folder = enterFolder(m_documents, folderNameOf(userId));
-    const QStringList parts = pathParts(cloudPath);
+    Descriptor folder = enterFolder(m_documents, encodeFolderName(userId));
+    const QStringList parts = splitCloudPath(cloudPath);
     for (const QString& part : parts)
         folder = enterFolder(folder, QFile::encodeName(part));
     return folder;
@@ -41,14 +41,14 @@ Descriptor LocalPlaces::documentsFolder(const QString& userId, const QString& cl
 QString LocalPlaces::documentsPath(const QString& userId, const QString& cloudPath) const
 {
     const QString path =
-        m_directory + QStringLiteral("/documents/") + QString::fromLatin1(folderNameOf(userId));
-    return usablePath(cloudPath.isEmpty() ? path : path + QLatin1Char('/') + cloudPath);
+        m_directory + QStringLiteral("/documents/") + QString::fromLatin1(encodeFolderName(userId));
+    return checkPathLength(cloudPath.isEmpty() ? path : path + QLatin1Char('/') + cloudPath);
 }
 
-QString usablePath(const QString& path)
+QString checkPathLength(const QString& path)
 {
     if (QFile::encodeName(path).size() >= PATH_MAX)
-        throw Refusal(State::WrongArguments);
+        throw Error(State::WrongArguments);
     return path;
 }
 

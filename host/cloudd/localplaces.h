@@ -10,16 +10,17 @@ namespace cloudd {
 
 class LocalPlaces {
 public:
-    /// Opens (or makes) what is below `directory`. Returns why it can not; then nothing may be called.
+    /// Opens the folders in `directory` and makes missing ones. Returns the error; after one nothing else may
+    /// be called.
     QString open(const QString& directory);
 
-    // The folders are made where they are missing. Throws Refusal(NameTaken) when a file is in the way of
-    // one, and Refusal(StorageFailed). A path that would be longer than usablePath() allows is refused.
+    // Missing folders are made. Throws Error: NameTaken (by a file), StorageFailed, WrongArguments (the path
+    // is too long, see checkPathLength()).
 
-    Descriptor cacheFolder(const QString& fileId) const;
+    Descriptor openCacheFolder(const QString& fileId) const;
     QString cachePath(const QString& fileId, const QString& name) const;
     /// `cloudPath`: of a folder; empty for the root folder.
-    Descriptor documentsFolder(const QString& userId, const QString& cloudPath) const;
+    Descriptor openDocumentsFolder(const QString& userId, const QString& cloudPath) const;
     QString documentsPath(const QString& userId, const QString& cloudPath) const;
 
 private:
@@ -28,8 +29,7 @@ private:
     Descriptor m_documents;
 };
 
-/// The path itself. Throws Refusal(WrongArguments) when it is so long that nobody could open or remove what
-/// is there.
-QString usablePath(const QString& path);
+/// Returns the path. Throws Error(WrongArguments) when it is longer than the system can open.
+QString checkPathLength(const QString& path);
 
 } // namespace cloudd

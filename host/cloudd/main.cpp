@@ -1,5 +1,5 @@
 // novacloudd: the stand-in suite's cloud-document service.
-#include "host/cloudd/place.h"
+#include "host/cloudd/directorylock.h"
 #include "host/cloudd/server.h"
 
 #include <CLI/App.hpp>
@@ -18,11 +18,11 @@
 namespace {
 
 constexpr std::size_t LogBytes = 256 << 10;
-/// The process before may be slow to end, or to begin.
-constexpr int PatienceMs = 10'000;
+/// Another process may need a while to end, or to begin to serve.
+constexpr int LockTimeoutMs = 10'000;
 constexpr int RetryMs = 50;
-/// How often it looks whether its directory is there still.
-constexpr int LookMs = 2000;
+/// How often the directory is checked.
+constexpr int CheckIntervalMs = 2000;
 
 void writeMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
@@ -40,7 +40,7 @@ int fail(const QString& text)
     return 1;
 }
 
-bool isServed(const QString& directory)
+bool isServiceRunning(const QString& directory)
 {
     const cloudwire::SocketPlace socketPlace(directory);
     QLocalSocket socket;
@@ -48,20 +48,20 @@ bool isServed(const QString& directory)
     return socket.state() == QLocalSocket::ConnectedState;
 }
 
-enum class Start { Serve, IsServed, Fail };
+enum class Start { Serve, IsRunning, Fail };
 
-/// Waits until the place is free; not when another process serves there meanwhile.
-Start begin(cloudd::Place& place, const QString& directory)
+/// Waits until no other process has the lock, or one is found to serve.
+Start waitForLock(cloudd::DirectoryLock& lock, const QString& directory)
 {
-    using Outcome = cloudd::Place::Outcome;
-    const QDeadlineTimer patience(PatienceMs);
-    Outcome outcome = place.hold();
-    for (; outcome == Outcome::Taken && !patience.hasExpired(); outcome = place.hold()) {
-        if (isServed(directory))
-            return Start::IsServed;
+    using Outcome = cloudd::DirectoryLock::Outcome;
+    const QDeadlineTimer deadline(LockTimeoutMs);
+    Outcome outcome = lock.lock();
+    for (; outcome == Outcome::Taken && !deadline.hasExpired(); outcome = lock.lock()) {
+        if (isServiceRunning(directory))
+            return Start::IsRunning;
         QThread::msleep(RetryMs);
     }
-    return outcome == Outcome::Held ? Start::Serve : Start::Fail;
+    return outcome == Outcome::Locked ? Start::Serve : Start::Fail;
 }
 
 } // namespace
@@ -77,21 +77,21 @@ int main(int argc, char** argv)
         ->check(CLI::NonNegativeNumber);
     CLI11_PARSE(app, argc, argv);
 
-    // Everything is for this user only. A file that may not grow is an error like a full disk.
+    // Files are for this user only. A file at its size limit is an error like a full disk, not a signal.
     umask(077);
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGPIPE, SIG_IGN);
 
     const QCoreApplication application(argc, argv);
     settings.directory = QDir(QFile::decodeName(directory.c_str())).absolutePath();
-    cloudd::Place place(settings.directory);
-    const Start start = begin(place, settings.directory);
-    if (start == Start::IsServed)
+    cloudd::DirectoryLock lock(settings.directory);
+    const Start start = waitForLock(lock, settings.directory);
+    if (start == Start::IsRunning)
         return 0;
     if (start == Start::Fail)
         return fail(
             QStringLiteral("another process uses %1, or it can not be written to").arg(settings.directory));
-    // Only now: a log belongs to the process that serves.
+    // Opened with the lock held: only the process that serves writes the log.
     try {
         spdlog::set_default_logger(spdlog::rotating_logger_st(
             "novacloudd", (settings.directory + QStringLiteral("/service.log")).toStdString(), LogBytes, 1));
@@ -110,14 +110,14 @@ int main(int argc, char** argv)
     if (!error.isEmpty())
         return fail(QStringLiteral("no socket can be made in %1: %2").arg(settings.directory, error));
     QObject::connect(&server, &cloudd::Server::unused, &application, &QCoreApplication::quit);
-    QTimer look;
-    QObject::connect(&look, &QTimer::timeout, &application, [&] {
-        if (place.isThere())
+    QTimer check;
+    QObject::connect(&check, &QTimer::timeout, &application, [&] {
+        if (lock.isValid())
             return;
         qCritical("%s was removed or replaced", qPrintable(settings.directory));
         QCoreApplication::exit(1);
     });
-    look.start(LookMs);
+    check.start(CheckIntervalMs);
     const int exitCode = QCoreApplication::exec();
     qInstallMessageHandler(nullptr);
     return exitCode;

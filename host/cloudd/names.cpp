@@ -9,93 +9,93 @@ namespace cloudd {
 
 namespace {
 
-constexpr int MostNameBytes = 255;
-/// So that three times as many, of folderNameOf(), are a file name.
-constexpr int MostUserIdBytes = 80;
-constexpr int MostUserIds = 100;
-constexpr std::size_t MostUserIdsBytes = std::size_t { MostUserIds } * (MostUserIdBytes + 1);
-constexpr int MostSourceBytes = 4095;
-/// What is longer is no extension, but part of the name.
-constexpr int MostExtensionBytes = 32;
+constexpr int MaxNameBytes = 255;
+/// encodeFolderName() makes up to three bytes of one, and the result must be a file name.
+constexpr int MaxUserIdBytes = 80;
+constexpr int MaxUserIds = 100;
+constexpr std::size_t MaxUserIdsBytes = std::size_t { MaxUserIds } * (MaxUserIdBytes + 1);
+constexpr int MaxSourceBytes = 4095;
+/// A longer extension counts as part of the name.
+constexpr int MaxExtensionBytes = 32;
 
-bool hasControls(const QString& text)
+bool containsControls(const QString& text)
 {
     return std::any_of(text.begin(), text.end(),
         [](QChar character) { return character.category() == QChar::Other_Control; });
 }
 
-const QString& checked(const QString& given, bool allowed)
+const QString& check(const QString& given, bool allowed)
 {
     if (!allowed)
-        throw Refusal(State::WrongArguments);
+        throw Error(State::WrongArguments);
     return given;
 }
 
 } // namespace
 
-QString text(const std::string& utf8)
+QString decodeUtf8(const std::string& utf8)
 {
     const QString decoded = QString::fromStdString(utf8);
-    return checked(decoded, decoded.toStdString() == utf8);
+    return check(decoded, decoded.toStdString() == utf8);
 }
 
-QString userId(const std::string& utf8)
+QString checkUserId(const std::string& utf8)
 {
-    const QString id = text(utf8);
-    return checked(id, !utf8.empty() && utf8.size() <= MostUserIdBytes && !hasControls(id));
+    const QString id = decodeUtf8(utf8);
+    return check(id, !utf8.empty() && utf8.size() <= MaxUserIdBytes && !containsControls(id));
 }
 
-QStringList userIds(const std::string& utf8)
+QStringList checkUserIds(const std::string& utf8)
 {
-    // What is too long is not even taken apart.
+    // The length is checked before the string is split.
     QStringList ids =
-        checked(text(utf8), utf8.size() <= MostUserIdsBytes).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        check(decodeUtf8(utf8), utf8.size() <= MaxUserIdsBytes).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     ids.removeDuplicates();
     for (const QString& id : ids)
-        userId(id.toStdString());
-    if (ids.size() > MostUserIds)
-        throw Refusal(State::WrongArguments);
+        checkUserId(id.toStdString());
+    if (ids.size() > MaxUserIds)
+        throw Error(State::WrongArguments);
     return ids;
 }
 
-QString itemName(const QString& name)
+QString checkItemName(const QString& name)
 {
     const bool isStep = name == QLatin1String(".") || name == QLatin1String("..");
-    return checked(name,
-        !name.isEmpty() && !isStep && name.toUtf8().size() <= MostNameBytes
-            && !name.contains(QLatin1Char('/')) && !hasControls(name));
+    return check(name,
+        !name.isEmpty() && !isStep && name.toUtf8().size() <= MaxNameBytes && !name.contains(QLatin1Char('/'))
+            && !containsControls(name));
 }
 
-QStringList pathParts(const QString& path)
+QStringList splitCloudPath(const QString& path)
 {
     QStringList parts = path.split(QLatin1Char('/'), Qt::SkipEmptyParts);
-    std::for_each(parts.cbegin(), parts.cend(), itemName);
+    std::for_each(parts.cbegin(), parts.cend(), checkItemName);
     return parts;
 }
 
-QString sourcePath(const std::string& utf8)
+QString checkSourcePath(const std::string& utf8)
 {
-    QString path = text(utf8);
-    checked(
-        path, utf8.size() <= MostSourceBytes && path.startsWith(QLatin1Char('/')) && !path.contains(QChar()));
-    itemName(path.mid(path.lastIndexOf(QLatin1Char('/')) + 1));
+    QString path = decodeUtf8(utf8);
+    check(
+        path, utf8.size() <= MaxSourceBytes && path.startsWith(QLatin1Char('/')) && !path.contains(QChar()));
+    checkItemName(path.mid(path.lastIndexOf(QLatin1Char('/')) + 1));
     return path;
 }
 
-QByteArray folderNameOf(const QString& userId)
+QByteArray encodeFolderName(const QString& userId)
 {
-    // The functions for URLs keep "." and "~", too.
+    // The third argument adds what toPercentEncoding() would leave as it is.
     return QUrl::toPercentEncoding(userId, {}, ".~");
 }
 
-QString numberedName(const QString& name, int number)
+QString makeNumberedName(const QString& name, int number)
 {
     int dot = name.lastIndexOf(QLatin1Char('.'));
-    if (dot <= 0 || name.mid(dot).toUtf8().size() > MostExtensionBytes)
+    if (dot <= 0 || name.mid(dot).toUtf8().size() > MaxExtensionBytes)
         dot = name.size();
     const QString tail = QString::fromLatin1(" (%1)").arg(number) + name.mid(dot);
     QString stem = name.left(dot);
-    while (stem.toUtf8().size() + tail.toUtf8().size() > MostNameBytes)
+    while (stem.toUtf8().size() + tail.toUtf8().size() > MaxNameBytes)
         stem.chop(stem.at(stem.size() - 1).isLowSurrogate() ? 2 : 1);
     return stem + tail;
 }

@@ -1,6 +1,6 @@
-// Names and paths as they come from strangers, checked once before anything else sees them.
+// Checks of names and paths in requests, whose senders are not trusted.
 //
-//     const QString name = itemName(text(request.fname));       // throws Refusal(WrongArguments)
+//     const QString name = checkItemName(decodeUtf8(request.fname));
 #pragma once
 
 #include <QByteArray>
@@ -11,28 +11,27 @@
 namespace cloudd {
 
 /// Levels of folders below a root folder.
-constexpr int MostFolderDepth = 64;
+constexpr int MaxFolderDepth = 64;
 
-// All of these throw Refusal(WrongArguments) for what they do not allow.
+// They return what they were given, converted, or throw Error(WrongArguments).
 
-/// The text of UTF-8.
-QString text(const std::string& utf8);
+/// UTF-8 without errors.
+QString decodeUtf8(const std::string& utf8);
 /// Not empty, at most 80 bytes, no control characters.
-QString userId(const std::string& utf8);
-/// userId()s separated by line feeds, each once, at most 100.
-QStringList userIds(const std::string& utf8);
-/// Something that may be the name of a local file: not empty, not "." or "..", at most 255 bytes, without "/"
+QString checkUserId(const std::string& utf8);
+/// Ids separated by line feeds, at most 100; duplicates are removed.
+QStringList checkUserIds(const std::string& utf8);
+/// A name that a local file can have: not empty, not "." or "..", at most 255 bytes, without "/"
 /// and control characters.
-QString itemName(const QString& name);
-/// The parts of a cloud path, each an itemName(); none for a root folder. Empty parts do not count.
-QStringList pathParts(const QString& path);
-/// An absolute path of this machine, at most 4095 bytes, that ends with an itemName().
-QString sourcePath(const std::string& utf8);
+QString checkItemName(const QString& name);
+/// The names in a cloud path, each checked; none for a root folder. Empty ones are dropped.
+QStringList splitCloudPath(const QString& path);
+/// An absolute path of this machine, at most 4095 bytes, that ends with an item name.
+QString checkSourcePath(const std::string& utf8);
 
-/// A user's id as the name of a folder: letters, digits, "-" and "_" stay, each other byte becomes %XX.
-QByteArray folderNameOf(const QString& userId);
-/// "name (1).ext", "name (2).ext", ...: what is before the number is cut where an itemName() would be too
-/// long.
-QString numberedName(const QString& name, int number);
+/// Makes a folder's name of a user's id: letters, digits, "-" and "_" stay, any other byte becomes %XX.
+QByteArray encodeFolderName(const QString& userId);
+/// "name (1).ext", "name (2).ext", ...; the part before the number is cut when the name would be too long.
+QString makeNumberedName(const QString& name, int number);
 
 } // namespace cloudd

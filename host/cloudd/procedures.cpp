@@ -15,19 +15,18 @@ namespace cloudd {
 namespace {
 
 using namespace nova::lark;
-using Texts = std::map<std::string, std::string>;
 
-constexpr size_t MostSources = 10'000;
-constexpr int MostCopies = 1'000;
-/// Of a text that is sent back, which is kept until then.
-constexpr size_t MostEchoedBytes = 64 << 10;
-/// The same of all requests together, whose connections may have ended.
-constexpr size_t MostEchoedBytesTogether = 64 << 20;
-/// Of the list of failed uploads, so that a reply stays below 4 MiB.
-constexpr size_t MostFailedBytes = 1 << 20;
+constexpr size_t MaxSources = 10'000;
+constexpr int MaxCopies = 1'000;
+/// Of one string that is returned with the reply.
+constexpr size_t MaxEchoedBytes = 64 << 10;
+/// Of those strings of all requests under way, including those whose connection has ended.
+constexpr size_t MaxEchoedBytesTogether = 64 << 20;
+/// Of the list of failed uploads: a reply must stay below 4 MiB.
+constexpr size_t MaxFailedBytes = 1 << 20;
 constexpr int FolderItem = 1;
 
-/// Replies with a result, at once or later.
+/// Replies to a request with a result, at once or later.
 template <typename Result> class Answer {
 public:
     explicit Answer(Service::Reply reply)
@@ -36,7 +35,7 @@ public:
     }
 
     void succeed(const Result& result) const { end(State::Ok, result); }
-    void refuse(State state) const { end(state, {}); }
+    void fail(State state) const { end(state, {}); }
     void end(State state, Result result) const
     {
         result.state = static_cast<int>(state);
@@ -47,32 +46,32 @@ private:
     Service::Reply m_reply;
 };
 
-const std::string& echoed(const std::string& text)
+const std::string& checkEcho(const std::string& text)
 {
-    if (text.size() > MostEchoedBytes)
-        throw Refusal(State::WrongArguments);
+    if (text.size() > MaxEchoedBytes)
+        throw Error(State::WrongArguments);
     return text;
 }
 
 void addCopy(Core& core, std::shared_ptr<Job> job)
 {
-    if (core.copies.size() >= MostCopies)
-        throw Refusal(State::Busy);
+    if (core.copies.size() >= MaxCopies)
+        throw Error(State::Busy);
     core.copies.add(std::move(job));
 }
 
 void requireOwnGroup(const Member& member, const std::string& groupId)
 {
-    if (!groupId.empty() && text(groupId) != member.groupId)
-        throw Refusal(State::NotFound);
+    if (!groupId.empty() && decodeUtf8(groupId) != member.groupId)
+        throw Error(State::NotFound);
 }
 
 void getCloudFileCachePath(Core& core, const Member& member, const GetCloudFileCachePathArg& request,
     const Answer<GetCloudFileCachePathResult>& answer)
 {
-    const Item file = core.store.item(member, text(request.cloudPath));
+    const Item file = core.store.findItem(member, decodeUtf8(request.cloudPath));
     if (file.isFolder)
-        throw Refusal(State::NotFound);
+        throw Error(State::NotFound);
     GetCloudFileCachePathResult result;
     result.localPath = core.places.cachePath(file.id, file.name).toStdString();
     addCopy(core,
@@ -82,28 +81,28 @@ void getCloudFileCachePath(Core& core, const Member& member, const GetCloudFileC
             }));
 }
 
-/// The uploads of one request, and its answer when all of them have ended. They share it.
+/// The uploads of one request, which gets its reply when all of them have ended.
 struct Batch {
     Batch(Core& core, const Answer<UploadFilesToCloudResult>& answer, const std::string& userData)
         : core(core)
         , answer(answer)
     {
-        result.userData = echoed(userData);
-        if (core.echoedBytes + userData.size() > MostEchoedBytesTogether)
-            throw Refusal(State::Busy);
+        result.userData = checkEcho(userData);
+        if (core.echoedBytes + userData.size() > MaxEchoedBytesTogether)
+            throw Error(State::Busy);
         core.echoedBytes += userData.size();
     }
     ~Batch() { core.echoedBytes -= result.userData.size(); }
 
     Core& core;
     const Answer<UploadFilesToCloudResult> answer;
-    UploadFilesToCloudResult result; ///< as far as it is known
+    UploadFilesToCloudResult result; ///< filled as the uploads end
     size_t left = 0;
     int uploaded = 0;
     int failedCount = 0;
     size_t failedBytes = 0;
-    QJsonArray failed;       ///< as many as may be told
-    State state = State::Ok; ///< the first failure's
+    QJsonArray failed;       ///< as many as fit into the reply
+    State state = State::Ok; ///< of the first failure
 
     void count(const Task& task)
     {
@@ -115,9 +114,9 @@ struct Batch {
         ++failedCount;
         if (state == State::Ok)
             state = task.state;
-        // In JSON a character may take six bytes.
+        // JSON may need six bytes for a character.
         failedBytes += 6 * static_cast<size_t>(task.source.size()) + 3;
-        if (failedBytes <= MostFailedBytes)
+        if (failedBytes <= MaxFailedBytes)
             failed.append(task.source);
     }
 
@@ -133,17 +132,17 @@ struct Batch {
 void uploadFilesToCloud(Core& core, const Member& member, const UploadFilesToCloudArg& request,
     const Answer<UploadFilesToCloudResult>& answer)
 {
-    if (request.srcFiles.empty() || request.srcFiles.size() > MostSources)
-        throw Refusal(State::WrongArguments);
+    if (request.srcFiles.empty() || request.srcFiles.size() > MaxSources)
+        throw Error(State::WrongArguments);
     const auto batch = std::make_shared<Batch>(core, answer, request.userData);
     Store::Transaction transaction(core.store);
-    const Item folder = uploadFolder(core, member, text(request.cloudPath),
-        request.createWhenNoExists ? Store::Missing::Make : Store::Missing::Refuse);
+    const Item folder = findUploadFolder(core, member, decodeUtf8(request.cloudPath),
+        request.createWhenNoExists ? Store::Missing::Create : Store::Missing::Fail);
     std::vector<Task> tasks;
     QSet<QString> names;
     for (const std::string& source : request.srcFiles) {
-        tasks.push_back(newTask(member, folder, sourcePath(source), Task::UnkeptKind));
-        // Files of one request do not replace each other.
+        tasks.push_back(makeTask(member, folder, checkSourcePath(source), Task::InternalKind));
+        // Files of one request must not replace each other.
         tasks.back().autoRename = names.contains(tasks.back().name);
         names.insert(tasks.back().name);
     }
@@ -162,12 +161,12 @@ void openVirtualCloudDisk(Core& core, const Member& member, const OpenVirtualClo
     const Answer<OpenVirtualCloudDiskResult>& answer)
 {
     const bool byPath = request.fileId.empty();
-    // Without a local place no folder is made in the cloud, either.
+    // If the local folder can not be made, neither is the cloud folder.
     Store::Transaction transaction(core.store);
-    const Item folder = core.store.folder(member, text(byPath ? request.cloudPath : request.fileId),
-        byPath && request.createWhenNoExists ? Store::Missing::Make : Store::Missing::Refuse);
-    const QString path = core.store.pathOf(folder);
-    core.places.documentsFolder(member.userId, path);
+    const Item folder = core.store.findFolder(member, decodeUtf8(byPath ? request.cloudPath : request.fileId),
+        byPath && request.createWhenNoExists ? Store::Missing::Create : Store::Missing::Fail);
+    const QString path = core.store.findPath(folder);
+    core.places.openDocumentsFolder(member.userId, path);
     transaction.commit();
     OpenVirtualCloudDiskResult result;
     result.extraParam = { { "fileId", folder.id.toStdString() }, { "groupId", folder.groupId.toStdString() },
@@ -176,17 +175,17 @@ void openVirtualCloudDisk(Core& core, const Member& member, const OpenVirtualClo
     answer.succeed(result);
 }
 
-/// Of the current user: the request names none.
+/// For the current user: the request has no user id.
 void getDefaultWorkspace(Core& core, const Session& session, const GetDefaultWorkspaceArg& request,
     const Answer<GetDefaultWorkspaceResult>& answer)
 {
     if (session.currentUser.isEmpty())
-        throw Refusal(State::NotSignedIn);
-    const Member member = admitted(core, session, session.currentUser.toStdString());
-    const std::string& caller = echoed(request.callFrom);
-    const Item folder = uploadFolder(core, member, {}, Store::Missing::Make);
+        throw Error(State::NotSignedIn);
+    const Member member = findSignedInMember(core, session, session.currentUser.toStdString());
+    const std::string& caller = checkEcho(request.callFrom);
+    const Item folder = findUploadFolder(core, member, {}, Store::Missing::Create);
     GetDefaultWorkspaceResult result;
-    result.cloudPath = core.store.pathOf(folder).toStdString();
+    result.cloudPath = core.store.findPath(folder).toStdString();
     result.virtualPath = member.groupName.toStdString() + '/' + result.cloudPath;
     result.groupId = member.groupId.toStdString();
     result.parentId = folder.id.toStdString();
@@ -195,31 +194,31 @@ void getDefaultWorkspace(Core& core, const Session& session, const GetDefaultWor
     answer.succeed(result);
 }
 
-SaveToCloudDirResult saved(Core& core, const QString& itemId)
+SaveToCloudDirResult makeSaveResult(Core& core, const QString& itemId)
 {
     SaveToCloudDirResult result;
-    result.cloudPath = core.store.pathOf(core.store.itemOfId(itemId)).toStdString();
+    result.cloudPath = core.store.findPath(core.store.findItemById(itemId)).toStdString();
     result.extraParam = { { "fileId", itemId.toStdString() } };
     return result;
 }
 
-QString madeFolder(Core& core, const Item& parent, const QString& name)
+QString ensureFolder(Core& core, const Item& parent, const QString& name)
 {
-    const auto known = core.store.child(parent.id, name);
+    const auto known = core.store.findChild(parent.id, name);
     if (known && known->isFolder)
         return known->id;
     Store::Transaction transaction(core.store);
-    const Item made = core.store.addFolder(parent, core.store.freeName(parent, name));
+    const Item made = core.store.addFolder(parent, core.store.findFreeName(parent, name));
     transaction.commit();
     return made.id;
 }
 
-QString madeEmptyFile(Core& core, const Item& folder, const QString& name)
+QString makeEmptyFile(Core& core, const Item& folder, const QString& name)
 {
     Incoming empty(core.contents);
-    core.contents.keep(empty);
+    core.contents.store(empty);
     Store::Transaction transaction(core.store);
-    const Item made = core.store.putFile(folder, core.store.freeName(folder, name), 0, empty.sha256());
+    const Item made = core.store.putFile(folder, core.store.findFreeName(folder, name), 0, empty.sha256());
     transaction.commit();
     return made.id;
 }
@@ -228,20 +227,20 @@ void saveToCloudDir(Core& core, const Member& member, const SaveToCloudDirArg& r
     const Answer<SaveToCloudDirResult>& answer)
 {
     requireOwnGroup(member, request.groupId);
-    const QString name = itemName(text(request.fname));
+    const QString name = checkItemName(decodeUtf8(request.fname));
     if (request.itemType != 0 && request.itemType != FolderItem)
-        throw Refusal(State::WrongArguments);
+        throw Error(State::WrongArguments);
     const auto source = request.extraParam.find("localPath");
     const bool uploads = request.itemType == 0 && source != request.extraParam.end();
-    const QString sourceFile = uploads ? sourcePath(source->second) : QString();
-    const Item folder = uploadFolder(core, member, text(request.fileId), Store::Missing::Refuse);
+    const QString sourceFile = uploads ? checkSourcePath(source->second) : QString();
+    const Item folder = findUploadFolder(core, member, decodeUtf8(request.fileId), Store::Missing::Fail);
     if (!uploads) {
-        const QString made = request.itemType == FolderItem ? madeFolder(core, folder, name)
-                                                            : madeEmptyFile(core, folder, name);
-        answer.succeed(saved(core, made));
+        const QString made = request.itemType == FolderItem ? ensureFolder(core, folder, name)
+                                                            : makeEmptyFile(core, folder, name);
+        answer.succeed(makeSaveResult(core, made));
         return;
     }
-    Task task = newTask(member, folder, sourceFile, Task::UnkeptKind);
+    Task task = makeTask(member, folder, sourceFile, Task::InternalKind);
     task.name = name;
     task.autoRename = true;
     Store::Transaction transaction(core.store);
@@ -252,9 +251,9 @@ void saveToCloudDir(Core& core, const Member& member, const SaveToCloudDirArg& r
         State state = ended.state;
         try {
             if (state == State::Ok)
-                result = saved(core, ended.itemId);
-        } catch (const Refusal& refusal) {
-            state = refusal.state;
+                result = makeSaveResult(core, ended.itemId);
+        } catch (const Error& error) {
+            state = error.state;
         }
         answer.end(state, result);
     });
@@ -265,10 +264,10 @@ void syncFolder(
 {
     requireOwnGroup(member, request.groupId);
     if (request.depth < 0)
-        throw Refusal(State::WrongArguments);
-    const Item folder = core.store.folder(member, text(request.fileId), Store::Missing::Refuse);
+        throw Error(State::WrongArguments);
+    const Item folder = core.store.findFolder(member, decodeUtf8(request.fileId), Store::Missing::Fail);
     const std::string place =
-        core.places.documentsPath(member.userId, core.store.pathOf(folder)).toStdString();
+        core.places.documentsPath(member.userId, core.store.findPath(folder)).toStdString();
     addCopy(core,
         std::make_shared<SyncJob>(core.store, core.contents, core.places, member.userId, folder.id,
             request.depth, [answer, place](const SyncJob::Result& done) {
@@ -284,7 +283,7 @@ void larkIpcCall(Core& core, Session& session, const LarkIpcArg& request, const 
     answer.succeed(callMethod(core, session, request));
 }
 
-/// A handler is given the user that its message names, or else the session.
+/// Calls a handler with the user of the request, or, if it takes one, with the session.
 template <typename Caller, typename Argument, typename Result>
 void call(void (*handler)(Core&, Caller&, const Argument&, const Answer<Result>&), Core& core,
     Session& session, const void* argument, Service::Reply reply)
@@ -293,11 +292,11 @@ void call(void (*handler)(Core&, Caller&, const Argument&, const Answer<Result>&
     try {
         const auto& request = *static_cast<const Argument*>(argument);
         if constexpr (std::is_same_v<Caller, const Member>)
-            handler(core, admitted(core, session, request.userId), request, answer);
+            handler(core, findSignedInMember(core, session, request.userId), request, answer);
         else
             handler(core, session, request, answer);
-    } catch (const Refusal& refusal) {
-        answer.refuse(refusal.state);
+    } catch (const Error& error) {
+        answer.fail(error.state);
     }
 }
 

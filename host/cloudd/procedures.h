@@ -1,4 +1,4 @@
-// The procedures that have messages of their own, and "larkIpcCall": one table by name.
+// The procedures that have messages of their own, and "larkIpcCall".
 #pragma once
 
 #include "host/cloudd/core.h"
@@ -7,11 +7,11 @@ namespace cloudd {
 
 struct Procedure {
     std::string_view name;
-    /// Reads the argument message, and replies once: a Refusal becomes a result with its state.
+    /// Reads the argument message and replies once; an Error becomes a result with its state.
     void (*run)(Core& core, Session& session, const void* argument, Service::Reply reply);
 };
 
-/// Null when there is none of that name.
+/// Null for an unknown name.
 const Procedure* findProcedure(std::string_view name);
 
 } // namespace cloudd

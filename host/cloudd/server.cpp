@@ -17,19 +17,19 @@ using cloudwire::Kind;
 
 Q_LOGGING_CATEGORY(serverLog, "cloud.server")
 
-constexpr std::size_t MostConnections = 32;
-constexpr int MostUnanswered = 20'000;
-constexpr std::size_t MostUnansweredBytes = 16 << 20;
-/// Replies and notices that wait for their reader: beyond the first no request is read, beyond the second the
-/// reader is dropped.
-constexpr qint64 ManyWaitingBytes = 1 << 20;
-constexpr qint64 MostWaitingBytes = 32 << 20;
+constexpr std::size_t MaxConnections = 32;
+constexpr int MaxUnanswered = 20'000;
+constexpr std::size_t MaxUnansweredBytes = 16 << 20;
+/// Bytes waiting for the other side to read them: beyond the first no request is read, beyond the second the
+/// connection is dropped.
+constexpr qint64 PauseWaitingBytes = 1 << 20;
+constexpr qint64 MaxWaitingBytes = 32 << 20;
 constexpr qint64 ReadBytes = 64 << 10;
-/// Frames that one connection has done before the others have their turn.
-constexpr int FramesInTurn = 256;
+/// Frames handled for one connection before the event loop continues with others.
+constexpr int FramesPerTurn = 256;
 constexpr int UnusedAfterMs = 5000;
-/// Whoever has not said by then who is signed in takes somebody's place.
-constexpr int SilentForMs = 10'000;
+/// A connection that has not called setCurrentUser by then is dropped: their number is limited.
+constexpr int ReportTimeoutMs = 10'000;
 
 // NotifyLarkRpcExceptionArg::exceptionNum
 constexpr int UnknownProcedure = 1;
@@ -56,18 +56,18 @@ Connection::Connection(QLocalSocket* socket, Service& service, FrameCodec& codec
     connect(socket, &QLocalSocket::bytesWritten, this, &Connection::read);
     connect(socket, &QLocalSocket::disconnected, this, &Connection::ended);
     QMetaObject::invokeMethod(this, &Connection::read, Qt::QueuedConnection);
-    QTimer::singleShot(SilentForMs, this, [this] {
-        if (m_session->isTold)
+    QTimer::singleShot(ReportTimeoutMs, this, [this] {
+        if (m_session->hasReportedUsers)
             return;
         qCWarning(serverLog, "dropped a connection: it does not say who is signed in");
         m_socket->abort();
     });
 }
 
-bool Connection::mayGoOn() const
+bool Connection::canRead() const
 {
-    return m_unanswered < MostUnanswered && m_unansweredBytes < MostUnansweredBytes
-        && m_socket->bytesToWrite() < ManyWaitingBytes && m_socket->state() == QLocalSocket::ConnectedState;
+    return m_unanswered < MaxUnanswered && m_unansweredBytes < MaxUnansweredBytes
+        && m_socket->bytesToWrite() < PauseWaitingBytes && m_socket->state() == QLocalSocket::ConnectedState;
 }
 
 void Connection::read()
@@ -76,10 +76,10 @@ void Connection::read()
         return;
     m_reading = true;
     int frames = 0;
-    while (mayGoOn()) {
+    while (canRead()) {
         if (const auto frame = m_reader.next()) {
-            take(*frame);
-            if (++frames == FramesInTurn) {
+            handle(*frame);
+            if (++frames == FramesPerTurn) {
                 QMetaObject::invokeMethod(this, &Connection::read, Qt::QueuedConnection);
                 break;
             }
@@ -98,7 +98,7 @@ void Connection::read()
     m_reading = false;
 }
 
-void Connection::take(std::string_view frame)
+void Connection::handle(std::string_view frame)
 {
     const std::optional<Head> head = FrameCodec::takeHead(frame);
     if (!head) {
@@ -108,14 +108,14 @@ void Connection::take(std::string_view frame)
     }
     if (head->kind != Kind::Call && head->kind != Kind::Notice)
         return;
-    const cloud::MessageType* type = cloudwire::argumentType(head->procedure);
-    if (!type || !cloudwire::resultType(head->procedure) || !Service::knows(head->procedure))
-        return complain(*head, UnknownProcedure, "there is no such procedure");
+    const cloudwire::MessageType* type = cloudwire::findArgumentType(head->procedure);
+    if (!type || !cloudwire::findResultType(head->procedure) || !Service::knows(head->procedure))
+        return reportError(*head, UnknownProcedure, "there is no such procedure");
     const std::shared_ptr<void> argument = type->make();
     if (const auto fault = m_codec.decode(*type, frame, argument.get())) {
-        complain(*head, WrongMessage, *fault);
+        reportError(*head, WrongMessage, *fault);
         if (head->kind == Kind::Call)
-            answer(*head, false, nullptr);
+            reply(*head, false, nullptr);
         return;
     }
     ++m_unanswered;
@@ -128,50 +128,50 @@ void Connection::take(std::string_view frame)
             --connection->m_unanswered;
             connection->m_unansweredBytes -= bytes;
             if (call.kind == Kind::Call)
-                connection->answer(call, ok, result);
+                connection->reply(call, ok, result);
             if (!connection->m_reading)
                 QMetaObject::invokeMethod(connection.data(), &Connection::read, Qt::QueuedConnection);
         });
 }
 
-void Connection::answer(const Head& call, bool ok, const void* result)
+void Connection::reply(const Head& call, bool ok, const void* result)
 {
-    const cloud::MessageType& type = *cloudwire::resultType(call.procedure);
+    const cloudwire::MessageType& type = *cloudwire::findResultType(call.procedure);
     Head head { ok ? Kind::Reply : Kind::Failure, call.procedure, call.number };
     QByteArray frame = result ? m_codec.encode(head, type, result) : QByteArray();
     if (frame.isEmpty()) {
-        // Nothing to say, or too much.
+        // There is no result, or it is too big for a frame.
         head.kind = Kind::Failure;
         frame = m_codec.encode(head, type, type.make().get());
     }
     send(frame);
 }
 
-void Connection::complain(const Head& head, int number, const std::string& text)
+void Connection::reportError(const Head& head, int number, const std::string& text)
 {
     nova::lark::NotifyLarkRpcExceptionArg complaint;
     complaint.exceptionNum = number;
     complaint.extraParam = { { "procedure", head.procedure }, { "number", std::to_string(head.number) },
         { "message", text } };
     send(m_codec.encode({ Kind::Notice, "notifyLarkRpcException", head.number },
-        *cloud::findMessageType("NotifyLarkRpcExceptionArg"), &complaint));
+        *cloudwire::findMessageType("NotifyLarkRpcExceptionArg"), &complaint));
 }
 
-void Connection::tell(const QMap<QString, QString>& actions)
+void Connection::sendNotice(const QMap<QString, QString>& actions)
 {
     nova::lark::LarkIpcArg notice;
     notice.method = "notifyActionsMap";
     for (auto action = actions.begin(); action != actions.end(); ++action)
         notice.argMap[action.key().toStdString()] = action.value().toStdString();
-    send(
-        m_codec.encode({ Kind::Notice, "larkIpcCall", 0 }, *cloudwire::argumentType("larkIpcCall"), &notice));
+    send(m_codec.encode(
+        { Kind::Notice, "larkIpcCall", 0 }, *cloudwire::findArgumentType("larkIpcCall"), &notice));
 }
 
 void Connection::send(const QByteArray& frame)
 {
     if (m_socket->state() != QLocalSocket::ConnectedState)
         return;
-    if (m_socket->bytesToWrite() > MostWaitingBytes) {
+    if (m_socket->bytesToWrite() > MaxWaitingBytes) {
         qCWarning(serverLog, "dropped a connection: it does not read");
         m_socket->abort();
         return;
@@ -185,13 +185,13 @@ Server::Server(Service& service)
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
     m_unusedTimer.setSingleShot(true);
     m_unusedTimer.setInterval(UnusedAfterMs);
-    connect(&m_server, &QLocalServer::newConnection, this, &Server::welcome);
-    connect(&service, &Service::notice, this, &Server::tell);
-    connect(&service, &Service::idle, this, &Server::lookForUse);
+    connect(&m_server, &QLocalServer::newConnection, this, &Server::acceptConnections);
+    connect(&service, &Service::notice, this, &Server::sendNotice);
+    connect(&service, &Service::idle, this, &Server::restartUnusedTimer);
     connect(&m_unusedTimer, &QTimer::timeout, this, [this] {
         if (!m_connections.empty() || m_service.isBusy())
             return;
-        // From here on nobody gets through; who has, in this very moment, is told by the end of its socket.
+        // Nobody can connect from here on. One who has just done so sees the connection end, and tries again.
         m_server.close();
         Q_EMIT unused();
     });
@@ -203,14 +203,14 @@ QString Server::listen(const QString& directory)
     QLocalServer::removeServer(m_place->name());
     if (!m_server.listen(m_place->name()))
         return m_server.errorString();
-    lookForUse();
+    restartUnusedTimer();
     return {};
 }
 
-void Server::welcome()
+void Server::acceptConnections()
 {
     while (QLocalSocket* socket = m_server.nextPendingConnection()) {
-        if (m_connections.size() >= MostConnections || !isOwnUser(socket->socketDescriptor())) {
+        if (m_connections.size() >= MaxConnections || !isOwnUser(socket->socketDescriptor())) {
             qCWarning(serverLog, "refused a connection");
             delete socket;
             continue;
@@ -221,22 +221,22 @@ void Server::welcome()
         connect(connection, &Connection::ended, this, [this, connection] {
             if (std::erase(m_connections, connection) > 0)
                 connection->deleteLater();
-            lookForUse();
+            restartUnusedTimer();
         });
     }
 }
 
-void Server::tell(const QString& userId, const QMap<QString, QString>& actions)
+void Server::sendNotice(const QString& userId, const QMap<QString, QString>& actions)
 {
-    // One that is dropped is taken out meanwhile.
+    // A copy: a connection that is dropped leaves the list.
     const std::vector<Connection*> connections = m_connections;
     for (Connection* connection : connections) {
-        if (connection->follows(userId))
-            connection->tell(actions);
+        if (connection->hasUser(userId))
+            connection->sendNotice(actions);
     }
 }
 
-void Server::lookForUse()
+void Server::restartUnusedTimer()
 {
     m_unusedTimer.start();
 }

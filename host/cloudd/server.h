@@ -12,29 +12,29 @@
 
 namespace cloudd {
 
-/// One suite, or whoever else has this user's rights: nothing that it sends is trusted. What it makes the
-/// process keep is limited: while it has many requests without an answer, or does not take its replies, no
-/// more of its bytes are read. It has to say soon who is signed in.
+/// The connection of one suite, or of any other program of this user: nothing that it sends is trusted. To
+/// limit memory, no more is read while many of its requests have no reply or it does not read its replies. It
+/// has to call setCurrentUser soon.
 class Connection final : public QObject {
     Q_OBJECT
 
 public:
     Connection(QLocalSocket* socket, Service& service, cloudwire::FrameCodec& codec);
 
-    bool follows(const QString& userId) const { return m_session->signedIn.contains(userId); }
-    /// Sends what nobody asked for.
-    void tell(const QMap<QString, QString>& actions);
+    bool hasUser(const QString& userId) const { return m_session->signedIn.contains(userId); }
+    /// Sends an event that is no reply.
+    void sendNotice(const QMap<QString, QString>& actions);
 
 Q_SIGNALS:
     void ended();
 
 private:
     void read();
-    bool mayGoOn() const;
-    void take(std::string_view frame);
-    void answer(const cloudwire::Head& call, bool ok, const void* result);
-    void complain(const cloudwire::Head& head, int number, const std::string& text);
-    /// Drops the connection when its other end does not read.
+    bool canRead() const;
+    void handle(std::string_view frame);
+    void reply(const cloudwire::Head& call, bool ok, const void* result);
+    void reportError(const cloudwire::Head& head, int number, const std::string& text);
+    /// Drops the connection when the other side does not read.
     void send(const QByteArray& frame);
 
     QLocalSocket* m_socket;
@@ -53,17 +53,17 @@ class Server final : public QObject {
 
 public:
     explicit Server(Service& service);
-    /// Empty, or why it can not listen. What another process has left behind there is replaced.
+    /// Returns the error, or an empty string. Replaces the socket of a process that has ended.
     QString listen(const QString& directory);
 
 Q_SIGNALS:
-    /// Nobody has been connected for a while, and nothing is left to do.
+    /// For a while nobody has been connected and there has been no work.
     void unused();
 
 private:
-    void welcome();
-    void tell(const QString& userId, const QMap<QString, QString>& actions);
-    void lookForUse();
+    void acceptConnections();
+    void sendNotice(const QString& userId, const QMap<QString, QString>& actions);
+    void restartUnusedTimer();
 
     Service& m_service;
     std::unique_ptr<cloudwire::SocketPlace> m_place;

@@ -12,8 +12,8 @@ namespace {
 
 QString openCore(Core& core, const QString& directory)
 {
-    const Descriptor place = openFolder(QFile::encodeName(directory));
-    if (!place)
+    const Descriptor folder = openFolder(QFile::encodeName(directory));
+    if (!folder)
         return QStringLiteral("\"%1\": can not be made or opened").arg(directory);
     QString error = core.store.open(directory + QStringLiteral("/records.sqlite"));
     if (error.isEmpty())
@@ -22,14 +22,14 @@ QString openCore(Core& core, const QString& directory)
         error = core.places.open(directory);
     if (!error.isEmpty())
         return error;
-    // What has just been made survives from now on, too.
+    // So that new folders survive a power failure.
     const Descriptor above = openFolder(QFile::encodeName(QFileInfo(directory).path()));
-    if (fsync(place.get()) != 0 || !above || fsync(above.get()) != 0)
+    if (fsync(folder.get()) != 0 || !above || fsync(above.get()) != 0)
         return QStringLiteral("\"%1\": can not be written to").arg(directory);
     try {
-        core.contents.sweep([&](const QString& sha256) { return core.store.isNamed(sha256); });
+        core.contents.sweep([&](const QString& sha256) { return core.store.isContentUsed(sha256); });
         core.transfers.resume();
-    } catch (const Refusal&) {
+    } catch (const Error&) {
         return QStringLiteral("\"%1\": its records can not be read").arg(directory);
     }
     return {};
@@ -49,7 +49,7 @@ Service::Service(const Settings& settings, QString& error)
             Q_EMIT idle();
     };
     connect(&m_core->transfers, &Transfers::idle, this, rest);
-    connect(&m_core->copies, &Rounds::idle, this, rest);
+    connect(&m_core->copies, &JobQueue::idle, this, rest);
     error = openCore(*m_core, QDir::cleanPath(settings.directory));
 }
 

@@ -1,4 +1,4 @@
-// The cloud-document service behind its wire: give it each request that arrives, and send what it replies.
+// The cloud-document service without its socket: pass each request to it, and send what it replies.
 //
 //     QString error;
 //     cloudd::Service service({ directory }, error);
@@ -19,42 +19,42 @@ namespace cloudd {
 
 struct Core;
 
-/// One suite that is connected: who is signed in there.
+/// Who is signed in in one connected suite.
 struct Session {
-    bool isTold = false; ///< it has said so
+    bool hasReportedUsers = false; ///< the members below are known
     QString currentUser;
     QStringList signedIn;
     QString companyId;
 };
 
 struct Settings {
-    QString directory;               ///< absolute; held (Place) as long as the service lives
-    qint64 uploadBytesPerSecond = 0; ///< of all uploads together; 0: as fast as it goes
+    QString directory;               ///< absolute; locked (DirectoryLock) while the service lives
+    qint64 uploadBytesPerSecond = 0; ///< of all uploads together; 0: no limit
 };
 
 class Service : public QObject {
     Q_OBJECT
 public:
     /// Called once for each request, from within handle() or later. `result` is the procedure's result
-    /// message (borrowed during the call). ok says that its state is 0. When the service is destroyed first
-    /// it is not called.
+    /// message (borrowed during the call); ok means that its state is 0. Not called any more when the service
+    /// is destroyed.
     using Reply = std::function<void(bool ok, const void* result)>;
 
-    /// Opens (or makes) everything below settings.directory; `error` says why it can not, and then nothing
-    /// may be called.
+    /// Opens the files in settings.directory and makes missing ones. Sets `error` when that fails; nothing
+    /// else may be called then.
     Service(const Settings& settings, QString& error);
     ~Service() override;
 
-    /// True when the service knows the procedure.
+    /// Whether there is such a procedure.
     static bool knows(std::string_view procedure);
-    /// A procedure that the service knows, with its argument message (borrowed during the call).
+    /// Calls a procedure that the service knows, with its argument message (borrowed during the call).
     void handle(const std::shared_ptr<Session>& session, std::string_view procedure, const void* argument,
         Reply reply);
-    /// True while there is work: the process must not end by itself.
+    /// True while there is work, during which the process must not end.
     bool isBusy() const;
 
 Q_SIGNALS:
-    /// For every suite in which this user is signed in.
+    /// An event for every suite in which this user is signed in.
     void notice(const QString& userId, const QMap<QString, QString>& actions);
     /// isBusy() has become false.
     void idle();

@@ -1,4 +1,4 @@
-// So much of a file is read or written at a time: some milliseconds of work.
+// The amount of a file that is read or written at a time: some milliseconds of work.
 #pragma once
 
 #include <QByteArray>
@@ -7,7 +7,7 @@ namespace cloudd {
 
 constexpr int SliceBytes = 1 << 20;
 
-/// SliceBytes for whoever reads next, on the service's thread.
+/// A shared buffer of SliceBytes, valid until its next use. [the service's thread]
 inline char* sliceBuffer()
 {
     static QByteArray buffer(SliceBytes, Qt::Uninitialized);

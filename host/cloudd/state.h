@@ -1,6 +1,5 @@
-// How a request or a transfer ended: the `state` of every result, and as a decimal text the "uploadErrorCode"
-// of a transfer. Whatever can not go on throws a Refusal; the service turns it into the answer, a transfer
-// into its end.
+// How a request or a transfer ended: the `state` of every result, and in decimal the "uploadErrorCode" of a
+// transfer. Code that fails throws an Error; the service turns it into the reply, a transfer into its end.
 #pragma once
 
 #include <exception>
@@ -11,23 +10,23 @@ enum class State {
     Ok = 0,
     WrongArguments = 1,
     NotFound = 2,
-    NotSignedIn = 3,      ///< the user is not signed in in the suite that asks
-    NameTaken = 4,        ///< by something that may not be replaced
-    SourceUnreadable = 5, ///< or it changed while it was read
-    StorageFailed = 6,    ///< no space, or the disk or the records failed
-    Busy = 7,             ///< too much is waiting already
+    NotSignedIn = 3,      ///< the user is not signed in in the suite that sent the request
+    NameTaken = 4,        ///< by an item that may not be replaced
+    SourceUnreadable = 5, ///< or changed while it was read
+    StorageFailed = 6,    ///< the disk is full, or the disk or the store failed
+    Busy = 7,             ///< too many requests or transfers are under way
     UnknownMethod = 8,
-    Damaged = 9, ///< a stored content is not what it was
+    Damaged = 9, ///< a stored content has changed
     Cancelled = 10,
 };
 
-class Refusal final : public std::exception {
+class Error final : public std::exception {
 public:
-    explicit Refusal(State state)
+    explicit Error(State state)
         : state(state)
     {
     }
-    const char* what() const noexcept override { return "refused"; }
+    const char* what() const noexcept override { return "cloud service error"; }
 
     const State state;
 };

@@ -58,13 +58,13 @@ QByteArray select(const char* columns, const char* rest)
     return QByteArray("SELECT ") + columns + " FROM " + rest;
 }
 
-template <typename Row> Item itemOf(const Row& row)
+template <typename Row> Item readItem(const Row& row)
 {
     return { row.value(0).toString(), row.value(1).toString(), row.value(2).toString(),
         row.value(3).toString(), row.value(4).toBool(), row.value(5).toLongLong(), row.value(6).toString() };
 }
 
-template <typename Row> Task taskOf(const Row& row)
+template <typename Row> Task readTask(const Row& row)
 {
     return { row.value(0).toString(), row.value(1).toString(), row.value(2).toString(),
         row.value(3).toString(), row.value(4).toString(), row.value(5).toBool(),
@@ -73,13 +73,13 @@ template <typename Row> Task taskOf(const Row& row)
         row.value(11).toString() };
 }
 
-template <typename Rows> std::optional<Item> firstItem(Rows rows)
+template <typename Rows> std::optional<Item> readFirstItem(Rows rows)
 {
-    return rows.next() ? std::optional(itemOf(rows)) : std::nullopt;
+    return rows.next() ? std::optional(readItem(rows)) : std::nullopt;
 }
 
-/// Fails like any statement of QSqlQuery, and says why.
-QVariant firstValue(QSqlQuery& query, const char* statement)
+/// Invalid when the statement fails; query.lastError() has the reason.
+QVariant queryValue(QSqlQuery& query, const char* statement)
 {
     return query.exec(QLatin1String(statement)) && query.next() ? query.value(0) : QVariant();
 }
@@ -87,12 +87,12 @@ QVariant firstValue(QSqlQuery& query, const char* statement)
 [[noreturn]] void fail(const QByteArray& statement, const QSqlQuery& query)
 {
     qCWarning(storeLog, "%s: %s", statement.constData(), qPrintable(query.lastError().text()));
-    throw Refusal(State::StorageFailed);
+    throw Error(State::StorageFailed);
 }
 
 } // namespace
 
-QString newId(char kind)
+QString makeId(char kind)
 {
     return QLatin1Char(kind) + QString::fromLatin1(QUuid::createUuid().toRfc4122().toHex());
 }
@@ -110,7 +110,7 @@ Store::Transaction::~Transaction()
 {
     if (!m_open)
         return;
-    // A part that was not committed spoils the whole: the exception on its way ends that, too.
+    // An inner one that was not committed: the exception under way rolls back the outermost.
     if (--m_store.m_depth == 0)
         QSqlQuery(QSqlDatabase::database(m_store.m_connection)).exec(QStringLiteral("ROLLBACK"));
 }
@@ -132,7 +132,7 @@ Store::Rows::~Rows()
 }
 
 Store::Store()
-    : m_connection(newId('s'))
+    : m_connection(makeId('s'))
 {
 }
 
@@ -162,10 +162,10 @@ QString Store::openRecords(const QString& path)
     if (!database.open())
         return database.lastError().text();
 
-    // Nothing is written before it is known that the file is ours and whole.
+    // Nothing is written to a file that is damaged or not ours.
     QSqlQuery query(database);
-    const QVariant format = firstValue(query, "PRAGMA user_version");
-    const QVariant tables = firstValue(query, "SELECT count(*) FROM sqlite_master");
+    const QVariant format = queryValue(query, "PRAGMA user_version");
+    const QVariant tables = queryValue(query, "SELECT count(*) FROM sqlite_master");
     if (!format.isValid() || !tables.isValid())
         return QStringLiteral("is damaged, or no file of records (%1)").arg(query.lastError().text());
     if (format.toInt() > Format)
@@ -173,7 +173,7 @@ QString Store::openRecords(const QString& path)
     const bool isNew = format.toInt() == 0;
     if (isNew && tables.toInt() > 0)
         return QStringLiteral("holds other records");
-    if (firstValue(query, "PRAGMA quick_check").toString() != QLatin1String("ok"))
+    if (queryValue(query, "PRAGMA quick_check").toString() != QLatin1String("ok"))
         return QStringLiteral("is damaged");
     query.finish();
 
@@ -188,13 +188,13 @@ QString Store::openRecords(const QString& path)
             run(statement);
         run("PRAGMA user_version = 1");
         transaction.commit();
-    } catch (const Refusal&) {
+    } catch (const Error&) {
         return QStringLiteral("can not be written");
     }
     return {};
 }
 
-QSqlQuery Store::prepared(const QByteArray& statement)
+QSqlQuery Store::prepare(const QByteArray& statement)
 {
     if (const auto unused = m_prepared.find(statement); unused != m_prepared.end()) {
         QSqlQuery query = unused.value();
@@ -210,19 +210,19 @@ QSqlQuery Store::prepared(const QByteArray& statement)
 
 Store::Rows Store::run(const QByteArray& statement, std::initializer_list<QVariant> values)
 {
-    QSqlQuery query = prepared(statement);
+    QSqlQuery query = prepare(statement);
     int place = 0;
     for (const QVariant& value : values) {
-        // A text without characters may be what Qt calls null, which would become NULL.
-        const bool isEmptyText = value.type() == QVariant::String && value.toString().isEmpty();
-        query.bindValue(place++, isEmptyText ? QVariant(QLatin1String("")) : value);
+        // An empty QString may be a null one, which would become NULL.
+        const bool isEmptyString = value.type() == QVariant::String && value.toString().isEmpty();
+        query.bindValue(place++, isEmptyString ? QVariant(QLatin1String("")) : value);
     }
     if (!query.exec())
         fail(statement, query);
     return { *this, statement, query };
 }
 
-Member Store::member(const QString& userId)
+Member Store::ensureMember(const QString& userId)
 {
     Rows found = run("SELECT g.id, g.name, g.rootId, g.createTime, u.roamingMode FROM users u"
                      " JOIN groups g ON g.ownerId = u.id WHERE u.id = ?",
@@ -232,30 +232,30 @@ Member Store::member(const QString& userId)
             found.value(3).toLongLong(), found.value(4).toString() };
     found.finish();
 
-    Member made { userId, newId('g'), QLatin1String(GroupName), newId('f'), now(), QStringLiteral("auto") };
+    Member made { userId, makeId('g'), QLatin1String(GroupName), makeId('f'), now(), QStringLiteral("auto") };
     Transaction transaction(*this);
     run("INSERT INTO users (id, roamingMode) VALUES (?, ?)", { userId, made.roamingMode });
     run("INSERT INTO groups (id, ownerId, name, rootId, createTime) VALUES (?, ?, ?, ?, ?)",
         { made.groupId, userId, made.groupName, made.rootId, made.createTime });
     const Item root = insert({ made.rootId, made.groupId, {}, {}, true, 0, {} });
-    // From the beginning, so that no file can have the name.
+    // Added at once, so that no file can take the name.
     addFolder(root, QLatin1String(WorkspaceName));
     transaction.commit();
     return made;
 }
 
-Item Store::workspace(const Member& member)
+Item Store::ensureWorkspace(const Member& member)
 {
-    const Item root = itemOfId(member.rootId);
+    const Item root = findItemById(member.rootId);
     QString name = QLatin1String(WorkspaceName);
     for (int number = 1;; ++number) {
-        const auto known = child(root.id, name);
+        const auto known = findChild(root.id, name);
         if (!known)
             return addFolder(root, name);
         if (known->isFolder)
             return *known;
-        // Records that are older than the folder's being made with them.
-        name = numberedName(QLatin1String(WorkspaceName), number);
+        // A file has the name: the records are older than the line above that adds the folder.
+        name = makeNumberedName(QLatin1String(WorkspaceName), number);
     }
 }
 
@@ -273,64 +273,65 @@ Item Store::insert(const Item& item)
     return item;
 }
 
-Item Store::itemOfId(const QString& id)
+Item Store::findItemById(const QString& id)
 {
-    const auto found = firstItem(run(select(ItemColumns, "items WHERE id = ?"), { id }));
+    const auto found = readFirstItem(run(select(ItemColumns, "items WHERE id = ?"), { id }));
     if (!found)
-        throw Refusal(State::NotFound);
+        throw Error(State::NotFound);
     return *found;
 }
 
-std::optional<Item> Store::child(const QString& folderId, const QString& name)
+std::optional<Item> Store::findChild(const QString& folderId, const QString& name)
 {
-    return firstItem(run(select(ItemColumns, "items WHERE parentId = ? AND name = ?"), { folderId, name }));
+    return readFirstItem(
+        run(select(ItemColumns, "items WHERE parentId = ? AND name = ?"), { folderId, name }));
 }
 
-std::vector<Item> Store::children(const QString& folderId, const QString& after, int most)
+std::vector<Item> Store::listChildren(const QString& folderId, const QString& after, int most)
 {
     Rows rows = run(select(ItemColumns, "items WHERE parentId = ? AND name > ? ORDER BY name LIMIT ?"),
         { folderId, after, most });
     std::vector<Item> items;
     while (rows.next())
-        items.push_back(itemOf(rows));
+        items.push_back(readItem(rows));
     return items;
 }
 
-Item Store::item(const Member& member, const QString& pathOrId)
+Item Store::findItem(const Member& member, const QString& pathOrId)
 {
-    const auto named = firstItem(
+    const auto named = readFirstItem(
         run(select(ItemColumns, "items WHERE id = ? AND groupId = ?"), { pathOrId, member.groupId }));
     if (named)
         return *named;
-    Item found = itemOfId(member.rootId);
-    const QStringList parts = pathParts(pathOrId);
+    Item found = findItemById(member.rootId);
+    const QStringList parts = splitCloudPath(pathOrId);
     for (const QString& part : parts) {
-        const auto next = child(found.id, part);
+        const auto next = findChild(found.id, part);
         if (!next)
-            throw Refusal(State::NotFound);
+            throw Error(State::NotFound);
         found = *next;
     }
     return found;
 }
 
-Item Store::folder(const Member& member, const QString& pathOrId, Missing missing)
+Item Store::findFolder(const Member& member, const QString& pathOrId, Missing missing)
 {
     try {
-        Item found = item(member, pathOrId);
+        Item found = findItem(member, pathOrId);
         if (!found.isFolder)
-            throw Refusal(missing == Missing::Make ? State::NameTaken : State::NotFound);
+            throw Error(missing == Missing::Create ? State::NameTaken : State::NotFound);
         return found;
-    } catch (const Refusal& refusal) {
-        if (refusal.state != State::NotFound || missing == Missing::Refuse)
+    } catch (const Error& error) {
+        if (error.state != State::NotFound || missing == Missing::Fail)
             throw;
     }
     Transaction transaction(*this);
-    Item folder = itemOfId(member.rootId);
-    const QStringList parts = pathParts(pathOrId);
+    Item folder = findItemById(member.rootId);
+    const QStringList parts = splitCloudPath(pathOrId);
     for (const QString& part : parts) {
-        const auto next = child(folder.id, part);
+        const auto next = findChild(folder.id, part);
         if (next && !next->isFolder)
-            throw Refusal(State::NameTaken);
+            throw Error(State::NameTaken);
         folder = next ? *next : addFolder(folder, part);
     }
     transaction.commit();
@@ -342,19 +343,19 @@ Item Store::addFolder(const Item& parent, const QString& name)
     Rows above = run("WITH RECURSIVE above(id) AS (VALUES (?) UNION ALL SELECT parentId FROM items"
                      " JOIN above USING (id) WHERE parentId IS NOT NULL) SELECT count(*) FROM above",
         { parent.id });
-    if (!above.next() || above.value(0).toInt() > MostFolderDepth)
-        throw Refusal(State::WrongArguments);
+    if (!above.next() || above.value(0).toInt() > MaxFolderDepth)
+        throw Error(State::WrongArguments);
     above.finish();
-    return insert({ newId('f'), parent.groupId, parent.id, itemName(name), true, 0, {} });
+    return insert({ makeId('f'), parent.groupId, parent.id, checkItemName(name), true, 0, {} });
 }
 
 Item Store::putFile(const Item& folder, const QString& name, qint64 size, const QString& sha256)
 {
-    auto known = child(folder.id, name);
+    auto known = findChild(folder.id, name);
     if (!known)
-        return insert({ newId('f'), folder.groupId, folder.id, itemName(name), false, size, sha256 });
+        return insert({ makeId('f'), folder.groupId, folder.id, checkItemName(name), false, size, sha256 });
     if (known->isFolder)
-        throw Refusal(State::NameTaken);
+        throw Error(State::NameTaken);
     run("UPDATE items SET size = ?, sha256 = ?, changeTime = ? WHERE id = ?",
         { size, sha256, now(), known->id });
     known->size = size;
@@ -362,29 +363,28 @@ Item Store::putFile(const Item& folder, const QString& name, qint64 size, const 
     return *known;
 }
 
-QString Store::freeName(const Item& folder, const QString& name)
+QString Store::findFreeName(const Item& folder, const QString& name)
 {
-    const auto isFree = [&](const QString& tried) { return !child(folder.id, tried); };
+    const auto isFree = [&](const QString& tried) { return !findChild(folder.id, tried); };
     if (isFree(name))
         return name;
-    // Thousands of files may have the same name: one that is free, after one that is not, is found by
-    // halving.
+    // Thousands of files may have the same name, so a free number is found by doubling and halving.
     int taken = 0;
     int free = 1;
-    for (; !isFree(numberedName(name, free)); free *= 2)
+    for (; !isFree(makeNumberedName(name, free)); free *= 2)
         taken = free;
     while (free - taken > 1) {
         const int middle = taken + (free - taken) / 2;
-        (isFree(numberedName(name, middle)) ? free : taken) = middle;
+        (isFree(makeNumberedName(name, middle)) ? free : taken) = middle;
     }
-    return numberedName(name, free);
+    return makeNumberedName(name, free);
 }
 
-QString Store::pathOf(const Item& item)
+QString Store::findPath(const Item& item)
 {
     QString path = item.name;
     for (QString above = item.parentId; !above.isEmpty();) {
-        const Item folder = itemOfId(above);
+        const Item folder = findItemById(above);
         if (!folder.name.isEmpty())
             path.prepend(folder.name + QLatin1Char('/'));
         above = folder.parentId;
@@ -392,7 +392,7 @@ QString Store::pathOf(const Item& item)
     return path;
 }
 
-bool Store::isNamed(const QString& sha256)
+bool Store::isContentUsed(const QString& sha256)
 {
     return run("SELECT 1 FROM items WHERE sha256 = ? LIMIT 1", { sha256 }).next();
 }
@@ -407,9 +407,9 @@ void Store::add(const Task& task)
             QString() });
 }
 
-void Store::end(const Task& task)
+void Store::recordEnd(const Task& task)
 {
-    if (!task.id.startsWith(QLatin1Char(Task::KeptKind))) {
+    if (!task.id.startsWith(QLatin1Char(Task::PublicKind))) {
         run("DELETE FROM tasks WHERE id = ?", { task.id });
         return;
     }
@@ -424,18 +424,18 @@ void Store::end(const Task& task)
     transaction.commit();
 }
 
-std::optional<Task> Store::task(const QString& userId, const QString& id)
+std::optional<Task> Store::findTask(const QString& userId, const QString& id)
 {
     Rows row = run(select(TaskColumns, "tasks WHERE id = ? AND userId = ?"), { id, userId });
-    return row.next() ? std::optional(taskOf(row)) : std::nullopt;
+    return row.next() ? std::optional(readTask(row)) : std::nullopt;
 }
 
-std::vector<Task> Store::unfinishedTasks()
+std::vector<Task> Store::listUnfinishedTasks()
 {
     Rows rows = run(select(TaskColumns, "tasks WHERE ended IS NULL ORDER BY number"));
     std::vector<Task> tasks;
     while (rows.next())
-        tasks.push_back(taskOf(rows));
+        tasks.push_back(readTask(rows));
     return tasks;
 }
 

@@ -1,13 +1,13 @@
-// The records in records.sqlite: users with their private groups, folders and files, transfers. What has
-// returned survives a crash and a power failure, unless it happened in a Transaction: then what was committed
-// does.
+// The database records.sqlite: users with their private groups, folders and files, transfers. A change
+// survives a crash and a power failure once its function has returned, or, in a Transaction, once that was
+// committed.
 //
 //     Store::Transaction transaction(store);
-//     const Item folder = store.folder(member, path, Store::Missing::Make);
+//     const Item folder = store.findFolder(member, path, Store::Missing::Create);
 //     store.add(task);
-//     transaction.commit();                       // without it nothing has happened
+//     transaction.commit();                       // rolled back without it
 //
-// Everything throws Refusal(StorageFailed) when the records can not be read or written.
+// All functions throw Error(StorageFailed) when the database can not be read or written.
 #pragma once
 
 #include "host/cloudd/state.h"
@@ -48,15 +48,15 @@ enum class TaskStatus { Waiting = 0, Finished = 1, Failed = 2, Running = 3, Canc
 
 /// A transfer of a file of this machine into a folder.
 struct Task {
-    static constexpr char KeptKind = 't';   ///< of an id that somebody is told, to ask for the task later
-    static constexpr char UnkeptKind = 'n'; ///< of the others
+    static constexpr char PublicKind = 't';   ///< of an id that a client gets, to query the task later
+    static constexpr char InternalKind = 'n'; ///< of all other ids
 
-    QString id; ///< newId() of one of the kinds
+    QString id; ///< makeId() of one of the kinds
     QString userId;
     QString source;
     QString folderId;
-    QString name;            ///< wished; what the item is called in the end is the item's
-    bool autoRename = false; ///< a taken name gets a number; else a file of that name gets a new version
+    QString name;                            ///< as requested; the item may get another one
+    bool autoRename = false;                 ///< numbers a name that is taken, instead of adding a version
     TaskStatus status = TaskStatus::Waiting; ///< Running is never recorded
     State state = State::Ok;
     qint64 transferred = 0; ///< bytes
@@ -67,11 +67,11 @@ struct Task {
 
 class Store {
 public:
-    enum class Missing { Refuse, Make };
+    enum class Missing { Fail, Create };
 
     class Transaction {
     public:
-        /// Within another one it is a part of that.
+        /// A nested one is part of the outermost.
         explicit Transaction(Store& store);
         ~Transaction();
         Transaction(const Transaction&) = delete;
@@ -88,48 +88,46 @@ public:
     Store(const Store&) = delete;
     Store& operator=(const Store&) = delete;
 
-    /// Opens or makes the file. Returns why it can not be used; it is then as it was, and nothing may be
+    /// Opens or makes the file. Returns the error; the file is unchanged then, and nothing else may be
     /// called.
     QString open(const QString& path);
 
-    /// The user's records are made when there are none.
-    Member member(const QString& userId);
-    /// The folder "My Documents", which the records of a user have from the beginning.
-    Item workspace(const Member& member);
+    /// Adds the user, with the private group and its folders, when there is none.
+    Member ensureMember(const QString& userId);
+    /// The folder "My Documents", which every user has; added where it is missing.
+    Item ensureWorkspace(const Member& member);
     void setRoamingMode(const QString& userId, const QString& mode);
 
-    /// What a cloud path or an id says, in the member's group. Throws Refusal(NotFound) and
-    /// Refusal(WrongArguments).
-    Item item(const Member& member, const QString& pathOrId);
-    /// The same of a folder. Missing folders of a path can be made; throws Refusal(NameTaken) where a file is
-    /// in the way.
-    Item folder(const Member& member, const QString& pathOrId, Missing missing);
-    Item itemOfId(const QString& id);
-    std::optional<Item> child(const QString& folderId, const QString& name);
-    /// So many at most, by name, after the name `after`.
-    std::vector<Item> children(const QString& folderId, const QString& after, int most);
-    /// Throws Refusal(WrongArguments) where the folder would be too deep.
+    /// By a cloud path or an id, in the member's group. Throws Error: NotFound, WrongArguments.
+    Item findItem(const Member& member, const QString& pathOrId);
+    /// The same for a folder; can make missing folders of a path. Throws Error(NameTaken) as well, when a
+    /// name in the path is that of a file.
+    Item findFolder(const Member& member, const QString& pathOrId, Missing missing);
+    Item findItemById(const QString& id);
+    std::optional<Item> findChild(const QString& folderId, const QString& name);
+    /// At most `most` items, sorted by name, after the name `after`.
+    std::vector<Item> listChildren(const QString& folderId, const QString& after, int most);
+    /// Throws Error(WrongArguments) where the folder would be too deep.
     Item addFolder(const Item& parent, const QString& name);
-    /// A new file, or a new version of the file of that name. Throws Refusal(NameTaken) when that is a
-    /// folder.
+    /// Adds a file, or a new version of the file of that name. Throws Error(NameTaken) when that is a folder.
     Item putFile(const Item& folder, const QString& name, qint64 size, const QString& sha256);
-    /// The name itself when nothing in the folder has it, else numbered.
-    QString freeName(const Item& folder, const QString& name);
-    /// From the root folder, without a "/" in front.
-    QString pathOf(const Item& item);
-    /// True when a file has this content.
-    bool isNamed(const QString& sha256);
+    /// The name, with a number when an item of the folder has it already.
+    QString findFreeName(const Item& folder, const QString& name);
+    /// Relative to the root folder.
+    QString findPath(const Item& item);
+    /// Whether a file has this content.
+    bool isContentUsed(const QString& sha256);
 
     void add(const Task& task);
-    /// Records how it ended. Of a user's ended tasks whose ids say so the last 1000 are kept.
-    void end(const Task& task);
-    std::optional<Task> task(const QString& userId, const QString& id);
+    /// Records how it ended. Ended tasks of PublicKind are kept, the last 1000 of a user; others are deleted.
+    void recordEnd(const Task& task);
+    std::optional<Task> findTask(const QString& userId, const QString& id);
     /// In the order in which they were added.
-    std::vector<Task> unfinishedTasks();
+    std::vector<Task> listUnfinishedTasks();
 
 private:
-    /// What a statement has found. Until it is destroyed (or finished) a read transaction may be open; then
-    /// the prepared statement waits for its next use.
+    /// The rows that a statement returned. A read transaction may be open until it is destroyed or finished;
+    /// the prepared statement can be used again then.
     class Rows {
     public:
         Rows(Store& store, const QByteArray& statement, const QSqlQuery& query)
@@ -158,16 +156,16 @@ private:
     };
 
     QString openRecords(const QString& path);
-    QSqlQuery prepared(const QByteArray& statement);
+    QSqlQuery prepare(const QByteArray& statement);
     Rows run(const QByteArray& statement, std::initializer_list<QVariant> values = {});
     Item insert(const Item& item);
 
     QString m_connection;
-    QHash<QByteArray, QSqlQuery> m_prepared; ///< by their texts, those that nobody uses now
-    int m_depth = 0;                         ///< of transactions
+    QHash<QByteArray, QSqlQuery> m_prepared; ///< by their SQL, those that are not in use
+    int m_depth = 0;                         ///< of nested transactions
 };
 
-/// Not guessable, and not used before.
-QString newId(char kind);
+/// A new random id, which can not be guessed.
+QString makeId(char kind);
 
 } // namespace cloudd

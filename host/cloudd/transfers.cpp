@@ -9,10 +9,10 @@ namespace cloudd {
 
 namespace {
 
-constexpr int MostUnfinished = 10'000;
-/// So much of a second's bytes may pass at once.
+constexpr int MaxUnfinished = 10'000;
+/// The part of a second's bytes that may be transferred at once.
 constexpr double Burst = 0.1;
-/// An end that could not be recorded is tried again after so long.
+/// Delay before an end that could not be recorded is recorded again.
 constexpr int RetryMs = 100;
 
 } // namespace
@@ -47,11 +47,10 @@ public:
     {
         try {
             return m_outcome ? record() : copy();
-        } catch (const Refusal& refusal) {
-            // Either the copy has failed, or its end can not be recorded: then the failure is what there is
-            // to record.
+        } catch (const Error& error) {
+            // Without an outcome the upload has failed; with one, its recording has.
             if (!m_outcome) {
-                fail(refusal.state);
+                fail(error.state);
                 return Step::Again;
             }
             m_retry.setRemainingTime(RetryMs);
@@ -68,9 +67,11 @@ private:
         if (!m_upload) {
             task.status = TaskStatus::Running;
             m_upload = std::make_unique<Upload>(m_transfers.m_contents, task.source);
-            m_transfers.tell(task, "syncing");
+            m_transfers.emitNotice(task, "syncing");
             return Step::Again;
         }
+        if (!m_upload->prepare())
+            return Step::Later;
         const qint64 available = m_transfers.m_throttle.available();
         if (available < 1)
             return Step::Later;
@@ -88,9 +89,9 @@ private:
 
     void fail(State state)
     {
-        // It may have got its place, but no name.
+        // The content may be stored already, while no file has it.
         if (m_upload)
-            m_transfers.removeUnnamed(m_upload->sha256());
+            m_transfers.removeUnused(m_upload->sha256());
         m_upload.reset();
         m_outcome = task;
         m_outcome->status = TaskStatus::Failed;
@@ -108,7 +109,7 @@ private:
 
     Transfers& m_transfers;
     std::unique_ptr<Upload> m_upload;
-    std::optional<Task> m_outcome; ///< a failure that is not recorded yet
+    std::optional<Task> m_outcome; ///< a failure that has not been recorded yet
     QDeadlineTimer m_retry { 0 };
 };
 
@@ -117,18 +118,18 @@ Transfers::Transfers(Store& store, Contents& contents, qint64 bytesPerSecond)
     , m_contents(contents)
     , m_throttle(bytesPerSecond)
 {
-    connect(&m_rounds, &Rounds::idle, this, &Transfers::idle);
+    connect(&m_queue, &JobQueue::idle, this, &Transfers::idle);
 }
 
 void Transfers::resume()
 {
-    start(m_store.unfinishedTasks());
+    start(m_store.listUnfinishedTasks());
 }
 
 void Transfers::record(const std::vector<Task>& tasks)
 {
-    if (m_runs.size() + tasks.size() > MostUnfinished)
-        throw Refusal(State::Busy);
+    if (m_runs.size() + tasks.size() > MaxUnfinished)
+        throw Error(State::Busy);
     for (const Task& task : tasks)
         m_store.add(task);
 }
@@ -138,24 +139,24 @@ void Transfers::start(const std::vector<Task>& tasks, const Ended& ended)
     for (const Task& task : tasks) {
         const auto run = std::make_shared<Run>(*this, task, ended);
         m_runs.insert(task.id, run);
-        m_rounds.add(run);
+        m_queue.add(run);
     }
 }
 
-Task Transfers::task(const QString& userId, const QString& id)
+Task Transfers::findTask(const QString& userId, const QString& id)
 {
     const auto run = m_runs.value(id);
     if (run && run->task.userId == userId)
         return run->task;
-    const auto recorded = m_store.task(userId, id);
+    const auto recorded = m_store.findTask(userId, id);
     if (!recorded)
-        throw Refusal(State::NotFound);
+        throw Error(State::NotFound);
     return *recorded;
 }
 
 void Transfers::cancel(const QString& userId, const QString& id)
 {
-    Task cancelled = task(userId, id);
+    Task cancelled = findTask(userId, id);
     const auto run = m_runs.value(id);
     if (!run)
         return;
@@ -167,60 +168,60 @@ void Transfers::cancel(const QString& userId, const QString& id)
 void Transfers::finish(Run& run, Task task)
 {
     Store::Transaction transaction(m_store);
-    const Item folder = m_store.itemOfId(task.folderId);
-    const QString name = task.autoRename ? m_store.freeName(folder, task.name) : task.name;
-    const auto replaced = m_store.child(folder.id, name);
+    const Item folder = m_store.findItemById(task.folderId);
+    const QString name = task.autoRename ? m_store.findFreeName(folder, task.name) : task.name;
+    const auto replaced = m_store.findChild(folder.id, name);
     task.itemId = m_store.putFile(folder, name, task.total, task.sha256).id;
     task.status = TaskStatus::Finished;
-    m_store.end(task);
+    m_store.recordEnd(task);
     transaction.commit();
     if (replaced)
-        removeUnnamed(replaced->sha256);
+        removeUnused(replaced->sha256);
     end(run, task);
 }
 
-void Transfers::removeUnnamed(const QString& sha256)
+void Transfers::removeUnused(const QString& sha256)
 {
     try {
-        if (!m_store.isNamed(sha256))
+        if (!m_store.isContentUsed(sha256))
             m_contents.remove(sha256);
-    } catch (const Refusal&) {
-        // It is removed when the service starts again.
+    } catch (const Error&) {
+        // sweep() removes it when the service starts again.
     }
 }
 
 void Transfers::end(Run& run, const Task& task)
 {
     if (task.status != TaskStatus::Finished)
-        m_store.end(task);
-    // From here on it is known only by its record: whoever is told may ask, cancel or add.
+        m_store.recordEnd(task);
+    // Removed first: receivers of the notice may query, cancel or start tasks.
     const auto kept = m_runs.take(task.id);
     run.task = task;
-    tell(task,
+    emitNotice(task,
         task.status == TaskStatus::Finished        ? "synced"
             : task.status == TaskStatus::Cancelled ? "cancelled"
                                                    : "failed");
     if (run.ended)
         run.ended(task);
-    m_rounds.remove(&run);
+    m_queue.remove(&run);
 }
 
 QString Transfers::cloudPath(const Task& task)
 {
     if (!task.itemId.isEmpty())
-        return m_store.pathOf(m_store.itemOfId(task.itemId));
-    const QString folder = m_store.pathOf(m_store.itemOfId(task.folderId));
+        return m_store.findPath(m_store.findItemById(task.itemId));
+    const QString folder = m_store.findPath(m_store.findItemById(task.folderId));
     return folder.isEmpty() ? task.name : folder + QLatin1Char('/') + task.name;
 }
 
-void Transfers::tell(const Task& task, const char* status)
+void Transfers::emitNotice(const Task& task, const char* status)
 {
     const auto key = [](const char* name) { return QString::fromLatin1(name); };
     QString path = task.name;
     try {
         path = cloudPath(task);
-    } catch (const Refusal&) {
-        // What has happened is told all the same.
+    } catch (const Error&) {
+        // The notice is sent with the name alone.
     }
     Q_EMIT notice(task.userId,
         { { key("action"), key("docCloudSyncStatus") }, { key("fileId"), task.itemId },

@@ -1,4 +1,4 @@
-// The uploads: recorded first, then run a few at a time, and begun anew after a restart.
+// The uploads: recorded first, then run a few at a time, and restarted when the service starts again.
 //
 //     Store::Transaction transaction(store);
 //     transfers.record(tasks);
@@ -7,7 +7,7 @@
 #pragma once
 
 #include "host/cloudd/contents.h"
-#include "host/cloudd/rounds.h"
+#include "host/cloudd/jobqueue.h"
 #include "host/cloudd/store.h"
 
 #include <QElapsedTimer>
@@ -16,13 +16,13 @@
 
 namespace cloudd {
 
-/// How many bytes may pass now, so that it is so many a second on the average.
+/// Limits bytes a second, on the average.
 class Throttle {
 public:
-    /// 0: as many as there are.
+    /// 0: no limit.
     explicit Throttle(qint64 bytesPerSecond);
 
-    /// 0 as well when they are not worth the effort yet.
+    /// Bytes that may be transferred now; 0 also for a number too small to be worth a step.
     qint64 available();
     void spend(qint64 bytes) { m_available -= static_cast<double>(bytes); }
 
@@ -38,19 +38,18 @@ public:
     using Ended = std::function<void(const Task&)>;
 
     Transfers(Store& store, Contents& contents, qint64 bytesPerSecond);
-    /// Starts what the records say has not ended.
+    /// Starts all recorded tasks that have not ended.
     void resume();
 
-    /// Throws Refusal(Busy) when that would be more than 10,000 that have not ended, and records nothing
-    /// then.
+    /// Throws Error(Busy), and records nothing, when more than 10,000 would be under way.
     void record(const std::vector<Task>& tasks);
     void start(const std::vector<Task>& tasks, const Ended& ended = {});
-    /// Of a user's task, as it is now. Throws Refusal(NotFound).
-    Task task(const QString& userId, const QString& id);
-    /// One that has ended stays as it is. Throws Refusal(NotFound).
+    /// A user's task, as it is now. Throws Error(NotFound).
+    Task findTask(const QString& userId, const QString& id);
+    /// Does nothing to a task that has ended. Throws Error(NotFound).
     void cancel(const QString& userId, const QString& id);
-    bool isBusy() const { return m_rounds.size() > 0; }
-    /// Where its file is, or is going to be.
+    bool isBusy() const { return m_queue.size() > 0; }
+    /// The path of its file, or the one the file will have.
     QString cloudPath(const Task& task);
 
 Q_SIGNALS:
@@ -60,18 +59,18 @@ Q_SIGNALS:
 private:
     class Run;
 
-    /// Records the end, and only then tells of it. Throws when it can not be recorded: it has not ended then.
+    /// Records the end, then emits the notice. When recording throws, the task is still under way.
     void end(Run& run, const Task& task);
-    void tell(const Task& task, const char* status);
-    /// Gives the content its name in the folder.
+    void emitNotice(const Task& task, const char* status);
+    /// Adds the file to its folder.
     void finish(Run& run, Task task);
-    void removeUnnamed(const QString& sha256);
+    void removeUnused(const QString& sha256);
 
     Store& m_store;
     Contents& m_contents;
     Throttle m_throttle;
-    Rounds m_rounds;
-    QHash<QString, std::shared_ptr<Run>> m_runs; ///< those that have not ended, by their ids
+    JobQueue m_queue;
+    QHash<QString, std::shared_ptr<Run>> m_runs; ///< under way, by task id
 };
 
 } // namespace cloudd

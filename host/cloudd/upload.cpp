@@ -4,9 +4,21 @@
 #include "host/cloudd/state.h"
 
 #include <QFile>
+#include <ctime>
 #include <fcntl.h>
 
 namespace cloudd {
+
+namespace {
+
+constexpr qint64 NsPerSecond = 1'000'000'000;
+
+qint64 nanoseconds(const timespec& time)
+{
+    return time.tv_sec * NsPerSecond + time.tv_nsec;
+}
+
+} // namespace
 
 Upload::Upload(Contents& contents, const QString& source)
     : m_contents(contents)
@@ -14,34 +26,54 @@ Upload::Upload(Contents& contents, const QString& source)
 {
 }
 
-/// Whoever looks at the path still finds the file that was opened, as it was then.
+bool Upload::prepare()
+{
+    if (!m_file) {
+        m_file = openRegular(AT_FDCWD, m_source, 0, m_opened);
+        if (!m_file)
+            throw Error(State::SourceUnreadable);
+        m_incoming = std::make_unique<Incoming>(m_contents);
+    }
+    return canDetectChanges();
+}
+
+/// Time stamps come from a clock that advances once a tick, and file systems may store them less precisely
+/// still (FAT: 2 s). Once the clock has advanced beyond the stamp, every further change gets another stamp.
+bool Upload::canDetectChanges() const
+{
+    timespec now {};
+    timespec tick {};
+    clock_gettime(CLOCK_REALTIME_COARSE, &now);
+    clock_getres(CLOCK_REALTIME_COARSE, &tick);
+    const bool isWholeSeconds = m_opened.st_ctim.tv_nsec == 0;
+    const qint64 step = isWholeSeconds ? 2 * NsPerSecond : 2 * nanoseconds(tick);
+    return qAbs(nanoseconds(now) - nanoseconds(m_opened.st_ctim)) > step;
+}
+
+/// Whether the path still leads to the opened file, unchanged. st_ctim is compared since any program can set
+/// st_mtim back.
 bool Upload::isUnchanged() const
 {
     struct stat now { };
     return stat(m_source.constData(), &now) == 0 && now.st_dev == m_opened.st_dev
         && now.st_ino == m_opened.st_ino && now.st_size == m_opened.st_size
-        && now.st_mtim.tv_sec == m_opened.st_mtim.tv_sec && now.st_mtim.tv_nsec == m_opened.st_mtim.tv_nsec;
+        && nanoseconds(now.st_mtim) == nanoseconds(m_opened.st_mtim)
+        && nanoseconds(now.st_ctim) == nanoseconds(m_opened.st_ctim);
 }
 
 bool Upload::step(qint64 most)
 {
-    if (!m_file) {
-        m_file = openRegular(AT_FDCWD, m_source, 0, m_opened);
-        if (!m_file)
-            throw Refusal(State::SourceUnreadable);
-        m_incoming = std::make_unique<Incoming>(m_contents);
-    }
     const qint64 count = readSlice(m_file, sliceBuffer(), qMin<qint64>(most, SliceBytes));
-    // One that grows for ever is not followed.
+    // A file may grow faster than it is read.
     if (count < 0 || transferred() + count > total())
-        throw Refusal(State::SourceUnreadable);
+        throw Error(State::SourceUnreadable);
     if (count > 0) {
         m_incoming->write(sliceBuffer(), count);
         return true;
     }
     if (transferred() != total() || !isUnchanged())
-        throw Refusal(State::SourceUnreadable);
-    m_contents.keep(*m_incoming);
+        throw Error(State::SourceUnreadable);
+    m_contents.store(*m_incoming);
     return false;
 }
 

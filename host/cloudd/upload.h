@@ -1,8 +1,9 @@
-// Receives a file of this machine as a content, in slices. The file must be a regular one and must not change
+// Stores a file of this machine as a content, in slices. The file must be a regular one and must not change
 // meanwhile.
 //
+//     while (!upload.prepare()) { }              // for some milliseconds, if it has just been written
 //     while (upload.step(SliceBytes)) { }
-//     upload.size(); upload.sha256();            // of the content, which is kept now
+//     upload.total(); upload.sha256();           // of the content, which is stored now
 #pragma once
 
 #include "host/cloudd/contents.h"
@@ -15,16 +16,21 @@ class Upload {
 public:
     Upload(Contents& contents, const QString& source);
 
-    /// Reads at most so many bytes. False when the content is kept. Throws Refusal: SourceUnreadable,
+    /// Opens the file, the first time. False while a change could leave its time stamp as it is: until some
+    /// milliseconds after its last change, or 2 s where the file system stores whole seconds. Throws Error:
+    /// SourceUnreadable, StorageFailed.
+    bool prepare();
+    /// Reads at most `most` bytes. False when the content is stored. Throws Error: SourceUnreadable,
     /// StorageFailed.
     bool step(qint64 most);
-    /// Bytes; as the file was when the first step began, afterwards.
+    /// Bytes, as the file was when it was opened.
     qint64 total() const { return m_opened.st_size; }
     qint64 transferred() const { return m_incoming ? m_incoming->size() : 0; }
     /// Of what has been transferred.
     QString sha256() const { return m_incoming ? m_incoming->sha256() : QString(); }
 
 private:
+    bool canDetectChanges() const;
     bool isUnchanged() const;
 
     Contents& m_contents;

@@ -14,44 +14,44 @@ namespace cloudwire {
 namespace {
 
 using LengthField = quint32;
-constexpr std::size_t MostNameBytes = 128;
-/// Its fixed part, the number and the name with its length.
-constexpr std::size_t MostHeadBytes = 2 + 5 + 5 + MostNameBytes;
+constexpr std::size_t MaxNameBytes = 128;
+/// The fixed part, the number and the name with its length.
+constexpr std::size_t MaxHeadBytes = 2 + 5 + 5 + MaxNameBytes;
 
 constexpr std::string_view EnvelopeCall = "larkIpcCall";
 
-const cloud::MessageType* typeOf(std::string_view procedure, const char* suffix)
+const MessageType* findType(std::string_view procedure, const char* suffix)
 {
     std::string name(procedure == EnvelopeCall ? "larkIpc" : procedure);
     if (name.empty() || name.front() < 'a' || name.front() > 'z')
         return nullptr;
     name.front() = static_cast<char>(name.front() - 'a' + 'A');
-    return cloud::findMessageType(name + suffix);
+    return findMessageType(name + suffix);
 }
 
 } // namespace
 
-const cloud::MessageType* argumentType(std::string_view procedure)
+const MessageType* findArgumentType(std::string_view procedure)
 {
-    return typeOf(procedure, "Arg");
+    return findType(procedure, "Arg");
 }
 
-const cloud::MessageType* resultType(std::string_view procedure)
+const MessageType* findResultType(std::string_view procedure)
 {
-    return typeOf(procedure, "Result");
+    return findType(procedure, "Result");
 }
 
 FrameCodec::FrameCodec()
-    : m_messages(MostFrameBytes - MostHeadBytes)
+    : m_messages(MaxFrameBytes - MaxHeadBytes)
 {
 }
 
-QByteArray FrameCodec::encode(const Head& head, const cloud::MessageType& type, const void* message)
+QByteArray FrameCodec::encode(const Head& head, const MessageType& type, const void* message)
 {
     const std::string_view body = m_messages.encode(type, message);
-    if (body.empty() || head.procedure.size() > MostNameBytes)
+    if (body.empty() || head.procedure.size() > MaxNameBytes)
         return {};
-    const auto buffer = std::make_shared<TMemoryBuffer>(MostHeadBytes);
+    const auto buffer = std::make_shared<TMemoryBuffer>(MaxHeadBytes);
     TCompactProtocolT<TMemoryBuffer>(buffer).writeMessageBegin(
         head.procedure, static_cast<TMessageType>(head.kind), head.number);
     std::uint8_t* begin = nullptr;
@@ -69,14 +69,14 @@ QByteArray FrameCodec::encode(const Head& head, const cloud::MessageType& type, 
 
 std::optional<Head> FrameCodec::takeHead(std::string_view& bytes)
 {
-    // Only the head is looked at, so that a name can not be longer than a head may be.
-    std::string head(bytes.substr(0, MostHeadBytes));
+    // Only the bytes that a head may have, which also limits the length of the name.
+    std::string head(bytes.substr(0, MaxHeadBytes));
     const auto buffer = std::make_shared<TMemoryBuffer>(
         reinterpret_cast<std::uint8_t*>(head.data()), static_cast<std::uint32_t>(head.size()));
     Head read;
     TMessageType kind {};
     try {
-        TCompactProtocolT<TMemoryBuffer>(buffer, MostNameBytes, 0)
+        TCompactProtocolT<TMemoryBuffer>(buffer, MaxNameBytes, 0)
             .readMessageBegin(read.procedure, kind, read.number);
     } catch (const TException&) {
         return std::nullopt;
@@ -101,7 +101,7 @@ std::optional<std::string_view> FrameReader::next()
         return std::nullopt;
     const char* begin = m_bytes.constData() + m_at;
     const std::size_t size = qFromBigEndian<LengthField>(begin);
-    m_broken = size == 0 || size > MostFrameBytes;
+    m_broken = size == 0 || size > MaxFrameBytes;
     if (m_broken || left - sizeof(LengthField) < size)
         return std::nullopt;
     m_at += static_cast<int>(sizeof(LengthField) + size);

@@ -1,12 +1,11 @@
-// What the suite and its cloud process say to each other on a local socket: frames.
+// The frames that the suite and its cloud process exchange on a local socket.
 //
-// A frame is the number of its other bytes (4 bytes, big-endian), a head and one cloud message. The head is
-// that of a message in Thrift's compact protocol, with the procedure's name, the kind and a number; so a
-// frame is what Thrift's framed transport carries, but for the message, which has no structure of arguments
-// around it.
+// A frame is its length without this field (4 bytes, big-endian), a head and one cloud message. The head is a
+// message header of Thrift's compact protocol, with the procedure's name, the kind and a number. Unlike in
+// Thrift's framed transport no structure of arguments is around the message.
 #pragma once
 
-#include "cloud/schema/codec.h"
+#include "host/cloudwire/codec.h"
 
 #include <QByteArray>
 #include <cstdint>
@@ -15,57 +14,56 @@
 
 namespace cloudwire {
 
-/// What a frame may have in bytes, without the first four.
-inline constexpr std::size_t MostFrameBytes = 4 << 20;
+/// The limit of a frame, without its length field.
+inline constexpr std::size_t MaxFrameBytes = 4 << 20;
 
 enum class Kind : std::int32_t {
-    Call = 1,    ///< the procedure's argument; a reply or a failure of the same number follows
-    Reply = 2,   ///< the procedure's result
-    Failure = 3, ///< the request has failed; the procedure's result as far as it is filled
-    Notice = 4,  ///< an argument that is not answered
+    Call = 1,    ///< carries the procedure's argument; a reply or failure with its number follows
+    Reply = 2,   ///< carries the procedure's result
+    Failure = 3, ///< carries the result of a failed call, with its state
+    Notice = 4,  ///< carries an argument; there is no reply
 };
 
 struct Head {
     Kind kind = Kind::Call;
     std::string procedure;
-    std::int32_t number = 0; ///< the sender of the call chooses it
+    std::int32_t number = 0; ///< chosen by the sender of the call
 };
 
-/// The types of a procedure's argument and result; null when it has none.
-const cloud::MessageType* argumentType(std::string_view procedure);
-const cloud::MessageType* resultType(std::string_view procedure);
+/// The types of a procedure's argument and result; null for an unknown procedure.
+const MessageType* findArgumentType(std::string_view procedure);
+const MessageType* findResultType(std::string_view procedure);
 
-/// Makes frames and reads them, one after the other. [one thread at a time]
+/// Encodes and decodes frames. [one thread at a time]
 class FrameCodec {
 public:
     FrameCodec();
 
-    /// A frame with its length; empty when it would have too many bytes.
-    QByteArray encode(const Head& head, const cloud::MessageType& type, const void* message);
+    /// A frame with its length field; empty when it would be too long.
+    QByteArray encode(const Head& head, const MessageType& type, const void* message);
 
-    /// Reads the head of a frame without its length, and leaves the message in `bytes`. Nothing when there is
-    /// no head of one of the kinds.
+    /// Decodes the head of a frame without its length field, and removes it from `bytes`. Nothing when the
+    /// head is wrong.
     static std::optional<Head> takeHead(std::string_view& bytes);
-    /// Reads the message behind the head, as MessageCodec does.
+    /// Decodes the message behind the head, as MessageCodec does.
     [[nodiscard]] std::optional<std::string> decode(
-        const cloud::MessageType& type, std::string_view bytes, void* message)
+        const MessageType& type, std::string_view bytes, void* message)
     {
         return m_messages.decode(type, bytes, message);
     }
 
 private:
-    cloud::MessageCodec m_messages;
+    MessageCodec m_messages;
 };
 
-/// Cuts what comes from a socket into frames. Takes memory for bytes that are there, not for those that are
-/// announced.
+/// Cuts the bytes from a socket into frames. Allocates for bytes that have come, not for announced ones.
 class FrameReader {
 public:
     void add(const QByteArray& bytes);
-    /// The next frame without its length, valid until add(). Nothing while it is not whole, or when the bytes
-    /// are broken.
+    /// The next frame without its length field, valid until add(). Nothing while it is incomplete, or after
+    /// isBroken().
     std::optional<std::string_view> next();
-    /// A frame is empty or announces too many bytes: what follows can not be read.
+    /// True after a frame of no length or one that is too long; no further frame can be found.
     bool isBroken() const { return m_broken; }
 
 private:

@@ -1,12 +1,12 @@
-// Where the cloud process listens: a socket in its directory.
+// The address of the socket of the cloud process, which is in its directory.
 #pragma once
 
 #include <QString>
 
 namespace cloudwire {
 
-/// The name of the socket of a directory, for QLocalServer and QLocalSocket, while this lives. A socket's
-/// name has room for some 100 bytes and a directory's for 4095, so the name goes through the open directory.
+/// The socket's name for QLocalServer and QLocalSocket, valid while this object lives. A socket's name may
+/// have about 100 bytes and a directory's 4095, so it begins with the descriptor of the open directory.
 class SocketPlace {
 public:
     explicit SocketPlace(const QString& directory);
@@ -14,7 +14,7 @@ public:
     SocketPlace(const SocketPlace&) = delete;
     SocketPlace& operator=(const SocketPlace&) = delete;
 
-    /// Empty when there is no such directory.
+    /// Empty when the directory can not be opened.
     QString name() const;
 
 private:

@@ -1,4 +1,4 @@
-// Page and ScriptEngine: the one small interface behind which a script engine sits.
+// Page and ScriptEngine: the interface that a script engine implements.
 #pragma once
 
 #include "host/vexlite/core.h"
@@ -13,23 +13,23 @@ namespace engine {
 /// How a piece of page script ended.
 struct Outcome {
     bool ok = false;
-    QString text;  ///< the answer for a person, or the error's message
-    QString json;  ///< the answer as JSON; empty when it has no JSON form (undefined, functions)
+    QString text;  ///< the result as shown to the user, or the error's message
+    QString json;  ///< the result as JSON; empty when it has no JSON form (undefined, functions)
     QString stack; ///< of an error
     int code = 0;  ///< the "code" that an error carries, or 0
     bool hasCode = false;
 };
 
-/// What a page tells its host. Called on the GUI thread.
+/// Callbacks of a page into its host. [GUI thread]
 struct PageHost {
-    /// console.log, info and debug are not errors; console.warn and error are.
+    /// Output of the console; that of console.warn and error is an error.
     std::function<void(const QString& line, bool isError)> console;
-    /// exit(code) was called. No more script of the page runs once the call in progress has returned.
+    /// exit(code) was called. After the current call has returned no more script of the page runs.
     std::function<void(int code)> exitRequested;
-    /// An error that nobody caught: in a timer, a listener, a promise.
+    /// An uncaught error, in a timer, a listener or a promise.
     std::function<void(const Outcome& error)> uncaughtError;
-    /// process.play(steps) was called. Answers an empty text or what is wrong with the steps. Destroyed when
-    /// the page closes, also from within what is played.
+    /// process.play(steps) was called. Returns the error, or an empty string. Destroyed when the page closes,
+    /// possibly during a step.
     std::function<QString(const QString& steps)> play;
 };
 
@@ -49,12 +49,12 @@ public:
     /// Runs `source` as the body of an async function; `done` is called once when it has settled, never from
     /// inside this call, and not at all when the page closes first.
     virtual void run(const QString& source, const QString& fileName, Done done) = 0;
-    /// Evaluates an expression, or a script whose declarations stay, and awaits its answer; `done` as above.
+    /// Evaluates an expression, or a script whose declarations stay, and awaits the result; `done` as above.
     virtual void evaluate(const QString& source, Done done) = 0;
-    /// The names of the properties that the value of a dotted path has, inherited ones included; for
-    /// completion. Runs no getter but those of the path itself under NovaExtension.
+    /// For completion: the names of the properties, own and inherited, of the value at a dotted path. Runs no
+    /// getters but those of NovaExtension in the path.
     virtual QStringList propertyNames(const QString& path) = 0;
-    /// Drops listeners, promises, handles, functions and timers. Inside a call of the page it takes effect
+    /// Drops listeners, promises, handles, functions and timers. Within a call of the page it takes effect
     /// when the outermost call has returned.
     virtual void close() = 0;
 };
@@ -63,8 +63,7 @@ class ScriptEngine {
 public:
     virtual ~ScriptEngine() = default;
     virtual std::unique_ptr<Page> openPage(const PageOptions& options, PageHost host) = 0;
-    /// Frees what script no longer reaches, so that live counts can be read. A page that is closed holds
-    /// nothing even without this.
+    /// Collects garbage now, so that live counts are exact. A closed page holds nothing in any case.
     virtual void collectGarbage() = 0;
 };
 

@@ -1,35 +1,34 @@
-// The JavaScriptCore C API as it is used here, and Text, one of its strings.
+// The JavaScriptCore C API, and wrappers for its strings and its lock.
 #pragma once
 
 #include <JavaScriptCore/JavaScript.h>
 #include <QString>
 
-// Exported by the library, declared by its private headers only, which are not installed.
+// Exported by the library, but declared only in private headers that are not installed.
 extern "C" {
 using JSWeakRef = const struct OpaqueJSWeak*;
-/// A reference that does not keep its object; JSWeakGetObject answers null from the collection that frees it
-/// on.
+/// A weak reference; JSWeakGetObject returns null once its object was collected.
 JSWeakRef JSWeakCreate(JSContextGroupRef group, JSObjectRef object);
 void JSWeakRelease(JSContextGroupRef group, JSWeakRef weak);
 JSObjectRef JSWeakGetObject(JSWeakRef weak);
-/// Calls `finalizer` at the end of every collection; it may not call the API.
+/// Calls `finalizer` at the end of every collection, in which the API must not be called.
 using JSHeapFinalizer = void (*)(JSContextGroupRef group, void* userData);
 void JSContextGroupAddHeapFinalizer(JSContextGroupRef group, JSHeapFinalizer finalizer, void* userData);
 void JSContextGroupRemoveHeapFinalizer(JSContextGroupRef group, JSHeapFinalizer finalizer, void* userData);
-/// The target of a proxy, without touching its traps; null for every other object and for a revoked proxy.
+/// The target of a proxy, without calling its traps; null for other objects and revoked proxies.
 JSObjectRef JSObjectGetProxyTarget(JSObjectRef object);
-/// `function` gets the promise and its reason. The context's group keeps it as a root to its end.
+/// `function` gets the promise and its reason. It is a root as long as the context's group lives.
 void JSGlobalContextSetUnhandledRejectionCallback(
     JSGlobalContextRef ctx, JSObjectRef function, JSValueRef* exception);
 void JSSynchronousGarbageCollectForDebugging(JSContextRef ctx);
-/// Microtasks run when the outermost lock is given back, and not before.
+/// Microtasks run when the outermost lock is released, and not before.
 void JSLock(JSContextRef ctx);
 void JSUnlock(JSContextRef ctx);
 }
 
 namespace engine::jsc {
 
-/// One JavaScriptCore string, released when it goes out of scope.
+/// Owns one JavaScriptCore string.
 class Text {
 public:
     explicit Text(const char* ascii)
@@ -41,7 +40,7 @@ public:
             reinterpret_cast<const JSChar*>(text.utf16()), static_cast<std::size_t>(text.size())))
     {
     }
-    /// Takes over one reference.
+    /// Takes ownership of one reference.
     static Text adopt(JSStringRef string) { return Text(string, 0); }
     Text(Text&& other) noexcept
         : m_string(std::exchange(other.m_string, nullptr))
@@ -75,8 +74,8 @@ private:
     JSStringRef m_string;
 };
 
-/// Holds the lock across many calls of the API, each of which would take it anew: that is most of what a
-/// small one costs inside a native function.
+/// Holds the lock during many calls of the API. Each would take it again otherwise, which is most of the cost
+/// of a small call in a native function.
 class Lock {
 public:
     explicit Lock(JSContextRef ctx)
@@ -92,13 +91,13 @@ private:
     JSContextRef m_ctx;
 };
 
-/// A string value of script.
+/// Makes a string value.
 inline JSValueRef makeString(JSContextRef ctx, const QString& text)
 {
     return JSValueMakeString(ctx, Text(text));
 }
 
-/// The text of a value that is known to be a string; empty for another, and when memory is short.
+/// The string of a string value; empty for other values, and when memory is short.
 inline QString stringOf(JSContextRef ctx, JSValueRef value)
 {
     if (!value || !JSValueIsString(ctx, value))
@@ -106,7 +105,7 @@ inline QString stringOf(JSContextRef ctx, JSValueRef value)
     return Text::adopt(JSValueToStringCopy(ctx, value, nullptr)).toQString();
 }
 
-/// The object behind a value that is known to be one.
+/// The object in a value that is known to be one.
 inline JSObjectRef asObject(JSValueRef value)
 {
     return const_cast<JSObjectRef>(value);

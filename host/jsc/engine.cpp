@@ -12,7 +12,7 @@ namespace jsc {
 
 namespace {
 
-// What native handlers, and the toolkit below them, may use without asking.
+// Stack that native handlers and Qt may use without a check.
 constexpr std::size_t reservedStack = std::size_t { 768 } << 10;
 
 const char* stackEndOfThisThread()
@@ -52,14 +52,14 @@ void Engine::removePage(JSGlobalContextRef ctx, PageState* page)
     std::erase(m_pages, page);
 }
 
-PageState* Engine::pageOf(JSContextRef ctx)
+PageState* Engine::findPage(JSContextRef ctx)
 {
     return openPages().find(JSContextGetGlobalContext(ctx));
 }
 
 void Engine::collectGarbage()
 {
-    // A native object that goes may close pages.
+    // A copy: destroying a native object may close pages.
     const std::vector<PageState*> pages = m_pages;
     for (PageState* page : pages) {
         if (std::find(m_pages.begin(), m_pages.end(), page) == m_pages.end())

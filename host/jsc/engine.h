@@ -1,5 +1,5 @@
-// Engine: what all pages share, which is little: every page has a script heap of its own, so that its tasks
-// run and its memory goes whatever the other pages do. What is common is the stack.
+// Engine: what all pages share, mainly the stack. Every page has a script heap of its own, so its microtasks
+// and its memory do not depend on other pages.
 #pragma once
 
 #include "host/engine/page.h"
@@ -15,7 +15,8 @@ class PageState;
 /// Pages hold it, so it lasts until the last of them has closed. [GUI thread]
 class Engine {
 public:
-    /// Calls that may lie on top of each other: host to script or script to native, each counts one.
+    /// The limit of nested calls; one from the host into script or from script into native code counts as
+    /// one.
     static constexpr int maximumNesting = 200;
 
     Engine();
@@ -24,17 +25,17 @@ public:
 
     void addPage(JSGlobalContextRef ctx, PageState* page);
     void removePage(JSGlobalContextRef ctx, PageState* page);
-    /// The page that a running function belongs to; null when it has closed.
-    static PageState* pageOf(JSContextRef ctx);
+    /// The page of a running function; null when the page is closed.
+    static PageState* findPage(JSContextRef ctx);
 
     /// False when one more call could run out of stack.
     bool canNest() const { return m_nesting < maximumNesting && !stackIsShort(); }
-    /// True when less stack is left than native code may count on.
+    /// True when less stack is left than native code may need.
     bool stackIsShort() const { return static_cast<const char*>(__builtin_frame_address(0)) < m_stackEnd; }
     void enter() { ++m_nesting; }
     void leave() { --m_nesting; }
 
-    /// Collects everything now and gives back what wrappers held.
+    /// Collects garbage in all pages now, and releases what collected wrappers held.
     void collectGarbage();
 
 private:

@@ -25,7 +25,7 @@ bool isIdentifier(const QString& key)
     return true;
 }
 
-QString stepOf(const QString& key)
+QString formatStep(const QString& key)
 {
     if (key.size() > maximumPathKey)
         return QStringLiteral("[\"%1...\"]").arg(key.left(maximumPathKey));
@@ -74,7 +74,8 @@ bool FromScript::refuseThrown(JSValueRef exception)
     return refuse(QStringLiteral("reading it threw: ") + facts.text);
 }
 
-// The failure comes up from the innermost value, so the path grows at its front; what is cut is its far end.
+// An error is returned from the innermost value outwards, so the path grows at the front and is cut at the
+// end.
 void FromScript::prependPath(const QString& step)
 {
     m_path.prepend(step);
@@ -237,7 +238,7 @@ bool FromScript::readProperties(JSObjectRef object, KJSVariant& out, int depth)
         KJSVariant& item = pairs.emplace_back(key, KJSVariant()).second;
         if (!takeText(static_cast<std::size_t>(key.size()))
             || (exception ? !refuseThrown(exception) : !readValue(value, item, depth + 1))) {
-            prependPath(stepOf(key));
+            prependPath(formatStep(key));
             return false;
         }
     }
@@ -245,7 +246,7 @@ bool FromScript::readProperties(JSObjectRef object, KJSVariant& out, int depth)
     return true;
 }
 
-// Follows the prototypes without running any script of the page.
+// Walks the prototypes without running script of the page.
 bool FromScript::isPlainData(JSObjectRef object)
 {
     const Prelude& prelude = m_page.prelude();

@@ -1,14 +1,13 @@
-// FromScript: script values on their way to native code.
+// FromScript: converts script values to native values.
 //
-// What is taken: undefined, null, booleans, numbers, strings of any content, BigInts of 64 bits, functions,
-// arrays, objects, and the wrappers of native objects. Objects, those of the page's own classes included, are
-// taken as plain data: their own enumerable properties with string keys, each read once. An array's holes are
-// undefined, and what else it has as properties is dropped.
+// Accepted: undefined, null, booleans, numbers, strings, 64-bit BigInts, functions, arrays, objects, and
+// wrappers of native objects. Objects, including those of the page's own classes, are plain data: their own
+// enumerable properties with string keys, each read once. Holes of an array become undefined; its other
+// properties are dropped.
 //
-// What is refused, with a text that names the place: symbols, proxies, and objects of the language that are
-// more than their properties (Map, Date, Error, Promise, typed arrays and so on, and what inherits from
-// them); cycles; getters that throw; a nesting beyond vexlite::maximumDepth; and what is too much for one
-// call.
+// Refused, with a message that names the place: symbols; proxies; built-in objects with internal data (Map,
+// Date, Error, Promise, typed arrays and so on, and what inherits from them); cycles; getters that throw; a
+// nesting beyond vexlite::maximumDepth; and more data than the limits below.
 #pragma once
 
 #include "host/jsc/api.h"
@@ -21,7 +20,7 @@ namespace engine::jsc {
 
 class PageState;
 
-/// Converts the arguments of one call; the limits hold for all of them together. [GUI thread]
+/// Converts the arguments of one call; the limits are for all of them together. [GUI thread]
 class FromScript {
 public:
     static constexpr std::size_t maximumValues = 1'000'000;
@@ -29,9 +28,9 @@ public:
 
     explicit FromScript(PageState& page);
 
-    /// False leaves `out` in no particular state, and problem() says why. Getters of the page may run.
+    /// False on an error, with `out` undefined and the reason in problem(). Getters of the page may run.
     bool read(JSValueRef value, KJSVariant& out);
-    /// For a person, for example "a symbol can not be passed (at options.list[3])".
+    /// The error for the author of the page, for example "a symbol can not be passed (at options.list[3])".
     QString problem() const;
 
 private:
@@ -57,7 +56,7 @@ private:
     QString m_problem;
     QString m_path;
     bool m_pathIsCut = false;
-    JSObjectRef m_near[8]; ///< the outermost objects that are being read; the others are in m_deep
+    JSObjectRef m_near[8]; ///< the outermost objects being read, to detect cycles; deeper ones are in m_deep
     std::optional<std::unordered_set<JSObjectRef>> m_deep;
 };
 

@@ -6,12 +6,12 @@ namespace engine::jsc {
 
 namespace {
 
-// Longer names are data.
+// Longer names are probably data, which does not repeat.
 constexpr int maximumLength = 128;
 
 } // namespace
 
-KeyNames::Entry& KeyNames::entryOf(JSValueRef name)
+KeyNames::Entry& KeyNames::findEntry(JSValueRef name)
 {
     const auto bits = reinterpret_cast<std::uintptr_t>(name);
     return m_entries[(bits >> 4 ^ bits >> 12) % m_entries.size()];
@@ -19,7 +19,7 @@ KeyNames::Entry& KeyNames::entryOf(JSValueRef name)
 
 QString KeyNames::textOf(JSContextRef ctx, JSValueRef name)
 {
-    Entry& entry = entryOf(name);
+    Entry& entry = findEntry(name);
     if (entry.name == name && entry.isKept)
         return entry.text;
     QString text = stringOf(ctx, name);

@@ -1,4 +1,4 @@
-// KeyNames: the texts of property names, so that a name that comes again is not converted again.
+// KeyNames: a cache of property names converted to QString.
 #pragma once
 
 #include "host/jsc/api.h"
@@ -7,27 +7,27 @@
 
 namespace engine::jsc {
 
-/// A table of fixed size, by the addresses of script strings: the engine lists the same strings for all
-/// objects of the same making. A string is kept as a root from the second time on that it is met, for most
-/// names of dictionaries are met only once. [GUI thread]
+/// A table of fixed size, by the addresses of script strings: the engine returns the same strings for all
+/// objects of the same shape. A string becomes a root when it is seen for the second time, since most names
+/// in dictionaries occur only once. [GUI thread]
 class KeyNames {
 public:
     KeyNames() = default;
     KeyNames(const KeyNames&) = delete;
     KeyNames& operator=(const KeyNames&) = delete;
 
-    /// The text of `name`, a string.
+    /// `name` must be a string.
     QString textOf(JSContextRef ctx, JSValueRef name);
-    /// Gives the roots back.
+    /// Releases the roots.
     void clear(JSContextRef ctx);
 
 private:
     struct Entry {
         JSValueRef name = nullptr;
-        bool isKept = false; ///< else `name` may have been collected, and another be in its place
+        bool isKept = false; ///< is a root; if not, another string may be at this address by now
         QString text;
     };
-    Entry& entryOf(JSValueRef name);
+    Entry& findEntry(JSValueRef name);
 
     std::array<Entry, 256> m_entries;
 };

@@ -12,10 +12,10 @@ namespace engine::jsc {
 
 namespace {
 
-// Of all pages of the process: a function's address is looked up on every call.
+// Of all pages: every call looks up the address of its function.
 constinit PointerMap<OpaqueJSValue, NativeMember> memberFunctions;
 
-// The arguments of one call, on the stack for as many as members usually have.
+// The arguments of one call, on the stack up to the usual number.
 class ArgumentList {
 public:
     ArgumentList() = default;
@@ -39,7 +39,7 @@ public:
         }
         return true;
     }
-    /// How many were begun: after a failure the number of the argument that failed, counted from 1.
+    /// The number of arguments read; after an error that of the wrong one, counted from 1.
     std::size_t size() const { return m_count; }
     JSApiArguments view() { return { m_count ? slot(0) : nullptr, m_count }; }
 
@@ -72,7 +72,7 @@ Answer thrown(JSValueRef error)
     return { nullptr, error, false };
 }
 
-Answer answerOf(PageState& page, const NativeMember& member, const KJSVariant& result)
+Answer makeAnswer(PageState& page, const NativeMember& member, const KJSVariant& result)
 {
     if (result.isEmpty())
         return { JSValueMakeUndefined(page.ctx()) };
@@ -87,7 +87,7 @@ Answer answerOf(PageState& page, const NativeMember& member, const KJSVariant& r
     return { value, convert.thrown() };
 }
 
-// Every call comes this way; by itself the compiler would make it a function of its own.
+// Inlined since every call runs it, which the compiler does not do by itself.
 [[gnu::always_inline]] inline Answer perform(PageState& page, const NativeMember& member, JSObjectRef self,
     const JSValueRef values[], std::size_t count)
 {
@@ -119,7 +119,7 @@ Answer answerOf(PageState& page, const NativeMember& member, const KJSVariant& r
     page.core().call(object, page.env(), member.id, member.access, view, result, failure);
     if (!failure.isEmpty())
         return thrown(ToScript(page, &member).error(failure));
-    return answerOf(page, member, result);
+    return makeAnswer(page, member, result);
 }
 
 JSValueRef callMember(JSContextRef ctx, JSObjectRef function, JSObjectRef thisObject, std::size_t count,
@@ -137,7 +137,7 @@ JSValueRef callMember(JSContextRef ctx, JSObjectRef function, JSObjectRef thisOb
         *exception = answer.thrown;
         return JSValueMakeUndefined(ctx);
     }
-    // Last of all: an object that ends with the call may have called members on its way.
+    // Last: destroying an object of the call may have called members.
     page.prelude().signals->isEnveloped = answer.isEnveloped;
     return answer.value;
 }

@@ -19,7 +19,7 @@ struct NativeMember {
     QString name;
     std::int32_t id;
     JSAccess access;
-    JSObjectRef function; ///< the native one: the getter, or what the method calls
+    JSObjectRef function; ///< the native one: the getter, or the one that the script method calls
 };
 
 /// A native class in one page: the prototype of its wrappers.
@@ -31,13 +31,13 @@ struct NativeClass {
     std::vector<std::unique_ptr<NativeMember>> members;
 };
 
-/// Builds the class for a list of published members. Its script objects are roots until dropClass. [GUI
+/// Makes the class for a list of published members. Its script objects are roots until dropClass(). [GUI
 /// thread]
 std::unique_ptr<NativeClass> makeClass(
     PageState& page, const QString& tag, std::int64_t typeId, IJSMemberList& members);
-/// Gives the roots back; the functions that script still has refuse to be called.
+/// Releases the roots; functions that script still holds throw when called.
 void dropClass(PageState& page, const NativeClass& nativeClass);
-/// True for the function of a member.
+/// Whether this is the function of a member.
 bool isMemberFunction(JSObjectRef function);
 
 } // namespace engine::jsc

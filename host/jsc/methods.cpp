@@ -7,9 +7,9 @@ namespace engine::jsc {
 
 namespace {
 
-// One script a class: what a function closes over is constant to the compiler then, which calls the native
-// function without asking which it is. Pages that look for "[native code]" in the text of a function find it.
-QString sourceOf(const std::vector<MethodSource>& sources)
+// One script for each class: the native functions are constants in it, so the compiler can call them
+// directly. Pages that look for "[native code]" in the source of a function find it.
+QString writeSource(const std::vector<MethodSource>& sources)
 {
     QString parameters = QStringLiteral("signals");
     QString methods;
@@ -28,7 +28,7 @@ QString sourceOf(const std::vector<MethodSource>& sources)
 JSObjectRef makeMethods(PageState& page, const QString& tag, const std::vector<MethodSource>& sources)
 {
     JSContextRef ctx = page.ctx();
-    const Text source(sourceOf(sources));
+    const Text source(writeSource(sources));
     const JSValueRef maker =
         JSEvaluateScript(ctx, source, nullptr, Text(QStringLiteral("nova:") + tag), 1, nullptr);
     if (!maker)

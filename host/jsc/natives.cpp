@@ -21,12 +21,12 @@ int integer(JSContextRef ctx, JSValueRef value)
     return static_cast<int>(JSValueToInt32(ctx, value, nullptr));
 }
 
-// The prelude alone calls these, always with all their arguments; a closed page's calls do nothing.
+// Only the prelude calls these, with all arguments. They do nothing for a closed page.
 template <std::size_t Count, Handler handler>
 JSValueRef callback(JSContextRef ctx, JSObjectRef, JSObjectRef, std::size_t count,
     const JSValueRef arguments[], JSValueRef* exception)
 {
-    PageState* page = Engine::pageOf(ctx);
+    PageState* page = Engine::findPage(ctx);
     if (!page || !page->isLive() || count != Count)
         return JSValueMakeUndefined(ctx);
     const std::shared_ptr<PageState> keep = page->shared_from_this();
@@ -98,7 +98,7 @@ JSValueRef play(PageState& page, JSContextRef ctx, Arguments arguments, JSValueR
 
 JSValueRef isProxy(PageState&, JSContextRef ctx, Arguments arguments, JSValueRef*)
 {
-    // The global object is one as well, of the engine's own making.
+    // The global object has this class too.
     const bool is = JSValueIsObject(ctx, arguments[0]) && arguments[0] != JSContextGetGlobalObject(ctx)
         && JSObjectGetProxyTarget(asObject(arguments[0]));
     return JSValueMakeBoolean(ctx, is);

@@ -5,7 +5,7 @@
 
 namespace engine::jsc {
 
-/// An object of them, for the prelude of a context whose page the engine knows. [GUI thread]
+/// Makes the object of native functions, for a context that was added to the engine. [GUI thread]
 JSObjectRef makeNatives(JSGlobalContextRef ctx);
 
 } // namespace engine::jsc

@@ -24,7 +24,7 @@ JSValueRef evaluateScript(PageState& page, const QString& source, const Text& fi
     return JSEvaluateScript(page.ctx(), Text(source), nullptr, fileName, 1, exception);
 }
 
-// Reports a failure that came before any answer, such as one of syntax.
+// Reports an error before the script ran, such as a syntax error.
 void failTicket(PageState& page, int ticket, JSValueRef exception)
 {
     const Prelude& prelude = page.prelude();
@@ -53,11 +53,12 @@ void JscPage::run(const QString& source, const QString& fileName, Done done)
         return;
     const int ticket = page.addTicket(std::move(done));
     const Text name(fileName);
-    // On the first line of the source, so that lines keep their numbers.
+    // All on the first line of the source, so that line numbers stay right.
     QString body = source;
     if (body.startsWith(QLatin1String("#!")))
         body.replace(0, 2, QStringLiteral("//"));
-    // A text that closes one kind of function and goes on behind it can not close the other kind as well.
+    // Checked as a method as well: source that closes one of the two wrappers, "}); ... (function () {", is a
+    // syntax error in the other.
     const Text asMethod(QStringLiteral("({ async run() {") + body + QStringLiteral("\n}})"));
     const QString wrapped = QStringLiteral("(async function () {") + body + QStringLiteral("\n})");
     JSValueRef exception = nullptr;
@@ -87,8 +88,8 @@ void JscPage::evaluate(const QString& source, Done done)
     page.prelude().call(page.prelude().settle, nullptr, JSValueMakeNumber(page.ctx(), ticket), value);
 }
 
-// Awaits the initialiser first and declares then, in a script of its own: a declaration inside a function
-// would be gone with it.
+// Awaits the initialiser first and then declares the variable in a script of its own: a declaration inside a
+// function would be local to it.
 void JscPage::declareAwaited(int ticket, const QString& awaited, const QString& declaration)
 {
     PageState& page = *m_state;
@@ -125,7 +126,7 @@ QStringList JscPage::propertyNames(const QString& path)
     static const QRegularExpression identifier(QStringLiteral("^[\\p{L}_$][\\p{L}\\p{N}_$]*$"));
     if (!steps.isEmpty() && identifier.match(steps.first()).hasMatch()
         && !JSObjectHasProperty(ctx, asObject(start), Text(steps.first()))) {
-        // Not of the global object: what a script declared with let, const or class.
+        // Declared with let, const or class, so no property of the global object.
         start = evaluateScript(page, steps.takeFirst(), replName(), nullptr);
         if (!start)
             return {};

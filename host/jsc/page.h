@@ -1,4 +1,4 @@
-// JscPage: the page that the host holds.
+// JscPage: the handle of a page, which the host owns.
 #pragma once
 
 #include "host/engine/page.h"

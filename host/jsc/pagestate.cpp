@@ -9,7 +9,7 @@ namespace {
 JSValueRef rejectionUnhandled(
     JSContextRef ctx, JSObjectRef, JSObjectRef, std::size_t count, const JSValueRef arguments[], JSValueRef*)
 {
-    PageState* page = Engine::pageOf(ctx);
+    PageState* page = Engine::findPage(ctx);
     if (page && count == 2) {
         const std::shared_ptr<PageState> keep = page->shared_from_this();
         const NativeScope scope(*page);
@@ -33,8 +33,8 @@ PageState::PageState(std::shared_ptr<Engine> engine, PageHost host)
 {
 }
 
-// Runs inside a collection, where nothing of the API may be called.
-void PageState::collected(JSContextGroupRef, void* page)
+// Called during a collection, in which the API must not be used.
+void PageState::onCollected(JSContextGroupRef, void* page)
 {
     auto* self = static_cast<PageState*>(page);
     if (self->m_sweepPosted)
@@ -63,7 +63,7 @@ void PageState::open(const PageOptions& options)
     m_prelude.load(m_ctx, makeNatives(m_ctx));
     JSGlobalContextSetUnhandledRejectionCallback(m_ctx,
         JSObjectMakeFunctionWithCallback(m_ctx, Text("rejectionUnhandled"), rejectionUnhandled), nullptr);
-    JSContextGroupAddHeapFinalizer(m_group, collected, this);
+    JSContextGroupAddHeapFinalizer(m_group, onCollected, this);
 
     const auto list = [&](const QStringList& texts) {
         std::vector<JSValueRef> none(static_cast<std::size_t>(texts.size()), JSValueMakeUndefined(m_ctx));
@@ -86,11 +86,11 @@ void PageState::close()
     m_host.play = nullptr;
     if (m_depth == 0)
         return tearDown();
-    // Should microtasks be running now, those that follow are not seen any more.
+    // Microtasks may be running: those that follow have no effect.
     m_prelude.call(m_prelude.afterThis, nullptr,
         JSObjectMakeFunctionWithCallback(m_ctx, Text("mute"),
             [](JSContextRef ctx, JSObjectRef, JSObjectRef, std::size_t, const JSValueRef[], JSValueRef*) {
-                if (PageState* page = Engine::pageOf(ctx))
+                if (PageState* page = Engine::findPage(ctx))
                     page->mute();
                 return JSValueMakeUndefined(ctx);
             }));
@@ -100,7 +100,7 @@ void PageState::leaveOutermost()
 {
     if (!m_closing)
         return;
-    // Script that the engine itself has started may still be running, so this waits for the event loop.
+    // Queued: script started by the engine itself may still be on the stack.
     m_muted = true;
     const std::shared_ptr<PageState> self = shared_from_this();
     QMetaObject::invokeMethod(
@@ -133,7 +133,7 @@ void PageState::tearDown()
     if (m_prelude.keys)
         m_prelude.unload();
     m_ctx = nullptr;
-    JSContextGroupRemoveHeapFinalizer(m_group, collected, this);
+    JSContextGroupRemoveHeapFinalizer(m_group, onCollected, this);
     JSGlobalContextRelease(ctx);
     JSContextGroupRelease(m_group);
 }

@@ -1,5 +1,5 @@
-// PageState: one page's script context and everything that hangs on it. It outlasts the Page that the host
-// holds for as long as a call of the page is on the stack.
+// PageState: one page's script context and all that belongs to it. It outlives the host's Page while a call
+// of the page is on the stack.
 #pragma once
 
 #include "host/jsc/engine.h"
@@ -16,28 +16,28 @@
 
 namespace engine::jsc {
 
-/// [GUI thread] Life: open, then closing (close() was called while script of the page runs), then closed.
+/// [GUI thread] States: open, closing (close() was called while script of the page runs), closed.
 class PageState final : public vexlite::ScriptPage, public std::enable_shared_from_this<PageState> {
 public:
     /// Makes the context; open() does the rest.
     PageState(std::shared_ptr<Engine> engine, PageHost host);
     ~PageState() override;
-    /// Announces the page to the core and gives its script what it finds there.
+    /// Adds the page to the core and sets up its global object.
     void open(const PageOptions& options);
 
     /// Closes now, or when the outermost call of the page has returned.
     void close();
-    /// The host has gone: it hears nothing any more.
+    /// The host is gone; its callbacks are not called any more.
     void forgetHost() { m_hostGone = true; }
-    /// False from the moment on when nothing the page does may be seen any more.
+    /// False after mute().
     bool isLive() const { return !m_muted; }
-    /// False when the context itself has gone.
+    /// False when the context was released.
     bool hasContext() const { return m_ctx; }
-    /// Ends what the page can do, before the microtasks of the last call.
+    /// Stops all effects of the page, before the microtasks of its last call run.
     void mute() { m_muted = true; }
 
     Engine& engine() const { return *m_engine; }
-    /// Of an open page only.
+    /// The page must be open.
     vexlite::Core& core() const { return *m_core; }
     JSContextGroupRef group() const { return m_group; }
     JSGlobalContextRef ctx() const { return m_ctx; }
@@ -49,23 +49,23 @@ public:
     Functions& functions() { return m_functions; }
     Promises& promises() { return m_promises; }
     Timers& timers() { return *m_timers; }
-    /// Calls of the page that are on the stack.
+    /// The number of calls of the page on the stack.
     int depth() const { return m_depth; }
 
-    // What script tells the host.
+    // Callbacks into the host.
     void print(const QString& line, bool isError);
     void exitWith(int code);
-    /// Answers what is wrong with the steps, or an empty text.
+    /// Returns the error, or an empty string.
     QString play(const QString& steps);
     void reportThrown(JSValueRef error);
     void reportUncaught(const ErrorFacts& facts);
     void reportUncaught(const QString& text) { reportUncaught({ text, {}, 0, false }); }
 
-    /// Keeps `done` until finish() is called with the ticket.
+    /// Stores `done` until finish() is called with the ticket.
     int addTicket(Page::Done done);
-    /// Hands the outcome to the waiting host from the event loop.
+    /// Calls `done` of the ticket from the event loop.
     void finish(int ticket, const Outcome& outcome);
-    /// Calls `then` with the value that settleWith() awaited for this ticket.
+    /// Stores `then` until awaited() is called with the ticket and the value.
     void addContinuation(int ticket, std::function<void(JSValueRef)> then);
     void awaited(int ticket, JSValueRef value);
 
@@ -76,7 +76,7 @@ public:
 private:
     friend class Entry;
     friend class NativeScope;
-    static void collected(JSContextGroupRef group, void* page);
+    static void onCollected(JSContextGroupRef group, void* page);
     void leaveOutermost();
     void tearDown();
 
@@ -103,15 +103,15 @@ private:
     bool m_sweepPosted = false;
 };
 
-/// A call from the host into the page. Microtasks run when the outermost one ends, and a page that was closed
-/// meanwhile goes then.
+/// A call from the host into the page. When the outermost one ends, microtasks run, and a page that was
+/// closed during the call is torn down.
 class Entry {
 public:
     explicit Entry(PageState& page);
     ~Entry();
     Entry(const Entry&) = delete;
     Entry& operator=(const Entry&) = delete;
-    /// False when the page has closed: there is no context.
+    /// False when the page is closed and there is no context.
     explicit operator bool() const { return m_entered; }
 
 private:

@@ -1,4 +1,4 @@
-// PointerMap: a hash table from addresses to addresses, for the look-ups that every call makes.
+// PointerMap: a fast hash table from pointers to pointers, for look-ups in every call.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@ namespace engine::jsc {
 /// Open addressing; neither keys nor values are owned, and a value is never null.
 template <typename Key, typename Value> class PointerMap {
 public:
-    /// Null when there is no such key.
+    /// Null for an unknown key.
     Value* find(Key* key) const noexcept
     {
         if (m_slots.empty())
@@ -33,7 +33,7 @@ public:
         m_slots[i] = { key, value };
     }
 
-    /// Does nothing when there is no such key.
+    /// Does nothing for an unknown key.
     void erase(Key* key) noexcept
     {
         if (!find(key))
@@ -41,7 +41,7 @@ public:
         std::size_t hole = home(key);
         while (m_slots[hole].key != key)
             hole = next(hole);
-        // What follows moves up, so that no chain is cut.
+        // Later entries of the chain move up to fill the hole.
         for (std::size_t i = next(hole); m_slots[i].key; i = next(i)) {
             const std::size_t distance = (i - home(m_slots[i].key)) & (m_slots.size() - 1);
             if (distance >= ((i - hole) & (m_slots.size() - 1))) {

@@ -6,7 +6,7 @@ namespace engine::jsc {
 
 namespace {
 
-// Frees the memory when the array has gone.
+// Frees the memory when the array was collected.
 JSObjectRef makeSignalArray(JSContextRef ctx, Signals* memory)
 {
     return JSObjectMakeTypedArrayWithBytesNoCopy(
@@ -34,7 +34,7 @@ void Prelude::load(JSGlobalContextRef ctx, JSObjectRef native)
     m_functions = asObject(made);
     JSValueProtect(ctx, m_functions);
 
-    // The object of functions keeps them all.
+    // The object of functions references them all.
     const auto take = [&](const char* name) {
         return asObject(JSObjectGetProperty(ctx, m_functions, Text(name), nullptr));
     };

@@ -1,4 +1,4 @@
-// Prelude: the engine's own script in a page, and the functions of it that the engine calls.
+// Prelude: the engine's own script in a page, and its functions that the engine calls.
 #pragma once
 
 #include "host/jsc/api.h"
@@ -8,10 +8,10 @@
 
 namespace engine::jsc {
 
-/// prelude.js.
+/// The content of prelude.js.
 extern const char* const preludeSource;
 
-/// What a thrown value says.
+/// The parts of a thrown value.
 struct ErrorFacts {
     QString text;
     QString stack;
@@ -19,19 +19,19 @@ struct ErrorFacts {
     bool hasCode = false;
 };
 
-/// The functions that prelude.js answers with, kept as roots. [GUI thread]
+/// The functions that prelude.js returns, as roots. [GUI thread]
 class Prelude {
 public:
-    /// Runs prelude.js; `native` is the object of functions that it calls. Ends the process when that fails:
-    /// the script is part of the program.
+    /// Runs prelude.js; `native` is the object of functions that it calls. Aborts when that fails, since the
+    /// script is part of the program.
     void load(JSGlobalContextRef ctx, JSObjectRef native);
-    /// Gives the roots back. Nothing may be called afterwards.
+    /// Releases the roots. Nothing may be called afterwards.
     void unload();
 
     JSObjectRef nativePrototype = nullptr;
     JSObjectRef signalArray = nullptr;
-    Signals* signals = nullptr; ///< what lies behind that array
-    JSObjectRef keys = nullptr; ///< answers an array of an object's keys, and Signals::keyCount
+    Signals* signals = nullptr; ///< the memory of that array
+    JSObjectRef keys = nullptr; ///< returns an array with an object's keys, and sets Signals::keyCount
     JSObjectRef objectPrototype = nullptr;
     JSObjectRef settle = nullptr;
     JSObjectRef settleWith = nullptr;
@@ -47,8 +47,8 @@ public:
     JSObjectRef spread = nullptr;
     JSObjectRef bare = nullptr;
 
-    /// Calls one of the functions; null with `exception` set when it throws, which only a lack of stack or
-    /// memory makes it do.
+    /// Calls one of the functions. Null, with `exception` set, when it throws, which happens only when stack
+    /// or memory is short.
     template <typename... Values>
     JSValueRef call(JSObjectRef function, JSValueRef* exception, Values... values) const
     {
@@ -56,16 +56,16 @@ public:
         return JSObjectCallAsFunction(m_ctx, function, nullptr, sizeof...(values), arguments, exception);
     }
 
-    /// The Error with "success" false, `code` and `msg`. Never null.
+    /// Makes the Error with "success" false, `code` and `msg`. Never null.
     JSValueRef makeError(int code, const QString& msg) const;
-    /// The Error for a script object that holds these three.
+    /// Makes the Error for a script object with these three properties.
     JSValueRef errorFromObject(JSValueRef failure) const;
     JSValueRef makeTypeError(const QString& message) const;
     JSValueRef makeRangeError(const QString& message) const;
-    /// Reads a thrown value; whatever its getters do stays inside.
+    /// Reads a thrown value; exceptions of its getters are caught.
     ErrorFacts describe(JSValueRef error) const;
 
-    /// The kind of a language object ("Map") whose prototype this is; null for every other object.
+    /// The name of the built-in class ("Map") with this prototype; null for every other object.
     const QString* languageKind(JSObjectRef prototype) const;
 
 private:

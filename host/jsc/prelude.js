@@ -1,11 +1,11 @@
-// Prepares a page and answers the engine's questions about its values. Runs before any script of the page and takes
-// what it needs of the language then, so that nothing the page replaces later changes what happens here. Beyond that,
-// it must not rely on what prototypes hold: no iteration protocol, no assignment of new properties, no methods.
+// Prepares a page and inspects its values for the engine. Runs before any script of the page and keeps the built-in
+// functions that it needs, so that the page can not change its behaviour by replacing them. For the same reason it must
+// not use prototypes: no iteration protocol, no assignment of new properties, no methods.
 (function (native, signalArray) {
     'use strict';
     const { apply, ownKeys } = Reflect;
     const { keys, defineProperty, getOwnPropertyDescriptor, getPrototypeOf } = Object;
-    // What the native functions behind methods inherit, in place of what the page can change.
+    // The prototype of the native functions behind methods, in place of one that the page can change.
     const nativePrototype = { __proto__: null, apply: Function.prototype.apply };
     const { isArray } = Array;
     const { stringify, rawJSON } = JSON;
@@ -37,11 +37,11 @@
         signalArray[1] = names.length;
         return names;
     };
-    // A property of its own, whatever the prototypes say.
+    // Defines an own property, regardless of setters in prototypes.
     const define = (object, name, value, enumerable) =>
         defineProperty(object, name, { __proto__: null, value, writable: true, enumerable, configurable: true });
 
-    // Prototypes of the language, by the names of their kinds: what inherits from one is more than its properties.
+    // Built-in prototypes by class name: objects that inherit from one are no plain data.
     const languagePrototypes = () => {
         const found = [];
         const add = (name, prototype) => {
@@ -67,7 +67,7 @@
         return found;
     };
 
-    // --- Values for a person -------------------------------------------------------------------------------------
+    // --- Values as text ------------------------------------------------------------------------------------------
 
     const maximumItems = 100;
     const maximumNesting = 5;
@@ -229,7 +229,7 @@
     const makeTypeError = (message) => withPageFrames(new TypeErrorType(message));
     const makeRangeError = (message) => withPageFrames(new RangeErrorType(message));
 
-    // [text, stack, code or undefined] of whatever was thrown.
+    // [text, stack, code or undefined] of a thrown value.
     const describeError = (error) => {
         let text = '';
         let stack = '';
@@ -262,7 +262,7 @@
         native.uncaught(facts[0], facts[1], facts[2]);
     };
 
-    // --- Answers -------------------------------------------------------------------------------------------------
+    // --- Results -------------------------------------------------------------------------------------------------
 
     const bigIntAsNumber = (key, value) => (typeof value === 'bigint' ? rawJSON(toText(value)) : value);
     const toJson = (value) => {
@@ -282,7 +282,7 @@
         const facts = describeError(error);
         native.finish(ticket, false, facts[0], '', facts[1], facts[2]);
     };
-    // Awaits an answer and reports it under its ticket.
+    // Awaits a result and reports it with its ticket.
     const settle = async (ticket, value) => {
         let answer;
         try {
@@ -294,7 +294,7 @@
         native.finish(ticket, true, format(answer), toJson(answer), '', undefined);
     };
     const run = (ticket, body) => settle(ticket, apply(body, undefined, []));
-    // The same for a value that the caller wants itself.
+    // The same for a value that the caller itself needs.
     const settleWith = async (ticket, promise) => {
         let answer;
         try {
@@ -344,7 +344,7 @@
         return keys(names);
     };
 
-    // --- What the page finds -------------------------------------------------------------------------------------
+    // --- Globals of the page -------------------------------------------------------------------------------------
 
     const consoleLine = (isError) => function (...values) {
         let line = '';
@@ -403,7 +403,7 @@
     };
     const makeProcess = (argv) => define(globalThis, 'process', { argv, play }, false);
 
-    // NovaExtension: every object is bound when it is first touched and is a plain property from then on.
+    // NovaExtension: every object is bound at its first access and is a plain property from then on.
     const makeRoot = (names) => {
         const root = {};
         for (const name of names) {
@@ -418,7 +418,7 @@
         if (getOwnPropertyDescriptor(root, name)?.get)
             define(root, name, value, true);
     };
-    // Makes an object of methods the prototype of one class, and answers the function that makes its wrappers.
+    // Makes an object of methods the prototype of a class, and returns the function that makes its wrappers.
     const makeClass = (tag, prototype) => {
         defineProperty(prototype, tagSymbol, { __proto__: null, value: tag, configurable: true });
         return () => ({ __proto__: prototype });

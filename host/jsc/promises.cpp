@@ -36,8 +36,8 @@ void Promises::settle(std::int64_t id, JSPromiseState state, const KJSVariant& v
     if (!answer)
         answer = convert.thrown();
     JSObjectCallAsFunction(m_page.ctx(), settle, nullptr, 1, &answer, nullptr);
-    giveBack(settling.resolve);
-    giveBack(settling.reject);
+    unprotect(settling.resolve);
+    unprotect(settling.reject);
 }
 
 void Promises::release(std::int64_t id)
@@ -45,7 +45,7 @@ void Promises::release(std::int64_t id)
     const auto found = m_records.find(id);
     if (found == m_records.end())
         return;
-    giveBack(found->second.promise);
+    unprotect(found->second.promise);
     if (!found->second.resolve)
         m_records.erase(found);
 }
@@ -61,13 +61,13 @@ void Promises::clear()
     auto records = std::move(m_records);
     m_records.clear();
     for (auto& [id, record] : records) {
-        giveBack(record.promise);
-        giveBack(record.resolve);
-        giveBack(record.reject);
+        unprotect(record.promise);
+        unprotect(record.resolve);
+        unprotect(record.reject);
     }
 }
 
-void Promises::giveBack(JSObjectRef& object)
+void Promises::unprotect(JSObjectRef& object)
 {
     if (object)
         JSValueUnprotect(m_page.ctx(), object);

@@ -1,4 +1,4 @@
-// Promises: those that native code has made for the page and not yet settled.
+// Promises: the page's promises that native code made and has not settled.
 #pragma once
 
 #include "host/jsc/api.h"
@@ -10,7 +10,7 @@ namespace engine::jsc {
 
 class PageState;
 
-/// [GUI thread] All calls but clear() from inside an Entry.
+/// [GUI thread] All calls but clear() need an Entry.
 class Promises {
 public:
     explicit Promises(PageState& page)
@@ -19,24 +19,24 @@ public:
     }
 
     bool create(std::int64_t id);
-    /// Settles and forgets the settling side. The promise itself is found until release(), because the call
-    /// that settles it may be the one that answers with it.
+    /// Settles the promise and drops its resolve and reject functions. It can be found until release(),
+    /// because the call that settles it may also return it.
     void settle(std::int64_t id, JSPromiseState state, const KJSVariant& value);
-    /// No answer holds the promise any more.
+    /// No result can contain the promise any more.
     void release(std::int64_t id);
-    /// The promise, or null when there is none of this name any more.
+    /// The promise, or null when it was released.
     JSObjectRef find(std::int64_t id) const;
-    /// Forgets them all, unsettled.
+    /// Drops all, without settling them.
     void clear();
 
 private:
-    /// The promise and its two functions; null is what has been given back.
+    /// The promise and its two functions; null once released.
     struct Record {
         JSObjectRef promise = nullptr;
         JSObjectRef resolve = nullptr;
         JSObjectRef reject = nullptr;
     };
-    void giveBack(JSObjectRef& object);
+    void unprotect(JSObjectRef& object);
 
     PageState& m_page;
     std::unordered_map<std::int64_t, Record> m_records;

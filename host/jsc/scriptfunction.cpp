@@ -44,7 +44,7 @@ std::uint32_t ScriptFunction::Release()
 void ScriptFunction::end()
 {
     if (m_page)
-        m_page->functions().letGo(this);
+        m_page->functions().forget(this);
     delete this;
 }
 
@@ -54,7 +54,7 @@ KResult ScriptFunction::Call(const JSApiArguments& arguments, KJSVariant* result
         *result = {};
     if (!m_page || !m_page->isLive())
         return KR_NOT_AVAILABLE;
-    // The call may end this handle, and the page.
+    // The call may destroy this handle, and the page.
     const std::shared_ptr<PageState> page = m_page->shared_from_this();
     JSObjectRef function = m_function;
     const Entry entry(*page);
@@ -114,7 +114,7 @@ ScriptFunction* Functions::keep(JSObjectRef function)
     return kept;
 }
 
-void Functions::letGo(ScriptFunction* function)
+void Functions::forget(ScriptFunction* function)
 {
     if (!m_kept.erase(function))
         return;
@@ -127,7 +127,7 @@ void Functions::clear()
 {
     while (!m_kept.empty()) {
         ScriptFunction* function = *m_kept.begin();
-        letGo(function);
+        forget(function);
         function->m_page = nullptr;
     }
 }

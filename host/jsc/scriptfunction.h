@@ -11,12 +11,12 @@ namespace engine::jsc {
 
 class PageState;
 
-/// Keeps its script function as long as both it and the page live.
+/// Keeps its script function alive as long as it and the page live.
 class ScriptFunction final : public IJSFunction {
 public:
     KResult QueryInterface(const KIID& iid, void** out) override;
     std::uint32_t AddRef() override { return m_references.fetch_add(1, std::memory_order_relaxed) + 1; }
-    /// [any thread] Another thread than the GUI's leaves the end to the event loop.
+    /// [any thread] On other threads than the GUI thread the object is destroyed from the event loop.
     std::uint32_t Release() override;
 
     KResult Call(const JSApiArguments& arguments, KJSVariant* result) override;
@@ -48,12 +48,12 @@ public:
 
     /// A new handle with one reference for the caller.
     ScriptFunction* keep(JSObjectRef function);
-    /// Lets go of all of them; their handles are dead afterwards.
+    /// Releases all functions; their handles can not be called afterwards.
     void clear();
 
 private:
     friend class ScriptFunction;
-    void letGo(ScriptFunction* function);
+    void forget(ScriptFunction* function);
 
     PageState& m_page;
     std::unordered_set<ScriptFunction*> m_kept;

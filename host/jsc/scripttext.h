@@ -1,4 +1,4 @@
-// Texts as they are written in a script.
+// Formats script source.
 #pragma once
 
 #include <QString>
@@ -6,7 +6,7 @@
 
 namespace engine::jsc {
 
-/// The name of a property in an object literal, whatever it holds.
+/// Formats any property name for an object literal.
 inline QString propertyNameText(const QString& name)
 {
     const auto isPlain = [](QChar unit) {
@@ -19,7 +19,7 @@ inline QString propertyNameText(const QString& name)
     for (const QChar unit : name)
         text += QStringLiteral("\\u%1").arg(unit.unicode(), 4, 16, QLatin1Char('0'));
     text += QLatin1Char('"');
-    // A computed name is a property like every other; a plain one would set the prototype.
+    // Computed, since a plain "__proto__" would set the prototype.
     return name == QLatin1String("__proto__") ? QLatin1Char('[') + text + QLatin1Char(']') : text;
 }
 

@@ -8,7 +8,7 @@ namespace engine::jsc {
 
 namespace {
 
-std::uint64_t hashOf(const QString* const* keys, int count)
+std::uint64_t hashKeys(const QString* const* keys, int count)
 {
     std::uint64_t hash = static_cast<std::uint64_t>(count);
     for (int i = 0; i < count; ++i) {
@@ -31,7 +31,7 @@ bool sameText(const QString& a, const QString& b)
         && !std::memcmp(a.constData(), b.constData(), static_cast<std::size_t>(a.size()) * sizeof(QChar));
 }
 
-// Longer keys are data, not names of members.
+// Longer keys are probably data, which does not repeat.
 constexpr int maximumKeyLength = 128;
 
 } // namespace
@@ -53,7 +53,7 @@ JSObjectRef Shapes::find(JSGlobalContextRef ctx, const QString* const* keys, int
         if (keys[i]->size() > maximumKeyLength)
             return nullptr;
     }
-    const std::uint64_t hash = hashOf(keys, count);
+    const std::uint64_t hash = hashKeys(keys, count);
     Shape& shape = m_shapes[hash >> 56];
     if (shape.hash == hash && shape.keys && shape.is(keys, count)) {
         if (!shape.factory)

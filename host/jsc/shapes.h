@@ -1,4 +1,4 @@
-// Shapes: script functions that make an object of given keys in one go, kept by their keys.
+// Shapes: a cache of script functions that make objects with given keys.
 #pragma once
 
 #include "host/jsc/api.h"
@@ -9,9 +9,8 @@
 
 namespace engine::jsc {
 
-/// A table of fixed size: a list of keys takes the place of another that falls on the same slot. A list gets
-/// its function when it is met for the second time, for most lists of a dictionary are met only once. [GUI
-/// thread]
+/// A table of fixed size, in which a list of keys replaces another in the same slot. A list gets its function
+/// when it is seen for the second time, since most lists in dictionaries occur only once. [GUI thread]
 class Shapes {
 public:
     static constexpr int maximumKeys = 16;
@@ -20,10 +19,10 @@ public:
     Shapes(const Shapes&) = delete;
     Shapes& operator=(const Shapes&) = delete;
 
-    /// The function that takes the values in the order of their keys and answers the object, or null: set the
-    /// properties one by one then. `count` is at most maximumKeys. The keys are copied.
+    /// The function that takes the values in the order of the keys and returns the object. Null when there is
+    /// none: the properties must be set one by one. `count` is at most maximumKeys. The keys are copied.
     JSObjectRef find(JSGlobalContextRef ctx, const QString* const* keys, int count);
-    /// Gives the functions back.
+    /// Releases the functions.
     void clear(JSGlobalContextRef ctx);
 
 private:
@@ -31,7 +30,8 @@ private:
         std::uint64_t hash = 0;
         int count = 0;
         JSObjectRef factory = nullptr;
-        std::unique_ptr<QString[]> keys; ///< deep copies: a module's own text goes with the module
+        std::unique_ptr<QString[]>
+            keys; ///< deep copies: the characters of a literal are gone when its module is unloaded
 
         bool is(const QString* const* wanted, int wantedCount) const;
     };

@@ -49,8 +49,7 @@ void Timers::stop()
 
 void Timers::timerEvent(QTimerEvent* event)
 {
-    // While a native call of the page runs an event loop of its own, the page waits for it, and so does the
-    // timer.
+    // A native call of the page runs a nested event loop: the page, and so the timer, must wait for its end.
     if (!m_page.isLive() || m_page.depth() > 0)
         return;
     const auto found = m_timers.find(event->timerId());
@@ -58,7 +57,7 @@ void Timers::timerEvent(QTimerEvent* event)
         return;
     std::shared_ptr<PageState> keep = m_page.shared_from_this();
     {
-        // On the stack from here on, so the callback may cancel its own timer.
+        // Copied to the stack: the callback may cancel its own timer.
         JSObjectRef callback = found->second.callback;
         const Entry entry(m_page);
         if (!found->second.repeats)
@@ -68,7 +67,7 @@ void Timers::timerEvent(QTimerEvent* event)
         if (exception)
             m_page.reportThrown(exception);
     }
-    // The page may be ours alone by now, and this object is a part of it.
+    // This object is part of the page, which may be destroyed when Entry releases it.
     if (keep.use_count() == 1)
         QMetaObject::invokeMethod(
             QCoreApplication::instance(), [keep = std::move(keep)] {}, Qt::QueuedConnection);

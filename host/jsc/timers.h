@@ -1,5 +1,4 @@
-// Timers: setTimeout and setInterval of one page, and the mailbox through which its work reaches the event
-// loop.
+// Timers: setTimeout and setInterval of one page, and the receiver of its queued calls.
 #pragma once
 
 #include "host/jsc/api.h"
@@ -14,9 +13,9 @@ class PageState;
 /// [GUI thread]
 class Timers final : public QObject {
 public:
-    /// More than these at a time are refused.
+    /// The limit of timers at a time.
     static constexpr int maximumCount = 10000;
-    /// An interval never repeats faster, in milliseconds.
+    /// The shortest interval in milliseconds.
     static constexpr int minimumInterval = 4;
     static constexpr int minimumDelay = 1;
 
@@ -25,11 +24,11 @@ public:
     {
     }
 
-    /// Calls `callback` after `delay` milliseconds, again and again when `repeats`. Answers its number, or 0
+    /// Calls `callback` after `delay` milliseconds, repeatedly if `repeats`. Returns the timer's number, or 0
     /// when there are too many.
     int start(JSObjectRef callback, double delay, bool repeats);
     void cancel(int timer);
-    /// Ends all timers.
+    /// Stops all timers.
     void stop();
     QObject* mailbox() { return this; }
 

@@ -21,7 +21,7 @@ template <typename T> vexlite::Ref<T> ask(IUnknown* object, const KIID& iid)
     return vexlite::Ref<T>::adopt(static_cast<T*>(found));
 }
 
-// Of a size that the compiler knows, so that no comparison is called.
+// The size is a constant, so that the compiler inlines the comparison.
 template <int Size> bool isText(const QString& text, const char16_t (&expected)[Size])
 {
     return text.size() == Size - 1 && !std::memcmp(text.constData(), expected, (Size - 1) * sizeof(QChar));
@@ -196,7 +196,7 @@ JSValueRef ToScript::object(const IJSONValue& source, int depth)
         m_ctx, factory, nullptr, static_cast<std::size_t>(count), values, &m_thrown);
 }
 
-// Sets the properties while the object has no prototype whose setters could take them.
+// Sets the properties while the object has no prototype, whose setters would be called.
 JSValueRef ToScript::wideObject(const IJSONValue& source, int depth)
 {
     const JSValueRef bare = m_page.prelude().call(m_page.prelude().bare, &m_thrown);
@@ -232,7 +232,7 @@ template <typename At> JSValueRef ToScript::makeList(std::size_t count, const At
         }
         return JSObjectMakeArray(m_ctx, count, items, &m_thrown);
     }
-    // Filled first, so that every item has its place and no setter of a prototype is asked.
+    // Filled first: setting existing items calls no setter of a prototype.
     const std::vector<JSValueRef> places(count, JSValueMakeUndefined(m_ctx));
     JSObjectRef array = JSObjectMakeArray(m_ctx, count, places.data(), &m_thrown);
     for (std::size_t i = 0; array && i < count; ++i) {

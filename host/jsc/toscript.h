@@ -1,4 +1,4 @@
-// ToScript: native values on their way to script.
+// ToScript: converts native values to script values.
 #pragma once
 
 #include "host/jsc/api.h"
@@ -11,27 +11,26 @@ namespace engine::jsc {
 
 class PageState;
 
-/// Converts the answers of one call. Runs no script of the page, and nothing that the page has replaced
-/// changes what it makes. What it makes has to stay on the stack until it is handed on, where the collector
-/// looks for it. [GUI thread]
+/// Converts the results of one call. Runs no script of the page and does not depend on anything that the page
+/// can replace. Keep the results on the stack, where the collector finds them. [GUI thread]
 class ToScript {
 public:
     static constexpr std::size_t maximumValues = 16'000'000;
 
-    /// `member` is the one that answers; it gives its name to the classes of objects that it hands out.
+    /// `member` is the called one; classes of objects that it returns are named after it.
     explicit ToScript(PageState& page, const NativeMember* member = nullptr);
 
-    /// Null for what has no script form, an MV_ERROR among them; thrown() is to be thrown then.
+    /// Null for a value that can not be converted, such as MV_ERROR; thrown() must be thrown then.
     JSValueRef value(const MVARIANT& value) { return convert(value, 0); }
-    /// The data of an answer that is just {data, success: true}; null with nothing thrown for every other
-    /// answer.
+    /// The data of a result that is exactly {data, success: true}; null, with nothing thrown, for any other
+    /// result.
     JSValueRef envelopedData(const MVARIANT& value);
     /// An array of `count` values.
     JSValueRef list(std::size_t count, const std::function<const MVARIANT&(std::size_t)>& at)
     {
         return makeList(count, at, 0);
     }
-    /// The Error for what a member left in its exception slot, or for a rejection. Never null.
+    /// The Error for the content of an exception slot, or for a rejection. Never null.
     JSValueRef error(const KJSVariant& failure);
     JSValueRef thrown() const { return m_thrown; }
 

@@ -16,7 +16,7 @@ QString hex(KResult code)
 JSValueRef touchRoot(JSContextRef ctx, JSObjectRef function, JSObjectRef, std::size_t, const JSValueRef[],
     JSValueRef* exception)
 {
-    PageState* page = Engine::pageOf(ctx);
+    PageState* page = Engine::findPage(ctx);
     if (!page || !page->isLive())
         return JSValueMakeUndefined(ctx);
     const std::shared_ptr<PageState> keep = page->shared_from_this();
@@ -75,7 +75,7 @@ JSValueRef Wrappers::touch(JSObjectRef getter, JSValueRef* exception)
     }
     m_rootObjects.emplace(shortName, script);
     const Prelude& prelude = m_page.prelude();
-    // Fails when the page has frozen NovaExtension; the getter then answers every time.
+    // Fails when the page has frozen NovaExtension; the getter is called each time then.
     prelude.call(prelude.bindRoot, nullptr, m_root, makeString(m_page.ctx(), shortName), script);
     return script;
 }
@@ -100,7 +100,7 @@ JSObjectRef Wrappers::make(vexlite::BoundObject bound, const QString& name, bool
     if (const auto found = m_wrappers.find(object); found != m_wrappers.end()) {
         Wrapper& old = *found->second;
         if (old.isAlive()) {
-            // Known already under another name.
+            // It has a wrapper under another name.
             if (stays && old.weak) {
                 JSValueProtect(ctx, old.script);
                 JSWeakRelease(m_page.group(), old.weak);
@@ -112,7 +112,7 @@ JSObjectRef Wrappers::make(vexlite::BoundObject bound, const QString& name, bool
         m_wrappers.erase(found);
         forget(*dead);
     }
-    const NativeClass* nativeClass = classOf(object, *bound.members.get(), name);
+    const NativeClass* nativeClass = findClass(object, *bound.members.get(), name);
     const JSValueRef made = nativeClass
         ? JSObjectCallAsFunction(ctx, nativeClass->factory, nullptr, 0, nullptr, nullptr)
         : nullptr;
@@ -131,7 +131,8 @@ JSObjectRef Wrappers::make(vexlite::BoundObject bound, const QString& name, bool
     return script;
 }
 
-const NativeClass* Wrappers::classOf(IJSExtentionObject* object, IJSMemberList& members, const QString& name)
+const NativeClass* Wrappers::findClass(
+    IJSExtentionObject* object, IJSMemberList& members, const QString& name)
 {
     const std::int64_t typeId = object->GetTypeId();
     for (const auto& known : m_classes) {
@@ -150,7 +151,7 @@ bool Wrappers::isNative(JSObjectRef function) const
     return isMemberFunction(function) || m_rootGetters.count(function);
 }
 
-// Gives back what the wrapper holds. Another wrapper may have come to its address since it was collected.
+// Releases what the wrapper held. There may be a new wrapper at its address by now.
 void Wrappers::forget(Wrapper& wrapper)
 {
     if (m_byScript.find(wrapper.script) == &wrapper)

@@ -1,4 +1,4 @@
-// Wrappers: the script objects that stand for native ones, their classes, and the NovaExtension object.
+// Wrappers: the script objects that represent native ones, their classes, and the NovaExtension object.
 #pragma once
 
 #include "host/jsc/api.h"
@@ -14,18 +14,18 @@ namespace engine::jsc {
 
 class PageState;
 
-/// A native object of the page and the script object that stands for it. Holds one reference to the first.
+/// A native object and the script object that represents it. Holds one reference to the native one.
 struct Wrapper {
     IJSExtentionObject* object;
     const NativeClass* nativeClass;
     JSObjectRef script;
-    JSWeakRef weak; ///< null for an object of NovaExtension, which stays as long as the page
+    JSWeakRef weak; ///< null for an object of NovaExtension, which lives as long as the page
 
     bool isAlive() const { return !weak || JSWeakGetObject(weak); }
 };
 
 /// The wrappers of one page. A wrapper is an ordinary script object, known by its address: property look-ups
-/// on it are as fast as on every other, and page script finds nothing in it to take hold of. [GUI thread]
+/// are as fast as on any other, and page script finds no internals in it. [GUI thread]
 class Wrappers {
 public:
     explicit Wrappers(PageState& page)
@@ -33,34 +33,33 @@ public:
     {
     }
 
-    /// The NovaExtension object; kept until clear().
+    /// Sets the NovaExtension object, which is a root until clear().
     void setRoot(JSObjectRef root);
-    /// The getter behind which an object of NovaExtension waits for its first touch.
+    /// Makes the getter that binds an object of NovaExtension at its first access.
     JSObjectRef makeRootGetter(const QString& shortName);
-    /// Binds that object, or answers the wrapper that there is. Null with `exception` set on failure.
+    /// Binds that object, or returns its existing wrapper. Null with `exception` set on failure.
     JSValueRef touch(JSObjectRef getter, JSValueRef* exception);
-    /// The wrapper of an object that a call handed out, the same one while script holds it. `name` is the
-    /// script name of its class should this be its first. Null when it can not be bound; `status` says why
-    /// then.
+    /// The wrapper of an object that a call returned, the same one as long as script holds it. `name` is the
+    /// script name for its class if that is new. Null, with the reason in `status`, when it can not be bound.
     JSObjectRef wrap(IJSExtentionObject* object, const QString& name, KResult& status);
 
-    /// The wrapper behind a script object, or null.
+    /// The wrapper record of a script object, or null.
     Wrapper* find(JSObjectRef script) const
     {
         Wrapper* wrapper = m_byScript.find(script);
         return wrapper && wrapper->isAlive() ? wrapper : nullptr;
     }
-    /// True for functions of this engine.
+    /// Whether this is a native function of this engine.
     bool isNative(JSObjectRef function) const;
 
-    /// Gives back the objects whose wrappers have been collected.
+    /// Releases the objects whose wrappers were collected.
     void sweep();
-    /// Gives everything back.
+    /// Releases everything.
     void clear();
 
 private:
     JSObjectRef make(vexlite::BoundObject bound, const QString& name, bool stays);
-    const NativeClass* classOf(IJSExtentionObject* object, IJSMemberList& members, const QString& name);
+    const NativeClass* findClass(IJSExtentionObject* object, IJSMemberList& members, const QString& name);
     void forget(Wrapper& wrapper);
 
     PageState& m_page;

@@ -1,5 +1,5 @@
-// Share modes are kept by locks: flock between those that open files this way, and the record locks that
-// other programs put on files they edit.
+// Share modes are implemented with locks: flock among callers of this function; record locks, which other
+// programs set on files that they edit, are respected.
 #include "kbase/file.h"
 
 #include <QFile>
@@ -18,7 +18,7 @@ bool isRegularFile(int file)
     return fstat(file, &facts) == 0 && S_ISREG(facts.st_mode);
 }
 
-/// Whether another process has locked a part of the file against what is wanted.
+/// Whether another process has a record lock that conflicts with this access.
 bool isLockedAgainst(int file, bool writing)
 {
     struct flock lock { };
@@ -27,8 +27,8 @@ bool isLockedAgainst(int file, bool writing)
     return fcntl(file, F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
 }
 
-/// Takes the lock that keeps the share mode; false when somebody has a lock that excludes it. A file system
-/// without locks keeps no share modes.
+/// Takes the lock for the share mode; false when another lock conflicts with it. On a file system without
+/// locks there are no share modes.
 bool lockShareMode(int file, bool shareWriting)
 {
     return flock(file, (shareWriting ? LOCK_SH : LOCK_EX) | LOCK_NB) == 0 || errno != EWOULDBLOCK;
@@ -44,7 +44,7 @@ XHANDLE _XCreateFileW(const char16_t* name, std::uint32_t access, std::uint32_t 
     const bool writing = access & X_GENERIC_WRITE;
     const int mode = !writing ? O_RDONLY : access & X_GENERIC_READ ? O_RDWR : O_WRONLY;
     const QByteArray path = QFile::encodeName(QString::fromUtf16(name));
-    // Without O_NONBLOCK a pipe would wait for its other end.
+    // Without O_NONBLOCK opening a pipe would block until its other end is opened.
     const int file = open(path.constData(), mode | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (file < 0)
         return X_INVALID_HANDLE;
@@ -53,7 +53,7 @@ XHANDLE _XCreateFileW(const char16_t* name, std::uint32_t access, std::uint32_t 
         close(file);
         return X_INVALID_HANDLE;
     }
-    // Descriptor 0 is no null pointer.
+    // So that descriptor 0 does not become a null handle.
     return reinterpret_cast<XHANDLE>(static_cast<std::intptr_t>(file) + 1); // NOLINT(*-int-to-ptr)
 }
 

@@ -17,7 +17,7 @@ XBSTR _XSysAllocStringLen(const char16_t* text, std::uint32_t length)
     if (length > MaxUnits)
         return nullptr;
     const ByteCount bytes = length * sizeof(char16_t);
-    // Zeroed, so that the terminator, and a string without `text`, need no second pass.
+    // Zeroed, which also sets the terminator and the units of a string without `text`.
     auto* block = static_cast<char*>(std::calloc(1, sizeof(ByteCount) + bytes + sizeof(char16_t)));
     if (!block)
         return nullptr;

@@ -1,5 +1,5 @@
-// Conversion of variants: a source is read into one of a few plain forms, then each target type takes what it
-// can.
+// Conversion of variants: a source is converted to one of a few plain types, and from that to the target
+// type.
 #include "kbase/variant.h"
 
 #include <QString>
@@ -32,8 +32,8 @@ bool isText(std::uint16_t type)
     return type == MV_STRING || type == MV_LPSTR || type == MV_LPWSTR;
 }
 
-/// A text source as UTF-16: its own units where it has them, else what was decoded into `decoded`.
-std::u16string_view unitsOf(const MVARIANT& source, QString& decoded)
+/// The UTF-16 units of a string: its own, or those that were decoded into `decoded`.
+std::u16string_view readUnits(const MVARIANT& source, QString& decoded)
 {
     if (source.vt == MV_STRING && source.bstrVal)
         return { source.bstrVal, _XSysStringLen(source.bstrVal) };
@@ -44,12 +44,12 @@ std::u16string_view unitsOf(const MVARIANT& source, QString& decoded)
     return { reinterpret_cast<const char16_t*>(decoded.utf16()), static_cast<std::size_t>(decoded.size()) };
 }
 
-/// Numbers are plain ASCII without blanks; anything else is no number.
-std::string asciiOf(const MVARIANT& source)
+/// For parsing numbers, which are ASCII without blanks; empty for any other string.
+std::string readAscii(const MVARIANT& source)
 {
     QString decoded;
     std::string ascii;
-    for (const char16_t unit : unitsOf(source, decoded)) {
+    for (const char16_t unit : readUnits(source, decoded)) {
         if (unit > 0x7f)
             return {};
         ascii.push_back(static_cast<char>(unit));
@@ -64,7 +64,7 @@ std::optional<std::int64_t> exactInteger(double value)
     return static_cast<std::int64_t>(value);
 }
 
-/// Digits with a sign before and at most zeros behind the point: "12" and "12.0", not "1.2e1".
+/// Accepts a sign, digits, and zeros as decimals: "12" and "12.0", not "1.2e1".
 std::optional<std::int64_t> parseInteger(const std::string& text)
 {
     std::int64_t value;
@@ -100,7 +100,7 @@ std::optional<std::int64_t> toInteger(const MVARIANT& source)
     case MV_DOUBLE:
         return exactInteger(source.dblVal);
     default:
-        return isText(source.vt) ? parseInteger(asciiOf(source)) : std::nullopt;
+        return isText(source.vt) ? parseInteger(readAscii(source)) : std::nullopt;
     }
 }
 
@@ -109,7 +109,7 @@ std::optional<double> toDouble(const MVARIANT& source)
     if (source.vt == MV_DOUBLE)
         return source.dblVal;
     if (isText(source.vt))
-        return parseDouble(asciiOf(source));
+        return parseDouble(readAscii(source));
     const auto integer = toInteger(source);
     if (!integer || exactInteger(static_cast<double>(*integer)) != integer)
         return {};
@@ -121,7 +121,7 @@ std::optional<bool> toBool(const MVARIANT& source)
     if (source.vt == MV_INT64)
         return source.llVal != 0;
     if (isText(source.vt)) {
-        const std::string text = asciiOf(source);
+        const std::string text = readAscii(source);
         if (text == "true" || text == "false")
             return text == "true";
     }
@@ -131,9 +131,8 @@ std::optional<bool> toBool(const MVARIANT& source)
     return *number != 0;
 }
 
-/// The shortest digits that read back as the same number, written out unless the number is very large or
-/// small.
-std::string shortestText(double value)
+/// The shortest digits that parse to the same number, with an exponent only for very large or small numbers.
+std::string formatShortest(double value)
 {
     const double size = std::fabs(value);
     const bool written = size == 0 || (size >= 1e-6 && size < 1e21);
@@ -158,13 +157,13 @@ KResult toText(MVARIANT& target, const MVARIANT& source)
 {
     QString made;
     if (isText(source.vt))
-        return storeText(target, unitsOf(source, made));
+        return storeText(target, readUnits(source, made));
     if (source.vt == MV_BOOL)
         return storeText(target, source.boolVal ? u"true" : u"false");
     if (source.vt == MV_INT32 || source.vt == MV_INT64)
         made = QString::number(*toInteger(source));
     else if (source.vt == MV_DOUBLE && std::isfinite(source.dblVal))
-        made = QString::fromStdString(shortestText(source.dblVal));
+        made = QString::fromStdString(formatShortest(source.dblVal));
     else
         return NotConvertible;
     return storeText(

@@ -1,10 +1,10 @@
-// What the host does with the configuration centre beside the calls of krt/kcc.h.
+// The configuration centre for the host, in addition to krt/kcc.h.
 #pragma once
 
 namespace krt::kcc {
 
-/// Writes what waits to be written and calls the completions that are due. For the host, before pages and
-/// script go; the end of the application does it as well. False when the disk refused. [GUI thread]
+/// Writes pending changes and calls pending completions. The host calls it before it closes pages; the end of
+/// the application does the same. False when writing failed. [GUI thread]
 bool shutdown();
 
 } // namespace krt::kcc

@@ -21,7 +21,7 @@ using nlohmann::json;
 Q_LOGGING_CATEGORY(centreLog, "krt.kcc")
 
 constexpr int Format = 1;
-/// How long a call waits for another process to finish its update.
+/// How long to wait for another process to finish its update.
 constexpr int LockTimeoutMs = 2000;
 constexpr int StaleLockMs = 10000;
 
@@ -30,7 +30,7 @@ void readGroup(const json& group, const QString& userId, CentreValues& values)
     if (!group.is_object())
         throw std::invalid_argument("values that are no object");
     for (const auto& entry : group.items())
-        values.insert({ userId, textFromStored(entry.key()) }, valueFromStored(entry.value()));
+        values.insert({ userId, decodeText(entry.key()) }, decodeValue(entry.value()));
 }
 
 CentreValues parse(const QByteArray& text)
@@ -41,7 +41,7 @@ CentreValues parse(const QByteArray& text)
     CentreValues values;
     readGroup(document.at("shared"), {}, values);
     for (const auto& user : document.at("users").items())
-        readGroup(user.value(), textFromStored(user.key()), values);
+        readGroup(user.value(), decodeText(user.key()), values);
     return values;
 }
 
@@ -50,10 +50,10 @@ QByteArray print(const CentreValues& values)
     json shared = json::object();
     json users = json::object();
     for (auto entry = values.begin(); entry != values.end(); ++entry) {
-        const auto stored = storedValue(entry.value());
+        const auto stored = encodeValue(entry.value());
         Q_ASSERT(stored);
-        json& group = entry.key().userId.isEmpty() ? shared : users[storedText(entry.key().userId)];
-        group[storedText(entry.key().key)] = *stored;
+        json& group = entry.key().userId.isEmpty() ? shared : users[encodeText(entry.key().userId)];
+        group[encodeText(entry.key().key)] = *stored;
     }
     const json document { { "format", Format }, { "shared", shared }, { "users", users } };
     return QByteArray::fromStdString(document.dump(2)) + '\n';

@@ -1,4 +1,4 @@
-// CentreFile: the configuration centre's file on disk. Several processes may use one file.
+// CentreFile: the file of the configuration centre, which several processes may use at the same time.
 #pragma once
 
 #include <QMap>
@@ -8,7 +8,7 @@
 
 namespace krt {
 
-/// Whose value, and its name. The empty user is everybody.
+/// A user and a name. The empty user is for shared values.
 struct CentreKey {
     QString userId;
     QString key;
@@ -19,7 +19,7 @@ struct CentreKey {
 };
 
 using CentreValues = QMap<CentreKey, QVariant>;
-/// What is to become of some keys: a new value, or nothing for a removal.
+/// New values by key; no value removes the key.
 using CentreChanges = QMap<CentreKey, std::optional<QVariant>>;
 
 void applyChanges(const CentreChanges& changes, CentreValues& values);
@@ -30,13 +30,12 @@ public:
     explicit CentreFile(QString path);
 
     const QString& path() const { return m_path; }
-    /// Reads the file into `values`; one that is not there has none. A damaged file is renamed to end in
-    /// ".damaged"
-    /// (".damaged.2", ...), and written anew with `values` as they are, so that what is known of it lives on.
-    /// False when the file can not be read, or not set aside; `values` stays then, too.
+    /// Reads the file into `values`; a missing file has none. A damaged file is renamed to end in ".damaged"
+    /// (".damaged.2", ...) and written again with `values`, which are the last known ones. False, with
+    /// `values` unchanged, when the file can not be read or renamed.
     bool read(CentreValues& values);
-    /// Reads the file into `values` as above, applies `changes` and writes the file anew, all or nothing.
-    /// False, with `values` as they were, when that fails.
+    /// Reads the file into `values` as above, applies `changes`, and replaces the file atomically. False,
+    /// with `values` unchanged, when that fails.
     bool update(CentreValues& values, const CentreChanges& changes);
 
 private:

@@ -13,22 +13,22 @@ namespace krt {
 
 QString dirs::officeInstallRoot()
 {
-    return profile::expanded(profile::current()->directories.officeInstallRoot);
+    return profile::expandPath(profile::current()->directories.officeInstallRoot);
 }
 
 QString dirs::officeData()
 {
-    return profile::expanded(profile::current()->directories.officeData);
+    return profile::expandPath(profile::current()->directories.officeData);
 }
 
 QString dirs::officeHome()
 {
-    return profile::expanded(profile::current()->directories.officeHome);
+    return profile::expandPath(profile::current()->directories.officeHome);
 }
 
 QString dirs::velmoraHome()
 {
-    return profile::expanded(profile::current()->directories.velmoraHome);
+    return profile::expandPath(profile::current()->directories.velmoraHome);
 }
 
 bool dirs::isFileFormatSafe(const QString& path)
@@ -37,8 +37,7 @@ bool dirs::isFileFormatSafe(const QString& path)
     if (!info.isFile() || !info.isReadable())
         return false;
     const QMimeDatabase types;
-    // By name and by content: a program is one under a harmless name, too, and a script without its first
-    // line.
+    // By content and by name: a program may have a harmless name, and a script may have no "#!" line.
     const QMimeType found[] { types.mimeTypeForFile(info, QMimeDatabase::MatchContent),
         types.mimeTypeForFile(info, QMimeDatabase::MatchExtension) };
     const QStringList unsafe = profile::current()->files.unsafeTypes;
@@ -53,7 +52,7 @@ bool dirs::inBlackDownloadDir(const QString& path)
     const auto profile = profile::current();
     const QStringList& directories = profile->directories.blacklistedDownloads;
     return std::any_of(directories.begin(), directories.end(),
-        [&](const QString& directory) { return isPathInside(path, profile::expanded(directory)); });
+        [&](const QString& directory) { return isPathInside(path, profile::expandPath(directory)); });
 }
 
 } // namespace krt

@@ -22,20 +22,19 @@ namespace {
 constexpr int WriteDelayMs = 200;
 constexpr int RetryDelayMs = 5000;
 
-/// The values of one data directory: those of the file as last seen, the changes it has not got yet laid over
-/// them.
+/// The values of one data directory: those last read from the file, with pending changes applied.
 class Centre : public QObject {
 public:
     Centre();
     ~Centre() override { writePending(); }
 
-    /// Turns to the data directory of this moment.
-    void follow();
+    /// Switches to the current data directory.
+    void useDataDirectory();
 
     const CentreValues& values() const { return m_values; }
     bool contains(const CentreKey& key) const { return m_values.contains(key); }
     void change(const CentreKey& key, const std::optional<QVariant>& value);
-    /// Writes `changes` and all that waits.
+    /// Writes `changes` and all pending ones.
     bool write(const CentreChanges& changes);
     bool writePending() { return m_pending.isEmpty() || write({}); }
     void readAgain();
@@ -54,7 +53,7 @@ private:
 
 std::unique_ptr<Centre>& slot()
 {
-    // The data directory is asked for first: what a temporary one holds then outlives the last write.
+    // The data directory is initialised first, so a temporary one is removed after the last write.
     static std::unique_ptr<Centre> centre = (profile::dataDirectory(), nullptr);
     return centre;
 }
@@ -63,11 +62,11 @@ Centre& centre()
 {
     if (!slot()) {
         slot() = std::make_unique<Centre>();
-        // Objects of Qt must not outlive the application; this also writes what waits when it never ran an
-        // event loop.
+        // Qt objects must not outlive the application. This also writes pending changes if there was no event
+        // loop.
         qAddPostRoutine([] { slot().reset(); });
     }
-    slot()->follow();
+    slot()->useDataDirectory();
     return *slot();
 }
 
@@ -82,7 +81,7 @@ Centre::Centre()
         QObject::connect(application, &QCoreApplication::aboutToQuit, this, [] { shutdown(); });
 }
 
-void Centre::follow()
+void Centre::useDataDirectory()
 {
     const QString directory = profile::dataDirectory();
     const QString path = directory.isEmpty() ? QString() : directory + QStringLiteral("/config-centre.json");
@@ -138,7 +137,7 @@ void Centre::complete(Completion completion, bool success, const QString& key, c
 
 void Centre::runCompletions()
 {
-    // A completion may begin the next flush, whose own then waits for its turn in the event loop.
+    // Only those that are due now: a completion may start a flush with another one.
     for (int due = m_completions.size(); due > 0 && !m_completions.isEmpty(); --due)
         m_completions.dequeue()();
 }
@@ -148,7 +147,7 @@ bool serviceOn()
     return profile::serviceOn(QStringLiteral("configCentre"));
 }
 
-template <typename Options> bool acceptable(const QString& key, const Options& options)
+template <typename Options> bool isAcceptable(const QString& key, const Options& options)
 {
     return serviceOn() && !key.isEmpty() && options.mode == 0;
 }
@@ -157,7 +156,7 @@ template <typename Options> bool acceptable(const QString& key, const Options& o
 
 bool setValue(const QString& key, const QVariant& value, const WriteOptions& options)
 {
-    if (!acceptable(key, options) || !storedValue(value))
+    if (!isAcceptable(key, options) || !encodeValue(value))
         return false;
     centre().change({ options.userId, key }, value);
     return true;
@@ -165,13 +164,13 @@ bool setValue(const QString& key, const QVariant& value, const WriteOptions& opt
 
 QVariant value(const QString& key, const QVariant& fallback, const ReadOptions& options)
 {
-    return acceptable(key, options) ? centre().values().value({ options.userId, key }, fallback) : fallback;
+    return isAcceptable(key, options) ? centre().values().value({ options.userId, key }, fallback) : fallback;
 }
 
 bool remove(const QString& key, const WriteOptions& options)
 {
     const CentreKey name { options.userId, key };
-    if (!acceptable(key, options) || !centre().contains(name))
+    if (!isAcceptable(key, options) || !centre().contains(name))
         return false;
     centre().change(name, std::nullopt);
     return true;
@@ -179,7 +178,7 @@ bool remove(const QString& key, const WriteOptions& options)
 
 QVariant flushRead(const QString& key, const QVariant& fallback, const ReadOptions& options)
 {
-    if (!acceptable(key, options))
+    if (!isAcceptable(key, options))
         return fallback;
     centre().readAgain();
     return value(key, fallback, options);
@@ -188,7 +187,7 @@ QVariant flushRead(const QString& key, const QVariant& fallback, const ReadOptio
 bool flushWrite(const QString& key, const QVariant& value, Completion completion, const QVariantMap& context,
     const WriteOptions& options)
 {
-    const bool written = acceptable(key, options) && storedValue(value)
+    const bool written = isAcceptable(key, options) && encodeValue(value)
         && centre().write(CentreChanges { { CentreKey { options.userId, key }, value } });
     centre().complete(completion, written, key, value, context);
     return written;
@@ -199,7 +198,7 @@ bool flushRemove(
 {
     const CentreKey name { options.userId, key };
     bool removed = false;
-    if (acceptable(key, options)) {
+    if (isAcceptable(key, options)) {
         centre().readAgain();
         removed = centre().contains(name) && centre().write(CentreChanges { { name, std::nullopt } });
     }

@@ -21,7 +21,7 @@ QString info::platform()
 
 QString i18n::language(int format, bool useCache)
 {
-    // What held at the first call, whether or not that one asked for the cache.
+    // Cached by the first call, whether or not that one wants the cached value.
     static const profile::Language first = profile::current()->language;
     const profile::Language language = useCache ? first : profile::current()->language;
     if (language.region.isEmpty() || (format != 1 && format != 2))

@@ -18,10 +18,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// As many as the system follows; a path with more of them can not be opened.
+/// The system follows no more; a path with more of them can not be opened.
 constexpr int MaxLinks = 40;
 
-std::deque<std::string> namesOf(const fs::path& path)
+std::deque<std::string> splitPath(const fs::path& path)
 {
     std::deque<std::string> names;
     for (const fs::path& part : path.relative_path())
@@ -29,17 +29,17 @@ std::deque<std::string> namesOf(const fs::path& path)
     return names;
 }
 
-bool begins(const std::vector<std::string>& names, const std::vector<std::string>& directory)
+bool startsWith(const std::vector<std::string>& names, const std::vector<std::string>& directory)
 {
     return names.size() >= directory.size() && std::equal(directory.begin(), directory.end(), names.begin());
 }
 
-/// The names from the root to where an absolute path leads. `seeLink` is told the names of each link on the
-/// way. Nothing when the way is longer than a path may be: links there can not be read.
-template <typename SeeLink>
-std::optional<std::vector<std::string>> resolve(const QString& path, const SeeLink& seeLink)
+/// The names from the root to where an absolute path leads. Calls `onLink` with the names of each link on the
+/// way. Nothing when the way gets longer than a path may be, since links there can not be read.
+template <typename OnLink>
+std::optional<std::vector<std::string>> resolve(const QString& path, const OnLink& onLink)
 {
-    std::deque<std::string> ahead = namesOf(QFile::encodeName(path).toStdString());
+    std::deque<std::string> ahead = splitPath(QFile::encodeName(path).toStdString());
     std::vector<std::string> names;
     fs::path reached("/");
     int links = 0;
@@ -64,13 +64,13 @@ std::optional<std::vector<std::string>> resolve(const QString& path, const SeeLi
             reached = std::move(next);
             continue;
         }
-        seeLink(names);
+        onLink(names);
         names.pop_back();
         if (target.is_absolute()) {
             reached = "/";
             names.clear();
         }
-        const std::deque<std::string> steps = namesOf(target);
+        const std::deque<std::string> steps = splitPath(target);
         ahead.insert(ahead.begin(), steps.begin(), steps.end());
     }
     return names;
@@ -80,9 +80,9 @@ bool leadsInto(const QString& path, const std::vector<std::string>& directory)
 {
     bool throughLinkInside = false;
     const auto names = resolve(path, [&](const std::vector<std::string>& link) {
-        throughLinkInside = throughLinkInside || begins(link, directory);
+        throughLinkInside = throughLinkInside || startsWith(link, directory);
     });
-    return throughLinkInside || !names || begins(*names, directory);
+    return throughLinkInside || !names || startsWith(*names, directory);
 }
 
 } // namespace

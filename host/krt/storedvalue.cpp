@@ -1,7 +1,7 @@
-// Plain JSON wherever JSON has the type: true, 5 (32-bit integer), 1.5, "text", null, lists, maps. Everything
-// else is an object whose one key begins with "$": {"$int64": 5}, {"$uint32": 5}, {"$uint64": 5},
-// {"$undefined": true}, {"$double": "7ff0000000000000"} for an infinity or no number (the bits in
-// hexadecimal); a map of that look is wrapped as {"$map": {...}}.
+// Plain JSON for types that JSON has: true, 5 (32-bit integer), 1.5, "text", null, lists, maps. Other values
+// are an object whose only key begins with "$": {"$int64": 5}, {"$uint32": 5}, {"$uint64": 5},
+// {"$undefined": true}, {"$double": "7ff0000000000000"} for an infinity or NaN (the bits in
+// hexadecimal); a map that looks like one of these is wrapped as {"$map": {...}}.
 #include "host/krt/storedvalue.h"
 
 #include <QMetaType>
@@ -26,7 +26,7 @@ bool looksTagged(const json& object)
     return object.size() == 1 && object.begin().key().rfind('$', 0) == 0;
 }
 
-std::string bitsText(double number)
+std::string formatBits(double number)
 {
     return QString::number(std::bit_cast<quint64>(number), 16).toStdString();
 }
@@ -52,9 +52,9 @@ std::optional<json> store(const QVariant& value, int depth)
         return json { { "$uint64", value.toULongLong() } };
     case QMetaType::Double:
         return std::isfinite(value.toDouble()) ? json(value.toDouble())
-                                               : json { { "$double", bitsText(value.toDouble()) } };
+                                               : json { { "$double", formatBits(value.toDouble()) } };
     case QMetaType::QString:
-        return json(storedText(value.toString()));
+        return json(encodeText(value.toString()));
     case QMetaType::QVariantList: {
         json list = json::array();
         for (const QVariant& item : value.toList()) {
@@ -72,7 +72,7 @@ std::optional<json> store(const QVariant& value, int depth)
             auto stored = store(entry.value(), depth + 1);
             if (!stored)
                 return {};
-            map[storedText(entry.key())] = std::move(*stored);
+            map[encodeText(entry.key())] = std::move(*stored);
         }
         return looksTagged(map) ? json { { "$map", std::move(map) } } : map;
     }
@@ -106,7 +106,7 @@ QVariant restoreMap(const json& stored, int depth)
 {
     QVariantMap map;
     for (const auto& entry : stored.items())
-        map.insert(textFromStored(entry.key()), restore(entry.value(), depth + 1));
+        map.insert(decodeText(entry.key()), restore(entry.value(), depth + 1));
     return map;
 }
 
@@ -142,7 +142,7 @@ QVariant restore(const json& stored, int depth)
     case json::value_t::number_float:
         return stored.get<double>();
     case json::value_t::string:
-        return textFromStored(stored.get_ref<const std::string&>());
+        return decodeText(stored.get_ref<const std::string&>());
     case json::value_t::array: {
         QVariantList list;
         for (const json& item : stored)
@@ -159,7 +159,7 @@ QVariant restore(const json& stored, int depth)
 
 } // namespace
 
-std::string storedText(const QString& text)
+std::string encodeText(const QString& text)
 {
     QString escaped;
     for (int at = 0; at < text.size(); ++at) {
@@ -175,7 +175,7 @@ std::string storedText(const QString& text)
     return escaped.toStdString();
 }
 
-QString textFromStored(const std::string& stored)
+QString decodeText(const std::string& stored)
 {
     const QString escaped = QString::fromStdString(stored);
     QString text;
@@ -193,12 +193,12 @@ QString textFromStored(const std::string& stored)
     return text;
 }
 
-std::optional<json> storedValue(const QVariant& value)
+std::optional<json> encodeValue(const QVariant& value)
 {
     return store(value, 0);
 }
 
-QVariant valueFromStored(const json& stored)
+QVariant decodeValue(const json& stored)
 {
     return restore(stored, 0);
 }

@@ -1,5 +1,5 @@
-// The JSON form of the configuration centre's values and names. What is written reads back the same: every
-// type, every number to its last bit, every UTF-16 unit.
+// Encodes the configuration centre's values and names as JSON, without loss: every type, every bit of a
+// number and every UTF-16 unit.
 #pragma once
 
 #include <QString>
@@ -10,14 +10,14 @@
 
 namespace krt {
 
-/// UTF-8 of any text: U+FFFF and half surrogate pairs become U+FFFF and their four hexadecimal digits.
-std::string storedText(const QString& text);
-QString textFromStored(const std::string& stored);
+/// Encodes any string as UTF-8: U+FFFF and half surrogate pairs become U+FFFF and four hexadecimal digits.
+std::string encodeText(const QString& text);
+QString decodeText(const std::string& stored);
 
-/// Booleans, 32-bit and 64-bit integers, doubles, texts, lists, maps, null (nullptr_t) and undefined
-/// (invalid), nested up to 200 deep. Nothing for a value that holds anything else.
-std::optional<nlohmann::json> storedValue(const QVariant& value);
-/// Throws nlohmann::json::exception or std::invalid_argument for what storedValue() never makes.
-QVariant valueFromStored(const nlohmann::json& stored);
+/// Encodes booleans, 32-bit and 64-bit integers, doubles, strings, lists, maps, null (nullptr_t) and
+/// undefined (invalid), up to 200 levels deep. Nothing for a value with anything else in it.
+std::optional<nlohmann::json> encodeValue(const QVariant& value);
+/// Throws nlohmann::json::exception or std::invalid_argument for JSON that encodeValue() never makes.
+QVariant decodeValue(const nlohmann::json& stored);
 
 } // namespace krt

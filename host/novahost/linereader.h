@@ -1,4 +1,4 @@
-// LineReader: the lines of standard input where it is no terminal, a line at a time from the event loop.
+// LineReader: reads standard input that is no terminal, line by line, from the event loop.
 #pragma once
 
 #include <QByteArray>
@@ -9,10 +9,10 @@ namespace novahost {
 
 class LineReader {
 public:
-    /// `line` is called once for each call of next(), or `end` when there is none any more.
+    /// Each call of next() calls `line` once, or `end` at the end of the input.
     LineReader(std::function<void(const QString&)> line, std::function<void()> end);
 
-    /// Never calls back from inside.
+    /// The callbacks come from the event loop, never from within this call.
     void next();
 
 private:

@@ -6,7 +6,7 @@
 #include "host/novahost/signals.h"
 
 #include "host/profile/directories.h"
-#include "host/suite/dialoganswers.h"
+#include "host/suite/dialogs/dialoganswers.h"
 #include "host/suite/play.h"
 
 #include <QApplication>
@@ -17,7 +17,7 @@
 
 namespace {
 
-/// A file must not get the number of a standard stream that novahost was started without.
+/// Opens missing standard streams, whose numbers other files would get otherwise.
 void fillStandardStreams()
 {
     int file = 0;
@@ -28,8 +28,8 @@ void fillStandardStreams()
         close(file);
 }
 
-/// Qt draws into memory where there is no display, and keeps its run-time files with the suite's state where
-/// the session has no place for them.
+/// Makes Qt draw into memory without a display, and keep its run-time files with the suite's state if the
+/// session has no directory for them.
 void setUpEnvironment()
 {
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
@@ -44,7 +44,7 @@ void setUpEnvironment()
 
 QtMessageHandler s_print = nullptr;
 
-/// Leaves out what Qt says of every dialog that it draws into memory.
+/// Drops the warning that Qt prints for every dialog that it draws into memory.
 void printMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
     if (message != QLatin1String("This plugin does not support propagateSizeHints()"))
@@ -80,7 +80,8 @@ int main(int argc, char** argv)
     const std::unique_ptr<novahost::Suite> suite = novahost::Suite::start(*options, error);
     if (!suite)
         return novahost::fail(novahost::UsageError, error);
-    // Before the page's script: its first turn has ended when a time has passed.
+    // Started before the page's script; a step's time can not end before the script returns to the event
+    // loop.
     QTimer::singleShot(0, [&] { play.begin(); });
     switch (options->command) {
     case novahost::Command::Run:

@@ -15,9 +15,9 @@ namespace {
 
 constexpr char Footer[] = "Services for --without: ";
 
-/// Where the script's own arguments begin: behind the first word after "run" that is neither an option nor an
-/// option's value. After "--" no word is an option.
-int scriptArgumentsBegin(const CLI::App& app, int argc, char** argv)
+/// The index of the script's own arguments: after the first word behind "run" that is neither an option nor
+/// an option's value. After "--" no word is an option.
+int findScriptArguments(const CLI::App& app, int argc, char** argv)
 {
     bool running = false;
     for (int i = 1; i < argc; ++i) {
@@ -38,7 +38,7 @@ int scriptArgumentsBegin(const CLI::App& app, int argc, char** argv)
     return argc;
 }
 
-/// Empty, or what a mask is.
+/// Returns the error, or an empty string.
 std::string checkMask(const std::string& given)
 {
     bool ok = false;
@@ -47,21 +47,21 @@ std::string checkMask(const std::string& given)
               : "a mask is a number below 2^32, such as 64 or 0x40; \"" + given + "\" is none";
 }
 
-std::string errorLines(const CLI::App*, const CLI::Error& error)
+std::string formatError(const CLI::App*, const CLI::Error& error)
 {
     return std::string("novahost: ") + error.what() + "\nRun with --help for more information.\n";
 }
 
-QString text(const std::string& given)
+QString toQString(const std::string& given)
 {
     return QString::fromLocal8Bit(given.c_str());
 }
 
-QStringList texts(const std::vector<std::string>& given)
+QStringList toQStringList(const std::vector<std::string>& given)
 {
     QStringList list;
     for (const std::string& one : given)
-        list.append(text(one));
+        list.append(toQString(one));
     return list;
 }
 
@@ -78,7 +78,7 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     app.set_version_flag("--version", NOVAHOST_VERSION);
     app.footer(Footer + profile::serviceNames().join(QLatin1String(", ")).toStdString());
     app.fallthrough();
-    app.failure_message(errorLines);
+    app.failure_message(formatError);
     app.add_option(
            "--profile", profileFile, "What the suite is: a JSON file (default: a profile that is built in)")
         ->option_text("FILE")
@@ -89,7 +89,7 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     app.add_option("--without", without, "Switch services off, to see what pages are told then")
         ->option_text("SERVICE,...")
         ->delimiter(',')
-        ->allow_extra_args(false); // one word a use
+        ->allow_extra_args(false); // one word each time
     app.add_option("--deny", options.denyMask, "Hide the members whose category shares a bit with this mask")
         ->option_text("MASK")
         ->check(checkMask);
@@ -123,7 +123,7 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     members->add_flag("--json", options.json, "For programs");
     members->add_flag("--unsupported", options.unsupportedOnly, "Only members that are not built yet");
 
-    const int ownArguments = scriptArgumentsBegin(app, argc, argv);
+    const int ownArguments = findScriptArguments(app, argc, argv);
     try {
         app.parse(ownArguments, argv);
     } catch (const CLI::ParseError& error) {
@@ -136,14 +136,14 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
         : eval->parsed()            ? Command::Eval
         : repl->parsed()            ? Command::Repl
                                     : Command::Members;
-    options.profileFile = text(profileFile);
-    options.dataDirectory = text(dataDirectory);
-    options.libraryFile = text(libraryFile);
-    options.without = texts(without);
-    options.play = text(play);
-    options.script = text(script);
-    options.arguments = texts(std::vector<std::string>(argv + ownArguments, argv + argc));
-    options.object = text(object);
+    options.profileFile = toQString(profileFile);
+    options.dataDirectory = toQString(dataDirectory);
+    options.libraryFile = toQString(libraryFile);
+    options.without = toQStringList(without);
+    options.play = toQString(play);
+    options.script = toQString(script);
+    options.arguments = toQStringList(std::vector<std::string>(argv + ownArguments, argv + argc));
+    options.object = toQString(object);
     return options;
 }
 

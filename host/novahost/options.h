@@ -12,25 +12,24 @@ enum class Command { Run, Eval, Repl, Members };
 struct Options {
     Command command = Command::Run;
 
-    QString profileFile;   ///< empty: the default profile
-    QString dataDirectory; ///< empty: a fresh temporary one
-    QString libraryFile;   ///< empty: the one beside this program
+    QString profileFile;   ///< empty for the default profile
+    QString dataDirectory; ///< empty for a new temporary one
+    QString libraryFile;   ///< empty for the one beside this program
     QStringList without;   ///< services to switch off
     std::uint32_t denyMask = 0;
     bool trace = false;
     bool liveCounts = false;
     bool window = false;
-    QString play; ///< what happens meanwhile
+    QString play; ///< steps to play while the page runs
 
     QString script;        ///< run: the file; eval: the expression
     QStringList arguments; ///< run: what follows the file
-    QString object;        ///< members: only this one
+    QString object;        ///< members: lists only this one
     bool json = false;
     bool unsupportedOnly = false;
 };
 
-/// Reads the command line. Nothing when the process is to end with `exitCode`: help was printed, or an error
-/// that names the option.
+/// Parses the command line. Nothing when help or an error was printed: the process must exit with `exitCode`.
 std::optional<Options> readOptions(int argc, char** argv, int& exitCode);
 
 } // namespace novahost

@@ -1,4 +1,4 @@
-// The plays that a page has begun with process.play; they end with it.
+// The plays that a page started with process.play; they end with the page.
 #pragma once
 
 #include "host/suite/play.h"
@@ -10,8 +10,8 @@ namespace novahost {
 /// [GUI thread]
 class PagePlays {
 public:
-    /// Plays steps from the event loop, one after another, each when its time has passed or, without a time,
-    /// at once. Returns an empty text or what is wrong; then nothing is played.
+    /// Plays steps from the event loop, in order; a step without a time follows at once. Returns the error,
+    /// after which nothing is played, or an empty string.
     QString begin(const QString& steps);
 
 private:

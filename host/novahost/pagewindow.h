@@ -5,9 +5,8 @@
 
 namespace novahost {
 
-/// A window with a view in it, empty since pages draw nothing here. As in a suite the view is an X window of
-/// its own inside the window, and the window owns the page's dialogs. Closing it ends the application. [GUI
-/// thread]
+/// A window with a view, which is empty since pages draw nothing here. As in a suite the view is an X window
+/// of its own inside the window, which owns the page's dialogs. Closing it ends the application. [GUI thread]
 class PageWindow final : public QWidget {
 public:
     explicit PageWindow(const QString& title);

@@ -20,7 +20,7 @@ void printCounts(const char* when)
         when, counts.pages, counts.objects, counts.listeners, counts.promises, counts.functions);
 }
 
-/// Runs the event loop for one page until something ends it. What comes first decides the exit code.
+/// Runs the event loop for one page. The first event that ends it decides the exit code.
 class PageRun {
 public:
     PageRun(Suite& suite, const Options& options)
@@ -38,8 +38,7 @@ public:
         QCoreApplication::exit(*m_exitCode);
     }
 
-    /// Calls `begin` within the event loop: what ends the loop then ends a dialog as well that the page opens
-    /// at once.
+    /// Calls `begin` within the event loop, so that a dialog that the page opens at once ends with the loop.
     int wait(const std::function<void()>& begin)
     {
         const QObject context;
@@ -76,7 +75,7 @@ private:
     std::unique_ptr<engine::Page> m_page;
 };
 
-int printAnswer(const engine::Outcome& outcome)
+int printResult(const engine::Outcome& outcome)
 {
     if (!outcome.ok) {
         printError(outcome);
@@ -112,7 +111,7 @@ int evalExpression(Suite& suite, const Options& options)
     PageRun run(suite, options);
     return run.wait([&] {
         run.page().evaluate(
-            options.script, [&](const engine::Outcome& outcome) { run.end(printAnswer(outcome)); });
+            options.script, [&](const engine::Outcome& outcome) { run.end(printResult(outcome)); });
     });
 }
 

@@ -5,11 +5,10 @@
 
 namespace novahost {
 
-/// Runs the file; ends when its body has settled or it called exit. Returns the exit code: 1 for an uncaught
-/// error.
+/// Runs the file until its body has settled or it calls exit. Returns the exit code: 1 for an uncaught error.
 int runScript(Suite& suite, const Options& options);
-/// Prints the expression's awaited answer as JSON, undefined as null; one without a JSON form is an error.
-/// Returns the exit code.
+/// Prints the awaited result of the expression as JSON, undefined as null; a result without a JSON form is an
+/// error. Returns the exit code.
 int evalExpression(Suite& suite, const Options& options);
 
 } // namespace novahost

@@ -17,7 +17,7 @@ struct Held {
     bool ignored;
 };
 
-// A signal handler has no context.
+// Global: a signal handler has no context.
 Held s_signals[] = { { SIGINT, false }, { SIGTERM, false }, { SIGHUP, false } };
 int s_pipe[2] = { -1, -1 };
 
@@ -32,7 +32,7 @@ void setHandler(void (*handler)(int))
     }
 }
 
-// Both run in any thread, in the middle of anything: they call nothing but what is safe in a signal handler.
+// Signal handlers: they run on any thread and may only use async-signal-safe functions.
 void pass(int number)
 {
     const int error = errno;
@@ -77,7 +77,7 @@ void Signals::setNext(std::function<void()> next)
     struct sigaction action = {};
     action.sa_handler = pass;
     action.sa_flags = SA_RESTART;
-    // SIGUSR1 is the script engine's.
+    // SIGUSR1 is used by the script engine.
     sigaction(SIGUSR2, &action, nullptr);
 }
 

@@ -1,5 +1,4 @@
-// Signals: SIGINT, SIGTERM and SIGHUP end the event loop instead of the process; SIGUSR2 goes on with what is
-// played.
+// Signals: SIGINT, SIGTERM and SIGHUP end the event loop instead of the process; SIGUSR2 plays the next step.
 #pragma once
 
 #include <QSocketNotifier>
@@ -8,24 +7,25 @@
 
 namespace novahost {
 
-/// Ends the event loop with 128 + the number of a signal. One that follows before the event loop took the
-/// first, or after it was ended, ends the process at once. Needs an application and hold(). [GUI thread]
+/// Ends the event loop with 128 + the number of the signal. A second signal, before the event loop handled
+/// the first or after it was ended, ends the process at once. Needs an application, and hold() before. [GUI
+/// thread]
 class Signals {
 public:
-    /// From here on the three wait for an event loop; those that are ignored stay so. False when there is no
-    /// way to: they end the process as before.
+    /// From here on the three signals wait for an event loop; ignored ones stay ignored. False on an error,
+    /// after which they end the process as before.
     static bool hold();
 
     Signals();
 
-    /// What SIGINT does in place of ending the event loop; empty to end it again.
+    /// Sets what SIGINT does instead of ending the event loop; empty restores that.
     void setInterrupt(std::function<void()> interrupt) { m_interrupt = std::move(interrupt); }
 
-    /// What SIGUSR2 does, each time, from the event loop. Without one it ends the process.
+    /// Sets what SIGUSR2 does, from the event loop. Without it SIGUSR2 ends the process.
     void setNext(std::function<void()> next);
 
-    /// The exit code of the signal that ended the event loop, or `otherwise`: what the page said while its
-    /// last call returned came too late.
+    /// The exit code of the signal that ended the event loop, which overrides `otherwise`, the page's own;
+    /// `otherwise` without a signal.
     int exitCode(int otherwise) const { return m_exitCode.value_or(otherwise); }
 
 private:

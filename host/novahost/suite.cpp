@@ -4,7 +4,7 @@
 #include "host/novahost/pageplays.h"
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
-#include "host/suite/cloudservice.h"
+#include "host/suite/cloud/cloudservice.h"
 #include "host/suite/play.h"
 
 #include <QCoreApplication>
@@ -21,8 +21,8 @@ namespace {
 constexpr char LibraryName[] = "libvexlitejsapi.so";
 constexpr char EntryName[] = "GetNovaExtensionJsApiObj";
 
-/// Beside this program in the build tree and in the install tree.
-QString libraryBesideProgram()
+/// Searches beside this program, in the build tree and the install tree.
+QString findLibrary()
 {
     const QDir programs(QCoreApplication::applicationDirPath());
     for (const char* place : { "../lib", "../" NOVAHOST_LIBDIR, "." }) {
@@ -34,7 +34,7 @@ QString libraryBesideProgram()
     return {};
 }
 
-vexlite::CoreServices servicesOfProfile()
+vexlite::CoreServices readServices()
 {
     const auto on = [](const char* name) { return profile::serviceOn(QString::fromLatin1(name)); };
     vexlite::CoreServices services;
@@ -92,15 +92,15 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
         error = QStringLiteral("--window: there is no X display; set DISPLAY");
         return nullptr;
     }
-    vexlite::Core& core = vexlite::Core::start(servicesOfProfile());
+    vexlite::Core& core = vexlite::Core::start(readServices());
     core.setDenyMask(options.denyMask);
     if (options.trace)
         core.setTracer(printTracedCall);
     std::unique_ptr<Suite> suite(new Suite);
     suite->m_engine = engine::makeJscEngine();
-    // Before any page: it tells the cloud process of a login before a page that hears of it sends a request.
+    // Before any page is opened: so the cloud process is notified of a login before a page reacts to it.
     suite::CloudService::instance();
-    const QString library = options.libraryFile.isEmpty() ? libraryBesideProgram() : options.libraryFile;
+    const QString library = options.libraryFile.isEmpty() ? findLibrary() : options.libraryFile;
     if (!suite->loadLibrary(library, error))
         return nullptr;
     if (options.window)
@@ -141,7 +141,7 @@ Suite::~Suite()
     krt::kcc::shutdown();
     m_engine.reset();
     suite::CloudService::shutDown();
-    // Objects of the library that are to be deleted later have their destructors in it.
+    // Objects that deleteLater() was called for need the library for their destructors.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     if (m_library.isLoaded())
         m_library.unload();
@@ -162,10 +162,10 @@ std::unique_ptr<engine::Page> Suite::openPage(const QStringList& arguments, engi
     times.creationStart = QDateTime::currentMSecsSinceEpoch();
     options.browser.groupMark1 = times.creationStart + facts.groupMark1OffsetMs;
     options.browser.groupMark2 = times.creationStart + facts.groupMark2OffsetMs;
-    // The page drops this, and the plays with it, when it closes.
+    // Destroyed when the page closes, which ends its plays.
     host.play = [plays = std::make_shared<PagePlays>()](const QString& steps) { return plays->begin(steps); };
     std::unique_ptr<engine::Page> page = m_engine->openPage(options, std::move(host));
-    // The page is empty until its script runs, so it has loaded as soon as it is there.
+    // The page is empty until its script runs, so it has loaded at once.
     times.creationFinish = times.loadStart = times.loadReady = times.loadFinish =
         QDateTime::currentMSecsSinceEpoch();
     vexlite::Core::instance()->updateBrowser(page->context(), options.browser);

@@ -9,22 +9,23 @@
 
 namespace novahost {
 
-/// Started once, and ended in the order that a suite ends: pages, engine, library, core. [GUI thread]
+/// Started once; shuts down in the order of a suite: pages, engine, library, core. [GUI thread]
 class Suite {
 public:
-    /// Loads the profile and makes the data directory, before there is an application. Returns an empty text
-    /// or what to do about the failure.
+    /// Loads the profile and makes the data directory, before there is an application. Returns the error,
+    /// with advice, or an empty string.
     static QString prepare(const Options& options);
-    /// Starts everything; on failure `error` says what to do about it and nothing is left running.
+    /// Starts everything. Null on failure, with the error and advice in `error`, and nothing left running.
     static std::unique_ptr<Suite> start(const Options& options, QString& error);
     ~Suite();
     Suite(const Suite&) = delete;
     Suite& operator=(const Suite&) = delete;
 
     engine::ScriptEngine& scriptEngine() { return *m_engine; }
-    /// A page in a browser as the profile describes it, loaded and ready to run script, which may play.
+    /// Opens a page in a browser with the properties of the profile, ready to run script, which may use
+    /// process.play.
     std::unique_ptr<engine::Page> openPage(const QStringList& arguments, engine::PageHost host);
-    /// The library's function behind members that are not built; null when it does not say.
+    /// The library's function of members that are not built; null if the library does not export it.
     JSMemberInvoke notSupported() const { return m_notSupported; }
 
 private:

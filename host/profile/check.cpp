@@ -17,14 +17,14 @@ namespace {
 using nlohmann::json;
 using Adapter = valijson::adapters::NlohmannJsonAdapter;
 
-QString placeOf(const QByteArray& text, std::size_t byte)
+QString describePosition(const QByteArray& text, std::size_t byte)
 {
     const QByteArray before = text.left(static_cast<int>(byte ? byte - 1 : 0));
     const QString line = QString::fromUtf8(before.mid(before.lastIndexOf('\n') + 1));
     return QStringLiteral("line %1, column %2").arg(before.count('\n') + 1).arg(line.size() + 1);
 }
 
-/// Notes the keys that an object has twice: only the last one would count.
+/// Collects duplicate keys of objects, of which the parser keeps the last only.
 class DuplicateKeys {
 public:
     bool operator()(int, json::parse_event_t event, json& parsed)
@@ -49,10 +49,10 @@ private:
 struct Place {
     QString path;
     const json* value;
-    const json* schema; ///< null where the schema says nothing
+    const json* schema; ///< null where the schema has no rule
 };
 
-const json* schemaBelow(const json& root, const json* schema, const std::string& key)
+const json* findSubschema(const json& root, const json* schema, const std::string& key)
 {
     const json* below = nullptr;
     if (schema->contains("properties") && schema->at("properties").contains(key))
@@ -64,7 +64,7 @@ const json* schemaBelow(const json& root, const json* schema, const std::string&
     return below;
 }
 
-/// Follows a validator's context, "<root>", "[dpi]", "[scale]".
+/// Finds the place that a validator's context describes: "<root>", "[dpi]", "[scale]".
 Place locate(const json& document, const json& schema, const std::vector<std::string>& context)
 {
     Place place { {}, &document, &schema };
@@ -81,35 +81,35 @@ Place locate(const json& document, const json& schema, const std::vector<std::st
             place.value = &place.value->at(key);
             place.path +=
                 (place.path.isEmpty() ? QString() : QStringLiteral(".")) + QString::fromStdString(key);
-            place.schema = schemaBelow(schema, place.schema, key);
+            place.schema = findSubschema(schema, place.schema, key);
         }
     }
     return place;
 }
 
-QString numberText(const json& number)
+QString formatNumber(const json& number)
 {
     return QString::fromStdString(number.dump());
 }
 
-QString rangeText(const json& schema)
+QString describeRange(const json& schema)
 {
     if (schema.contains("minimum") && schema.contains("maximum"))
         return QStringLiteral(" from %1 to %2")
-            .arg(numberText(schema["minimum"]), numberText(schema["maximum"]));
+            .arg(formatNumber(schema["minimum"]), formatNumber(schema["maximum"]));
     if (schema.contains("minimum"))
-        return QStringLiteral(" of at least %1").arg(numberText(schema["minimum"]));
+        return QStringLiteral(" of at least %1").arg(formatNumber(schema["minimum"]));
     return {};
 }
 
-QString typeText(const std::string& type, const json& schema)
+QString describeType(const std::string& type, const json& schema)
 {
     if (type == "boolean")
         return QStringLiteral("true or false");
     if (type == "integer")
-        return QStringLiteral("a whole number") + rangeText(schema);
+        return QStringLiteral("a whole number") + describeRange(schema);
     if (type == "number")
-        return QStringLiteral("a number") + rangeText(schema);
+        return QStringLiteral("a number") + describeRange(schema);
     if (type == "array")
         return QStringLiteral("a list");
     if (type == "object")
@@ -118,7 +118,7 @@ QString typeText(const std::string& type, const json& schema)
                                             : QStringLiteral("a text");
 }
 
-QString expectation(const json& schema)
+QString describeExpectation(const json& schema)
 {
     if (schema.contains("errorMessage"))
         return QString::fromStdString(schema["errorMessage"].get<std::string>());
@@ -130,11 +130,11 @@ QString expectation(const json& schema)
     }
     const json types = schema["type"].is_array() ? schema["type"] : json::array({ schema["type"] });
     for (const json& type : types)
-        choices << typeText(type.get<std::string>(), schema);
+        choices << describeType(type.get<std::string>(), schema);
     return QStringLiteral("must be ") + choices.join(QStringLiteral(" or "));
 }
 
-QStringList unknownKeys(const Place& place)
+QStringList findUnknownKeys(const Place& place)
 {
     QStringList errors;
     const json& known = place.schema->at("properties");
@@ -152,7 +152,7 @@ QStringList unknownKeys(const Place& place)
     return errors;
 }
 
-QStringList missingKeys(const Place& place)
+QStringList findMissingKeys(const Place& place)
 {
     QStringList errors;
     for (const json& key : place.schema->value("required", json::array())) {
@@ -163,20 +163,21 @@ QStringList missingKeys(const Place& place)
     return errors;
 }
 
-/// What is wrong at a place. An object whose only fault lies in its members has nothing to report itself.
-QStringList faults(const Place& place)
+/// The errors at a place. Those in the members of an object are reported for the members.
+QStringList findFaults(const Place& place)
 {
     if (!place.schema)
         return {};
     if (place.value->is_object() && place.schema->at("type") == "object")
-        return place.schema->contains("properties") ? unknownKeys(place) + missingKeys(place) : QStringList();
+        return place.schema->contains("properties") ? findUnknownKeys(place) + findMissingKeys(place)
+                                                    : QStringList();
     if (place.value->is_array() && place.schema->at("type") == "array")
         return {};
     const QString path = place.path.isEmpty() ? QStringLiteral("the profile") : place.path;
-    return { path + QStringLiteral(": ") + expectation(*place.schema) };
+    return { path + QStringLiteral(": ") + describeExpectation(*place.schema) };
 }
 
-QStringList schemaErrors(const json& document, const json& schema)
+QStringList findSchemaErrors(const json& document, const json& schema)
 {
     valijson::Schema rules;
     valijson::SchemaParser().populateSchema(Adapter(schema), rules);
@@ -186,7 +187,7 @@ QStringList schemaErrors(const json& document, const json& schema)
     if (validator.validate(rules, Adapter(document), &results))
         return errors;
     for (const auto& fault : results)
-        errors << faults(locate(document, schema, fault.context));
+        errors << findFaults(locate(document, schema, fault.context));
     errors.removeDuplicates();
     if (errors.isEmpty())
         errors << QStringLiteral("does not follow the profile's schema");
@@ -202,11 +203,11 @@ Checked parseChecked(const QByteArray& text, const json& schema)
         DuplicateKeys duplicates;
         checked.document = json::parse(text.begin(), text.end(), std::ref(duplicates));
         checked.errors = duplicates.found;
-        checked.errors << schemaErrors(checked.document, schema);
+        checked.errors << findSchemaErrors(checked.document, schema);
     } catch (const json::parse_error& error) {
         checked.errors << QStringLiteral(
             "%1: is not JSON; look for a missing quote, comma or bracket before it")
-                              .arg(placeOf(text, error.byte));
+                              .arg(describePosition(text, error.byte));
     } catch (const std::exception& error) {
         checked.errors << QString::fromUtf8(error.what());
     }

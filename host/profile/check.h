@@ -1,4 +1,4 @@
-// Reading a profile's text: syntax, then every key against the schema, with errors that a person can act on.
+// Parses a profile and checks every key against the schema, with errors that a user can act on.
 #pragma once
 
 #include <QByteArray>
@@ -9,8 +9,7 @@ namespace profile {
 
 struct Checked {
     nlohmann::json document;
-    QStringList
-        errors; ///< empty when the document may be used; each names its place: "dpi.scale: must be ..."
+    QStringList errors; ///< each with its place: "dpi.scale: must be ..."; empty when the document is right
 };
 
 /// Parses `text` and checks it against `schema`. Throws nothing.

@@ -16,7 +16,7 @@ struct DataDirectory {
     std::unique_ptr<QTemporaryDir> temporary;
 };
 
-DataDirectory& chosenState()
+DataDirectory& state()
 {
     static DataDirectory directory;
     return directory;
@@ -38,14 +38,14 @@ QString setDataDirectory(const QString& directory)
             return QStringLiteral("data directory \"%1\": may not be written to; choose another one")
                 .arg(directory);
     }
-    std::lock_guard lock(chosenState().mutex);
-    chosenState().chosen = path;
+    std::lock_guard lock(state().mutex);
+    state().chosen = path;
     return {};
 }
 
 QString dataDirectory()
 {
-    DataDirectory& directory = chosenState();
+    DataDirectory& directory = state();
     std::lock_guard lock(directory.mutex);
     if (!directory.chosen.isEmpty())
         return directory.chosen;
@@ -57,16 +57,16 @@ QString dataDirectory()
 
 bool isDataTemporary()
 {
-    std::lock_guard lock(chosenState().mutex);
-    return chosenState().chosen.isEmpty();
+    std::lock_guard lock(state().mutex);
+    return state().chosen.isEmpty();
 }
 
-QString expanded(const QString& path)
+QString expandPath(const QString& path)
 {
     if (path.isEmpty())
         return {};
     QString result = path;
-    // One variable at most, in front: a directory's own name may then hold whatever it likes.
+    // Only one variable, and only at the beginning: names of directories may contain "${".
     if (path.startsWith(QLatin1String("${DATA}")))
         result.replace(0, 7, dataDirectory());
     else if (path.startsWith(QLatin1String("${HOME}")))

@@ -1,4 +1,4 @@
-// Where the stand-in suite keeps its state, and how the profile's paths are read.
+// The directory of the stand-in suite's state, and the paths of the profile.
 #pragma once
 
 #include <QString>
@@ -7,18 +7,17 @@ namespace profile {
 
 // All calls [any thread].
 
-/// Sets the directory below which all state lies, making it where there is none; an empty path means a fresh
-/// temporary one again. Returns an empty text, or why the directory can not be used; the former one then
-/// stays.
+/// Sets the directory of all state, and makes it if it is missing; an empty path means a new temporary one.
+/// Returns the error, or an empty string; after an error the former directory stays.
 QString setDataDirectory(const QString& directory);
-/// The data directory, absolute. Without one set, a temporary one that is made at the first use and removed
-/// when the process ends; empty when even that can not be made.
+/// The data directory, absolute. By default a temporary one, which is made at the first use and removed when
+/// the process ends; empty when it can not be made.
 QString dataDirectory();
-/// Whether dataDirectory() goes when the process ends.
+/// Whether dataDirectory() is removed when the process ends.
 bool isDataTemporary();
 
-/// A path of the profile with the variables ${DATA} and ${HOME} replaced, absolute and cleaned; empty for an
-/// empty path.
-QString expanded(const QString& path);
+/// Replaces the variables ${DATA} and ${HOME} of a path in the profile, and cleans it; empty for an empty
+/// path.
+QString expandPath(const QString& path);
 
 } // namespace profile

@@ -1,5 +1,6 @@
 #include "host/profile/profile.h"
 
+#include "host/profile/accountfields.h"
 #include "host/profile/check.h"
 
 #include <QFile>
@@ -8,7 +9,7 @@
 
 namespace nlohmann {
 
-// How the profile's Qt types are read from JSON that the schema has passed.
+// Conversions to Qt types, of JSON that was checked against the schema.
 template <> struct adl_serializer<QString> {
     static void from_json(const json& from, QString& to)
     {
@@ -34,7 +35,7 @@ template <typename Value> struct adl_serializer<QMap<QString, Value>> {
     }
 };
 
-/// A whole number is an int where it fits, null an invalid value.
+/// An integer becomes an int where it fits, null an invalid QVariant.
 template <> struct adl_serializer<QVariant> {
     static void from_json(const json& from, QVariant& to)
     {
@@ -73,14 +74,46 @@ private:
 
 } // namespace nlohmann
 
-// One line a section: each key is read into the field of its name.
+namespace profile {
+
+template <typename Value> static void readField(const nlohmann::json& from, const char* key, Value& to)
+{
+    if (const auto found = from.find(key); found != from.end())
+        found->get_to(to);
+}
+
+template <typename Record, typename Fields>
+static void readFields(const nlohmann::json& from, Record& to, const Fields& fields)
+{
+    for (const auto& field : fields)
+        std::visit([&](auto member) { readField(from, field.key, to.*member); }, field.member);
+}
+
+} // namespace profile
+
+// In this namespace, where the JSON library looks for them.
+namespace kacctoutsdk {
+
+static void from_json(const nlohmann::json& from, KCompanyInfo& to)
+{
+    profile::readFields(from, to, profile::CompanyFields);
+}
+
+static void from_json(const nlohmann::json& from, KMembership& to)
+{
+    profile::readFields(from, to, profile::MembershipFields);
+}
+
+} // namespace kacctoutsdk
+
+// Reads each key of a section into the field of its name.
 #define PROFILE_SECTION(Section, ...)                                                                        \
     static void from_json(const nlohmann::json& nlohmann_json_j, Section& nlohmann_json_t)                   \
     {                                                                                                        \
         NLOHMANN_JSON_EXPAND(NLOHMANN_JSON_PASTE(NLOHMANN_JSON_FROM, __VA_ARGS__))                           \
     }
 
-// The same for what a list holds: keys that are left out keep the field's own default.
+// The same for an element of a list, in which missing keys keep the default of their field.
 #define PROFILE_ENTRY(Entry, ...)                                                                            \
     static void from_json(const nlohmann::json& nlohmann_json_j, Entry& nlohmann_json_t)                     \
     {                                                                                                        \
@@ -103,12 +136,12 @@ NLOHMANN_JSON_SERIALIZE_ENUM(CloudTab,
 
 PROFILE_ENTRY(DialogAnswer, dialog, accept, files, values)
 PROFILE_ENTRY(CloudFile, tab, path, groupId, parentId, fileId, folder)
-PROFILE_ENTRY(HeldTier, tier, expireTime)
-PROFILE_ENTRY(User, userId, account, nickName, pic, thumbnailLocalPath, email, phoneNumber, status, sex,
-    loginMode, country, province, city, address, postal, companyId, regtime, deviceStatus, isPlus, roleList,
-    members)
-PROFILE_ENTRY(Company, companyId, name, email, phoneNumber, description, address, city, country, province,
-    postal, fax, adminId)
+static void from_json(const nlohmann::json& from, User& to)
+{
+    readFields(from, to, UserFields);
+    readField(from, "members", to.members);
+}
+
 PROFILE_ENTRY(Tier, name, grants)
 PROFILE_SECTION(Account, current, users, companies, tiers)
 PROFILE_SECTION(Dialogs, mode, answers)
@@ -132,7 +165,7 @@ namespace {
 using nlohmann::json;
 using Snapshot = std::shared_ptr<const Profile>;
 
-QByteArray embedded(const QString& name)
+QByteArray readEmbedded(const QString& name)
 {
     QFile file(QStringLiteral(":/novaprofile/") + name);
     if (!file.open(QIODevice::ReadOnly))
@@ -237,12 +270,12 @@ bool switchOff(const QString& service, QString* error)
 
 QByteArray schemaText()
 {
-    return embedded(QStringLiteral("profile.schema.json"));
+    return readEmbedded(QStringLiteral("profile.schema.json"));
 }
 
 QByteArray defaultText()
 {
-    return embedded(QStringLiteral("default_profile.json"));
+    return readEmbedded(QStringLiteral("default_profile.json"));
 }
 
 } // namespace profile

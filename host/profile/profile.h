@@ -1,10 +1,10 @@
-// The suite's profile: one JSON file that says what the stand-in suite is, and which of its services are
-// there.
+// The suite's profile: one JSON file that describes the stand-in suite and enables its services.
 //
-// A profile is an immutable value; load() and switchOff() replace the current one. Adding a section takes a
-// struct here, its line in profile.cpp, its keys in profile.schema.json and its values in
-// default_profile.json.
+// A profile is an immutable value; load() and switchOff() replace the current one. A new section needs a
+// struct here, a line in profile.cpp, its keys in profile.schema.json and its values in default_profile.json.
 #pragma once
+
+#include "suite/kaccountsdk.h"
 
 #include <QByteArray>
 #include <QMap>
@@ -21,7 +21,7 @@ struct Application {
     QString platform;
 };
 
-/// The identity of this installation; texts, empty when unknown.
+/// The identity of this installation; strings are empty when unknown.
 struct Installation {
     QString version;
     QString guid;
@@ -30,7 +30,7 @@ struct Installation {
     QString channel;
 };
 
-/// Paths as the profile has them; expanded() makes them absolute.
+/// Paths may contain variables; expandPath() makes them absolute.
 struct Directories {
     QString officeInstallRoot;
     QString officeData;
@@ -51,23 +51,23 @@ struct Files {
 };
 
 struct Access {
-    QStringList granted; ///< paths as the profile has them
+    QStringList granted; ///< paths, see expandPath()
 };
 
 enum class DialogMode { Auto, Show, Answer };
 enum class DialogKind { Any, File, Files, Folder, Save, Cloud, Panel, Access, Login, Upgrade };
 
-/// What is done with one dialog in the user's place.
+/// The answer to one dialog in place of the user.
 struct DialogAnswer {
-    DialogKind dialog = DialogKind::Any; ///< which one it fits
+    DialogKind dialog = DialogKind::Any; ///< the kind that it fits
     bool accept = true;
-    QStringList files; ///< paths as the profile has them
+    QStringList files; ///< paths, see expandPath()
     QVariantMap values;
 };
 
 struct Dialogs {
     DialogMode mode = DialogMode::Auto;
-    std::vector<DialogAnswer> answers; ///< in the order of their use
+    std::vector<DialogAnswer> answers; ///< used in this order
 };
 
 enum class CloudTab { Recent, Cloud, Share, Favorite, Company };
@@ -82,68 +82,28 @@ struct CloudFile {
     bool folder = false;
 };
 
-/// What a user's account holds of a tier.
-struct HeldTier {
-    QString tier;
-    qint64 expireTime = 0; ///< milliseconds since 1970; 0 for never
+/// `members` have only tiers and times; isMember is not set.
+struct User : kacctoutsdk::KUserInfo {
+    std::vector<kacctoutsdk::KMembership> members;
 };
 
-struct User {
-    QString userId;
-    QString account;
-    QString nickName;
-    QString pic;
-    QString thumbnailLocalPath;
-    QString email;
-    QString phoneNumber;
-    QString status;
-    QString sex;
-    QString loginMode;
-    QString country;
-    QString province;
-    QString city;
-    QString address;
-    QString postal;
-    QString companyId;
-    qint64 regtime = 0; ///< milliseconds since 1970
-    QString deviceStatus;
-    bool isPlus = false;
-    QStringList roleList;
-    std::vector<HeldTier> members;
-};
-
-struct Company {
-    QString companyId;
-    QString name;
-    QString email;
-    QString phoneNumber;
-    QString description;
-    QString address;
-    QString city;
-    QString country;
-    QString province;
-    QString postal;
-    QString fax;
-    QString adminId;
-};
-
-/// A membership tier, and which of "nova", "folio" and "super" its members are.
+/// A membership tier, and the kinds of membership ("nova", "folio", "super") that it counts as.
 struct Tier {
     QString name;
     QStringList grants;
 };
 
-/// What the account service knows.
+/// The data of the account service.
 struct Account {
-    QString current; ///< the user who is signed in at first, or empty
+    QString current; ///< the id of the user who is signed in at first, or empty
     std::vector<User> users;
-    std::vector<Company> companies;
+    std::vector<kacctoutsdk::KCompanyInfo> companies;
     std::vector<Tier> tiers;
 };
 
 /// The cloud process.
 struct Cloud {
-    QString program;                 ///< a path as the profile has it; empty for the one beside this program
+    QString program;                 ///< see expandPath(); empty for the one beside this program
     qint64 uploadBytesPerSecond = 0; ///< 0 for no limit
 };
 
@@ -158,10 +118,10 @@ struct Dpi {
 
 struct Log {
     int maxFileSizeKiB = 0; ///< 1 to 1048576
-    int keptFiles = 0;      ///< full files kept beside the current one, 0 to 1000
+    int keptFiles = 0;      ///< rotated files kept beside the current one, 0 to 1000
 };
 
-/// What pages are told of the browser that shows them.
+/// The browser that shows the pages.
 struct Browser {
     QString applicationId;
     QString sessionId;
@@ -190,19 +150,18 @@ struct Profile {
 
 // All calls [any thread].
 
-/// Replaces the current profile by the default with the keys of `file` laid over it. Returns an empty text,
-/// or what is wrong, one line for each wrong key; the current profile then stays.
+/// Makes the keys of `file`, merged into the default profile, the current one. Returns the errors, one line
+/// for each wrong key; the current profile stays then.
 QString load(const QString& file);
-/// The profile as it is at this moment: the default until load() succeeds. Never null; what is returned never
-/// changes.
+/// The current profile; the default until load() succeeds. Never null, and immutable.
 std::shared_ptr<const Profile> current();
 
 /// The names of the services, sorted.
 const QStringList& serviceNames();
-/// Whether a service is there; an unknown name is not.
+/// Whether a service is enabled; false for an unknown name.
 bool serviceOn(const QString& service);
-/// Takes a service away until the next load(). False for an unknown name, with the reason in `error` unless
-/// null.
+/// Disables a service until the next load(). False for an unknown name, with a message in `error` unless that
+/// is null.
 bool switchOff(const QString& service, QString* error);
 
 /// The JSON Schema that a profile is checked against, and the default profile: JSON in UTF-8.

@@ -9,12 +9,12 @@ namespace suite {
 
 namespace {
 
-bool mayAccess(const QString& path, int mode)
+bool canAccess(const QString& path, int mode)
 {
     return access(QFile::encodeName(path).constData(), mode) == 0;
 }
 
-QString nearestExistingAbove(const QString& path)
+QString findExistingAncestor(const QString& path)
 {
     QString above = QFileInfo(path).path();
     while (!QFileInfo::exists(above) && above != QFileInfo(above).path())
@@ -24,27 +24,27 @@ QString nearestExistingAbove(const QString& path)
 
 } // namespace
 
-bool processMay(const QString& path, FileUse use)
+bool canUse(const QString& path, FileUse use)
 {
     if (!QDir::isAbsolutePath(path))
         return false;
     const QFileInfo info(path);
     if (info.exists())
-        return mayAccess(path, use == FileUse::Exists ? F_OK : use == FileUse::Reads ? R_OK : R_OK | W_OK);
+        return canAccess(path, use == FileUse::Exists ? F_OK : use == FileUse::Reads ? R_OK : R_OK | W_OK);
     if (use != FileUse::Writes || info.isSymLink())
         return false;
-    const QString above = nearestExistingAbove(path);
-    return QFileInfo(above).isDir() && mayAccess(above, W_OK | X_OK);
+    const QString above = findExistingAncestor(path);
+    return QFileInfo(above).isDir() && canAccess(above, W_OK | X_OK);
 }
 
-QString whyNotWritable(const QString& path)
+QString findWriteError(const QString& path)
 {
     const QFileInfo info(path);
     if (!info.dir().exists())
         return QStringLiteral("The folder \"%1\" does not exist.").arg(info.path());
     if (info.isDir())
         return QStringLiteral("\"%1\" is a folder.").arg(path);
-    if (!processMay(path, FileUse::Writes))
+    if (!canUse(path, FileUse::Writes))
         return QStringLiteral("\"%1\" can not be written to.").arg(path);
     return {};
 }

@@ -1,4 +1,4 @@
-// What this process may do with a file, as the system says.
+// What the system lets this process do with a file.
 #pragma once
 
 #include <QString>
@@ -7,12 +7,12 @@ namespace suite {
 
 enum class FileUse { Exists, Reads, Writes };
 
-/// Whether the process may use an absolute path like this. Where nothing is yet, writing is up to the nearest
-/// directory above that exists. A link that leads nowhere can not be used at all. [any thread]
-bool processMay(const QString& path, FileUse use);
+/// Whether the process may use an absolute path in this way. A path that does not exist may be written to if
+/// the nearest existing directory above may. A broken link can not be used at all. [any thread]
+bool canUse(const QString& path, FileUse use);
 
-/// Empty when a file can be written under this name, now and in a directory that is there already; else what
-/// is in the way, for the user. [any thread]
-QString whyNotWritable(const QString& path);
+/// Returns why no file can be written under this name, for the user; empty when it can. The directory must
+/// exist. [any thread]
+QString findWriteError(const QString& path);
 
 } // namespace suite

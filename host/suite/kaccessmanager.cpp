@@ -1,11 +1,11 @@
-// Access to files: what the process may do, in directories that the profile or the user has granted.
+// Access to files: a page may use those that the process can use and the profile or the user has granted.
 #include "suite/kaccessmanager.h"
 
 #include "host/krt/pathinside.h"
 #include "host/profile/directories.h"
-#include "host/suite/dialoganswers.h"
+#include "host/suite/dialogs/dialoganswers.h"
+#include "host/suite/dialogs/modal.h"
 #include "host/suite/fileuse.h"
-#include "host/suite/modal.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -16,13 +16,13 @@ namespace {
 
 using suite::FileUse;
 
-FileUse useOf(int accessType)
+FileUse toFileUse(int accessType)
 {
     return accessType == 0 ? FileUse::Exists : accessType == 1 ? FileUse::Reads : FileUse::Writes;
 }
 
-/// Where the system takes an absolute path, links and parent steps followed as far as it exists.
-QString targetOf(const QString& path)
+/// Where an absolute path leads: links and parent steps are followed as far as it exists.
+QString resolveTarget(const QString& path)
 {
     QString existing = path;
     while (!QFileInfo::exists(existing) && existing != QFileInfo(existing).path())
@@ -31,14 +31,14 @@ QString targetOf(const QString& path)
         QFileInfo(existing).canonicalFilePath() + QLatin1Char('/') + path.mid(existing.size()));
 }
 
-/// A path is granted only when all ways to read its parent steps lead into the directory.
-bool liesIn(const QString& path, const QString& directory)
+/// Parent steps can be resolved before or after links; both ways must lead into the directory.
+bool isInside(const QString& path, const QString& directory)
 {
-    return krt::isPathInside(targetOf(path), directory)
+    return krt::isPathInside(resolveTarget(path), directory)
         && krt::isPathInside(QDir::cleanPath(path), directory);
 }
 
-QString purposeOf(FileUse use)
+QString describeUse(FileUse use)
 {
     switch (use) {
     case FileUse::Exists:
@@ -57,61 +57,61 @@ public:
         const char16_t* path, bool requestIfNoPermission, int accessType, bool showRequestFailedTip) override
     {
         const QString file = path ? QString::fromUtf16(path) : QString();
-        const FileUse use = useOf(accessType);
-        if (suite::processMay(file, use)
-            && (granted(file, use) || (requestIfNoPermission && requested(file, use))))
+        const FileUse use = toFileUse(accessType);
+        if (suite::canUse(file, use)
+            && (isGranted(file, use) || (requestIfNoPermission && request(file, use))))
             return true;
         if (showRequestFailedTip)
-            tellRefused(file);
+            reportRefusal(file);
         return false;
     }
 
 private:
     struct Grant {
-        QString path; ///< where it led when it was granted
+        QString path; ///< resolved when it was granted
         FileUse use;
     };
 
-    bool granted(const QString& file, FileUse use) const
+    bool isGranted(const QString& file, FileUse use) const
     {
         const auto profile = profile::current();
         const QStringList& directories = profile->access.granted;
         return std::any_of(directories.begin(), directories.end(),
-                   [&](const QString& directory) { return liesIn(file, profile::expanded(directory)); })
+                   [&](const QString& directory) { return isInside(file, profile::expandPath(directory)); })
             || std::any_of(m_grants.begin(), m_grants.end(),
-                [&](const Grant& grant) { return use <= grant.use && liesIn(file, grant.path); });
+                [&](const Grant& grant) { return use <= grant.use && isInside(file, grant.path); });
     }
 
-    bool requested(const QString& file, FileUse use)
+    bool request(const QString& file, FileUse use)
     {
-        // What it leads to before the question is what the user is asked about.
-        const QString target = targetOf(file);
-        if (!consented(target, use))
+        // Resolved once: the user is asked about this target, which may have changed afterwards.
+        const QString target = resolveTarget(file);
+        if (!askUser(target, use))
             return false;
         m_grants.push_back({ target, use });
         return true;
     }
 
-    static bool consented(const QString& target, FileUse use)
+    static bool askUser(const QString& target, FileUse use)
     {
-        if (dialogs::answered()) {
-            const auto answer = dialogs::take(profile::DialogKind::Access);
+        if (dialogs::areAnswered()) {
+            const auto answer = dialogs::takeAnswer(profile::DialogKind::Access);
             return answer && answer->accept;
         }
         const QString question =
-            QStringLiteral("A page wants to %1 \"%2\". Allow this?").arg(purposeOf(use), target);
+            QStringLiteral("A page wants to %1 \"%2\". Allow this?").arg(describeUse(use), target);
         return dialogs::ask(nullptr, QMessageBox::Question, QStringLiteral("Access to files"), question,
                    QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
             == QMessageBox::Yes;
     }
 
-    static void tellRefused(const QString& file)
+    static void reportRefusal(const QString& file)
     {
         const QString text = QStringLiteral("A page gets no access to \"%1\".").arg(file);
-        if (dialogs::answered())
+        if (dialogs::areAnswered())
             dialogs::warn(text);
         else
-            dialogs::tell(nullptr, QStringLiteral("Access to files"), text);
+            dialogs::inform(nullptr, QStringLiteral("Access to files"), text);
     }
 
     std::vector<Grant> m_grants;

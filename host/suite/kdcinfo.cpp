@@ -1,6 +1,6 @@
 // Data collection of the stand-in: nothing leaves the machine. Every event becomes a line of telemetry.jsonl
-// below the data directory, those that sampling leaves out as well: "sent" tells which ones a real service
-// would have got.
+// in the data directory, including those that sampling drops: "sent" is true for those that a real service
+// would get.
 #include "suite/kdcinfo.h"
 
 #include "host/profile/directories.h"
@@ -19,31 +19,31 @@ namespace {
 
 Q_LOGGING_CATEGORY(dataLog, "suite.kdcinfo")
 
-/// How many UTF-16 units the names and values of one event's fields may have together.
+/// The limit of the names and values of one event's fields together, in UTF-16 units.
 constexpr int MaxRecordedUnits = 1 << 20;
 
-/// The fields in the order of their names, without the `omitted` ones that have no room.
-QJsonObject recordable(const QHash<QString, QString>& fields, int& omitted)
+/// The fields in the order of their names, without the `omitted` ones that have no available.
+QJsonObject collectFields(const QHash<QString, QString>& fields, int& omitted)
 {
-    // In order each name is appended; anywhere else all that follow it would move.
+    // QJsonObject is sorted: inserting in order only appends.
     QStringList names = fields.keys();
     std::sort(names.begin(), names.end());
-    QJsonObject texts;
-    int room = MaxRecordedUnits;
+    QJsonObject recorded;
+    int available = MaxRecordedUnits;
     for (const QString& name : names) {
-        const QString text = fields.value(name);
-        if (name.size() > room || text.size() > room - name.size()) {
+        const QString value = fields.value(name);
+        if (name.size() > available || value.size() > available - name.size()) {
             ++omitted;
             continue;
         }
-        room -= name.size() + text.size();
-        texts.insert(name, text);
+        available -= name.size() + value.size();
+        recorded.insert(name, value);
     }
-    return texts;
+    return recorded;
 }
 
-/// True one time in `probability`; always for 1 and less.
-bool drawn(int probability)
+/// True once in `probability` times; always for 1 and less.
+bool isSampled(int probability)
 {
     return probability <= 1 || QRandomGenerator::global()->bounded(probability) == 0;
 }
@@ -54,14 +54,14 @@ public:
         int probability, bool immediately) override
     {
         int omitted = 0;
-        const QJsonObject texts = recordable(fields, omitted);
+        const QJsonObject recorded = collectFields(fields, omitted);
         QJsonObject record {
             { QStringLiteral("time"), QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs) },
             { QStringLiteral("event"), eventName },
-            { QStringLiteral("fields"), texts },
+            { QStringLiteral("fields"), recorded },
             { QStringLiteral("probability"), probability },
             { QStringLiteral("immediately"), immediately },
-            { QStringLiteral("sent"), drawn(probability) },
+            { QStringLiteral("sent"), isSampled(probability) },
         };
         if (omitted > 0)
             record.insert(QStringLiteral("omitted"), omitted);

@@ -6,5 +6,5 @@
 
 bool kpluginconfig::inPluginDownloadDir(const QString& path)
 {
-    return krt::isPathInside(path, profile::expanded(profile::current()->directories.pluginDownloads));
+    return krt::isPathInside(path, profile::expandPath(profile::current()->directories.pluginDownloads));
 }

@@ -1,4 +1,4 @@
-// The log file, logs/suite.log below the data directory. One record a line, its parts separated by tabs:
+// The log file, logs/suite.log in the data directory. One record a line, its fields separated by tabs:
 // local ISO time with its offset, level (info, warning, error), module, text.
 #include "suite/kxloggerlite.h"
 
@@ -19,9 +19,9 @@ namespace {
 
 using Sink = spdlog::sinks::rotating_file_sink_st;
 
-/// Keeps a record on its line and its parts apart: "\n", "\t", "\\", and "\u2028" for other controls and
+/// Escapes what would break a line or a field: "\n", "\t", "\\", and "\u2028" for other controls and
 /// separators.
-std::string escaped(const std::wstring& text)
+std::string escape(const std::wstring& text)
 {
     QString result;
     for (const QChar unit : QString::fromStdWString(text)) {
@@ -49,13 +49,13 @@ std::string escaped(const std::wstring& text)
     return result.toStdString();
 }
 
-/// The open file, and what it was opened by.
+/// The open file, with the settings that it was opened with.
 class LogFile {
 public:
     void write(spdlog::level::level_enum level, const std::wstring& module, const std::wstring& text)
     {
-        const std::string name = escaped(module);
-        const std::string line = escaped(text);
+        const std::string name = escape(module);
+        const std::string line = escape(text);
         std::lock_guard lock(m_mutex);
         open();
         m_sink->log(spdlog::details::log_msg(name, level, line));
@@ -72,7 +72,7 @@ private:
             return;
         m_sink.reset();
         const QString logs = directory + QStringLiteral("/logs");
-        // Asked beforehand: the sink would try several times, with pauses, for every record.
+        // Checked first: the sink would try several times, with pauses, for every record.
         if (directory.isEmpty() || !QDir().mkpath(logs) || !QFileInfo(logs).isWritable())
             throw spdlog::spdlog_ex("the log can not be written");
         m_sink = std::make_unique<Sink>((logs + QStringLiteral("/suite.log")).toStdString(),
@@ -98,7 +98,7 @@ void write(spdlog::level::level_enum level, const std::wstring& module, const st
         static LogFile file;
         file.write(level, module, text);
     } catch (const std::exception&) {
-        // Dropped: a log that can not be written has nobody to tell.
+        // The record is dropped: a failing log can not be logged.
     }
 }
 

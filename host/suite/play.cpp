@@ -1,7 +1,7 @@
 #include "host/suite/play.h"
 
-#include "host/suite/accountservice.h"
-#include "host/suite/cloudservice.h"
+#include "host/suite/account/accountservice.h"
+#include "host/suite/cloud/cloudservice.h"
 
 #include <QRegularExpression>
 #include <algorithm>
@@ -10,27 +10,26 @@ namespace suite {
 
 namespace {
 
-template <typename Entry>
-bool names(const std::vector<Entry>& entries, QString Entry::*name, const QString& wanted)
+template <typename Entry, typename Record>
+bool contains(const std::vector<Entry>& entries, QString Record::*name, const QString& wanted)
 {
-    return std::any_of(
-        entries.begin(), entries.end(), [&](const Entry& entry) { return entry.*name == wanted; });
+    return std::ranges::find(entries, wanted, name) != entries.end();
 }
 
-QString faultOfLogin(const PlayStep& step)
+QString checkLogin(const PlayStep& step)
 {
     const auto profile = profile::current();
-    if (!step.subject.isEmpty() && !names(profile->account.users, &profile::User::userId, step.subject))
+    if (!step.subject.isEmpty() && !contains(profile->account.users, &profile::User::userId, step.subject))
         return QStringLiteral("the profile has no user \"%1\"").arg(step.subject);
     return profile->account.users.empty() ? QStringLiteral("the profile has no users") : QString();
 }
 
-QString noFault(const PlayStep&)
+QString checkNothing(const PlayStep&)
 {
     return {};
 }
 
-QString faultOfUser(const PlayStep& step)
+QString checkUser(const PlayStep& step)
 {
     const QStringList keys = AccountService::userKeys();
     return keys.contains(step.subject)
@@ -38,16 +37,16 @@ QString faultOfUser(const PlayStep& step)
         : QStringLiteral("\"%1\" is none of %2").arg(step.subject, keys.join(QStringLiteral(", ")));
 }
 
-QString faultOfMember(const PlayStep& step)
+QString checkMember(const PlayStep& step)
 {
-    if (!names(profile::current()->account.tiers, &profile::Tier::name, step.subject))
+    if (!contains(profile::current()->account.tiers, &profile::Tier::name, step.subject))
         return QStringLiteral("the profile has no tier \"%1\"").arg(step.subject);
     if (step.value != QLatin1String("on") && step.value != QLatin1String("off"))
         return QStringLiteral("a membership is \"on\" or \"off\"");
     return {};
 }
 
-QString faultOfCloud(const PlayStep& step)
+QString checkCloud(const PlayStep& step)
 {
     return step.subject == QLatin1String("kill") ? QString()
                                                  : QStringLiteral("the cloud process can only be killed");
@@ -60,24 +59,24 @@ AccountService& accounts()
 
 struct StepKind {
     const char* name;
-    const char* form;                  ///< for a person
-    QString (*fault)(const PlayStep&); ///< why the step can not be played, or empty
+    const char* form;                  ///< for the user
+    QString (*check)(const PlayStep&); ///< returns why the step can not be played; empty when it can
     void (*play)(const PlayStep&);
 };
 
 constexpr StepKind Kinds[] = {
-    { "login", "login[:USER]", faultOfLogin, [](const PlayStep& step) { accounts().signIn(step.subject); } },
-    { "logout", "logout", noFault, [](const PlayStep&) { accounts().signOut(); } },
-    { "user", "user:KEY=TEXT", faultOfUser,
+    { "login", "login[:USER]", checkLogin, [](const PlayStep& step) { accounts().signIn(step.subject); } },
+    { "logout", "logout", checkNothing, [](const PlayStep&) { accounts().signOut(); } },
+    { "user", "user:KEY=TEXT", checkUser,
         [](const PlayStep& step) { accounts().changeUser(step.subject, step.value); } },
-    { "member", "member:TIER=on|off", faultOfMember,
+    { "member", "member:TIER=on|off", checkMember,
         [](const PlayStep& step) {
             accounts().changeMembership(step.subject, step.value == QLatin1String("on"));
         } },
-    { "cloud", "cloud:kill", faultOfCloud, [](const PlayStep&) { CloudService::instance().killProcess(); } },
+    { "cloud", "cloud:kill", checkCloud, [](const PlayStep&) { CloudService::instance().killProcess(); } },
 };
 
-const StepKind* kindOf(const QString& name)
+const StepKind* findKind(const QString& name)
 {
     const auto found = std::find_if(std::begin(Kinds), std::end(Kinds),
         [&](const StepKind& kind) { return name == QLatin1String(kind.name); });
@@ -105,9 +104,9 @@ std::vector<PlayStep> Play::read(const QString& steps, QString& error)
         PlayStep step { match.captured(1), match.captured(2), match.captured(3), {} };
         if (!match.captured(4).isEmpty())
             step.wait = match.captured(4).toInt();
-        const StepKind* kind = kindOf(step.kind);
+        const StepKind* kind = findKind(step.kind);
         const QString fault = kind
-            ? kind->fault(step)
+            ? kind->check(step)
             : QStringLiteral("a step is %1, with @100ms behind it or without").arg(forms());
         if (!fault.isEmpty()) {
             error = QStringLiteral("%1: %2").arg(word, fault);
@@ -139,7 +138,7 @@ void Play::next()
         return;
     const PlayStep step = m_steps[m_at++];
     begin();
-    kindOf(step.kind)->play(step);
+    findKind(step.kind)->play(step);
 }
 
 } // namespace suite

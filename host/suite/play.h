@@ -1,8 +1,8 @@
-// What happens in the suite that nobody on a page asked for, one step after another:
+// A play: steps that happen in the suite without a page, one after another, for tests and demonstrations:
 //
 //     login:user-2@100ms,user:nickName=Bob,member:super=on,logout
 //
-// A step with a time waits that long after the one before it; one without waits for next().
+// A step with a time is played that long after the one before it; one without, by next().
 #pragma once
 
 #include <QString>
@@ -13,25 +13,25 @@
 namespace suite {
 
 struct PlayStep {
-    QString kind;            ///< one of those in play.cpp
+    QString kind;            ///< "login", "user", ...; the table in play.cpp has all
     QString subject;         ///< a user's id, a key of the user information, a tier, "kill"
-    QString value;           ///< for "user" the text, for "member" "on" or "off"
+    QString value;           ///< for "user" the new value, for "member" "on" or "off"
     std::optional<int> wait; ///< milliseconds
 };
 
 /// [GUI thread] for all.
 class Play {
 public:
-    /// How steps are written, for a person.
+    /// The syntax of steps, for the user.
     static QString forms();
-    /// Reads steps that fit the profile in force; `error` says what is wrong, and is empty when nothing is.
+    /// Parses steps and checks them against the current profile. Sets `error` when one is wrong.
     static std::vector<PlayStep> read(const QString& steps, QString& error);
 
     explicit Play(std::vector<PlayStep> steps);
 
-    /// From here on time counts for the first step.
+    /// Starts the time of the next step.
     void begin();
-    /// Plays the next step at once; nothing when there is none left. The play may be destroyed meanwhile.
+    /// Plays the next step at once, if there is one. The step may destroy this object.
     void next();
     bool hasEnded() const { return m_at == m_steps.size(); }
 

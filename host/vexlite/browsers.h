@@ -1,4 +1,4 @@
-// Browser: the facts of one page's browser, as the library reads them.
+// Browser: the properties of one page's browser, for the library.
 #pragma once
 
 #include "host/vexlite/core.h"
@@ -7,7 +7,7 @@ namespace vexlite {
 
 class Browser final : public IVEXBrowser, private IVEXBrowserGroup {
 public:
-    /// Without `groups` it is in no group, whatever its facts say.
+    /// Without `groups` the browser is in no group.
     Browser(const BrowserFacts& facts, bool groups)
         : m_facts(facts)
         , m_groups(groups)

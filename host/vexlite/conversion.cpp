@@ -4,7 +4,7 @@
 
 namespace vexlite {
 
-const MVARIANT* followed(const MVARIANT& value)
+const MVARIANT* dereference(const MVARIANT& value)
 {
     constexpr int longestChain = 16;
     const MVARIANT* target = &value;
@@ -13,7 +13,7 @@ const MVARIANT* followed(const MVARIANT& value)
     return target;
 }
 
-bool converted(const KJSVariant& value, MVarType type, KJSVariant& out)
+bool convertVariant(const KJSVariant& value, MVarType type, KJSVariant& out)
 {
     out = {};
     MVARIANT made {};
@@ -26,10 +26,10 @@ bool converted(const KJSVariant& value, MVarType type, KJSVariant& out)
     return true;
 }
 
-QString describedText(const KJSVariant& value)
+QString convertToText(const KJSVariant& value)
 {
     KJSVariant text;
-    return converted(value, MV_STRING, text) ? textOf(text) : QString();
+    return convertVariant(value, MV_STRING, text) ? textOf(text) : QString();
 }
 
 } // namespace vexlite

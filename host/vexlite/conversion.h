@@ -1,4 +1,4 @@
-// Reading single values: by-reference values followed, types changed, interfaces asked for.
+// Reads single values: dereferences them, converts their types, queries their interfaces.
 #pragma once
 
 #include "host/vexlite/ref.h"
@@ -8,19 +8,19 @@
 
 namespace vexlite {
 
-/// The value behind any by-reference variants, borrowed; null when they lead nowhere.
-const MVARIANT* followed(const MVARIANT& value);
+/// The value that by-reference variants lead to, borrowed; null when there is none.
+const MVARIANT* dereference(const MVARIANT& value);
 
-/// Converts as _MVariantChangeType does. False, with an empty `out`, when there is no such form.
-bool converted(const KJSVariant& value, MVarType type, KJSVariant& out);
+/// Converts as _MVariantChangeType does. False, with an empty `out`, when the value can not be converted.
+bool convertVariant(const KJSVariant& value, MVarType type, KJSVariant& out);
 
-/// The text of a value that has one: strings, numbers, booleans; null for others.
-QString describedText(const KJSVariant& value);
+/// The text of a string, a number or a boolean; a null string for other values.
+QString convertToText(const KJSVariant& value);
 
-/// The interface `iid` of an object value, or nothing for other values.
-template <typename Interface> Ref<Interface> interfaceOf(const KJSVariant& value, const KIID& iid)
+/// The interface `iid` of an object value; null for other values.
+template <typename Interface> Ref<Interface> queryInterface(const KJSVariant& value, const KIID& iid)
 {
-    const MVARIANT* target = followed(value.raw());
+    const MVARIANT* target = dereference(value.raw());
     if (!target || (target->vt != MV_UNKNOWN && target->vt != MV_DISPATCH && target->vt != MV_ARRAY)
         || !target->punkVal)
         return {};

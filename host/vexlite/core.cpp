@@ -13,7 +13,7 @@ namespace vexlite {
 
 namespace {
 
-/// Classes keep their ids for the life of the process, and so does the count.
+/// Ids are never reused: classes keep theirs as long as the process runs.
 class TypeIds final : public IJSTypeIdAllocator {
 public:
     std::int32_t AllocateTypeId(std::int32_t) override
@@ -23,7 +23,7 @@ public:
     }
 };
 
-/// Puts the services together: to the library it is the JS core, to engines it is the Core.
+/// Combines the services: the JS core of the library, and the Core of engines.
 class CoreOfProcess final : public Core, public IVEXJSCore {
 public:
     explicit CoreOfProcess(const CoreServices& services)
@@ -31,7 +31,7 @@ public:
         , m_pages(std::make_shared<Pages>())
         , m_registry(*m_pages, m_trace)
         , m_promises(m_pages)
-        , m_hubs(EventHubs::ofProcess())
+        , m_hubs(EventHubs::instance())
     {
     }
 
@@ -42,7 +42,7 @@ public:
             closePage(m_pages->any());
     }
 
-    // The library's face.
+    // IVEXJSCore, for the library.
     IJSTypeIdAllocator* TypeIds() override { return &m_typeIds; }
     IJSRegistry* Registry() override { return &m_registry; }
     IJSTraceHook* TraceHook() override
@@ -58,12 +58,12 @@ public:
         return m_services.browsers ? m_pages->browser(browserId) : nullptr;
     }
 
-    // The engines' face.
+    // Core, for engines.
     void setFactories(const ExtensionFactoryMap& factories) override
     {
         m_factories.clear();
         for (auto entry = factories.begin(); entry != factories.end(); ++entry)
-            m_factories.insert(ownedText(entry.key()), entry.value());
+            m_factories.insert(makeOwnedText(entry.key()), entry.value());
     }
 
     QStringList objectNames() const override { return m_factories.keys(); }
@@ -72,7 +72,7 @@ public:
     {
         const JSContextEnv context =
             m_pages->open(page, std::make_unique<vexlite::Browser>(browser, m_services.browserGroups));
-        m_hubs.pageOpened(context);
+        m_hubs.addPage(context);
         return context;
     }
 
@@ -86,8 +86,8 @@ public:
     {
         if (!m_pages->close(context))
             return;
-        m_promises.pageClosed(context);
-        m_hubs.pageClosed(context);
+        m_promises.dropPage(context);
+        m_hubs.dropPage(context);
     }
 
     bool isOpen(const JSContextEnv& context) const override { return m_pages->isOpen(context); }
@@ -102,12 +102,12 @@ public:
         Ref<IJSExtentionObject> object = place.take();
         if (made != KR_OK)
             return { {}, {}, made };
-        return withMembers(context, std::move(object));
+        return addMembers(context, std::move(object));
     }
 
     BoundObject bindSubObject(const JSContextEnv& context, IJSExtentionObject* object) override
     {
-        return withMembers(context, Ref<IJSExtentionObject>::share(object));
+        return addMembers(context, Ref<IJSExtentionObject>::share(object));
     }
 
     QStringList creatableClasses() const override { return m_objects.classes(); }
@@ -132,7 +132,7 @@ public:
             return status == KR_OK && exception.isEmpty() ? KR_OK : failed(status, exception);
         };
         if (m_services.traceHook && m_trace.isTracing())
-            return m_trace.traced(context, exception, perform);
+            return m_trace.trace(context, exception, perform);
         return perform(0);
     }
 
@@ -154,7 +154,7 @@ public:
 private:
     static constexpr std::int32_t operationFailed = 3;
 
-    /// The status of a call that did not succeed; sees to it that there is an exception as well.
+    /// The status of a failed call; makes an exception if there is none.
     static KResult failed(KResult status, KJSVariant& exception)
     {
         if (exception.isEmpty())
@@ -163,7 +163,7 @@ private:
         return status == KR_OK ? KR_REJECTED : status;
     }
 
-    BoundObject withMembers(const JSContextEnv& context, Ref<IJSExtentionObject> object)
+    BoundObject addMembers(const JSContextEnv& context, Ref<IJSExtentionObject> object)
     {
         if (!object || !m_pages->isOpen(context))
             return {};
@@ -188,7 +188,7 @@ private:
     int m_liveFunctions = 0;
 };
 
-/// Not destroyed at exit: modules that are unloaded then still ask for it.
+/// Never destroyed: modules that are unloaded at exit still use it.
 CoreOfProcess* theCore = nullptr;
 
 } // namespace

@@ -1,7 +1,6 @@
-// Core: the stand-in's JS core. Engines and the command-line tool use this face of it; the library sees
-// IVEXJSCore.
+// Core: the stand-in's JS core, as engines and the command-line tool use it; the library uses IVEXJSCore.
 //
-// One a process. Everything here runs on the GUI thread.
+// There is one in a process. Everything here runs on the GUI thread.
 #pragma once
 
 #include "host/vexlite/ref.h"
@@ -15,29 +14,29 @@
 
 namespace vexlite {
 
-/// Which services the library finds. All but the trace hook are there unless switched off.
+/// The services that the library gets. All are on by default.
 struct CoreServices {
-    bool jsCore = true; ///< false: GetVEXJSCore() answers null
+    bool jsCore = true; ///< false: GetVEXJSCore() returns null
     bool promiseService = true;
     bool answerChannel = true;
     bool eventHubs = true;
     bool objectFactory = true;
     bool browsers = true;
     bool browserGroups = true;
-    bool traceHook = true; ///< there only while a tracer or a deny mask is set as well
+    bool traceHook = true; ///< also needs a tracer or a deny mask
 };
 
-/// What pages hold at the moment. All zero once every page is closed.
+/// What open pages hold. All zero when every page is closed.
 struct LiveCounts {
     int pages = 0;
     int objects = 0; ///< native objects held by script wrappers
     int listeners = 0;
     int promises = 0;  ///< pending ones
-    int functions = 0; ///< script functions that native code keeps and could still call
+    int functions = 0; ///< script functions of open pages that native code keeps
 };
 
-/// What script can make the core hold or do, so that no page can exhaust the process. What would exceed a
-/// limit is refused: a listener and a dispatch with KR_REJECTED, a promise by not being made.
+/// Limits, so that no page can exhaust the process. Beyond them listeners and dispatches are refused with
+/// KR_REJECTED, and promises are not made.
 struct CoreLimits {
     static constexpr int listenersPerPage = 100'000;
     static constexpr int pendingPromisesPerPage = 100'000;
@@ -45,7 +44,7 @@ struct CoreLimits {
     static constexpr int nestedDispatches = 64;   ///< over all hubs and pages
 };
 
-/// One finished call, as the trace hook saw it.
+/// One finished call.
 struct TracedCall {
     QString object; ///< "NovaExtension.Log"
     QString member;
@@ -54,14 +53,14 @@ struct TracedCall {
     QString message; ///< of a failure
 };
 
-/// What script got by touching an object: the object and the members that the page may see, or why not.
+/// An object that was bound for a page, with the members that the page may see; or the error.
 struct BoundObject {
     Ref<IJSExtentionObject> object;
     Ref<IJSMemberList> members;
     KResult status = KR_NOT_AVAILABLE;
 };
 
-/// The facts of the browser that shows a page; see IVEXBrowser.
+/// The properties of the browser that shows a page; see IVEXBrowser.
 struct BrowserFacts {
     QString applicationId;
     QString sessionId;
@@ -75,58 +74,59 @@ struct BrowserFacts {
 
 class Core {
 public:
-    /// Starts the core of this process. There must be none.
+    /// Starts the core of this process; there must be none yet.
     static Core& start(const CoreServices& services);
-    /// Ends it; all pages should be closed, those that are not are closed now. Does nothing when there is
-    /// none. Hubs stay valid without a core, since native objects keep them, but hold and accept nothing.
+    /// Ends the core, if there is one, and closes pages that are still open. Hubs stay valid, since native
+    /// objects keep them, but are empty and refuse listeners.
     static void stop();
-    /// The core, also when `services.jsCore` hides it from the library; null before start and after stop.
+    /// The core, even if `services.jsCore` hides it from the library; null before start() and after stop().
     static Core* instance();
 
     virtual ~Core() = default;
 
-    /// The factories that GetNovaExtensionJsApiObj filled in; copied deeply.
+    /// Copies the factories that GetNovaExtensionJsApiObj filled in.
     virtual void setFactories(const ExtensionFactoryMap& factories) = 0;
     virtual QStringList objectNames() const = 0;
 
-    /// Adds a page. `page` must stay until closePage.
+    /// Adds a page. `page` must live until closePage().
     virtual JSContextEnv openPage(ScriptPage* page, const BrowserFacts& browser) = 0;
-    /// The browser's facts may change while its page loads.
+    /// Replaces the properties of the browser, which may change while its page loads.
     virtual void updateBrowser(const JSContextEnv& context, const BrowserFacts& browser) = 0;
-    /// Drops the page's listeners and promises; what comes for it later does nothing.
+    /// Drops the page's listeners and promises. Later calls for it do nothing.
     virtual void closePage(const JSContextEnv& context) = 0;
     virtual bool isOpen(const JSContextEnv& context) const = 0;
 
-    /// Calls the factory of a short name ("Log") for a page and asks the object for its members.
+    /// Calls the factory of a short name ("Log") for a page and gets the members of the object.
     virtual BoundObject bindObject(const JSContextEnv& context, const QString& shortName) = 0;
-    /// The same for an object that a call handed out.
+    /// The same for an object that a call returned.
     virtual BoundObject bindSubObject(const JSContextEnv& context, IJSExtentionObject* object) = 0;
     /// Full script names of the classes announced to the object factory, in the order of their announcement.
     virtual QStringList creatableClasses() const = 0;
-    /// An object of such a class, not initialised: for looking at its members.
+    /// An object of such a class, not initialised, to read its members.
     virtual Ref<IJSExtentionObject> createUninitialised(const QString& scriptName) = 0;
 
-    /// Calls a method or reads a property (no arguments are looked at then), tracing it. The status is 0 when
-    /// `exception` is empty; a failure that filled no exception gets one here. The caller holds a reference
-    /// to `object` meanwhile, and `id` is one of its published table.
+    /// Calls a method, or reads a property (without arguments), and traces it. Returns KR_OK only with an
+    /// empty `exception`; a failure without an exception gets one. The caller must hold a reference to
+    /// `object`, and `id` must be in its published table.
     virtual KResult call(IJSExtentionObject* object, const JSContextEnv& context, std::int32_t id,
         JSAccess access, JSApiArguments& arguments, KJSVariant& result, KJSVariant& exception) = 0;
 
-    /// Counted by the engines: native objects that script wrappers hold, functions that native code keeps.
+    // Engines count native objects that wrappers hold, and functions that native code keeps.
+
     virtual void addLiveObjects(int change) = 0;
     virtual void addLiveFunctions(int change) = 0;
     virtual LiveCounts liveCounts() const = 0;
 
-    /// Called after each call; an empty function ends tracing. Without the trace hook's service nothing is
-    /// traced.
+    /// Sets a function to be called after each call; an empty one ends tracing. Needs the trace hook's
+    /// service.
     virtual void setTracer(std::function<void(const TracedCall&)> tracer) = 0;
-    /// Hides members whose category mask shares a bit with `mask`; 0 hides none. Holds for tables published
-    /// from now on.
+    /// Hides members whose category mask shares a bit with `mask`, in tables published from now on; 0 hides
+    /// none.
     virtual void setDenyMask(std::uint32_t mask) = 0;
 };
 
-/// The promise behind a result value, for engines: the identifier that ScriptPage::createPromise got, or 0
-/// when `object` is no promise of this core.
+/// For engines: the identifier that ScriptPage::createPromise got for a promise in a result, or 0 when
+/// `object` is no promise of this core.
 std::int64_t promiseHandle(IUnknown* object);
 
 /// The failure object {"success": false, "code", "msg"} that script sees as an Error.

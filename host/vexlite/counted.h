@@ -1,4 +1,4 @@
-// Counted<Interface, ids...>: the references and the identity of the core's own objects.
+// Counted<Interface, ids...>: reference counting and QueryInterface for the core's own objects.
 #pragma once
 
 #include "kbase/unknown.h"
@@ -7,8 +7,8 @@
 
 namespace vexlite {
 
-/// Implements IUnknown for a class of one interface that answers `Ids` and IID_IUnknown. A new object has one
-/// reference, which its maker hands on.
+/// Implements IUnknown for a class with one interface, known by `Ids` and IID_IUnknown. A new object has one
+/// reference, for its maker.
 template <typename Interface, const KIID&... Ids> class Counted : public Interface {
 public:
     Counted(const Counted&) = delete;

@@ -10,16 +10,16 @@ namespace vexlite {
 
 EventHub::~EventHub()
 {
-    // A dispatch under way keeps its list, so the listeners must leave the list as well.
+    // Dispatches under way keep their lists, so the listeners must be removed from those.
     DroppedFunctions dropped;
     for (const std::shared_ptr<ListenerList>& list : std::as_const(m_lists))
-        list->clear([this](const JSContextEnv& context) { m_owner.listenersRemoved(context, 1); }, dropped);
+        list->clear([this](const JSContextEnv& context) { m_owner.uncountListeners(context, 1); }, dropped);
     m_lists.clear();
 }
 
 KResult EventHub::Add(const QString& event, const JSContextEnv& context, const KJSVariant& callback)
 {
-    Ref<IJSFunction> function = interfaceOf<IJSFunction>(callback, IID_IJSFunction);
+    Ref<IJSFunction> function = queryInterface<IJSFunction>(callback, IID_IJSFunction);
     if (!function || !(function->Context() == context) || event.size() > CoreLimits::eventNameLength)
         return KR_REJECTED;
     if (!m_owner.isOpen(context))
@@ -27,10 +27,10 @@ KResult EventHub::Add(const QString& event, const JSContextEnv& context, const K
     const auto known = m_lists.constFind(event);
     if (known != m_lists.constEnd() && (*known)->has(context, *function.get()))
         return KR_OK;
-    if (!m_owner.listenerAdded(context, this))
+    if (!m_owner.countListener(context, this))
         return KR_REJECTED;
     std::shared_ptr<ListenerList>& list =
-        m_lists[known == m_lists.constEnd() ? ownedText(event) : known.key()];
+        m_lists[known == m_lists.constEnd() ? makeOwnedText(event) : known.key()];
     if (!list)
         list = std::make_shared<ListenerList>();
     list->add(context, std::move(function));
@@ -39,7 +39,7 @@ KResult EventHub::Add(const QString& event, const JSContextEnv& context, const K
 
 KResult EventHub::Remove(const QString& event, const JSContextEnv& context, const KJSVariant& callback)
 {
-    const Ref<IJSFunction> function = interfaceOf<IJSFunction>(callback, IID_IJSFunction);
+    const Ref<IJSFunction> function = queryInterface<IJSFunction>(callback, IID_IJSFunction);
     if (!function && !callback.isEmpty())
         return KR_REJECTED;
     const auto known = m_lists.find(event);
@@ -51,7 +51,7 @@ KResult EventHub::Remove(const QString& event, const JSContextEnv& context, cons
         function ? list.remove(context, *function.get(), dropped) : list.removePage(context, dropped);
     if (!list.count())
         m_lists.erase(known);
-    m_owner.listenersRemoved(context, removed);
+    m_owner.uncountListeners(context, removed);
     return KR_OK;
 }
 
@@ -59,11 +59,11 @@ KResult EventHub::Dispatch(
     const QString& event, const JSContextEnv& target, const std::vector<KJSVariant>& payload)
 {
     const EventHubs::DispatchLevel level(m_owner);
-    if (!level.allowed())
+    if (!level.isAllowed())
         return KR_REJECTED;
     if (!(target == JSContextEnv::everyContext()) && !m_owner.isOpen(target))
         return KR_NOT_AVAILABLE;
-    // No member is used once listeners run: the first of them may end this hub.
+    // From here on no member may be used: the first listener may destroy this hub.
     const std::shared_ptr<ListenerList> list = m_lists.value(event);
     if (!list)
         return KR_OK;
@@ -71,7 +71,7 @@ KResult EventHub::Dispatch(
     const JSContextEnv receiver = target;
     const ListenerList::Reading reading(*list);
     for (std::size_t position = 0; position < reading.end(); ++position) {
-        // What a listener throws is the page's uncaught error; the others are called all the same.
+        // An exception is reported as the page's uncaught error, and the next listener is called.
         if (const Ref<IJSFunction> function = reading.at(position, receiver))
             function->Call(arguments, nullptr);
     }

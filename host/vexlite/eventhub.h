@@ -21,22 +21,22 @@ public:
 
     KResult Add(const QString& event, const JSContextEnv& context, const KJSVariant& callback) override;
     KResult Remove(const QString& event, const JSContextEnv& context, const KJSVariant& callback) override;
-    /// A listener may do anything meanwhile: change the hub, dispatch, close its page, end the object and so
-    /// this hub. KR_REJECTED when dispatches are nested too deeply, KR_NOT_AVAILABLE when `target` is a page
-    /// that has gone.
+    /// A listener may do anything: change the hub, dispatch, close its page, or destroy the object and with
+    /// it this hub. KR_REJECTED when dispatches are nested too deeply, KR_NOT_AVAILABLE when `target` is
+    /// closed.
     KResult Dispatch(
         const QString& event, const JSContextEnv& target, const std::vector<KJSVariant>& payload) override;
     KResult Report(KJSVariant& result) override;
 
-    /// Removes all listeners of a page that has gone already.
+    /// Removes all listeners of a closed page.
     void dropPage(const JSContextEnv& context, DroppedFunctions& dropped);
 
 private:
-    /// Shared with the dispatches under way, which outlive their entry here and even the hub.
+    /// Shared with dispatches under way, which may outlive their entry and the hub.
     using Lists = QHash<QString, std::shared_ptr<ListenerList>>;
 
     EventHubs& m_owner;
-    Lists m_lists; ///< none is empty
+    Lists m_lists; ///< no empty ones
 };
 
 } // namespace vexlite

@@ -4,14 +4,14 @@
 
 namespace vexlite {
 
-bool EventHubs::DispatchLevel::allowed() const
+bool EventHubs::DispatchLevel::isAllowed() const
 {
     return m_depth <= CoreLimits::nestedDispatches;
 }
 
-EventHubs& EventHubs::ofProcess()
+EventHubs& EventHubs::instance()
 {
-    // Never destroyed: the objects of modules that are unloaded at exit may still give their hubs back.
+    // Never destroyed: modules that are unloaded at exit may still release their hubs.
     static EventHubs& hubs = *new EventHubs;
     return hubs;
 }
@@ -46,14 +46,14 @@ void EventHubs::ReleaseInstanceHub(IJSEventHub* hub)
         page.hubs.erase(owner.mapped().get());
 }
 
-void EventHubs::pageOpened(const JSContextEnv& context)
+void EventHubs::addPage(const JSContextEnv& context)
 {
     m_pages.emplace(context.contextId, Page {});
 }
 
-void EventHubs::pageClosed(const JSContextEnv& context)
+void EventHubs::dropPage(const JSContextEnv& context)
 {
-    // The page leaves first: a function that ends below can not add listeners for it any more.
+    // Removed first: destroying a function below may run code that would add listeners for the page.
     auto page = m_pages.extract(context.contextId);
     if (!page)
         return;
@@ -63,7 +63,7 @@ void EventHubs::pageClosed(const JSContextEnv& context)
         hub->dropPage(context, dropped);
 }
 
-bool EventHubs::listenerAdded(const JSContextEnv& context, EventHub* hub)
+bool EventHubs::countListener(const JSContextEnv& context, EventHub* hub)
 {
     const auto page = m_pages.find(context.contextId);
     if (page == m_pages.end() || page->second.listeners >= CoreLimits::listenersPerPage)
@@ -74,7 +74,7 @@ bool EventHubs::listenerAdded(const JSContextEnv& context, EventHub* hub)
     return true;
 }
 
-void EventHubs::listenersRemoved(const JSContextEnv& context, int count)
+void EventHubs::uncountListeners(const JSContextEnv& context, int count)
 {
     const auto page = m_pages.find(context.contextId);
     if (page == m_pages.end())

@@ -1,7 +1,7 @@
-// EventHubs: every hub of the process, and what each page listens with.
+// EventHubs: all hubs of the process, and the listeners of each page.
 //
-// Native objects keep the pointer to their hub for as long as they live, which may be longer than the core
-// does. So hubs belong to the process: without a core they stay, empty, and refuse listeners.
+// Native objects keep a pointer to their hub and may outlive the core, so hubs belong to the process. Without
+// a core they are empty and refuse listeners.
 #pragma once
 
 #include "host/vexlite/eventhub.h"
@@ -13,7 +13,7 @@ namespace vexlite {
 
 class EventHubs final : public IJSEventHubFactory {
 public:
-    /// One level of nested dispatches, counted over all hubs.
+    /// Counts nested dispatches of all hubs.
     class DispatchLevel {
     public:
         explicit DispatchLevel(EventHubs& hubs)
@@ -25,28 +25,27 @@ public:
         DispatchLevel(const DispatchLevel&) = delete;
         DispatchLevel& operator=(const DispatchLevel&) = delete;
 
-        bool allowed() const;
+        bool isAllowed() const;
 
     private:
         int& m_depth;
     };
 
-    static EventHubs& ofProcess();
+    static EventHubs& instance();
 
     IJSEventHub* ClassHub(std::int32_t typeId) override;
     IJSEventHub* InstanceHub(std::int32_t typeId, IJSExtentionObject* object) override;
-    /// Also for a hub that is being dispatched: what is left of its listeners is called no more.
+    /// May be called during a dispatch of the hub, whose remaining listeners are not called then.
     void ReleaseInstanceHub(IJSEventHub* hub) override;
 
-    void pageOpened(const JSContextEnv& context);
+    void addPage(const JSContextEnv& context);
     /// Drops the page's listeners in every hub.
-    void pageClosed(const JSContextEnv& context);
+    void dropPage(const JSContextEnv& context);
     bool isOpen(const JSContextEnv& context) const { return m_pages.count(context.contextId) != 0; }
 
-    /// Counts one more listener of an open page in `hub`; false, counting nothing, when the page has its
-    /// fill.
-    bool listenerAdded(const JSContextEnv& context, EventHub* hub);
-    void listenersRemoved(const JSContextEnv& context, int count);
+    /// Counts one more listener of an open page in `hub`; false when the page has reached its limit.
+    bool countListener(const JSContextEnv& context, EventHub* hub);
+    void uncountListeners(const JSContextEnv& context, int count);
     int listenerCount() const { return m_listeners; }
 
 private:
@@ -54,7 +53,7 @@ private:
 
     struct Page {
         int listeners = 0;
-        std::unordered_set<EventHub*> hubs; ///< all that it has listeners in, and some that it had them in
+        std::unordered_set<EventHub*> hubs; ///< all in which it has listeners, or once had
     };
     using InstanceKey = std::pair<std::int32_t, IJSExtentionObject*>;
 

@@ -15,9 +15,8 @@ using namespace vexlite;
 
 namespace {
 
-/// Both directions give up at the first part that has no other form, so that a value which contains itself
-/// ends at the deepest nesting instead of being walked for ever. `depth` counts the containers around the
-/// value.
+/// Both directions fail at the first part that can not be converted, so a value that contains itself fails at
+/// the nesting limit. `depth` counts the containers around the value.
 bool toScript(const QVariant& value, int depth, KJSVariant& out);
 bool toQt(const KJSVariant& value, int depth, QVariant& out);
 
@@ -58,8 +57,7 @@ KJSVariant unsignedToScript(qulonglong value)
         : KJSVariant::fromDouble(static_cast<double>(value));
 }
 
-/// Types that are no single value of script themselves: what converts to a list or map is one, the rest is
-/// text.
+/// Other types: a list or map if they convert to one, or else a string.
 bool otherToScript(const QVariant& value, int depth, KJSVariant& out)
 {
     if (value.canConvert<QVariantList>())
@@ -158,7 +156,7 @@ bool objectToQt(const IJSONValue& object, int depth, QVariant& out)
         QVariant entry;
         if (!toQt(*value, depth + 1, entry))
             return false;
-        map.insert(ownedText(*key), entry);
+        map.insert(makeOwnedText(*key), entry);
     }
     out = map;
     return true;
@@ -166,7 +164,7 @@ bool objectToQt(const IJSONValue& object, int depth, QVariant& out)
 
 bool interfaceToQt(const KJSVariant& value, int depth, QVariant& out)
 {
-    if (!followed(value.raw())->punkVal) {
+    if (!dereference(value.raw())->punkVal) {
         out = QVariant::fromValue(nullptr);
         return true;
     }
@@ -179,7 +177,7 @@ bool interfaceToQt(const KJSVariant& value, int depth, QVariant& out)
 
 bool toQt(const KJSVariant& value, int depth, QVariant& out)
 {
-    const MVARIANT* target = followed(value.raw());
+    const MVARIANT* target = dereference(value.raw());
     if (!target)
         return false;
     switch (target->vt) {

@@ -1,7 +1,7 @@
-// ListenerList: the listeners of one event of one hub, in the order of their adding.
+// ListenerList: the listeners of one event of one hub, in the order in which they were added.
 //
-// It may be changed while it is read: a Reading sees every position it started with, and those that were
-// removed meanwhile are empty. Adding and removing one listener takes the same time however many there are.
+// It may be changed while it is read: a Reading keeps its positions, and removed ones become empty. Adding
+// and removing a listener takes constant time.
 #pragma once
 
 #include "host/vexlite/ref.h"
@@ -12,13 +12,13 @@
 
 namespace vexlite {
 
-/// Functions that are no longer listened with. They are kept apart until the list is whole again, because
-/// giving back the last reference may run code that comes back to it.
+/// Removed functions. They are released once the list is consistent again, since releasing the last reference
+/// may run code that uses the list.
 using DroppedFunctions = std::vector<Ref<IJSFunction>>;
 
 class ListenerList {
 public:
-    /// Keeps the list's positions as they are while it lives.
+    /// Keeps the positions of the list while it lives.
     class Reading {
     public:
         explicit Reading(ListenerList& list)
@@ -36,7 +36,7 @@ public:
         Reading& operator=(const Reading&) = delete;
 
         std::size_t end() const { return m_end; }
-        /// The function at a position, or nothing when it was removed or is no listener of `target`.
+        /// The function at a position; null when it was removed or is no listener of `target`.
         Ref<IJSFunction> at(std::size_t position, const JSContextEnv& target) const;
 
     private:
@@ -45,16 +45,16 @@ public:
     };
 
     bool has(const JSContextEnv& context, const IJSFunction& function) const;
-    /// The function must not be there yet.
+    /// The function must not be in the list.
     void add(const JSContextEnv& context, Ref<IJSFunction> function);
-    /// False when it was not there.
+    /// False when it was not in the list.
     bool remove(const JSContextEnv& context, const IJSFunction& function, DroppedFunctions& dropped);
-    /// Removes all of a page and returns how many there were.
+    /// Removes all listeners of a page and returns their number.
     int removePage(const JSContextEnv& context, DroppedFunctions& dropped);
 
     int count() const { return static_cast<int>(m_positions.size()); }
 
-    /// Removes all, telling `removed` the context of each.
+    /// Removes all listeners and calls `removed` with the context of each.
     template <typename Removed> void clear(Removed removed, DroppedFunctions& dropped)
     {
         m_positions.clear();
@@ -70,7 +70,7 @@ public:
 private:
     struct Entry {
         JSContextEnv context;
-        Ref<IJSFunction> function; ///< nothing where a listener was
+        Ref<IJSFunction> function; ///< null for a removed listener
     };
     struct Key {
         JSContextEnv context;

@@ -1,4 +1,4 @@
-// MemberList: a published table. It shares the table's records and so outlives it.
+// MemberList: a published table. It shares the table's records, so it may outlive the table.
 #pragma once
 
 #include "host/vexlite/counted.h"

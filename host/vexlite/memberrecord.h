@@ -1,5 +1,5 @@
-// MemberRecord: what the core keeps of a member. The records lie in the module's tables, the texts and the
-// code are here.
+// MemberRecord: the core's description of a member. The records are in the module's tables, their strings and
+// code belong to the core.
 #pragma once
 
 #include "vexlite/jsextension.h"
@@ -20,7 +20,7 @@ struct MemberRecord final : JSMemberEntry {
     };
 
     std::u16string name;
-    JSAccess access = JSAccess::Method; ///< its number is the member's kind
+    JSAccess access = JSAccess::Method; ///< numerically the kind of the member
     std::uint32_t mask = 0;
     std::int32_t resultType = 0;
     int parameterCount = 0;
@@ -28,7 +28,7 @@ struct MemberRecord final : JSMemberEntry {
 
     QString nameText() const { return QString::fromUtf16(name.data(), static_cast<int>(name.size())); }
 
-    /// Every entry of every table is made by the registry.
+    /// The entry must have been made by the registry, as all are.
     static const MemberRecord& of(const JSMemberEntry& entry)
     {
         return static_cast<const MemberRecord&>(entry);

@@ -13,7 +13,7 @@ void ObjectFactory::RegisterClass(const QString& scriptName, Creator creator)
     if (known != m_classes.end())
         known->creator = creator;
     else
-        m_classes.push_back({ ownedText(scriptName), creator });
+        m_classes.push_back({ makeOwnedText(scriptName), creator });
 }
 
 void ObjectFactory::UnregisterClass(const QString& scriptName)

@@ -1,4 +1,4 @@
-// ObjectFactory: the classes whose objects script reaches through other objects only.
+// ObjectFactory: the classes whose objects script gets from other objects only.
 #pragma once
 
 #include "host/vexlite/core.h"
@@ -15,7 +15,7 @@ public:
         const QString& scriptName, const JSContextEnv& context, IJSONValue* options) override;
 
     QStringList classes() const;
-    /// Nothing when no such class is known, or its creator makes nothing that can be initialised.
+    /// Null when the class is unknown, or its creator makes no object that can be initialised.
     Ref<IJSExtentionObject> createUninitialised(const QString& scriptName, IJSCreatable** creatable) const;
 
 private:
@@ -24,7 +24,7 @@ private:
         Creator creator;
     };
 
-    std::vector<Class> m_classes; ///< a handful, in the order of their announcement
+    std::vector<Class> m_classes; ///< in the order of their registration
 };
 
 } // namespace vexlite

@@ -4,7 +4,7 @@ namespace vexlite {
 
 namespace {
 
-/// Far from each other, so that the one is never taken for the other.
+/// Two ranges, so that a mix-up of the two kinds of id is noticed.
 std::int64_t lastContextId = 0;
 std::int64_t lastBrowserId = std::int64_t { 1 } << 32;
 

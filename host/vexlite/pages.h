@@ -1,4 +1,4 @@
-// Pages: the open pages of the core, by the contexts that name them.
+// Pages: the open pages of the core, by context.
 #pragma once
 
 #include "host/vexlite/browsers.h"
@@ -9,17 +9,17 @@ namespace vexlite {
 
 class Pages {
 public:
-    /// No context is ever given twice in a process, so a kept one names no later page.
+    /// Contexts are never reused in a process.
     JSContextEnv open(ScriptPage* page, std::unique_ptr<Browser> browser);
     /// False when there is no such page.
     bool close(const JSContextEnv& context);
     bool isOpen(const JSContextEnv& context) const { return find(context); }
-    /// Null when the page has gone.
+    /// Null when the page is closed.
     ScriptPage* find(const JSContextEnv& context) const;
-    /// Null when no open page has such a browser.
+    /// Null when no open page has that browser.
     Browser* browser(std::int64_t browserId) const;
     int count() const { return static_cast<int>(m_pages.size()); }
-    /// A context of an open page; there must be one.
+    /// The context of any open page; there must be one.
     JSContextEnv any() const;
 
 private:

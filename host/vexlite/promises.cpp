@@ -10,12 +10,12 @@ namespace {
 
 constexpr std::int32_t defaultRejectionCode = 3;
 
-/// No number is ever given twice in a process, so a late answer settles no later promise.
+/// Numbers are never reused, so a late answer can not settle another promise.
 std::int64_t lastPromise = 0;
 
 } // namespace
 
-/// The promise as native code holds it. It may outlive its page and the core.
+/// The promise of native code, which may outlive its page and the core.
 class Promises::Promise final : public Counted<IJSPromise> {
 public:
     Promise(std::int64_t handle, std::shared_ptr<const State> state, const std::shared_ptr<Pages>& pages)
@@ -65,7 +65,7 @@ KResult Promises::CreateSettled(JSPromiseState state, const JSContextEnv& contex
     if (fill)
         fill(value);
     if (state == JSPromiseState::Rejected)
-        value = makeFailure(defaultRejectionCode, describedText(value));
+        value = makeFailure(defaultRejectionCode, convertToText(value));
     ScriptPage* page = m_pages->find(context);
     const std::int64_t promise = ++lastPromise;
     if (!page || !page->createPromise(promise))
@@ -106,10 +106,10 @@ KResult Promises::Answer(
     if (found == m_pending.end() || !(found->second->context == context) || !page)
         return KR_NOT_AVAILABLE;
     KJSVariant success;
-    if (one != 1 || list.size() < 3 || !converted(list[0], MV_BOOL, success))
+    if (one != 1 || list.size() < 3 || !convertVariant(list[0], MV_BOOL, success))
         return KR_REJECTED;
 
-    // The promise leaves the set first: script that runs on its settling finds it settled.
+    // Removed first: script that runs when it is settled must find it settled.
     found->second->pending = false;
     m_pending.erase(found);
     --m_pendingOfPage[context.contextId];
@@ -120,11 +120,11 @@ KResult Promises::Answer(
     const IJSONValue* details = objectOf(list[2]);
     const std::int32_t code =
         details ? details->GetInt32(QStringLiteral("code"), defaultRejectionCode) : defaultRejectionCode;
-    page->settlePromise(promise, JSPromiseState::Rejected, makeFailure(code, describedText(list[1])));
+    page->settlePromise(promise, JSPromiseState::Rejected, makeFailure(code, convertToText(list[1])));
     return KR_OK;
 }
 
-void Promises::pageClosed(const JSContextEnv& context)
+void Promises::dropPage(const JSContextEnv& context)
 {
     m_pendingOfPage.erase(context.contextId);
     std::erase_if(m_pending, [&](const auto& entry) {

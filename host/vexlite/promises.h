@@ -1,4 +1,4 @@
-// Promises: the promise service and the answer channel over one set of pending promises.
+// Promises: the promise service and the answer channel, on one set of pending promises.
 #pragma once
 
 #include "host/vexlite/pages.h"
@@ -10,24 +10,24 @@ public:
     explicit Promises(std::shared_ptr<Pages> pages);
     ~Promises();
 
-    /// `fill` is called first, also when the page turns out to have gone.
+    /// `fill` is always called first, even if the page is closed.
     KResult CreateSettled(JSPromiseState state, const JSContextEnv& context,
         const std::function<void(KJSVariant& value)>& fill, KJSVariant& out) override;
     std::int64_t CreatePending(const JSContextEnv& context, KJSVariant& out) override;
     bool IsPending(std::int64_t promise, const JSContextEnv& context) const override;
-    /// A list that is not one of getAsynRetValList, or a wrong `one`, is KR_REJECTED and leaves the promise
-    /// pending.
+    /// KR_REJECTED, with the promise still pending, for a list that is not from getAsynRetValList or a wrong
+    /// `one`.
     KResult Answer(std::int64_t promise, const JSContextEnv& context, const std::vector<KJSVariant>& list,
         std::int32_t one) override;
 
-    /// Forgets the page's pending promises.
-    void pageClosed(const JSContextEnv& context);
+    /// Removes the page's pending promises.
+    void dropPage(const JSContextEnv& context);
     int pendingCount() const { return static_cast<int>(m_pending.size()); }
 
 private:
     class Promise;
     friend std::int64_t promiseHandle(IUnknown* object);
-    /// What a promise object and the set share: whether it is pending still.
+    /// Shared by a promise object and the set.
     struct State {
         JSContextEnv context;
         bool pending;

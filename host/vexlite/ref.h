@@ -1,4 +1,4 @@
-// Ref<T>: one reference to a counted interface, given back when it goes out of scope.
+// Ref<T>: owns one reference to a counted interface.
 #pragma once
 
 #include "kbase/unknown.h"
@@ -10,14 +10,14 @@ namespace vexlite {
 template <typename T> class Ref {
 public:
     Ref() noexcept = default;
-    /// Takes over one reference.
+    /// Takes ownership of one reference.
     static Ref adopt(T* object) noexcept
     {
         Ref ref;
         ref.m_object = object;
         return ref;
     }
-    /// Adds a reference of its own.
+    /// Adds a reference.
     static Ref share(T* object) noexcept
     {
         if (object)
@@ -46,7 +46,7 @@ public:
     T* get() const noexcept { return m_object; }
     T* operator->() const noexcept { return m_object; }
     explicit operator bool() const noexcept { return m_object; }
-    /// Gives the reference to the caller.
+    /// Transfers the reference to the caller.
     T* release() noexcept { return std::exchange(m_object, nullptr); }
 
 private:

@@ -21,8 +21,8 @@ std::int32_t nextId(const JSMemberTable& table)
     return table.empty() ? 0 : table.rbegin()->first + 1;
 }
 
-/// Why a member can not be added, or null.
-const char* memberFault(const JSMemberTable& table, const MemberRecord& record, std::int32_t kind, int count)
+/// The reason why a member can not be added, or null.
+const char* findFault(const JSMemberTable& table, const MemberRecord& record, std::int32_t kind, int count)
 {
     if (record.name.empty())
         return "it has no name";
@@ -65,7 +65,7 @@ KResult Registry::Bind(
 
 void Registry::CallCompleted(const JSContextEnv& context, KJSVariant&, std::int64_t extra)
 {
-    m_trace.completed(context, extra);
+    m_trace.recordEnd(context, extra);
 }
 
 void Registry::AssignTable(JSMemberTable& source, JSMemberTable& destination)
@@ -100,7 +100,7 @@ void Registry::AddMember(JSMemberTable& table, const char16_t* name, std::int32_
     record->invoke = va_arg(rest, JSMemberInvoke);
     const int count = va_arg(rest, int);
     record->name = name ? name : u"";
-    const char* fault = memberFault(table, *record, kind, count);
+    const char* fault = findFault(table, *record, kind, count);
     for (int index = 0; !fault && index < count; ++index) {
         const JSParameter parameter = va_arg(rest, JSParameter);
         record->parameters[static_cast<std::size_t>(index)] = { parameter.type, parameter.name != nullptr,

@@ -1,4 +1,4 @@
-// Registry: binds objects to pages and lays out member tables.
+// Registry: binds objects to pages and fills member tables.
 #pragma once
 
 #include "host/vexlite/pages.h"
@@ -9,7 +9,7 @@ class CallTrace;
 
 class Registry final : public IJSRegistry {
 public:
-    /// One visit of a factory, during which the object for its two creation values may be bound. Visits nest.
+    /// One call of a factory, during which an object may be bound with its two creation values. Calls nest.
     class PendingBind {
     public:
         PendingBind(Registry& registry, const JSContextEnv& context);
@@ -19,7 +19,7 @@ public:
 
         std::int64_t creationContext() const { return m_context.contextId; }
         std::int64_t creationTarget() const { return m_target; }
-        /// What was bound, or nothing.
+        /// The bound object, or null.
         Ref<IJSExtentionObject> take() { return std::exchange(m_object, {}); }
 
     private:
@@ -39,21 +39,20 @@ public:
     {
     }
 
-    /// KR_NOT_AVAILABLE also for a second object of the same place.
+    /// KR_NOT_AVAILABLE also for a second object with the same values.
     KResult Bind(IJSExtentionObject* object, std::int64_t creationContext, std::int64_t creationTarget,
         std::int64_t zero) override;
     void CallCompleted(const JSContextEnv& context, KJSVariant& value, std::int64_t extra) override;
-    /// Into a table that has members already they go with new ids, behind those.
+    /// Appends to a table that has members, with new ids.
     void AssignTable(JSMemberTable& source, JSMemberTable& destination) override;
     KResult PublishTable(const JSMemberTable& table, IJSMemberList** out) override;
     const JSMemberEntry* FindMember(const JSMemberTable& table, std::int32_t id, JSAccess access) override;
-    /// Ids count from 0 in the order of registration. A member with a fault (no name or one that the table
-    /// has already, no handler, an unknown kind, too many parameters) is left out, and a warning says why.
+    /// Ids count from 0 in the order of registration. A wrong member (no name or a duplicate one, no handler,
+    /// an unknown kind, too many parameters) is not added but logged.
     void AddMember(JSMemberTable& table, const char16_t* name, std::int32_t kind, std::uint32_t mask,
         std::int32_t resultType, ...) override;
-    /// A number that names the object alone, in this process and for ever: the same for every way on which
-    /// script comes to it, so that a page has one wrapper of it. It is kept as the object's host pointer. 0
-    /// for null.
+    /// A number that identifies the object and is never reused, so that a page has one wrapper for it,
+    /// wherever it comes from. It is stored as the object's host pointer. 0 for null.
     std::int64_t SubObjectToken(IJSExtentionObject* object) override;
 
 private:

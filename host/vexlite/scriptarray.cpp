@@ -7,7 +7,7 @@ namespace vexlite {
 
 namespace {
 
-/// The array of the stand-in.
+/// The array implementation of the stand-in.
 class ScriptArray final : public Counted<IJSArray, IID_IJSArray> {
 public:
     std::int32_t Count() const override { return static_cast<std::int32_t>(m_values.size()); }

@@ -14,8 +14,7 @@ bool isBefore(const ScriptPair& pair, const QString& key)
     return pair.first < key;
 }
 
-/// The key/value object of the stand-in: its pairs lie in the order of their keys. Keys that come in that
-/// order cost no moving.
+/// The key/value object of the stand-in: pairs sorted by key. Adding keys in order only appends.
 class ScriptObject final : public Counted<IJSONValue, IID_IJSONValue, IID_IJSONValueBase> {
 public:
     ScriptObject() = default;
@@ -40,7 +39,7 @@ public:
 
     void Clear() override
     {
-        // A value may end an object that comes back here, so it ends after the pairs are whole again.
+        // Destroyed last: destroying a value may run code that uses this object.
         std::exchange(m_values, {});
     }
 
@@ -143,13 +142,13 @@ private:
         if (place != m_values.end() && place->first == key)
             std::swap(place->second, value);
         else
-            m_values.emplace(place, ownedText(key), std::move(value));
+            m_values.emplace(place, makeOwnedText(key), std::move(value));
     }
 
     bool read(const QString& key, MVarType type, KJSVariant& out) const
     {
         const KJSVariant* found = Find(key);
-        return found && converted(*found, type, out);
+        return found && convertVariant(*found, type, out);
     }
 
     std::vector<ScriptPair> m_values;

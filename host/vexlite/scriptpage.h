@@ -1,23 +1,22 @@
-// ScriptPage: what the JS core asks of a page, whichever engine runs it.
+// ScriptPage: the interface of a page to the JS core, implemented by every engine.
 #pragma once
 
 #include "vexlite/jscore.h"
 
 namespace vexlite {
 
-/// Implemented by every engine, called on the GUI thread between Core::openPage and Core::closePage only.
+/// Called on the GUI thread, between Core::openPage and Core::closePage only.
 class ScriptPage {
 public:
     virtual ~ScriptPage() = default;
-    /// Makes a pending script promise, kept under `promise` until it is settled or the page goes. False when
-    /// the page can make none any more.
+    /// Makes a pending script promise, stored as `promise` until it is settled or the page closes. False when
+    /// the page can not make one.
     virtual bool createPromise(std::int64_t promise) = 0;
-    /// Settles it and forgets the settling side; script may still hold the promise itself. A rejection's
-    /// `value` is an object with "success", "code" and "msg", which script sees as an Error carrying the
-    /// three.
+    /// Settles the promise and drops its resolve and reject functions; script may still hold the promise. The
+    /// `value` of a rejection is an object with "success", "code" and "msg"; script gets an Error with these.
     virtual void settlePromise(std::int64_t promise, JSPromiseState state, const KJSVariant& value) = 0;
-    /// No native value holds the promise any more: it comes up in no result from now on. Its settling side,
-    /// where it is still pending, stays.
+    /// No native value holds the promise any more, so no result can contain it. A pending one can still be
+    /// settled.
     virtual void releasePromise(std::int64_t promise) { static_cast<void>(promise); }
 };
 

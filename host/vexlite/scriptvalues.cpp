@@ -27,7 +27,7 @@ KJSVariant makeText(const QString& text)
 
 QString textOf(const KJSVariant& value)
 {
-    const MVARIANT* target = followed(value.raw());
+    const MVARIANT* target = dereference(value.raw());
     if (!target)
         return {};
     switch (target->vt) {
@@ -50,13 +50,13 @@ QString textOf(const KJSVariant& value)
 
 IJSONValue* objectOf(const KJSVariant& value)
 {
-    // The value's own reference keeps what is lent out here.
-    return interfaceOf<IJSONValue>(value, IID_IJSONValue).get();
+    // Borrowed: the value keeps its reference.
+    return queryInterface<IJSONValue>(value, IID_IJSONValue).get();
 }
 
 IJSArray* arrayOf(const KJSVariant& value)
 {
-    return interfaceOf<IJSArray>(value, IID_IJSArray).get();
+    return queryInterface<IJSArray>(value, IID_IJSArray).get();
 }
 
 KJSVariant makeFailure(std::int32_t code, const QString& message)

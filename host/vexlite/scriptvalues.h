@@ -1,4 +1,4 @@
-// The stand-in's own objects and arrays: what script values become on their way to the library.
+// The stand-in's own objects and arrays, to which script values are converted for the library.
 #pragma once
 
 #include "host/vexlite/ref.h"
@@ -9,7 +9,7 @@
 
 namespace vexlite {
 
-/// A nesting deeper than this is refused everywhere.
+/// The nesting limit of all conversions.
 inline constexpr int maximumDepth = 1000;
 
 /// A new empty object, or array, with one reference for the caller.
@@ -17,14 +17,14 @@ Ref<IJSONValue> makeScriptObject();
 Ref<IJSArray> makeScriptArray();
 
 using ScriptPair = std::pair<QString, KJSVariant>;
-/// An object of these pairs, in any order. No two keys may be the same, and the keys own their texts.
+/// An object of these pairs, in any order. The keys must be unique and own their characters.
 Ref<IJSONValue> makeScriptObject(std::vector<ScriptPair> pairs);
 
-/// A null text becomes a string without a buffer, and textOf reads that as null again.
+/// A null QString becomes a string without a buffer, which textOf() makes null again.
 KJSVariant makeText(const QString& text);
-/// The text of a string value; null for other types.
+/// The QString of a string value; null for other types.
 QString textOf(const KJSVariant& value);
-/// The object, or array, that a value holds, borrowed; null for other types.
+/// The object, or array, in a value, borrowed; null for other types.
 IJSONValue* objectOf(const KJSVariant& value);
 IJSArray* arrayOf(const KJSVariant& value);
 

@@ -11,7 +11,7 @@ void CallTrace::setTracer(Tracer tracer)
     m_tracer = tracer ? std::make_shared<const Tracer>(std::move(tracer)) : nullptr;
 }
 
-KResult CallTrace::traced(const JSContextEnv& context, const KJSVariant& exception, const Invoke& invoke)
+KResult CallTrace::trace(const JSContextEnv& context, const KJSVariant& exception, const Invoke& invoke)
 {
     const std::shared_ptr<const Tracer> tracer = m_tracer;
     ActiveCall call { m_innermost, context, {}, {}, Clock::now(), {} };
@@ -43,10 +43,10 @@ bool CallTrace::FilterTable(
 void CallTrace::CallNotice(
     const QString& objectName, const JSContextEnv& context, const JSMemberEntry* member)
 {
-    // The first notice is the call's own; what native code calls by itself within it is part of it.
+    // The first notice belongs to the call; further ones come from calls that native code makes within it.
     if (!m_innermost || !m_innermost->object.isNull() || !(m_innermost->context == context))
         return;
-    m_innermost->object = objectName.isNull() ? QStringLiteral("") : ownedText(objectName);
+    m_innermost->object = objectName.isNull() ? QStringLiteral("") : makeOwnedText(objectName);
     m_innermost->member = member ? MemberRecord::of(*member).nameText() : QString();
 }
 

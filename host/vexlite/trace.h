@@ -1,5 +1,4 @@
-// CallTrace: the calls in progress while a tracer listens. Trace: the hook through which their names come,
-// and which hides members.
+// CallTrace: the trace hook, which measures calls for a tracer and hides members.
 #pragma once
 
 #include "host/vexlite/core.h"
@@ -11,7 +10,7 @@ namespace vexlite {
 class CallTrace final : public IJSTraceHook {
 public:
     using Tracer = std::function<void(const TracedCall&)>;
-    /// Makes the call, with the value that is to come back to `completed`.
+    /// Makes the call, with the value that recordEnd() will get.
     using Invoke = std::function<KResult(std::int64_t extra)>;
 
     void setTracer(Tracer tracer);
@@ -19,11 +18,10 @@ public:
     bool isTracing() const { return m_tracer != nullptr; }
     bool isNeeded() const { return isTracing() || m_denyMask; }
 
-    /// Makes a call and reports it once it is over, so that the tracer sees an inner call before its outer
-    /// one.
-    KResult traced(const JSContextEnv& context, const KJSVariant& exception, const Invoke& invoke);
-    /// Ends the time of the innermost call, when that is the one `extra` names; does nothing otherwise.
-    void completed(const JSContextEnv& context, std::int64_t extra)
+    /// Makes a call and reports it when it has ended, so inner calls are reported before outer ones.
+    KResult trace(const JSContextEnv& context, const KJSVariant& exception, const Invoke& invoke);
+    /// Records the end of the innermost call, if `extra` identifies it; does nothing otherwise.
+    void recordEnd(const JSContextEnv& context, std::int64_t extra)
     {
         if (m_innermost && extra == reinterpret_cast<std::int64_t>(m_innermost)
             && m_innermost->context == context)
@@ -40,13 +38,13 @@ private:
     struct ActiveCall {
         ActiveCall* outer;
         JSContextEnv context;
-        QString object; ///< null before the notice
+        QString object; ///< null before CallNotice()
         QString member;
         Clock::time_point start;
-        Clock::time_point end; ///< the epoch before the completion
+        Clock::time_point end; ///< the epoch until recordEnd()
     };
 
-    std::shared_ptr<const Tracer> m_tracer; ///< shared, since a tracer may replace itself
+    std::shared_ptr<const Tracer> m_tracer; ///< shared: a tracer may replace itself while it runs
     std::uint32_t m_denyMask = 0;
     ActiveCall* m_innermost = nullptr;
 };

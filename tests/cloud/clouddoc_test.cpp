@@ -1,11 +1,11 @@
 // What a page is told of its cloud documents, with a cloud service that answers when a test says so and the
 // stand-in's account service.
 #include "cloud/ipc/messagetypes.h"
-#include "cloud/schema/codec.h"
 #include "framework/entry.h"
+#include "host/cloudwire/codec.h"
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
-#include "host/suite/cloudsvrproxy.h"
+#include "host/suite/cloud/cloudsvrproxy.h"
 #include "host/vexlite/core.h"
 #include "suite/kaccountsdk.h"
 #include "suite/kcloudipc.h"
@@ -32,8 +32,8 @@ std::string bytesOf(const char* typeName, const void* message)
             .join(u' ')
             .toStdString();
     }
-    cloud::MessageCodec codec;
-    return std::string(codec.encode(*cloud::findMessageType(typeName), message));
+    cloudwire::MessageCodec codec;
+    return std::string(codec.encode(*cloudwire::findMessageType(typeName), message));
 }
 
 struct Request {
@@ -522,9 +522,9 @@ protected:
         timer.start();
         do {
             QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-            proxy.tellLogin(!isLogin);
+            proxy.setLogin(!isLogin);
             notes.clear();
-            proxy.tellLogin(isLogin);
+            proxy.setLogin(isLogin);
         } while (notes.isEmpty() && timer.elapsed() < ms);
         return heard();
     }
@@ -581,19 +581,19 @@ TEST_F(CloudDocEvents, TellWhatTheServiceDidToEveryPage)
     listen(context, "first");
     listen(other, "other");
     for (const Row& row : rows) {
-        proxy.tellActions(row.actions);
+        proxy.notifyActions(row.actions);
         const std::string told = row.heard;
         EXPECT_EQ(heard(), told.empty() ? told : "first " + told + "\nother " + told) << row.name;
     }
     for (const bool isLogin : { false, true, true, false })
-        proxy.tellLogin(isLogin);
+        proxy.setLogin(isLogin);
     EXPECT_EQ(heard(),
         "first clouddoc.loginstatus.changed {\"isLogin\":true}\n"
         "other clouddoc.loginstatus.changed {\"isLogin\":true}\n"
         "first clouddoc.loginstatus.changed {\"isLogin\":false}\n"
         "other clouddoc.loginstatus.changed {\"isLogin\":false}");
     core.closePage(other);
-    proxy.tellLogin(true);
+    proxy.setLogin(true);
     EXPECT_EQ(heard(), "first clouddoc.loginstatus.changed {\"isLogin\":true}");
 }
 

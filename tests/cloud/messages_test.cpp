@@ -1,7 +1,7 @@
 // The messages as bytes, worked out by hand, and what a reader takes and refuses.
-#include "cloud/schema/codec.h"
 #include "cloud/schema/lark_types.h"
 #include "cloud/schema/orbitapi_types.h"
+#include "host/cloudwire/codec.h"
 
 #include <gtest/gtest.h>
 #include <thrift/protocol/TCompactProtocol.h>
@@ -38,9 +38,9 @@ VectorCase vector(const char* name, const char* type, const Message& message, st
     return { name, type, std::make_shared<Message>(message), std::move(bytes) };
 }
 
-const cloud::MessageType& typeNamed(const char* name)
+const cloudwire::MessageType& typeNamed(const char* name)
 {
-    const cloud::MessageType* type = cloud::findMessageType(name);
+    const cloudwire::MessageType* type = cloudwire::findMessageType(name);
     if (!type)
         throw std::invalid_argument(name);
     return *type;
@@ -49,8 +49,8 @@ const cloud::MessageType& typeNamed(const char* name)
 /// What the bytes are after reading and writing them.
 std::string recoded(const char* name, const std::string& bytes)
 {
-    const cloud::MessageType& type = typeNamed(name);
-    cloud::MessageCodec codec;
+    const cloudwire::MessageType& type = typeNamed(name);
+    cloudwire::MessageCodec codec;
     const auto message = type.make();
     if (const auto fault = codec.decode(type, bytes, message.get()))
         return "error: " + *fault;
@@ -62,7 +62,7 @@ class Vector : public testing::TestWithParam<VectorCase> { };
 TEST_P(Vector, IsWrittenAndRead)
 {
     const auto& [name, type, message, bytes] = GetParam();
-    cloud::MessageCodec codec;
+    cloudwire::MessageCodec codec;
     EXPECT_EQ(codec.encode(typeNamed(type), message.get()), bytes);
     EXPECT_EQ(recoded(type, bytes), bytes);
 }
@@ -160,10 +160,10 @@ INSTANTIATE_TEST_SUITE_P(SyncFolderResult, Reading,
 
 TEST(Codec, GoesOnAfterFaultsAndManyMessages)
 {
-    const cloud::MessageType& type = typeNamed("SyncFolderResult");
+    const cloudwire::MessageType& type = typeNamed("SyncFolderResult");
     const std::string good = "\x15\x0e\x1b\x01\x88\x01k\x0a"
                              "0123456789\0"s;
-    cloud::MessageCodec codec(100);
+    cloudwire::MessageCodec codec(100);
     for (const std::string& bad : { std::string(100, '\x1c'), "\x15"s, std::string(101, 'a'), good }) {
         for (int i = 0; i < 100; ++i)
             EXPECT_EQ(codec.decode(type, bad, type.make().get()).has_value(), bad != good) << i;

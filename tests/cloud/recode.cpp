@@ -1,6 +1,6 @@
 // Reads lines "TYPE HEX" and answers each with the message encoded anew, in HEX, or with "error: TEXT".
 // recode --types prints the names of all types instead.
-#include "cloud/schema/codec.h"
+#include "host/cloudwire/codec.h"
 
 #include <iostream>
 
@@ -28,15 +28,16 @@ std::string toHex(std::string_view bytes)
 int main(int argc, char**)
 {
     if (argc > 1) {
-        for (const cloud::MessageType& type : cloud::messageTypes())
+        for (const cloudwire::MessageType& type : cloudwire::messageTypes())
             std::cout << type.name << '\n';
         return 0;
     }
-    cloud::MessageCodec codec(1 << 20);
+    cloudwire::MessageCodec codec(1 << 20);
     std::string line;
     while (std::getline(std::cin, line)) {
         const std::size_t space = line.find(' ');
-        const cloud::MessageType* type = cloud::findMessageType(std::string_view(line).substr(0, space));
+        const cloudwire::MessageType* type =
+            cloudwire::findMessageType(std::string_view(line).substr(0, space));
         if (!type)
             return 1;
         // A block of its own size, so that the sanitizers see a read beyond it.

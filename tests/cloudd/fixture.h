@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cloud/schema/lark_types.h"
-#include "host/cloudd/place.h"
+#include "host/cloudd/directorylock.h"
 #include "host/cloudd/service.h"
 #include "host/cloudd/state.h"
 
@@ -92,9 +92,9 @@ public:
     {
         service.reset();
         place.reset();
-        place = std::make_unique<cloudd::Place>(state());
+        place = std::make_unique<cloudd::DirectoryLock>(state());
         error = q("the place is taken");
-        if (place->hold() != cloudd::Place::Outcome::Held)
+        if (place->lock() != cloudd::DirectoryLock::Outcome::Locked)
             return;
         service = std::make_unique<cloudd::Service>(
             cloudd::Settings { m_directory + q("/state"), bytesPerSecond }, error);
@@ -202,7 +202,7 @@ public:
     }
 
     std::shared_ptr<cloudd::Session> session;
-    std::unique_ptr<cloudd::Place> place;
+    std::unique_ptr<cloudd::DirectoryLock> place;
     std::unique_ptr<cloudd::Service> service;
     QString error;
     std::function<void(const std::string& user, const QMap<QString, QString>& actions)> onNotice;

@@ -3,7 +3,7 @@
 #include "host/engine/page.h"
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
-#include "host/suite/cloudservice.h"
+#include "host/suite/cloud/cloudservice.h"
 #include "suite/kcoreapplication.h"
 
 #include <QApplication>

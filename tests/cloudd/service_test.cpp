@@ -16,6 +16,8 @@ namespace {
 
 using namespace cloudd_test;
 
+long stepOfTimeStamps = 1; ///< in ns, as fstat and stat show them
+
 constexpr qint64 Slow = 1'000'000; ///< bytes a second: an upload is under way when it is looked at
 
 void execute(const QString& records, const char* statement)
@@ -26,6 +28,12 @@ void execute(const QString& records, const char* statement)
     database.close();
     database = QSqlDatabase();
     QSqlDatabase::removeDatabase(q("spoil"));
+}
+
+void setTime(const std::string& path, const struct stat& like)
+{
+    const timespec times[] = { like.st_atim, like.st_mtim };
+    EXPECT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
 }
 
 class CloudService : public testing::Test {
@@ -268,14 +276,27 @@ TEST_F(CloudService, RefusesWhatIsNoFileThatStaysAsItIs)
         { "grows", make, [&] { rewrite('+', static_cast<qint64>(big.size())); }, "2/5" },
         { "shrinks", make, [&] { QFile::resize(file, 100); }, "2/5" },
         { "is changed", make, [&] { rewrite('!', 3); }, "2/5" },
+        { "is changed, and its time put back", make,
+            [&] {
+                struct stat was { };
+                EXPECT_EQ(stat(path.c_str(), &was), 0);
+                rewrite('!', 3);
+                setTime(path, was);
+            },
+            "2/5" },
+        { "is changed in the step of the clock in which it was made",
+            [&] {
+                stepOfTimeStamps = 1'000'000'000;
+                make();
+            },
+            [&] { rewrite('!', 3); }, "2/5" },
         { "is replaced", make,
             [&] {
                 // With the same bytes, of the same time.
                 const std::string other = world.source("other", big);
                 struct stat was { };
                 EXPECT_EQ(stat(path.c_str(), &was), 0);
-                const timespec times[] = { was.st_atim, was.st_mtim };
-                EXPECT_EQ(utimensat(AT_FDCWD, other.c_str(), times, 0), 0);
+                setTime(other, was);
                 EXPECT_EQ(rename(other.c_str(), path.c_str()), 0);
             },
             "2/5" },
@@ -289,6 +310,7 @@ TEST_F(CloudService, RefusesWhatIsNoFileThatStaysAsItIs)
             [&] { return world.data(id)[q("transferred")].toInt() > 0 || !world.service->isBusy(); });
         row.meanwhile();
         EXPECT_EQ(world.outcome(id), row.outcome) << row.name;
+        stepOfTimeStamps = 1;
         EXPECT_EQ(filesBelow(world.state("incoming")), QStringList()) << row.name;
     }
     EXPECT_EQ(filesBelow(world.state("contents")).size(), 1);
@@ -610,7 +632,33 @@ TEST(CloudRecords, AreNotOverwritten)
     }
 }
 
+void showCoarse(timespec& time)
+{
+    time.tv_nsec -= time.tv_nsec % stepOfTimeStamps;
+}
+
+int showCoarse(int result, struct stat* found)
+{
+    if (result == 0) {
+        showCoarse(found->st_mtim);
+        showCoarse(found->st_ctim);
+    }
+    return result;
+}
+
 } // namespace
+
+// In place of the C library's: with the time stamps of a file system that has coarser ones.
+
+extern "C" int stat(const char* path, struct stat* found) noexcept
+{
+    return showCoarse(fstatat(AT_FDCWD, path, found, 0), found);
+}
+
+extern "C" int fstat(int file, struct stat* found) noexcept
+{
+    return showCoarse(fstatat(file, "", found, AT_EMPTY_PATH), found);
+}
 
 int main(int argc, char** argv)
 {

@@ -1,5 +1,5 @@
 // The dialogs of the account service, shown.
-#include "host/suite/accountdialog.h"
+#include "host/suite/account/accountdialog.h"
 #include "tests/dialogs/fixture.h"
 
 #include <QListWidget>

@@ -1,4 +1,4 @@
-#include "host/suite/dialoganswers.h"
+#include "host/suite/dialogs/dialoganswers.h"
 
 #include <QApplication>
 #include <QSettings>

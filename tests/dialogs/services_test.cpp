@@ -1,5 +1,5 @@
 // The suite's dialogs and the access manager, answered from the profile.
-#include "host/suite/dialoganswers.h"
+#include "host/suite/dialogs/dialoganswers.h"
 #include "suite/kaccessmanager.h"
 #include "suite/kcloudfiledialog.h"
 #include "suite/kdownloadfiledialog.h"
@@ -20,11 +20,11 @@ std::string json(const QVariantMap& values)
 TEST_F(DialogTest, WithoutADisplayOnlyShowShows)
 {
     useProfile("{}");
-    EXPECT_TRUE(dialogs::answered());
+    EXPECT_TRUE(dialogs::areAnswered());
     useProfile(R"({"dialogs": {"mode": "show"}})");
-    EXPECT_FALSE(dialogs::answered());
+    EXPECT_FALSE(dialogs::areAnswered());
     useProfile(R"({"dialogs": {"mode": "answer"}})");
-    EXPECT_TRUE(dialogs::answered());
+    EXPECT_TRUE(dialogs::areAnswered());
 }
 
 TEST_F(DialogTest, ServicesThatAreOffAreNull)

@@ -1,7 +1,12 @@
+#include "host/profile/accountfields.h"
 #include "krt/krt.h"
 #include "krt/product.h"
 #include "suite/kdcinfo.h"
 #include "tests/services/fixture.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <map>
 
 namespace {
 
@@ -110,6 +115,58 @@ TEST_F(ServiceTest, ServicesAreSwitchedOffByName)
     QString error;
     EXPECT_FALSE(profile::switchOff(QStringLiteral("loger"), &error));
     EXPECT_TRUE(error.contains(QStringLiteral("logger"))) << error.toStdString();
+}
+
+struct Anything {
+    template <typename Value> operator Value() const;
+};
+
+/// Of an aggregate: as many initializers as it takes.
+template <typename Record, typename... Initializers> constexpr std::size_t countFields()
+{
+    if constexpr (requires { Record { Initializers {}..., Anything {} }; })
+        return countFields<Record, Initializers..., Anything>();
+    else
+        return sizeof...(Initializers);
+}
+
+/// The keys with their types.
+using Keys = std::map<std::string, std::string>;
+
+template <typename Fields> Keys describe(const Fields& fields)
+{
+    constexpr const char* types[] = { "string", "integer", "boolean", "array" };
+    Keys keys;
+    for (const auto& field : fields)
+        keys[field.key] = types[field.member.index()];
+    return keys;
+}
+
+Keys describe(const QJsonObject& properties)
+{
+    Keys keys;
+    for (auto property = properties.begin(); property != properties.end(); ++property)
+        keys[property.key().toStdString()] =
+            property.value().toObject()[QStringLiteral("type")].toString().toStdString();
+    return keys;
+}
+
+TEST(Profile, SchemaHasTheFieldsOfAccounts)
+{
+    const QJsonObject account = QJsonDocument::fromJson(
+        profile::schemaText())[QStringLiteral("properties")][QStringLiteral("account")]
+                                    .toObject()[QStringLiteral("properties")]
+                                    .toObject();
+    const auto properties = [](const QJsonObject& parent, const char* list) {
+        return parent[QLatin1String(list)][QStringLiteral("items")][QStringLiteral("properties")].toObject();
+    };
+    QJsonObject user = properties(account, "users");
+    EXPECT_EQ(describe(properties(user, "members")), describe(profile::MembershipFields));
+    user.remove(QStringLiteral("members"));
+    EXPECT_EQ(describe(user), describe(profile::UserFields));
+    EXPECT_EQ(describe(properties(account, "companies")), describe(profile::CompanyFields));
+    EXPECT_EQ(std::size(profile::UserFields), countFields<kacctoutsdk::KUserInfo>());
+    EXPECT_EQ(std::size(profile::CompanyFields), countFields<kacctoutsdk::KCompanyInfo>());
 }
 
 TEST_F(ServiceTest, DataDirectoryIsMadeOrRefused)

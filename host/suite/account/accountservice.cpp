@@ -1,0 +1,331 @@
+#include "host/suite/account/accountservice.h"
+
+#include "host/profile/accountfields.h"
+#include "host/profile/directories.h"
+#include "host/suite/account/accountdialog.h"
+#include "suite/kcoreapplication.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QLoggingCategory>
+#include <QSaveFile>
+#include <QTimer>
+#include <algorithm>
+
+namespace suite {
+
+namespace {
+
+using kacctoutsdk::KMemberKind;
+using kacctoutsdk::KUserInfo;
+
+Q_LOGGING_CATEGORY(accountLog, "suite.account")
+
+// The keys of accounts.json.
+constexpr char Current[] = "current";
+constexpr char SignedIn[] = "signedIn";
+constexpr char Logins[] = "logins";
+constexpr char UserChanges[] = "users";
+constexpr char MemberChanges[] = "members";
+
+template <typename Entry, typename Record>
+const Entry* findEntry(const std::vector<Entry>& entries, QString Record::*id, const QString& wanted)
+{
+    const auto found = std::ranges::find(entries, wanted, id);
+    return found == entries.end() ? nullptr : &*found;
+}
+
+} // namespace
+
+bool AccountView::isMember(KMemberKind kind) const
+{
+    switch (kind) {
+    case KMemberKind::Nova:
+        return grants.contains(QLatin1String("nova"));
+    case KMemberKind::Folio:
+        return grants.contains(QLatin1String("folio"));
+    case KMemberKind::Super:
+        return grants.contains(QLatin1String("super"));
+    case KMemberKind::Company:
+        break;
+    }
+    return !company.companyId.isEmpty();
+}
+
+AccountService& AccountService::instance()
+{
+    static AccountService service;
+    return service;
+}
+
+void AccountService::load() const
+{
+    if (m_profile)
+        return;
+    m_profile = profile::current();
+    m_file = profile::dataDirectory() + QStringLiteral("/accounts.json");
+    QFile file(m_file);
+    if (file.open(QIODevice::ReadOnly)) {
+        m_state = QJsonDocument::fromJson(file.readAll()).object();
+        if (m_state.isEmpty()) {
+            qCWarning(accountLog, "%s can not be understood and is set aside", qPrintable(m_file));
+            file.rename(m_file + QStringLiteral(".damaged"));
+        }
+    }
+    const QString first = m_profile->account.current;
+    if (m_state.isEmpty() && findEntry(m_profile->account.users, &profile::User::userId, first))
+        m_state = { { QLatin1String(Current), first }, { QLatin1String(SignedIn), QJsonArray { first } },
+            { QLatin1String(Logins), 1 } };
+}
+
+void AccountService::save()
+{
+    QSaveFile file(m_file);
+    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(m_state).toJson()) < 0 || !file.commit())
+        qCWarning(
+            accountLog, "%s can not be written: %s", qPrintable(m_file), qPrintable(file.errorString()));
+}
+
+QString AccountService::current() const
+{
+    const QStringList signedIn = accountList();
+    const QString userId = m_state[QLatin1String(Current)].toString();
+    return signedIn.contains(userId) ? userId : QString();
+}
+
+QStringList AccountService::accountList() const
+{
+    load();
+    QStringList list;
+    for (const auto& userId : m_state[QLatin1String(SignedIn)].toArray()) {
+        if (findEntry(m_profile->account.users, &profile::User::userId, userId.toString()))
+            list.append(userId.toString());
+    }
+    return list;
+}
+
+QJsonObject AccountService::findChanges(const char* section, const QString& userId) const
+{
+    return m_state[QLatin1String(section)].toObject()[userId].toObject();
+}
+
+AccountView AccountService::makeView(const QString& userId) const
+{
+    AccountView view;
+    const profile::Account& known = m_profile->account;
+    const profile::User* user = findEntry(known.users, &profile::User::userId, userId);
+    QMap<QString, qint64> held;
+    if (user) {
+        const QJsonObject changes = findChanges(UserChanges, userId);
+        view.user = *user;
+        profile::forEachChangeableUserField([&](QLatin1String key, QString KUserInfo::*member) {
+            view.user.*member = changes[key].toString(view.user.*member);
+        });
+        view.session =
+            QStringLiteral("%1-session-%2").arg(userId).arg(m_state[QLatin1String(Logins)].toInt());
+        for (const kacctoutsdk::KMembership& membership : user->members)
+            held.insert(membership.tier, membership.expireTime);
+        const QJsonObject memberChanges = findChanges(MemberChanges, userId);
+        for (auto change = memberChanges.begin(); change != memberChanges.end(); ++change) {
+            if (!change.value().toBool())
+                held.remove(change.key());
+            else if (!held.contains(change.key()))
+                held.insert(change.key(), 0);
+        }
+        if (const auto* company =
+                findEntry(known.companies, &kacctoutsdk::KCompanyInfo::companyId, view.user.companyId))
+            view.company = *company;
+    }
+    QVariantList heldTiers;
+    for (const profile::Tier& tier : known.tiers) {
+        const qint64 expires = held.value(tier.name, 0);
+        const bool isMember =
+            held.contains(tier.name) && (expires == 0 || expires > QDateTime::currentMSecsSinceEpoch());
+        view.members.append({ tier.name, isMember, expires });
+        if (isMember)
+            view.grants += tier.grants;
+        if (held.contains(tier.name))
+            heldTiers.append(QVariantMap {
+                { QStringLiteral("tier"), tier.name }, { QStringLiteral("expireTime"), expires } });
+    }
+    view.raw = { { QStringLiteral("userId"), userId }, { QStringLiteral("tiers"), heldTiers } };
+    return view;
+}
+
+kacctoutsdk::IKAccount* AccountService::getAccount(const QString& userId)
+{
+    if (!profile::serviceOn(QStringLiteral("currentAccount")))
+        return nullptr;
+    if (!userId.isEmpty() && !accountList().contains(userId))
+        return nullptr;
+    const QString known = userId.isEmpty() ? current() : userId;
+    return &(m_views[known] = makeView(known));
+}
+
+/// The user of the wanted way to sign in, or else the first one who is not current.
+QString AccountService::proposeUser(const QVariantMap& params) const
+{
+    QString now = current();
+    const QString mode = params.value(QStringLiteral("qrcode")).toBool()
+        ? QStringLiteral("qrcode")
+        : params.value(QStringLiteral("loginSrc")).toString();
+    const std::vector<profile::User>& users = m_profile->account.users;
+    if (const profile::User* user = findEntry(users, &profile::User::loginMode, mode);
+        user && !mode.isEmpty())
+        return user->userId;
+    for (const profile::User& user : users) {
+        if (user.userId != now)
+            return user.userId;
+    }
+    return now;
+}
+
+bool AccountService::login(const QVariantMap& params)
+{
+    load();
+    if (m_login || m_switching || m_profile->account.users.empty())
+        return false;
+    m_login = params.value(QStringLiteral("login.params.confirmId")).toString();
+    AccountDialog dialog { profile::DialogKind::Login, QStringLiteral("Sign in"), QStringLiteral("userId"),
+        {}, proposeUser(params), params.value(QStringLiteral("bShowModal")).toBool(),
+        params.value(QStringLiteral("bTopWindow")).toBool() };
+    for (const profile::User& user : m_profile->account.users)
+        dialog.choices.push_back({ user.userId, QStringLiteral("%1 (%2)").arg(user.nickName, user.account) });
+    choose(dialog, [this](const QString& userId) {
+        const QString confirmId = *std::exchange(m_login, std::nullopt);
+        if (!userId.isEmpty())
+            signIn(userId, confirmId);
+    });
+    return true;
+}
+
+bool AccountService::logout(const QVariantMap&)
+{
+    if (current().isEmpty())
+        return false;
+    QTimer::singleShot(0, this, &AccountService::signOut);
+    return true;
+}
+
+bool AccountService::upgradeMember(const QVariantMap&)
+{
+    if (current().isEmpty() || m_upgrading)
+        return false;
+    m_upgrading = true;
+    const std::vector<profile::Tier>& tiers = m_profile->account.tiers;
+    AccountDialog dialog { profile::DialogKind::Upgrade, QStringLiteral("Upgrade membership"),
+        QStringLiteral("tier"), {}, tiers.empty() ? QString() : tiers.front().name };
+    for (const profile::Tier& tier : tiers)
+        dialog.choices.push_back({ tier.name, tier.name });
+    choose(dialog, [this](const QString& tier) {
+        m_upgrading = false;
+        if (!tier.isEmpty())
+            changeMembership(tier, true);
+    });
+    return true;
+}
+
+QString AccountService::generateConfirmId()
+{
+    return QStringLiteral("confirm-%1").arg(++m_confirmIds);
+}
+
+kacctoutsdk::KLoginConfirmation AccountService::confirmLoginSuccess(const QString& confirmId)
+{
+    if (m_login == confirmId || (m_switching && m_switchConfirmId == confirmId))
+        return kacctoutsdk::KLoginConfirmation::Waiting;
+    if (m_succeeded.isEmpty() || m_succeeded != confirmId)
+        return kacctoutsdk::KLoginConfirmation::Ended;
+    m_succeeded.clear();
+    return kacctoutsdk::KLoginConfirmation::Succeeded;
+}
+
+void AccountService::signIn(const QString& userId, const QString& confirmId)
+{
+    const QString before = current();
+    const QString wanted = userId.isEmpty() ? proposeUser({}) : userId;
+    if (before.isEmpty() || before == wanted)
+        return setCurrent(wanted, confirmId);
+    m_switching = true;
+    m_switchConfirmId = confirmId;
+    m_state[QLatin1String(Current)] = QString();
+    Q_EMIT loginInfoChanged();
+    QTimer::singleShot(0, this, [this, wanted, confirmId] { setCurrent(wanted, confirmId); });
+}
+
+void AccountService::setCurrent(const QString& userId, const QString& confirmId)
+{
+    const bool another = current() != userId;
+    QJsonArray signedIn = m_state[QLatin1String(SignedIn)].toArray();
+    if (!signedIn.contains(userId))
+        signedIn.append(userId);
+    m_state[QLatin1String(Current)] = userId;
+    m_state[QLatin1String(SignedIn)] = signedIn;
+    m_state[QLatin1String(Logins)] = m_state[QLatin1String(Logins)].toInt() + 1;
+    save();
+    m_switchConfirmId.clear();
+    m_succeeded = confirmId;
+    if (another)
+        Q_EMIT currentAccountChanged();
+    Q_EMIT loginInfoChanged();
+    m_switching = false;
+}
+
+void AccountService::signOut()
+{
+    const QString before = current();
+    if (before.isEmpty())
+        return;
+    QJsonArray left;
+    for (const auto& userId : m_state[QLatin1String(SignedIn)].toArray()) {
+        if (userId.toString() != before)
+            left.append(userId);
+    }
+    m_state[QLatin1String(Current)] = QString();
+    m_state[QLatin1String(SignedIn)] = left;
+    save();
+    Q_EMIT loginInfoChanged();
+}
+
+void AccountService::recordChange(const char* section, const QString& key, const QJsonValue& value)
+{
+    QJsonObject all = m_state[QLatin1String(section)].toObject();
+    QJsonObject own = findChanges(section, current());
+    own[key] = value;
+    all[current()] = own;
+    m_state[QLatin1String(section)] = all;
+    save();
+}
+
+void AccountService::changeUser(const QString& key, const QString& value)
+{
+    if (current().isEmpty())
+        return;
+    recordChange(UserChanges, key, value);
+    Q_EMIT userInfoChanged();
+}
+
+void AccountService::changeMembership(const QString& tier, bool isMember)
+{
+    if (current().isEmpty())
+        return;
+    recordChange(MemberChanges, tier, isMember);
+    Q_EMIT memberInfoChanged();
+    Q_EMIT privilegeInfoChangedWithDetail({ { tier, isMember } });
+}
+
+QStringList AccountService::userKeys()
+{
+    QStringList keys;
+    profile::forEachChangeableUserField([&](QLatin1String key, auto) { keys << key; });
+    return keys;
+}
+
+} // namespace suite
+
+kacctoutsdk::KAccountSdkProxy* KCoreApplication::getAccountSDK()
+{
+    return profile::serviceOn(QStringLiteral("accountSdk")) ? &suite::AccountService::instance() : nullptr;
+}

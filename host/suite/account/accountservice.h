@@ -1,0 +1,86 @@
+// The account service of the stand-in. Users, companies and tiers come from the profile ("account");
+// accounts.json in the data directory stores who is signed in and what has changed.
+#pragma once
+
+#include "host/profile/profile.h"
+#include "suite/kaccountsdk.h"
+
+#include <QJsonObject>
+#include <map>
+#include <optional>
+
+namespace suite {
+
+/// A snapshot of an account, made by getAccount().
+class AccountView final : public kacctoutsdk::IKAccount {
+public:
+    bool isLoggedIn() const override { return !user.userId.isEmpty(); }
+    kacctoutsdk::KUserInfo userInfo() const override { return user; }
+    kacctoutsdk::KCompanyInfo companyInfo() const override { return company; }
+    QVector<kacctoutsdk::KMembership> memberships() const override { return members; }
+    QVariantMap rawMemberInfo() const override { return raw; }
+    bool isMember(kacctoutsdk::KMemberKind kind) const override;
+    QString novasid() const override { return session; }
+
+    kacctoutsdk::KUserInfo user;
+    kacctoutsdk::KCompanyInfo company;
+    QVector<kacctoutsdk::KMembership> members;
+    QStringList grants; ///< of the current memberships
+    QVariantMap raw;
+    QString session;
+};
+
+/// [GUI thread] for all. Changes requested by pages are made from the event loop.
+class AccountService final : public kacctoutsdk::KAccountSdkProxy {
+public:
+    /// The service, switched on or not.
+    static AccountService& instance();
+
+    bool login(const QVariantMap& params) override;
+    bool logout(const QVariantMap& params) override;
+    bool upgradeMember(const QVariantMap& params) override;
+    kacctoutsdk::IKAccount* getAccount(const QString& userId) override;
+    QStringList accountList() const override;
+    bool isSwitching() const override { return m_switching; }
+    QString generateConfirmId() override;
+    kacctoutsdk::KLoginConfirmation confirmLoginSuccess(const QString& confirmId) override;
+
+    // Changes that no page requested, of the current account; they do nothing without one.
+
+    /// Signs a user of the profile in, who becomes the current one; the former stays signed in. An empty id
+    /// means the user whom a login would propose.
+    void signIn(const QString& userId, const QString& confirmId = {});
+    void signOut();
+    /// Changes a text of the user information.
+    void changeUser(const QString& key, const QString& value);
+    void changeMembership(const QString& tier, bool isMember);
+    /// The keys that changeUser() accepts.
+    static QStringList userKeys();
+
+private:
+    AccountService() = default;
+
+    void load() const;
+    void save();
+    QString current() const;
+    QString proposeUser(const QVariantMap& params) const;
+    QJsonObject findChanges(const char* section, const QString& userId) const;
+    AccountView makeView(const QString& userId) const;
+    void setCurrent(const QString& userId, const QString& confirmId);
+    void recordChange(const char* section, const QString& key, const QJsonValue& value);
+
+    // Loaded at the first use.
+    mutable std::shared_ptr<const profile::Profile> m_profile;
+    mutable QString m_file;
+    mutable QJsonObject m_state;
+
+    std::map<QString, AccountView> m_views; ///< returned by getAccount()
+    std::optional<QString> m_login;         ///< the confirmation id, while a login is under way
+    QString m_succeeded;                    ///< that of the last one, until it is heldTiers
+    bool m_switching = false;
+    QString m_switchConfirmId; ///< of that login
+    bool m_upgrading = false;
+    int m_confirmIds = 0;
+};
+
+} // namespace suite

@@ -25,9 +25,13 @@ public:
 
     explicit KFileMd5Request(const QString& path);
 
-    /// Reads the next slice into `buffer`, the first time after opening the file. False when the request has
-    /// finished.
-    bool readSlice(QByteArray& buffer);
+    enum class Slice {
+        Read,
+        TooYoung, ///< nothing was read: a change that is made now could not be told from the last one
+        Ended,    ///< the request has finished
+    };
+    /// Reads the next slice into `buffer`, the first time after opening the file.
+    Slice readSlice(QByteArray& buffer);
 
 private:
     bool open();

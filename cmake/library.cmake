@@ -19,10 +19,8 @@ target_link_libraries(vexlitejsapi
     PUBLIC vexlite_platform
     PRIVATE $<BUILD_INTERFACE:vexlite_suite> $<BUILD_INTERFACE:vexlite_build_flags> Qt5::Network Qt5::Widgets Qt5::X11Extras
         $<BUILD_INTERFACE:cloud_messages> PkgConfig::XCB ZLIB::ZLIB)
-if(NOT VEXLITE_LINT)
-    # Static locals in inline code must not keep the library from being unloaded.
-    target_compile_options(vexlitejsapi PRIVATE -fno-gnu-unique)
-endif()
+# Static locals in inline code must not keep the library from being unloaded.
+target_compile_options(vexlitejsapi PRIVATE -fno-gnu-unique)
 target_link_options(vexlitejsapi PRIVATE
     -Wl,-z,defs -Wl,--version-script=${PROJECT_SOURCE_DIR}/framework/exports.map)
 set_target_properties(vexlitejsapi PROPERTIES

@@ -292,8 +292,8 @@ TEST_F(CloudDocEvents, TellWhatTheServiceDidToEveryPage)
             R"(clouddoc.roamingmode.changed {"roamingMode":"manual"})" },
         { R"("action": "roamingModeChanged", "roamingMode": "Manual")", "" },
         { R"("action": "roamingModeChanged")", "" },
-        { R"("action": "docCloudSyncStatus", "fileId": "f", "cloudPath": "/c", "localPath": "/l", "status": "3",
-                "taskId": "t", "x": "y")",
+        { R"("action": "docCloudSyncStatus", "fileId": "f", "cloudPath": "/c", "localPath": "/l",
+                "status": "3", "taskId": "t", "x": "y")",
             "docCloudSyncStatus "
             R"({"cloudPath":"/c","fileId":"f","localPath":"/l","status":"3","taskId":"t"})" },
         { R"("action": "docCloudSyncStatus")", "docCloudSyncStatus {}" },

@@ -1,25 +1,39 @@
 // What a page must not take along when it removes a directory. Nothing is removed here.
 #include "local/treechanges.h"
 #include "tests/services/fixture.h"
+#include "tests/support/rows.h"
 
 namespace {
 
 /// The home directory is "users/me", or with `linked` the link "linked" to it.
-struct RemovalCase {
+const struct RemovalRow {
     const char* name;
-    const char*
-        directory; ///< below the data directory, which is the parent of the home, unless it begins with '/'
+    const char* directory; ///< below the data directory, which is "@" in a path that begins with '/'
     bool guarded;
     bool linked = false;
+} Removals[] = {
+    { "Everything", "/", true },
+    { "Home", "users/me", true },
+    { "AboveHome", "users", true },
+    { "HomeByAnotherRoot", "/proc/self/root@/users/me", true },
+    { "HomeThroughALink", "free/link to users/me", true },
+    { "HomeThatIsALink", "linked", true, true },
+    { "WhereTheHomeLinkLeads", "users/me", true, true },
+    { "LinkToHome", "linked", false },
+    { "InHome", "users/me/docs", false },
+    { "SameBeginningAsHome", "users/m", false },
+    { "LinkToWhatIsAboveHome", "free/link to users", false },
+    { "FarAboveAClosedDirectory", "holder", true },
+    { "WithLinksToGuardedOnes", "free", false },
 };
 
-class Removal : public ServiceTest, public testing::WithParamInterface<RemovalCase> {
+class Removal : public ServiceTest {
 protected:
     ~Removal() override { qputenv("HOME", m_home); }
     const QByteArray m_home = qgetenv("HOME");
 };
 
-TEST_P(Removal, OfWhatHoldsGuardedDirectories)
+ROW_TEST(Removal, OfWhatHoldsGuardedDirectories, Removals)
 {
     QDir root(path(""));
     for (const char* made : { "users/me/docs", "holder/deep/closed", "free/deep" })
@@ -30,23 +44,9 @@ TEST_P(Removal, OfWhatHoldsGuardedDirectories)
     qputenv("HOME", QFile::encodeName(path(GetParam().linked ? "linked" : "users/me")));
     useProfile(R"({"directories": {"blacklistedDownloads": ["${DATA}/holder/deep/closed"]}})");
     const QString given = QString::fromLatin1(GetParam().directory);
-    QString directory = given.startsWith(QLatin1Char('/')) ? given : path(GetParam().directory);
-    directory.replace(QLatin1Char('@'), path(""));
+    const QString directory =
+        given.startsWith(u'/') ? QString(given).replace(u'@', path("")) : path(GetParam().directory);
     EXPECT_EQ(holdsGuardedDirectory(directory), GetParam().guarded) << directory.toStdString();
 }
-
-INSTANTIATE_TEST_SUITE_P(Directories, Removal,
-    testing::Values(RemovalCase { "Everything", "/", true }, RemovalCase { "Home", "users/me", true },
-        RemovalCase { "AboveHome", "users", true },
-        RemovalCase { "HomeByAnotherRoot", "/proc/self/root@/users/me", true },
-        RemovalCase { "HomeThroughALink", "free/link to users/me", true },
-        RemovalCase { "HomeThatIsALink", "linked", true, true },
-        RemovalCase { "WhereTheHomeLinkLeads", "users/me", true, true },
-        RemovalCase { "LinkToHome", "linked", false }, RemovalCase { "InHome", "users/me/docs", false },
-        RemovalCase { "SameBeginningAsHome", "users/m", false },
-        RemovalCase { "LinkToWhatIsAboveHome", "free/link to users", false },
-        RemovalCase { "FarAboveAClosedDirectory", "holder", true },
-        RemovalCase { "WithLinksToGuardedOnes", "free", false }),
-    caseName<RemovalCase>);
 
 } // namespace

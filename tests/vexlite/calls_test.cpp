@@ -1,7 +1,6 @@
 #include "tests/vexlite/fakes.h"
 
 #include <cstring>
-#include <unistd.h>
 
 using namespace vexlite;
 using namespace vexlite::test;
@@ -48,22 +47,17 @@ public:
     KResult InvokePropertyGet(const JSContextEnv& context, std::int32_t id, std::int64_t extra,
         KJSVariant& value, KJSVariant& exception) override
     {
-        const KResult status = reinterpret_cast<JSPropertyInvoke>(
-            entered(context, id, JSAccess::PropertyGet))(this, context, value, exception);
-        GetVEXJSCore()->Registry()->CallCompleted(context, value, extra);
-        return status;
+        return invoke<JSPropertyInvoke>(JSAccess::PropertyGet, id, extra, value, context, value, exception);
     }
     KResult InvokePropertyPut(const JSContextEnv&, std::int32_t, KJSVariant&, KJSVariant&) override
     {
         return KR_OK;
     }
     KResult InvokeMethod(const JSContextEnv& context, std::int32_t id, JSApiArguments& arguments,
-        KJSVariant& result, std::int64_t completion, KJSVariant& exception) override
+        KJSVariant& result, std::int64_t extra, KJSVariant& exception) override
     {
-        const KResult status = reinterpret_cast<JSMethodInvoke>(entered(context, id, JSAccess::Method))(
-            this, context, arguments, result, exception);
-        GetVEXJSCore()->Registry()->CallCompleted(context, result, completion);
-        return status;
+        return invoke<JSMethodInvoke>(
+            JSAccess::Method, id, extra, result, context, arguments, result, exception);
     }
     KResult GetMemberTable(const JSContextEnv& context, IJSMemberList** out) override
     {
@@ -73,11 +67,10 @@ public:
             addMember(m_table, "close", 0, 0x1, 0);
             addMember(m_table, "Part", 1, 0x41, 0);
         }
-        JSMemberTable replacement;
-        if (IJSTraceHook* hook = core->TraceHook();
-            hook && hook->FilterTable(QStringLiteral("NovaExtension.Fake"), context, m_table, replacement))
-            return core->Registry()->PublishTable(replacement, out);
-        return core->Registry()->PublishTable(m_table, out);
+        JSMemberTable shown;
+        IJSTraceHook* hook = core->TraceHook();
+        const bool filtered = hook && hook->FilterTable(m_name, context, m_table, shown);
+        return core->Registry()->PublishTable(filtered ? shown : m_table, out);
     }
     void* GetHostPointer() override { return m_hostPointer; }
     void Reserved() override { }
@@ -90,15 +83,20 @@ public:
     int initialised = 0;
 
 private:
-    JSMemberInvoke entered(const JSContextEnv& context, std::int32_t id, JSAccess access)
+    template <typename Invoke, typename... Arguments>
+    KResult invoke(JSAccess access, std::int32_t id, std::int64_t extra, KJSVariant& value,
+        const JSContextEnv& context, Arguments&... arguments)
     {
         IVEXJSCore* core = GetVEXJSCore();
         const JSMemberEntry* entry = core->Registry()->FindMember(m_table, id, access);
         if (IJSTraceHook* hook = core->TraceHook())
-            hook->CallNotice(QStringLiteral("NovaExtension.Fake"), context, entry);
-        return entry->invoke;
+            hook->CallNotice(m_name, context, entry);
+        const KResult status = reinterpret_cast<Invoke>(entry->invoke)(this, context, arguments...);
+        core->Registry()->CallCompleted(context, value, extra);
+        return status;
     }
 
+    const QString m_name = QStringLiteral("NovaExtension.Fake");
     JSMemberTable m_table;
     void* m_hostPointer = nullptr;
 };
@@ -109,42 +107,34 @@ KResult bindNew(std::int64_t context, std::int64_t target)
     return core ? core->Registry()->Bind(new FakeObject, context, target, 0) : KR_NOT_AVAILABLE;
 }
 
-KResult bindElsewhere(std::int64_t context, std::int64_t target)
-{
-    EXPECT_EQ(bindNew(context, target + 1), KR_NOT_AVAILABLE);
-    EXPECT_EQ(bindNew(context + 1, target), KR_NOT_AVAILABLE);
-    return KR_OK;
-}
-
-KResult bindTwice(std::int64_t context, std::int64_t target)
-{
-    EXPECT_EQ(bindNew(context, target), KR_OK);
-    EXPECT_EQ(bindNew(context, target), KR_NOT_AVAILABLE);
-    return KR_OK;
-}
-
-KResult bindAndFail(std::int64_t context, std::int64_t target)
-{
-    bindNew(context, target);
-    return KR_NO_MEMORY;
-}
-
 JSContextEnv closing;
 
-KResult bindAfterClosing(std::int64_t context, std::int64_t target)
-{
-    Core::instance()->closePage(closing);
-    EXPECT_EQ(bindNew(context, target), KR_NOT_AVAILABLE);
-    return KR_OK;
-}
+const ExtensionFactoryMap Factories { { QStringLiteral("Fake"), &bindNew },
+    { QStringLiteral("Elsewhere"),
+        [](std::int64_t context, std::int64_t target) {
+            EXPECT_EQ(bindNew(context, target + 1), KR_NOT_AVAILABLE);
+            EXPECT_EQ(bindNew(context + 1, target), KR_NOT_AVAILABLE);
+            return KR_OK;
+        } },
+    { QStringLiteral("Twice"),
+        [](std::int64_t context, std::int64_t target) {
+            EXPECT_EQ(bindNew(context, target), KR_OK);
+            EXPECT_EQ(bindNew(context, target), KR_NOT_AVAILABLE);
+            return KR_OK;
+        } },
+    { QStringLiteral("Fails"),
+        [](std::int64_t context, std::int64_t target) { return bindNew(context, target), KR_NO_MEMORY; } },
+    { QStringLiteral("Closing"), [](std::int64_t context, std::int64_t target) {
+         Core::instance()->closePage(closing);
+         EXPECT_EQ(bindNew(context, target), KR_NOT_AVAILABLE);
+         return KR_OK;
+     } } };
 
 class Calls : public CoreTest {
 protected:
     Calls()
     {
-        core.setFactories({ { QStringLiteral("Fake"), &bindNew },
-            { QStringLiteral("Elsewhere"), &bindElsewhere }, { QStringLiteral("Twice"), &bindTwice },
-            { QStringLiteral("Fails"), &bindAndFail }, { QStringLiteral("Closing"), &bindAfterClosing } });
+        core.setFactories(Factories);
         closing = first;
     }
     ~Calls() override { handled = nullptr; }
@@ -358,18 +348,10 @@ TEST_F(Calls, ObjectFactoryKnowsAnnouncedClasses)
 
 TEST_F(Calls, BrowserIsThereWhileItsPageIs)
 {
-    BrowserFacts facts;
-    facts.browserId = QStringLiteral("b1");
-    facts.groupMark2 = 12;
-    core.updateBrowser(first, facts);
+    core.updateBrowser(first, { {}, {}, QStringLiteral("b1") });
     const IVEXBrowser* browser = GetVEXJSCore()->Browser(first.browserId);
-    ASSERT_TRUE(browser && browser->Group());
+    ASSERT_TRUE(browser);
     EXPECT_EQ(browser->BrowserId(), QStringLiteral("b1"));
-    EXPECT_EQ(browser->Group()->Mark2(), 12);
-    EXPECT_EQ(browser->ProcessId(), getpid());
-    facts.grouped = false;
-    core.updateBrowser(first, facts);
-    EXPECT_EQ(browser->Group(), nullptr);
     EXPECT_EQ(GetVEXJSCore()->Browser(second.browserId)->BrowserId(), QString());
     core.closePage(first);
     EXPECT_EQ(GetVEXJSCore()->Browser(first.browserId), nullptr);
@@ -377,36 +359,32 @@ TEST_F(Calls, BrowserIsThereWhileItsPageIs)
 
 TEST(Services, AreNullWhenSwitchedOff)
 {
-    const struct {
-        bool CoreServices::*service;
-        bool (*found)(IVEXJSCore& core, const JSContextEnv& page);
-    } rows[] = {
-        { &CoreServices::jsCore, [](auto&, auto&) { return true; } },
-        { &CoreServices::promiseService, [](auto& core, auto&) { return core.PromiseService() != nullptr; } },
-        { &CoreServices::answerChannel, [](auto& core, auto&) { return core.AnswerChannel() != nullptr; } },
-        { &CoreServices::eventHubs, [](auto& core, auto&) { return core.EventHubs() != nullptr; } },
-        { &CoreServices::objectFactory, [](auto& core, auto&) { return core.Objects() != nullptr; } },
-        { &CoreServices::traceHook, [](auto& core, auto&) { return core.TraceHook() != nullptr; } },
-        { &CoreServices::browsers,
-            [](auto& core, auto& page) { return core.Browser(page.browserId) != nullptr; } },
-        { &CoreServices::browserGroups,
-            [](auto& core, auto& page) { return core.Browser(page.browserId)->Group() != nullptr; } },
-    };
-    for (const auto& row : rows) {
-        for (const bool on : { true, false }) {
-            CoreServices services;
-            services.*row.service = on;
-            support::NullPage page;
-            Core& core = Core::start(services);
-            core.setDenyMask(1);
-            core.setFactories({ { QStringLiteral("Fake"), &bindNew } });
-            const JSContextEnv context = core.openPage(&page, {});
-            EXPECT_EQ(GetVEXJSCore() && row.found(*GetVEXJSCore(), context), on) << &row - rows;
-            EXPECT_EQ(core.bindObject(context, QStringLiteral("Fake")).status,
-                services.jsCore ? KR_OK : KR_NOT_AVAILABLE);
-            Core::stop();
-            EXPECT_EQ(Core::instance(), nullptr);
+    bool CoreServices::*const switches[] = { &CoreServices::promiseService, &CoreServices::answerChannel,
+        &CoreServices::eventHubs, &CoreServices::objectFactory, &CoreServices::traceHook,
+        &CoreServices::browserGroups, &CoreServices::browsers, &CoreServices::jsCore };
+    const char* const found[] = { "-++++++", "+-+++++", "++-++++", "+++-+++", "++++-++", "+++++-+", "+++++--",
+        "" };
+    for (std::size_t off = 0; off < std::size(switches); ++off) {
+        CoreServices services;
+        services.*switches[off] = false;
+        support::NullPage page;
+        Core& host = Core::start(services);
+        host.setDenyMask(1);
+        host.setFactories({ { QStringLiteral("Fake"), &bindNew } });
+        const JSContextEnv context = host.openPage(&page, {});
+        std::string seen;
+        if (IVEXJSCore* core = GetVEXJSCore()) {
+            const IVEXBrowser* browser = core->Browser(context.browserId);
+            for (const bool there : { core->PromiseService() != nullptr, core->AnswerChannel() != nullptr,
+                     core->EventHubs() != nullptr, core->Objects() != nullptr, core->TraceHook() != nullptr,
+                     browser && browser->Group(), browser != nullptr })
+                seen += there ? '+' : '-';
         }
+        EXPECT_EQ(seen, found[off]);
+        EXPECT_EQ(host.bindObject(context, QStringLiteral("Fake")).status,
+            services.jsCore ? KR_OK : KR_NOT_AVAILABLE);
+        Core::stop();
+        EXPECT_EQ(Core::instance(), nullptr);
     }
 }
 

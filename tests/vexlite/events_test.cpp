@@ -140,19 +140,6 @@ TEST_F(Events, RefuseWhatIsNoListenerOfThePage)
     EXPECT_EQ(dispatch(), Identities({ 1 }));
 }
 
-TEST_F(Events, ReportCountsEveryEventByName)
-{
-    for (const char* event : { "b", "a" })
-        hub.Add(QLatin1String(event), first, idle(first));
-    for (const char* event : { "a", "c" })
-        hub.Add(QLatin1String(event), second, idle(second));
-    hub.Remove(QStringLiteral("c"), second, {});
-    KJSVariant report;
-    hub.Report(report);
-    EXPECT_EQ(support::json(report),
-        R"([{"eventName":"a","listenerCount":2},{"eventName":"b","listenerCount":1}])");
-}
-
 TEST_F(Events, PageKeepsToItsLimit)
 {
     for (int identity = 1; identity <= CoreLimits::listenersPerPage; ++identity)

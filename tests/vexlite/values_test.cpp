@@ -138,27 +138,9 @@ TEST(ScriptObject, OrdersThePairsItIsMadeOf)
     std::vector<ScriptPair> pairs;
     for (const char* key : { "b", "", "a", "B" })
         pairs.emplace_back(QString::fromLatin1(key), KJSVariant::fromInt32(*key));
-    const Ref<IJSONValue> object = makeScriptObject(std::move(pairs));
     QStringList keys;
-    object->Keys(keys);
+    makeScriptObject(std::move(pairs))->Keys(keys);
     EXPECT_EQ(keys.join(u',').toStdString(), ",B,a,b");
-    EXPECT_EQ(object->GetInt32(QStringLiteral("a"), 0), 'a');
-    EXPECT_FALSE(object->Has(QStringLiteral("c")));
-}
-
-TEST(ScriptObject, TypedGettersConvertOrFallBack)
-{
-    const Ref<IJSONValue> object = makeScriptObject();
-    object->SetString(QStringLiteral("text"), QStringLiteral("12"));
-    object->SetInt64(QStringLiteral("large"), Largest);
-    object->SetBoolean(QStringLiteral("flag"), true);
-    EXPECT_EQ(object->GetInt32(QStringLiteral("text"), 0), 12);
-    EXPECT_EQ(object->GetDouble(QStringLiteral("text"), 0), 12.0);
-    EXPECT_EQ(object->GetInt64(QStringLiteral("large"), 0), Largest);
-    EXPECT_EQ(object->GetInt32(QStringLiteral("large"), -1), -1);
-    EXPECT_EQ(object->GetString(QStringLiteral("flag"), {}), QStringLiteral("true"));
-    EXPECT_TRUE(object->GetBoolean(QStringLiteral("absent"), true));
-    EXPECT_FALSE(object->GetArray(QStringLiteral("text")));
 }
 
 } // namespace

@@ -221,19 +221,18 @@ TEST_F(Abi, ObjectSlotsStandInTheirOrder)
     EXPECT_EQ((callSlot<KResult, const JSContextEnv&, IJSMemberList**>(utils, 10, context, &list)), KR_OK);
     list->Release();
     spy.takeOperations();
-    KJSVariant value;
-    EXPECT_EQ((callSlot<KResult, const JSContextEnv&, std::int32_t, std::int64_t, KJSVariant&, KJSVariant&>(
-                  utils, 7, context, 0, 8, value, exception)),
-        KR_NOT_AVAILABLE);
+    using Context = const JSContextEnv&;
+    using Value = KJSVariant&;
+    const auto get = &callSlot<KResult, Context, std::int32_t, std::int64_t, Value, Value>;
+    EXPECT_EQ(get(utils, 7, context, 0, 8, result, exception), KR_NOT_AVAILABLE);
     EXPECT_EQ(spy.takeOperations(), "find 0 1,completed 0 8");
-    EXPECT_EQ((callSlot<KResult, const JSContextEnv&, std::int32_t, KJSVariant&, KJSVariant&>(
-                  utils, 8, context, 0, value, exception)),
-        KR_NOT_AVAILABLE);
+    const auto put = &callSlot<KResult, Context, std::int32_t, Value, Value>;
+    EXPECT_EQ(put(utils, 8, context, 0, result, exception), KR_NOT_AVAILABLE);
     EXPECT_EQ(spy.takeOperations(), "find 0 2");
     JSApiArguments none;
-    EXPECT_EQ((callSlot<KResult, const JSContextEnv&, std::int32_t, JSApiArguments&, KJSVariant&,
-                  std::int64_t, KJSVariant&>(utils, 9, context, 0, none, value, 55, exception)),
-        KR_REJECTED);
+    const auto invoke =
+        &callSlot<KResult, Context, std::int32_t, JSApiArguments&, Value, std::int64_t, Value>;
+    EXPECT_EQ(invoke(utils, 9, context, 0, none, result, 55, exception), KR_REJECTED);
     EXPECT_EQ(spy.takeOperations(), "find 0 0,completed 0 55");
     EXPECT_EQ(callSlot<void*>(utils, 11), nullptr);
     callSlot<void>(utils, 12);

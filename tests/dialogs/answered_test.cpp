@@ -199,13 +199,11 @@ TEST_F(Answered, AMessageBoxInBetweenGetsItsDefault)
     EXPECT_NE(warnings().find("did not take"), std::string::npos);
 }
 
-class StubbornDialog : public QDialog {
-public:
-    void reject() override { }
-};
-
 TEST_F(Answered, MessageBoxesAndOtherModalDialogsEnd)
 {
+    class StubbornDialog : public QDialog {
+        void reject() override { }
+    };
     useAnswers("");
     const QString text = QStringLiteral("text");
     const auto three = QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;

@@ -218,42 +218,6 @@ TEST_F(Calls, TablesTakeMembersWithoutFault)
     }
 }
 
-TEST_F(Calls, PublishedListOutlivesItsTable)
-{
-    IJSRegistry* registry = GetVEXJSCore()->Registry();
-    IJSMemberList* published = nullptr;
-    {
-        JSMemberTable source;
-        JSMemberTable table;
-        addMember(source, "open", 0, 0x40, 3);
-        registry->AssignTable(source, table);
-        EXPECT_TRUE(source.empty());
-        registry->PublishTable(table, &published);
-    }
-    const auto list = Ref<IJSMemberList>::adopt(published);
-    ASSERT_EQ(list->ParameterCount(0), 3);
-    EXPECT_EQ(QString::fromUtf16(list->Parameter(0, 0).name), QStringLiteral("eventName"));
-    EXPECT_EQ(list->Parameter(0, 1).name, nullptr);
-    EXPECT_EQ(list->Parameter(0, 2).type, 13u);
-    EXPECT_EQ(list->Mask(0), 0x40u);
-    EXPECT_EQ(list->ResultType(0), 0x8004);
-    EXPECT_EQ(list->Invoke(0), reinterpret_cast<JSMemberInvoke>(&method));
-}
-
-TEST_F(Calls, MembersAreFoundByTheirOwnAccessOnly)
-{
-    JSMemberTable table;
-    addMember(table, "method", 0, 0, 0);
-    addMember(table, "Property", 1, 0, 0);
-    for (int id = -1; id <= 2; ++id) {
-        for (const JSAccess access : { JSAccess::Method, JSAccess::PropertyGet, JSAccess::PropertyPut }) {
-            const bool found =
-                (id == 0 && access == JSAccess::Method) || (id == 1 && access == JSAccess::PropertyGet);
-            EXPECT_EQ(GetVEXJSCore()->Registry()->FindMember(table, id, access) != nullptr, found) << id;
-        }
-    }
-}
-
 TEST_F(Calls, DenyMaskHidesMembersThatShareABit)
 {
     const std::pair<std::uint32_t, const char*> rows[] = { { 0x40, "close1" }, { 0x81, "open0" },

@@ -32,7 +32,7 @@ protected:
     support::Page other { core };
 };
 
-TEST_F(Account, ChangesAreToldOnceAndUsersLeaveBeforeOthersCome)
+TEST_F(Account, SendsEachChangeOnceAndALogoutBeforeALogin)
 {
     service->become("a");
     service->become("a");
@@ -42,11 +42,11 @@ TEST_F(Account, ChangesAreToldOnceAndUsersLeaveBeforeOthersCome)
     EXPECT_EQ(heard(), "logout; login");
 }
 
-TEST_F(Account, IsToldWhatHappensWhileAListenerRunsTheEventLoop)
+TEST_F(Account, SendsWhatHappensWhileAListenerRunsTheEventLoop)
 {
     const struct {
         std::vector<const char*> users; // one after the other, within the listener of a's login
-        const char* told;
+        const char* heard;
     } rows[] = {
         { {}, "login" },
         { { "" }, "login; logout" },
@@ -61,7 +61,7 @@ TEST_F(Account, IsToldWhatHappensWhileAListenerRunsTheEventLoop)
             }
         };
         service->become("a");
-        EXPECT_EQ(heard(), row.told) << row.users.size();
+        EXPECT_EQ(heard(), row.heard) << row.users.size();
         service->become("");
         heard();
     }

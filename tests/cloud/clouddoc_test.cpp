@@ -267,7 +267,7 @@ protected:
             listen(by, "CloudDoc", event, name + ' ' + event);
     }
 
-    /// Has the proxy tell a login until it is heard, or for one that must not be, once.
+    /// Has the proxy signal a login, again and again when it `waits` until listeners hear of it.
     std::string heardOf(suite::CloudSvrProxy& proxy, bool waits = false)
     {
         QElapsedTimer patience;
@@ -282,7 +282,7 @@ protected:
     }
 };
 
-TEST_F(CloudDocEvents, TellWhatTheServiceDidToEveryPage)
+TEST_F(CloudDocEvents, ReachEveryPage)
 {
     const struct {
         const char* actions;
@@ -326,7 +326,7 @@ TEST_F(CloudDocEvents, TellWhatTheServiceDidToEveryPage)
 
 TEST_F(CloudDocEvents, FollowTheProxyThatThereIs)
 {
-    const std::string told = "page clouddoc.loginstatus.changed {\"isLogin\":true}";
+    const std::string login = "page clouddoc.loginstatus.changed {\"isLogin\":true}";
     suite::CloudSvrProxy former;
     support::cloudProxy = &former;
     listenToAll(page, "page");
@@ -334,17 +334,17 @@ TEST_F(CloudDocEvents, FollowTheProxyThatThereIs)
     EXPECT_EQ(heardOf(former), "") << "one that is no longer the suite's";
     auto first = std::make_unique<suite::CloudSvrProxy>();
     support::cloudProxy = first.get();
-    EXPECT_EQ(heardOf(*first, true), told) << "one that comes later is found";
+    EXPECT_EQ(heardOf(*first, true), login) << "one that comes later is found";
     suite::CloudSvrProxy second;
     support::cloudProxy = &second;
     EXPECT_EQ(heardOf(*first), "") << "one that has been replaced";
-    EXPECT_EQ(heardOf(second), told);
+    EXPECT_EQ(heardOf(second), login);
     support::cloudProxy = first.get();
     page.call("CloudDoc", "getRoamingMode");
-    EXPECT_EQ(heardOf(*first), told) << "every use looks which one there is";
+    EXPECT_EQ(heardOf(*first), login) << "every use looks which one there is";
     support::cloudProxy = &second;
     first.reset();
-    EXPECT_EQ(heardOf(second, true), told) << "found again after the end of another";
+    EXPECT_EQ(heardOf(second, true), login) << "found again after the end of another";
 }
 
 TEST_F(CloudDocEvents, FollowTheEventObjectThatThereIs)
@@ -354,7 +354,7 @@ TEST_F(CloudDocEvents, FollowTheEventObjectThatThereIs)
         QObject* larkEventObject() override { return events.get(); }
         std::unique_ptr<suite::CloudEvents> events;
     } proxy;
-    const auto tell = [&](suite::CloudEvents& events) {
+    const auto notify = [&](suite::CloudEvents& events) {
         Q_EMIT events.signal_notifyActionsMapDefault(
             { { QStringLiteral("action"), QStringLiteral("docCloudSyncStatus") } });
         return heard();
@@ -364,10 +364,10 @@ TEST_F(CloudDocEvents, FollowTheEventObjectThatThereIs)
     for (int i = 0; i < 2; ++i) {
         proxy.events = std::make_unique<suite::CloudEvents>();
         page.call("CloudDoc", "getRoamingMode");
-        EXPECT_EQ(tell(*proxy.events), "page docCloudSyncStatus {}");
+        EXPECT_EQ(notify(*proxy.events), "page docCloudSyncStatus {}");
     }
     const auto former = std::exchange(proxy.events, nullptr);
-    EXPECT_EQ(tell(*former), "");
+    EXPECT_EQ(notify(*former), "");
     Q_EMIT proxy.loginStatusChanged(true);
     EXPECT_EQ(heard(), "page clouddoc.loginstatus.changed {\"isLogin\":true}");
 }

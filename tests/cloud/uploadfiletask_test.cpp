@@ -92,7 +92,7 @@ protected:
     std::unique_ptr<KUploadFileTask> task = std::make_unique<KUploadFileTask>(
         QMap<QString, QString> { { QStringLiteral("userId"), QStringLiteral("u") } });
     QMap<QString, QStringList> left; ///< replies by methods
-    QString otherwise;               ///< what polls are told that have no reply left
+    QString otherwise;               ///< the reply to polls that have none left
     QString refused;                 ///< a method
     QStringList asked;
     QStringList events;

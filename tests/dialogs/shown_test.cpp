@@ -56,7 +56,7 @@ const struct CloudRow {
     { "EntersAFolder", Opens, "", "name folder; confirm; name c.txt; confirm", "/folder/c.txt" },
     { "OpensSeveral", Opens, "AllowMultiSel", R"(name "a.txt" "b.txt"; confirm)", "/a.txt|/b.txt" },
     { "InitialName", Opens, "InitialName=b.txt", "confirm", "/b.txt" },
-    { "MissingIsTold", Opens, "", "name no.txt; enter; box OK; name a.txt; confirm", "/a.txt" },
+    { "MissingFile", Opens, "", "name no.txt; enter; box OK; name a.txt; confirm", "/a.txt" },
     { "Cancels", Opens, "", "name a.txt; cancel", "" },
     { "Escapes", Opens, "", "escape", "" },
     { "SavesNew", Saves, "IsConfirmOverwrite", "name new.txt; confirm", "/new.txt" },
@@ -207,18 +207,18 @@ TEST_F(Shown, AccountsAreChosenOnceAndLater)
     const std::pair<const char*, const char*> rows[] = { { "confirm", "b" }, { "pick A; confirm", "a" },
         { "pick A; cancel", "" }, { "double A", "a" } };
     for (const auto& [steps, chosen] : rows) {
-        std::vector<std::string> told;
+        std::vector<std::string> ids;
         const auto choice = [](const char* id, const char* label) {
             return suite::Choice { QString::fromLatin1(id), QString::fromLatin1(label) };
         };
         suite::choose({ profile::DialogKind::Login, QStringLiteral("Sign in"), QStringLiteral("userId"),
                           { choice("a", "A"), choice("b", "B") }, QStringLiteral("b"), true },
-            [&](const QString& id) { told.push_back(id.toStdString()); });
-        EXPECT_TRUE(told.empty()) << "the call returns while the dialog is shown";
+            [&](const QString& id) { ids.push_back(id.toStdString()); });
+        EXPECT_TRUE(ids.empty()) << "the call returns while the dialog is shown";
         const User user(steps);
         while (!QApplication::topLevelWidgets().isEmpty())
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        EXPECT_EQ(told, std::vector<std::string> { chosen }) << steps;
+        EXPECT_EQ(ids, std::vector<std::string> { chosen }) << steps;
     }
 }
 

@@ -30,7 +30,7 @@ struct CloudRequest {
             && QMetaObject::invokeMethod(receiver, slot.constData(), connection, Q_ARG(bool, ok),
                 Q_ARG(QString, id), QGenericArgument(type, &result));
     }
-    /// Replies with a result that is state and texts.
+    /// Replies with a result that is a state and strings.
     bool replyState(bool ok, std::int32_t state, std::map<std::string, std::string> values,
         Qt::ConnectionType connection = Qt::DirectConnection) const
     {

@@ -22,7 +22,7 @@ KResult property(IJSExtentionObject*, const JSContextEnv&, KJSVariant& value, KJ
     return KR_OK;
 }
 
-/// Forgets its texts after use, as a module does that is unloaded.
+/// Overwrites its strings after use, as a module does that is unloaded.
 void addMember(JSMemberTable& table, const char* name, int kind, std::uint32_t mask, int count)
 {
     std::u16string text(name, name + std::strlen(name));

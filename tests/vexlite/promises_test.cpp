@@ -87,7 +87,7 @@ TEST_F(Promises, OutliveTheCore)
     promise = {};
 }
 
-TEST_F(Promises, PageIsToldWhenNativeCodeHoldsItNoMore)
+TEST_F(Promises, ArePassedBackWhenNativeCodeHoldsThemNoMore)
 {
     const std::int64_t id = pending();
     KJSVariant copy = promise;

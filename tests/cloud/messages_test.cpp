@@ -1,12 +1,10 @@
 // The messages as bytes, worked out by hand, and what a reader takes and refuses.
+#include "host/cloudwire/codec.h"
 #include "cloud/schema/lark_types.h"
 #include "cloud/schema/orbitapi_types.h"
-#include "host/cloudwire/codec.h"
+#include "tests/support/rows.h"
 
-#include <gtest/gtest.h>
-#include <thrift/protocol/TCompactProtocol.h>
-#include <thrift/protocol/TDebugProtocol.h>
-#include <thrift/transport/TBufferTransports.h>
+#include <random>
 
 namespace {
 
@@ -25,142 +23,144 @@ concept HasTheForm =
 };
 static_assert(HasTheForm<nova::lark::LarkIpcArg> && HasTheForm<orbitapi::OrbitApiResult>);
 
-struct VectorCase {
-    const char* name;
-    const char* type;
-    std::shared_ptr<void> message;
-    std::string bytes;
-};
+constexpr std::size_t Limit = 1 << 20;
 
-template <typename Message>
-VectorCase vector(const char* name, const char* type, const Message& message, std::string bytes)
+std::string times(std::size_t count, const std::string& bytes)
 {
-    return { name, type, std::make_shared<Message>(message), std::move(bytes) };
+    std::string all;
+    while (count-- > 0)
+        all += bytes;
+    return all;
 }
 
-const cloudwire::MessageType& typeNamed(const char* name)
+/// A text of so many bytes, less than 2^21, behind its length.
+std::string longText(std::size_t size)
 {
-    const cloudwire::MessageType* type = cloudwire::findMessageType(name);
-    if (!type)
-        throw std::invalid_argument(name);
-    return *type;
+    const auto digit = [&](int shift) {
+        return static_cast<char>((size >> shift & 127) | (shift < 14 ? 128 : 0));
+    };
+    return std::string { digit(0), digit(7), digit(14) } + std::string(size, 'a');
 }
 
-/// What the bytes are after reading and writing them.
-std::string recoded(const char* name, const std::string& bytes)
+/// What bytes are after reading and writing them, or what is wrong with them.
+std::string recoded(const cloudwire::MessageType& type, const std::string& bytes)
 {
-    const cloudwire::MessageType& type = typeNamed(name);
-    cloudwire::MessageCodec codec;
+    // In a block of its own size, so that the sanitizers see a read beyond it.
+    const auto block = std::make_unique<char[]>(bytes.size());
+    bytes.copy(block.get(), bytes.size());
+    cloudwire::MessageCodec codec(Limit);
     const auto message = type.make();
-    if (const auto fault = codec.decode(type, bytes, message.get()))
+    if (const auto fault = codec.decode(type, { block.get(), bytes.size() }, message.get()))
         return "error: " + *fault;
     return std::string(codec.encode(type, message.get()));
 }
 
-class Vector : public testing::TestWithParam<VectorCase> { };
+const std::string Nested = "\x9c" + times(62, "\x1c");
+const std::string Huge = "\xff\xff\xff\xff\x07";
+const std::string Empty = "\x15\0\x1b\0\0"s, State = "\x15\x0e\x1b\0\0"s; // of a SyncFolderResult
 
-TEST_P(Vector, IsWrittenAndRead)
-{
-    const auto& [name, type, message, bytes] = GetParam();
-    cloudwire::MessageCodec codec;
-    EXPECT_EQ(codec.encode(typeNamed(type), message.get()), bytes);
-    EXPECT_EQ(recoded(type, bytes), bytes);
-}
-
-VectorCase everyPlainKind()
-{
-    orbitapi::OrbitApiResult message;
-    message.resultState = 1;
-    message.kNetworkError = -1;
-    message.qNetworkError = 64;
-    message.httpStatusCode = INT32_MIN;
-    message.result = "\xc3\xa9";
-    message.headerMap = { { "b", "2" }, { "a", "" } };
-    message.replyTimestamp = 1LL << 35;
-    message.duration = -3;
-    message.userId = "u";
-    return vector("NumbersTextsAndAnOrderedMap", "OrbitApiResult", message,
-        "\x15\x02"
-        "\x15\x01"
-        "\x15\x80\x01"
-        "\x15\xff\xff\xff\xff\x0f"
-        "\x18\x02\xc3\xa9"
-        "\x18\0"
-        "\x18\0"
-        "\x1b\x02\x88\x01"
-        "a\0"
-        "\x01"
-        "b\x01"
-        "2"
-        "\x16\x80\x80\x80\x80\x80\x02"
-        "\x16\x05"
-        "\x18\0"
-        "\x18\0"
-        "\x18\x01u\0"s);
-}
-
-VectorCase boolsAndALongList(bool flag)
-{
-    nova::lark::UploadFilesToCloudArg message;
-    message.srcFiles.assign(15, "f");
-    message.createWhenNoExists = flag;
-    std::string list = "\xf8\x0f";
-    for (int i = 0; i < 15; ++i)
-        list += "\x01"
-                "f";
-    return vector(flag ? "TrueAndALongList" : "FalseAndALongList", "UploadFilesToCloudArg", message,
-        "\x18\0\x18\0\x19"s + list + (flag ? "\x11" : "\x12") + "\x18\0\x18\0\x1b\0\0"s);
-}
-
-VectorCase nested()
-{
-    orbitapi::CommonRequestArg message;
-    message.baseInfo.requestKey = "k";
-    message.baseInfo.canRetry = true;
-    message.extraParam = { { "x", "y" } };
-    return vector("StructInAStruct", "CommonRequestArg", message,
-        "\x1c"
-        "\x18\x01k\x18\0\x15\0\x11\x1b\0\0"
-        "\x1b\x01\x88\x01x\x01y\0"s);
-}
-
-INSTANTIATE_TEST_SUITE_P(Messages, Vector,
-    testing::Values(everyPlainKind(), boolsAndALongList(true), boolsAndALongList(false), nested(),
-        vector("EmptyEnvelope", "LarkIpcArg", nova::lark::LarkIpcArg(), "\x18\0\x18\0\x1b\0\0"s),
-        vector("EmptyResult", "LarkIpcResult", nova::lark::LarkIpcResult(), "\x15\0\x1b\0\x19\x08\x18\0\0"s),
-        vector("EmptyRecord", "GetDefaultWorkspaceResult", nova::lark::GetDefaultWorkspaceResult(),
-            "\x15\0\x1c\0\x18\0\x18\0\x18\0\x18\0\x1b\0\0"s)),
-    [](const auto& info) { return info.param.name; });
-
-struct ReadCase {
+struct BytesRow {
     const char* name;
-    std::string given, kept;
+    const char* type;
+    std::string bytes;
+    std::string kept; ///< "=" all of them; "error: " and a part of the fault
 };
 
-class Reading : public testing::TestWithParam<ReadCase> { };
+// clang-format off: a row is a line or two.
+const BytesRow Rows[] = {
+    { "EveryPlainKind", "OrbitApiResult",
+        "\x15\x02\x15\x01\x15\x80\x01\x15\xff\xff\xff\xff\x0f\x18\x02\xc3\xa9\x18\0\x18\0"
+        "\x1b\x02\x88\x01"
+        "a\0\x01"
+        "b\x01"
+        "2\x16\x80\x80\x80\x80\x80\x02\x16\x05\x18\0\x18\0\x18\x01u\0"s,
+        "=" },
+    { "ALongListAndTrue", "UploadFilesToCloudArg",
+        "\x18\0\x18\0\x19\xf8\x0f"s
+            + times(15,
+                "\x01"
+                "f")
+            + "\x11\x18\0\x18\0\x1b\0\0"s,
+        "=" },
+    { "StructInAStruct", "CommonRequestArg", "\x1c\x18\x01k\x18\0\x15\0\x12\x1b\0\0\x1b\x01\x88\x01x\x01y\0"s,
+        "=" },
+    { "EmptyRecord", "GetDefaultWorkspaceResult", "\x15\0\x1c\0\x18\0\x18\0\x18\0\x18\0\x1b\0\0"s, "=" },
+    { "NoFields", "SyncFolderResult", "\0"s, Empty },
+    { "FieldsInAnyOrder", "SyncFolderResult", "\x2b\0\x05\x02\x0e\0"s, State },
+    { "UnknownId", "SyncFolderResult", "\x15\x0e\x98\x03new\0"s, State },
+    { "UnknownStruct", "SyncFolderResult", "\x15\x0e\x9c\x18\x01k\x11\0\0"s, State },
+    { "UnknownDouble", "SyncFolderResult",
+        "\x97"
+        "12345678\x05\x02\x0e\0"s,
+        State },
+    { "AnotherType", "SyncFolderResult", "\x18\x02no\x1b\x01\x88\x01x\x01y\0"s,
+        "\x15\0\x1b\x01\x88\x01x\x01y\0"s },
+    { "AnotherNumber", "SyncFolderResult", "\x16\x0e\0"s, Empty },
+    { "Nothing", "LarkIpcResult", "", "error: no bytes" },
+    { "NoEnd", "LarkIpcResult",
+        "\x48\x01"
+        "a",
+        "error: end within" },
+    { "BytesAfterTheEnd", "LarkIpcResult", "\0\0"s, "error: 1 bytes after" },
+    { "StructsAsDeepAsMayBe", "SyncFolderResult", Nested + std::string(64, '\0'), Empty },
+    { "StructsOneDeeper", "LarkIpcResult", Nested + "\x1c" + std::string(65, '\0'), "error: depth limit" },
+    { "ListsWithinLists", "LarkIpcResult", "\x99" + times(100000, "\x19"), "error: depth limit" },
+    { "TextLongerThanTheBytes", "LarkIpcResult", "\x48" + Huge + "a", "error: limit" },
+    { "TextOfNegativeLength", "LarkIpcResult", "\x48\xff\xff\xff\xff\x0f", "error: Negative" },
+    { "ListThatAnnouncesMore", "LarkIpcResult", "\x39\xf8" + Huge + "\0"s, "error: limit" },
+    { "ListOfWhatNeedsNoBytes", "LarkIpcResult", "\x39\xfc\xc0\x84\x3d\0"s, "error: limit" },
+    { "MapThatAnnouncesMore", "LarkIpcResult", "\x2b" + Huge + "\x88\0"s, "error: limit" },
+    { "UnknownListThatAnnouncesMore", "LarkIpcResult", "\x99\xfc" + Huge + "\0"s, "error: limit" },
+    { "NumberWithoutAnEnd", "LarkIpcResult", "\x95" + times(20, "\x80"), "error: over 10 bytes" },
+    { "TypeThatDoesNotExist", "LarkIpcResult", "\x9d\0"s, "error: does not exist" },
+    { "MoreBytesThanMayBe", "LarkIpcResult", "\x48" + longText(Limit) + "\0"s, "error: more bytes than" },
+    { "AsManyAsMayBe", "SyncFolderResult", "\x98" + longText(Limit - 5) + "\0"s, Empty },
+};
+// clang-format on
 
-TEST_P(Reading, KeepsWhatItKnows)
+class Messages : public testing::Test { };
+
+ROW_TEST(Messages, AreReadAndWritten, Rows)
 {
-    EXPECT_EQ(recoded("SyncFolderResult", GetParam().given), GetParam().kept);
+    const BytesRow& row = GetParam();
+    const std::string result = recoded(*cloudwire::findMessageType(row.type), row.bytes);
+    if (row.kept.starts_with("error: "))
+        EXPECT_TRUE(result.starts_with("error: ") && result.find(row.kept.substr(7)) != std::string::npos)
+            << result;
+    else
+        EXPECT_EQ(result, row.kept == "=" ? row.bytes : row.kept);
 }
 
-INSTANTIATE_TEST_SUITE_P(SyncFolderResult, Reading,
-    testing::Values(ReadCase { "NothingGiven", "\0"s, "\x15\0\x1b\0\0"s },
-        ReadCase { "AnyOrder", "\x2b\0\x05\x02\x0e\0"s, "\x15\x0e\x1b\0\0"s },
-        ReadCase { "UnknownId", "\x15\x0e\x98\x03new\0"s, "\x15\x0e\x1b\0\0"s },
-        ReadCase { "UnknownStruct", "\x15\x0e\x9c\x18\x01k\x11\0\0"s, "\x15\x0e\x1b\0\0"s },
-        ReadCase { "UnknownDouble",
-            "\x97"
-            "12345678\x05\x02\x0e\0"s,
-            "\x15\x0e\x1b\0\0"s },
-        ReadCase { "AnotherType", "\x18\x02no\x1b\x01\x88\x01x\x01y\0"s, "\x15\0\x1b\x01\x88\x01x\x01y\0"s },
-        ReadCase { "AnotherNumber", "\x16\x0e\0"s, "\x15\0\x1b\0\0"s }),
-
-    [](const auto& info) { return info.param.name; });
-
-TEST(Codec, GoesOnAfterFaultsAndManyMessages)
+TEST_F(Messages, SurviveMutations)
 {
-    const cloudwire::MessageType& type = typeNamed("SyncFolderResult");
+    std::mt19937 random(11);
+    int accepted = 0;
+    constexpr int Mutations = 300;
+    for (const cloudwire::MessageType& type : cloudwire::messageTypes()) {
+        const std::string good = recoded(type, "\0"s);
+        for (int i = 0; i < Mutations; ++i) {
+            std::string bytes = good;
+            for (std::size_t changes = 1 + random() % 3; changes > 0; --changes) {
+                const std::string piece[] = { "", std::string(1, static_cast<char>(random())), Huge, "\x1c",
+                    "\x01"
+                    "a" };
+                bytes.replace(
+                    random() % (bytes.size() + 1), random() % 2, piece[random() % std::size(piece)]);
+            }
+            const std::string once = recoded(type, bytes);
+            if (once.starts_with("error: "))
+                continue;
+            ++accepted;
+            EXPECT_EQ(recoded(type, once), once);
+        }
+    }
+    EXPECT_GT(accepted, Mutations);
+    EXPECT_LT(accepted, Mutations * static_cast<int>(cloudwire::messageTypes().size()) - Mutations);
+}
+
+TEST_F(Messages, CodecGoesOnAfterFaultsAndManyMessages)
+{
+    const cloudwire::MessageType& type = *cloudwire::findMessageType("SyncFolderResult");
     const std::string good = "\x15\x0e\x1b\x01\x88\x01k\x0a"
                              "0123456789\0"s;
     cloudwire::MessageCodec codec(100);
@@ -175,47 +175,6 @@ TEST(Codec, GoesOnAfterFaultsAndManyMessages)
         message.extraParam["k"].resize(91);
         EXPECT_EQ(codec.encode(type, &message).size(), 100u);
     }
-}
-
-TEST(Messages, RespectTheProtocolsDepth)
-{
-    using namespace apache::thrift;
-    const std::string bytes = "\x1c\0\0"s;
-    for (const int depth : { 1, 2 }) {
-        const auto isRefused = [&](auto&& operation) {
-            const auto buffer = std::make_shared<transport::TMemoryBuffer>(
-                std::make_shared<TConfiguration>(1 << 20, 1 << 20, depth));
-            buffer->write(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
-            protocol::TCompactProtocol protocol(buffer);
-            try {
-                operation(protocol);
-            } catch (const protocol::TProtocolException& error) {
-                return error.getType() == 6;
-            }
-            return false;
-        };
-        orbitapi::CommonRequestArg message;
-        EXPECT_EQ(isRefused([&](auto& protocol) { message.write(&protocol); }), depth == 1);
-        EXPECT_EQ(isRefused([&](auto& protocol) { message.read(&protocol); }), depth == 1);
-    }
-}
-
-TEST(Messages, NameTheirStructuresAndFields)
-{
-    orbitapi::CommonRequestArg message;
-    message.baseInfo.timeout = 9;
-    EXPECT_EQ(apache::thrift::ThriftDebugString(message), R"(CommonRequestArg {
-  01: baseInfo (struct) = RequestBaseInfo {
-    01: requestKey (string) = "",
-    02: bizSource (string) = "",
-    03: timeout (i32) = 9,
-    04: canRetry (bool) = false,
-    05: extraParam (map) = map<string,string>[0] {
-    },
-  },
-  02: extraParam (map) = map<string,string>[0] {
-  },
-})");
 }
 
 } // namespace

@@ -1,285 +1,212 @@
-// An upload, with a service that answers each request at once from a list.
+// An upload, with a service that replies to each request from a list.
 #include "cloud/uploadfiletask.h"
-#include "suite/kcoreapplication.h"
+#include "tests/support/cloudservice.h"
+#include "tests/support/rows.h"
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QPointer>
-#include <gtest/gtest.h>
 
 namespace {
 
-using Values = std::map<std::string, std::string>;
+using jsapi::KUploadFileTask;
 
-struct Answer {
-    bool ok = true;
-    std::int32_t state = 0;
-    Values values;
-};
-
-/// Replies in the next turn of the event loop; without an answer left it takes requests and never replies.
-class ListService final : public IKCloudIpcService {
-public:
-    QString invoke(
-        const QString&, const KCloudIpcArg& argument, QObject* receiver, const QString& replySlot) override
-    {
-        const auto& envelope = *static_cast<const LarkIpcArg*>(argument.message);
-        asked << QString::fromStdString(envelope.method + " " + envelope.argMap.at("userId")
-            + (envelope.argMap.count("taskId") ? " " + envelope.argMap.at("taskId") : std::string()));
-        if (refused.contains(QString::fromStdString(envelope.method)))
-            return {};
-        const QString id = QString::number(++m_ids);
-        std::vector<Answer>& left = answers[envelope.method];
-        if (left.empty() && (!stillRunning || envelope.method != "getTaskState"))
-            return id;
-        LarkIpcResult result;
-        const Answer answer = left.empty() ? Answer { true, 0, { { "status", "3" } } } : left.front();
-        result.state = answer.state;
-        result.resultMap = answer.values;
-        const bool ok = answer.ok;
-        if (!left.empty())
-            left.erase(left.begin());
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [=, receiver = QPointer<QObject>(receiver), slot = replySlot.toLatin1()] {
-                if (receiver)
-                    QMetaObject::invokeMethod(receiver, slot.constData(), Q_ARG(bool, ok), Q_ARG(QString, id),
-                        Q_ARG(LarkIpcResult, result));
-            },
-            Qt::QueuedConnection);
-        return id;
-    }
-
-    std::map<std::string, std::vector<Answer>> answers;
-    bool stillRunning = false; ///< what polls are told that have no answer left
-    QStringList refused;
-    QStringList asked;
-
-private:
-    int m_ids = 0;
-};
-
-ListService* offered = nullptr;
-
-} // namespace
-
-IKCloudIpcService* KCoreApplication::cloudIpcService()
+/// `text` so often, with commas between.
+std::string times(int count, const std::string& text)
 {
-    return offered;
+    std::string all = text;
+    while (--count > 0)
+        all += ',' + text;
+    return all;
 }
 
-namespace {
-
+/// Replies in the next turn of the event loop; without a reply left it takes requests and never replies.
 class Upload : public testing::Test {
 protected:
     Upload()
-        : m_application(m_argc, nullptr)
-        , task(std::make_unique<KUploadFileTask>(
-              QMap<QString, QString> { { QStringLiteral("userId"), QStringLiteral("u") } }))
     {
-        offered = &service;
-        const auto note = [this](auto signal, const char* name) {
-            QObject::connect(task.get(), signal, [this, name](const QVariantMap& map) {
-                const QString error = map.value(QStringLiteral("uploadErrorCode")).toString();
-                events << QStringLiteral("%1 %2 %3%4")
-                              .arg(QLatin1String(name), map.value(QStringLiteral("taskId")).toString(),
-                                  map.value(QStringLiteral("status")).toString(),
-                                  error.isEmpty() ? error : QStringLiteral(" error ") + error);
-            });
-        };
-        note(&KUploadFileTask::sigStarted, "started");
-        note(&KUploadFileTask::sigProgressChanged, "progress");
-        note(&KUploadFileTask::sigFinished, "finished");
-        auto* timer = task->findChild<QTimer*>();
-        EXPECT_EQ(timer->interval(), 1000);
-        timer->setInterval(0);
+        service.onRequest = [this](support::CloudRequest& request) { onRequest(request); };
+        listen(&KUploadFileTask::sigStarted, "started ");
+        listen(&KUploadFileTask::sigProgressChanged, "progress ");
+        listen(&KUploadFileTask::sigFinished, "finished ");
+        EXPECT_EQ(task->findChild<QTimer*>()->interval(), 1000);
+        task->findChild<QTimer*>()->setInterval(0);
     }
-    ~Upload() override { offered = nullptr; }
+
+    void listen(void (KUploadFileTask::*signal)(const QVariantMap&), const char* name)
+    {
+        QObject::connect(task.get(), signal, [this, name](const QVariantMap& map) {
+            const auto text = [&](const char* key) { return map.value(QLatin1String(key)).toString(); };
+            const QString error = text("uploadErrorCode");
+            events << QLatin1String(name) + text("taskId") + u' ' + text("status")
+                    + (error.isEmpty() ? error : QStringLiteral(" error ") + error);
+        });
+    }
+
+    /// Replies to a method, separated by commas: the id of the task or its status, "!" in front when the
+    /// request has failed, "@" and a state other than 0 behind.
+    void replies(const char* method, const std::string& texts)
+    {
+        left[QLatin1String(method)] = QString::fromStdString(texts).split(u',');
+    }
+
+    void onRequest(support::CloudRequest& request)
+    {
+        const LarkIpcArg& envelope = request.envelope();
+        const QString method = QString::fromStdString(envelope.method);
+        const auto taskId = envelope.argMap.find("taskId");
+        asked << method + u' '
+                + QString::fromStdString(envelope.argMap.at("userId")
+                    + (taskId == envelope.argMap.end() ? "" : " " + taskId->second));
+        if (method == refused)
+            return request.id.clear();
+        QString reply = left.value(method).isEmpty() ? QString() : left[method].takeFirst();
+        if (reply.isNull() && (method != QLatin1String("getTaskState") || otherwise.isEmpty()))
+            return;
+        if (reply.isNull())
+            reply = otherwise;
+        const bool ok = !reply.startsWith(u'!');
+        const QString text = reply.section(u'@', 0, 0).mid(ok ? 0 : 1);
+        const std::string key = method == QLatin1String("getTaskState") ? "status" : "taskId";
+        request.replyState(
+            ok, reply.section(u'@', 1).toInt(), { { key, text.toStdString() } }, Qt::QueuedConnection);
+    }
 
     void runUntil(const std::function<bool()>& done)
     {
         QElapsedTimer patience;
         patience.start();
-        while (!done() && patience.elapsed() < 20000)
+        while (!done() && patience.elapsed() < 60000)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
         for (int turn = 0; turn < 20; ++turn)
             QCoreApplication::processEvents();
     }
-    bool hasFinished() const { return events.filter(QStringLiteral("finished")).size() > 0; }
+    void runToEnd()
+    {
+        runUntil([this] { return !events.filter(QStringLiteral("finished")).isEmpty(); });
+    }
+    static std::string joined(QStringList& texts)
+    {
+        return std::exchange(texts, {}).join(u',').toStdString();
+    }
 
-    int m_argc = 0;
-    QCoreApplication m_application;
-    ListService service;
-    std::unique_ptr<KUploadFileTask> task;
+    int count = 0;
+    QCoreApplication application { count, nullptr };
+    support::FakeCloudService service;
+    std::unique_ptr<KUploadFileTask> task = std::make_unique<KUploadFileTask>(
+        QMap<QString, QString> { { QStringLiteral("userId"), QStringLiteral("u") } });
+    QMap<QString, QStringList> left; ///< replies by methods
+    QString otherwise;               ///< the reply to polls that have none left
+    QString refused;                 ///< a method
+    QStringList asked;
     QStringList events;
 };
 
-struct UploadCase {
+struct UploadRow {
     const char* name;
-    Answer begun;
-    std::vector<Answer> polls;
-    QStringList expected;
+    const char* begun;
+    std::string polls;
+    std::string events;
 };
 
-const Answer Begun { true, 0, { { "taskId", "t" } } };
+const UploadRow Uploads[] = {
+    { "Done", "t", "0,3,1", "started t ,progress t 0,progress t 3,progress t 1,finished t 1" },
+    { "Failed", "t", "2", "started t ,progress t 2,finished t 2" },
+    { "Cancelled", "t", "6", "started t ,progress t 6,finished t 6" },
+    { "StatusesThatAreNoNumbersInBetween", "t", "x,99999999999,1",
+        "started t ,progress t x,progress t 99999999999,progress t 1,finished t 1" },
+    { "NeverANumber", "t", times(10, "1x"), "started t ," + times(10, "progress t 1x") + ",finished t -1" },
+    { "AnswersInBetween", "t", times(9, "y") + ",3," + times(9, "y") + ",1",
+        "started t ," + times(9, "progress t y") + ",progress t 3," + times(9, "progress t y")
+            + ",progress t 1,finished t 1" },
+    { "APollThatFailsSaysNothing", "t", "!1@3,2",
+        "started t ,progress t 1 error 3,progress t 2,finished t 2" },
+    { "OnlyPollsThatFail", "t", times(10, "!3"),
+        "started t ," + times(10, "progress t 3") + ",finished t -1" },
+    { "NotBegun", "t@5", "", "finished t -1 error 5" },
+    { "BegunWithoutATask", "", "", "finished  -1" },
+    { "RequestFailed", "!t", "", "finished t -1" },
+    { "ServiceHangs", "t", "", "started t ,finished t -1" },
+};
 
-Answer status(const std::string& text)
+ROW_TEST(Upload, Ends, Uploads)
 {
-    return { true, 0, { { "status", text } } };
-}
-
-QStringList words(const char* list)
-{
-    return QString::fromLatin1(list).split(QLatin1Char(','));
-}
-
-std::vector<Answer> times(int count, const Answer& answer)
-{
-    return std::vector<Answer>(static_cast<std::size_t>(count), answer);
-}
-
-std::vector<Answer> operator+(std::vector<Answer> first, const std::vector<Answer>& second)
-{
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
-}
-
-QStringList repeated(int count, const QString& text)
-{
-    QStringList list;
-    while (count-- > 0)
-        list << text;
-    return list;
-}
-
-class UploadEnds : public Upload, public testing::WithParamInterface<UploadCase> { };
-
-TEST_P(UploadEnds, WithTheseEvents)
-{
-    service.answers["uploadFileToCloud"] = { GetParam().begun };
-    service.answers["getTaskState"] = GetParam().polls;
+    replies("uploadFileToCloud", GetParam().begun);
+    if (!GetParam().polls.empty())
+        replies("getTaskState", GetParam().polls);
     EXPECT_TRUE(task->start());
     EXPECT_FALSE(task->start()) << "it is under way";
-    runUntil([&] { return hasFinished(); });
-    EXPECT_EQ(events, GetParam().expected) << events.join(QLatin1Char(',')).toStdString();
+    runToEnd();
+    EXPECT_EQ(joined(events), GetParam().events);
     EXPECT_FALSE(task->findChild<QTimer*>()->isActive());
+    EXPECT_LE(asked.count(QStringLiteral("getTaskState u t")), 20);
 }
-
-Answer begun(bool ok, std::int32_t state, Values values)
-{
-    Answer answer;
-    answer.ok = ok;
-    answer.state = state;
-    answer.values = std::move(values);
-    return answer;
-}
-
-const std::vector<UploadCase> Cases {
-    { "Done", Begun, { status("0"), status("3"), status("1") },
-        words("started t ,progress t 0,progress t 3,progress t 1,finished t 1") },
-    { "Failed", Begun, { status("2") }, words("started t ,progress t 2,finished t 2") },
-    { "Cancelled", Begun, { status("6") }, words("started t ,progress t 6,finished t 6") },
-    { "StatusesThatAreNoNumbersInBetween", Begun,
-        { status("x"), status(""), status("99999999999"), status("1") },
-        words("started t ,progress t x,progress t ,progress t 99999999999,progress t 1,finished t 1") },
-    { "NeverANumber", Begun, times(10, status("1x")),
-        words("started t ") + repeated(10, QStringLiteral("progress t 1x")) + words("finished t -1") },
-    { "AnswersInBetween", Begun,
-        times(9, status("")) + std::vector { status("3") } + times(9, status(""))
-            + std::vector { status("1") },
-        words("started t ") + repeated(9, QStringLiteral("progress t ")) + words("progress t 3")
-            + repeated(9, QStringLiteral("progress t ")) + words("progress t 1,finished t 1") },
-    { "APollThatFailsSaysNothing", Begun, { begun(false, 3, { { "status", "1" } }), status("2") },
-        words("started t ,progress t 1 error 3,progress t 2,finished t 2") },
-    { "OnlyPollsThatFail", Begun, times(10, begun(false, 0, { { "status", "3" } })),
-        words("started t ") + repeated(10, QStringLiteral("progress t 3")) + words("finished t -1") },
-    { "NotBegun", begun(true, 5, { { "taskId", "t" } }), {}, words("finished t -1 error 5") },
-    { "BegunWithoutATask", begun(true, 0, {}), {}, words("finished  -1") },
-    { "RequestFailed", begun(false, 0, { { "taskId", "t" } }), {}, words("finished t -1") },
-};
-
-INSTANTIATE_TEST_SUITE_P(
-    Statuses, UploadEnds, testing::ValuesIn(Cases), [](const auto& info) { return info.param.name; });
 
 TEST_F(Upload, IsCancelledAndStartedAfresh)
 {
-    service.answers["uploadFileToCloud"] = { Begun, { true, 0, { { "taskId", "t2" } } } };
-    service.stillRunning = true;
+    replies("uploadFileToCloud", "t,t2");
+    otherwise = QStringLiteral("3");
     EXPECT_FALSE(task->cancel()) << "there is nothing to cancel";
     EXPECT_TRUE(task->start());
-    runUntil([&] { return service.asked.contains(QStringLiteral("getTaskState u t")); });
+    runUntil([&] { return asked.contains(QStringLiteral("getTaskState u t")); });
     EXPECT_TRUE(task->cancel());
-    service.asked.clear();
+    asked.clear();
     EXPECT_TRUE(task->restart());
-    EXPECT_EQ(service.asked, words("cancelTransferTask u t,uploadFileToCloud u"));
-    service.answers["getTaskState"] = { status("1") };
+    EXPECT_EQ(joined(asked), "cancelTransferTask u t,uploadFileToCloud u");
+    replies("getTaskState", "1");
     events.clear();
-    runUntil([&] { return hasFinished(); });
-    EXPECT_EQ(events, words("started t2 ,progress t2 1,finished t2 1")) << "the first one is heard, too";
+    runToEnd();
+    EXPECT_EQ(joined(events), "started t2 ,progress t2 1,finished t2 1") << "the first one is heard, too";
     EXPECT_FALSE(task->cancel()) << "it has ended";
 }
 
 TEST_F(Upload, GoesOnWhenItsRestartIsRefused)
 {
-    service.answers["uploadFileToCloud"] = { Begun };
-    service.stillRunning = true;
+    replies("uploadFileToCloud", "t");
+    otherwise = QStringLiteral("3");
     task->start();
     runUntil([&] { return events.size() > 1; });
-    service.refused << QStringLiteral("uploadFileToCloud");
+    refused = QStringLiteral("uploadFileToCloud");
     EXPECT_FALSE(task->restart());
-    service.answers["getTaskState"] = { status("6") };
-    runUntil([&] { return hasFinished(); });
+    replies("getTaskState", "6");
+    runToEnd();
     EXPECT_EQ(events.last(), QStringLiteral("finished t 6"));
     EXPECT_FALSE(task->start());
 }
 
 TEST_F(Upload, IsNotLostByWhatComesBeforeItHasBegun)
 {
-    service.answers["uploadFileToCloud"] = { Begun, { true, 0, { { "taskId", "t2" } } } };
-    service.answers["getTaskState"] = { status("6") };
+    replies("uploadFileToCloud", "t,t2");
+    replies("getTaskState", "6");
     EXPECT_TRUE(task->start());
     EXPECT_TRUE(task->restart());
     EXPECT_TRUE(task->cancel());
-    EXPECT_EQ(service.asked, words("uploadFileToCloud u,uploadFileToCloud u"));
-    service.asked.clear();
-    runUntil([&] { return hasFinished(); });
-    EXPECT_EQ(service.asked, words("cancelTransferTask u t,cancelTransferTask u t2,getTaskState u t2"));
-    EXPECT_EQ(events, words("started t2 ,progress t2 6,finished t2 6"));
+    runToEnd();
+    EXPECT_EQ(joined(asked),
+        "uploadFileToCloud u,uploadFileToCloud u,cancelTransferTask u t,cancelTransferTask u t2,getTaskState "
+        "u t2");
+    EXPECT_EQ(joined(events), "started t2 ,progress t2 6,finished t2 6");
 }
 
 TEST_F(Upload, IsRestartedByAListener)
 {
-    service.answers["uploadFileToCloud"] = { Begun, { true, 0, { { "taskId", "t2" } } } };
-    service.answers["getTaskState"] = { status("2"), status("1") };
+    replies("uploadFileToCloud", "t,t2");
+    replies("getTaskState", "2,1");
     bool restarted = false;
-    QObject::connect(task.get(), &KUploadFileTask::sigProgressChanged, [&](const QVariantMap&) {
-        if (!std::exchange(restarted, true)) {
-            EXPECT_TRUE(task->restart());
-        }
-    });
+    QObject::connect(task.get(), &KUploadFileTask::sigProgressChanged,
+        [&](const QVariantMap&) { EXPECT_TRUE(std::exchange(restarted, true) || task->restart()); });
     task->start();
-    runUntil([&] { return hasFinished(); });
-    EXPECT_EQ(events, words("started t ,progress t 2,started t2 ,progress t2 1,finished t2 1"));
+    runToEnd();
+    EXPECT_EQ(joined(events), "started t ,progress t 2,started t2 ,progress t2 1,finished t2 1");
 }
 
 TEST_F(Upload, EndsWhenTheServiceHasGone)
 {
-    service.answers["uploadFileToCloud"] = { Begun };
+    replies("uploadFileToCloud", "t");
     task->start();
     runUntil([&] { return !events.isEmpty(); });
-    offered = nullptr;
-    runUntil([&] { return hasFinished(); });
-    EXPECT_EQ(events, words("started t ,finished t -1"));
+    support::cloudIpc = nullptr;
+    runToEnd();
+    EXPECT_EQ(joined(events), "started t ,finished t -1");
     EXPECT_FALSE(task->start());
-}
-
-TEST_F(Upload, EndsWhenTheServiceHangs)
-{
-    service.answers["uploadFileToCloud"] = { Begun };
-    task->start();
-    runUntil([&] { return hasFinished(); });
-    EXPECT_EQ(events, words("started t ,finished t -1"));
-    EXPECT_EQ(service.asked.count(QStringLiteral("getTaskState u t")), 10);
 }
 
 } // namespace

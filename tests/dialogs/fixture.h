@@ -2,24 +2,8 @@
 #pragma once
 
 #include "tests/services/fixture.h"
-
-#include <QApplication>
-#include <QDialog>
-#include <QTimer>
-
-/// Cancels every dialog there is; whether there was one.
-inline bool closeDialogs()
-{
-    bool found = false;
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        auto* dialog = qobject_cast<QDialog*>(widget);
-        if (!dialog || !dialog->isVisible())
-            continue;
-        found = true;
-        dialog->QDialog::done(QDialog::Rejected);
-    }
-    return found;
-}
+#include "tests/support/dialogs.h"
+#include "tests/support/rows.h"
 
 class DialogTest : public ServiceTest {
 protected:
@@ -29,15 +13,14 @@ protected:
         m_before = qInstallMessageHandler(note);
         QObject::connect(&m_watchdog, &QTimer::timeout, [] {
             ADD_FAILURE() << "a dialog hangs";
-            closeDialogs();
+            support::closeDialogs();
         });
-        m_watchdog.start(20000);
+        m_watchdog.start(60000);
     }
     ~DialogTest() override
     {
         qInstallMessageHandler(m_before);
-        if (closeDialogs())
-            ADD_FAILURE() << "a dialog was left open";
+        EXPECT_FALSE(support::closeDialogs()) << "a dialog was left open";
     }
 
     /// Loads a profile with these answers, each a JSON object.
@@ -51,8 +34,7 @@ protected:
     void makeFiles(std::initializer_list<const char*> names) const
     {
         for (const char* name : names) {
-            const QFileInfo file(path(name));
-            ASSERT_TRUE(QDir().mkpath(file.path()));
+            ASSERT_TRUE(QDir().mkpath(QFileInfo(path(name)).path()));
             write(name, "content");
         }
     }
@@ -62,10 +44,16 @@ protected:
     {
         for (QString& file : files)
             file.remove(path(""));
-        return files.join(QLatin1Char('|')).toStdString();
+        return files.join(u'|').toStdString();
     }
 
-    static std::string warnings() { return s_warnings.join(QLatin1Char('\n')).toStdString(); }
+    static std::string warnings() { return s_warnings.join(u'\n').toStdString(); }
+    /// That the only warning, if any, has this text in it; "" is none.
+    static void expectWarning(const char* text)
+    {
+        EXPECT_EQ(warnings().empty(), text[0] == 0) << warnings();
+        EXPECT_NE(warnings().find(text), std::string::npos) << warnings();
+    }
 
 private:
     static void note(QtMsgType, const QMessageLogContext& context, const QString& text)

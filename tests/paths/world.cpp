@@ -131,29 +131,23 @@ PathWorld::PathWorld()
         require(symlinkat(target.c_str(), here.fd(), name.c_str()) == 0, name.c_str());
     };
     const std::string base = QFile::encodeName(this->root()).toStdString();
-    link("store", "moved"); // a closed directory that is a link
-    link(base + "/closed", "open/absolute");
-    link("../closed/deep", "open/relative");
-    link("relative/er", "open/chain");
-    link("../closed/file", "open/to-file");
-    link("../closed/not-there/yet", "open/broken");
-    link("nowhere", "open/broken-open");
-    link("missing/../../closed", "open/past-nothing");
-    link("../closed/../open", "open/around");
-    link("../plugins", "open/plugins");
-    link("../later", "open/later");
-    link("../store", "open/store");
-    link("..", "open/up");
-    link("/", "open/slash");
-    link("loop", "open/loop");
-    link("pong", "open/ping");
-    link("ping", "open/pong");
-    link("../closed", "open/?");
-    link("../closed", "open/new\nline");
-    link("../closed", "open/\u00e4 \u4e2d \U0001f512");
-    link("../open", "closed/out");
-    link("../open/file", "closed/out-file");
-    link("../open", "plugins/out");
+    // "moved" is a closed directory that is a link.
+    // clang-format off
+    const std::pair<std::string, const char*> links[] = {
+        { "store", "moved" }, { base + "/closed", "open/absolute" },
+        { "../closed/deep", "open/relative" }, { "relative/er", "open/chain" },
+        { "../closed/file", "open/to-file" }, { "../closed/not-there/yet", "open/broken" },
+        { "nowhere", "open/broken-open" }, { "missing/../../closed", "open/past-nothing" },
+        { "../closed/../open", "open/around" }, { "../plugins", "open/plugins" },
+        { "../later", "open/later" }, { "../store", "open/store" }, { "..", "open/up" },
+        { "/", "open/slash" }, { "loop", "open/loop" }, { "pong", "open/ping" },
+        { "ping", "open/pong" }, { "../closed", "open/?" }, { "../closed", "open/new\nline" },
+        { "../closed", "open/\u00e4 \u4e2d \U0001f512" }, { "../open", "closed/out" },
+        { "../open/file", "closed/out-file" }, { "../open", "plugins/out" },
+    };
+    // clang-format on
+    for (const auto& [target, name] : links)
+        link(target, name);
     link("../closed", "open/l40");
     const auto numbered = [](std::string name, int number) { return name += std::to_string(number); };
     for (int i = 39; i >= 0; --i)

@@ -26,7 +26,7 @@ TEST_P(Closing, EndsThePageAfterTheCall)
         "const p = NovaExtension.Probe, log = console.log; p.keep(() => log('called'));"
         "p.later().then(() => log('settled')); const child = p.Child; p.listen(() => log('heard'));"
         "setTimeout(() => log('timer'), 0); setInterval(() => log('interval'), 0); process.play('begun');");
-    page->run(common + GetParam().script, {}, [&](const Outcome&) { answered = true; });
+    page->run(common + GetParam().given, {}, [&](const Outcome&) { answered = true; });
     waitFor([&] { return !core.liveCounts().pages; });
 
     const LiveCounts live = core.liveCounts();
@@ -39,7 +39,7 @@ TEST_P(Closing, EndsThePageAfterTheCall)
     ASSERT_TRUE(kept);
     EXPECT_EQ(kept->Call({}, nullptr), KR_NOT_AVAILABLE);
     letPass(20);
-    EXPECT_EQ(log(), GetParam().shown);
+    EXPECT_EQ(log(), GetParam().expected);
     EXPECT_FALSE(answered);
     EXPECT_TRUE(uncaught.empty());
     if (page) {

@@ -9,34 +9,6 @@ using namespace vexlite;
 
 namespace engine::test {
 
-std::vector<Row> rows(const char* table)
-{
-    std::vector<Row> all;
-    for (const QString& line : QString::fromUtf8(table).split(QLatin1Char('\n'))) {
-        if (!line.isEmpty() && line[0] != QLatin1Char(' '))
-            all.push_back({ line.section(QLatin1Char(':'), 0, 0).toStdString(),
-                line.section(QLatin1Char(':'), 1).mid(1), {} });
-        else if (!all.empty())
-            all.back().script += QLatin1Char('\n') + line;
-    }
-    for (Row& row : all) {
-        const QString text = QLatin1Char(' ') + row.script.trimmed() + QLatin1Char(' ');
-        row.shown = text.mid(text.lastIndexOf(QLatin1String(" -> ")) + 4).trimmed();
-        row.script.truncate(qMax(0, row.script.lastIndexOf(QLatin1String("->"))));
-    }
-    return all;
-}
-
-std::ostream& operator<<(std::ostream& out, const Row& row)
-{
-    return out << row.script;
-}
-
-std::string rowName(const testing::TestParamInfo<Row>& info)
-{
-    return info.param.name;
-}
-
 namespace {
 
 int s_liveProbes = 0;

@@ -6,6 +6,7 @@
 #include "host/vexlite/core.h"
 #include "host/vexlite/counted.h"
 #include "host/vexlite/scriptvalues.h"
+#include "tests/services/rows.h"
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -17,18 +18,6 @@ inline std::ostream& operator<<(std::ostream& out, const QString& text)
 }
 
 namespace engine::test {
-
-struct Row {
-    std::string name;
-    QString script;
-    QString shown;
-};
-
-/// The rows of a table, "Name: script -> what is shown"; lines that begin with a blank, or are empty, go on
-/// with the row before.
-std::vector<Row> rows(const char* table);
-std::ostream& operator<<(std::ostream& out, const Row& row);
-std::string rowName(const testing::TestParamInfo<Row>& info);
 
 struct ProbeCall {
     JSContextEnv context;

@@ -20,9 +20,9 @@ protected:
 // Behind an expected error may stand "@" and a place that its stack names.
 TEST_P(Scripts, Answer)
 {
-    const Outcome outcome = run(GetParam().script);
-    expectShown(shown(outcome), GetParam().shown.section(QLatin1String(" @"), 0, 0));
-    EXPECT_TRUE(outcome.stack.contains(GetParam().shown.section(QLatin1String(" @"), 1))) << outcome.stack;
+    const Outcome outcome = run(GetParam().given);
+    expectShown(shown(outcome), GetParam().expected.section(QLatin1String(" @"), 0, 0));
+    EXPECT_TRUE(outcome.stack.contains(GetParam().expected.section(QLatin1String(" @"), 1))) << outcome.stack;
     EXPECT_TRUE(uncaught.empty());
 }
 
@@ -137,8 +137,8 @@ class Arguments : public RowTest { };
 
 TEST_P(Arguments, ReachNativeCode)
 {
-    EXPECT_EQ(run(QStringLiteral("return NovaExtension.Probe.see(%1)").arg(GetParam().script)).text,
-        GetParam().shown);
+    EXPECT_EQ(run(QStringLiteral("return NovaExtension.Probe.see(%1)").arg(GetParam().given)).text,
+        GetParam().expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(Values, Arguments, testing::ValuesIn(rows(R"js(
@@ -175,11 +175,11 @@ TEST_P(Refusals, NameTheArgumentAndThePlace)
         "let traps = 0; const handler = new Proxy({}, { get: () => () => { ++traps } });"
         "const p = NovaExtension.Probe; try { p.take(%1); return 'passed' } catch (e) {"
         "return [e instanceof Error, e.success, e.code, e.message === e.msg, traps, e.message] }")
-                                    .arg(GetParam().script));
+                                    .arg(GetParam().given));
     ASSERT_TRUE(outcome.ok) << outcome.text;
-    const bool passes = GetParam().shown == QLatin1String("passed");
+    const bool passes = GetParam().expected == QLatin1String("passed");
     EXPECT_TRUE(passes || outcome.json.startsWith(QLatin1String("[true,false,1,true,0,"))) << outcome.json;
-    EXPECT_TRUE(outcome.json.contains(GetParam().shown)) << outcome.json;
+    EXPECT_TRUE(outcome.json.contains(GetParam().expected)) << outcome.json;
     EXPECT_EQ(taken, passes ? 1 : 0);
     EXPECT_EQ(core.liveCounts().functions, 0);
 }
@@ -231,9 +231,9 @@ class Logs : public RowTest { };
 
 TEST_P(Logs, WhatItShould)
 {
-    run(GetParam().script);
-    waitFor([&] { return log().size() >= GetParam().shown.size(); });
-    EXPECT_EQ(log(), GetParam().shown);
+    run(GetParam().given);
+    waitFor([&] { return log().size() >= GetParam().expected.size(); });
+    EXPECT_EQ(log(), GetParam().expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(Console, Logs, testing::ValuesIn(rows(R"js(
@@ -268,13 +268,13 @@ class Uncaught : public RowTest { };
 TEST_P(Uncaught, ReachesTheHostOnce)
 {
     run("Object.defineProperty(globalThis, 'p', { get: () => NovaExtension.Probe })");
-    run(GetParam().script);
+    run(GetParam().given);
     waitFor([&] { return !uncaught.empty(); });
     ASSERT_EQ(uncaught.size(), 1u);
     const Outcome& error = uncaught[0];
     const QString found =
         error.hasCode ? QStringLiteral("code %1 ").arg(error.code) + error.text : error.text;
-    EXPECT_TRUE(found.startsWith(GetParam().shown)) << found;
+    EXPECT_TRUE(found.startsWith(GetParam().expected)) << found;
 }
 
 INSTANTIATE_TEST_SUITE_P(Page, Uncaught, testing::ValuesIn(rows(R"js(
@@ -293,11 +293,11 @@ class Repl : public RowTest { };
 // All lines but the last prepare it.
 TEST_P(Repl, Evaluates)
 {
-    QStringList lines = GetParam().script.split(QLatin1String(" ;; "));
+    QStringList lines = GetParam().given.split(QLatin1String(" ;; "));
     const QString last = lines.takeLast().trimmed();
     for (const QString& line : lines)
         EXPECT_TRUE(evaluate(line).ok) << line;
-    expectShown(shown(evaluate(last)), GetParam().shown);
+    expectShown(shown(evaluate(last)), GetParam().expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(Lines, Repl, testing::ValuesIn(rows(R"js(
@@ -330,10 +330,10 @@ TEST_P(Completion, NamesWithoutRunningThePage)
         "globalThis.proxy = new Proxy({ hidden: 1 }, { ownKeys() { ++ran; return [] }, get() { ++ran },"
         "getOwnPropertyDescriptor() { ++ran }, getPrototypeOf() { ++ran; return null } });"
         "Object.defineProperty(NovaExtension, 'fake', { get() { ++ran; return { never: 1 } } })"));
-    const QStringList names = page->propertyNames(GetParam().script.trimmed());
-    const QString needed = GetParam().shown.section(QLatin1Char('!'), 0, 0).trimmed();
+    const QStringList names = page->propertyNames(GetParam().given.trimmed());
+    const QString needed = GetParam().expected.section(QLatin1Char('!'), 0, 0).trimmed();
     EXPECT_TRUE(needed.isEmpty() || names.contains(needed)) << names.join(QLatin1Char(' '));
-    EXPECT_FALSE(names.contains(GetParam().shown.section(QLatin1Char('!'), 1)));
+    EXPECT_FALSE(names.contains(GetParam().expected.section(QLatin1Char('!'), 1)));
     EXPECT_EQ(shown(evaluate(QStringLiteral("ran"))), QStringLiteral("0"));
 }
 
@@ -360,7 +360,7 @@ TEST_P(Tampering, ChangesNothingOfTheEngine)
     run("globalThis.taken = 0; globalThis.steal = { __proto__: null, configurable: true,"
         "get() { ++taken; return () => 'stolen' }, set() { ++taken } };"
         "NovaExtension.Probe");
-    run(GetParam().script);
+    run(GetParam().given);
     EXPECT_EQ(run("const p = NovaExtension.Probe, make = () => p.enveloped('list'); make(); make(); const x "
                   "= make();"
                   "return (x.success === true && x.data[19] === 19) + ' ' + taken")

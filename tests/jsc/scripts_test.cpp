@@ -114,6 +114,9 @@ DeepestNesting: return typeof p.native('1000') -> "object"
 TooDeep: return p.native('1001') -> !the answer is nested too deep
 ByReference: return p.native('reference') -> 9
 ErrorValue: return p.native('error') -> !the answer is the error 0x80000002
+ObjectsOfTheLanguageAreRefused: return [new Date, new Set, /x/, Promise.resolve(), new Uint8Array(8), new RangeError('x'), Object('x'), (function* () { })()]
+    .map((x) => { try { p.take(x) } catch (e) { return e.msg.split(' ').slice(0, 4).join(' ') } }).join()
+ -> "argument 1: a Date,argument 1: a Set,argument 1: a RegExp,argument 1: a Promise,argument 1: an Uint8Array,argument 1: a RangeError,argument 1: a String,argument 1: a Generator"
 FunctionsAndNativesAsThemselves: const f = () => 1; return [e(f) === f, e([f])[0] === f, e(p) === p] -> [true,true,true]
 Envelope: return e({ data: 'x', success: true }) -> {"data":"x","success":true}
 EnvelopeWithoutData: const x = e({ data: undefined, success: true }); return [Object.keys(x), x.data === undefined] -> [["data","success"],true]
@@ -193,17 +196,9 @@ ProxyOfArray: [new Proxy([], handler)] -> a proxy can not be passed (at [0])
 ProxyOfFunction: new Proxy(() => 0, handler) -> a proxy can not be passed
 ProxyAsPrototype: Object.create(new Proxy({}, handler)) -> a proxy as its prototype
 RevokedProxy: (() => { const r = Proxy.revocable({}, {}); r.revoke(); return r.proxy })() -> argument 1:
-Date: new Date -> a Date can not be passed
 Map: { m: new Map } -> a Map can not be passed (at m)
 SubclassOfMap: new (class extends Map { }) -> a Map can not be passed
-Set: new Set -> a Set can not be passed
-RegExp: /x/ -> a RegExp can not be passed
-Promise: Promise.resolve() -> a Promise can not be passed
-ArrayBuffer: new ArrayBuffer(8) -> an ArrayBuffer can not be passed
-TypedArray: new Uint8Array(8) -> an Uint8Array can not be passed
-Error: new RangeError('x') -> a RangeError can not be passed
-BoxedText: Object('x') -> a String can not be passed
-Generator: (function* () { })() -> a Generator can not be passed
+ArticleBeforeAVowel: new ArrayBuffer(8) -> an ArrayBuffer can not be passed
 WideBigInt: 9223372036854775808n -> a BigInt of more than 64 bits
 NarrowBigInt: -9223372036854775809n -> a BigInt of more than 64 bits
 GetterThrows: { get a() { throw new TypeError('oops') } } -> threw: TypeError: oops (at a)

@@ -189,7 +189,7 @@ class Bench:
     def end(self, run):
         """What the page has shown."""
         try:
-            out, errors = run.communicate(timeout=180)
+            out, errors = run.communicate(timeout=120)
         except subprocess.TimeoutExpired:
             run.kill()
             raise AssertionError(f"it hangs: {run.communicate()}") from None

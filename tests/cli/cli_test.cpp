@@ -1,208 +1,110 @@
 // novahost as a person or a program starts it.
 #include "tests/cli/novahost.h"
+#include "tests/services/rows.h"
 
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 
 namespace {
 
-struct Case {
-    const char* name;
-    QStringList arguments;
-    int code;
-    const char* out; ///< regular expressions that must match somewhere
-    const char* errors;
-};
+class CommandLine : public testing::TestWithParam<Row> { };
 
-void PrintTo(const Case& row, std::ostream* stream)
-{
-    *stream << row.name;
-}
-
-class CommandLine : public testing::TestWithParam<Case> { };
-
-TEST_P(CommandLine, AnswersAsItShould)
-{
-    const Ended ended = novahost(GetParam().arguments);
-    EXPECT_EQ(ended.code, GetParam().code) << ended.errors.toStdString();
-    EXPECT_TRUE(ended.out.contains(QRegularExpression(QLatin1String(GetParam().out))))
-        << ended.out.toStdString();
-    EXPECT_TRUE(ended.errors.contains(QRegularExpression(QLatin1String(GetParam().errors))))
-        << ended.errors.toStdString();
-}
-
-QStringList eval(const char* expression, const QStringList& options = {})
-{
-    return options + QStringList { QStringLiteral("eval"), QString::fromUtf8(expression) };
-}
-
-QStringList without(const char* service, const char* expression)
-{
-    return eval(expression, { QStringLiteral("--without"), QLatin1String(service) });
-}
-
-constexpr char NoJsonForm[] = "^novahost: the answer has no JSON form\n$";
-constexpr char Settings[] = "NovaExtension.SettingsManager.settings({format: 0})";
-constexpr char Listen[] = "NovaExtension.Event.addEventListener('e', () => 1)";
-constexpr char Md5[] = "NovaExtension.FileSystem.getFileMd5('/etc/passwd')";
-constexpr char Post[] = "NovaExtension.TelemetrySdk.postEvent({eventName: 'e', postContent: {a: 'b'}})";
-constexpr char Trace[] = "NovaExtension.Profile.getBrowserTraceInfo()";
-constexpr char Configure[] = "NovaExtension.ConfigCenter.setValue({key: 'k', value: 1})";
-constexpr char Account[] =
-    "const A = NovaExtension.Account;\n"
-    "const said = (m, ...a) => { try { return A[m](...a); } catch (e) { return e.code + e.msg; } };\n"
-    "[...new Set(['isLoggedIn', 'getUserId', 'getUserInfo', 'getMemberInfo', 'getCompanyInfo',\n"
-    "    'getAccountListInfo', 'isNovaMember', 'isFolioMember', 'isSuperMember', 'isCompanyMember',\n"
-    "    'isMultiAccount'].map(m => said(m))), said('login', {}), said('logout'), said('upgradeMember')]";
-constexpr char Log[] = "NovaExtension.Log.logInfo({moduleName: 'm', logStr: 's'})";
-
-INSTANTIATE_TEST_SUITE_P(Eval, CommandLine,
-    testing::Values(Case { "Number", eval("6 * 7"), 0, "^42\n$", "^$" },
-        Case { "Promise", eval("Promise.resolve({a: [1n, null]})"), 0, "^\\{\"a\":\\[1,null\\]\\}\n$", "^$" },
-        Case { "Undefined", eval("undefined"), 0, "^null\n$", "^$" },
-        Case { "NullInJson", eval("NaN"), 0, "^null\n$", "^$" },
-        Case { "TextUndefined", eval("'undefined'"), 0, "^\"undefined\"\n$", "^$" },
-        Case { "Function", eval("() => 1"), 1, "^$", NoJsonForm },
-        Case { "Symbol", eval("Symbol('undefined')"), 1, "^$", NoJsonForm },
-        Case { "Cycle", eval("const a = {}; a.a = a; a"), 1, "^$", NoJsonForm },
-        Case { "Throws", eval("null.x"), 1, "^$", "TypeError" },
-        Case { "Refusal", eval("NovaExtension.Log.logInfo()"), 1, "^$",
-            "missing required parameters\\.[\\s\\S]*code: 1" },
-        Case { "SyntaxError", eval("1 +"), 1, "^$", "SyntaxError" },
-        Case { "Exit", eval("exit(7)"), 7, "^$", "^$" },
-        Case { "Traced", eval(Log, { QStringLiteral("--trace") }), 0, "success",
-            "NovaExtension\\.Log\\.logInfo .* us  ok" },
-        Case { "TracedFailure", eval("NovaExtension.Log.logInfo()", { QStringLiteral("--trace") }), 1, "^$",
-            "failed: missing required parameters\\." },
-        Case { "Denied",
-            eval("typeof NovaExtension.Log.logInfo", { QStringLiteral("--deny"), QStringLiteral("0x40") }), 0,
-            "^\"undefined\"\n$", "^$" },
-        Case { "NotDenied",
-            eval("typeof NovaExtension.Log.logInfo", { QStringLiteral("--deny"), QStringLiteral("0x80") }), 0,
-            "^\"function\"\n$", "^$" }),
-    [](const auto& info) { return info.param.name; });
-
-INSTANTIATE_TEST_SUITE_P(Without, CommandLine,
-    testing::Values(Case { "JsCore", without("jsCore", Log), 1, "", "Log.*80000008[\\s\\S]*code: 3" },
-        Case {
-            "PromiseService", without("promiseService", Md5), 1, "", "PromiseServiceNull[\\s\\S]*code: 3" },
-        Case { "AnswerChannel", without("answerChannel", Md5), 1, "", "PromiseServiceNull[\\s\\S]*code: 3" },
-        Case { "Logger", without("logger", Log), 0, "success", "^$" },
-        Case { "AccountSdk", without("accountSdk", Account), 0,
-            "^\\[(\"3Accountsdk is not initialized\\.\",?){4}\\]\n$", "^$" },
-        Case { "CurrentAccount", without("currentAccount", Account), 0,
-            "^\\[\"3Current account is not initialized\\.\",(\"1missing required parameters\\.\",?){3}\\]\n$",
-            "^$" },
-        Case { "AccountEvents", without("eventHubs", "NovaExtension.Account.addLoginListener(() => 1)"), 1,
-            "", "Event service error\\.[\\s\\S]*code: 3" },
-        Case { "EventHubs", without("eventHubs", Listen), 1, "", "Event service error\\.[\\s\\S]*code: 3" },
-        Case {
-            "ObjectFactory", without("objectFactory", Settings), 1, "", "empty handle\\.[\\s\\S]*code: 3" },
-        Case { "Browsers", without("browsers", Trace), 1, "",
-            "Browser is not in browser group\\.[\\s\\S]*code: 1" },
-        Case { "BrowserGroups", without("browserGroups", Trace), 1, "",
-            "Browser is not in browser group\\.[\\s\\S]*code: 1" },
-        Case { "DataCollection", without("dataCollection", Post), 1, "", "kdcinfo error[\\s\\S]*code: 3" },
-        Case { "ConfigCentre", without("configCentre", Configure), 0, "\"data\":false", "^$" },
-        Case { "TraceHook", eval(Log, { QStringLiteral("--trace"), QStringLiteral("--without=traceHook") }),
-            0, "success", "^$" },
-        Case { "Several", without("eventHubs,dataCollection", Post), 1, "", "kdcinfo error" },
-        Case { "Repeated",
-            eval(Post,
-                { QStringLiteral("--without"), QStringLiteral("dataCollection"), QStringLiteral("--without"),
-                    QStringLiteral("eventHubs") }),
-            1, "", "kdcinfo error" },
-        Case { "Unknown", without("coffee", "1"), 2, "^$", "^novahost: --without.*coffee" }),
-    [](const auto& info) { return info.param.name; });
-
-INSTANTIATE_TEST_SUITE_P(Usage, CommandLine,
-    testing::Values(Case { "NoCommand", {}, 2, "", "^novahost: .*subcommand" },
-        Case { "NoSuchScript", { QStringLiteral("run"), QStringLiteral("no.js") }, 2, "",
-            "^novahost: .*no\\.js" },
-        Case { "NoSuchProfile", eval("1", { QStringLiteral("--profile"), QStringLiteral("no.json") }), 2, "",
-            "^novahost: --profile.*no\\.json" },
-        Case { "NoSuchObject", { QStringLiteral("members"), QStringLiteral("Nothing") }, 2, "^$",
-            "^novahost: .*\"Nothing\"; .novahost members. lists all" },
-        Case { "SimilarObjects", { QStringLiteral("members"), QStringLiteral("Setting") }, 2, "^$",
-            "^novahost: .*\"Setting\"; there is .*SettingsManager, .*SettingsManager\\.Settings\n$" },
-        Case { "ObjectByItsLastPart", { QStringLiteral("members"), QStringLiteral("Settings") }, 0,
-            "^NovaExtension\\.SettingsManager\\.Settings  \\(handed out", "^$" },
-        Case { "NoMask", eval("1", { QStringLiteral("--deny"), QStringLiteral("zz") }), 2, "^$",
-            "^novahost: --deny: a mask is a number" },
-        Case { "PlayedStep", eval("1", { QStringLiteral("--play"), QStringLiteral("logout,fly@5ms") }), 2,
-            "^$", "^novahost: --play: fly@5ms: a step is " },
-        Case { "PlayedUser", eval("1", { QStringLiteral("--play"), QStringLiteral("login:nobody") }), 2, "^$",
-            "^novahost: --play: login:nobody: the profile has no user \"nobody\"" },
-        Case { "PlayedTier", eval("1", { QStringLiteral("--play"), QStringLiteral("member:super") }), 2, "^$",
-            "^novahost: --play: member:super: a membership is \"on\" or \"off\"" },
-        Case { "MaskTooLarge", eval("1", { QStringLiteral("--deny"), QStringLiteral("0x100000000") }), 2,
-            "^$", "^novahost: --deny: a mask is a number" },
-        Case { "DataIsAFile", eval("1", { QStringLiteral("--data"), QStringLiteral("/etc/passwd") }), 2, "^$",
-            "^novahost: --data.*/etc/passwd" },
-        Case { "LibraryIsNone", eval("1", { QStringLiteral("--library"), QStringLiteral("/etc/passwd") }), 2,
-            "^$", "^novahost: --library.*/etc/passwd" },
-        Case { "LibraryOfSomethingElse",
-            eval("1", { QStringLiteral("--library"), QStringLiteral(OTHER_LIBRARY) }), 2, "^$",
-            "^novahost: --library .* has no GetNovaExtensionJsApiObj" },
-        Case { "Tour", { QStringLiteral("run"), QStringLiteral(TOUR) }, 0,
-            "9007199254740993[\\s\\S]*not supported\\.", "^$" }),
-    [](const auto& info) { return info.param.name; });
-
-struct ArgumentsCase {
-    const char* name;
-    const char* options; ///< separated by spaces; SCRIPT and PROFILE stand for files
-    const char* seen;
-};
-
-class ScriptArguments : public testing::TestWithParam<ArgumentsCase> { };
-
-TEST_P(ScriptArguments, AreTheWordsBehindTheFile)
+// The exit code, and regular expressions of what is printed and of the errors; nothing is printed where there
+// is no expression.
+TEST_P(CommandLine, EndsAsItShould)
 {
     const QTemporaryDir place;
-    QFile script(place.filePath(QStringLiteral("s.js")));
-    ASSERT_TRUE(script.open(QIODevice::WriteOnly));
-    script.write("console.log(process.argv.slice(2).join());\n");
-    script.close();
-    QFile profile(place.filePath(QStringLiteral("p.json")));
-    ASSERT_TRUE(profile.open(QIODevice::WriteOnly) && profile.write("{}") == 2);
-    profile.close();
-    QStringList words = QString::fromLatin1(GetParam().options).split(QLatin1Char(' '));
-    words.replaceInStrings(QStringLiteral("PROFILE"), profile.fileName());
-    words.replaceInStrings(QStringLiteral("SCRIPT"), script.fileName());
-    const Ended ended = novahost(words);
-    EXPECT_EQ(ended.code, 0) << ended.errors.toStdString();
-    EXPECT_EQ(ended.out.trimmed(), QLatin1String(GetParam().seen));
+    writeFile(place, "script.js", "console.log(process.argv.slice(2).join());\n");
+    writeFile(place, "profile.json", "{}");
+    const Ended ended = novahost(wordsOf(GetParam().given, place));
+    const QString& expected = GetParam().expected;
+    EXPECT_EQ(ended.code, expected.section(QLatin1Char(' '), 0, 0).toInt()) << ended.errors.toStdString();
+    const auto expectText = [](const QString& text, const QString& pattern) {
+        const QRegularExpression expression(pattern.isEmpty() ? QStringLiteral("^$") : pattern);
+        EXPECT_TRUE(text.contains(expression)) << text.toStdString() << "\nis not " << pattern.toStdString();
+    };
+    const QString texts = expected.section(QLatin1Char(' '), 1);
+    expectText(ended.out, texts.section(QLatin1String("||"), 0, 0).trimmed());
+    expectText(ended.errors, texts.section(QLatin1String("||"), 1).trimmed());
 }
 
-INSTANTIATE_TEST_SUITE_P(Run, ScriptArguments,
-    testing::Values(ArgumentsCase { "Option", "run --without logger SCRIPT a --without b", "a,--without,b" },
-        ArgumentsCase { "OptionWithEqualsSign", "run --without=logger SCRIPT a", "a" },
-        ArgumentsCase { "OptionInFront", "--without logger,browsers run SCRIPT run", "run" },
-        ArgumentsCase { "Flag", "run --trace SCRIPT --trace", "--trace" },
-        ArgumentsCase { "Profile", "run --profile=PROFILE --deny 1 SCRIPT x", "x" },
-        ArgumentsCase { "Help", "run SCRIPT -h --help", "-h,--help" },
-        ArgumentsCase { "EndOfOptions", "run -- SCRIPT -x", "-x" },
-        ArgumentsCase { "EndOfOptionsBehindTheFile", "run SCRIPT -- x", "--,x" },
-        ArgumentsCase { "None", "run SCRIPT", "" }),
-    [](const auto& info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(Eval, CommandLine, testing::ValuesIn(rows(R"js(
+Number: eval "6 * 7" -> 0 ^42\n$
+Promise: eval "Promise.resolve({a: [1n, null]})" -> 0 ^\{"a":\[1,null\]\}\n$
+Undefined: eval undefined -> 0 ^null\n$
+NullInJson: eval NaN -> 0 ^null\n$
+TextUndefined: eval 'undefined' -> 0 ^"undefined"\n$
+Function: eval "() => 1" -> 1 || ^novahost: the answer has no JSON form\n$
+Symbol: eval "Symbol('undefined')" -> 1 || ^novahost: the answer has no JSON form\n$
+Cycle: eval "const a = {}; a.a = a; a" -> 1 || ^novahost: the answer has no JSON form\n$
+Throws: eval null.x -> 1 || TypeError
+Refusal: eval NovaExtension.Log.logInfo() -> 1 || missing required parameters\.[\s\S]*code: 1
+SyntaxError: eval "1 +" -> 1 || SyntaxError
+Exit: eval exit(7) -> 7
+Traced: eval "NovaExtension.Log.logInfo({moduleName: 'm', logStr: 's'})" --trace -> 0 success || NovaExtension\.Log\.logInfo .* us  ok
+TracedFailure: eval NovaExtension.Log.logInfo() --trace -> 1 || failed: missing required parameters\.
+Denied: --deny 0x40 eval "typeof NovaExtension.Log.logInfo" -> 0 ^"undefined"\n$
+NotDenied: --deny 0x80 eval "typeof NovaExtension.Log.logInfo" -> 0 ^"function"\n$
+)js")),
+    rowName);
 
-TEST(Members, ListAllObjectsInTheirOrder)
-{
-    const Ended ended = novahost({ QStringLiteral("members"), QStringLiteral("--json") });
-    const QJsonArray objects = QJsonDocument::fromJson(ended.out.toUtf8()).array();
-    ASSERT_EQ(objects.size(), 35);
-    EXPECT_EQ(objects[0].toObject()[QStringLiteral("object")], QStringLiteral("NovaExtension.Hive"));
-    EXPECT_EQ(objects[27].toObject()[QStringLiteral("object")], QStringLiteral("NovaExtension.KContract"));
-    EXPECT_EQ(objects[28].toObject()[QStringLiteral("mode")], 0);
-    const QJsonObject settings = objects[15].toObject()[QStringLiteral("members")].toArray()[0].toObject();
-    EXPECT_EQ(QJsonDocument(settings).toJson(QJsonDocument::Compact),
-        QByteArray("{\"kind\":0,\"mask\":64,\"name\":\"settings\",\"params\":[{\"name\":null,\"type\":32772}]"
-                   ",\"result\":13}"));
-}
+INSTANTIATE_TEST_SUITE_P(Without, CommandLine, testing::ValuesIn(rows(R"js(
+JsCore: --without jsCore eval NovaExtension.Log -> 1 || Log.*80000008[\s\S]*code: 3
+PromiseService: --without promiseService eval "NovaExtension.FileSystem.getFileMd5('/etc/passwd')" -> 1 || PromiseServiceNull[\s\S]*code: 3
+AnswerChannel: --without answerChannel eval "NovaExtension.FileSystem.getFileMd5('/etc/passwd')" -> 1 || PromiseServiceNull[\s\S]*code: 3
+Logger: --without logger eval "NovaExtension.Log.logInfo({moduleName: 'm', logStr: 's'})" -> 0 success
+AccountSdk: --without accountSdk eval "const A = NovaExtension.Account, said = (m, ...a) => { try { return A[m](...a) } catch (e) { return e.code + e.msg } };
+ [['isLoggedIn', 'getUserId', 'getUserInfo', 'getMemberInfo', 'getCompanyInfo', 'getAccountListInfo', 'isNovaMember', 'isFolioMember', 'isSuperMember',
+ 'isCompanyMember', 'isMultiAccount', 'logout', 'upgradeMember'].map((m) => said(m)), said('login', {})].flat().filter((s) => s !== '3Accountsdk is not initialized.')" -> 0 ^\[\]\n$
+CurrentAccount: --without currentAccount eval "const A = NovaExtension.Account, said = (m, ...a) => { try { return A[m](...a) } catch (e) { return e.code + e.msg } };
+ [['isLoggedIn', 'getUserId', 'getUserInfo', 'getMemberInfo', 'getCompanyInfo', 'getAccountListInfo', 'isNovaMember', 'isFolioMember', 'isSuperMember',
+ 'isCompanyMember', 'isMultiAccount'].filter((m) => said(m) !== '3Current account is not initialized.'), said('login', {}), said('logout'), said('upgradeMember')].flat()"
+ -> 0 ^\[("1missing required parameters\.",?){3}\]\n$
+AccountEvents: --without eventHubs eval "NovaExtension.Account.addLoginListener(() => 1)" -> 1 || Event service error\.[\s\S]*code: 3
+EventHubs: --without eventHubs eval "NovaExtension.Event.addEventListener('e', () => 1)" -> 1 || Event service error\.[\s\S]*code: 3
+ObjectFactory: --without objectFactory eval "NovaExtension.SettingsManager.settings({format: 0})" -> 1 || empty handle\.[\s\S]*code: 3
+Browsers: --without browsers eval NovaExtension.Profile.getBrowserTraceInfo() -> 1 || Browser is not in browser group\.[\s\S]*code: 1
+BrowserGroups: --without browserGroups eval NovaExtension.Profile.getBrowserTraceInfo() -> 1 || Browser is not in browser group\.[\s\S]*code: 1
+DataCollection: --without dataCollection eval "NovaExtension.TelemetrySdk.postEvent({eventName: 'e', postContent: {a: 'b'}})" -> 1 || kdcinfo error[\s\S]*code: 3
+ConfigCentre: --without configCentre eval "NovaExtension.ConfigCenter.setValue({key: 'k', value: 1})" -> 0 "data":false
+TraceHook: --trace --without=traceHook eval NovaExtension.Product.language() -> 0 success
+Several: --without eventHubs,dataCollection eval "NovaExtension.TelemetrySdk.postEvent({eventName: 'e', postContent: {a: 'b'}})" -> 1 || kdcinfo error
+Repeated: --without dataCollection --without eventHubs eval "NovaExtension.TelemetrySdk.postEvent({eventName: 'e', postContent: {a: 'b'}})" -> 1 || kdcinfo error
+Unknown: --without coffee eval 1 -> 2 || ^novahost: --without.*coffee
+)js")),
+    rowName);
+
+INSTANTIATE_TEST_SUITE_P(Usage, CommandLine, testing::ValuesIn(rows(R"js(
+NoCommand: -> 2 || ^novahost: .*subcommand
+NoSuchScript: run no.js -> 2 || ^novahost: .*no\.js
+NoSuchProfile: --profile no.json eval 1 -> 2 || ^novahost: --profile.*no\.json
+NoSuchObject: members Nothing -> 2 || ^novahost: .*"Nothing"; .novahost members. lists all
+SimilarObjects: members Setting -> 2 || ^novahost: .*"Setting"; there is .*SettingsManager, .*SettingsManager\.Settings\n$
+ObjectByItsLastPart: members Settings -> 0 ^NovaExtension\.SettingsManager\.Settings  \(handed out
+MembersAsJson: members --json SettingsManager -> 0 ^\[\{"object":"NovaExtension.SettingsManager","mode":\d,"members":\[\{"name":"settings","kind":0,"mask":64,"result":13,"params":\[\{"type":32772,"name":null\}
+NoMask: --deny zz eval 1 -> 2 || ^novahost: --deny: a mask is a number
+MaskTooLarge: --deny 0x100000000 eval 1 -> 2 || ^novahost: --deny: a mask is a number
+PlayedStep: --play logout,fly@5ms eval 1 -> 2 || ^novahost: --play: fly@5ms: a step is
+PlayedUser: --play login:nobody eval 1 -> 2 || ^novahost: --play: login:nobody: the profile has no user "nobody"
+PlayedTier: --play member:super eval 1 -> 2 || ^novahost: --play: member:super: a membership is "on" or "off"
+DataIsAFile: --data /etc/passwd eval 1 -> 2 || ^novahost: --data.*/etc/passwd
+LibraryIsNone: --library /etc/passwd eval 1 -> 2 || ^novahost: --library.*/etc/passwd
+LibraryOfSomethingElse: --library OTHER_LIBRARY eval 1 -> 2 || ^novahost: --library .* has no GetNovaExtensionJsApiObj
+Tour: run TOUR -> 0 9007199254740993[\s\S]*not supported\.
+)js")),
+    rowName);
+
+INSTANTIATE_TEST_SUITE_P(ArgumentsOfTheScript, CommandLine, testing::ValuesIn(rows(R"js(
+Option: run --without logger SCRIPT a --without b -> 0 ^a,--without,b\n$
+OptionWithEqualsSign: run --without=logger SCRIPT a -> 0 ^a\n$
+OptionInFront: --without logger,browsers run SCRIPT run -> 0 ^run\n$
+Flag: run --trace SCRIPT --trace -> 0 ^--trace\n$
+Profile: run --profile=PROFILE --deny 1 SCRIPT x -> 0 ^x\n$
+Help: run SCRIPT -h --help -> 0 ^-h,--help\n$
+EndOfOptions: run -- SCRIPT -x -> 0 ^-x\n$
+EndOfOptionsBehindTheFile: run SCRIPT -- x -> 0 ^--,x\n$
+None: run SCRIPT -> 0 ^\n$
+)js")),
+    rowName);
 
 TEST(Repl, KeepsDeclarationsAndAwaits)
 {
@@ -216,32 +118,25 @@ TEST(Repl, KeepsDeclarationsAndAwaits)
 
 TEST(Run, KeepsItsStateBelowTheDataDirectory)
 {
-    const QTemporaryDir data;
-    QFile script(data.filePath(QStringLiteral("s.js")));
-    ASSERT_TRUE(script.open(QIODevice::WriteOnly));
-    script.write(
+    const QTemporaryDir place;
+    writeFile(place, "script.js",
         "const s = NovaExtension.SettingsManager.settings({format: 0});\n"
-        "console.log(process.argv.slice(2).join(), s.getValue({key: 'k', defaultValue: 'none'}).data);\n"
+        "console.log(s.getValue({key: 'k', defaultValue: 'none'}).data);\n"
         "s.setValue({key: 'k', value: 'kept'});\n"
         "NovaExtension.Log.logInfo({moduleName: 'mod', logStr: 'two\\nlines'});\n"
         "NovaExtension.ConfigCenter.setValue({key: 'c', value: 1});\n"
         "setTimeout(() => null.boom, 5);\nawait new Promise(() => {});\n");
-    script.close();
-    for (const char* expected : { "--x,1 none\n", "--x,1 kept\n" }) {
-        const Ended ended = novahost({ QStringLiteral("run"), QStringLiteral("--data"), data.path(),
-            script.fileName(), QStringLiteral("--x"), QStringLiteral("1") });
+    for (const char* expected : { "none\n", "kept\n" }) {
+        const Ended ended = novahost(wordsOf(QStringLiteral("run --data DATA SCRIPT"), place));
         EXPECT_EQ(ended.out, QLatin1String(expected));
         EXPECT_EQ(ended.code, 1) << "an error in a timer ends the run";
-        EXPECT_TRUE(ended.errors.contains(QRegularExpression(QStringLiteral("TypeError[\\s\\S]*s\\.js:6"))))
+        EXPECT_TRUE(
+            ended.errors.contains(QRegularExpression(QStringLiteral("TypeError[\\s\\S]*script\\.js:6"))))
             << ended.errors.toStdString();
     }
-    const auto content = [&](const char* file) {
-        QFile state(data.filePath(QLatin1String(file)));
-        return state.open(QIODevice::ReadOnly) ? state.readAll() : QByteArray();
-    };
-    EXPECT_EQ(content("logs/suite.log").count("mod"), 2);
-    EXPECT_TRUE(content("config-centre.json").contains("\"c\""));
-    EXPECT_TRUE(content("settings/Velmora/Office.conf").contains("Common\\plugins\\k=kept"));
+    EXPECT_EQ(readFile(place, "data/logs/suite.log").count("mod"), 2);
+    EXPECT_TRUE(readFile(place, "data/config-centre.json").contains("\"c\""));
+    EXPECT_TRUE(readFile(place, "data/settings/Velmora/Office.conf").contains("Common\\plugins\\k=kept"));
 }
 
 } // namespace

@@ -1,10 +1,12 @@
 // novahost as a process: started with its arguments, and how it ended.
 #pragma once
 
-#include <QByteArray>
+#include <QFile>
 #include <QProcess>
-#include <QStringList>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
+
+constexpr int PatienceMs = 60'000;
 
 struct Ended {
     int code;
@@ -14,10 +16,24 @@ struct Ended {
 
 inline Ended endOf(QProcess& process)
 {
-    EXPECT_TRUE(process.waitForFinished(60000));
+    EXPECT_TRUE(process.waitForFinished(PatienceMs));
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     return { process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
         QString::fromUtf8(process.readAllStandardError()) };
+}
+
+/// Words are separated by blanks, but not inside double quotes. SCRIPT and the like stand for files of a
+/// place.
+inline QStringList wordsOf(const QString& line, const QTemporaryDir& place)
+{
+    QStringList words = QProcess::splitCommand(line);
+    for (const auto& [name, path] : { std::pair("SCRIPT", place.filePath(QStringLiteral("script.js"))),
+             std::pair("PROFILE", place.filePath(QStringLiteral("profile.json"))),
+             std::pair("DATA", place.filePath(QStringLiteral("data"))),
+             std::pair("TOUR", QStringLiteral(TOUR)),
+             std::pair("OTHER_LIBRARY", QStringLiteral(OTHER_LIBRARY)) })
+        words.replaceInStrings(QLatin1String(name), path);
+    return words;
 }
 
 inline Ended novahost(const QStringList& arguments, const QByteArray& input = {})
@@ -27,4 +43,16 @@ inline Ended novahost(const QStringList& arguments, const QByteArray& input = {}
     process.write(input);
     process.closeWriteChannel();
     return endOf(process);
+}
+
+inline void writeFile(const QTemporaryDir& place, const char* name, const char* text)
+{
+    QFile file(place.filePath(QLatin1String(name)));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(text) == qstrlen(text));
+}
+
+inline QByteArray readFile(const QTemporaryDir& place, const char* name)
+{
+    QFile file(place.filePath(QLatin1String(name)));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }

@@ -3,8 +3,6 @@
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QTemporaryDir>
 #include <csignal>
 #include <poll.h>
 #include <pty.h>
@@ -12,8 +10,6 @@
 #include <unistd.h>
 
 namespace {
-
-constexpr int PatienceMs = 60000;
 
 void sendSignal(const QProcess& process, int number)
 {
@@ -29,78 +25,44 @@ void startReady(QProcess& process, const QStringList& arguments, const char* inp
     ASSERT_TRUE(process.readAllStandardOutput().startsWith("ready"));
 }
 
-QString writtenScript(const QTemporaryDir& place, const char* source)
+TEST(Signals, EndARunInOrder)
 {
-    QFile script(place.filePath(QStringLiteral("script.js")));
-    EXPECT_TRUE(script.open(QIODevice::WriteOnly));
-    script.write(source);
-    return script.fileName();
-}
-
-struct Case {
-    const char* name;
-    QStringList arguments; ///< SCRIPT and DATA stand for their paths
-    int number;
-};
-
-void PrintTo(const Case& row, std::ostream* stream)
-{
-    *stream << row.name;
-}
-
-class Signal : public testing::TestWithParam<Case> { };
-
-TEST_P(Signal, EndsInOrder)
-{
-    const QTemporaryDir place;
-    const QTemporaryDir temporary;
-    const QString data = place.filePath(QStringLiteral("data"));
-    QStringList arguments = GetParam().arguments;
-    arguments.replaceInStrings(QStringLiteral("DATA"), data);
-    arguments.replaceInStrings(QStringLiteral("SCRIPT"),
-        writtenScript(place,
+    for (const auto& [line, number] :
+        { std::pair("run SCRIPT", SIGTERM), std::pair("run SCRIPT", SIGINT), std::pair("run SCRIPT", SIGHUP),
+            std::pair("run --data DATA SCRIPT", SIGTERM), std::pair("repl", SIGTERM) }) {
+        SCOPED_TRACE(std::string(line) + ", signal " + std::to_string(number));
+        const QTemporaryDir place;
+        const QTemporaryDir temporary;
+        writeFile(place, "script.js",
             "NovaExtension.ConfigCenter.setValue({key: 'pending', value: 1});\n"
             "NovaExtension.Log.logInfo({moduleName: 'm', logStr: 's'});\n"
-            "console.log('ready');\nawait new Promise(() => {});\n"));
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("TMPDIR"), temporary.path());
-    environment.remove(QStringLiteral("XDG_RUNTIME_DIR"));
-    process.setProcessEnvironment(environment);
-    startReady(process, arguments, "console.log('ready')\n");
-    const bool keepsData = arguments.contains(QStringLiteral("--data"));
-    EXPECT_EQ(QDir(temporary.path()).entryList({ QStringLiteral("novasuite-*") }).size(), keepsData ? 0 : 1);
-    sendSignal(process, GetParam().number);
-    const Ended ended = endOf(process);
-    EXPECT_EQ(ended.code, 128 + GetParam().number);
-    EXPECT_EQ(ended.errors, QString());
-    EXPECT_EQ(QDir(temporary.path()).entryList({ QStringLiteral("novasuite-*") }), QStringList());
-    if (keepsData) {
-        QFile centre(data + QStringLiteral("/config-centre.json"));
-        ASSERT_TRUE(centre.open(QIODevice::ReadOnly));
-        EXPECT_TRUE(centre.readAll().contains("pending"));
+            "console.log('ready');\nawait new Promise(() => {});\n");
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("TMPDIR"), temporary.path());
+        environment.remove(QStringLiteral("XDG_RUNTIME_DIR"));
+        process.setProcessEnvironment(environment);
+        startReady(process, wordsOf(QLatin1String(line), place), "console.log('ready')\n");
+        const bool keepsData = QFile::exists(place.filePath(QStringLiteral("data")));
+        const auto suites = [&] {
+            return QDir(temporary.path()).entryList({ QStringLiteral("novasuite-*") });
+        };
+        EXPECT_EQ(suites().isEmpty(), keepsData);
+        sendSignal(process, number);
+        const Ended ended = endOf(process);
+        EXPECT_EQ(ended.code, 128 + number);
+        EXPECT_EQ(ended.errors, QString());
+        EXPECT_EQ(suites(), QStringList());
+        EXPECT_EQ(readFile(place, "data/config-centre.json").contains("pending"), keepsData);
     }
 }
-
-QStringList words(const char* line)
-{
-    return QString::fromLatin1(line).split(QLatin1Char(' '));
-}
-
-INSTANTIATE_TEST_SUITE_P(Run, Signal,
-    testing::Values(Case { "Terminate", words("run SCRIPT"), SIGTERM },
-        Case { "Interrupt", words("run SCRIPT"), SIGINT }, Case { "HangUp", words("run SCRIPT"), SIGHUP },
-        Case { "PendingWrites", words("run --data DATA SCRIPT"), SIGTERM },
-        Case { "ReplOfLines", words("repl"), SIGTERM }),
-    [](const auto& info) { return info.param.name; });
 
 TEST(EndlessLoop, IsEndedByTheSecondSignal)
 {
     const QTemporaryDir place;
     QProcess process;
-    startReady(process,
-        { QStringLiteral("run"), QStringLiteral("--data"), place.path(),
-            writtenScript(place, "console.log('ready');\nfor (;;);\n") });
+    writeFile(place, "script.js", "console.log('ready');\nfor (;;);\n");
+    startReady(process, wordsOf(QStringLiteral("run --data DATA SCRIPT"), place));
     sendSignal(process, SIGINT);
     EXPECT_FALSE(process.waitForFinished(300));
     sendSignal(process, SIGTERM);
@@ -124,26 +86,21 @@ TEST(Start, LeavesIgnoredSignalsIgnored)
 TEST(Play, GoesOnAtEachSignalAndLastsBeyondTheProcess)
 {
     const QTemporaryDir place;
-    const QStringList keeping { QStringLiteral("--data"), place.filePath(QStringLiteral("data")) };
+    writeFile(place, "script.js",
+        "const { Account } = NovaExtension;\nconst leave = new Promise((done) => {\n"
+        "    Account.addLogoutListener((e) => console.log(`${e.userId} left`));\n"
+        "    Account.addLoginListener((e) => done(`${e.userId} came`)); });\n"
+        "console.log('ready');\nconsole.log(await leave);\n");
     QProcess process;
-    startReady(process,
-        keeping
-            + QStringList { QStringLiteral("--play"), QStringLiteral("logout,login:user-2"),
-                QStringLiteral("run"),
-                writtenScript(place,
-                    "const { Account } = NovaExtension;\nconst leave = new Promise((done) => {\n"
-                    "    Account.addLogoutListener((e) => console.log(`${e.userId} left`));\n"
-                    "    Account.addLoginListener((e) => done(`${e.userId} came`)); });\n"
-                    "console.log('ready');\nconsole.log(await leave);\n") });
+    startReady(process, wordsOf(QStringLiteral("--data DATA --play logout,login:user-2 run SCRIPT"), place));
     sendSignal(process, SIGUSR2);
     ASSERT_TRUE(process.waitForReadyRead(PatienceMs));
     EXPECT_EQ(process.readAllStandardOutput(), "user-1 left\n");
     sendSignal(process, SIGUSR2);
     EXPECT_EQ(endOf(process).out, QStringLiteral("user-2 came\n"));
-    EXPECT_EQ(novahost(keeping
-                  + QStringList { QStringLiteral("eval"),
-                      QStringLiteral("NovaExtension.Account.getUserId().data") })
-                  .out,
+    EXPECT_EQ(
+        novahost(wordsOf(QStringLiteral("--data DATA eval NovaExtension.Account.getUserId().data"), place))
+            .out,
         QStringLiteral("\"user-2\"\n"));
 }
 
@@ -180,8 +137,7 @@ public:
     {
         QByteArray shown;
         QElapsedTimer timer;
-        timer.start();
-        while (!shown.contains(end) && timer.elapsed() < PatienceMs) {
+        for (timer.start(); !shown.contains(end) && timer.elapsed() < PatienceMs;) {
             pollfd wait { m_terminal, POLLIN, 0 };
             char bytes[1024];
             const ssize_t count = poll(&wait, 1, 100) > 0 ? read(m_terminal, bytes, sizeof bytes) : 0;
@@ -221,20 +177,20 @@ TEST(Repl, DropsTheLineOrTheAnswerAtAnInterrupt)
     const QByteArray answer = terminal.shownUntil("\nnova> ");
     EXPECT_TRUE(answer.endsWith("\n42\r\nnova> ")) << answer.constData();
 
-    terminal.type("await new Promise(done => setTimeout(() => done('la' + 'te'), 500))\n");
-    terminal.shownUntil("500))\r\n");
+    // The first promise settles while the second one is awaited.
+    terminal.type("await new Promise(done => globalThis.settle = done)\n");
+    terminal.shownUntil("= done)\r\n");
     terminal.type("\x03");
     terminal.shownUntil("nova> ");
-    terminal.type("await new Promise(done => setTimeout(() => done('in ' + 'time'), 800))\n");
+    terminal.type(
+        "await new Promise(done => { settle('la' + 'te'); setTimeout(() => done('in ' + 'time'), 50) })\n");
     const QByteArray second = terminal.shownUntil("\nnova> ");
     EXPECT_TRUE(second.endsWith("\r\nin time\r\nnova> ")) << second.constData();
     EXPECT_FALSE(second.contains("late")) << second.constData();
 
     terminal.type("exit(5)\n");
     EXPECT_EQ(terminal.exitCode(), 5);
-    QFile history(data.filePath(QStringLiteral("repl-history")));
-    ASSERT_TRUE(history.open(QIODevice::ReadOnly));
-    const QByteArray kept = history.readAll();
+    const QByteArray kept = readFile(data, "repl-history");
     EXPECT_TRUE(kept.contains("exit(5)")) << kept.constData();
     EXPECT_FALSE(kept.contains("boom"));
 }

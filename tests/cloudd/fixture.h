@@ -14,6 +14,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <functional>
@@ -59,6 +60,22 @@ inline QStringList filesBelow(const QString& folder)
         files.append(QDir(folder).relativeFilePath(all.next()));
     files.sort();
     return files;
+}
+
+/// "userId=ann, taskId=t0"; "<300*u>" stands for 300 times an "u", "\\0" and "\\n" for themselves.
+inline Texts texts(const QString& line)
+{
+    Texts all;
+    static const QRegularExpression repeated(q("<(\\d+)\\*([^>]+)>"));
+    for (const QString& pair : line.split(q(", "), Qt::SkipEmptyParts)) {
+        QString value = pair.section(QLatin1Char('='), 1).replace(q("\\n"), q("\n"));
+        value.replace(q("\\0"), QChar());
+        for (auto match = repeated.match(value); match.hasMatch(); match = repeated.match(value))
+            value.replace(match.capturedStart(), match.capturedLength(),
+                match.captured(2).repeated(match.captured(1).toInt()));
+        all[pair.section(QLatin1Char('='), 0, 0).toStdString()] = value.toStdString();
+    }
+    return all;
 }
 
 /// Different bytes for each seed.
@@ -117,18 +134,15 @@ public:
         return path.toStdString();
     }
 
-    /// Lets the service work until it is so; false after 20 s.
+    /// Lets the service work until it is so; false after a minute.
     template <typename Condition> static bool until(Condition isSo)
     {
         QElapsedTimer timer;
         QTimer tick;
         tick.start(100);
-        for (timer.start(); !isSo();) {
-            if (timer.hasExpired(20'000))
-                return false;
+        for (timer.start(); !isSo() && !timer.hasExpired(60'000);)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        }
-        return true;
+        return isSo();
     }
     bool rest() const
     {
@@ -154,7 +168,12 @@ public:
         until([&] { return answered->came; });
         return *answered;
     }
-    Answered<LarkIpcResult> call(const char* method, const Texts& arguments, const char* nameSpace = "")
+    Answered<LarkIpcResult> call(const char* method, const char* arguments)
+    {
+        return call(method, texts(q(arguments)));
+    }
+    Answered<LarkIpcResult> call(
+        const std::string& method, const Texts& arguments, const std::string& nameSpace = {})
     {
         LarkIpcArg request;
         request.nameSpace = nameSpace;

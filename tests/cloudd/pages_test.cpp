@@ -80,15 +80,15 @@ TEST(Pages, OneThatGoesLeavesNothingAndTheOtherHearsOnlyItsOwn)
 {
     const QTemporaryDir directory;
     ASSERT_EQ(profile::setDataDirectory(directory.path()), QString());
-    QFile file(directory.filePath(QStringLiteral("file")));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.resize(1 << 16));
-    file.close();
+    const auto writeFile = [&](const char* name, const QByteArray& bytes) {
+        QFile file(directory.filePath(QLatin1String(name)));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+        return file.fileName();
+    };
+    const QString file = writeFile("file", QByteArray(1 << 16, 'x'));
     // Slow enough for the page to go in the midst of its uploads.
-    QFile settings(directory.filePath(QStringLiteral("profile.json")));
-    ASSERT_TRUE(settings.open(QIODevice::WriteOnly)
-        && settings.write(R"({ "cloud": { "uploadBytesPerSecond": 786432 } })") > 0);
-    settings.close();
-    ASSERT_EQ(profile::load(settings.fileName()), QString());
+    const char slowly[] = R"({ "cloud": { "uploadBytesPerSecond": 786432 } })";
+    ASSERT_EQ(profile::load(writeFile("profile.json", slowly)), QString());
     vexlite::Core& core = vexlite::Core::start({});
     ExtensionFactoryMap factories;
     GetNovaExtensionJsApiObj(&factories);
@@ -99,7 +99,7 @@ TEST(Pages, OneThatGoesLeavesNothingAndTheOtherHearsOnlyItsOwn)
             QStringLiteral("const { CloudDoc } = NovaExtension;"
                            "const upload = () => CloudDoc.createUploadFileTask({ filePath: '%1', "
                            "cloudDir: 'up', autoRename: true });")
-                .arg(file.fileName());
+                .arg(file);
         TestPage going(*scriptEngine, upload + QStringLiteral(R"(
             for (let i = 0; i < 100; ++i) {
                 const task = upload();

@@ -34,7 +34,7 @@ def frame(body, procedure="larkIpcCall", kind=CALL, number=1):
 class Connection:
     def __init__(self, directory):
         self.socket = socket.socket(socket.AF_UNIX)
-        self.socket.settimeout(20)
+        self.socket.settimeout(60)
         opened = os.open(directory, os.O_PATH)
         try:
             while True:
@@ -89,7 +89,7 @@ class Process:
     def __init__(self, program, directory, *options, **how):
         self.directory = directory
         self.process = subprocess.Popen([program, "--directory", directory, *options], **how)
-        deadline = time.monotonic() + 30
+        deadline = time.monotonic() + 60
         while True:
             try:
                 with Connection(directory):

@@ -30,8 +30,3 @@ struct BlockDeleter {
     void operator()(void* handle) const { _XGblFree(handle); }
 };
 using OwnedBlock = std::unique_ptr<void, BlockDeleter>;
-
-template <typename Case> std::string caseName(const testing::TestParamInfo<Case>& info)
-{
-    return info.param.name;
-}

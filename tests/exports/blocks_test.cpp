@@ -5,47 +5,31 @@
 
 namespace {
 
-constexpr std::uint32_t Refused = 0;
-
-struct AllocationCase {
-    const char* name;
-    std::uint32_t size;
-    std::uint32_t capacity;
-};
-
-class Allocation : public testing::TestWithParam<AllocationCase> {
-protected:
-    void expectBlock(void* handle) const
-    {
-        const OwnedBlock block(handle);
-        ASSERT_EQ(handle != nullptr, GetParam().capacity != Refused);
-        if (!handle)
-            return;
-        EXPECT_EQ(fieldBefore(handle, 8), GetParam().size);
-        EXPECT_EQ(fieldBefore(handle, 4), GetParam().capacity);
-        EXPECT_EQ(_XGblSize(handle), GetParam().size);
-        EXPECT_EQ(_XGblFlags(handle), 0u);
-        EXPECT_EQ(_XGblLock(handle), handle);
-        EXPECT_EQ(_XGblUnlock(handle), 1);
-    }
-};
-
-TEST_P(Allocation, TakesWholeUnitsOrIsRefused)
+TEST(Blocks, TakeWholeUnitsOrAreRefused)
 {
-    for (const std::uint32_t flags : { 0u, 64u, 0xffffffffu }) {
-        expectBlock(_XGblAlloc(flags, GetParam().size));
-        expectBlock(_XGblReAlloc(nullptr, GetParam().size, flags));
+    constexpr std::uint32_t Refused = 0;
+    const struct {
+        std::uint32_t size, capacity;
+    } rows[] = { { 0, 1016 }, { 1, 1016 }, { 1016, 1016 }, { 1017, 2040 }, { 0x7fffffff, 0x800003f8 },
+        { 0x80000000, Refused }, { 0xfffffbf9, Refused }, { 0xffffffff, Refused } };
+    for (const auto& [size, capacity] : rows) {
+        for (const std::uint32_t flags : { 0u, 64u, 0xffffffffu }) {
+            for (const bool isNew : { true, false }) {
+                const OwnedBlock block(isNew ? _XGblAlloc(flags, size) : _XGblReAlloc(nullptr, size, flags));
+                void* handle = block.get();
+                ASSERT_EQ(handle != nullptr, capacity != Refused) << size;
+                if (!handle)
+                    continue;
+                EXPECT_EQ(fieldBefore(handle, 8), size);
+                EXPECT_EQ(capacityOf(handle), capacity) << size;
+                EXPECT_EQ(_XGblSize(handle), size);
+                EXPECT_EQ(_XGblFlags(handle), 0u);
+                EXPECT_EQ(_XGblLock(handle), handle);
+                EXPECT_EQ(_XGblUnlock(handle), 1);
+            }
+        }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(Sizes, Allocation,
-    testing::Values(AllocationCase { "Empty", 0, 1016 }, AllocationCase { "OneByte", 1, 1016 },
-        AllocationCase { "FullUnit", 1016, 1016 }, AllocationCase { "ByteMore", 1017, 2040 },
-        AllocationCase { "Largest", 0x7fffffff, 0x800003f8 },
-        AllocationCase { "SignBit", 0x80000000, Refused },
-        AllocationCase { "WrapsToNothing", 0xfffffbf9, Refused },
-        AllocationCase { "All32Bits", 0xffffffff, Refused }),
-    caseName<AllocationCase>);
 
 TEST(Blocks, ZeroFlagClearsTheWholeCapacityOfReusedMemory)
 {
@@ -71,38 +55,31 @@ TEST(Blocks, NullIsNoBlock)
     EXPECT_EQ(_XGblFree(_XGblAlloc(0, 1)), nullptr);
 }
 
-struct ResizeCase {
-    const char* name;
-    std::vector<std::uint32_t> sizes; ///< the first is allocated
-    std::uint32_t capacity;
-};
-
-class Resize : public testing::TestWithParam<ResizeCase> { };
-
-TEST_P(Resize, KeepsTheContentAndFollowsTheGrowthRule)
+TEST(Blocks, KeepTheirContentAndFollowTheGrowthRule)
 {
-    const auto& [name, sizes, capacity] = GetParam();
-    void* block = _XGblAlloc(0, sizes.front());
-    std::uint32_t kept = sizes.front();
-    std::memset(block, 0xaa, kept);
-    for (auto size = sizes.begin() + 1; size != sizes.end(); ++size) {
-        block = _XGblReAlloc(block, *size, 0);
-        ASSERT_TRUE(block);
-        EXPECT_EQ(_XGblSize(block), *size);
-        kept = std::min(kept, *size);
-        EXPECT_EQ(contentOf(block).substr(0, kept), std::string(kept, '\xaa'));
+    const struct {
+        const char* name;
+        std::vector<std::uint32_t> sizes; ///< the first is allocated
+        std::uint32_t capacity;
+    } rows[] = { { "up to the capacity", { 1000, 1016 }, 1016 }, { "byte beyond", { 10, 1017 }, 2040 },
+        { "far beyond", { 10, 2000 }, 2040 }, { "doubles", { 2040, 2041 }, 4088 },
+        { "more than twice", { 2040, 9000 }, 9208 }, { "doubles the size", { 3000, 10, 3065 }, 4088 },
+        { "shrinks", { 3000, 10 }, 3064 }, { "to nothing", { 3000, 0 }, 3064 } };
+    for (const auto& [name, sizes, capacity] : rows) {
+        void* block = _XGblAlloc(0, sizes.front());
+        std::uint32_t kept = sizes.front();
+        std::memset(block, 0xaa, kept);
+        for (auto size = sizes.begin() + 1; size != sizes.end(); ++size) {
+            block = _XGblReAlloc(block, *size, 0);
+            ASSERT_TRUE(block) << name;
+            EXPECT_EQ(_XGblSize(block), *size) << name;
+            kept = std::min(kept, *size);
+            EXPECT_EQ(contentOf(block).substr(0, kept), std::string(kept, '\xaa')) << name;
+        }
+        EXPECT_EQ(capacityOf(block), capacity) << name;
+        _XGblFree(block);
     }
-    EXPECT_EQ(capacityOf(block), capacity);
-    _XGblFree(block);
 }
-
-INSTANTIATE_TEST_SUITE_P(Sizes, Resize,
-    testing::Values(ResizeCase { "UpToTheCapacity", { 1000, 1016 }, 1016 },
-        ResizeCase { "ByteBeyond", { 10, 1017 }, 2040 }, ResizeCase { "FarBeyond", { 10, 2000 }, 2040 },
-        ResizeCase { "Doubles", { 2040, 2041 }, 4088 }, ResizeCase { "MoreThanTwice", { 2040, 9000 }, 9208 },
-        ResizeCase { "DoublesTheSizeNotTheCapacity", { 3000, 10, 3065 }, 4088 },
-        ResizeCase { "Shrinks", { 3000, 10 }, 3064 }, ResizeCase { "ToNothing", { 3000, 0 }, 3064 }),
-    caseName<ResizeCase>);
 
 TEST(Blocks, DoubleUpToFourGigabytes)
 {
@@ -121,65 +98,40 @@ TEST(Blocks, DoubleUpToFourGigabytes)
     _XGblFree(grown);
 }
 
-struct ClearingCase {
-    const char* name;
-    std::uint32_t allocated, before, after;
-    std::uint32_t flags;
-};
-
-class Clearing : public testing::TestWithParam<ClearingCase> { };
-
-TEST_P(Clearing, TouchesExactlyTheBytesThatComeIntoUse)
+TEST(Blocks, ClearExactlyTheBytesThatComeIntoUse)
 {
-    const ClearingCase& given = GetParam();
-    void* block = _XGblAlloc(0, given.allocated);
-    const std::uint32_t dirty = capacityOf(block);
-    std::memset(block, 0xaa, dirty);
-    block = _XGblReAlloc(block, given.before, 0);
-    block = _XGblReAlloc(block, given.after, given.flags);
-    ASSERT_TRUE(block);
-    std::string expected(std::max(dirty, given.after), '\xaa');
-    if (given.flags & 64)
-        for (std::uint32_t i = given.before; i < given.after; ++i)
-            expected[i] = '\0';
-    EXPECT_EQ(std::string(static_cast<char*>(block), expected.size()), expected);
-    _XGblFree(block);
+    const struct {
+        const char* name;
+        std::uint32_t allocated, before, after, flags;
+    } rows[] = { { "within the capacity", 100, 100, 300, 64 }, { "what a shrink left", 1000, 10, 500, 64 },
+        { "beyond the capacity", 1000, 900, 5000, 64 }, { "among other flags", 100, 100, 300, 0xffffffff },
+        { "not when shrinking", 1000, 1000, 10, 64 }, { "not without the flag", 1000, 10, 500, 0 },
+        { "not with other flags", 1000, 10, 500, ~64u } };
+    for (const auto& [name, allocated, before, after, flags] : rows) {
+        void* block = _XGblAlloc(0, allocated);
+        const std::uint32_t dirty = capacityOf(block);
+        std::memset(block, 0xaa, dirty);
+        block = _XGblReAlloc(_XGblReAlloc(block, before, 0), after, flags);
+        ASSERT_TRUE(block) << name;
+        std::string expected(std::max(dirty, after), '\xaa');
+        if (flags & 64 && after > before)
+            expected.replace(before, after - before, after - before, '\0');
+        EXPECT_EQ(std::string(static_cast<char*>(block), expected.size()), expected) << name;
+        _XGblFree(block);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Sizes, Clearing,
-    testing::Values(ClearingCase { "WithinTheCapacity", 100, 100, 300, 64 },
-        ClearingCase { "WhatAShrinkLeft", 1000, 10, 500, 64 },
-        ClearingCase { "BeyondTheCapacity", 1000, 900, 5000, 64 },
-        ClearingCase { "AmongOtherFlags", 100, 100, 300, 0xffffffff },
-        ClearingCase { "NotWhenShrinking", 1000, 1000, 10, 64 },
-        ClearingCase { "NotWithoutTheFlag", 1000, 10, 500, 0 },
-        ClearingCase { "NotWithOtherFlags", 1000, 10, 500, ~64u }),
-    caseName<ClearingCase>);
-
-struct RefusalCase {
-    const char* name;
-    std::uint32_t size, capacity;
-    std::uint32_t refused;
-};
-
-class ResizeRefusal : public testing::TestWithParam<RefusalCase> { };
-
-TEST_P(ResizeRefusal, LeavesTheBlockAsItWas)
+TEST(Blocks, StayAsTheyWereWhenASizeIsRefused)
 {
-    const RefusalCase& given = GetParam();
-    const OwnedBlock block(_XGblAlloc(0, given.size));
-    ASSERT_TRUE(block);
-    std::memcpy(block.get(), "content", 8);
-    EXPECT_EQ(_XGblReAlloc(block.get(), given.refused, 64), nullptr);
-    EXPECT_EQ(_XGblSize(block.get()), given.size);
-    EXPECT_EQ(capacityOf(block.get()), given.capacity);
-    EXPECT_STREQ(static_cast<char*>(block.get()), "content");
+    for (const std::uint32_t refused : { 0x80000000, 0xfffffbf9, 0xffffffff }) {
+        const OwnedBlock block(_XGblAlloc(0, 100));
+        ASSERT_TRUE(block);
+        std::memcpy(block.get(), "content", 8);
+        EXPECT_EQ(_XGblReAlloc(block.get(), refused, 64), nullptr) << refused;
+        EXPECT_EQ(_XGblSize(block.get()), 100u);
+        EXPECT_EQ(capacityOf(block.get()), 1016u);
+        EXPECT_STREQ(static_cast<char*>(block.get()), "content");
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Sizes, ResizeRefusal,
-    testing::Values(RefusalCase { "SignBit", 100, 1016, 0x80000000 },
-        RefusalCase { "WrapsToNothing", 100, 1016, 0xfffffbf9 },
-        RefusalCase { "All32Bits", 100, 1016, 0xffffffff }),
-    caseName<RefusalCase>);
 
 } // namespace

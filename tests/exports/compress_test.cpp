@@ -2,9 +2,9 @@
 #include "tests/exports/block.h"
 
 #include <dlfcn.h>
+#include <exception>
 #include <functional>
 #include <new>
-#include <stdexcept>
 #include <thread>
 #include <vector>
 
@@ -68,26 +68,17 @@ Outputs outputsOf(const void* source, std::uint32_t length)
     return made;
 }
 
-struct ReserveCase {
-    const char* name;
-    std::uint32_t length;
-    std::uint32_t reserved, capacity;
-};
-
-class Reserve : public testing::TestWithParam<ReserveCase> { };
-
-TEST_P(Reserve, IsTheBoundOfTheOutput)
+TEST(Compression, ReservesTheBoundOfTheOutput)
 {
-    asked.clear();
-    const std::string input = textOf(GetParam().length);
-    EXPECT_EQ(outputsOf(input.data(), GetParam().length).capacity, GetParam().capacity);
-    EXPECT_EQ(asked, std::vector<std::size_t> { GetParam().reserved });
+    const struct {
+        std::uint32_t length, reserved, capacity;
+    } rows[] = { { 0, 16, 1016 }, { 999, 1015, 1016 }, { 1000, 1017, 2040 }, { 9000000, 9009016, 9009144 } };
+    for (const auto& [length, reserved, capacity] : rows) {
+        asked.clear();
+        EXPECT_EQ(outputsOf(textOf(length).data(), length).capacity, capacity) << length;
+        EXPECT_EQ(asked, std::vector<std::size_t> { reserved }) << length;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Lengths, Reserve,
-    testing::Values(ReserveCase { "Empty", 0, 16, 1016 }, ReserveCase { "Below1000", 999, 1015, 1016 },
-        ReserveCase { "From1000", 1000, 1017, 2040 }, ReserveCase { "Large", 9000000, 9009016, 9009144 }),
-    caseName<ReserveCase>);
 
 TEST(Compression, OfNothingNeedsNoSource)
 {
@@ -96,32 +87,24 @@ TEST(Compression, OfNothingNeedsNoSource)
     EXPECT_EQ(made.raw, std::string("\0", 1));
 }
 
-struct RefusalCase {
-    const char* name;
-    const void* source;
-    std::uint32_t length;
-    std::int32_t level;
-    std::int32_t code;
-};
-
-class CompressionRefusal : public testing::TestWithParam<RefusalCase> { };
-
-TEST_P(CompressionRefusal, LeavesANullBlock)
+TEST(Compression, LeavesANullBlockWhenItRefuses)
 {
-    int place = 0;
-    void* data = &place;
-    EXPECT_EQ(_XZlibCompress(GetParam().source, GetParam().length, &data, GetParam().level), GetParam().code);
-    EXPECT_EQ(data, nullptr);
+    const struct {
+        const char* name;
+        const void* source;
+        std::uint32_t length;
+        std::int32_t level, code;
+    } rows[] = { { "level below", "x", 1, -2, StreamError }, { "level above", "x", 1, 10, StreamError },
+        { "null source", nullptr, 0xffffffff, -1, StreamError },
+        { "longest input is reserved", "x", LongestInput, 10, StreamError },
+        { "too long", "x", LongestInput + 1, -1, NoMemory }, { "all bits", "x", 0xffffffff, -1, NoMemory } };
+    for (const auto& [name, source, length, level, code] : rows) {
+        int place = 0;
+        void* data = &place;
+        EXPECT_EQ(_XZlibCompress(source, length, &data, level), code) << name;
+        EXPECT_EQ(data, nullptr) << name;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Arguments, CompressionRefusal,
-    testing::Values(RefusalCase { "LevelBelow", "x", 1, -2, StreamError },
-        RefusalCase { "LevelAbove", "x", 1, 10, StreamError },
-        RefusalCase { "NullSource", nullptr, 0xffffffff, -1, StreamError },
-        RefusalCase { "LongestInputIsReserved", "x", LongestInput, 10, StreamError },
-        RefusalCase { "TooLong", "x", LongestInput + 1, -1, NoMemory },
-        RefusalCase { "All32Bits", "x", 0xffffffff, -1, NoMemory }),
-    caseName<RefusalCase>);
 
 TEST(Compression, NeedsItsOutPointers)
 {
@@ -136,48 +119,36 @@ TEST(Compression, NeedsItsOutPointers)
     EXPECT_EQ(handle, nullptr);
 }
 
-struct DeflateRefusalCase {
-    const char* name;
-    const void* source;
-    std::uint32_t length;
-    std::function<void*()> host;
-    std::vector<std::size_t> asked;
-    std::int32_t code;
-};
-
-class DeflateRefusal : public testing::TestWithParam<DeflateRefusalCase> { };
-
-TEST_P(DeflateRefusal, LeavesNothingToFree)
+TEST(Deflate, LeavesNothingToFreeWhenItRefuses)
 {
-    asked.clear();
-    hostAnswer = GetParam().host;
-    int place = 0;
-    void* handle = &place;
-    std::uint32_t size = 7;
-    EXPECT_EQ(_XDeflate(GetParam().source, GetParam().length, &handle, &size), GetParam().code);
-    hostAnswer = {};
-    EXPECT_EQ(asked, GetParam().asked);
-    EXPECT_EQ(handle, nullptr);
-    EXPECT_EQ(size, 0u);
+    const auto refuses = []() -> void* { return nullptr; };
+    const struct {
+        const char* name;
+        const void* source;
+        std::uint32_t length;
+        std::function<void*()> host;
+        std::vector<std::size_t> asked;
+        std::int32_t code;
+    } rows[] = { { "null source", nullptr, 0xffffffff, {}, {}, StreamError },
+        { "too long", "x", 4290676604, {}, {}, NoMemory }, { "all bits", "x", 0xffffffff, {}, {}, NoMemory },
+        { "longest input", "x", 4290676603, refuses, { 0xffffffff }, NoMemory },
+        { "host refuses", "x", 1, refuses, { 17 }, NoMemory },
+        { "bad_alloc", "x", 1, []() -> void* { throw std::bad_alloc(); }, { 17 }, NoMemory },
+        { "other exception", "x", 1, []() -> void* { throw std::exception(); }, { 17 }, Unexpected },
+        { "an int is thrown", "x", 1, []() -> void* { throw 1; }, { 17 }, Unexpected } };
+    for (const auto& [name, source, length, host, expected, code] : rows) {
+        asked.clear();
+        hostAnswer = host;
+        int place = 0;
+        void* handle = &place;
+        std::uint32_t size = 7;
+        EXPECT_EQ(_XDeflate(source, length, &handle, &size), code) << name;
+        hostAnswer = {};
+        EXPECT_EQ(asked, expected) << name;
+        EXPECT_EQ(handle, nullptr) << name;
+        EXPECT_EQ(size, 0u) << name;
+    }
 }
-
-void* refuses()
-{
-    return nullptr;
-}
-
-INSTANTIATE_TEST_SUITE_P(Arguments, DeflateRefusal,
-    testing::Values(DeflateRefusalCase { "NullSource", nullptr, 0xffffffff, {}, {}, StreamError },
-        DeflateRefusalCase { "TooLong", "x", 4290676604, {}, {}, NoMemory },
-        DeflateRefusalCase { "All32Bits", "x", 0xffffffff, {}, {}, NoMemory },
-        DeflateRefusalCase { "LongestInput", "x", 4290676603, refuses, { 0xffffffff }, NoMemory },
-        DeflateRefusalCase { "HostRefuses", "x", 1, refuses, { 17 }, NoMemory },
-        DeflateRefusalCase {
-            "HostThrowsBadAlloc", "x", 1, []() -> void* { throw std::bad_alloc(); }, { 17 }, NoMemory },
-        DeflateRefusalCase { "HostThrowsOther", "x", 1, []() -> void* { throw std::runtime_error("host"); },
-            { 17 }, Unexpected },
-        DeflateRefusalCase { "HostThrowsAnInt", "x", 1, []() -> void* { throw 1; }, { 17 }, Unexpected }),
-    caseName<DeflateRefusalCase>);
 
 TEST(Threads, WorkOnBlocksOfTheirOwn)
 {

@@ -5,15 +5,14 @@
 
 namespace {
 
-struct PathCase {
-    const char* name;
-    const char* path; ///< below the data directory, unless it begins with '!'
-    bool inside;
-};
+// Below the data directory, unless they begin with '!'.
+constexpr char Inside[] =
+    "guarded guarded// guarded/deep/file guarded/no/such/file open/../guarded/x none/../guarded/x "
+    "./guarded/./x open/absolute/x open/relative/x open/chain/no/file open/broken "
+    "open/relative/../x guarded/out/x guarded/out/../x open/root/../../guarded/x alias/x";
+constexpr char Outside[] = "guardedness/file open/file . guarded/../open/x !guarded/x ! !/ open/loop/x";
 
-class PathsInside : public ServiceTest, public testing::WithParamInterface<PathCase> { };
-
-TEST_P(PathsInside, OfTheGuardedDirectory)
+TEST_F(ServiceTest, PathsAreInsideADirectoryWhereverTheyLead)
 {
     QDir root(path(""));
     ASSERT_TRUE(root.mkpath(QStringLiteral("guarded/deep/er")) && root.mkpath(QStringLiteral("open")));
@@ -29,34 +28,16 @@ TEST_P(PathsInside, OfTheGuardedDirectory)
     link("../open", "guarded/out");
     link("guarded", "alias");
 
-    const QString given = QString::fromUtf8(GetParam().path);
-    const QString tested =
-        given.startsWith(QLatin1Char('!')) ? given.mid(1) : path("") + QLatin1Char('/') + given;
-    EXPECT_EQ(krt::isPathInside(tested, path("guarded")), GetParam().inside) << tested.toStdString();
-    EXPECT_EQ(krt::isPathInside(tested, path("alias")), GetParam().inside) << "by the directory's other name";
+    for (const char* list : { Inside, Outside }) {
+        for (const QString& given : QString::fromLatin1(list).split(QLatin1Char(' '))) {
+            const QString tested =
+                given.startsWith(QLatin1Char('!')) ? given.mid(1) : path("") + QLatin1Char('/') + given;
+            for (const char* directory : { "guarded", "alias" })
+                EXPECT_EQ(krt::isPathInside(tested, path(directory)), list == Inside)
+                    << given.toStdString() << " in " << directory;
+        }
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Plain, PathsInside,
-    testing::Values(PathCase { "Itself", "guarded", true }, PathCase { "WithSlashes", "guarded//", true },
-        PathCase { "Below", "guarded/deep/file", true },
-        PathCase { "NotThere", "guarded/no/such/file", true },
-        PathCase { "SameBeginning", "guardedness/file", false }, PathCase { "Beside", "open/file", false },
-        PathCase { "Above", "", false }, PathCase { "StepsIn", "open/../guarded/x", true },
-        PathCase { "StepsOut", "guarded/../open/x", false },
-        PathCase { "StepsThroughNothing", "none/../guarded/x", true },
-        PathCase { "DotSteps", "./guarded/./x", true }, PathCase { "Relative", "!guarded/x", false },
-        PathCase { "Empty", "!", false }, PathCase { "Root", "!/", false }),
-    caseName<PathCase>);
-
-INSTANTIATE_TEST_SUITE_P(Links, PathsInside,
-    testing::Values(PathCase { "Absolute", "open/absolute/x", true },
-        PathCase { "Relative", "open/relative/x", true }, PathCase { "Chain", "open/chain/no/file", true },
-        PathCase { "Broken", "open/broken", true }, PathCase { "ParentOfTarget", "open/relative/../x", true },
-        PathCase { "Loop", "open/loop/x", false }, PathCase { "LeadingOut", "guarded/out/x", true },
-        PathCase { "CleanedItStaysIn", "guarded/out/../x", true },
-        PathCase { "CleanedItStepsIn", "open/root/../../guarded/x", true },
-        PathCase { "Alias", "alias/x", true }),
-    caseName<PathCase>);
 
 TEST_F(ServiceTest, GuardedDirectoriesComeFromTheProfile)
 {

@@ -3,6 +3,7 @@
 #include "krt/product.h"
 #include "suite/kdcinfo.h"
 #include "tests/services/fixture.h"
+#include "tests/services/rows.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -10,62 +11,41 @@
 
 namespace {
 
-struct WrongProfile {
-    const char* name;
-    const char* text;
-    const char* error;
-};
-
-class WrongProfiles : public ServiceTest, public testing::WithParamInterface<WrongProfile> { };
+class WrongProfiles : public ServiceTest, public testing::WithParamInterface<Row> { };
 
 TEST_P(WrongProfiles, AreRefusedWithTheirPlace)
 {
     useProfile(R"({"application": {"name": "kept"}})");
-    EXPECT_EQ(loadProfile(GetParam().text).toStdString(), GetParam().error);
+    QString expected = GetParam().expected;
+    expected.replace(QLatin1String(" && "), QLatin1String("\n"));
+    EXPECT_EQ(loadProfile(GetParam().given.toUtf8()).toStdString(), expected.toStdString());
     EXPECT_EQ(krt::appName(), QStringLiteral("kept"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Keys, WrongProfiles,
-    testing::Values(
-        WrongProfile { "TooLarge", R"({"dpi": {"scale": 9}})", "dpi.scale: must be a number from 0.5 to 8" },
-        WrongProfile {
-            "WrongType", R"({"dpi": {"scale": "1"}})", "dpi.scale: must be a number from 0.5 to 8" },
-        WrongProfile { "NoWholeNumber", R"({"log": {"keptFiles": 1.5}})",
-            "log.keptFiles: must be a whole number from 0 to 1000" },
-        WrongProfile {
-            "Null", R"({"services": {"logger": null}})", "services.logger: must be true or false" },
-        WrongProfile { "SectionIsNoObject", R"({"dpi": 1})", "dpi: must be an object" },
-        WrongProfile { "NoObject", "[]", "the profile: must be an object" },
-        WrongProfile { "UnknownKey", R"({"dpi": {"scle": 1}})",
-            "dpi.scle: is not a key of a profile; use one of scale" },
-        WrongProfile { "ListItem", R"({"directories": {"blacklistedDownloads": ["/a", "b"]}})",
-            "directories.blacklistedDownloads[1]: must be an absolute path, or begin with ${DATA} or "
-            "${HOME}" },
-        WrongProfile { "UnknownVariable", R"({"directories": {"pluginDownloads": "${TMP}/a"}})",
-            "directories.pluginDownloads: must be an absolute path, or begin with ${DATA} or ${HOME}" },
-        WrongProfile { "InAFreeMap", R"({"product": {"configurations": {"37": {"a": true}}}})",
-            "product.configurations.37.a: must be a text or a whole number from -2147483648 to 2147483647" },
-        WrongProfile { "Empty", R"({"application": {"name": ""}})",
-            "application.name: must be a text that is not empty" },
-        WrongProfile { "Several", R"({"dpi": {"scale": 9}, "services": {"logger": 1}})",
-            "dpi.scale: must be a number from 0.5 to 8\nservices.logger: must be true or false" },
-        WrongProfile { "InAListOfObjects",
-            R"({"dialogs": {"answers": [{}, {"dialog": "open"}, {"file": "/a"}]}})",
-            "dialogs.answers[1].dialog: must be one of \"file\", \"files\", \"folder\", \"save\", \"cloud\", "
-            "\"panel\", \"access\", \"login\", \"upgrade\"\n"
-            "dialogs.answers[2].file: is not a key of a profile; use one of accept, dialog, files, values" },
-        WrongProfile {
-            "MissingKey", R"({"cloudFiles": [{"tab": "cloud"}]})", "cloudFiles[0]: needs \"path\"" },
-        WrongProfile { "Twice", R"({"dpi": {}, "dpi": {}})", "dpi: appears twice; keep one of the two" }),
-    caseName<WrongProfile>);
-
-INSTANTIATE_TEST_SUITE_P(Syntax, WrongProfiles,
-    testing::Values(
-        WrongProfile { "MissingComma", "{\n  \"dpi\": {}\n  \"log\": {}\n}",
-            "line 3, column 7: is not JSON; look for a missing quote, comma or bracket before it" },
-        WrongProfile { "NoText", "",
-            "line 1, column 1: is not JSON; look for a missing quote, comma or bracket before it" }),
-    caseName<WrongProfile>);
+INSTANTIATE_TEST_SUITE_P(Texts, WrongProfiles, testing::ValuesIn(rows(R"(
+TooLarge: {"dpi": {"scale": 9}} -> dpi.scale: must be a number from 0.5 to 8
+WrongType: {"dpi": {"scale": "1"}} -> dpi.scale: must be a number from 0.5 to 8
+NoWholeNumber: {"log": {"keptFiles": 1.5}} -> log.keptFiles: must be a whole number from 0 to 1000
+Null: {"services": {"logger": null}} -> services.logger: must be true or false
+SectionIsNoObject: {"dpi": 1} -> dpi: must be an object
+NoObject: [] -> the profile: must be an object
+UnknownKey: {"dpi": {"scle": 1}} -> dpi.scle: is not a key of a profile; use one of scale
+ListItem: {"directories": {"blacklistedDownloads": ["/a", "b"]}} -> directories.blacklistedDownloads[1]: must be an absolute path, or begin with ${DATA} or ${HOME}
+UnknownVariable: {"directories": {"pluginDownloads": "${TMP}/a"}} -> directories.pluginDownloads: must be an absolute path, or begin with ${DATA} or ${HOME}
+InAFreeMap: {"product": {"configurations": {"37": {"a": true}}}} -> product.configurations.37.a: must be a text or a whole number from -2147483648 to 2147483647
+EmptyText: {"application": {"name": ""}} -> application.name: must be a text that is not empty
+Several: {"dpi": {"scale": 9}, "services": {"logger": 1}} -> dpi.scale: must be a number from 0.5 to 8 && services.logger: must be true or false
+NoSuchDialog: {"dialogs": {"answers": [{}, {"dialog": "open"}]}} -> dialogs.answers[1].dialog: must be one of "file", "files", "folder", "save", "cloud", "panel", "access", "login", "upgrade"
+InAListOfObjects: {"dialogs": {"answers": [{"file": "/a"}]}} -> dialogs.answers[0].file: is not a key of a profile; use one of accept, dialog, files, values
+MissingKey: {"cloudFiles": [{"tab": "cloud"}]} -> cloudFiles[0]: needs "path"
+Twice: {"dpi": {}, "dpi": {}} -> dpi: appears twice; keep one of the two
+MissingComma: {
+  "dpi": {}
+  "log": {}
+ } -> line 3, column 7: is not JSON; look for a missing quote, comma or bracket before it
+Nothing: -> line 1, column 1: is not JSON; look for a missing quote, comma or bracket before it
+)")),
+    rowName);
 
 TEST_F(ServiceTest, AFileThatIsNotThereIsNamed)
 {

@@ -1,11 +1,14 @@
 """Runs one script test in novahost: checks that it passes, that nothing crashed, and that the closed page left nothing.
 
 usage: run_test.py NOVAHOST SCRIPTS_DIR NAME [OPTION...]
+
+walk and random find the description of all members in front of them, as `const api`.
 """
 import contextlib
 import fcntl
 import json
 import os
+import pathlib
 import random
 import shutil
 import subprocess
@@ -13,17 +16,7 @@ import sys
 import tempfile
 
 RANDOM_SECONDS = 5
-
-
-def published(novahost):
-    """The tables as {path: {members, unsupported}}; what a property hands out is named as script reaches it."""
-    def tables(*options):
-        out = subprocess.run([novahost, "members", "--json", *options], check=True, capture_output=True)
-        return {row["object"]: row["members"] for row in json.loads(out.stdout)}
-    unsupported = tables("--unsupported")
-    return {name: {"members": members, "unsupported": [m["name"] for m in unsupported[name]]}
-            for name, members in tables().items()}
-
+API = pathlib.Path(__file__).resolve().parents[2] / "types/api.json"
 
 def prepare_files(data):
     """What files.test.js finds in its data directory. Answers the open files whose locks it needs."""
@@ -66,9 +59,7 @@ def prepare_files(data):
 def main():
     novahost, scripts, name, *options = sys.argv[1:]
     arguments = []
-    if name == "walk":
-        arguments = [json.dumps(published(novahost))]
-    elif name == "random":
+    if name == "random":
         arguments = [str(RANDOM_SECONDS), os.environ.get("RANDOM_SEED") or str(random.randrange(2**32))]
     with tempfile.TemporaryDirectory() as outer, contextlib.ExitStack() as held:
         # What a broken check would let a page remove above its home is the test's own.
@@ -78,7 +69,12 @@ def main():
             arguments = [tempfile.gettempdir()]
             for locked in prepare_files(data):
                 held.enter_context(locked)
-        command = [novahost, "--data", data, "--live-counts", *options, "run", f"{scripts}/{name}.js", data, *arguments]
+        script = f"{scripts}/{name}.js"
+        if name in ("walk", "random"):
+            text = pathlib.Path(script).read_text(encoding="utf-8")
+            script = f"{outer}/{name}.js"
+            pathlib.Path(script).write_text(f"const api = {API.read_text(encoding='utf-8')};\n{text}", encoding="utf-8")
+        command = [novahost, "--data", data, "--live-counts", *options, "run", script, data, *arguments]
         # Paths with variables must not lead into the home of whoever runs the test.
         environment = {**os.environ, "HOME": data, "PATH": f"{data}/bin:{os.environ['PATH']}"}
         result = subprocess.run(command, capture_output=True, text=True, errors="replace", env=environment, cwd=data)

@@ -116,11 +116,15 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     CLI::App* eval = app.add_subcommand("eval", "Print the awaited answer of an expression as JSON");
     eval->add_option("EXPRESSION", script)->required();
 
-    CLI::App* repl = app.add_subcommand("repl", "Read expressions and print their answers");
+    CLI::App* repl = app.add_subcommand("repl", "Read expressions and print their answers; .help says more");
 
     CLI::App* members = app.add_subcommand("members", "List the objects and the members they publish");
-    members->add_option("OBJECT", object, "Only this one, for example Log");
-    members->add_flag("--json", options.json, "For programs");
+    members->add_option("OBJECT", object,
+        "Only this one, for example Log; or the documentation of a member: FileSystem.copy");
+    members->add_flag("--json", options.json,
+        "For programs: an array of {object, mode, members: [{name, kind, mask, result, params}]}; of a "
+        "member, an "
+        "array of its description, as in types/api.json");
     members->add_flag("--unsupported", options.unsupportedOnly, "Only members that are not built yet");
 
     const int ownArguments = scriptArgumentsBegin(app, argc, argv);

@@ -70,7 +70,7 @@ QStringList texts(const std::vector<std::string>& given)
 std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
 {
     Options options;
-    std::string profileFile, dataDirectory, libraryFile, play, script, object;
+    std::string profileFile, dataDirectory, libraryFile, failures, play, script, object;
     std::vector<std::string> without;
 
     CLI::App app("Runs page script against libvexlitejsapi in a stand-in suite.", "novahost");
@@ -86,6 +86,11 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     app.add_option("--data", dataDirectory, "Where all state is kept (default: a fresh temporary folder)")
         ->option_text("DIR");
     app.add_flag("--trace", options.trace, "Print a line for each call: object, member, time, outcome");
+    app.add_option("--failures", failures,
+           "Write each failure that a page sees, {member, code, msg, rejects}, to a file of JSON lines in "
+           "this directory")
+        ->option_text("DIR")
+        ->envname("VEXLITE_SEEN_FAILURES");
     app.add_option("--without", without, "Switch services off, to see what pages are told then")
         ->option_text("SERVICE,...")
         ->delimiter(',')
@@ -143,6 +148,7 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     options.profileFile = text(profileFile);
     options.dataDirectory = text(dataDirectory);
     options.libraryFile = text(libraryFile);
+    options.failures = text(failures);
     options.without = texts(without);
     options.play = text(play);
     options.script = text(script);

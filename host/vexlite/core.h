@@ -45,13 +45,15 @@ struct CoreLimits {
     static constexpr int nestedDispatches = 64;   ///< over all hubs and pages
 };
 
-/// One finished call, as the trace hook saw it.
+/// One finished call, as the trace hook saw it; or later, that the promise which it returned was rejected.
 struct TracedCall {
     QString object; ///< "NovaExtension.Log"
     QString member;
     qint64 nanoseconds;
     bool succeeded;
-    QString message; ///< of a failure
+    QString message;       ///< of a failure
+    std::int32_t code = 0; ///< of a failure
+    bool isRejection = false;
 };
 
 /// What script got by touching an object: the object and the members that the page may see, or why not.
@@ -117,8 +119,8 @@ public:
     virtual void addLiveFunctions(int change) = 0;
     virtual LiveCounts liveCounts() const = 0;
 
-    /// Called after each call; an empty function ends tracing. Without the trace hook's service nothing is
-    /// traced.
+    /// Called after each call, and when a promise is rejected; an empty function ends tracing. Without the
+    /// trace hook's service nothing is traced.
     virtual void setTracer(std::function<void(const TracedCall&)> tracer) = 0;
     /// Hides members whose category mask shares a bit with `mask`; 0 hides none. Holds for tables published
     /// from now on.

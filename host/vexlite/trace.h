@@ -22,6 +22,18 @@ public:
     /// Makes a call and reports it once it is over, so that the tracer sees an inner call before its outer
     /// one.
     KResult traced(const JSContextEnv& context, const KJSVariant& exception, const Invoke& invoke);
+    struct Caller {
+        QString object; ///< null when no call is traced
+        QString member;
+    };
+    /// Whose call is in progress.
+    Caller caller() const
+    {
+        return m_innermost ? Caller { m_innermost->object, m_innermost->member } : Caller {};
+    }
+    /// Reports that the promise which `caller` made was rejected.
+    void rejected(const Caller& caller, std::int32_t code, const QString& message);
+
     /// Ends the time of the innermost call, when that is the one `extra` names; does nothing otherwise.
     void completed(const JSContextEnv& context, std::int64_t extra)
     {

@@ -1,5 +1,5 @@
-"""What novahost says of the members: whether the tables that are published are those that are described, and the
-documentation as commands and in the repl, on a terminal as well.
+"""What novahost says of the members: whether the tables that are published are those that are described, the
+documentation as commands and in the repl, on a terminal as well, and how calls end.
 
 usage: members_test.py NOVAHOST
 """
@@ -30,6 +30,9 @@ ROWS = [
     ["a difference", ["--without", "objectFactory", "members", "Log"], "",
         [r"^NovaExtension\.Log  ", r"\nNovaExtension\.FileSystem\.File: described, but not published\n"], 1],
     ["hidden members are no difference", ["--deny", "0x40", "members", "Log"], "", [r"^NovaExtension\.Log  \(shared, 0 members\)\n$"], 0],
+    ["a rejection in the trace", ["--trace", "eval", "NovaExtension.FileSystem.getFileMd5('/no')"], "",
+        [r"\.getFileMd5  [0-9.]+ us  ok\n", r"(?m)^NovaExtension\.FileSystem\.getFileMd5  rejected: /no is not existed\n"], 1],
+    ["failures that no file can be made for", ["--failures", "/proc/none", "eval", "1"], "", [r"^novahost: --failures: no file"], 2],
     ["help", ["repl"], ".help\n.help log\n .help Log.logInfo \n.help Nope\n.5+1\n",
         [r"^\.help NAME", r"\nNovaExtension\.Log, shared\n.*\n  Log\.logWarning\(", r"\n    moduleName: string", r"\nThere is no Nope;", r"\n1\.5\n$"], 0],
     ["a member's value", ["repl"], "const { Log } = NovaExtension\nLog.logInfo\nLog\n1\n",

@@ -28,7 +28,7 @@ QString typeText(const Json& type)
     if (kind == "map")
         return QLatin1String("map of ") + typeText(type["values"]);
     if (kind == "object")
-        return type["name"] == "" ? QStringLiteral("object") : textOf(type["name"]);
+        return textOf(type["name"]).isEmpty() ? QStringLiteral("object") : textOf(type["name"]);
     if (kind == "handle")
         return textOf(type["name"]);
     if (kind == "function")

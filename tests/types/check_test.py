@@ -1,4 +1,4 @@
-"""Type-checks every script of examples/ and tests/script/, and every block of script in README.md and docs/.
+"""Type-checks every script of examples/ and tests/script/, and every block of script in README.md, docs/ and types/.
 
 usage: check_test.py NODE SOURCE_DIR
 """
@@ -18,7 +18,7 @@ def scripts(source):
     """(name, text) of everything to check. A block of a page keeps its line numbers."""
     for path in sorted([*source.glob("examples/*.js"), *source.glob("tests/script/*.js")]):
         yield path.relative_to(source).as_posix(), path.read_text(encoding="utf-8")
-    for path in sorted([source / "README.md", *source.glob("docs/**/*.md")]):
+    for path in sorted([source / "README.md", source / "types/README.md", *source.glob("docs/**/*.md")]):
         page = path.read_text(encoding="utf-8")
         for block in BLOCK.finditer(page):
             above = page.count("\n", 0, block.start(1))
@@ -35,7 +35,7 @@ def main():
             # A module, so that scripts do not share what they declare: all but the harness, which is for all tests.
             copy.write_text(text if name == HARNESS else f"{text}\nexport {{}};\n", encoding="utf-8")
             kinds.add(name.split("/")[0].split(".")[0])
-        if kinds != {"examples", "tests", "docs", "README"}:
+        if kinds != {"examples", "tests", "docs", "types", "README"}:
             sys.exit(f"scripts were found in {sorted(kinds)} only")
         types = [str(source / name) for name in ("types/nova-extension.d.ts", "types/standin.d.ts", "tests/types/api.d.ts")]
         pathlib.Path(place, "tsconfig.json").write_text(json.dumps({

@@ -56,11 +56,13 @@ def main():
             if result.returncode:
                 sys.exit(result.stdout + result.stderr)
             return result.stdout
-        packed = json.loads(run("pack", "--json", "--pack-destination", place, str(pathlib.Path(source, "types"))))[0]
-        files = sorted(file["path"] for file in packed["files"])
-        if files != ["nova-extension.d.ts", "package.json", "standin.d.ts"]:
+        run("pack", "--pack-destination", place, str(pathlib.Path(source, "types")))
+        [package] = pathlib.Path(place).glob("*.tgz")
+        run("install", "--offline", "--no-audit", "--no-fund", f"./{package.name}")
+        installed = pathlib.Path(place, "node_modules/@vexlite/nova-extension-types")
+        files = sorted(path.name for path in installed.iterdir())
+        if files != ["README.md", "nova-extension.d.ts", "package.json", "standin.d.ts"]:
             sys.exit(f"packed: {files}")
-        run("install", "--offline", "--no-audit", "--no-fund", f"./{packed['filename']}")
         pathlib.Path(place, "page.ts").write_text(f"{RIGHT}export {{}};\n", encoding="utf-8")
         pathlib.Path(place, "page.js").write_text(f"{WRONG}export {{}};\n", encoding="utf-8")
         pathlib.Path(place, "tsconfig.json").write_text(json.dumps({"compilerOptions": {

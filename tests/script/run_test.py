@@ -18,9 +18,17 @@ import tempfile
 RANDOM_SECONDS = 5
 API = pathlib.Path(__file__).resolve().parents[2] / "types/api.json"
 
+def replace_opener(data, script):
+    """Puts a script in the place of the desktop's opener, which is not to open anything here."""
+    os.makedirs(f"{data}/bin", exist_ok=True)
+    with open(f"{data}/bin/xdg-open", "w", encoding="utf-8") as opener:
+        opener.write(f"#!/bin/sh\n{script}")
+    os.chmod(f"{data}/bin/xdg-open", 0o755)
+
+
 def prepare_files(data):
     """What files.test.js finds in its data directory. Answers the open files whose locks it needs."""
-    for name in ("tree", "odd", "opened", "bin", "closed", "holder/deep/inner", "links out", "a folder",
+    for name in ("tree", "odd", "opened", "closed", "holder/deep/inner", "links out", "a folder",
                  "velmora/testproduct/linux-x64/addons/POOL/x", "velmora/testproduct/linux-x64/addons/pool",
                  "velmora/testproduct/linux-x64/addons/poolside"):
         os.makedirs(f"{data}/{name}")
@@ -43,10 +51,7 @@ def prepare_files(data):
              "links out/file": "../plain.txt"}
     for name, target in links.items():
         os.symlink(target, f"{data}/{name}")
-    # Stands for the desktop's opener: notes what it was asked to open.
-    with open(f"{data}/bin/xdg-open", "w", encoding="utf-8") as opener:
-        opener.write('case "$1" in */shrinking.bin) truncate -s 10 "$1" ;; esac\ntouch -- "$HOME/opened/${1##*/}"\n')
-    os.chmod(f"{data}/bin/xdg-open", 0o755)
+    replace_opener(data, 'case "$1" in */shrinking.bin) truncate -s 10 "$1" ;; esac\ntouch -- "$HOME/opened/${1##*/}"\n')
     # The working directory has another one, as a page could have left it there.
     with open(f"{data}/xdg-open", "w", encoding="utf-8") as trap:
         trap.write('touch "$HOME/trapped"; . "$HOME/bin/xdg-open"\n')
@@ -65,6 +70,7 @@ def main():
         # What a broken check would let a page remove above its home is the test's own.
         data = f"{outer}/home"
         os.mkdir(data)
+        replace_opener(data, "exit 0\n")
         if name == "files":
             arguments = [tempfile.gettempdir()]
             for locked in prepare_files(data):

@@ -14,8 +14,10 @@ def make(objects):
 
 
 def text(given):
-    """Plain text in a page: nothing in it means anything to Markdown."""
-    return re.sub(r"([\\`*_{}\[\]<>|~#])", r"\\\1", api.words(given)).replace("&", "&amp;")
+    """Text in a page: `code` stays code, and nothing else in it means anything to Markdown."""
+    parts = re.split(r"(?<!`)`([^`]+)`(?!`)", api.words(given))
+    return "".join(code(part) if index % 2 else re.sub(r"([\\`*_{}\[\]<>|~#])", r"\\\1", part).replace("&", "&amp;")
+                   for index, part in enumerate(parts))
 
 
 def code(given):

@@ -57,7 +57,7 @@ const PLAUSIBLE = {
     object: ({ fields = [] }, share) => Object.fromEntries(fields.filter(({ optional }) => !optional || random(2))
         .map(({ name, type }) => [name, value(type, share)])),
     function: () => () => 1,
-    handle: ({ name }) => pick(instances).object ?? name,
+    handle: ({ name }) => instances.find((one) => one.name === name)?.object,
 };
 /** A value for a type; one of `share` is hostile. @type {(type: ApiType | undefined, share: number) => any} */
 const value = (type, share) => {
@@ -114,7 +114,8 @@ while (Date.now() < end) {
                 throw error;
         }
     }
-    eventNames.forEach((name) => NovaExtension.Event.removeEventListener(name));
+    for (const { object } of instances.filter((one) => one.object.removeEventListener))
+        eventNames.forEach((name) => object.removeEventListener(name));
     await new Promise((resolve) => setTimeout(resolve, 0));
 }
 if (answered === 0 || answered === count)

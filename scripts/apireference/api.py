@@ -114,6 +114,17 @@ def event_of(one, member):
     return next((event for event in one["events"] if event["name"] == member["event"]), None)
 
 
+def is_listener(member, parameter):
+    """Whether the function is called with what an event carries. The JS core takes any value for it."""
+    listens = member["event"] or member["name"] in ("addEventListener", "removeEventListener")
+    return bool(listens) and parameter["type"]["kind"] in ("any", "function")
+
+
+def is_optional(member, parameter):
+    """Without a listener, all of the page's are removed."""
+    return parameter["optional"] or (member["name"] == "removeEventListener" and is_listener(member, parameter))
+
+
 def words(text):
     """The text on one line: separators of any kind become one space."""
     return " ".join(re.split(r"[\s\x00-\x1f\x7f-\x9f\u2028\u2029]+", text)).strip()

@@ -66,7 +66,7 @@ def signature(one, member):
     parameters = []
     for parameter in member["parameters"]:
         mark = "..." if parameter["rest"] else ""
-        optional = "?" if parameter["optional"] and not parameter["rest"] else ""
+        optional = "?" if api.is_optional(member, parameter) and not parameter["rest"] else ""
         parameters.append(f"{mark}{parameter['name']}{optional}: {type_text(parameter['type'])}")
     return f"{one['name']}.{member['name']}({', '.join(parameters)})"
 
@@ -146,7 +146,8 @@ def _index(objects):
              "| Object | | Built | |", "|---|---|---|---|"]
     for one in objects:
         built = sum(member["built"] for member in one["members"])
-        lines.append(f"| [{one['name']}]({one['name']}.md) | {text(one['doc'])} | {built} of {len(one['members'])} | "
+        begin = re.split(r"(?<=\.)\s", one["doc"], maxsplit=1)[0]
+        lines.append(f"| [{one['name']}]({one['name']}.md) | {text(begin)} | {built} of {len(one['members'])} | "
                      f"{api.INSTANCES[one['instance']]} |")
     lines += ["", "## Categories", "", "A member carries its category to the suite as a mask of bits. `novahost --deny MASK` hides",
               "the members that share a bit with a mask.", "", "| Category | Mask |", "|---|---|"]

@@ -38,7 +38,7 @@ await check([
         Event.addEventListener("b", () => 1);
         Event.addEventListener("a", () => 1);
         Event.addEventListener("a", () => 2);
-        return Event.getAllEventInfo().filter((row) => row.eventName < "c");
+        return Event.getAllEventInfo().filter((/** @type {{ eventName: string }} */ row) => row.eventName < "c");
     }, [{ eventName: "a", listenerCount: 2 }, { eventName: "b", listenerCount: 1 }]],
     ["the objects that properties hand out", () => [typeof Account.Privilege.addEventListener, typeof CloudDoc.Orbitapi.commonRequest], ["function", "function"]],
     ["a property answers the same object every time", () => Account.Privilege === Account.Privilege && CloudDoc.Orbitapi === CloudDoc.Orbitapi, true],

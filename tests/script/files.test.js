@@ -191,7 +191,6 @@ await check([
     ]),
     ["a name to save to", value(() => FileSystem.getWritableSaveFileName(inData)), at("tree/new.txt")],
     ["a name that can not be written to", value(() => FileSystem.getWritableSaveFileName(inData)), ""],
-    // @ts-expect-error
     ["on the machine or in the cloud", value(() => FileSystem.selectFolderx({ caption: "c", isOpenDialog: true })),
         { files: [at("plain.txt")], cloudFilePath: "/Docs/a", cloudGroupIds: ["g1", "g2"], cloudParentId: "p", duplicateCloudFileId: "d", duplicateAction: "rename" }],
     ["on the machine or in the cloud, cancelled", value(() => FileSystem.selectFolderx()), { files: [], cloudFilePath: undefined,

@@ -147,7 +147,6 @@ await check([
     ["an undefined format is none", data(() => Product.language({ format: undefined })), "de_AT"],
     ["a product string", data(() => Product.getProductString({ key: "Section" })), "of 37"],
     ["a product string by option", data(() => Product.getProductString({ key: "Section", option: 4 })), "of 4"],
-    // @ts-expect-error
     ["a product string that is not there", data(() => Product.getProductString()), ""],
     ["a configuration text", data(() => Product.getConfigString("text")), "from the profile"],
     ["a configuration number", data(() => Product.getConfigInt("number")), 12],

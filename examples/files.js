@@ -5,15 +5,21 @@
 
 const { FileSystem, SettingsManager } = NovaExtension;
 
-/** The data of a call, or `fallback` after a refusal that the page has a use for; other refusals are thrown on. */
-function or(fallback, expected, call) {
+/**
+ * The data of a call, or false after a failure that the page has a use for; other failures are thrown on.
+ *
+ * @param {string} expected
+ * @param {() => { data?: unknown }} call
+ */
+function or(expected, call) {
     try {
         return call().data;
     } catch (error) {
-        if (error.msg !== expected)
+        const failure = /** @type {NovaExtension.Failure} */ (error);
+        if (failure.msg !== expected)
             throw error;
-        console.log(`  refused with code ${error.code}: ${error.msg}`);
-        return fallback;
+        console.log(`  failed with code ${failure.code}: ${failure.msg}`);
+        return false;
     }
 }
 
@@ -21,7 +27,7 @@ function or(fallback, expected, call) {
 const written = () => new Promise((resolve) => setTimeout(resolve, 0));
 
 console.log("Where things are");
-for (const place of ["homePath", "documentsPath", "downloadPath", "tempPath", "officeData"])
+for (const place of /** @type {const} */ (["homePath", "documentsPath", "downloadPath", "tempPath", "officeData"]))
     console.log(`  ${place.padEnd(14)} ${FileSystem[place]().data}`);
 
 console.log("A folder of our own");
@@ -46,7 +52,7 @@ try {
     console.log("A copy");
     const copy = `${folder}/copy of ${picked.slice(picked.lastIndexOf("/") + 1)}`;
     // A program is refused, and false says that the system did not copy.
-    if (or(false, "Path is illegal.", () => FileSystem.copy({ path: picked, newPath: copy, overwrite: true }))) {
+    if (or("Path is illegal.", () => FileSystem.copy({ path: picked, newPath: copy, overwrite: true }))) {
         console.log(`  ${copy}: the same content is ${(await FileSystem.getFileMd5(copy)) === digest}`);
         console.log(`  a second one without overwrite: ${FileSystem.copy({ path: picked, newPath: copy }).data}`);
     }
@@ -59,10 +65,10 @@ try {
     console.log(`  copied from ${settings.getValue({ key: "copied/from" }).data}`);
 
     console.log("What a page must expect");
-    or(false, "New path is illegal.", () => FileSystem.copy({ path: sample, newPath: "relative.txt" }));
-    or(false, "New path is illegal.", () => FileSystem.mkpath("../folder"));
-    or(false, "the directory already exist", () => FileSystem.mkpath(folder));
-    or(false, "Path is illegal.", () => FileSystem.File({ path: folder }));
+    or("New path is illegal.", () => FileSystem.copy({ path: sample, newPath: "relative.txt" }));
+    or("New path is illegal.", () => FileSystem.mkpath("../folder"));
+    or("the directory already exist", () => FileSystem.mkpath(folder));
+    or("Path is illegal.", () => FileSystem.File({ path: folder }).exists());
     await FileSystem.getFileMd5(`${folder}/none`).catch((error) => console.log(`  rejected with code ${error.code}: ${error.msg}`));
 } finally {
     console.log(`Tidied up: ${FileSystem.remove(folder).data && !FileSystem.exists(folder).data}`);

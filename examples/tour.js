@@ -5,18 +5,24 @@
 const { ConfigCenter, Event, FileSystem, Log, Novaoffice, Product, Profile, SettingsManager, TelemetrySdk } =
     NovaExtension;
 
+/** @type {(what: string, answer: unknown) => void} */
 function say(what, answer) {
     console.log(`  ${what.padEnd(34)} ${typeof answer === "string" ? answer : JSON.stringify(answer)}`);
 }
 
-/** What a refusal looks like: an Error that carries `success`, `code` and `msg`. */
-function refusal(action) {
+/**
+ * What a failure looks like: an Error that carries `success`, `code` and `msg`.
+ *
+ * @param {() => void} action
+ */
+function failure(action) {
     try {
         action();
     } catch (error) {
-        return `refused with code ${error.code}: ${error.msg}`;
+        const { code, msg } = /** @type {NovaExtension.Failure} */ (error);
+        return `failed with code ${code}: ${msg}`;
     }
-    throw new Error("expected a refusal");
+    throw new Error("expected a failure");
 }
 
 console.log("The suite");
@@ -45,8 +51,9 @@ say("logInfo", Log.logInfo({ moduleName: "tour", logStr: "the tour was here" }).
 say("postEvent", TelemetrySdk.postEvent({ eventName: "tour", pb: 1, postContent: { step: "telemetry" } }).success);
 
 console.log("Events");
+/** @type {unknown[][]} */
 const received = [];
-const listener = (...payload) => received.push(payload);
+const listener = (/** @type {unknown[]} */ ...payload) => received.push(payload);
 Event.addEventListener("tour.greeting", listener);
 Event.dispatchEvent("tour.greeting", true, "hello", { from: "the tour" });
 Event.removeEventListener("tour.greeting", listener);
@@ -57,7 +64,9 @@ console.log("Promises");
 say("resolved", await FileSystem.getFileMd5(process.argv[1]));
 say("rejected", await FileSystem.getFileMd5("/no/such/file").catch((error) => `rejected: ${error.msg}`));
 
-console.log("Refusals");
-say("Log.logInfo({})", refusal(() => Log.logInfo({})));
-say("settings with format 7", refusal(() => SettingsManager.settings({ format: 7 })));
-say("a member that is not built yet", refusal(() => NovaExtension.Network.isConnected()));
+console.log("Failures, of which an editor that knows the types warns"); // types/package.json
+// @ts-expect-error
+say("Log.logInfo({})", failure(() => Log.logInfo({})));
+// @ts-expect-error
+say("settings with format 7", failure(() => SettingsManager.settings({ format: 7 })));
+say("a member that is not built yet", failure(() => NovaExtension.Network.isConnected()));

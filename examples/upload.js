@@ -9,12 +9,16 @@ const { Account, CloudDoc, FileSystem, SettingsManager } = NovaExtension;
 const MiB = 1024 * 1024;
 const sizeInMiB = 200;
 
-/** Settles with the payload of the object's next event of this name, if `fits` says that it is the one. */
-function event(object, name, fits = () => true) {
+/**
+ * Settles with the payload of the object's next event of this name.
+ *
+ * @param {Pick<NovaExtension.Event, "addEventListener" | "removeEventListener">} object
+ * @param {string} name
+ * @returns {Promise<any>}
+ */
+function event(object, name) {
     return new Promise((resolve) => {
-        const listener = (payload) => {
-            if (!fits(payload))
-                return;
+        const listener = (/** @type {any} */ payload) => {
             object.removeEventListener(name, listener);
             resolve(payload);
         };
@@ -22,16 +26,23 @@ function event(object, name, fits = () => true) {
     });
 }
 
+/** @type {Record<string, string>} */
 const WORDS = { 0: "waiting", 1: "finished", 2: "failed", 3: "running", 6: "cancelled" };
 
-/** An upload that prints how it goes. */
+/**
+ * An upload that prints how it goes.
+ *
+ * @param {string} label
+ * @param {string} filePath
+ * @param {string} cloudDir
+ */
 function upload(label, filePath, cloudDir) {
     const task = CloudDoc.createUploadFileTask({ filePath, cloudDir, autoRename: true });
     task.addEventListener("cloud.upload.progressChanged", ({ status, data }) => {
         const { transferred = 0, total = 0 } = JSON.parse(data || "{}"); // no data while the service does not answer
         const share = total ? transferred / total : 0;
         const bar = "#".repeat(Math.round(share * 30)).padEnd(30, ".");
-        console.log(`  ${label} [${bar}] ${String(Math.round(share * 100)).padStart(3)} %  ${WORDS[status] ?? "no answer"}`);
+        console.log(`  ${label} [${bar}] ${String(Math.round(share * 100)).padStart(3)} %  ${WORDS[status ?? ""] ?? "no answer"}`);
     });
     return task;
 }

@@ -1,21 +1,13 @@
 #include "host/novahost/members.h"
 
+#include "host/novahost/description.h"
 #include "host/novahost/output.h"
 
-#include <nlohmann/json.hpp>
+#include <map>
 
 namespace novahost {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
-
-/// The order in which the suite presents its objects; what is not named here follows in the order of the
-/// names.
-constexpr const char* Presented[] = { "Hive", "ByteBufferManager", "FileSystem", "Network", "Novaoffice",
-    "TelemetrySdk", "Log", "ConfigCenter", "CirrusConfig", "PluginManager", "Webview", "WebviewMgr",
-    "Profile", "Crypto", "CloudDoc", "SettingsManager", "Utils", "Product", "Tools", "Event", "Payment",
-    "Skin", "Account", "CloudAdapter", "AiDocsChat", "SyncFolder", "WebDocsControl", "KContract" };
 
 /// A page without script: tables are published for a page.
 class SilentPage final : public vexlite::ScriptPage {
@@ -41,13 +33,14 @@ struct Published {
     vexlite::BoundObject object;
 };
 
-QStringList presentedNames()
+/// What there is, in the order of the description; what is not described follows in the order of the names.
+QStringList inOrder(QStringList left)
 {
-    QStringList left = vexlite::Core::instance()->objectNames();
     QStringList names;
-    for (const char* name : Presented) {
-        if (left.removeOne(QString::fromLatin1(name)))
-            names.append(QString::fromLatin1(name));
+    for (const Json& object : Description::builtIn().objects()) {
+        const QString name = textOf(object["name"]);
+        if (left.removeOne(name))
+            names.append(name);
     }
     return names + left;
 }
@@ -56,7 +49,7 @@ std::vector<Published> publishedObjects(const JSContextEnv& context, QString& er
 {
     vexlite::Core& core = *vexlite::Core::instance();
     std::vector<Published> all;
-    for (const QString& name : presentedNames()) {
+    for (const QString& name : inOrder(core.objectNames())) {
         vexlite::BoundObject object = core.bindObject(context, name);
         if (!object.members) {
             error = QString::fromLatin1("%1: the object can not be bound (0x%2)")
@@ -66,7 +59,12 @@ std::vector<Published> publishedObjects(const JSContextEnv& context, QString& er
         }
         all.push_back({ QLatin1String("NovaExtension.") + name, std::move(object) });
     }
-    for (const QString& name : core.creatableClasses()) {
+    const int prefix = sizeof("NovaExtension.") - 1;
+    QStringList classes;
+    for (const QString& name : core.creatableClasses())
+        classes.append(name.mid(prefix));
+    for (const QString& shortName : inOrder(classes)) {
+        const QString name = QLatin1String("NovaExtension.") + shortName;
         const vexlite::Ref<IJSExtentionObject> object = core.createUninitialised(name);
         vexlite::BoundObject bound = core.bindSubObject(context, object.get());
         if (bound.members)
@@ -75,17 +73,19 @@ std::vector<Published> publishedObjects(const JSContextEnv& context, QString& er
     return all;
 }
 
-/// The table as {"object", "mode", "members"}.
-Json described(const Published& published, JSMemberInvoke unsupported, bool unsupportedOnly)
+/// The table as {"object", "mode", "members"}; `built` gets whether each of these members is.
+Json tableOf(
+    const Published& published, JSMemberInvoke unsupported, bool unsupportedOnly, std::vector<bool>& built)
 {
     const IJSMemberList& list = *published.object.members.get();
     std::uint32_t mode = 0;
     published.object.object->GetInstanceMode(&mode);
     Json members = Json::array();
     for (std::int32_t i = 0; i < list.Count(); ++i) {
-        const bool built = !unsupported || list.Invoke(i) != unsupported;
-        if (unsupportedOnly && built)
+        const bool isBuilt = !unsupported || list.Invoke(i) != unsupported;
+        if (unsupportedOnly && isBuilt)
             continue;
+        built.push_back(isBuilt);
         Json params = Json::array();
         for (std::int32_t p = 0; p < list.ParameterCount(i); ++p) {
             const JSParameter parameter = list.Parameter(i, p);
@@ -101,49 +101,145 @@ Json described(const Published& published, JSMemberInvoke unsupported, bool unsu
         { "members", std::move(members) } };
 }
 
+struct CoreType {
+    std::int64_t code;
+    const char* name;
+    const char* doc;
+};
+constexpr CoreType CoreTypes[] = {
+    { 0, "nothing", "no answer" },
+    { 8, "string", "a string" },
+    { 11, "boolean", "true or false" },
+    { 12, "variant", "any value, handed on as it is" },
+    { 13, "object", "an object or a function" },
+    { 27, "array", "a list of values" },
+    { 0x8004, "any", "any value; the member reads what it needs of it" },
+};
+
 QString typeName(std::int64_t type)
 {
-    static const std::map<std::int64_t, const char*> names { { 0, "nothing" }, { 8, "string" },
-        { 11, "boolean" }, { 12, "variant" }, { 13, "object" }, { 27, "array" }, { 0x8004, "any" } };
-    const auto found = names.find(type);
-    return found == names.end() ? QString::number(type) : QString::fromLatin1(found->second);
+    for (const CoreType& one : CoreTypes) {
+        if (one.code == type)
+            return QString::fromLatin1(one.name);
+    }
+    return QString::number(type);
 }
 
-void printTable(const Json& object)
+const char* instanceOf(std::uint32_t mode)
 {
-    const auto mode = object["mode"].get<std::uint32_t>();
+    return mode == 3 ? "shared" : mode == 0 ? "handed out" : "page";
+}
+
+/// What the JS core sees of a member.
+QString lineOf(const Json& member)
+{
+    QStringList params;
+    for (const Json& param : member["params"]) {
+        const QString type = typeName(param["type"]);
+        params.append(param["name"].is_null() ? type : textOf(param["name"]) + QLatin1String(": ") + type);
+    }
+    const QString name = textOf(member["name"]);
+    const QString signature = member["kind"] == 1
+        ? name
+        : name + QLatin1Char('(') + params.join(QLatin1String(", ")) + QLatin1Char(')');
+    return QString::fromLatin1("%1 -> %2  0x%3")
+        .arg(signature, -44)
+        .arg(typeName(member["result"]), -8)
+        .arg(member["mask"].get<std::uint32_t>(), 0, 16);
+}
+
+void printTable(const Json& table, const std::vector<bool>& built)
+{
+    const Json* object = Description::builtIn().object(textOf(table["object"]));
+    const QString instance = QString::fromLatin1(instanceOf(table["mode"].get<std::uint32_t>()));
     printLine(QString::fromLatin1("%1  (%2, %3 members)")
-                  .arg(QString::fromStdString(object["object"]),
-                      QString::fromLatin1(mode == 3 ? "shared"
-                              : mode == 0           ? "handed out"
-                                                    : "one a page"))
-                  .arg(object["members"].size()),
+                  .arg(textOf(table["object"]),
+                      instance == QLatin1String("page") ? QStringLiteral("one a page") : instance)
+                  .arg(table["members"].size()),
         false);
-    for (const Json& member : object["members"]) {
-        QStringList params;
-        for (const Json& param : member["params"]) {
-            const QString type = typeName(param["type"]);
-            params.append(param["name"].is_null()
-                    ? type
-                    : QString::fromStdString(param["name"]) + QLatin1String(": ") + type);
-        }
-        const QString name = QString::fromStdString(member["name"]);
-        const QString signature = member["kind"] == 1
-            ? name
-            : name + QLatin1Char('(') + params.join(QLatin1String(", ")) + QLatin1Char(')');
-        printLine(QString::fromLatin1("  %1 -> %2  0x%3")
-                      .arg(signature, -44)
-                      .arg(typeName(member["result"]), -8)
-                      .arg(member["mask"].get<std::uint32_t>(), 0, 16),
-            false);
+    for (std::size_t i = 0; i < table["members"].size(); ++i) {
+        const Json& member = table["members"][i];
+        const Json* known = object ? Description::member(*object, textOf(member["name"])) : nullptr;
+        QString line = QLatin1String("  ") + lineOf(member).leftJustified(64) + QLatin1String("  ");
+        if (known)
+            line += textOf((*known)["category"]);
+        if (!built[i])
+            line = line.leftJustified(80) + QLatin1String("  ") + QLatin1String("not built");
+        printLine(line, false);
     }
 }
 
-/// Whether `wanted` is the end of the name: the whole of it, or some of its last parts. Nothing means all.
-bool isNamed(const QString& name, const QString& wanted)
+void printLegend()
 {
-    return wanted.isEmpty() || name.compare(wanted, Qt::CaseInsensitive) == 0
-        || name.endsWith(QLatin1Char('.') + wanted, Qt::CaseInsensitive);
+    printLine(QStringLiteral("Types"), false);
+    for (const CoreType& type : CoreTypes)
+        printLine(
+            QString::fromLatin1("  %1  %2").arg(QLatin1String(type.name), -8).arg(QLatin1String(type.doc)),
+            false);
+    std::map<std::uint32_t, QString> categories;
+    for (const Json& object : Description::builtIn().objects()) {
+        for (const Json& member : object["members"])
+            categories.emplace(member["mask"].get<std::uint32_t>(), textOf(member["category"]));
+    }
+    printLine(QStringLiteral("Categories, which --deny hides by their bits"), false);
+    for (const auto& [mask, name] : categories)
+        printLine(QString::fromLatin1("  0x%1  %2").arg(QString::number(mask, 16), -6).arg(name), false);
+}
+
+/// What the description says of a member, in the form of a published table.
+Json tableRow(const Json& member)
+{
+    return { { "name", member["name"] }, { "kind", member["kind"] == "property" ? 1 : 0 },
+        { "mask", member["mask"] }, { "result", member["core"]["result"] },
+        { "params", member["core"]["parameters"] } };
+}
+
+QStringList namesOf(const Json& members)
+{
+    QStringList names;
+    for (const Json& member : members)
+        names.append(textOf(member["name"]));
+    return names;
+}
+
+/// What the description says in another way than the table of an object; `denied` is what --deny hides.
+QStringList differencesOf(
+    const Json& table, const std::vector<bool>& built, const Json& object, std::uint32_t denied)
+{
+    const QString path = textOf(table["object"]);
+    QStringList found;
+    const auto differs = [&](const QString& name, const QString& published, const QString& described) {
+        if (published != described)
+            found.append(QString::fromLatin1("%1%2: published is %3, described is %4")
+                             .arg(path, name, published.simplified(), described.simplified()));
+    };
+    const auto word = [](bool is) { return QLatin1String(is ? "built" : "not built"); };
+    differs({}, QLatin1String(instanceOf(table["mode"].get<std::uint32_t>())), textOf(object["instance"]));
+    const QStringList published = namesOf(table["members"]);
+    QStringList described;
+    for (const Json& member : object["members"]) {
+        if (member["mask"].get<std::uint32_t>() & denied)
+            continue;
+        const QString name = textOf(member["name"]);
+        described.append(name);
+        const int at = published.indexOf(name);
+        if (at < 0) {
+            found.append(QString::fromLatin1("%1.%2: described, but not published").arg(path, name));
+            continue;
+        }
+        const QString dotted = QLatin1Char('.') + name;
+        const auto index = static_cast<std::size_t>(at);
+        differs(dotted, lineOf(table["members"][index]), lineOf(tableRow(member)));
+        differs(dotted, word(built[index]), word(member["built"].get<bool>()));
+    }
+    for (const QString& name : published) {
+        if (!described.contains(name))
+            found.append(QString::fromLatin1("%1.%2: published, but not described").arg(path, name));
+    }
+    if (found.isEmpty())
+        differs(QStringLiteral(", order of members"), published.join(QLatin1Char(' ')),
+            described.join(QLatin1Char(' ')));
+    return found;
 }
 
 QString advice(const std::vector<Published>& all, const QString& wanted)
@@ -157,6 +253,19 @@ QString advice(const std::vector<Published>& all, const QString& wanted)
                              : QLatin1String("there is ") + similar.join(QLatin1String(", "));
 }
 
+/// Prints what the description says of a member. Returns whether there is one of that name.
+bool documentMember(const Options& options)
+{
+    const std::optional<Description::Member> found = Description::builtIn().member(options.object);
+    if (!found)
+        return false;
+    if (options.json)
+        printLine(QString::fromStdString(Json::array({ found->member }).dump()), false);
+    else
+        printLine(Description::documentation(*found).join(QLatin1Char('\n')), false);
+    return true;
+}
+
 } // namespace
 
 int listMembers(Suite& suite, const Options& options)
@@ -166,24 +275,58 @@ int listMembers(Suite& suite, const Options& options)
     const std::vector<Published> all = publishedObjects(page.context(), error);
     if (!error.isEmpty())
         return fail(Failure, error);
-    Json answer = Json::array();
+    struct Row {
+        Json table;
+        std::vector<bool> built;
+    };
+    std::vector<Row> rows;
+    QStringList differences;
+    QStringList names;
     for (const Published& published : all) {
-        if (isNamed(published.name, options.object))
-            answer.push_back(described(published, suite.notSupported(), options.unsupportedOnly));
+        names.append(published.name);
+        Row row;
+        row.table = tableOf(published, suite.notSupported(), false, row.built);
+        if (const Json* object = Description::builtIn().object(published.name))
+            differences += differencesOf(row.table, row.built, *object, options.denyMask);
+        else
+            differences.append(published.name + QLatin1String(": published, but not described"));
+        if (!options.object.isEmpty() && !isNamed(published.name, options.object, Qt::CaseInsensitive))
+            continue;
+        if (options.unsupportedOnly) {
+            row.built.clear();
+            row.table = tableOf(published, suite.notSupported(), true, row.built);
+        }
+        rows.push_back(std::move(row));
     }
-    if (answer.empty())
-        return fail(UsageError,
-            QString::fromLatin1("OBJECT: there is no \"%1\"; %2")
-                .arg(options.object, advice(all, options.object)));
-    if (options.json) {
+    for (const Json& object : Description::builtIn().objects()) {
+        if (!names.contains(Description::fullName(object)))
+            differences.append(
+                Description::fullName(object) + QLatin1String(": described, but not published"));
+    }
+
+    if (options.json && !rows.empty()) {
+        Json answer = Json::array();
+        for (Row& row : rows)
+            answer.push_back(std::move(row.table));
         printLine(QString::fromStdString(answer.dump()), false);
+    } else {
+        for (const Row& row : rows) {
+            if (!options.unsupportedOnly || !row.built.empty())
+                printTable(row.table, row.built);
+        }
+        if (options.object.isEmpty())
+            printLegend();
+        else if (!documentMember(options) && rows.empty())
+            return fail(UsageError,
+                QString::fromLatin1("OBJECT: there is no \"%1\"; %2")
+                    .arg(options.object, advice(all, options.object)));
+    }
+    // Whatever is listed is what script sees.
+    if (differences.isEmpty())
         return 0;
-    }
-    for (const Json& object : answer) {
-        if (!options.unsupportedOnly || !object["members"].empty())
-            printTable(object);
-    }
-    return 0;
+    return fail(Failure,
+        QLatin1String("the description that novahost was built with (types/api.json) differs:\n")
+            + differences.join(QLatin1Char('\n')));
 }
 
 } // namespace novahost

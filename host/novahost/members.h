@@ -6,7 +6,8 @@
 namespace novahost {
 
 /// Prints the published tables, of all objects or of those that `options.object` names: in full, without
-/// NovaExtension, or by the last part. Returns the exit code.
+/// NovaExtension, or by the last part; or the documentation of a member. Returns the exit code, Failure when
+/// what is published differs from its description.
 int listMembers(Suite& suite, const Options& options);
 
 } // namespace novahost

@@ -70,7 +70,7 @@ QStringList toQStringList(const std::vector<std::string>& given)
 std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
 {
     Options options;
-    std::string profileFile, dataDirectory, libraryFile, play, script, object;
+    std::string profileFile, dataDirectory, libraryFile, failures, play, script, object;
     std::vector<std::string> without;
 
     CLI::App app("Runs page script against libvexlitejsapi in a stand-in suite.", "novahost");
@@ -86,6 +86,11 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     app.add_option("--data", dataDirectory, "Where all state is kept (default: a fresh temporary folder)")
         ->option_text("DIR");
     app.add_flag("--trace", options.trace, "Print a line for each call: object, member, time, outcome");
+    app.add_option("--failures", failures,
+           "Write each failure that a page sees, {member, code, msg, rejects}, to a file of JSON lines in "
+           "this directory")
+        ->option_text("DIR")
+        ->envname("VEXLITE_SEEN_FAILURES");
     app.add_option("--without", without, "Switch services off, to see what pages are told then")
         ->option_text("SERVICE,...")
         ->delimiter(',')
@@ -116,11 +121,15 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     CLI::App* eval = app.add_subcommand("eval", "Print the awaited answer of an expression as JSON");
     eval->add_option("EXPRESSION", script)->required();
 
-    CLI::App* repl = app.add_subcommand("repl", "Read expressions and print their answers");
+    CLI::App* repl = app.add_subcommand("repl", "Read expressions and print their answers; .help says more");
 
     CLI::App* members = app.add_subcommand("members", "List the objects and the members they publish");
-    members->add_option("OBJECT", object, "Only this one, for example Log");
-    members->add_flag("--json", options.json, "For programs");
+    members->add_option("OBJECT", object,
+        "Only this one, for example Log; or the documentation of a member: FileSystem.copy");
+    members->add_flag("--json", options.json,
+        "For programs: an array of {object, mode, members: [{name, kind, mask, result, params}]}; of a "
+        "member, an "
+        "array of its description, as in types/api.json");
     members->add_flag("--unsupported", options.unsupportedOnly, "Only members that are not built yet");
 
     const int ownArguments = findScriptArguments(app, argc, argv);
@@ -139,6 +148,7 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     options.profileFile = toQString(profileFile);
     options.dataDirectory = toQString(dataDirectory);
     options.libraryFile = toQString(libraryFile);
+    options.failures = toQString(failures);
     options.without = toQStringList(without);
     options.play = toQString(play);
     options.script = toQString(script);

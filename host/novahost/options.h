@@ -18,6 +18,7 @@ struct Options {
     QStringList without;   ///< services to switch off
     std::uint32_t denyMask = 0;
     bool trace = false;
+    QString failures; ///< the directory that gets the failures that pages see; empty: none
     bool liveCounts = false;
     bool window = false;
     QString play; ///< steps to play while the page runs

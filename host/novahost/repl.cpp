@@ -1,11 +1,13 @@
 #include "host/novahost/repl.h"
 
+#include "host/novahost/description.h"
 #include "host/novahost/linereader.h"
 #include "host/novahost/output.h"
 #include "host/profile/directories.h"
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QRegularExpression>
 #include <QSocketNotifier>
 #include <editline/readline.h>
 #include <unistd.h>
@@ -16,6 +18,51 @@ namespace {
 
 constexpr char Prompt[] = "nova> ";
 constexpr int HistoryLength = 1000;
+
+constexpr char Help[] = ".help NAME         what an object is for, and its members: .help FileSystem\n"
+                        ".help NAME.MEMBER  what a member does, takes and returns: .help FileSystem.copy\n"
+                        "exit()             ends; so does the end of input\n"
+                        "Tab completes names, and shows the signature of a member behind its \"(\".";
+
+/// What the line ".help [NAME]" prints; nothing for other lines.
+QStringList helpFor(const QString& line)
+{
+    static const QRegularExpression form(QStringLiteral("^\\s*\\.help(?:\\s+([\\w.]+))?\\s*$"));
+    const auto match = form.match(line);
+    if (!match.hasMatch())
+        return {};
+    const QString name = match.captured(1);
+    if (name.isEmpty())
+        return { QString::fromLatin1(Help) };
+    const Description& description = Description::builtIn();
+    QStringList lines;
+    for (const Json& object : description.objects()) {
+        if (isNamed(Description::fullName(object), name, Qt::CaseInsensitive))
+            lines += Description::overview(object);
+    }
+    if (const auto member = description.member(name))
+        lines += Description::documentation(*member);
+    return lines.isEmpty()
+        ? QStringList { QString::fromLatin1("There is no %1; .help shows how to ask.").arg(name) }
+        : lines;
+}
+
+/// The path that a text ends with, such as "FileSystem.co".
+QString pathAtEndOf(const QString& text)
+{
+    int start = text.size();
+    while (
+        start > 0 && (text[start - 1].isLetterOrNumber() || QStringLiteral("._$").contains(text[start - 1])))
+        --start;
+    return text.mid(start);
+}
+
+/// The signature of the member that a page writes so; empty for anything else.
+QString signatureOf(const QString& path)
+{
+    const auto member = Description::builtIn().member(path, Qt::CaseSensitive);
+    return member ? Description::signature(*member) : QString();
+}
 
 /// One session: reads a line, evaluates it, prints, reads the next. Timers and listeners run meanwhile.
 class Session {
@@ -107,40 +154,53 @@ private:
 
     void evaluate(const QString& line)
     {
-        if (line.trimmed().isEmpty()) {
+        const QStringList help = helpFor(line);
+        if (!help.isEmpty())
+            printLine(help.join(QLatin1Char('\n')), false);
+        if (!help.isEmpty() || line.trimmed().isEmpty()) {
             QMetaObject::invokeMethod(
                 QCoreApplication::instance(), [this] { next(); }, Qt::QueuedConnection);
             return;
         }
-        m_page->evaluate(line, [this, evaluation = ++m_evaluation](const engine::Outcome& outcome) {
-            if (evaluation != m_evaluation)
-                return;
-            if (outcome.ok) {
-                printLine(outcome.text, false);
-            } else {
-                m_failed = true;
-                printError(outcome);
-            }
-            next();
-        });
+        m_page->evaluate(
+            line, [this, name = line.trimmed(), evaluation = ++m_evaluation](const engine::Outcome& outcome) {
+                if (evaluation != m_evaluation)
+                    return;
+                if (outcome.ok) {
+                    printLine(outcome.text, false);
+                    // A member by its name.
+                    const QString signature = signatureOf(name);
+                    if (!signature.isEmpty() && outcome.text.startsWith(QLatin1String("[Function")))
+                        printLine(signature, false);
+                } else {
+                    m_failed = true;
+                    printError(outcome);
+                }
+                next();
+            });
     }
 
-    /// Completes the dotted path before the cursor.
+    /// Completes the dotted path before the cursor, or shows the signature of the member that is being
+    /// called.
     static char** complete(const char*, int, int)
     {
         const QString typed = QString::fromLocal8Bit(rl_line_buffer).left(rl_point);
-        int start = typed.size();
-        while (start > 0
-            && (typed[start - 1].isLetterOrNumber() || QStringLiteral("._$").contains(typed[start - 1])))
-            --start;
-        const QString path = typed.mid(start);
+        rl_attempted_completion_over = 1;
+        if (typed.endsWith(QLatin1Char('('))) {
+            const QString signature = signatureOf(pathAtEndOf(typed.chopped(1)));
+            if (!signature.isEmpty()) {
+                printLine(QLatin1Char('\n') + signature, false);
+                rl_forced_update_display();
+            }
+            return nullptr;
+        }
+        const QString path = pathAtEndOf(typed);
         const int dot = path.lastIndexOf(QLatin1Char('.'));
         s_matches.clear();
         for (const QString& name : s_current->m_page->propertyNames(dot < 0 ? QString() : path.left(dot))) {
             if (name.startsWith(path.mid(dot + 1)))
                 s_matches.append(path.left(dot + 1) + name);
         }
-        rl_attempted_completion_over = 1;
         return s_matches.isEmpty() ? nullptr
                                    : rl_completion_matches(path.toLocal8Bit().constData(), nextMatch);
     }

@@ -6,6 +6,7 @@
 #include "host/profile/profile.h"
 #include "host/suite/cloud/cloudservice.h"
 #include "host/suite/play.h"
+#include "host/vexlite/failurelog.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -51,6 +52,11 @@ vexlite::CoreServices readServices()
 
 void printTracedCall(const vexlite::TracedCall& call)
 {
+    if (call.isRejection) {
+        std::fprintf(stderr, "%s.%s  rejected: %s\n", call.object.toLocal8Bit().constData(),
+            call.member.toLocal8Bit().constData(), call.message.toLocal8Bit().constData());
+        return;
+    }
     const QString line =
         QString::fromLatin1("%1.%2  %3 us  %4")
             .arg(call.object, call.member)
@@ -94,8 +100,22 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     }
     vexlite::Core& core = vexlite::Core::start(readServices());
     core.setDenyMask(options.denyMask);
-    if (options.trace)
-        core.setTracer(printTracedCall);
+    std::shared_ptr<vexlite::FailureLog> failures;
+    if (!options.failures.isEmpty()) {
+        failures = std::make_shared<vexlite::FailureLog>(options.failures);
+        if (!failures->isOpen()) {
+            error = QString::fromLatin1("--failures: no file can be made in %1").arg(options.failures);
+            return nullptr;
+        }
+    }
+    if (options.trace || failures) {
+        core.setTracer([trace = options.trace, failures](const vexlite::TracedCall& call) {
+            if (trace)
+                printTracedCall(call);
+            if (failures)
+                failures->add(call);
+        });
+    }
     std::unique_ptr<Suite> suite(new Suite);
     suite->m_engine = engine::makeJscEngine();
     // Before any page is opened: so the cloud process is notified of a login before a page reacts to it.

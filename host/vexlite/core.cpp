@@ -30,7 +30,7 @@ public:
         : m_services(services)
         , m_pages(std::make_shared<Pages>())
         , m_registry(*m_pages, m_trace)
-        , m_promises(m_pages)
+        , m_promises(m_pages, m_trace)
         , m_hubs(EventHubs::instance())
     {
     }

@@ -44,13 +44,15 @@ struct CoreLimits {
     static constexpr int nestedDispatches = 64;   ///< over all hubs and pages
 };
 
-/// One finished call.
+/// One finished call; or later, that the promise which it returned was rejected.
 struct TracedCall {
     QString object; ///< "NovaExtension.Log"
     QString member;
     qint64 nanoseconds;
     bool succeeded;
-    QString message; ///< of a failure
+    QString message;       ///< of a failure
+    std::int32_t code = 0; ///< of a failure
+    bool isRejection = false;
 };
 
 /// An object that was bound for a page, with the members that the page may see; or the error.
@@ -117,8 +119,8 @@ public:
     virtual void addLiveFunctions(int change) = 0;
     virtual LiveCounts liveCounts() const = 0;
 
-    /// Sets a function to be called after each call; an empty one ends tracing. Needs the trace hook's
-    /// service.
+    /// Sets a function to be called after each call and when a promise is rejected; an empty one ends tracing. Needs
+    /// the trace hook's service.
     virtual void setTracer(std::function<void(const TracedCall&)> tracer) = 0;
     /// Hides members whose category mask shares a bit with `mask`, in tables published from now on; 0 hides
     /// none.

@@ -46,8 +46,9 @@ std::int64_t promiseHandle(IUnknown* object)
     return promise ? promise->handle() : 0;
 }
 
-Promises::Promises(std::shared_ptr<Pages> pages)
+Promises::Promises(std::shared_ptr<Pages> pages, CallTrace& trace)
     : m_pages(std::move(pages))
+    , m_trace(trace)
 {
 }
 
@@ -64,15 +65,16 @@ KResult Promises::CreateSettled(JSPromiseState state, const JSContextEnv& contex
     KJSVariant value;
     if (fill)
         fill(value);
-    if (state == JSPromiseState::Rejected)
-        value = makeFailure(defaultRejectionCode, convertToText(value));
     ScriptPage* page = m_pages->find(context);
     const std::int64_t promise = ++lastPromise;
     if (!page || !page->createPromise(promise))
         return KR_NOT_AVAILABLE;
-    const auto settled = std::make_shared<State>(State { context, false });
+    const auto settled = std::make_shared<State>(State { context, false, {} });
     out = KJSVariant::fromUnknown(new Promise(promise, settled, m_pages));
-    page->settlePromise(promise, state, value);
+    if (state == JSPromiseState::Rejected)
+        reject(*page, promise, m_trace.caller(), defaultRejectionCode, convertToText(value));
+    else
+        page->settlePromise(promise, state, value);
     return KR_OK;
 }
 
@@ -85,7 +87,7 @@ std::int64_t Promises::CreatePending(const JSContextEnv& context, KJSVariant& ou
     const std::int64_t promise = ++lastPromise;
     if (!page->createPromise(promise))
         return 0;
-    const auto state = std::make_shared<State>(State { context, true });
+    const auto state = std::make_shared<State>(State { context, true, m_trace.caller() });
     m_pending.emplace(promise, state);
     ++m_pendingOfPage[context.contextId];
     out = KJSVariant::fromUnknown(new Promise(promise, state, m_pages));
@@ -110,7 +112,8 @@ KResult Promises::Answer(
         return KR_REJECTED;
 
     // Removed first: script that runs when it is settled must find it settled.
-    found->second->pending = false;
+    const std::shared_ptr<State> state = found->second;
+    state->pending = false;
     m_pending.erase(found);
     --m_pendingOfPage[context.contextId];
     if (success.raw().boolVal) {
@@ -120,8 +123,15 @@ KResult Promises::Answer(
     const IJSONValue* details = objectOf(list[2]);
     const std::int32_t code =
         details ? details->GetInt32(QStringLiteral("code"), defaultRejectionCode) : defaultRejectionCode;
-    page->settlePromise(promise, JSPromiseState::Rejected, makeFailure(code, convertToText(list[1])));
+    reject(*page, promise, state->caller, code, convertToText(list[1]));
     return KR_OK;
+}
+
+void Promises::reject(ScriptPage& page, std::int64_t promise, const CallTrace::Caller& caller,
+    std::int32_t code, const QString& message)
+{
+    m_trace.reportRejection(caller, code, message);
+    page.settlePromise(promise, JSPromiseState::Rejected, makeFailure(code, message));
 }
 
 void Promises::dropPage(const JSContextEnv& context)

@@ -2,12 +2,14 @@
 #pragma once
 
 #include "host/vexlite/pages.h"
+#include "host/vexlite/trace.h"
 
 namespace vexlite {
 
 class Promises final : public IJSPromiseService, public IJSAnswerChannel {
 public:
-    explicit Promises(std::shared_ptr<Pages> pages);
+    /// Rejections are reported to `trace`.
+    Promises(std::shared_ptr<Pages> pages, CallTrace& trace);
     ~Promises();
 
     /// `fill` is always called first, even if the page is closed.
@@ -31,9 +33,13 @@ private:
     struct State {
         JSContextEnv context;
         bool pending;
+        CallTrace::Caller caller;
     };
+    void reject(ScriptPage& page, std::int64_t promise, const CallTrace::Caller& caller, std::int32_t code,
+        const QString& message);
 
     std::shared_ptr<Pages> m_pages;
+    CallTrace& m_trace;
     std::unordered_map<std::int64_t, std::shared_ptr<State>> m_pending;
     std::unordered_map<std::int64_t, int> m_pendingOfPage; ///< by context id
 };

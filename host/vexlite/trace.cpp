@@ -24,8 +24,15 @@ KResult CallTrace::trace(const JSContextEnv& context, const KJSVariant& exceptio
     const IJSONValue* failure = objectOf(exception);
     const auto time = std::chrono::duration_cast<std::chrono::nanoseconds>(call.end - call.start);
     (*tracer)({ call.object, call.member, time.count(), status == KR_OK,
-        status != KR_OK && failure ? failure->GetString(QStringLiteral("msg"), {}) : QString() });
+        status != KR_OK && failure ? failure->GetString(QStringLiteral("msg"), {}) : QString(),
+        status != KR_OK && failure ? failure->GetInt32(QStringLiteral("code"), 0) : 0 });
     return status;
+}
+
+void CallTrace::reportRejection(const Caller& caller, std::int32_t code, const QString& message)
+{
+    if (const std::shared_ptr<const Tracer> tracer = m_tracer; tracer && !caller.object.isNull())
+        (*tracer)({ caller.object, caller.member, 0, false, message, code, true });
 }
 
 bool CallTrace::FilterTable(

@@ -20,6 +20,17 @@ public:
 
     /// Makes a call and reports it when it has ended, so inner calls are reported before outer ones.
     KResult trace(const JSContextEnv& context, const KJSVariant& exception, const Invoke& invoke);
+    struct Caller {
+        QString object; ///< null when no call is traced
+        QString member;
+    };
+    /// Whose call is in progress.
+    Caller caller() const
+    {
+        return m_innermost ? Caller { m_innermost->object, m_innermost->member } : Caller {};
+    }
+    /// Reports that the promise which `caller` made was rejected.
+    void reportRejection(const Caller& caller, std::int32_t code, const QString& message);
     /// Records the end of the innermost call, if `extra` identifies it; does nothing otherwise.
     void recordEnd(const JSContextEnv& context, std::int64_t extra)
     {

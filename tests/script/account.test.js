@@ -1,16 +1,20 @@
 // Begins with what the profile has; then the steps of --play, which CMakeLists.txt gives, then logins of its own.
 const { Account } = NovaExtension;
 const missing = refusal(1, "missing required parameters.");
-const data = (member, ...args) => () => Account[member](...args).data;
+/** @type {(member: string, ...args: unknown[]) => () => unknown} */
+const data = (member, ...args) => () => call(Account, member, ...args).data;
 const TIERS = ["trial", "education", "nova", "novaPlus", "novaPro", "folio", "folioPlus", "folioPro", "super", "superPlus",
     "superPro", "company", "companyPro"];
+/** @type {(held: Record<string, number>) => object} */
 const tiers = (held) => Object.fromEntries(TIERS.map((tier) => [tier,
     { isMember: tier in held, expireTime: held[tier] ?? 0 }]));
+/** @type {(userId: string, held: Record<string, number>) => object} */
 const memberships = (userId, held) => ({ members: tiers(held),
     rawData: { userId, tiers: Object.entries(held).map(([tier, expireTime]) => ({ expireTime, tier })) } });
 const NEVER = 0, LATE = 4102444800000;
 const kinds = () => ["isNovaMember", "isFolioMember", "isSuperMember", "isCompanyMember", "isMultiAccount"].map(
-    (member) => Account[member]().data);
+    (member) => call(Account, member).data);
+/** @type {(userId: string, account: string, nickName: string, isCurrent: boolean, ...rest: string[]) => object} */
 const entry = (userId, account, nickName, isCurrent, pic = "", companyId = "", companyName = "") =>
     ({ userId, account, nickName, pic, companyId, companyName, isCurrent });
 
@@ -30,22 +34,30 @@ await check([
     ["the accounts", data("getAccountListInfo"), [entry("user-1", "ada@example.invalid", "Ada", true,
         "https://example.invalid/ada.png", "company-1", "Example Works")]],
     ["an envelope", () => Account.getUserId(), { success: true, data: "user-1" }],
+    // @ts-expect-error
     ["a login without parameters", () => Account.login(), missing],
+    // @ts-expect-error
     ["a login from nowhere", () => Account.login({ qrcode: true, from: "x" }), missing],
     ["a logout from nowhere", () => Account.logout(""), missing],
+    // @ts-expect-error
     ["a logout with an object", () => Account.logout({ src: "x" }), missing],
+    // @ts-expect-error
     ["an upgrade from nowhere", () => Account.upgradeMember({ payUrl: "x" }), missing],
+    // @ts-expect-error
     ["a listener that is none", () => Account.addLoginListener({}), refusal(1, "wrong parameters.")],
+    // @ts-expect-error
     ["removing a listener that is none", () => Account.removeLogoutListener(5), refusal(1, "wrong parameters.")],
 ]);
 
+/** @type {unknown[]} */
 const log = [];
 /** The next `count` events, in order. */
-async function next(count) {
+async function next(/** @type {number} */ count) {
     for (const end = Date.now() + 20000; log.length < count && Date.now() < end;)
         await new Promise((resolve) => setTimeout(resolve, 5));
     return log.splice(0);
 }
+/** @type {(name: string) => (...payload: unknown[]) => void} */
 const note = (name) => (...payload) => log.push([name, ...payload]);
 const never = () => log.push("a removed listener was called");
 await check([
@@ -59,8 +71,8 @@ await check([
     }, undefined],
     ["removing", () => {
         for (const kind of ["Login", "Logout", "UserInfoChanged"]) {
-            Account[`add${kind}Listener`](never);
-            Account[`remove${kind}Listener`](never);
+            call(Account, `add${kind}Listener`, never);
+            call(Account, `remove${kind}Listener`, never);
         }
         const once = () => { Account.removeUserInfoChangedListener(once); log.push("once"); };
         Account.addUserInfoChangedListener(once);
@@ -69,10 +81,14 @@ await check([
 ]);
 
 const ok = { callstatus: "ok" };
+/** @type {(userId: string, userName: string, count: number, isSwitching: boolean) => unknown} */
 const login = (userId, userName, count, isSwitching) =>
     ["login", { ...ok, isSwitching, userId, userName, novasid: `${userId}-session-${count}` }];
+/** @type {(userId: string, userName: string, isSwitching: boolean) => unknown} */
 const logout = (userId, userName, isSwitching) => ["logout", { ...ok, isSwitching, userId, userName, novasid: "" }];
+/** @type {(userId: string, held: Record<string, number>) => unknown} */
 const member = (userId, held) => ["member", { ...ok, data: memberships(userId, held) }];
+/** @type {(confirmId: string, userId: string) => unknown} */
 const confirmed = (confirmId, userId) => ["confirmed", { ...ok, confirmId, userId }];
 await check([
     ["what is played", () => next(12), [

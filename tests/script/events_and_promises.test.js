@@ -1,10 +1,17 @@
 const { Account, CloudDoc, Event, FileSystem, Skin } = NovaExtension;
 const wrong = refusal(1, "wrong parameters.");
 
-/** What listeners of `event` receive while `action` runs. */
+/**
+ * What listeners of `event` receive while `action` runs.
+ *
+ * @param {NovaExtension.Event} object
+ * @param {any} event
+ * @param {(listener: (...payload: any[]) => void) => void} action
+ */
 function heard(object, event, action) {
+    /** @type {any[][]} */
     const calls = [];
-    const listener = (...payload) => calls.push(payload);
+    const listener = (/** @type {any[]} */ ...payload) => calls.push(payload);
     object.addEventListener(event, listener);
     action(listener);
     object.removeEventListener(event, listener);
@@ -22,18 +29,21 @@ await check([
     ["removing by name alone", () => heard(Event, "e", () => { Event.removeEventListener("e"); Event.dispatchEvent("e"); }), []],
     ["removing a stranger", () => heard(Event, "e", () => { Event.removeEventListener("e", () => 1); Event.dispatchEvent("e"); }), [[]]],
     ["a number as name", () => heard(Event, 12, () => Event.dispatchEvent("12")), [[]]],
+    // @ts-expect-error
     ["no function", () => Event.addEventListener("e", {}), wrong],
+    // @ts-expect-error
     ["nothing at all", () => Event.addEventListener(), wrong],
     ["members answer nothing", () => [Event.dispatchEvent("e"), Event.removeEventListener("e")], [undefined, undefined]],
     ["the report", () => {
         Event.addEventListener("b", () => 1);
         Event.addEventListener("a", () => 1);
         Event.addEventListener("a", () => 2);
-        return Event.getAllEventInfo().filter((row) => row.eventName < "c");
+        return Event.getAllEventInfo().filter((/** @type {{ eventName: string }} */ row) => row.eventName < "c");
     }, [{ eventName: "a", listenerCount: 2 }, { eventName: "b", listenerCount: 1 }]],
     ["the objects that properties hand out", () => [typeof Account.Privilege.addEventListener, typeof CloudDoc.Orbitapi.commonRequest], ["function", "function"]],
     ["a property answers the same object every time", () => Account.Privilege === Account.Privilege && CloudDoc.Orbitapi === CloudDoc.Orbitapi, true],
     ["a listener that listens and dispatches", () => {
+        /** @type {string[]} */
         const calls = [];
         Event.addEventListener("outer", () => {
             Event.addEventListener("inner", (x) => calls.push(x));
@@ -45,21 +55,23 @@ await check([
     }, ["in", "out"]],
 ]);
 
-const stackOf = (action) => {
+const stackOf = (/** @type {() => void} */ action) => {
     try {
         action();
     } catch (error) {
-        return error.stack.split("\n").map((frame) => frame.replace(/@.*\//, "@").replace(/:.*/, ""));
+        return /** @type {{ stack: string }} */ (error).stack.split("\n").map((frame) => frame.replace(/@.*\//, "@").replace(/:.*/, ""));
     }
 };
 await check([
-    ["a refusal's stack begins with the member", () => stackOf(() => Event.addEventListener()).slice(0, 2),
+    // @ts-expect-error
+    ["a refusal's stack begins with the member", () => stackOf(() => Event.addEventListener())?.slice(0, 2),
         ["addEventListener@[native code]", "@events_and_promises.js"]],
 ]);
 
 const script = process.argv[1];
 await check([
     ["a digest", async () => /^[0-9a-f]{32}$/.test(await FileSystem.getFileMd5(script)), true],
+    // @ts-expect-error
     ["no path", () => FileSystem.getFileMd5(), refusal(3, "Path is empty.")],
     ["no file", () => FileSystem.getFileMd5("/no/file"), refusal(3, "/no/file is not existed")],
     ["a directory", () => FileSystem.getFileMd5("/"), refusal(3, "/ can't been opened")],

@@ -1,15 +1,16 @@
 const { FileSystem } = NovaExtension;
 const data = process.argv[2];
-const at = (name) => `${data}/${name}`;
+const at = (/** @type {string} */ name) => `${data}/${name}`;
+/** @type {(action: () => { data: any }) => () => any} */
 const value = (action) => () => action().data;
 const missing = (code = 1) => refusal(code, "missing required parameters.");
-const empty = (code) => refusal(code, "Path is empty.");
+const empty = (/** @type {number} */ code) => refusal(code, "Path is empty.");
 const illegal = refusal(3, "Path is illegal.");
 const newIllegal = refusal(3, "New path is illegal.");
-const notExisted = (code, path) => refusal(code, `${path} is not existed`);
+const notExisted = (/** @type {number} */ code, /** @type {string} */ path) => refusal(code, `${path} is not existed`);
 const md5 = { hello: "5d41402abc4b2a76b9719d911017c592", empty: "d41d8cd98f00b204e9800998ecf8427e", other: "795f3202b17cb6bc3d4b771d8c6c9eaf" };
-const sum = (name) => () => FileSystem.getFileMd5(at(name));
-const until = async (done) => {
+const sum = (/** @type {string} */ name) => () => FileSystem.getFileMd5(at(name));
+const until = async (/** @type {() => boolean} */ done) => {
     for (let i = 0; i < 1000 && !done(); ++i)
         await new Promise((resolve) => setTimeout(resolve, 10));
     return done();
@@ -20,17 +21,20 @@ const oddNames = ["with space.txt", "quote\".txt", "three\"\"\".txt", "line\nbre
 await check([
     ["exists", value(() => FileSystem.exists(at("plain.txt"))), true],
     ["exists: a broken link", value(() => FileSystem.exists(at("broken"))), false],
+    // @ts-expect-error
     ["exists: something else than a path", value(() => FileSystem.exists({ path: data })), false],
     ["exists: a name that a NUL would cut", value(() => FileSystem.exists(`${at("plain.txt")}\0.png`)), false],
     ["isDir", () => ["tree", "plain.txt", "link to tree", "none"].map((name) => FileSystem.isDir(at(name)).data), [true, false, true, false]],
     ["the directories", () => ["officeData", "officeHome", "tempPath", "desktopPath", "homePath", "documentsPath", "downloadPath"]
-        .map((member) => FileSystem[member]().data),
+        .map((member) => call(FileSystem, member).data),
     [at("documents"), at("home"), process.argv[3], at("Desktop"), data, at("Documents"), at("Downloads")]],
     ["getDllWorkPath", value(() => FileSystem.getDllWorkPath("name")), ""],
+    // @ts-expect-error
     ["getDllWorkPath of a number", () => FileSystem.getDllWorkPath(5), missing()],
 
     ["File: size", value(() => FileSystem.File({ path: at("plain.txt") }).size()), 5],
     ["File: size beyond 32 bits", value(() => FileSystem.File({ path: at("sparse.bin") }).size()), 2 ** 32 + 1],
+    // @ts-expect-error
     ["File without a path", () => FileSystem.File(), empty(3)],
     ["File of a directory", () => FileSystem.File({ path: data }), illegal],
     ["File of a pipe", () => FileSystem.File({ path: at("pipe") }), illegal],
@@ -57,6 +61,7 @@ await check([
     ["getFileStatus changes nothing", sum("plain.txt"), md5.hello],
 ]);
 
+/** @type {(path: string, newPath: string, more?: object) => boolean} */
 const copy = (path, newPath, more) => FileSystem.copy({ path: at(path), newPath: newPath.replace("DATA", data), ...more }).data;
 const over = { overwrite: true };
 await check([
@@ -75,6 +80,7 @@ await check([
     ["copy over a directory", () => copy("plain.txt", "DATA/tree", over), refusal(3, "override existing file failed")],
     ["copy into no directory", () => copy("plain.txt", "DATA/none/a.txt"), false],
     ["copy: a name of 256 bytes", () => copy("plain.txt", `DATA/${"n".repeat(256)}`), false],
+    // @ts-expect-error
     ["copy without a path", () => FileSystem.copy({}), empty(3)],
     ["copy a directory", () => copy("tree", "DATA/x"), illegal],
     ["copy a pipe", () => copy("pipe", "DATA/x"), illegal],
@@ -89,6 +95,7 @@ await check([
     ["mkpath again", () => FileSystem.mkpath(at("made/by/page")), refusal(3, "the directory already exist")],
     ["mkpath where a file is", () => FileSystem.mkpath(at("plain.txt")), refusal(3, "the directory already exist")],
     ["mkpath below a file", value(() => FileSystem.mkpath(at("plain.txt/x"))), false],
+    // @ts-expect-error
     ["mkpath of nothing", () => FileSystem.mkpath(), empty(1)],
     ["mkpath in a closed directory", () => FileSystem.mkpath(at("closed/x")), newIllegal],
     ["remove", value(() => FileSystem.remove("%HOME%/made")), true],
@@ -131,6 +138,7 @@ await check([
     ["digest: a file of the system that tells no size", async () => /^[0-9a-f]{32}$/.test(await FileSystem.getFileMd5("/proc/version")), true],
     ["digests: more than files can be open", async () =>
         [...new Set(await Promise.all(Array.from({ length: 1500 }, () => FileSystem.getFileMd5(at("other.txt")))))], [md5.other]],
+    // @ts-expect-error
     ["digest without a path", () => FileSystem.getFileMd5(), empty(3)],
     ["digest of nothing", () => FileSystem.getFileMd5("/no/file"), notExisted(3, "/no/file")],
     ...["tree", "pipe"].map((name) => [`digest of a ${name}`, sum(name), refusal(3, `${at(name)} can't been opened`)]),
@@ -150,11 +158,13 @@ await check([
     ["openLocalLocation of a directory", async () =>
         [FileSystem.openLocalLocation({ path: at("tree") }).data, await until(() => FileSystem.exists(at("opened/tree")).data)], [true, true]],
     ["openLocalLocation runs nothing from the working directory", value(() => FileSystem.exists(at("trapped"))), false],
+    // @ts-expect-error
     ["openLocalLocation without a path", () => FileSystem.openLocalLocation({ fileName: "a" }), missing()],
     ["openLocalLocation of nothing", () => FileSystem.openLocalLocation({ path: "/no/dir" }), notExisted(3, "/no/dir")],
     ["openLocalLocation of a file", () => FileSystem.openLocalLocation({ path: at("plain.txt") }), refusal(3, `${at("plain.txt")} is not dir`)],
     ["openLocalLocation of a missing file", () => FileSystem.openLocalLocation({ path: at("tree/"), fileName: "none" }),
         refusal(3, `file ${at("tree/none")} is not exists`)],
+    // @ts-expect-error
     ["open without a path", () => FileSystem.open(), empty(1)],
     ["open what is missing", () => FileSystem.open("/no/file"), notExisted(3, "/no/file")],
     ["open a directory", () => FileSystem.open(data), refusal(3, `${data} is not file`)],
@@ -172,11 +182,12 @@ await check([
     ["a directory", value(() => FileSystem.getExistingDirectory(inData)), at("tree")],
     ["a local folder", value(() => FileSystem.selectLocalFolder(inData)), at("a folder")],
     ["a local folder, cancelled", value(() => FileSystem.selectLocalFolder({ dir: "/no/dir" })), ""],
+    // @ts-expect-error
     ["a local folder without a directory", () => FileSystem.selectLocalFolder({}), missing()],
     ...["getOpenFileName", "getOpenFileNames", "getExistingDirectory"].flatMap((member) => [
-        [`${member} in no directory`, () => FileSystem[member]({ dir: "/no/dir" }), notExisted(1, "/no/dir")],
-        [`${member} in a file`, () => FileSystem[member]({ dir: at("plain.txt") }), refusal(1, `${at("plain.txt")} is not dir`)],
-        [`${member} without arguments`, () => FileSystem[member](), notExisted(1, "")],
+        [`${member} in no directory`, () => call(FileSystem, member, { dir: "/no/dir" }), notExisted(1, "/no/dir")],
+        [`${member} in a file`, () => call(FileSystem, member, { dir: at("plain.txt") }), refusal(1, `${at("plain.txt")} is not dir`)],
+        [`${member} without arguments`, () => call(FileSystem, member), notExisted(1, "")],
     ]),
     ["a name to save to", value(() => FileSystem.getWritableSaveFileName(inData)), at("tree/new.txt")],
     ["a name that can not be written to", value(() => FileSystem.getWritableSaveFileName(inData)), ""],

@@ -1,18 +1,24 @@
 // What every script test begins with: rows of [name, action, expectation]. An expectation is the value that the action
 // answers (compared in depth), or refusal(code, msg) for an Error that carries them.
-const show = (value) =>
+const show = (/** @type {unknown} */ value) =>
     JSON.stringify(value, (key, item) => (typeof item === "bigint" ? `${item}n` : item === undefined ? "undefined" : item));
+/** @type {(a: any, b: any) => boolean} */
 const same = (a, b) =>
     Object.is(a, b) || (typeof a === "object" && typeof b === "object" && a && b && Array.isArray(a) === Array.isArray(b)
         && Object.keys(a).length === Object.keys(b).length
         && Object.keys(a).every((key) => Object.hasOwn(b, key) && same(a[key], b[key])));
-const refusal = (code, msg) => ({ refused: true, success: false, code, msg });
-const caught = (error) => {
-    if (!(error instanceof Error) || error.message !== error.msg)
+const refusal = (/** @type {number} */ code, /** @type {string} */ msg) => ({ refused: true, success: false, code, msg });
+const caught = (/** @type {any} */ error) => {
+    if (!(error instanceof Error) || error.message !== /** @type {any} */ (error).msg)
         throw error;
-    return { refused: true, success: error.success, code: error.code, msg: error.msg };
+    const { success, code, msg } = /** @type {NovaExtension.Failure} */ (error);
+    return { refused: true, success, code, msg };
 };
+/** Calls a member by its name, with arguments of any type. */
+const call = (/** @type {any} */ object, /** @type {string} */ member, /** @type {unknown[]} */ ...args) =>
+    object[member](...args);
 let failures = 0;
+/** @param {any[][]} rows */
 async function check(rows) {
     for (const [name, action, expected] of rows) {
         let answer;

@@ -1,15 +1,20 @@
 const { ConfigCenter, Log, Novaoffice, Product, Profile, SettingsManager, TelemetrySdk } = NovaExtension;
 const missing = refusal(1, "missing required parameters.");
 const wrong = refusal(1, "wrong parameters.");
+/** @type {(action: () => { data: any }) => () => any} */
 const data = (action) => () => action().data;
 const dataDir = process.argv[2];
 
 await check([
     ["log answers undefined", () => Log.logInfo({ moduleName: "m", logStr: "s" }), { success: true, data: undefined }],
+    // @ts-expect-error
     ["log converts a number", data(() => Log.logWarning({ moduleName: "m", logStr: 5 })), undefined],
+    // @ts-expect-error
     ["log without arguments", () => Log.logInfo(), missing],
+    // @ts-expect-error
     ["log with a string for the object", () => Log.logInfo("moduleName"), missing],
     ["log with an empty text", () => Log.logInfo({ moduleName: "m", logStr: "" }), missing],
+    // @ts-expect-error
     ["log with null for the module", () => Log.logWarning({ moduleName: null, logStr: "s" }), missing],
 ]);
 
@@ -26,7 +31,8 @@ await check(Object.entries(stored).flatMap(([name, value]) => [
         return ConfigCenter.flushRead({ key: `k ${name}` }).data;
     }, value],
 ]));
-const flush = (member, options) => () => new Promise((resolve) => ConfigCenter[member](options, resolve));
+/** @type {(member: string, options: object) => () => Promise<unknown>} */
+const flush = (member, options) => () => new Promise((resolve) => call(ConfigCenter, member, options, resolve));
 await check([
     ["users do not share", () => {
         ConfigCenter.setValue({ key: "u", value: 1, userId: "a" });
@@ -37,14 +43,15 @@ await check([
     ["remove what is not", data(() => ConfigCenter.remove({ key: "u", userId: "a" })), false],
     ["flushWrite reports", flush("flushWrite", { key: "f", value: { x: 1 } }), { key: "f", value: { x: 1 }, ok: true }],
     ["flushWrite without a function", data(() => ConfigCenter.flushWrite({ key: "f", value: 2 })), true],
+    // @ts-expect-error
     ["flushWrite with something else for the function", data(() => ConfigCenter.flushWrite({ key: "f", value: 2 }, 5)), true],
     ["flushRemove reports", flush("flushRemove", { key: "f" }), { key: "f", value: undefined, ok: true }],
     ["every member needs a key", () =>
         ["setValue", "value", "remove", "flushRead", "flushWrite", "flushRemove"].filter((member) => {
             try {
-                ConfigCenter[member]({ value: 1 });
+                call(ConfigCenter, member, { value: 1 });
             } catch (error) {
-                return error.code !== 1 || error.msg !== missing.msg;
+                return !same(caught(error), missing);
             }
             return true;
         }), []],
@@ -56,9 +63,13 @@ await check([
 const suite = SettingsManager.settings({ format: 0 });
 const file = SettingsManager.settings({ format: 1, path: `${dataDir}/a page.ini` });
 await check([
+    // @ts-expect-error
     ["no options", () => SettingsManager.settings(), refusal(1, "Format is illegal.")],
+    // @ts-expect-error
     ["no format", () => SettingsManager.settings({}), refusal(1, "Format is illegal.")],
+    // @ts-expect-error
     ["an unreadable format", () => SettingsManager.settings({ format: "x" }), refusal(1, "Format is illegal.")],
+    // @ts-expect-error
     ["a fraction as format", () => SettingsManager.settings({ format: 0.5 }), refusal(1, "Format is illegal.")],
     ["format 1 without a path", () => SettingsManager.settings({ format: 1 }), missing],
     ["parent steps and a file", () => SettingsManager.settings({ format: 1, path: "../../a.ini" }), refusal(1, "Path is illegal.")],
@@ -74,20 +85,25 @@ await check([
     }, "ü\u{1f600}"],
     ["a file that can not be written", () => SettingsManager.settings({ format: 1, path: "/proc/a.ini" }).setValue({ key: "k", value: 1 }),
         refusal(3, "Setting is invalid.")],
+    // @ts-expect-error
     ["no key", () => suite.setValue({ value: 1 }), missing],
+    // @ts-expect-error
     ["no value", () => suite.setValue({ key: "k" }), missing],
+    // @ts-expect-error
     ["read without a key", () => suite.getValue({}), missing],
     ["a function as value", () => suite.setValue({ key: "k", value: { f() {} } }), wrong],
 ]);
 
 // Where a path leads: what is written through it is found in the file of that absolute path. The tricks are in
 // tests/paths; here it is only whether settings() goes by the check.
-const opened = (path) => {
+const opened = (/** @type {string} */ path) => {
     const key = `written through ${path}`;
     SettingsManager.settings({ format: 1, path }).setValue({ key, value: "x" });
-    return (file) => SettingsManager.settings({ format: 1, path: file }).getValue({ key }).data === "x";
+    return (/** @type {string} */ file) => SettingsManager.settings({ format: 1, path: file }).getValue({ key }).data === "x";
 };
+/** @type {(path: string, file: string) => any[]} */
 const leadsTo = (path, file) => [`${show(path)} leads to ${file}`, () => opened(path)(file), true];
+/** @type {(why: string, path: string) => any[]} */
 const refused = (why, path) => [`${why}: ${show(path)}`, () => opened(path), refusal(1, "Path is illegal.")];
 await check([
     leadsTo("%HOME%/a.ini", `${dataDir}/a.ini`),
@@ -99,11 +115,12 @@ await check([
     refused("the plugin directory by a variable", "%HOME%/plugins/a.ini"),
 ]);
 
-const post = (options) => () => TelemetrySdk.postEvent({ eventName: "e", postContent: { a: "1" }, ...options });
+const post = (/** @type {object} */ options) => () => TelemetrySdk.postEvent({ eventName: "e", postContent: { a: "1" }, ...options });
 await check([
     ["post", post({ pb: 1 }), { success: true, data: undefined }],
     ["post with values of other types", post({ postContent: { a: 1, b: true, c: null, d: {} } }), { success: true, data: undefined }],
     ["post without a name", post({ eventName: "" }), refusal(1, "empty event name")],
+    // @ts-expect-error
     ["post nothing at all", () => TelemetrySdk.postEvent(), refusal(1, "empty event name")],
     ["an undefined pb is none", post({ pb: undefined }), { success: true, data: undefined }],
     ...[10, 0, "x", null, 1.5, 2 ** 40].map((pb) => [`pb ${pb}`, post({ pb }), wrong]),
@@ -125,6 +142,7 @@ await check([
     ["the trace id agrees", () => same(Profile.getBrowserTraceId().data, { pid: trace.pid, appid: trace.appid, browserid: trace.browserid }), true],
     ["the language with its region", data(() => Product.language()), "de_AT"],
     ["the language alone", data(() => Product.language({ format: 0 })), "de"],
+    // @ts-expect-error
     ["an unreadable format is 0", data(() => Product.language({ format: {} })), "de"],
     ["an undefined format is none", data(() => Product.language({ format: undefined })), "de_AT"],
     ["a product string", data(() => Product.getProductString({ key: "Section" })), "of 37"],
@@ -132,12 +150,13 @@ await check([
     ["a product string that is not there", data(() => Product.getProductString()), ""],
     ["a configuration text", data(() => Product.getConfigString("text")), "from the profile"],
     ["a configuration number", data(() => Product.getConfigInt("number")), 12],
+    // @ts-expect-error
     ["a configuration by a number", data(() => Product.getConfigString(5)), ""],
     ["the PDF switch", data(() => Product.isPDFStandAlone()), true],
     ["versions", data(() => Product.getAppVersionInfo()), { platform: "linux", product: "Test Office" }],
     ["the display scale", data(() => Novaoffice.getCurrentNovaDpi()), 1.5],
     ["the installation", () => ["getNovaVersion", "getApplicationName", "getGuid", "getUuid", "getHdid", "getChannel", "getNovaofficeInstallPath"]
-        .map((member) => Novaoffice[member]().data), ["9.8.7", "testoffice", "g", "u", "h", "c", "/opt/test office"]],
+        .map((member) => call(Novaoffice, member).data), ["9.8.7", "testoffice", "g", "u", "h", "c", "/opt/test office"]],
     ["the machine", () => [typeof Novaoffice.getComputerName().data, Novaoffice.getSystemUserName().data.length > 0], ["string", true]],
 ]);
 exit(failures ? 1 : 0);

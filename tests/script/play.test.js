@@ -1,10 +1,16 @@
 // What a page hears of the steps that it plays itself.
 const { Account } = NovaExtension;
+/** @type {string[]} */
 const log = [];
 Account.addLoginListener(({ userId, isSwitching }) => log.push(`${userId} in${isSwitching ? ", switching" : ""}`));
 Account.addLogoutListener(({ userId, isSwitching }) => log.push(`${userId} out${isSwitching ? ", switching" : ""}`));
 Account.addUserInfoChangedListener(() => log.push(Account.getUserInfo().data.nickName));
-/** What is heard of steps; `count` events are awaited, and a little longer. */
+/**
+ * What is heard of steps; `count` events are awaited, and a little longer.
+ *
+ * @param {number} count
+ * @param {string[]} plays
+ */
 async function heard(count, ...plays) {
     plays.forEach((steps) => process.play(steps));
     const inCall = log.splice(0);
@@ -13,6 +19,7 @@ async function heard(count, ...plays) {
     await new Promise((resolve) => setTimeout(resolve, 30));
     return [...inCall, "returned", ...log.splice(0)];
 }
+/** @type {(steps: string, why: string) => any[]} */
 const wrong = (steps, why) => [`wrong: ${steps}`, () => process.play(steps), refusal(1, why)];
 
 await check([
@@ -31,6 +38,7 @@ await check([
     wrong("cloud:rain", "cloud:rain: the cloud process can only be killed"),
     wrong("login:nobody", 'login:nobody: the profile has no user "nobody"'),
     wrong("logout,member:super=5", 'member:super=5: a membership is "on" or "off"'),
+    // @ts-expect-error
     ["no text", () => process.play(["logout"]), "TypeError: process.play: a text is expected"],
     ["nothing of what is wrong is played", () => heard(0), ["returned"]],
 ]);

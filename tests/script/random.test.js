@@ -1,53 +1,111 @@
-// Throws random arguments at every member. Whatever they are, each call answers or throws, and nothing crashes.
+// Throws random arguments at every member: plausible ones, made from the description of its parameters, and hostile
+// ones anywhere within them. Whatever they are, each call answers or throws, and nothing crashes. `api` is the
+// description, which run_test.py puts in front.
 const seconds = Number(process.argv[3]);
 let state = Number(process.argv[4]) >>> 0;
-const random = (below) => {
+const random = (/** @type {number} */ below) => {
     state = (Math.imul(state, 1664525) + 1013904223) >>> 0;
     return Math.floor((state / 2 ** 32) * below);
 };
+/** @type {<T>(list: readonly T[]) => T} */
 const pick = (list) => list[random(list.length)];
+const times = (/** @type {number} */ most, /** @type {() => any} */ make) => Array.from({ length: random(most + 1) }, make);
 
-const keys = ["key", "value", "defaultValue", "userId", "format", "path", "moduleName", "logStr", "eventName", "pb",
-    "postContent", "option", "bUseCache", "newPath", "overwrite", "dir", "fileName", "filter", "__proto__", "constructor", "then", "", "\0", "length"];
+/** @type {any} */
 const cycle = {};
 cycle.self = cycle;
+/** @type {any[]} */
 let deep = [];
 for (let i = 0; i < 1500; ++i)
     deep = [deep];
+const [, script, data] = process.argv;
 const leaves = [undefined, null, true, false, 0, -0, -1, 1, 37, 100, 2 ** 31, 2 ** 53, 1e308, NaN, Infinity, 10n, 2n ** 63n,
-    2n ** 64n, "", "a", "%HOME%", "../../x", process.argv[2], `${process.argv[2]}/a`, "\ud800", "x".repeat(70000), Symbol("s"), () => 1, new Date(0),
+    2n ** 64n, "", "a", "%HOME%", "../../x", data, `${data}/a`, "\ud800", "x".repeat(70000), Symbol("s"), () => 1, new Date(0),
     new Map(), /x/, new Uint8Array(9), new Proxy({}, {}), new Proxy(() => 1, {}), cycle, deep, new Array(2 ** 32 - 1),
     Promise.resolve(1), NovaExtension, NovaExtension.Log, { get key() { throw new Error("getter"); } },
     { toString() { throw new Error("toString"); }, valueOf: null }, Object.create(null), new Error("e"), globalThis,
     { __proto__: { key: "inherited" } }, [, 1], new String("boxed"), function* () {}, { async then() {} }];
-const value = (depth) => {
+
+const eventNames = ["a", ...api.objects.flatMap(({ events }) => events.map(({ name }) => name))];
+const strings = ["", "a", "auto", "*.txt", script, data, `${data}/a`, "%HOME%/b", ...eventNames];
+/** @type {Set<string>} */
+const optionNames = new Set(["__proto__", "constructor", "then", "", "\0", "length"]);
+/** @type {(type: ApiType) => void} */
+const collectNames = (type) => type.fields?.forEach((field) => { optionNames.add(field.name); collectNames(field.type); });
+api.objects.forEach(({ members }) => members.forEach(({ parameters }) => parameters.forEach(({ type }) => collectNames(type))));
+const keys = [...optionNames];
+
+const hostile = (depth = 0) => {
     const kind = random(depth > 3 ? 1 : 4);
     if (kind < 2)
         return pick(leaves);
     if (kind === 2)
-        return Array.from({ length: random(5) }, () => value(depth + 1));
-    return Object.fromEntries(Array.from({ length: random(6) }, () => [pick(keys), value(depth + 1)]));
+        return times(4, () => hostile(depth + 1));
+    return Object.fromEntries(times(5, () => [pick(keys), hostile(depth + 1)]));
 };
+/** @type {Record<string, (type: ApiType, share: number) => any>} What is plausible for a type. */
+const PLAUSIBLE = {
+    string: () => pick(strings),
+    number: () => pick([0, 1, 1.5, -1, 640]),
+    integer: () => random(200),
+    int64: () => pick([0, 1, 2 ** 40, 2n ** 62n]),
+    boolean: () => random(2) === 1,
+    any: () => pick([1, "a", true, null, { a: [1, "x"] }, []]),
+    void: () => undefined,
+    array: ({ items }, share) => times(3, () => value(items, share)),
+    map: ({ values }, share) => Object.fromEntries(times(3, () => [pick(strings), value(/** @type {ApiType} */ (values), share)])),
+    object: ({ fields = [] }, share) => Object.fromEntries(fields.filter(({ optional }) => !optional || random(2))
+        .map(({ name, type }) => [name, value(type, share)])),
+    function: () => () => 1,
+    handle: ({ name }) => instances.find((one) => one.name === name)?.object,
+};
+/** A value for a type; one of `share` is hostile. @type {(type: ApiType | undefined, share: number) => any} */
+const value = (type, share) => {
+    if (!type || random(share) === 0)
+        return hostile();
+    return Array.isArray(type.values) ? pick(type.values) : PLAUSIBLE[type.kind](type, share);
+};
+const args = (/** @type {ApiMember} */ { parameters }, /** @type {number} */ share) => parameters.flatMap(
+    ({ type, optional, rest }) => rest ? times(3, () => value(type, share)) : optional && random(3) === 0 ? [] : [value(type, share)]);
 
-const objects = Object.keys(NovaExtension).map((name) => NovaExtension[name]);
-objects.push(NovaExtension.Account.Privilege, NovaExtension.CloudDoc.Orbitapi, NovaExtension.SettingsManager.settings({ format: 0 }));
-const members = objects.flatMap((object) => {
-    const names = new Set();
-    for (let level = object; level && level !== Object.prototype; level = Object.getPrototypeOf(level))
-        Object.getOwnPropertyNames(level).forEach((name) => names.add(name));
-    return [...names].filter((name) => typeof object[name] === "function" && name !== "constructor").map((name) => [object, name]);
-});
+/** @type {{ object: any, name: string, members: readonly ApiMember[] }[]} */
+const instances = [];
+const add = (/** @type {string} */ name, /** @type {any} */ object) => {
+    const { members = [] } = api.objects.find((one) => one.name === name) ?? {};
+    instances.push({ object, name, members });
+    for (const member of members.filter(({ kind, built }) => built && kind === "property"))
+        add(String(member.answer.type.name), object[member.name]);
+};
+for (const [name, object] of Object.entries(NovaExtension))
+    add(name, object);
+// What members hand out, for arguments that they accept.
+for (const { object, members } of [...instances]) {
+    for (const member of members.filter(({ kind, built, answer }) => built && kind === "method" && answer.form === "object")) {
+        for (let tries = 0; !instances.some(({ name }) => name === member.answer.type.name); ++tries) {
+            try {
+                add(String(member.answer.type.name), object[member.name](...args(member, 2 ** 31)));
+            } catch (error) {
+                if (tries === 2000)
+                    throw error;
+            }
+        }
+    }
+}
+
+const calls = instances.flatMap(({ object, members }) => members.filter(({ kind }) => kind === "method").map((member) => ({ object, member })));
 const end = Date.now() + seconds * 1000;
-let calls = 0;
+let count = 0;
 let answered = 0;
 while (Date.now() < end) {
+    if (!NovaExtension.Account.isLoggedIn().data)
+        process.play("login:user-1");
     for (let i = 0; i < 200; ++i) {
-        const [object, name] = pick(members);
+        const { object, member } = pick(calls);
         const receiver = random(20) ? object : pick(leaves);
-        const given = Array.from({ length: random(5) }, () => value(0));
-        ++calls;
+        const given = random(3) ? args(member, 6) : times(4, hostile);
+        ++count;
         try {
-            const answer = object[name].apply(receiver, given);
+            const answer = object[member.name].apply(receiver, given);
             if (answer instanceof Promise)
                 answer.catch(() => 1);
             ++answered;
@@ -56,10 +114,11 @@ while (Date.now() < end) {
                 throw error;
         }
     }
-    NovaExtension.Event.removeEventListener("a");
+    for (const { object } of instances.filter((one) => one.object.removeEventListener))
+        eventNames.forEach((name) => object.removeEventListener(name));
     await new Promise((resolve) => setTimeout(resolve, 0));
 }
-if (members.length < 250 || answered === 0 || answered === calls)
-    throw new Error(`${members.length} members, ${answered} of ${calls} calls answered`);
-console.log(`${calls} calls, ${answered} answered`);
+if (answered === 0 || answered === count)
+    throw new Error(`${answered} of ${count} calls answered`);
+console.log(`${count} calls, ${answered} answered`);
 exit(0);

@@ -1,11 +1,14 @@
 """Runs one script test in novahost: checks that it passes, that nothing crashed, and that the closed page left nothing.
 
 usage: run_test.py NOVAHOST SCRIPTS_DIR NAME [OPTION...]
+
+walk and random find the description of all members in front of them, as `const api`.
 """
 import contextlib
 import fcntl
 import json
 import os
+import pathlib
 import random
 import shutil
 import subprocess
@@ -13,21 +16,19 @@ import sys
 import tempfile
 
 RANDOM_SECONDS = 5
+API = pathlib.Path(__file__).resolve().parents[2] / "types/api.json"
 
-
-def published(novahost):
-    """The tables as {path: {members, unsupported}}; what a property hands out is named as script reaches it."""
-    def tables(*options):
-        out = subprocess.run([novahost, "members", "--json", *options], check=True, capture_output=True)
-        return {row["object"]: row["members"] for row in json.loads(out.stdout)}
-    unsupported = tables("--unsupported")
-    return {name: {"members": members, "unsupported": [m["name"] for m in unsupported[name]]}
-            for name, members in tables().items()}
+def replace_opener(data, script):
+    """Puts a script in the place of the desktop's opener, which is not to open anything here."""
+    os.makedirs(f"{data}/bin", exist_ok=True)
+    with open(f"{data}/bin/xdg-open", "w", encoding="utf-8") as opener:
+        opener.write(f"#!/bin/sh\n{script}")
+    os.chmod(f"{data}/bin/xdg-open", 0o755)
 
 
 def prepare_files(data):
     """What files.test.js finds in its data directory. Answers the open files whose locks it needs."""
-    for name in ("tree", "odd", "opened", "bin", "closed", "holder/deep/inner", "links out", "a folder",
+    for name in ("tree", "odd", "opened", "closed", "holder/deep/inner", "links out", "a folder",
                  "velmora/testproduct/linux-x64/addons/POOL/x", "velmora/testproduct/linux-x64/addons/pool",
                  "velmora/testproduct/linux-x64/addons/poolside"):
         os.makedirs(f"{data}/{name}")
@@ -50,10 +51,7 @@ def prepare_files(data):
              "links out/file": "../plain.txt"}
     for name, target in links.items():
         os.symlink(target, f"{data}/{name}")
-    # Stands for the desktop's opener: notes what it was asked to open.
-    with open(f"{data}/bin/xdg-open", "w", encoding="utf-8") as opener:
-        opener.write('case "$1" in */shrinking.bin) truncate -s 10 "$1" ;; esac\ntouch -- "$HOME/opened/${1##*/}"\n')
-    os.chmod(f"{data}/bin/xdg-open", 0o755)
+    replace_opener(data, 'case "$1" in */shrinking.bin) truncate -s 10 "$1" ;; esac\ntouch -- "$HOME/opened/${1##*/}"\n')
     # The working directory has another one, as a page could have left it there.
     with open(f"{data}/xdg-open", "w", encoding="utf-8") as trap:
         trap.write('touch "$HOME/trapped"; . "$HOME/bin/xdg-open"\n')
@@ -66,19 +64,23 @@ def prepare_files(data):
 def main():
     novahost, scripts, name, *options = sys.argv[1:]
     arguments = []
-    if name == "walk":
-        arguments = [json.dumps(published(novahost))]
-    elif name == "random":
+    if name == "random":
         arguments = [str(RANDOM_SECONDS), os.environ.get("RANDOM_SEED") or str(random.randrange(2**32))]
     with tempfile.TemporaryDirectory() as outer, contextlib.ExitStack() as held:
         # What a broken check would let a page remove above its home is the test's own.
         data = f"{outer}/home"
         os.mkdir(data)
+        replace_opener(data, "exit 0\n")
         if name == "files":
             arguments = [tempfile.gettempdir()]
             for locked in prepare_files(data):
                 held.enter_context(locked)
-        command = [novahost, "--data", data, "--live-counts", *options, "run", f"{scripts}/{name}.js", data, *arguments]
+        script = f"{scripts}/{name}.js"
+        if name in ("walk", "random"):
+            text = pathlib.Path(script).read_text(encoding="utf-8")
+            script = f"{outer}/{name}.js"
+            pathlib.Path(script).write_text(f"const api = {API.read_text(encoding='utf-8')};\n{text}", encoding="utf-8")
+        command = [novahost, "--data", data, "--live-counts", *options, "run", script, data, *arguments]
         # Paths with variables must not lead into the home of whoever runs the test.
         environment = {**os.environ, "HOME": data, "PATH": f"{data}/bin:{os.environ['PATH']}"}
         result = subprocess.run(command, capture_output=True, text=True, errors="replace", env=environment, cwd=data)

@@ -1,40 +1,49 @@
-// Calls every member of every object without arguments: each answers an envelope, a promise, an object or what the
-// event members answer, or refuses with an Error that carries success, code and msg.
-const expected = JSON.parse(process.argv[3]);
-const seen = [];
-const problem = (text) => { ++failures; console.error(text); };
+// Calls every member of every object without arguments: each answers in the form that it is described with, or fails
+// with an Error that carries success, code and msg. `api` is the description, which run_test.py puts in front.
+const described = new Map(api.objects.map((object) => [object.name, object]));
+/** @type {Set<string>} */
+const reached = new Set();
+const problem = (/** @type {string} */ text) => { ++failures; console.error(text); };
+/** @type {Record<string, (answer: any) => boolean>} */
+const FORMS = {
+    envelope: (answer) => typeof answer === "object" && answer.success === true && "data" in answer,
+    promise: (answer) => answer instanceof Promise,
+    object: (answer) => `${answer}`.startsWith("[object NovaExtension."),
+    plain: (answer) => answer === undefined || Array.isArray(answer),
+};
 
-async function walk(path, object) {
-    for (const member of expected[path].members) {
-        seen.push(`${path}.${member.name}`);
-        const unbuilt = expected[path].unsupported.includes(member.name);
+async function walk(/** @type {string} */ path, /** @type {any} */ object) {
+    reached.add(path);
+    for (const { name, kind, built, answer: { form } } of described.get(path)?.members ?? []) {
         let answer;
         try {
-            answer = member.kind === 1 ? object[member.name] : object[member.name]();
-            if (answer instanceof Promise)
-                await answer;
-            else if (unbuilt)
-                problem(`${path}.${member.name}: listed as not built, but answers ${show(answer)}`);
-            else if (member.result === 0 ? answer !== undefined : typeof answer !== "object")
-                problem(`${path}.${member.name}: answers ${show(answer)}`);
-            else if (member.result === 0x8004 && answer.success !== true)
-                problem(`${path}.${member.name}: ${show(answer)} is no envelope`);
+            answer = kind === "property" ? object[name] : object[name]();
+            if (!built)
+                problem(`${path}.${name}: described as not built, but answers ${show(answer)}`);
+            else if (!FORMS[form](answer))
+                problem(`${path}.${name}: answers ${show(answer)}, which is no ${form}`);
+            await answer;
         } catch (error) {
-            const { success, code, msg } = error;
-            if (!(error instanceof Error) || success !== false || typeof code !== "number" || !msg || msg !== error.message)
-                problem(`${path}.${member.name}: threw ${error}`);
-            else if ((code === 3 && msg === "not supported.") !== unbuilt)
-                problem(`${path}.${member.name}: ${msg}, but it is ${unbuilt ? "not " : ""}built`);
+            const { success, code, msg, message } = /** @type {NovaExtension.Failure} */ (error);
+            if (!(error instanceof Error) || success !== false || typeof code !== "number" || !msg || msg !== message)
+                problem(`${path}.${name}: threw ${error}`);
+            else if ((code === 3 && msg === "not supported.") === built)
+                problem(`${path}.${name}: ${msg}, but it is ${built ? "" : "not "}built`);
         }
-        if (member.kind === 1 && answer)
-            await walk(`${path}.${member.name}`, answer);
+        if (kind === "property" && answer)
+            await walk(`${path}.${name}`, answer);
     }
 }
 
-for (const name of Object.keys(NovaExtension))
-    await walk(`NovaExtension.${name}`, NovaExtension[name]);
-await walk("NovaExtension.SettingsManager.Settings", NovaExtension.SettingsManager.settings({ format: 0 }));
-const reached = new Set(seen.map((path) => path.slice(0, path.lastIndexOf("."))));
-if (reached.size !== 31)
-    problem(`${reached.size} objects reached`);
+for (const [name, object] of Object.entries(NovaExtension))
+    await walk(name, object);
+await walk("SettingsManager.Settings", NovaExtension.SettingsManager.settings({ format: 0 }));
+for (const { name, instance } of described.values()) {
+    if (instance !== "handed out" && !reached.has(name))
+        problem(`${name} was not reached`);
+}
+for (const name of reached) {
+    if (!described.has(name))
+        problem(`${name} is not described`);
+}
 exit(failures ? 1 : 0);

@@ -1,0 +1,1 @@
+"""What scripts/reference makes from types/api.json."""

@@ -1,0 +1,2878 @@
+// Made by scripts/reference from api.json. Do not edit.
+
+/** The native objects that a page finds. */
+declare const NovaExtension: {
+    /** Remote feature configuration, read and watched. */
+    readonly Hive: NovaExtension.Hive;
+    /** Makes byte buffers. */
+    readonly ByteBufferManager: NovaExtension.ByteBufferManager;
+    /**
+     * Guarded access to local files and to the suite's file dialogs. Where a member writes or removes, its path must be
+     * absolute or begin with an environment variable between percent signs (`%HOME%/a.txt`). A dialog runs until the
+     * user has ended it; a page has one at a time, and one that it opens meanwhile is cancelled at once.
+     */
+    readonly FileSystem: NovaExtension.FileSystem;
+    /** Downloads and HTTP requests. */
+    readonly Network: NovaExtension.Network;
+    /** Facts about this installation. What the suite does not know is an empty string. */
+    readonly Novaoffice: NovaExtension.Novaoffice;
+    /** Posts events to the suite's data collection. */
+    readonly TelemetrySdk: NovaExtension.TelemetrySdk;
+    /** Writes records into the suite's log. */
+    readonly Log: NovaExtension.Log;
+    /** Named values that outlive the process, for everybody or for one user. */
+    readonly ConfigCenter: NovaExtension.ConfigCenter;
+    /** Remote feature configuration by switch and section. */
+    readonly CirrusConfig: NovaExtension.CirrusConfig;
+    /** Finds plugins by name. */
+    readonly PluginManager: NovaExtension.PluginManager;
+    /** The window that shows the calling page. Every page has its own. */
+    readonly Webview: NovaExtension.Webview;
+    /** Opens web-view windows and finds them again. */
+    readonly WebviewMgr: NovaExtension.WebviewMgr;
+    /**
+     * When the calling page's browser was made and loaded. Times are milliseconds since 1970 (UTC), 0 for what has not
+     * happened; durations are milliseconds and never negative.
+     */
+    readonly Profile: NovaExtension.Profile;
+    /** Text encoding and digests. */
+    readonly Crypto: NovaExtension.Crypto;
+    /** The signed-in user's cloud documents, and what happens to them. Listeners of every page get the events. */
+    readonly CloudDoc: NovaExtension.CloudDoc;
+    /** Opens settings stores. */
+    readonly SettingsManager: NovaExtension.SettingsManager;
+    /** Clipboard, screens, colours and small helpers. */
+    readonly Utils: NovaExtension.Utils;
+    /** The product's fixed strings, switches and configuration. What is not there is an empty string or 0. */
+    readonly Product: NovaExtension.Product;
+    /** Pages, mail, processes and archives. */
+    readonly Tools: NovaExtension.Tools;
+    /** A channel between pages, with nothing but the four generic event members. */
+    readonly Event: NovaExtension.Event;
+    /** Opens the suite's purchase page. */
+    readonly Payment: NovaExtension.Payment;
+    /** The visual theme, its values and its changes. */
+    readonly Skin: NovaExtension.Skin;
+    /**
+     * The signed-in user, login and logout, and their changes. With nobody signed in, strings and lists are empty and
+     * booleans `false`.
+     */
+    readonly Account: NovaExtension.Account;
+    /** Generic requests to the cloud service, with its events. */
+    readonly CloudAdapter: NovaExtension.CloudAdapter;
+    /** Notifications between a page and the document chat panel. */
+    readonly AiDocsChat: NovaExtension.AiDocsChat;
+    /** Folders that are kept in step with the cloud. */
+    readonly SyncFolder: NovaExtension.SyncFolder;
+    /** Tells the suite that a web document has been set up. */
+    readonly WebDocsControl: NovaExtension.WebDocsControl;
+    /** Notifications between a page and the contract panel. */
+    readonly KContract: NovaExtension.KContract;
+};
+
+declare namespace NovaExtension {
+    /** What a call that succeeded returns. */
+    interface Answer<Data> {
+        readonly success: true;
+        readonly data: Data;
+        readonly msg?: string;
+    }
+
+    /**
+     * An integer of 64 bits: a time in milliseconds, a size in bytes. Beyond 2^53, where a number would lose digits,
+     * script gets a BigInt; no time and no size is as large, so that the type does not make pages look for it.
+     */
+    type Int64 = number;
+
+    /**
+     * What a call that failed throws, or its promise rejects with.
+     *
+     * Code 1: an argument is missing or wrong. Code 3: the operation failed, or the suite does not have the service.
+     */
+    interface Failure<Code extends number = number, Text extends string = string> extends Error {
+        readonly success: false;
+        readonly code: Code;
+        readonly msg: Text;
+        readonly message: Text;
+    }
+
+    /** The failures of each member. */
+    interface Failures {
+        "Hive.addDataWatch": Failure<3, "not supported.">;
+        "Hive.getData": Failure<3, "not supported.">;
+        "Hive.getGroupMatchValue": Failure<3, "not supported.">;
+        "Hive.getHiveConfig": Failure<3, "not supported.">;
+        "Hive.translateContext": Failure<3, "not supported.">;
+        "Hive.i18nFieldName": Failure<3, "not supported.">;
+        "Hive.subscribeGroupMatchValue": Failure<3, "not supported.">;
+        "ByteBufferManager.create": Failure<3, "not supported.">;
+        "FileSystem.File": Failure<3, "Path is empty."> | Failure<3, "Path is illegal."> | Failure<3, "empty handle.">;
+        "FileSystem.exists": never;
+        "FileSystem.copy": Failure<3, "Path is empty."> | Failure<3, "Path is illegal."> | Failure<3, "New path is illegal."> | Failure<3, "override existing file failed">;
+        "FileSystem.officeData": never;
+        "FileSystem.officeHome": never;
+        "FileSystem.tempPath": never;
+        "FileSystem.desktopPath": never;
+        "FileSystem.homePath": never;
+        "FileSystem.documentsPath": never;
+        "FileSystem.openLocalLocation": Failure<1, "missing required parameters."> | Failure<3, `${string} is not existed`> | Failure<3, `${string} is not dir`> | Failure<3, `file ${string} is not exists`>;
+        "FileSystem.getDllWorkPath": Failure<1, "missing required parameters.">;
+        "FileSystem.downloadPath": never;
+        "FileSystem.selectLocalFolder": Failure<1, "missing required parameters.">;
+        "FileSystem.selectFolderx": Failure<3, "inputBox is null">;
+        "FileSystem.mkpath": Failure<1, "Path is empty."> | Failure<3, "New path is illegal."> | Failure<3, "the directory already exist">;
+        "FileSystem.remove": Failure<1, "Path is empty."> | Failure<3, "New path is illegal."> | Failure<1, `${string} is not existed`> | Failure<1, `${string} is not dir`>;
+        "FileSystem.open": Failure<1, "Path is empty."> | Failure<3, `${string} is not existed`> | Failure<3, `${string} is not file`> | Failure<3, `Failed to open file : ${string} `>;
+        "FileSystem.getFileStatus": Failure<1, `${string} is not existed`>;
+        "FileSystem.getWritableSaveFileName": never;
+        "FileSystem.getExistingDirectory": Failure<1, `${string} is not existed`> | Failure<1, `${string} is not dir`>;
+        "FileSystem.getOpenFileNames": Failure<1, `${string} is not existed`> | Failure<1, `${string} is not dir`>;
+        "FileSystem.getOpenFileName": Failure<1, `${string} is not existed`> | Failure<1, `${string} is not dir`>;
+        "FileSystem.showSelectFilePanel": Failure<3, "empty handle"> | Failure<1, "wrong parameters.">;
+        "FileSystem.getFileMd5": Failure<3, "Path is empty."> | Failure<3, `${string} is not existed`> | Failure<3, `${string} can't been opened`> | Failure<3, "PromiseServiceNull">;
+        "FileSystem.startAccess": never;
+        "FileSystem.isDir": never;
+        "FileSystem.isDirWritable": never;
+        "Network.isConnected": Failure<3, "not supported.">;
+        "Network.download": Failure<3, "not supported.">;
+        "Network.cancelDownload": Failure<3, "not supported.">;
+        "Network.httpRequest": Failure<3, "not supported.">;
+        "Network.fetch": Failure<3, "not supported.">;
+        "Network.abortRequest": Failure<3, "not supported.">;
+        "Network.genarateRequestId": Failure<3, "not supported.">;
+        "Novaoffice.getNovaVersion": never;
+        "Novaoffice.getApplicationName": never;
+        "Novaoffice.getGuid": never;
+        "Novaoffice.getUuid": never;
+        "Novaoffice.getHdid": never;
+        "Novaoffice.getChannel": never;
+        "Novaoffice.getComputerName": never;
+        "Novaoffice.getSystemUserName": never;
+        "Novaoffice.getNovaofficeInstallPath": never;
+        "Novaoffice.getCurrentNovaDpi": never;
+        "TelemetrySdk.postEvent": Failure<3, "kdcinfo error"> | Failure<1, "empty event name"> | Failure<1, "wrong parameters."> | Failure<1, "empty post content">;
+        "Log.logInfo": Failure<1, "missing required parameters.">;
+        "Log.logWarning": Failure<1, "missing required parameters.">;
+        "ConfigCenter.setValue": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "ConfigCenter.value": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "ConfigCenter.remove": Failure<1, "missing required parameters.">;
+        "ConfigCenter.flushRead": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "ConfigCenter.flushWrite": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "ConfigCenter.flushRemove": Failure<1, "missing required parameters.">;
+        "CirrusConfig.getAuthSwitch": Failure<3, "not supported.">;
+        "CirrusConfig.setAuthSwitch": Failure<3, "not supported.">;
+        "CirrusConfig.getConfigData": Failure<3, "not supported.">;
+        "CirrusConfig.setConfigData": Failure<3, "not supported.">;
+        "PluginManager.getPlugin": Failure<3, "not supported.">;
+        "Webview.addHideListener": Failure<3, "not supported.">;
+        "Webview.removeHideListener": Failure<3, "not supported.">;
+        "Webview.addDestroyListener": Failure<3, "not supported.">;
+        "Webview.removeDestroyListener": Failure<3, "not supported.">;
+        "Webview.addShowListener": Failure<3, "not supported.">;
+        "Webview.removeShowListener": Failure<3, "not supported.">;
+        "Webview.addCloseListener": Failure<3, "not supported.">;
+        "Webview.removeCloseListener": Failure<3, "not supported.">;
+        "Webview.addWindowActivateStateListener": Failure<3, "not supported.">;
+        "Webview.removeWindowActivateStateListener": Failure<3, "not supported.">;
+        "Webview.addResizeListener": Failure<3, "not supported.">;
+        "Webview.removeResizeListener": Failure<3, "not supported.">;
+        "Webview.addDragEnterListener": Failure<3, "not supported.">;
+        "Webview.removeDragEnterListener": Failure<3, "not supported.">;
+        "Webview.addWebviewEventListener": Failure<3, "not supported.">;
+        "Webview.removeWebviewEventListener": Failure<3, "not supported.">;
+        "Webview.destroy": Failure<3, "not supported.">;
+        "Webview.show": Failure<3, "not supported.">;
+        "Webview.hide": Failure<3, "not supported.">;
+        "Webview.takeFocus": Failure<3, "not supported.">;
+        "Webview.setMode": Failure<3, "not supported.">;
+        "Webview.setResizeable": Failure<3, "not supported.">;
+        "Webview.setWindowTitle": Failure<3, "not supported.">;
+        "Webview.setWindowBackgroundColor": Failure<3, "not supported.">;
+        "Webview.setEnableStayOnTop": Failure<3, "not supported.">;
+        "Webview.getSize": Failure<3, "not supported.">;
+        "Webview.getScreenNumber": Failure<3, "not supported.">;
+        "Webview.isMaximize": Failure<3, "not supported.">;
+        "Webview.isMinimize": Failure<3, "not supported.">;
+        "Webview.isFullScreen": Failure<3, "not supported.">;
+        "Webview.setWindowFlags": Failure<3, "not supported.">;
+        "Webview.setWindowFlag": Failure<3, "not supported.">;
+        "Webview.setAttribute": Failure<3, "not supported.">;
+        "Webview.setRoundFillColor": Failure<3, "not supported.">;
+        "Webview.setDisableScrollBar": Failure<3, "not supported.">;
+        "Webview.setDisableXScrollBar": Failure<3, "not supported.">;
+        "Webview.setDisableYScrollBar": Failure<3, "not supported.">;
+        "Webview.getGeometry": Failure<3, "not supported.">;
+        "Webview.setGeometry": Failure<3, "not supported.">;
+        "Webview.setSize": Failure<3, "not supported.">;
+        "Webview.setDragArea": Failure<3, "not supported.">;
+        "Webview.clearDragArea": Failure<3, "not supported.">;
+        "Webview.setBlackDragArea": Failure<3, "not supported.">;
+        "Webview.clearBlackDragArea": Failure<3, "not supported.">;
+        "Webview.setMaximize": Failure<3, "not supported.">;
+        "Webview.setMinimize": Failure<3, "not supported.">;
+        "Webview.setRestore": Failure<3, "not supported.">;
+        "Webview.setFullScreen": Failure<3, "not supported.">;
+        "Webview.setMinimumSize": Failure<3, "not supported.">;
+        "Webview.setMaximumSize": Failure<3, "not supported.">;
+        "Webview.setMinimumWidth": Failure<3, "not supported.">;
+        "Webview.setMinimumHeight": Failure<3, "not supported.">;
+        "Webview.setMaximumWidth": Failure<3, "not supported.">;
+        "Webview.setMaximumHeight": Failure<3, "not supported.">;
+        "Webview.getID": Failure<3, "not supported.">;
+        "Webview.pageReady": Failure<3, "not supported.">;
+        "Webview.setDragEnterEnable": Failure<3, "not supported.">;
+        "Webview.invokeGeneralMethod": Failure<3, "not supported.">;
+        "Webview.invokeGeneralMethodAsync": Failure<3, "not supported.">;
+        "WebviewMgr.create": Failure<3, "not supported.">;
+        "WebviewMgr.getWebview": Failure<3, "not supported.">;
+        "Profile.getProfileInfo": Failure<1, "Browser is not in browser group.">;
+        "Profile.getBrowserTraceId": Failure<1, "Browser is not in browser group.">;
+        "Profile.getBrowserTraceInfo": Failure<1, "Browser is not in browser group.">;
+        "Crypto.c64Encode": Failure<3, "not supported.">;
+        "Crypto.md5Data": Failure<3, "not supported.">;
+        "CloudDoc.Orbitapi": Failure<3, "empty handle.">;
+        "CloudDoc.getCloudCachedFile": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Get file cache info failed.">;
+        "CloudDoc.uploadFile2CloudFolder": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Sync files failed.">;
+        "CloudDoc.openCloudFolder": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "open folder failed.">;
+        "CloudDoc.getDefaultWorkSpace": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Get default workspace failed.">;
+        "CloudDoc.createUploadFileTask": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, "Create upload file task failed.">;
+        "CloudDoc.getMyCloudDocumentsLocalPath": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Get my cloud documents local path failed.">;
+        "CloudDoc.syncFolder": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Sync folder failed.">;
+        "CloudDoc.saveToCloudDir": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Save to cloud dir failed.">;
+        "CloudDoc.getRoamingMode": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Get roaming mode failed.">;
+        "CloudDoc.changeRoamingMode": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Change roaming mode failed.">;
+        "CloudDoc.getPersonalPrivateGroup": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Get personal private group failed.">;
+        "CloudDoc.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "CloudDoc.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "CloudDoc.dispatchEvent": Failure<3, "Event service error.">;
+        "CloudDoc.getAllEventInfo": Failure<3, "Event service error.">;
+        "SettingsManager.settings": Failure<1, "Format is illegal."> | Failure<1, "missing required parameters."> | Failure<1, "Path is illegal."> | Failure<3, "empty handle.">;
+        "Utils.setTextToClipboard": Failure<3, "not supported.">;
+        "Utils.getClipboardText": Failure<3, "not supported.">;
+        "Utils.setImageToClipboard": Failure<3, "not supported.">;
+        "Utils.getPrimaryScreenGeometry": Failure<3, "not supported.">;
+        "Utils.getAllScreenGeometry": Failure<3, "not supported.">;
+        "Utils.getCurrentScreenGeometry": Failure<3, "not supported.">;
+        "Utils.pickColor": Failure<3, "not supported.">;
+        "Utils.getPictureFilepath": Failure<3, "not supported.">;
+        "Utils.startDetach": Failure<3, "not supported.">;
+        "Utils.getSnapperColor": Failure<3, "not supported.">;
+        "Utils.getParamExtra": Failure<3, "not supported.">;
+        "Utils.inBlackDownloadDir": Failure<3, "not supported.">;
+        "Utils.getCsrf": Failure<3, "not supported.">;
+        "Product.isPDFStandAlone": never;
+        "Product.getProductString": never;
+        "Product.getConfigString": never;
+        "Product.getConfigInt": never;
+        "Product.language": never;
+        "Product.getAppVersionInfo": never;
+        "Tools.openUrl": Failure<3, "not supported.">;
+        "Tools.openInnerUrl": Failure<3, "not supported.">;
+        "Tools.getDomainUrl": Failure<3, "not supported.">;
+        "Tools.launchProcessByNova": Failure<3, "not supported.">;
+        "Tools.getIntranetType": Failure<3, "not supported.">;
+        "Tools.compress": Failure<3, "not supported.">;
+        "Tools.decompress": Failure<3, "not supported.">;
+        "Tools.showConfirmDlg": Failure<3, "not supported.">;
+        "Tools.sendMail": Failure<3, "not supported.">;
+        "Event.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "Event.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "Event.dispatchEvent": Failure<3, "Event service error.">;
+        "Event.getAllEventInfo": Failure<3, "Event service error.">;
+        "Payment.open": Failure<3, "not supported.">;
+        "Skin.addSkinChangeListener": Failure<3, "not supported.">;
+        "Skin.removeSkinChangeListener": Failure<3, "not supported.">;
+        "Skin.getCurrentSkinName": Failure<3, "not supported.">;
+        "Skin.switchSkin": Failure<3, "not supported.">;
+        "Skin.getSkinHintConfig": Failure<3, "not supported.">;
+        "Skin.getSkinGradientConfig": Failure<3, "not supported.">;
+        "Skin.getSkinColorConfig": Failure<3, "not supported.">;
+        "Skin.getSkinConfig": Failure<3, "not supported.">;
+        "Skin.getFileTypeIconInfo": Failure<3, "not supported.">;
+        "Skin.getSkinIconPathInfo": Failure<3, "not supported.">;
+        "Skin.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "Skin.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "Skin.dispatchEvent": Failure<3, "Event service error.">;
+        "Skin.getAllEventInfo": Failure<3, "Event service error.">;
+        "Account.Privilege": Failure<3, "empty handle.">;
+        "Account.login": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<1, "missing required parameters.">;
+        "Account.logout": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<1, "missing required parameters.">;
+        "Account.upgradeMember": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<1, "missing required parameters.">;
+        "Account.addLoginListener": Failure<3, "empty handle."> | Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "Account.removeLoginListener": Failure<3, "empty handle."> | Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "Account.addLogoutListener": Failure<3, "empty handle."> | Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "Account.removeLogoutListener": Failure<3, "empty handle."> | Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "Account.addUserInfoChangedListener": Failure<3, "empty handle."> | Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "Account.removeUserInfoChangedListener": Failure<3, "empty handle."> | Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "Account.isLoggedIn": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<3, "Current account is not initialized.">;
+        "Account.getUserId": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<3, "Current account is not initialized.">;
+        "Account.getUserInfo": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<3, "Current account is not initialized.">;
+        "Account.getMemberInfo": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<3, "Current account is not initialized.">;
+        "Account.getCompanyInfo": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<3, "Current account is not initialized.">;
+        "Account.getAccountListInfo": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<3, "Current account is not initialized.">;
+        "Account.isNovaMember": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<3, "Current account is not initialized.">;
+        "Account.isFolioMember": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<3, "Current account is not initialized.">;
+        "Account.isSuperMember": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<3, "Current account is not initialized.">;
+        "Account.isCompanyMember": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<3, "Current account is not initialized.">;
+        "Account.isMultiAccount": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<3, "Current account is not initialized.">;
+        "Account.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "Account.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "Account.dispatchEvent": Failure<3, "Event service error.">;
+        "Account.getAllEventInfo": Failure<3, "Event service error.">;
+        "CloudAdapter.commonRequest": Failure<3, "not supported.">;
+        "CloudAdapter.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "CloudAdapter.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "CloudAdapter.dispatchEvent": Failure<3, "Event service error.">;
+        "CloudAdapter.getAllEventInfo": Failure<3, "Event service error.">;
+        "AiDocsChat.registerQACallback": Failure<3, "not supported.">;
+        "AiDocsChat.qaNotify": Failure<3, "not supported.">;
+        "SyncFolder.addNotifyListener": Failure<3, "not supported.">;
+        "SyncFolder.removeNotifyListener": Failure<3, "not supported.">;
+        "SyncFolder.openSyncFolderListDlg": Failure<3, "not supported.">;
+        "SyncFolder.showSyncFolderPathWidget": Failure<3, "not supported.">;
+        "SyncFolder.openCloudSpacePage": Failure<3, "not supported.">;
+        "SyncFolder.getFolderSize": Failure<3, "not supported.">;
+        "SyncFolder.getSupportSelectSyncFolderMode": Failure<3, "not supported.">;
+        "SyncFolder.syncFolderPrecheck": Failure<3, "not supported.">;
+        "SyncFolder.desktopSyncPreCheck": Failure<3, "not supported.">;
+        "SyncFolder.syncToLocalPrecheck": Failure<3, "not supported.">;
+        "SyncFolder.setPersonalDesktopSync": Failure<3, "not supported.">;
+        "SyncFolder.cancelPersonalDesktopSync": Failure<3, "not supported.">;
+        "SyncFolder.getIsNeedRepairOverlayIcon": Failure<3, "not supported.">;
+        "SyncFolder.doRepairOverlayIcon": Failure<3, "not supported.">;
+        "SyncFolder.syncFolder": Failure<3, "not supported.">;
+        "SyncFolder.syncToLocal": Failure<3, "not supported.">;
+        "SyncFolder.changeSyncPath": Failure<3, "not supported.">;
+        "SyncFolder.checkSyncFolderPathValid": Failure<3, "not supported.">;
+        "SyncFolder.checkSyncFolderValid": Failure<3, "not supported.">;
+        "SyncFolder.getRecentFileList": Failure<3, "not supported.">;
+        "SyncFolder.scanFolder": Failure<3, "not supported.">;
+        "SyncFolder.getSyncFolderCount": Failure<3, "not supported.">;
+        "SyncFolder.showNovaBox": Failure<3, "not supported.">;
+        "SyncFolder.getUserTypeList": Failure<3, "not supported.">;
+        "SyncFolder.showCompanyPrivilegeDlg": Failure<3, "not supported.">;
+        "SyncFolder.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "SyncFolder.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "SyncFolder.dispatchEvent": Failure<3, "Event service error.">;
+        "SyncFolder.getAllEventInfo": Failure<3, "Event service error.">;
+        "WebDocsControl.notifySetupFinished": Failure<3, "not supported.">;
+        "WebDocsControl.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "WebDocsControl.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "WebDocsControl.dispatchEvent": Failure<3, "Event service error.">;
+        "WebDocsControl.getAllEventInfo": Failure<3, "Event service error.">;
+        "KContract.registerCallback": Failure<3, "not supported.">;
+        "KContract.panelNotify": Failure<3, "not supported.">;
+        "ByteBufferManager.ByteBuffer.data": Failure<3, "not supported.">;
+        "ByteBufferManager.ByteBuffer.getSize": Failure<3, "not supported.">;
+        "ByteBufferManager.ByteBuffer.setSize": Failure<3, "not supported.">;
+        "FileSystem.File.exists": never;
+        "FileSystem.File.remove": Failure<3, "illegal path">;
+        "FileSystem.File.size": Failure<3, "empty path"> | Failure<3, "invalid path">;
+        "PluginManager.Plugin.load": Failure<3, "not supported.">;
+        "PluginManager.Plugin.getProp": Failure<3, "not supported.">;
+        "PluginManager.Plugin.resourceFilePath": Failure<3, "not supported.">;
+        "PluginManager.Plugin.frameworkFilePath": Failure<3, "not supported.">;
+        "CloudDoc.Orbitapi.commonRequest": Failure<3, "not supported.">;
+        "CloudDoc.UploadFileTask.start": Failure<3, "task is null."> | Failure<3, "task start failed.">;
+        "CloudDoc.UploadFileTask.cancel": Failure<3, "task is null."> | Failure<3, "task cancel failed.">;
+        "CloudDoc.UploadFileTask.restart": Failure<3, "task is null."> | Failure<3, "task restart failed.">;
+        "CloudDoc.UploadFileTask.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "CloudDoc.UploadFileTask.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "CloudDoc.UploadFileTask.dispatchEvent": Failure<3, "Event service error.">;
+        "CloudDoc.UploadFileTask.getAllEventInfo": Failure<3, "Event service error.">;
+        "SettingsManager.Settings.setValue": Failure<1, "missing required parameters."> | Failure<3, "Setting is invalid."> | Failure<1, "wrong parameters.">;
+        "SettingsManager.Settings.getValue": Failure<1, "missing required parameters."> | Failure<3, "Setting is invalid."> | Failure<1, "wrong parameters.">;
+        "Account.Privilege.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "Account.Privilege.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "Account.Privilege.dispatchEvent": Failure<3, "Event service error.">;
+        "Account.Privilege.getAllEventInfo": Failure<3, "Event service error.">;
+    }
+
+    /**
+     * The failures of one member, so that a `catch` can tell them apart by `code` and `msg`.
+     *
+     * @example
+     * const failure = error as NovaExtension.FailureOf<"FileSystem.copy">;
+     * if (failure.code === 1)
+     *     console.log(failure.msg);
+     */
+    type FailureOf<Member extends keyof Failures> = Failures[Member];
+}
+
+declare namespace NovaExtension {
+    /**
+     * Remote feature configuration, read and watched.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface Hive {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        addDataWatch(argument1: unknown, argument2: (...values: any[]) => void): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getData(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getGroupMatchValue(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getHiveConfig(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        translateContext(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        i18nFieldName(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        subscribeGroupMatchValue(argument1: unknown, argument2: (...values: any[]) => void): never;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Makes byte buffers.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface ByteBufferManager {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        create(argument1: unknown): never;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Guarded access to local files and to the suite's file dialogs. Where a member writes or removes, its path must be
+     * absolute or begin with an environment variable between percent signs (`%HOME%/a.txt`). A dialog runs until the
+     * user has ended it; a page has one at a time, and one that it opens meanwhile is cancelled at once.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface FileSystem {
+        /**
+         * Returns a File object for a path.
+         *
+         * @throws 3 "Path is empty."
+         * @throws 3 "Path is illegal."
+         * @throws 3 "empty handle."
+         */
+        File(options: NovaExtension.FileSystem.PathOptions): NovaExtension.FileSystem.File;
+        /** Returns whether something has that path. */
+        exists(path: string): Answer<boolean>;
+        /**
+         * Copies a file. Returns whether it was copied: `false` when something is there already and may not be
+         * replaced, or the system refused. A file that is replaced stays as it was until the copy is whole.
+         *
+         * @throws 3 "Path is empty."
+         * @throws 3 "Path is illegal."
+         * @throws 3 "New path is illegal."
+         * @throws 3 "override existing file failed"
+         */
+        copy(options: NovaExtension.FileSystem.CopyOptions): Answer<boolean>;
+        /** Returns the suite's data directory. */
+        officeData(): Answer<string>;
+        /** Returns the suite's home directory. */
+        officeHome(): Answer<string>;
+        /** Returns the directory for temporary files. */
+        tempPath(): Answer<string>;
+        /** Returns the user's desktop directory, empty when the system has none. */
+        desktopPath(): Answer<string>;
+        /** Returns the user's home directory. */
+        homePath(): Answer<string>;
+        /** Returns the user's directory for documents, empty when the system has none. */
+        documentsPath(): Answer<string>;
+        /**
+         * Shows a directory, or a file in it, in the desktop's file manager. Returns whether that was started.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 3 "%1 is not existed"
+         * @throws 3 "%1 is not dir"
+         * @throws 3 "file %1 is not exists"
+         */
+        openLocalLocation(options: NovaExtension.FileSystem.PlaceOptions): Answer<boolean>;
+        /**
+         * Returns an empty string: Linux has no work directory of libraries.
+         *
+         * @throws 1 "missing required parameters."
+         */
+        getDllWorkPath(name: string): Answer<string>;
+        /** Returns the user's directory for downloads, empty when the system has none. */
+        downloadPath(): Answer<string>;
+        /**
+         * Has the user choose a directory. Returns its path, empty when cancelled.
+         *
+         * @throws 1 "missing required parameters."
+         */
+        selectLocalFolder(options: NovaExtension.FileSystem.FolderDialogOptions): Answer<string>;
+        /**
+         * Has the user choose files or folders, on this machine or in the cloud. Without a choice `files` is empty.
+         *
+         * @throws 3 "inputBox is null"
+         */
+        selectFolderx(options?: NovaExtension.FileSystem.CloudFileDialogOptions): Answer<NovaExtension.FileSystem.CloudFileChoice>;
+        /**
+         * Makes a directory with all directories above it. Returns whether the system did it.
+         *
+         * @throws 1 "Path is empty."
+         * @throws 3 "New path is illegal."
+         * @throws 3 "the directory already exist"
+         */
+        mkpath(path: string): Answer<boolean>;
+        /**
+         * Removes a directory and all that is in it; of a link to a directory the link. Returns whether all of it is
+         * gone. The home directory, directories closed to pages, and those that hold one of them are refused as
+         * illegal.
+         *
+         * @throws 1 "Path is empty."
+         * @throws 3 "New path is illegal."
+         * @throws 1 "%1 is not existed"
+         * @throws 1 "%1 is not dir"
+         */
+        remove(path: string): Answer<boolean>;
+        /**
+         * Has the desktop open a file with the program for it.
+         *
+         * @throws 1 "Path is empty."
+         * @throws 3 "%1 is not existed"
+         * @throws 3 "%1 is not file"
+         * @throws 3 "Failed to open file : %1 "
+         */
+        open(path: string): Answer<undefined>;
+        /**
+         * Returns whether the file can be opened for writing, so no other program holds it locked.
+         *
+         * @throws 1 "%1 is not existed"
+         */
+        getFileStatus(path: string): Answer<boolean>;
+        /** Has the user choose a name to save to. Returns it, empty when cancelled. */
+        getWritableSaveFileName(options?: NovaExtension.FileSystem.FileDialogOptions): Answer<string>;
+        /**
+         * Has the user choose a directory. Returns its path, empty when cancelled.
+         *
+         * @throws 1 "%1 is not existed"
+         * @throws 1 "%1 is not dir"
+         */
+        getExistingDirectory(options?: NovaExtension.FileSystem.FileDialogOptions): Answer<string>;
+        /**
+         * Has the user choose existing files. Returns their paths, none when cancelled.
+         *
+         * @throws 1 "%1 is not existed"
+         * @throws 1 "%1 is not dir"
+         */
+        getOpenFileNames(options?: NovaExtension.FileSystem.FileDialogOptions): Answer<string[]>;
+        /**
+         * Has the user choose an existing file. Returns its path, empty when cancelled.
+         *
+         * @throws 1 "%1 is not existed"
+         * @throws 1 "%1 is not dir"
+         */
+        getOpenFileName(options?: NovaExtension.FileSystem.FileDialogOptions): Answer<string>;
+        /**
+         * Shows the suite's file panel. Returns what it returns, `{}` when cancelled.
+         *
+         * @param options what the panel is to show; it knows which keys
+         * @throws 3 "empty handle"
+         * @throws 1 "wrong parameters."
+         */
+        showSelectFilePanel(options?: unknown): Answer<Record<string, any>>;
+        /**
+         * Resolves with the MD5 of a file's content, 32 lower-case hexadecimal digits. A file that can not be read, is
+         * no regular file, or changes meanwhile is rejected.
+         *
+         * @throws rejects with 3 "Path is empty."
+         * @throws rejects with 3 "%1 is not existed"
+         * @throws rejects with 3 "%1 can't been opened"
+         * @throws 3 "PromiseServiceNull"
+         */
+        getFileMd5(path: string): Promise<string>;
+        /** Returns whether the suite may use a file; `false` as well when it guards no access. */
+        startAccess(options?: NovaExtension.FileSystem.AccessOptions): Answer<boolean>;
+        /** Returns whether the path is that of a directory. */
+        isDir(path: string): Answer<boolean>;
+        /**
+         * Returns whether the path is that of a directory that can be written to and is neither closed to pages nor in
+         * the plugin pool.
+         */
+        isDirWritable(path: string): Answer<boolean>;
+    }
+}
+
+declare namespace NovaExtension.FileSystem {
+    interface AccessOptions {
+        /** the file */
+        path?: string | undefined;
+        /**
+         * ask the user where access is not granted yet
+         *
+         * @default true
+         */
+        requestIfNoPermission?: boolean | undefined;
+        /**
+         * what for, as the suite numbers it
+         *
+         * @default 2
+         */
+        accessType?: number | undefined;
+        /**
+         * show the user that access was refused
+         *
+         * @default true
+         */
+        showRequestFailedTip?: boolean | undefined;
+    }
+    interface CloudFileChoice {
+        /** paths on this machine */
+        files: string[];
+        /** a path in the cloud */
+        cloudFilePath: any;
+        /** the groups of what was chosen */
+        cloudGroupIds: any;
+        /** the folder that it is in */
+        cloudParentId: any;
+        /** the file that it would replace */
+        duplicateCloudFileId: any;
+        /** what to do with that file */
+        duplicateAction: any;
+    }
+    interface CloudFileDialogOptions {
+        /** the dialog's title */
+        caption?: string | undefined;
+        /** the text of the button that confirms */
+        confirmButton?: string | undefined;
+        /** the directory to begin in */
+        dir?: string | undefined;
+        /** the file name to begin with */
+        initialName?: string | undefined;
+        /** which files are shown */
+        filter?: string | undefined;
+        /**
+         * more than one may be chosen
+         *
+         * @default false
+         */
+        allowMultiSel?: boolean | undefined;
+        /**
+         * begin in the cloud
+         *
+         * @default false
+         */
+        cloudAsInitial?: boolean | undefined;
+        /**
+         * for a command of the cloud's
+         *
+         * @default false
+         */
+        isCloudCmdTag?: boolean | undefined;
+        /**
+         * show recent files
+         *
+         * @default false
+         */
+        isShowRecentTab?: boolean | undefined;
+        /**
+         * show the cloud
+         *
+         * @default false
+         */
+        isShowCloudTab?: boolean | undefined;
+        /**
+         * show shared folders
+         *
+         * @default false
+         */
+        isShowShareFolderTab?: boolean | undefined;
+        /**
+         * the cloud's root may be chosen
+         *
+         * @default false
+         */
+        allowSelRoot?: boolean | undefined;
+        /**
+         * a new file of the cloud is saved
+         *
+         * @default false
+         */
+        saveNewCloudFile?: boolean | undefined;
+        /**
+         * directories are chosen
+         *
+         * @default false
+         */
+        isOpenDirDialog?: boolean | undefined;
+        /**
+         * return the path of a local copy
+         *
+         * @default false
+         */
+        returnFilePath?: boolean | undefined;
+        /**
+         * do not show this machine
+         *
+         * @default false
+         */
+        isHideLocalTab?: boolean | undefined;
+        /**
+         * show favourites
+         *
+         * @default false
+         */
+        isShowFavoriteTab?: boolean | undefined;
+        /**
+         * ask before a file is replaced
+         *
+         * @default false
+         */
+        isConfirmOverwrite?: boolean | undefined;
+        /**
+         * show the company's cloud
+         *
+         * @default false
+         */
+        isShowCompanyCloudTab?: boolean | undefined;
+        /**
+         * choose what is there, not where to save
+         *
+         * @default false
+         */
+        isOpenDialog?: boolean | undefined;
+    }
+    interface CopyOptions {
+        /** an existing regular file, of a kind that pages may copy */
+        path: string;
+        /** where to */
+        newPath?: string | undefined;
+        /**
+         * replace what is there
+         *
+         * @default false
+         */
+        overwrite?: boolean | undefined;
+    }
+    interface FileDialogOptions {
+        /** the dialog's title */
+        caption?: string | undefined;
+        /** the directory to begin in */
+        dir?: string | undefined;
+        /** which files are shown: `"Images (*.png *.jpg);;Text (*.txt)"` */
+        filter?: string | undefined;
+    }
+    interface FolderDialogOptions {
+        /** the dialog's title */
+        caption?: string | undefined;
+        /** the directory to begin in */
+        dir: string;
+    }
+    interface PathOptions {
+        /** an existing regular file */
+        path: string;
+    }
+    interface PlaceOptions {
+        /** the directory */
+        path: string;
+        /** a file in it */
+        fileName?: string | undefined;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Downloads and HTTP requests.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface Network {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        isConnected(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        download(argument1: unknown, argument2: (...values: any[]) => void): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        cancelDownload(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        httpRequest(argument1: unknown, argument2: (...values: any[]) => void): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        fetch(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        abortRequest(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        genarateRequestId(): never;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Facts about this installation. What the suite does not know is an empty string.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface Novaoffice {
+        /** Returns the suite's version. */
+        getNovaVersion(): Answer<string>;
+        /** Returns the name of the suite's application that runs. */
+        getApplicationName(): Answer<string>;
+        /** Returns the identifier of this installation. */
+        getGuid(): Answer<string>;
+        /** Returns the identifier of this user's installation. */
+        getUuid(): Answer<string>;
+        /** Returns the identifier of this machine. */
+        getHdid(): Answer<string>;
+        /** Returns the distribution channel's code. */
+        getChannel(): Answer<string>;
+        /** Returns the name of this machine in the network. */
+        getComputerName(): Answer<string>;
+        /** Returns the name under which the operating system runs the suite. */
+        getSystemUserName(): Answer<string>;
+        /** Returns the directory of this installation. */
+        getNovaofficeInstallPath(): Answer<string>;
+        /** Returns the display scale, 1 for 96 dots per inch. */
+        getCurrentNovaDpi(): Answer<number>;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Posts events to the suite's data collection.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface TelemetrySdk {
+        /**
+         * Posts an event.
+         *
+         * @throws 3 "kdcinfo error"
+         * @throws 1 "empty event name"
+         * @throws 1 "wrong parameters."
+         * @throws 1 "empty post content"
+         */
+        postEvent(options: NovaExtension.TelemetrySdk.TelemetryEvent): Answer<undefined>;
+    }
+}
+
+declare namespace NovaExtension.TelemetrySdk {
+    interface TelemetryEvent {
+        /** the event */
+        eventName: string;
+        /**
+         * one event in so many is sent
+         *
+         * @default 1
+         */
+        pb?: 1 | 100 | 1000 | undefined;
+        /** what it carries */
+        postContent: Readonly<Record<string, string>>;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Writes records into the suite's log.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface Log {
+        /**
+         * Writes a record of what has happened.
+         *
+         * @throws 1 "missing required parameters."
+         */
+        logInfo(options: NovaExtension.Log.LogRecord): Answer<undefined>;
+        /**
+         * Writes a record of what should not have happened.
+         *
+         * @throws 1 "missing required parameters."
+         */
+        logWarning(options: NovaExtension.Log.LogRecord): Answer<undefined>;
+    }
+}
+
+declare namespace NovaExtension.Log {
+    interface LogRecord {
+        /** who writes */
+        moduleName: string;
+        /** what is written */
+        logStr: string;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Named values that outlive the process, for everybody or for one user.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface ConfigCenter {
+        /**
+         * Stores a value. Returns whether it was stored.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        setValue(options: NovaExtension.ConfigCenter.WriteOptions): Answer<boolean>;
+        /**
+         * Returns a stored value.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        value(options: NovaExtension.ConfigCenter.ReadOptions): Answer<any>;
+        /**
+         * Removes a value. Returns whether there was one and it is gone.
+         *
+         * @throws 1 "missing required parameters."
+         */
+        remove(options: NovaExtension.ConfigCenter.KeyOptions): Answer<boolean>;
+        /**
+         * Returns a stored value, read from the disk again.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        flushRead(options: NovaExtension.ConfigCenter.ReadOptions): Answer<any>;
+        /**
+         * Stores a value and writes it to the disk. Returns whether the write was accepted.
+         *
+         * @param callback is called when the value is on the disk, or is not
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        flushWrite(options: NovaExtension.ConfigCenter.WriteOptions, callback?: (report: NovaExtension.ConfigCenter.FlushReport) => void): Answer<boolean>;
+        /**
+         * Removes a value from the disk. Returns whether the removal was accepted.
+         *
+         * @param callback is called when the value is gone from the disk, or is not
+         * @throws 1 "missing required parameters."
+         */
+        flushRemove(options: NovaExtension.ConfigCenter.KeyOptions, callback?: (report: NovaExtension.ConfigCenter.FlushReport) => void): Answer<boolean>;
+    }
+}
+
+declare namespace NovaExtension.ConfigCenter {
+    interface FlushReport {
+        /** the value's key */
+        key: string;
+        /** what was written; undefined after a removal */
+        value: any;
+        /** whether it is on the disk */
+        ok: boolean;
+    }
+    interface KeyOptions {
+        /** the value's name */
+        key: string;
+        /** whose value; without one it is everybody's */
+        userId?: string | undefined;
+    }
+    interface ReadOptions {
+        /** the value's name */
+        key: string;
+        /** what is returned where there is no value */
+        defaultValue?: unknown | undefined;
+        /** whose value; without one it is everybody's */
+        userId?: string | undefined;
+    }
+    interface WriteOptions {
+        /** the value's name */
+        key: string;
+        /** anything but a function or a native object */
+        value: unknown;
+        /** whose value; without one it is everybody's */
+        userId?: string | undefined;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Remote feature configuration by switch and section.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface CirrusConfig {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getAuthSwitch(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setAuthSwitch(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getConfigData(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setConfigData(argument1: unknown): never;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Finds plugins by name.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface PluginManager {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getPlugin(argument1: string): never;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * The window that shows the calling page. Every page has its own.
+     *
+     * @remarks one object for each page
+     */
+    interface Webview {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        addHideListener(callback: (...values: any[]) => void): never;
+        /**
+         * Removes a listener.
+         *
+         * @deprecated not built yet: throws code 3, "not supported."
+         */
+        removeHideListener(callback?: (...values: any[]) => void): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        addDestroyListener(callback: (...values: any[]) => void): never;
+        /**
+         * Removes a listener.
+         *
+         * @deprecated not built yet: throws code 3, "not supported."
+         */
+        removeDestroyListener(callback?: (...values: any[]) => void): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        addShowListener(callback: (...values: any[]) => void): never;
+        /**
+         * Removes a listener.
+         *
+         * @deprecated not built yet: throws code 3, "not supported."
+         */
+        removeShowListener(callback?: (...values: any[]) => void): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        addCloseListener(callback: (...values: any[]) => void): never;
+        /**
+         * Removes a listener.
+         *
+         * @deprecated not built yet: throws code 3, "not supported."
+         */
+        removeCloseListener(callback?: (...values: any[]) => void): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        addWindowActivateStateListener(callback: (...values: any[]) => void): never;
+        /**
+         * Removes a listener.
+         *
+         * @deprecated not built yet: throws code 3, "not supported."
+         */
+        removeWindowActivateStateListener(callback?: (...values: any[]) => void): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        addResizeListener(callback: (...values: any[]) => void): never;
+        /**
+         * Removes a listener.
+         *
+         * @deprecated not built yet: throws code 3, "not supported."
+         */
+        removeResizeListener(callback?: (...values: any[]) => void): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        addDragEnterListener(callback: (...values: any[]) => void): never;
+        /**
+         * Removes a listener.
+         *
+         * @deprecated not built yet: throws code 3, "not supported."
+         */
+        removeDragEnterListener(callback?: (...values: any[]) => void): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        addWebviewEventListener(callback: (...values: any[]) => void): never;
+        /**
+         * Removes a listener.
+         *
+         * @deprecated not built yet: throws code 3, "not supported."
+         */
+        removeWebviewEventListener(callback?: (...values: any[]) => void): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        destroy(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        show(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        hide(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        takeFocus(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setMode(argument1: boolean): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setResizeable(argument1: boolean): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setWindowTitle(argument1: string): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setWindowBackgroundColor(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setEnableStayOnTop(argument1: boolean): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getSize(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getScreenNumber(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        isMaximize(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        isMinimize(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        isFullScreen(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setWindowFlags(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setWindowFlag(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setAttribute(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setRoundFillColor(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setDisableScrollBar(argument1: boolean): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setDisableXScrollBar(argument1: boolean): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setDisableYScrollBar(argument1: boolean): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getGeometry(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setGeometry(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setSize(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setDragArea(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        clearDragArea(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setBlackDragArea(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        clearBlackDragArea(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setMaximize(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setMinimize(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setRestore(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setFullScreen(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setMinimumSize(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setMaximumSize(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setMinimumWidth(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setMinimumHeight(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setMaximumWidth(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setMaximumHeight(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getID(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        pageReady(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setDragEnterEnable(argument1: boolean): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        invokeGeneralMethod(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        invokeGeneralMethodAsync(argument1: unknown): never;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Opens web-view windows and finds them again.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface WebviewMgr {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        create(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getWebview(argument1: string): never;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * When the calling page's browser was made and loaded. Times are milliseconds since 1970 (UTC), 0 for what has not
+     * happened; durations are milliseconds and never negative.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface Profile {
+        /**
+         * Returns when the browser was made and the page loaded.
+         *
+         * @throws 1 "Browser is not in browser group."
+         */
+        getProfileInfo(): Answer<NovaExtension.Profile.ProfileInfo>;
+        /**
+         * Returns which browser it is.
+         *
+         * @throws 1 "Browser is not in browser group."
+         */
+        getBrowserTraceId(): Answer<NovaExtension.Profile.BrowserTraceId>;
+        /**
+         * Returns both, and what is known of the session and of the browser's group.
+         *
+         * @throws 1 "Browser is not in browser group."
+         */
+        getBrowserTraceInfo(): Answer<NovaExtension.Profile.BrowserTraceInfo>;
+    }
+}
+
+declare namespace NovaExtension.Profile {
+    interface BrowserTraceId {
+        /** the process */
+        pid: Int64;
+        /** the application */
+        appid: string;
+        /** the browser */
+        browserid: string;
+    }
+    interface BrowserTraceInfo {
+        /** the process */
+        pid: Int64;
+        /** the application */
+        appid: string;
+        /** the browser */
+        browserid: string;
+        /** how long loading took */
+        c_l: Int64;
+        /** how long making the browser took */
+        c_cb: Int64;
+        /** when loading began */
+        c_l_ts: Int64;
+        /** when making the browser began */
+        c_cb_ts: Int64;
+        /** when loading had ended */
+        c_lf_ts: Int64;
+        /** when the browser was made */
+        c_cbf_ts: Int64;
+        /** the session */
+        sessionid: string;
+        /** how long it took until the document was ready */
+        c_l_rd: Int64;
+        /** when the document was ready */
+        c_l_rd_ts: Int64;
+        /** the time between the marks of the browser's group */
+        c_cb_ld: Int64;
+        /** the first of these marks */
+        c_cb_ld_ts: Int64;
+    }
+    interface ProfileInfo {
+        /** how long loading took */
+        c_l: Int64;
+        /** how long making the browser took */
+        c_cb: Int64;
+        /** when loading began */
+        c_l_ts: Int64;
+        /** when making the browser began */
+        c_cb_ts: Int64;
+        /** when loading had ended */
+        c_lf_ts: Int64;
+        /** when the browser was made */
+        c_cbf_ts: Int64;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Text encoding and digests.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface Crypto {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        c64Encode(argument1: string): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        md5Data(argument1: string): never;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * The signed-in user's cloud documents, and what happens to them. Listeners of every page get the events.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface CloudDoc {
+        /**
+         * Generic requests to the cloud service.
+         *
+         * @throws 3 "empty handle."
+         */
+        readonly Orbitapi: NovaExtension.CloudDoc.Orbitapi;
+        /**
+         * Resolves with the path of the file's local copy.
+         *
+         * @param cloudPath the cloud file's path or id
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Get file cache info failed."
+         */
+        getCloudCachedFile(cloudPath: string): Promise<string>;
+        /**
+         * Uploads files into a cloud folder.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync files failed."
+         */
+        uploadFile2CloudFolder(options: NovaExtension.CloudDoc.UploadFilesOptions): Promise<NovaExtension.CloudDoc.UploadReport>;
+        /**
+         * Shows a cloud folder in the suite.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "open folder failed."
+         */
+        openCloudFolder(options?: NovaExtension.CloudDoc.OpenFolderOptions): Promise<NovaExtension.CloudDoc.ServiceReport>;
+        /**
+         * Resolves with where the user's documents go when nothing else is said.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Get default workspace failed."
+         */
+        getDefaultWorkSpace(): Promise<NovaExtension.CloudDoc.Workspace>;
+        /**
+         * Returns an UploadFileTask, which has not been started yet.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Create upload file task failed."
+         */
+        createUploadFileTask(options: NovaExtension.CloudDoc.UploadTaskOptions): NovaExtension.CloudDoc.UploadFileTask;
+        /**
+         * Resolves with the path of the folder in which cloud documents are kept on this machine.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Get my cloud documents local path failed."
+         */
+        getMyCloudDocumentsLocalPath(): Promise<string>;
+        /**
+         * Brings the local copy of a cloud folder up to date.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder failed."
+         */
+        syncFolder(options: NovaExtension.CloudDoc.SyncFolderOptions): Promise<NovaExtension.CloudDoc.ServiceReport>;
+        /**
+         * Saves a file into a directory of the cloud.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Save to cloud dir failed."
+         */
+        saveToCloudDir(options: NovaExtension.CloudDoc.SaveOptions): Promise<NovaExtension.CloudDoc.SaveReport>;
+        /**
+         * Resolves with whether the user's documents follow to other machines by themselves.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Get roaming mode failed."
+         */
+        getRoamingMode(): Promise<"auto" | "manual">;
+        /**
+         * Changes the mode. Resolves with the one that is in force now.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Change roaming mode failed."
+         */
+        changeRoamingMode(mode: "auto" | "manual"): Promise<"auto" | "manual">;
+        /**
+         * Resolves with the user's own group, as the service describes it.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Get personal private group failed."
+         */
+        getPersonalPrivateGroup(): Promise<string>;
+        /**
+         * Adds a listener of the page. The same function is added once. The user has been signed in to the cloud
+         * service, or out.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: "clouddoc.loginstatus.changed", callback: (payload: NovaExtension.CloudDoc.LoginStatus) => void): void;
+        /**
+         * Adds a listener of the page. The same function is added once. Another roaming mode is in force.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: "clouddoc.roamingmode.changed", callback: (payload: NovaExtension.CloudDoc.RoamingModeChange) => void): void;
+        /**
+         * Adds a listener of the page. The same function is added once. A document is being brought up to date, or is.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: "docCloudSyncStatus", callback: (payload: NovaExtension.CloudDoc.SyncStatus) => void): void;
+        /**
+         * Adds a listener of the page. The same function is added once.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: string, callback: (...payload: any[]) => void): void;
+        /**
+         * Removes a listener of the page. The user has been signed in to the cloud service, or out.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: "clouddoc.loginstatus.changed", callback?: (payload: NovaExtension.CloudDoc.LoginStatus) => void): void;
+        /**
+         * Removes a listener of the page. Another roaming mode is in force.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: "clouddoc.roamingmode.changed", callback?: (payload: NovaExtension.CloudDoc.RoamingModeChange) => void): void;
+        /**
+         * Removes a listener of the page. A document is being brought up to date, or is.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: "docCloudSyncStatus", callback?: (payload: NovaExtension.CloudDoc.SyncStatus) => void): void;
+        /**
+         * Removes a listener of the page.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: string, callback?: (...payload: any[]) => void): void;
+        /**
+         * Calls the listeners of an event.
+         *
+         * @param eventName the event
+         * @param isInsidePlugin whether only listeners of the calling page are called
+         * @param payload what the listeners are called with
+         * @throws 3 "Event service error."
+         */
+        dispatchEvent(eventName: string, isInsidePlugin?: boolean, ...payload: unknown[]): void;
+        /**
+         * Returns how many listeners each event has, over all pages.
+         *
+         * @throws 3 "Event service error."
+         */
+        getAllEventInfo(): any;
+    }
+}
+
+declare namespace NovaExtension.CloudDoc {
+    interface LoginStatus {
+        /** whether the user is signed in */
+        isLogin: boolean;
+    }
+    interface OpenFolderOptions {
+        /** the cloud folder; this or `fileId` must be given */
+        cloudPath?: string | undefined;
+        /** the same by its id */
+        fileId?: string | undefined;
+        /** who opens it */
+        openFrom?: string | undefined;
+        /** what in the folder is shown first */
+        entryIdentifier?: string | undefined;
+        /**
+         * make the folder where there is none
+         *
+         * @default false
+         */
+        createWhenNoExists?: boolean | undefined;
+        /** what the service is to know besides */
+        extraParam?: Readonly<Record<string, string>> | undefined;
+    }
+    interface RoamingModeChange {
+        /** the mode in force now */
+        roamingMode: "auto" | "manual";
+    }
+    interface SaveOptions {
+        /** the directory's group */
+        groupId: string;
+        /** the target directory */
+        fileId: string;
+        /** the file's name */
+        fname: string;
+        /**
+         * the kind of file, as the service numbers it
+         *
+         * @default 0
+         */
+        itemType?: number | undefined;
+        /** what the service is to know besides */
+        extraParam?: Readonly<Record<string, string>> | undefined;
+    }
+    interface SaveReport {
+        /** where the file is in the cloud */
+        cloudPath: string;
+        /** what the service adds */
+        extraParam: Record<string, string>;
+    }
+    interface ServiceReport {
+        /** what the service adds */
+        extraParam: Record<string, string>;
+    }
+    interface SyncFolderOptions {
+        /** the folder's group */
+        groupId: string;
+        /** the folder */
+        folderId: string;
+        /** whose; without one the signed-in user's */
+        userId?: string | undefined;
+        /**
+         * how many levels below the folder; not negative
+         *
+         * @default 0
+         */
+        depth?: number | undefined;
+        /** what the service is to know besides */
+        extraParam?: Readonly<Record<string, string>> | undefined;
+    }
+    interface SyncStatus {
+        /** the document's id */
+        fileId?: string;
+        /** its path in the cloud */
+        cloudPath?: string;
+        /** its path on this machine */
+        localPath?: string;
+        /** how it stands */
+        status?: string;
+        /** the transfer that is under way */
+        taskId?: string;
+    }
+    interface UploadFilesOptions {
+        /** the cloud folder */
+        cloudPath: string;
+        /** the paths of files on this machine */
+        files: readonly string[];
+        /**
+         * make the folder where there is none
+         *
+         * @default true
+         */
+        createWhenNoExists?: boolean | undefined;
+        /** comes back with the answer */
+        userData?: string | undefined;
+        /** who uploads */
+        uploadFrom?: string | undefined;
+        /** what the service is to know besides */
+        extraParam?: Readonly<Record<string, string>> | undefined;
+    }
+    interface UploadReport {
+        /** as it was given */
+        userData: string;
+        /** what the service adds */
+        extraParam: Record<string, string>;
+    }
+    interface UploadTaskOptions {
+        /** the path of a file on this machine */
+        filePath: string;
+        /** who uploads */
+        businessSource?: string | undefined;
+        /** the cloud folder; without one the user's own */
+        cloudDir?: string | undefined;
+        /**
+         * take another name where the folder has such a file, instead of replacing it
+         *
+         * @default false
+         */
+        autoRename?: boolean | undefined;
+    }
+    interface Workspace {
+        /** whether this machine is in the network of the user's company */
+        isEnterpriseIP: boolean;
+        /** the folder that uploads go to */
+        uploadCloudPath: string;
+        /** the same, as users see it */
+        showCloudPath: string;
+        /** the group that the folder belongs to */
+        groupId: string;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Opens settings stores.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface SettingsManager {
+        /**
+         * Returns a Settings object for a store.
+         *
+         * @throws 1 "Format is illegal."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "Path is illegal."
+         * @throws 3 "empty handle."
+         */
+        settings(options: NovaExtension.SettingsManager.SettingsOptions): NovaExtension.SettingsManager.Settings;
+    }
+}
+
+declare namespace NovaExtension.SettingsManager {
+    interface SettingsOptions {
+        /** 0 for the suite's own store, 1 for the INI file of `path` */
+        format: 0 | 1;
+        /** the INI file, made when something is first written */
+        path?: string | undefined;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Clipboard, screens, colours and small helpers.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface Utils {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setTextToClipboard(argument1: string): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getClipboardText(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setImageToClipboard(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getPrimaryScreenGeometry(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getAllScreenGeometry(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getCurrentScreenGeometry(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        pickColor(argument1: unknown, argument2: (...values: any[]) => void): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getPictureFilepath(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        startDetach(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getSnapperColor(argument1: unknown, argument2: (...values: any[]) => void): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getParamExtra(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        inBlackDownloadDir(argument1: string): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getCsrf(): never;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * The product's fixed strings, switches and configuration. What is not there is an empty string or 0.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface Product {
+        /** Returns whether the product is a PDF program only. */
+        isPDFStandAlone(): Answer<boolean>;
+        /** Returns a string of the product's. */
+        getProductString(options?: NovaExtension.Product.StringOptions): Answer<string>;
+        /** Returns a string of the configuration. */
+        getConfigString(name: string): Answer<string>;
+        /** Returns an integer of the configuration. */
+        getConfigInt(name: string): Answer<number>;
+        /** Returns the language of the suite's user interface. */
+        language(options?: NovaExtension.Product.LanguageOptions): Answer<string>;
+        /** Returns what the product is and runs on. */
+        getAppVersionInfo(): Answer<NovaExtension.Product.AppVersionInfo>;
+    }
+}
+
+declare namespace NovaExtension.Product {
+    interface AppVersionInfo {
+        /** the operating system */
+        platform: string;
+        /** the product's name */
+        product: string;
+    }
+    interface LanguageOptions {
+        /**
+         * 1 names the language with its region; what is no integer stands for 0
+         *
+         * @default 1
+         */
+        format?: number | undefined;
+        /**
+         * as it was when the suite last looked
+         *
+         * @default false
+         */
+        bUseCache?: boolean | undefined;
+    }
+    interface StringOptions {
+        /** the string's name */
+        key?: string | undefined;
+        /**
+         * selects the product configuration
+         *
+         * @default 37
+         */
+        option?: number | undefined;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Pages, mail, processes and archives.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface Tools {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        openUrl(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        openInnerUrl(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getDomainUrl(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        launchProcessByNova(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getIntranetType(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        compress(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        decompress(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        showConfirmDlg(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        sendMail(argument1: unknown): never;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * A channel between pages, with nothing but the four generic event members.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface Event {
+        /**
+         * Adds a listener of the page. The same function is added once.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: string, callback: (...payload: any[]) => void): void;
+        /**
+         * Removes a listener of the page.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: string, callback?: (...payload: any[]) => void): void;
+        /**
+         * Calls the listeners of an event.
+         *
+         * @param eventName the event
+         * @param isInsidePlugin whether only listeners of the calling page are called
+         * @param payload what the listeners are called with
+         * @throws 3 "Event service error."
+         */
+        dispatchEvent(eventName: string, isInsidePlugin?: boolean, ...payload: unknown[]): void;
+        /**
+         * Returns how many listeners each event has, over all pages.
+         *
+         * @throws 3 "Event service error."
+         */
+        getAllEventInfo(): any;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Opens the suite's purchase page.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface Payment {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        open(argument1: unknown): never;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * The visual theme, its values and its changes.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface Skin {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        addSkinChangeListener(callback: (...values: any[]) => void): never;
+        /**
+         * Removes a listener.
+         *
+         * @deprecated not built yet: throws code 3, "not supported."
+         */
+        removeSkinChangeListener(callback?: (...values: any[]) => void): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getCurrentSkinName(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        switchSkin(argument1: string): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getSkinHintConfig(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getSkinGradientConfig(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getSkinColorConfig(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getSkinConfig(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getFileTypeIconInfo(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getSkinIconPathInfo(argument1: unknown): never;
+        /**
+         * Adds a listener of the page. The same function is added once.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: string, callback: (...payload: any[]) => void): void;
+        /**
+         * Removes a listener of the page.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: string, callback?: (...payload: any[]) => void): void;
+        /**
+         * Calls the listeners of an event.
+         *
+         * @param eventName the event
+         * @param isInsidePlugin whether only listeners of the calling page are called
+         * @param payload what the listeners are called with
+         * @throws 3 "Event service error."
+         */
+        dispatchEvent(eventName: string, isInsidePlugin?: boolean, ...payload: unknown[]): void;
+        /**
+         * Returns how many listeners each event has, over all pages.
+         *
+         * @throws 3 "Event service error."
+         */
+        getAllEventInfo(): any;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * The signed-in user, login and logout, and their changes. With nobody signed in, strings and lists are empty and
+     * booleans `false`.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface Account {
+        /**
+         * Changes of the user's membership privileges.
+         *
+         * @throws 3 "empty handle."
+         */
+        readonly Privilege: NovaExtension.Account.Privilege;
+        /**
+         * Has the user sign in. Returns whether the service takes the request on, which is not the case while another
+         * login is under way; events say what becomes of it.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "Accountsdk is not initialized."
+         * @throws 1 "missing required parameters."
+         */
+        login(options: NovaExtension.Account.LoginOptions): Answer<boolean>;
+        /**
+         * Signs the current user out. Returns whether the service takes the request on.
+         *
+         * @param source who signs the user out
+         * @throws 3 "empty handle."
+         * @throws 3 "Accountsdk is not initialized."
+         * @throws 1 "missing required parameters."
+         */
+        logout(source: string): Answer<boolean>;
+        /**
+         * Opens the membership upgrade. Returns whether the service takes the request on.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "Accountsdk is not initialized."
+         * @throws 1 "missing required parameters."
+         */
+        upgradeMember(options: NovaExtension.Account.UpgradeOptions): Answer<boolean>;
+        /**
+         * Adds a listener of `event.account.login`. The same function is added once.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addLoginListener(callback: (payload: NovaExtension.Account.LoginChange) => void): Answer<undefined>;
+        /**
+         * Removes a listener of `event.account.login`; without one, all of the page's.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeLoginListener(callback?: (payload: NovaExtension.Account.LoginChange) => void): Answer<undefined>;
+        /**
+         * Adds a listener of `event.account.logout`. The same function is added once.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addLogoutListener(callback: (payload: NovaExtension.Account.LoginChange) => void): Answer<undefined>;
+        /**
+         * Removes a listener of `event.account.logout`; without one, all of the page's.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeLogoutListener(callback?: (payload: NovaExtension.Account.LoginChange) => void): Answer<undefined>;
+        /**
+         * Adds a listener of `event.user.info.changed`. The same function is added once.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addUserInfoChangedListener(callback: (payload: NovaExtension.Account.CallStatus) => void): Answer<undefined>;
+        /**
+         * Removes a listener of `event.user.info.changed`; without one, all of the page's.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeUserInfoChangedListener(callback?: (payload: NovaExtension.Account.CallStatus) => void): Answer<undefined>;
+        /**
+         * Returns whether a user is signed in.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "Accountsdk is not initialized."
+         * @throws 3 "Current account is not initialized."
+         */
+        isLoggedIn(): Answer<boolean>;
+        /**
+         * Returns the current user's id.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "Accountsdk is not initialized."
+         * @throws 3 "Current account is not initialized."
+         */
+        getUserId(): Answer<string>;
+        /**
+         * Returns what is known of the current user.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "Accountsdk is not initialized."
+         * @throws 3 "Current account is not initialized."
+         */
+        getUserInfo(): Answer<NovaExtension.Account.KUserInfo>;
+        /**
+         * Returns the current user's memberships.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "Accountsdk is not initialized."
+         * @throws 3 "Current account is not initialized."
+         */
+        getMemberInfo(): Answer<NovaExtension.Account.MemberInfo>;
+        /**
+         * Returns what is known of the current user's company.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "Accountsdk is not initialized."
+         * @throws 3 "Current account is not initialized."
+         */
+        getCompanyInfo(): Answer<NovaExtension.Account.KCompanyInfo>;
+        /**
+         * Returns the users who are signed in on this machine.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "Accountsdk is not initialized."
+         * @throws 3 "Current account is not initialized."
+         */
+        getAccountListInfo(): Answer<NovaExtension.Account.KnownAccount[]>;
+        /**
+         * Returns whether the current user is a Nova member.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "Accountsdk is not initialized."
+         * @throws 3 "Current account is not initialized."
+         */
+        isNovaMember(): Answer<boolean>;
+        /**
+         * Returns whether the current user is a Folio member.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "Accountsdk is not initialized."
+         * @throws 3 "Current account is not initialized."
+         */
+        isFolioMember(): Answer<boolean>;
+        /**
+         * Returns whether the current user is a super member.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "Accountsdk is not initialized."
+         * @throws 3 "Current account is not initialized."
+         */
+        isSuperMember(): Answer<boolean>;
+        /**
+         * Returns whether the current user belongs to a company.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "Accountsdk is not initialized."
+         * @throws 3 "Current account is not initialized."
+         */
+        isCompanyMember(): Answer<boolean>;
+        /**
+         * Returns whether more than one user is signed in on this machine.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "Accountsdk is not initialized."
+         * @throws 3 "Current account is not initialized."
+         */
+        isMultiAccount(): Answer<boolean>;
+        /**
+         * Adds a listener of the page. The same function is added once. A user has been signed in.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: "event.account.login", callback: (payload: NovaExtension.Account.LoginChange) => void): void;
+        /**
+         * Adds a listener of the page. The same function is added once. A user has been signed out.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: "event.account.logout", callback: (payload: NovaExtension.Account.LoginChange) => void): void;
+        /**
+         * Adds a listener of the page. The same function is added once. What is known of the user has changed.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: "event.user.info.changed", callback: (payload: NovaExtension.Account.CallStatus) => void): void;
+        /**
+         * Adds a listener of the page. The same function is added once. The user's memberships have changed.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: "event.account.Member.info.changed", callback: (payload: NovaExtension.Account.MemberInfoChange) => void): void;
+        /**
+         * Adds a listener of the page. The same function is added once. A login that this page started with a
+         * `confirmId` has succeeded.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: "confirmLoginSuccess", callback: (payload: NovaExtension.Account.LoginConfirmation) => void): void;
+        /**
+         * Adds a listener of the page. The same function is added once.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: string, callback: (...payload: any[]) => void): void;
+        /**
+         * Removes a listener of the page. A user has been signed in.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: "event.account.login", callback?: (payload: NovaExtension.Account.LoginChange) => void): void;
+        /**
+         * Removes a listener of the page. A user has been signed out.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: "event.account.logout", callback?: (payload: NovaExtension.Account.LoginChange) => void): void;
+        /**
+         * Removes a listener of the page. What is known of the user has changed.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: "event.user.info.changed", callback?: (payload: NovaExtension.Account.CallStatus) => void): void;
+        /**
+         * Removes a listener of the page. The user's memberships have changed.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: "event.account.Member.info.changed", callback?: (payload: NovaExtension.Account.MemberInfoChange) => void): void;
+        /**
+         * Removes a listener of the page. A login that this page started with a `confirmId` has succeeded.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: "confirmLoginSuccess", callback?: (payload: NovaExtension.Account.LoginConfirmation) => void): void;
+        /**
+         * Removes a listener of the page.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: string, callback?: (...payload: any[]) => void): void;
+        /**
+         * Calls the listeners of an event.
+         *
+         * @param eventName the event
+         * @param isInsidePlugin whether only listeners of the calling page are called
+         * @param payload what the listeners are called with
+         * @throws 3 "Event service error."
+         */
+        dispatchEvent(eventName: string, isInsidePlugin?: boolean, ...payload: unknown[]): void;
+        /**
+         * Returns how many listeners each event has, over all pages.
+         *
+         * @throws 3 "Event service error."
+         */
+        getAllEventInfo(): any;
+    }
+}
+
+declare namespace NovaExtension.Account {
+    interface CallStatus {
+        /** always `ok` */
+        callstatus: string;
+    }
+    interface KCompanyInfo {
+        companyId: string;
+        name: string;
+        email: string;
+        phoneNumber: string;
+        description: string;
+        address: string;
+        city: string;
+        country: string;
+        province: string;
+        postal: string;
+        fax: string;
+        /** the user who administrates it */
+        adminId: string;
+    }
+    interface KUserInfo {
+        userId: string;
+        /** what the user signs in with */
+        account: string;
+        nickName: string;
+        /** the address of the portrait */
+        pic: string;
+        /** the portrait on this machine */
+        thumbnailLocalPath: string;
+        email: string;
+        phoneNumber: string;
+        status: string;
+        sex: string;
+        /** the way in which the user signed in */
+        loginMode: string;
+        country: string;
+        province: string;
+        city: string;
+        address: string;
+        postal: string;
+        /** empty for one who belongs to no company */
+        companyId: string;
+        /** when the user registered, in milliseconds since 1970 (UTC); 0 when that is not known */
+        regtime: Int64;
+        deviceStatus: string;
+        isPlus: boolean;
+        roleList: string[];
+    }
+    interface KnownAccount {
+        userId: string;
+        /** what the user signs in with */
+        account: string;
+        nickName: string;
+        /** the address of the portrait */
+        pic: string;
+        /** empty for one who belongs to no company */
+        companyId: string;
+        companyName: string;
+        /** whether this is the current user */
+        isCurrent: boolean;
+    }
+    interface LoginChange {
+        /** always `ok` */
+        callstatus: string;
+        /** whether one user takes another one's place */
+        isSwitching: boolean;
+        /** who was signed in, or out */
+        userId: string;
+        /** the user's name */
+        userName: string;
+        /** the session that began; empty when one has ended */
+        novasid: string;
+    }
+    interface LoginConfirmation {
+        /** always `ok` */
+        callstatus: string;
+        /** as the page passed it to `login` */
+        confirmId: string;
+        /** who was signed in */
+        userId: string;
+    }
+    interface LoginOptions {
+        /** who has the user sign in */
+        src: string;
+        /** for what */
+        bizSrc?: string | undefined;
+        /** of the page's choice: `confirmLoginSuccess` carries it when this login has succeeded */
+        confirmId?: string | undefined;
+        /** the way to sign in */
+        loginSrc?: string | undefined;
+        /** where in the page */
+        from?: string | undefined;
+        /** begin with a code to scan */
+        qrcode?: boolean | undefined;
+        /** the dialog is modal */
+        bShowModal?: boolean | undefined;
+        /** the dialog stays on top */
+        bTopWindow?: boolean | undefined;
+    }
+    interface MemberInfo {
+        /** by membership tier, all that the service has */
+        members: Record<string, NovaExtension.Account.Membership>;
+        /** the memberships as the service's server has them */
+        rawData: Record<string, any>;
+    }
+    interface MemberInfoChange {
+        /** always `ok` */
+        callstatus: string;
+        /** the memberships there are now */
+        data?: NovaExtension.Account.MemberInfo;
+    }
+    interface Membership {
+        /** whether the user is one */
+        isMember: boolean;
+        /** when that ends, in milliseconds since 1970 (UTC); 0 when it does not, or is not known */
+        expireTime: Int64;
+    }
+    interface UpgradeOptions {
+        /** who offers the upgrade */
+        csource: string;
+        /** the page to pay on */
+        payUrl?: string | undefined;
+        /** for what */
+        src?: string | undefined;
+        /** names this upgrade */
+        confirmId?: string | undefined;
+        /** the application that it is for */
+        appName?: string | undefined;
+        /** the X11 window that owns the dialog */
+        parentWidget?: number | undefined;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Generic requests to the cloud service, with its events.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface CloudAdapter {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        commonRequest(argument1: unknown): never;
+        /**
+         * Adds a listener of the page. The same function is added once.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: string, callback: (...payload: any[]) => void): void;
+        /**
+         * Removes a listener of the page.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: string, callback?: (...payload: any[]) => void): void;
+        /**
+         * Calls the listeners of an event.
+         *
+         * @param eventName the event
+         * @param isInsidePlugin whether only listeners of the calling page are called
+         * @param payload what the listeners are called with
+         * @throws 3 "Event service error."
+         */
+        dispatchEvent(eventName: string, isInsidePlugin?: boolean, ...payload: unknown[]): void;
+        /**
+         * Returns how many listeners each event has, over all pages.
+         *
+         * @throws 3 "Event service error."
+         */
+        getAllEventInfo(): any;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Notifications between a page and the document chat panel.
+     *
+     * @remarks one object for each page
+     */
+    interface AiDocsChat {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        registerQACallback(argument1: (...values: any[]) => void): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        qaNotify(argument1: unknown): never;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Folders that are kept in step with the cloud.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface SyncFolder {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        addNotifyListener(callback: (...values: any[]) => void): never;
+        /**
+         * Removes a listener.
+         *
+         * @deprecated not built yet: throws code 3, "not supported."
+         */
+        removeNotifyListener(callback?: (...values: any[]) => void): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        openSyncFolderListDlg(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        showSyncFolderPathWidget(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        openCloudSpacePage(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getFolderSize(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getSupportSelectSyncFolderMode(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        syncFolderPrecheck(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        desktopSyncPreCheck(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        syncToLocalPrecheck(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setPersonalDesktopSync(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        cancelPersonalDesktopSync(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getIsNeedRepairOverlayIcon(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        doRepairOverlayIcon(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        syncFolder(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        syncToLocal(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        changeSyncPath(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        checkSyncFolderPathValid(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        checkSyncFolderValid(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getRecentFileList(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        scanFolder(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getSyncFolderCount(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        showNovaBox(argument1: unknown): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getUserTypeList(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        showCompanyPrivilegeDlg(argument1: unknown): never;
+        /**
+         * Adds a listener of the page. The same function is added once.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: string, callback: (...payload: any[]) => void): void;
+        /**
+         * Removes a listener of the page.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: string, callback?: (...payload: any[]) => void): void;
+        /**
+         * Calls the listeners of an event.
+         *
+         * @param eventName the event
+         * @param isInsidePlugin whether only listeners of the calling page are called
+         * @param payload what the listeners are called with
+         * @throws 3 "Event service error."
+         */
+        dispatchEvent(eventName: string, isInsidePlugin?: boolean, ...payload: unknown[]): void;
+        /**
+         * Returns how many listeners each event has, over all pages.
+         *
+         * @throws 3 "Event service error."
+         */
+        getAllEventInfo(): any;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Tells the suite that a web document has been set up.
+     *
+     * @remarks one object, shared by all pages
+     */
+    interface WebDocsControl {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        notifySetupFinished(argument1: unknown): never;
+        /**
+         * Adds a listener of the page. The same function is added once.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: string, callback: (...payload: any[]) => void): void;
+        /**
+         * Removes a listener of the page.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: string, callback?: (...payload: any[]) => void): void;
+        /**
+         * Calls the listeners of an event.
+         *
+         * @param eventName the event
+         * @param isInsidePlugin whether only listeners of the calling page are called
+         * @param payload what the listeners are called with
+         * @throws 3 "Event service error."
+         */
+        dispatchEvent(eventName: string, isInsidePlugin?: boolean, ...payload: unknown[]): void;
+        /**
+         * Returns how many listeners each event has, over all pages.
+         *
+         * @throws 3 "Event service error."
+         */
+        getAllEventInfo(): any;
+    }
+}
+
+declare namespace NovaExtension {
+    /**
+     * Notifications between a page and the contract panel.
+     *
+     * @remarks one object for each page
+     */
+    interface KContract {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        registerCallback(argument1: (...values: any[]) => void): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        panelNotify(argument1: unknown): never;
+    }
+}
+
+declare namespace NovaExtension.ByteBufferManager {
+    /**
+     * Bytes that script and native members pass to each other.
+     *
+     * @remarks handed out by another object
+     */
+    interface ByteBuffer {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        data(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getSize(): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        setSize(argument1: unknown): never;
+    }
+}
+
+declare namespace NovaExtension.FileSystem {
+    /**
+     * A handle on one path, that of an existing regular file when FileSystem made it.
+     *
+     * @remarks handed out by another object
+     */
+    interface File {
+        /** Returns whether the file is still there. */
+        exists(): Answer<boolean>;
+        /**
+         * Removes the file. Returns whether the system did it.
+         *
+         * @throws 3 "illegal path"
+         */
+        remove(): Answer<boolean>;
+        /**
+         * Returns the size of the file in bytes.
+         *
+         * @throws 3 "empty path"
+         * @throws 3 "invalid path"
+         */
+        size(): Answer<Int64>;
+    }
+}
+
+declare namespace NovaExtension.PluginManager {
+    /**
+     * One plugin of the suite.
+     *
+     * @remarks handed out by another object
+     */
+    interface Plugin {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        load(argument1: unknown, argument2: (...values: any[]) => void): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        getProp(argument1: string): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        resourceFilePath(argument1: string): never;
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        frameworkFilePath(argument1: string): never;
+    }
+}
+
+declare namespace NovaExtension.CloudDoc {
+    /**
+     * Generic requests to the cloud service.
+     *
+     * @remarks handed out by another object
+     */
+    interface Orbitapi {
+        /** @deprecated not built yet: throws code 3, "not supported." */
+        commonRequest(argument1: unknown, argument2: (...values: any[]) => void): never;
+    }
+}
+
+declare namespace NovaExtension.CloudDoc {
+    /**
+     * One upload. The object stays while its upload is under way and somebody listens, whether the page keeps it or
+     * not.
+     *
+     * @remarks handed out by another object
+     */
+    interface UploadFileTask {
+        /**
+         * Starts the upload. Fails as well while it is under way.
+         *
+         * @throws 3 "task is null."
+         * @throws 3 "task start failed."
+         */
+        start(): Answer<undefined>;
+        /**
+         * Cancels the upload. Fails as well when none is under way.
+         *
+         * @throws 3 "task is null."
+         * @throws 3 "task cancel failed."
+         */
+        cancel(): Answer<undefined>;
+        /**
+         * Cancels the upload, if one is under way, and starts it afresh.
+         *
+         * @throws 3 "task is null."
+         * @throws 3 "task restart failed."
+         */
+        restart(): Answer<undefined>;
+        /**
+         * Adds a listener of the page. The same function is added once. The service has begun the upload; carries
+         * `taskId` only.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: "cloud.upload.started", callback: (payload: NovaExtension.CloudDoc.UploadFileTask.UploadState) => void): void;
+        /**
+         * Adds a listener of the page. The same function is added once. How the upload stands, about once a second.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: "cloud.upload.progressChanged", callback: (payload: NovaExtension.CloudDoc.UploadFileTask.UploadState) => void): void;
+        /**
+         * Adds a listener of the page. The same function is added once. The upload has ended, once: with status `1`,
+         * `2` or `6`, or with `-1` when the service did not begin it or reports nothing of it any more.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: "cloud.upload.finished", callback: (payload: NovaExtension.CloudDoc.UploadFileTask.UploadState) => void): void;
+        /**
+         * Adds a listener of the page. The same function is added once.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: string, callback: (...payload: any[]) => void): void;
+        /**
+         * Removes a listener of the page. The service has begun the upload; carries `taskId` only.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: "cloud.upload.started", callback?: (payload: NovaExtension.CloudDoc.UploadFileTask.UploadState) => void): void;
+        /**
+         * Removes a listener of the page. How the upload stands, about once a second.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: "cloud.upload.progressChanged", callback?: (payload: NovaExtension.CloudDoc.UploadFileTask.UploadState) => void): void;
+        /**
+         * Removes a listener of the page. The upload has ended, once: with status `1`, `2` or `6`, or with `-1` when
+         * the service did not begin it or reports nothing of it any more.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: "cloud.upload.finished", callback?: (payload: NovaExtension.CloudDoc.UploadFileTask.UploadState) => void): void;
+        /**
+         * Removes a listener of the page.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: string, callback?: (...payload: any[]) => void): void;
+        /**
+         * Calls the listeners of an event.
+         *
+         * @param eventName the event
+         * @param isInsidePlugin whether only listeners of the calling page are called
+         * @param payload what the listeners are called with
+         * @throws 3 "Event service error."
+         */
+        dispatchEvent(eventName: string, isInsidePlugin?: boolean, ...payload: unknown[]): void;
+        /**
+         * Returns how many listeners each event has, over all pages.
+         *
+         * @throws 3 "Event service error."
+         */
+        getAllEventInfo(): any;
+    }
+}
+
+declare namespace NovaExtension.CloudDoc.UploadFileTask {
+    interface UploadState {
+        /** the service's name for the upload */
+        taskId: string;
+        /** an integer in decimal; `1`, `2` and `6` are final, `-1` that nothing is known of the upload */
+        status?: string;
+        /** what the service says of the file */
+        data?: string;
+        /** why it failed */
+        uploadErrorCode?: string;
+        /** the kind of transfer */
+        type?: string;
+    }
+}
+
+declare namespace NovaExtension.SettingsManager {
+    /**
+     * One settings store. Changes reach the disk when script has returned to the event loop, and when the object goes.
+     * A store keeps strings: numbers and booleans have become strings when the suite starts again.
+     *
+     * @remarks handed out by another object
+     */
+    interface Settings {
+        /**
+         * Stores a value.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 3 "Setting is invalid."
+         * @throws 1 "wrong parameters."
+         */
+        setValue(options: NovaExtension.SettingsManager.Settings.WriteOptions): Answer<undefined>;
+        /**
+         * Returns a stored value.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 3 "Setting is invalid."
+         * @throws 1 "wrong parameters."
+         */
+        getValue(options: NovaExtension.SettingsManager.Settings.ReadOptions): Answer<any>;
+    }
+}
+
+declare namespace NovaExtension.SettingsManager.Settings {
+    interface ReadOptions {
+        /** the value's name */
+        key: string;
+        /** what is returned where there is no value */
+        defaultValue?: unknown | undefined;
+    }
+    interface WriteOptions {
+        /** the value's name; `/` separates groups */
+        key: string;
+        /** anything but a function or a native object */
+        value: unknown;
+    }
+}
+
+declare namespace NovaExtension.Account {
+    /**
+     * Changes of the user's membership privileges.
+     *
+     * @remarks handed out by another object
+     */
+    interface Privilege {
+        /**
+         * Adds a listener of the page. The same function is added once. The user's membership privileges have changed.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: "event.privilege.info.changed", callback: (payload: NovaExtension.Account.Privilege.PrivilegeChange) => void): void;
+        /**
+         * Adds a listener of the page. The same function is added once.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: string, callback: (...payload: any[]) => void): void;
+        /**
+         * Removes a listener of the page. The user's membership privileges have changed.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: "event.privilege.info.changed", callback?: (payload: NovaExtension.Account.Privilege.PrivilegeChange) => void): void;
+        /**
+         * Removes a listener of the page.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: string, callback?: (...payload: any[]) => void): void;
+        /**
+         * Calls the listeners of an event.
+         *
+         * @param eventName the event
+         * @param isInsidePlugin whether only listeners of the calling page are called
+         * @param payload what the listeners are called with
+         * @throws 3 "Event service error."
+         */
+        dispatchEvent(eventName: string, isInsidePlugin?: boolean, ...payload: unknown[]): void;
+        /**
+         * Returns how many listeners each event has, over all pages.
+         *
+         * @throws 3 "Event service error."
+         */
+        getAllEventInfo(): any;
+    }
+}
+
+declare namespace NovaExtension.Account.Privilege {
+    interface PrivilegeChange {
+        /** always `ok` */
+        callstatus: string;
+        /** what the service says of the change */
+        data: Record<string, any>;
+    }
+}

@@ -16,7 +16,7 @@ struct DataDirectory {
     std::unique_ptr<QTemporaryDir> temporary;
 };
 
-DataDirectory& state()
+DataDirectory& directoryState()
 {
     static DataDirectory directory;
     return directory;
@@ -38,14 +38,14 @@ QString setDataDirectory(const QString& directory)
             return QStringLiteral("data directory \"%1\": may not be written to; choose another one")
                 .arg(directory);
     }
-    std::lock_guard lock(state().mutex);
-    state().chosen = path;
+    std::lock_guard lock(directoryState().mutex);
+    directoryState().chosen = path;
     return {};
 }
 
 QString dataDirectory()
 {
-    DataDirectory& directory = state();
+    DataDirectory& directory = directoryState();
     std::lock_guard lock(directory.mutex);
     if (!directory.chosen.isEmpty())
         return directory.chosen;
@@ -57,8 +57,8 @@ QString dataDirectory()
 
 bool isDataTemporary()
 {
-    std::lock_guard lock(state().mutex);
-    return state().chosen.isEmpty();
+    std::lock_guard lock(directoryState().mutex);
+    return directoryState().chosen.isEmpty();
 }
 
 QString expandPath(const QString& path)

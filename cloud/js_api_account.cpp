@@ -237,8 +237,10 @@ namespace {
 template <typename Options> QVariantMap collectGiven(const Options& options)
 {
     QVariantMap given = toMap(options);
-    for (auto value = given.begin(); value != given.end();)
-        value = value.value() == QVariant(QString()) ? given.erase(value) : std::next(value);
+    for (auto value = given.begin(); value != given.end();) {
+        const bool isEmpty = value->userType() == QMetaType::QString && value->toString().isEmpty();
+        value = isEmpty ? given.erase(value) : std::next(value);
+    }
     return given;
 }
 

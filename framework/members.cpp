@@ -41,10 +41,10 @@ try {
 
 MemberDescriptor detail::makeRow(const char16_t* name, MemberDescriptor::Kind kind, Category category,
     Type result, JSMemberInvoke invoke, std::initializer_list<Parameter> parameters,
-    MemberDocumentation documentation)
+    const MemberDocumentation& documentation)
 {
     MemberDescriptor row { name, kind, category, result, invoke, {},
-        static_cast<std::uint32_t>(parameters.size()), std::move(documentation) };
+        static_cast<std::uint32_t>(parameters.size()), documentation };
     std::copy(parameters.begin(), parameters.end(), row.parameters.begin());
     return row;
 }

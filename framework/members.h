@@ -114,8 +114,7 @@ struct Signature<Handler> {
     using Parameters = std::tuple<std::remove_cvref_t<Declared>...>;
     using Arguments = std::tuple<Argument<std::remove_cvref_t<Declared>>...>;
 };
-template <typename Return, typename... Declared, Return (*Handler)(Declared...)>
-struct Signature<Handler> {
+template <typename Return, typename... Declared, Return (*Handler)(Declared...)> struct Signature<Handler> {
     using Object = KJCExtentionObjBase;
     using Result = Return;
     using Parameters = std::tuple<std::remove_cvref_t<Declared>...>;
@@ -156,7 +155,8 @@ template <auto Handler, typename Object = typename Signature<Handler>::Object> s
 };
 
 MemberDescriptor makeRow(const char16_t* name, MemberDescriptor::Kind kind, Category category, Type result,
-    JSMemberInvoke invoke, std::initializer_list<Parameter> parameters, MemberDocumentation documentation);
+    JSMemberInvoke invoke, std::initializer_list<Parameter> parameters,
+    const MemberDocumentation& documentation);
 
 JSMemberInvoke unbuiltInvoke();
 

@@ -40,7 +40,7 @@ def main():
     if with_batches:
         for batch, options in commands("release"):
             held = set(re.findall(r'#include "(.*)"', pathlib.Path(batch).read_text())) if "/Unity/" in batch else set()
-            if held & given and not re.search("/build/release/(tests|bench)/", batch):
+            if held & given and not re.search("/build/release/(tests|bench|tools)/", batch):
                 batched |= held
                 show(BATCH, options, batch)
     for source, options in commands("debug"):

@@ -1,7 +1,7 @@
 // The messages as bytes, worked out by hand, and what a reader takes and refuses.
-#include "host/cloudwire/codec.h"
 #include "cloud/schema/lark_types.h"
 #include "cloud/schema/orbitapi_types.h"
+#include "host/cloudwire/codec.h"
 #include "tests/support/rows.h"
 
 #include <random>

@@ -222,9 +222,9 @@ TEST_F(Answered, MessageBoxesAndOtherModalDialogsEnd)
 TEST_F(Answered, UnlessTheProfileShowsThem)
 {
     useProfile("{}");
-    EXPECT_TRUE(dialogs::answered()) << "there is no display";
+    EXPECT_TRUE(dialogs::areAnswered()) << "there is no display";
     useProfile(R"({"dialogs": {"mode": "show"}})");
-    EXPECT_FALSE(dialogs::answered());
+    EXPECT_FALSE(dialogs::areAnswered());
     useProfile(R"({"services": {"cloudFileDialog": false, "filePanel": false, "accessManager": false}})");
     EXPECT_FALSE(CreateCloudFileDialog(true) || GetFilePanel() || GetAccessManager());
 }

@@ -1,12 +1,24 @@
 // The library's objects, in the stand-in's JS core.
 #pragma once
 
+#include "host/vexlite/failurelog.h"
 #include "tests/support/exports.h"
 #include "tests/support/page.h"
 
 #include <QCoreApplication>
 
 namespace support {
+
+/// Writes down the failures that pages see, where the environment says so: the test types.failures compares them with
+/// those that are described.
+inline void recordFailures(vexlite::Core& core)
+{
+    const QString directory = qEnvironmentVariable("VEXLITE_SEEN_FAILURES");
+    if (directory.isEmpty())
+        return;
+    static vexlite::FailureLog log(directory);
+    core.setTracer([](const vexlite::TracedCall& call) { log.add(call); });
+}
 
 /// The core of the process: the library announces its classes to one core only.
 inline vexlite::Core& libraryCore()
@@ -15,6 +27,7 @@ inline vexlite::Core& libraryCore()
         ExtensionFactoryMap factories;
         GetNovaExtensionJsApiObj(&factories);
         vexlite::Core::start({}).setFactories(factories);
+        recordFailures(*vexlite::Core::instance());
         return *vexlite::Core::instance();
     }();
     return core;

@@ -2,6 +2,8 @@
 before it calls a member (a symbol as an argument) is no failure of the member and is not recorded.
 
 usage: failures_test.py API_JSON RECORDS_DIR
+
+What no test saw is written beside the directory: unseen-failures.txt.
 """
 import json
 import pathlib
@@ -35,7 +37,8 @@ def main():
         sys.exit(f"no failure was seen: {records} is empty")
     unseen = [show(member, code, rejects, text) for member, failures in described.items()
               for code, rejects, text, _ in failures if (member, code, rejects, text) not in seen]
-    print(f"{len(seen)} of the described failures were seen. No test saw these {len(unseen)}:", *unseen, sep="\n")
+    report = [f"{len(seen)} of the described failures were seen. No test saw these {len(unseen)}:", *unseen]
+    records.with_name("unseen-failures.txt").write_text("\n".join([*report, ""]), encoding="utf-8")
     if undeclared:
         sys.exit("\n".join(["Seen, but not described:", *undeclared.values()]))
 

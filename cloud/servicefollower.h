@@ -22,8 +22,8 @@ template <typename Service> class KServiceFollower {
 public:
     using Connections = std::vector<QMetaObject::Connection>;
 
-    /// `find` answers the service that there is now, or null. `connectTo` is called for each new one and
-    /// answers its connections, which are taken back when another one is followed.
+    /// `find` returns the service that there is now, or null. `connectTo` is called for each new one and
+    /// returns its connections, which are taken back when another one is followed.
     KServiceFollower(std::function<Service*()> find, std::function<Connections(Service&)> connectTo)
         : m_find(std::move(find))
         , m_connectTo(std::move(connectTo))

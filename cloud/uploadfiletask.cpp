@@ -73,7 +73,7 @@ bool KUploadFileTask::cancel()
 {
     if (!m_running)
         return false;
-    // Before the service has named the task there is nothing that it could be told to cancel.
+    // Before the service has named the task there is nothing to cancel.
     m_isToBeCancelled = m_taskId.isEmpty();
     return m_isToBeCancelled || askToCancel(m_taskId);
 }
@@ -86,8 +86,9 @@ bool KUploadFileTask::restart()
 
 void KUploadFileTask::onBegun(int run, bool ok, const LarkIpcResult& result)
 {
-    const auto told = result.resultMap.find("taskId");
-    const QString taskId = told == result.resultMap.end() ? QString() : QString::fromStdString(told->second);
+    const auto found = result.resultMap.find("taskId");
+    const QString taskId =
+        found == result.resultMap.end() ? QString() : QString::fromStdString(found->second);
     const bool hasBegun = ok && result.state == 0 && !taskId.isEmpty();
     if (run != m_run) {
         // The upload was restarted before it was known to have begun.

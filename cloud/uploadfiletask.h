@@ -43,18 +43,18 @@ public:
     /// begun yet is cancelled when it has. False when no upload is under way, or the service did not take the
     /// request.
     bool cancel();
-    /// Cancels the upload, if one is under way, and starts it afresh; nothing more is told of the one before.
-    /// False when the service did not take the new one: then the one before goes on being told of.
+    /// Cancels the upload, if one is under way, and starts it afresh; nothing more is reported of the one before.
+    /// False when the service did not take the new one: then the one before goes on being reported.
     bool restart();
     /// Whether it has been started and has not ended.
     bool isRunning() const { return m_running; }
 
 Q_SIGNALS:
-    // The maps have "taskId" and what the service told, all texts: "status", "data", "uploadErrorCode" (or
+    // The maps have "taskId" and what the service reported, all strings: "status", "data", "uploadErrorCode" (or
     // else the state that it answered, unless that is 0), "type".
     void sigStarted(const QVariantMap& task);
     void sigProgressChanged(const QVariantMap& task);
-    /// Once an upload: the service said that it has ended (status 1, 2 or 6), or did not begin it or tells
+    /// Once an upload: the service said that it has ended (status 1, 2 or 6), or did not begin it or reports
     /// nothing of it for ten polls ("status" is "-1" then).
     void sigFinished(const QVariantMap& task);
 
@@ -74,10 +74,10 @@ private:
     const QMap<QString, QString> m_arguments;
     KLarkIpcWrapper m_service;
     QTimer m_pollTimer;
-    QString m_taskId; ///< empty until the service has told it
+    QString m_taskId; ///< empty until the service has reported it
     bool m_running = false;
     bool m_isToBeCancelled = false; ///< as soon as it has begun
-    int m_run = 0;                  ///< replies to an upload before the last restart are not heard
+    int m_run = 0;                  ///< replies to an upload before the last restart are ignored
     int m_unanswered = 0;           ///< polls since the last answer
 };
 

@@ -32,7 +32,7 @@ std::optional<std::uint32_t> outputBound(std::uint32_t length, std::uint32_t mos
     return static_cast<std::uint32_t>(bound);
 }
 
-/// Answers with `body`, or with the code of the exception that it threw.
+/// Returns what `body` returns, or the code of the exception that it threw.
 template <typename Body> std::int32_t withoutExceptions(Body body) noexcept
 {
     try {

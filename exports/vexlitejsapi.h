@@ -14,7 +14,7 @@ extern "C" {
 // A block is one piece of heap memory. Its handle is the address of its data; two unsigned 32-bit fields lie
 // before it:
 //
-//     handle - 8   the size: the bytes in use, what _XGblSize answers
+//     handle - 8   the size: the bytes in use, what _XGblSize returns
 //     handle - 4   the capacity: the bytes that there is room for
 //     handle       the data
 //
@@ -33,7 +33,7 @@ enum {
 /// the flag the content is any. Null for a size of 2^31 or more and when memory is short.
 void* _XGblAlloc(uint32_t flags, uint32_t size);
 
-/// Gives a block another size and answers its handle, which may be a new one: the old one has ended then.
+/// Gives a block another size and returns its handle, which may be a new one: the old one has ended then.
 /// - Within the capacity only the size changes. A smaller size releases no memory.
 /// - Beyond it the block is reallocated for `size` bytes or for twice its old size, whichever is more.
 /// - With VEXLITE_GBL_ZERO the bytes from the old size up to `size` become 0.
@@ -82,7 +82,7 @@ enum {
 /// Compresses into the zlib format, with its header and checksum. `level` is zlib's: 0 (stored) to 9
 /// (smallest), or -1 for zlib's default. On success *data is the handle of a block of the compressed size;
 /// the caller owns it and ends it with _XGblFree. *data is null on every failure, and with
-/// VEXLITE_COMPRESS_OK when memory is too short to give the block its final size. Answers one of the
+/// VEXLITE_COMPRESS_OK when memory is too short to give the block its final size. Returns one of the
 /// VEXLITE_COMPRESS codes.
 int32_t _XZlibCompress(const void* source, uint32_t length, void** data, int32_t level);
 
@@ -90,7 +90,7 @@ int32_t _XZlibCompress(const void* source, uint32_t length, void** data, int32_t
 /// The data is flushed but not finished: it has no last block, and the bytes 00 00 FF FF that end the flush
 /// are left out of *deflatedLength. *handle is memory of the suite's mfxGlobalAlloc. Whenever it is not null
 /// the caller owns it and ends it with mfxGlobalFree, also when zlib fails after it was allocated; its
-/// content is any then. *deflatedLength is the bytes in use, at least 1, and 0 on every failure. Answers one
+/// content is any then. *deflatedLength is the bytes in use, at least 1, and 0 on every failure. Returns one
 /// of the VEXLITE_COMPRESS codes.
 int32_t _XDeflate(const void* source, uint32_t length, void** handle, uint32_t* deflatedLength);
 

@@ -24,7 +24,7 @@ private:
 
 } // namespace
 
-template <> bool answersTo<IJSSubObject>(const KIID& iid)
+template <> bool supportsInterface<IJSSubObject>(const KIID& iid)
 {
     return iid == IID_IJSSubObject;
 }

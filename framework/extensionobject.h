@@ -14,7 +14,7 @@
 #include "framework/members.h"
 #include "framework/objectbase.h"
 
-template <> inline bool answersTo<IJSExtentionObject>(const KIID& iid)
+template <> inline bool supportsInterface<IJSExtentionObject>(const KIID& iid)
 {
     return iid == IID_IJSExtentionObject;
 }
@@ -35,7 +35,7 @@ public:
     std::int64_t typeId();
     KResult publish(const JSContextEnv& context, IJSMemberList** out);
 
-    /// Finds a member and tells the trace hook of the call that follows. Null when there is no such member.
+    /// Finds a member and reports the call that follows to the trace hook. Null when there is no such member.
     const JSMemberEntry* enter(
         IVEXJSCore& core, const JSContextEnv& context, std::int32_t id, JSAccess access) const
     {
@@ -55,7 +55,7 @@ private:
     QStringList m_announced; ///< names of the classes of objects it hands out
 };
 
-/// Tells the JS core, where there still is one, that a call has ended.
+/// Reports to the JS core, where there still is one, that a call has ended.
 inline void completeCall(const JSContextEnv& context, KJSVariant& value, std::int64_t extra)
 {
     if (IVEXJSCore* core = vexlite::GetVEXJSCore())

@@ -2,7 +2,7 @@
 
 #include "framework/values.h"
 
-template <> bool answersTo<IJSONValue>(const KIID& iid)
+template <> bool supportsInterface<IJSONValue>(const KIID& iid)
 {
     return iid == IID_IJSONValue || iid == IID_IJSONValueBase;
 }

@@ -94,7 +94,7 @@ struct MemberDescriptor {
 
 namespace detail {
 
-/// Answers for a handler that threw: nothing may cross into the JS core.
+/// The failure for a handler that threw: nothing may cross into the JS core.
 KResult failForException(Call& call) noexcept;
 
 template <typename Object, typename Argument>

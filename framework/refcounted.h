@@ -30,15 +30,15 @@ private:
     std::atomic<std::uint32_t> m_references { 1 };
 };
 
-/// Which identifiers an interface answers to besides IUnknown. Specialised next to each implementation.
-template <typename Interface> bool answersTo(const KIID& iid);
+/// The identifiers besides IUnknown for which an object returns an interface. Specialised next to each implementation.
+template <typename Interface> bool supportsInterface(const KIID& iid);
 
 /// Adds the interface query.
 template <typename Interface> class KJCUnknownWarp : public KJCKS_RefCountWarp<Interface> {
 public:
     KResult QueryInterface(const KIID& iid, void** out) override
     {
-        if (iid == IID_IUnknown || answersTo<Interface>(iid)) {
+        if (iid == IID_IUnknown || supportsInterface<Interface>(iid)) {
             *out = static_cast<Interface*>(this);
             this->AddRef();
             return KR_OK;

@@ -29,7 +29,7 @@ constexpr Failure NotFile { OperationFailed, "%1 is not file" };
 constexpr Failure OpenFailed { OperationFailed, "Failed to open file : %1 " };
 constexpr Failure NoPanel { OperationFailed, "empty handle" };
 
-// The same texts with both codes.
+// The same texts under both codes.
 constexpr Failure NotExisting { OperationFailed, "%1 is not existed" };
 constexpr Failure NotDirectory { OperationFailed, "%1 is not dir" };
 constexpr Failure ArgumentNotExisting { BadArgument, "%1 is not existed" };

@@ -14,7 +14,7 @@ const MemberList& KJsApiAiDocsChat::members()
 
 const MemberList& KJObjWebDocsControl::members()
 {
-    static const MemberList list = MemberList { "Tells the suite that a web document has been set up.",
+    static const MemberList list = MemberList { "Informs the suite that a web document has been set up.",
         {
             unbuilt(u"notifySetupFinished", Category::Usual, Type::JsValue, { Type::JsValue }),
         } }.withEvents();

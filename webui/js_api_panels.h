@@ -11,7 +11,7 @@ public:
     static const MemberList& members();
 };
 
-/// "NovaExtension.WebDocsControl": tells the suite that a web document has been set up.
+/// "NovaExtension.WebDocsControl": informs the suite that a web document has been set up.
 class KJObjWebDocsControl final : public KJCExtendJsEventObj<KJObjWebDocsControl> {
 public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.WebDocsControl";

@@ -9,7 +9,7 @@
 
 class QObject;
 
-/// Has the suite's service send a request. Answers its identifier, or an empty text when there is no service
+/// Has the suite's service send a request. Returns its identifier, or an empty string when there is no service
 /// or it refuses. The reply comes to the slot `replySlot` (a name without parameters) of `receiver`.
 QString invokeCloud(
     const QString& procedure, const KCloudIpcArg& argument, QObject* receiver, const char* replySlot);

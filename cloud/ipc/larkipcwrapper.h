@@ -16,7 +16,7 @@ public:
     template <typename Result>
     using Callback = std::function<void(bool success, const QString& requestId, const Result& result)>;
 
-    /// Sends a request; `Result` is the procedure's. Answers its identifier, or an empty text when it was not
+    /// Sends a request; `Result` is the procedure's. Returns its identifier, or an empty string when it was not
     /// sent, and then `callback` is not called. Otherwise `callback`, which must not be empty, is called with
     /// the reply, unless another request gets the same identifier before. It may destroy the wrapper.
     template <typename Result, typename Argument>

@@ -115,7 +115,7 @@ struct SyncFolderResult {
     2: map<string, string> extraParam
 }
 
-// The service tells that the channel itself has failed.
+// The service reports that the channel itself has failed.
 struct NotifyLarkRpcExceptionArg {
     1: i32 exceptionNum
     2: map<string, string> extraParam

@@ -1,4 +1,4 @@
-// Facts of the operating system that the base library answers.
+// Facts of the operating system.
 #pragma once
 
 #include <cstdint>

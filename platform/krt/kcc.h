@@ -33,7 +33,7 @@ bool remove(const QString& key, const WriteOptions& options);
 
 /// Reads from the disk again.
 QVariant flushRead(const QString& key, const QVariant& fallback, const ReadOptions& options);
-/// Writes to the disk. True when the write was accepted; `completion` tells its outcome either way, exactly
+/// Writes to the disk. True when the write was accepted; `completion` reports its outcome either way, exactly
 /// once. A null `completion` is not called.
 bool flushWrite(const QString& key, const QVariant& value, Completion completion, const QVariantMap& context,
     const WriteOptions& options);

@@ -18,7 +18,7 @@ QString platform();
 
 namespace i18n {
 /// The user interface's language. `format` 0 is the plain name ("en"), 1 the name with its region ("en_US"),
-/// 2 the same with a hyphen ("en-US"); another format answers as 0. With `useCache` the answer may be the one
+/// 2 the same with a hyphen ("en-US"); another format counts as 0. With `useCache` the answer may be the one
 /// that held at the first call. [any thread]
 QString language(int format, bool useCache);
 } // namespace i18n

@@ -11,7 +11,7 @@ public:
     /// by spaces. What stands between two quotes (") is one word, whatever is in it; three quotes in a row
     /// are a quote as it stands. No shell reads the command. It
     /// starts in the root directory, so that nothing in the suite's own is taken for a program. False when
-    /// the program can not be started; how it ends is not told. [GUI thread]
+    /// the program can not be started; how it ends is not reported. [GUI thread]
     static bool StartDetach(const QString& command);
 };
 } // namespace krt::ksafe

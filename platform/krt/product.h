@@ -5,7 +5,7 @@
 
 namespace krt::kcmc {
 /// A product string, empty when there is none. `option` narrows the section to one entry. `ok`, unless null,
-/// tells whether the string exists. [any thread]
+/// says whether the string exists. [any thread]
 QString value(const QString& section, const QString& option, bool* ok = nullptr);
 /// Whether the product has a feature. [any thread]
 bool support(const QString& feature);

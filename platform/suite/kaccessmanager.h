@@ -4,7 +4,7 @@
 /// [GUI thread] for all.
 class IKAccessManager {
 public:
-    /// Makes sure that the process may use `path` (zero-terminated UTF-16), and tells whether it may. What
+    /// Makes sure that the process may use `path` (zero-terminated UTF-16), and returns whether it may. What
     /// `accessType` asks for is the suite's business; 2 is the usual one, reading and writing. Where access
     /// is missing the user is asked when `requestIfNoPermission` is set, in a dialog that ends before this
     /// returns; a refusal is shown to the user when `showRequestFailedTip` is set.

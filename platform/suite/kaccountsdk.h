@@ -8,7 +8,7 @@
 
 namespace kacctoutsdk {
 
-// In all of these: a text is empty, and a time 0, when it is not known. Times are milliseconds since 1970
+// In all of these: a string is empty, and a time 0, when it is not known. Times are milliseconds since 1970
 // (UTC).
 
 struct KUserInfo {
@@ -60,16 +60,16 @@ struct KMembership {
 /// belongs to a company.
 enum class KMemberKind { Nova, Folio, Super, Company };
 
-/// One account. [GUI thread] for all. Without a user signed in, texts and lists are empty.
+/// One account. [GUI thread] for all. Without a user signed in, strings and lists are empty.
 class IKAccount {
 public:
     virtual bool isLoggedIn() const = 0;
     virtual KUserInfo userInfo() const = 0;
-    /// Empty texts when the user belongs to no company.
+    /// Empty strings when the user belongs to no company.
     virtual KCompanyInfo companyInfo() const = 0;
     /// One for each tier that the service knows, always the same ones in the same order.
     virtual QVector<KMembership> memberships() const = 0;
-    /// The memberships as the service's server told them.
+    /// The memberships as the service's server has them.
     virtual QVariantMap rawMemberInfo() const = 0;
     virtual bool isMember(KMemberKind kind) const = 0;
     /// The identifier of the session that the login began; another one after every login.
@@ -82,8 +82,8 @@ protected:
 /// How a login stands that was started with a confirmation id.
 enum class KLoginConfirmation {
     Waiting,   ///< under way
-    Succeeded, ///< told once; the id is used up
-    Ended,     ///< cancelled, failed, told already, or never started
+    Succeeded, ///< reported once; the id is used up
+    Ended,     ///< cancelled, failed, reported already, or never started
 };
 
 /// The account service. [GUI thread] for all; signals come on the GUI thread too, from the event loop or from
@@ -92,17 +92,17 @@ class KAccountSdkProxy : public QObject {
     Q_OBJECT
 
 public:
-    // The three return at once with whether the request was taken on; what becomes of it is told by the
+    // The three return at once with whether the request was taken on; what becomes of it is reported by the
     // signals. A cancelled login or upgrade has no signal.
 
-    /// Has the user sign in. All keys may be left out: texts "src" (who asks), "bizSrc", "loginSrc" (the way
-    /// to sign in), "from", "confirmId"; booleans "qrcode", "bShowModal", "bTopWindow". A text
+    /// Has the user sign in. All keys may be left out: strings "src" (who asks), "bizSrc", "loginSrc" (the way
+    /// to sign in), "from", "confirmId"; booleans "qrcode", "bShowModal", "bTopWindow". A string
     /// "login.params.confirmId", from generateConfirmId(), names this login in confirmLoginSuccess(). False
     /// while another login is under way.
     virtual bool login(const QVariantMap& params) = 0;
-    /// Signs the current account out; texts "src" (who asks) and "logoutSrc". False when nobody is signed in.
+    /// Signs the current account out; strings "src" (who asks) and "logoutSrc". False when nobody is signed in.
     virtual bool logout(const QVariantMap& params) = 0;
-    /// Opens the membership upgrade of the current account: texts "csource" (who asks), "payUrl", "src",
+    /// Opens the membership upgrade of the current account: strings "csource" (who asks), "payUrl", "src",
     /// "confirmId", "appName"; "parentWidget", the number of the X11 window that owns it. False when nobody
     /// is signed in, or while another upgrade is open.
     virtual bool upgradeMember(const QVariantMap& params) = 0;
@@ -116,13 +116,13 @@ public:
     /// True from when one account stops being the current one until another has taken its place.
     virtual bool isSwitching() const = 0;
 
-    /// A text that no other login has.
+    /// A string that no other login has.
     virtual QString generateConfirmId() = 0;
-    /// How the login of that id stands. It has succeeded before loginInfoChanged tells of it.
+    /// How the login of that id stands. It has succeeded before loginInfoChanged is emitted.
     virtual KLoginConfirmation confirmLoginSuccess(const QString& confirmId) = 0;
 
 Q_SIGNALS:
-    /// The current account was signed in, in again, or out. A switch from one account to another tells twice.
+    /// The current account was signed in, in again, or out. A switch from one account to another emits twice.
     void loginInfoChanged();
     void userInfoChanged();
     void memberInfoChanged();

@@ -10,11 +10,11 @@ class QWidget;
 /// One use of the dialog. [GUI thread] for all.
 class IKCloudFileDialog {
 public:
-    /// Sets an option before the dialog is shown: texts "Title", "ConfirmButton", "InitialDir",
+    /// Sets an option before the dialog is shown: strings "Title", "ConfirmButton", "InitialDir",
     /// "InitialName", "Filters" (as QFileDialog has them), "AppName" and "BusinessFrom"; booleans
     /// "AllowMultiSel", "CloudAsInitialDir", "IsCloudCmdTag", "IsShowRecentTab", "IsShowCloudTab",
     /// "IsShowShareFolderTab", "AllowSelRoot", "SaveNewCloudFile", "IsOpenDirDialog", "returnFilePath",
-    /// "IsHideLocalTab", "IsShowFavoriteTab", "IsConfirmOverwrite", "IsShowCompanyCloudTab". An empty text,
+    /// "IsHideLocalTab", "IsShowFavoriteTab", "IsConfirmOverwrite", "IsShowCompanyCloudTab". An empty string,
     /// and false, are as if the option had not been set. Keys that the dialog does not know are ignored.
     virtual void SetOption(const QString& key, const QVariant& value) = 0;
     /// Shows the dialog above `owner` (may be null) and returns when it has ended; the event loop runs

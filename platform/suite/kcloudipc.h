@@ -17,7 +17,7 @@ class IKCloudIpcService {
 public:
     /// Sends a request and returns without waiting for its reply. `argument` is used only until then.
     ///
-    /// Answers the request's identifier, or an empty text when the request was not sent; then there is no
+    /// Returns the request's identifier, or an empty string when the request was not sent; then there is no
     /// reply. Otherwise `replySlot` of `receiver` is called exactly once, never before this has returned,
     /// unless the receiver has gone. The slot is named without its parameters, of which it has three: whether
     /// the request has succeeded (bool), the identifier (QString), and the result (the procedure's result

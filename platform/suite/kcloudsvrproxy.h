@@ -11,11 +11,11 @@ class KCloudSvrProxy : public QObject {
     Q_OBJECT
 
 public:
-    /// The object that tells what the service does. Its signal
+    /// The object that emits what the service does. Its signal
     ///
     ///     signal_notifyActionsMapDefault(const QMap<QString, QString>&)
     ///
-    /// is connected by name. The texts have the key "action", which says what the others are:
+    /// is connected by name. The strings have the key "action", which says what the others are:
     ///   "roamingModeChanged"   "roamingMode": "auto" or "manual", the mode now in force
     ///   "docCloudSyncStatus"   how the transfer of a document stands: "fileId", "cloudPath", "localPath",
     ///                          "status", "taskId", as far as they are known

@@ -11,7 +11,7 @@ class KAccountSdkProxy;
 /// every time. Null when the suite has none, or there is no application object. [GUI thread] for all.
 ///
 /// Of those with signals: when one ends, the next is looked for once a second. When one is replaced without
-/// being ended, nothing of the new one is heard until a page next uses a member.
+/// being ended, nothing of the new one is noticed until a page next uses a member.
 class KCoreApplication {
 public:
     /// The cloud IPC service (kcloudipc.h).

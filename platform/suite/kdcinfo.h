@@ -19,7 +19,7 @@ protected:
     ~KDcInfoC() = default;
 };
 
-/// The identity of this installation; texts, empty when unknown. [any thread]
+/// The identity of this installation; strings, empty when unknown. [any thread]
 namespace KDcInfoCDetail {
 QString getVersion();
 QString getGuid();

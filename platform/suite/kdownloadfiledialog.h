@@ -8,7 +8,7 @@ class QWidget;
 class KDownloadFileDialog {
 public:
     /// Asks for a file name to save to, beginning in `dir` (a directory, or a file name to propose), with
-    /// `filter` as QFileDialog has it. Answers a name that can be written to, or an empty text when the user
+    /// `filter` as QFileDialog has it. Returns a name that can be written to, or an empty string when the user
     /// cancelled. Returns when the dialog has ended; the event loop runs meanwhile. `parent` may be null.
     /// [GUI thread]
     static QString getWritableFileName(

@@ -1,4 +1,4 @@
-// What the cloud-document service is told, and answers, about the way the user's documents roam.
+// The request and the result by which the way the user's documents roam is changed.
 #pragma once
 
 #include <QMap>

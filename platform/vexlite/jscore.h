@@ -27,7 +27,7 @@ public:
     /// whatever the answer; KR_NOT_AVAILABLE when the place has gone meanwhile.
     virtual KResult Bind(IJSExtentionObject* object, std::int64_t creationContext,
         std::int64_t creationTarget, std::int64_t zero) = 0;
-    /// Ends a call: told after every method call and property read, whatever its outcome. `value` is what the
+    /// Ends a call: called after every method call and property read, whatever its outcome. `value` is what the
     /// call left in its result slot, `extra` the value that came with the call.
     virtual void CallCompleted(const JSContextEnv& context, KJSVariant& value, std::int64_t extra) = 0;
     /// Moves all members of `source` into `destination`; `source` is empty afterwards.

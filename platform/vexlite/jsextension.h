@@ -23,7 +23,7 @@ using JSMethodInvoke = KResult (*)(IJSExtentionObject* self, const JSContextEnv&
 /// The function behind a read-only property.
 using JSPropertyInvoke = KResult (*)(
     IJSExtentionObject* self, const JSContextEnv& context, KJSVariant& value, KJSVariant& exception);
-/// Either of the two, told apart by the member's kind.
+/// Either of the two, by the member's kind.
 using JSMemberInvoke = void (*)();
 
 /// One parameter of a member, passed by value.
@@ -71,7 +71,7 @@ public:
     virtual void SetInstanceMode(std::uint32_t mode) = 0;
 };
 
-/// What a handler answers when it hands out another extension object: that object, and the token that the JS
+/// What a handler returns when it hands out another extension object: that object, and the token that the JS
 /// core's registry gave for it. The wrapper holds one reference to the object.
 class IJSSubObject : public IUnknown {
 public:

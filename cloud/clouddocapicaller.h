@@ -10,7 +10,7 @@ namespace jsapi {
 inline constexpr Failure CallFailed { ErrorCode::OperationFailed, "Call %1 failed." };
 inline constexpr Failure PromiseServiceError { ErrorCode::OperationFailed, "Promise Service error." };
 
-/// Sends the request of an operation; the reply settles the promise that is the answer. Fails with CallFailed
+/// Sends the request of an operation; the reply settles the promise that is returned. Fails with CallFailed
 /// (the service refused the request) and PromiseServiceError. [GUI thread]
 class KCloudDocApiCaller final : public KJsRequest {
     Q_OBJECT

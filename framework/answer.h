@@ -18,7 +18,8 @@
 
 namespace jsapi {
 
-/// A handler's result. `return value;` or `return SomeFailure;`.
+/// A handler's result. `return value;` or `return SomeFailure;`. The constraint on the value
+/// refuses narrowing.
 template <typename T> class [[nodiscard]] Answer {
 public:
     template <typename Value>

@@ -1,10 +1,14 @@
 // Argument<T>: how a parameter of a handler gets its value. Parameters are read from left to right, and the
 // first that is refused ends the call: the order of parameters is the order of refusals.
 //
-//     Answer<bool> exists(const QString& path);               the next argument: a string, empty for any
-//     other type Answer<bool> copy(const CopyOptions& options);          a struct with fields: the next
-//     argument's properties Answer<bool> mkpath(const WritablePath& path);          checked because of its
-//     type Answer<QString> getUserId(const CurrentAccount& who);   a service: no argument of script's
+//     // the next argument: a string, empty for any other type
+//     Answer<bool> exists(const QString& path);
+//     // a struct with fields: the next argument's properties
+//     Answer<bool> copy(const CopyOptions& options);
+//     // checked because of its type
+//     Answer<bool> mkpath(const WritablePath& path);
+//     // a service, and the calling page: no arguments of script's
+//     Answer<QString> getUserId(const CurrentAccount& current);
 //     Answer<Promise<QString>> getFileMd5(const JSContextEnv& page, const QString& path);
 #pragma once
 
@@ -119,7 +123,7 @@ template <HasFields Struct> struct Argument<Struct> : ArgumentValue<Struct> {
     }
 };
 
-/// The calling page; copy it to answer later.
+/// The calling page; copy it to use it after the call.
 template <> struct Argument<JSContextEnv> {
     static constexpr bool IsScript = false;
     bool read(ArgumentReader& reader)

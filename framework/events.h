@@ -1,8 +1,8 @@
 // Events: a class whose objects have listeners derives from one of the two templates at the end and ends its
-// member table with withEvents<itself>(its events). An event is a constant with the struct that it carries:
+// member table with .withEvents(its events). An event is a constant with the struct that it carries:
 //
-//     static constexpr jsapi::Event<LoginChange> LoginEvent { "event.account.login", "A user has signed in."
-//     };
+//     inline constexpr jsapi::Event<LoginChange> LoginEvent {
+//         "event.account.login", "A user has signed in." };
 //     ...
 //     account.send(LoginEvent, { .userId = id });
 #pragma once

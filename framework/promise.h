@@ -1,11 +1,11 @@
-// Answers that come later: a pending promise that is settled once.
+// A pending promise that is settled once.
 #pragma once
 
 #include "vexlite/jscore.h"
 
 #include <QVariantMap>
 
-/// A promise that a request keeps until its answer is there. It is settled at most once; one that is
+/// A promise that a request keeps until it has a result. It is settled at most once; one that is
 /// destroyed pending is rejected, so that no page waits for ever. [GUI thread]
 class KPendingPromise {
 public:

@@ -1,11 +1,10 @@
-// KJsRequestFor<T>: the base of an answer that comes later, a promise of T.
+// KJsRequestFor<T>: the base of work that settles a promise of T when it is done.
 //
-//     jsapi::Answer<jsapi::Promise<QString>> KFileMd5Request::start(const JSContextEnv& page, const QString&
-//     path)
+//     Answer<Promise<QString>> KFileMd5Request::start(const JSContextEnv& page, const QString& path)
 //     {
 //         auto request = std::make_unique<KFileMd5Request>(path);
-//         ...                                              // begin the work, or refuse
-//         return promise(page, std::move(request));        // the answer is the promise
+//         ...                                           // begin the work, or refuse
+//         return promise(page, std::move(request));
 //     }
 //
 // and, when the work is done, resolve or reject.
@@ -26,7 +25,7 @@ protected:
     KJsRequest() = default;
 
     /// Makes a page's promise of a T, and leaves the request to itself. Without promises the request ends
-    /// here, and the answer is the failure `withoutPromises`.
+    /// here with the failure `withoutPromises`.
     template <typename T>
     static jsapi::Answer<jsapi::Promise<T>> promise(
         const JSContextEnv& page, std::unique_ptr<KJsRequest> request, const jsapi::Failure& withoutPromises)
@@ -37,7 +36,7 @@ protected:
         return jsapi::Promise<T> { std::move(promise) };
     }
 
-    /// Whether a page still waits for the answer. Ask between steps, and finish early when none does.
+    /// Whether a page still waits for the promise. Check between steps, and finish early when none does.
     bool isAwaited() const { return m_promise.isAwaited(); }
 
     // Settles the promise, or as soon as it has been made, and deletes the request later. What comes after

@@ -8,8 +8,8 @@
 
 namespace jsapi {
 
-/// A page's turn to show a dialog. Script can run while a dialog is open; a page that asks for a second one
-/// gets no turn, so that it can not pile them up. Answer as if the user had cancelled then. [GUI thread]
+/// A page's turn to show a dialog. Script can run while a dialog is open; a page that opens a second one
+/// gets no turn, so that it can not pile them up. Return what a cancelled dialog returns then. [GUI thread]
 class DialogTurn {
 public:
     explicit DialogTurn(const JSContextEnv& page);

@@ -27,7 +27,7 @@ public:
 
     enum class Slice {
         Read,
-        TooYoung, ///< nothing was read: a change that is made now could not be told from the last one
+        TooYoung, ///< nothing was read: a change that is made now could not be seen by its time stamp
         Ended,    ///< the request has finished
     };
     /// Reads the next slice into `buffer`, the first time after opening the file.

@@ -11,7 +11,7 @@ namespace jsapi {
 
 /// "NovaExtension.FileSystem": guarded access to local files and to the suite's file dialogs.
 ///
-/// A dialog runs until the user has ended it; a page has one at a time, and one that it asks for meanwhile is
+/// A dialog runs until the user has ended it; a page has one at a time, and one that it opens meanwhile is
 /// cancelled at once, as is the dialog of a page that goes.
 class KJsApiFileSystem final : public KJCExtendJsObj<KJsApiFileSystem> {
 public:

@@ -8,7 +8,7 @@
 template <typename Message> inline constexpr const char* cloudTypeName = nullptr;
 
 #define CLOUD_TYPE(Type) template <> inline constexpr const char* cloudTypeName<Type> = #Type;
-// The parameters of a reply slot are matched by their text, which has no namespace.
+// The parameters of a reply slot are matched by their spelling, which has no namespace.
 #define CLOUD_MESSAGE(Message)                                                                               \
     using nova::lark::Message;                                                                               \
     CLOUD_TYPE(Message)

@@ -8,7 +8,7 @@
 using KResult = std::uint32_t;
 
 inline constexpr KResult KR_OK = 0;
-inline constexpr KResult KR_REJECTED = 1; ///< a handler answered, and its answer is a refusal
+inline constexpr KResult KR_REJECTED = 1; ///< a handler failed the call; the exception slot says why
 inline constexpr KResult KR_NO_MEMORY = 0x80000002u;
 inline constexpr KResult KR_NO_INTERFACE = 0x80000004u;
 inline constexpr KResult KR_NOT_AVAILABLE = 0x80000008u; ///< no JS core, or no such key

@@ -31,9 +31,10 @@ template <> struct Argument<AccountService> : ArgumentValue<AccountService> {
     static constexpr std::array Refusals { &EmptyHandle, &NoAccountService };
     bool read(ArgumentReader& reader, KJsApiAccount& object)
     {
-        value.handle = object.handle();
-        if (!value.handle)
-            return reader.refuse(EmptyHandle);
+        Argument<AccountHandle> handle;
+        if (!handle.read(reader, object))
+            return false;
+        value.handle = handle.value.handle;
         return value.handle->service() || reader.refuse(NoAccountService);
     }
 };

@@ -125,7 +125,7 @@ void KJsApiAccountHandle::onUserInfoChanged()
 void KJsApiAccountHandle::onMemberInfoChanged()
 {
     const IKAccount* account = service()->getAccount({});
-    m_account.send(MemberInfoEvent, { {}, account ? std::optional(readMemberInfo(*account)) : std::nullopt });
+    m_account.send(MemberInfoEvent, { {}, account ? readMemberInfo(*account) : MemberInfo() });
 }
 
 void KJsApiAccountHandle::onPrivilegeInfoChanged(const QVariantMap& detail)

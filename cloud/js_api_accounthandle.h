@@ -68,7 +68,7 @@ struct MemberInfo {
 };
 
 struct MemberInfoChange : CallStatus {
-    std::optional<MemberInfo> data;
+    MemberInfo data;
     static constexpr auto fields()
     {
         return std::tuple_cat(CallStatus::fields(),

@@ -11,7 +11,7 @@ namespace jsapi {
 
 /// How an upload stands, all as the service reports it. What it does not report is left out.
 struct UploadState {
-    QString taskId;
+    std::optional<QString> taskId;
     std::optional<QString> status;
     std::optional<QString> data;
     std::optional<QString> uploadErrorCode;

@@ -133,7 +133,7 @@ template <HasFields Struct> struct DescribedType<Struct> {
             if (!field.name)
                 return true;
             Json described { { "name", field.name }, { "type", describeType<Value>() },
-                { "optional", !field.isRequired || IsOptional<Value> } };
+                { "optional", !(field.isRequired || field.isExpected) || IsOptional<Value> } };
             if constexpr (std::is_default_constructible_v<Struct>) {
                 const Json usual = field.isRequired ? Json() : describeDefault(Struct().*field.member);
                 if (!usual.is_null())
@@ -169,7 +169,7 @@ template <typename T> void describeParameter(SignatureDescription& signature)
                 signature.refusals.push_back(*field.missing);
             if (CanBeWrong<Value>)
                 signature.refusals.push_back(*field.wrong);
-            isOptional = isOptional && !field.isRequired;
+            isOptional = isOptional && !field.isRequired && !field.isExpected;
             return true;
         });
     } else if constexpr (CanBeWrong<T>) {

@@ -33,6 +33,7 @@ struct FieldFacts {
     const Failure* missing = &MissingParameters; ///< of a required one: absent, of another type, or empty
     const Failure* wrong = &WrongParameters;     ///< what the type refuses
     bool hasFallback = false;
+    bool isExpected = false; ///< the member itself refuses its absence
 };
 
 template <typename Struct, typename Value> struct Field : FieldFacts {
@@ -65,6 +66,14 @@ constexpr auto optional(const char* name, Value Struct::*member, FieldDocumentat
 {
     return Field<Struct, Value> { { name, doc, false, &MissingParameters, &WrongParameters, true }, member,
         fallback };
+}
+
+/// A property that must be given, though only the member itself knows when to refuse its absence.
+template <typename Struct, typename Value>
+constexpr auto expected(const char* name, Value Struct::*member, FieldDocumentation doc)
+{
+    return Field<Struct, Value> { { name, doc, false, &MissingParameters, &WrongParameters, false, true },
+        member };
 }
 
 /// A member that script neither passes nor sees: its initialiser stands.

@@ -30,8 +30,9 @@ Answer<CloudFileChoice> chooseOnMachineOrInCloud(
         return choice;
     choice.files = dialog->Files();
     forEachField<CloudFileChoice>([&](const auto& field, std::size_t) {
-        if constexpr (std::is_same_v<decltype(choice.*field.member), QVariant&>)
-            choice.*field.member = dialog->Value(heapString(field.key));
+        auto& value = choice.*field.member;
+        if constexpr (std::is_assignable_v<decltype(value), QVariant>)
+            value = dialog->Value(heapString(field.key));
         return true;
     });
     return choice;

@@ -43,6 +43,17 @@ struct FileDialogOptions {
     }
 };
 
+/// The same, where the dialog begins in an existing directory.
+struct OpenDialogOptions : FileDialogOptions {
+    static constexpr auto fields()
+    {
+        using Self = FileDialogOptions;
+        return std::tuple(optional("caption", &Self::caption, "the dialog's title"),
+            expected("dir", &Self::dir, "the directory to begin in, which must exist"),
+            optional("filter", &Self::filter, "which files are shown"));
+    }
+};
+
 struct FolderDialogOptions {
     QString caption;
     QString dir;

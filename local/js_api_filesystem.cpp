@@ -29,7 +29,7 @@ constexpr Failure NotFile { OperationFailed, "%1 is not file" };
 constexpr Failure OpenFailed { OperationFailed, "Failed to open file : %1 " };
 constexpr Failure NoPanel { OperationFailed, "empty handle" };
 
-// The same texts under both codes.
+// The same under both codes.
 constexpr Failure NotExisting { OperationFailed, "%1 is not existed" };
 constexpr Failure NotDirectory { OperationFailed, "%1 is not dir" };
 constexpr Failure ArgumentNotExisting { BadArgument, "%1 is not existed" };
@@ -56,7 +56,7 @@ struct KJsApiFileSystem::CopyOptions {
     {
         return std::tuple(required("path", &CopyOptions::path,
                               "an existing regular file, of a kind that pages may copy", FileIsEmpty),
-            optional("newPath", &CopyOptions::newPath, "where to"),
+            expected("newPath", &CopyOptions::newPath, "where to"),
             optional("overwrite", &CopyOptions::overwrite, "replace what is there"));
     }
 };
@@ -382,18 +382,18 @@ Answer<QString> takeFirst(Answer<QStringList> chosen)
 } // namespace
 
 Answer<QString> KJsApiFileSystem::getExistingDirectory(
-    const JSContextEnv& page, const FileDialogOptions& options)
+    const JSContextEnv& page, const OpenDialogOptions& options)
 {
     return takeFirst(chooseInDirectory(page, options, QFileDialog::Directory));
 }
 
 Answer<QStringList> KJsApiFileSystem::getOpenFileNames(
-    const JSContextEnv& page, const FileDialogOptions& options)
+    const JSContextEnv& page, const OpenDialogOptions& options)
 {
     return chooseInDirectory(page, options, QFileDialog::ExistingFiles);
 }
 
-Answer<QString> KJsApiFileSystem::getOpenFileName(const JSContextEnv& page, const FileDialogOptions& options)
+Answer<QString> KJsApiFileSystem::getOpenFileName(const JSContextEnv& page, const OpenDialogOptions& options)
 {
     return takeFirst(chooseInDirectory(page, options, QFileDialog::ExistingFile));
 }

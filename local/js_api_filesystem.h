@@ -42,9 +42,9 @@ public:
     Answer<void> open(const QString& path);
     Answer<bool> getFileStatus(const QString& path);
     Answer<QString> getWritableSaveFileName(const JSContextEnv& page, const FileDialogOptions& options);
-    Answer<QString> getExistingDirectory(const JSContextEnv& page, const FileDialogOptions& options);
-    Answer<QStringList> getOpenFileNames(const JSContextEnv& page, const FileDialogOptions& options);
-    Answer<QString> getOpenFileName(const JSContextEnv& page, const FileDialogOptions& options);
+    Answer<QString> getExistingDirectory(const JSContextEnv& page, const OpenDialogOptions& options);
+    Answer<QStringList> getOpenFileNames(const JSContextEnv& page, const OpenDialogOptions& options);
+    Answer<QString> getOpenFileName(const JSContextEnv& page, const OpenDialogOptions& options);
     Answer<QVariantMap> showSelectFilePanel(
         IKFilePanel& panel, const JSContextEnv& page, const QVariant& options);
     Answer<Promise<QString>> getFileMd5(const JSContextEnv& page, const QString& path);

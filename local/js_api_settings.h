@@ -24,7 +24,8 @@ struct SettingsOptions {
         return std::tuple(required("format", &SettingsOptions::format,
                               "0 for the suite's own store, 1 for the INI file of `path`", FormatIsIllegal,
                               FormatIsIllegal),
-            optional("path", &SettingsOptions::path, "the INI file, made when something is first written"));
+            optional("path", &SettingsOptions::path,
+                "the INI file, made when something is first written; must be given with format 1"));
     }
 };
 

@@ -64,7 +64,7 @@ declare const NovaExtension: {
     readonly AiDocsChat: NovaExtension.AiDocsChat;
     /** Folders that are kept in step with the cloud. */
     readonly SyncFolder: NovaExtension.SyncFolder;
-    /** Tells the suite that a web document has been set up. */
+    /** Informs the suite that a web document has been set up. */
     readonly WebDocsControl: NovaExtension.WebDocsControl;
     /** Notifications between a page and the contract panel. */
     readonly KContract: NovaExtension.KContract;
@@ -547,21 +547,21 @@ declare namespace NovaExtension {
          * @throws 1 "%1 is not existed"
          * @throws 1 "%1 is not dir"
          */
-        getExistingDirectory(options?: NovaExtension.FileSystem.FileDialogOptions): Answer<string>;
+        getExistingDirectory(options: NovaExtension.FileSystem.OpenDialogOptions): Answer<string>;
         /**
          * Has the user choose existing files. Returns their paths, none when cancelled.
          *
          * @throws 1 "%1 is not existed"
          * @throws 1 "%1 is not dir"
          */
-        getOpenFileNames(options?: NovaExtension.FileSystem.FileDialogOptions): Answer<string[]>;
+        getOpenFileNames(options: NovaExtension.FileSystem.OpenDialogOptions): Answer<string[]>;
         /**
          * Has the user choose an existing file. Returns its path, empty when cancelled.
          *
          * @throws 1 "%1 is not existed"
          * @throws 1 "%1 is not dir"
          */
-        getOpenFileName(options?: NovaExtension.FileSystem.FileDialogOptions): Answer<string>;
+        getOpenFileName(options: NovaExtension.FileSystem.OpenDialogOptions): Answer<string>;
         /**
          * Shows the suite's file panel. Returns what it returns, `{}` when cancelled.
          *
@@ -735,7 +735,7 @@ declare namespace NovaExtension.FileSystem {
         /** an existing regular file, of a kind that pages may copy */
         path: string;
         /** where to */
-        newPath?: string | undefined;
+        newPath: string;
         /**
          * replace what is there
          *
@@ -756,6 +756,14 @@ declare namespace NovaExtension.FileSystem {
         caption?: string | undefined;
         /** the directory to begin in */
         dir: string;
+    }
+    interface OpenDialogOptions {
+        /** the dialog's title */
+        caption?: string | undefined;
+        /** the directory to begin in, which must exist */
+        dir: string;
+        /** which files are shown */
+        filter?: string | undefined;
     }
     interface PathOptions {
         /** an existing regular file */
@@ -1660,7 +1668,7 @@ declare namespace NovaExtension.SettingsManager {
     interface SettingsOptions {
         /** 0 for the suite's own store, 1 for the INI file of `path` */
         format: 0 | 1;
-        /** the INI file, made when something is first written */
+        /** the INI file, made when something is first written; must be given with format 1 */
         path?: string | undefined;
     }
 }
@@ -2318,7 +2326,7 @@ declare namespace NovaExtension.Account {
         /** always `ok` */
         callstatus: string;
         /** the memberships there are now */
-        data?: NovaExtension.Account.MemberInfo;
+        data: NovaExtension.Account.MemberInfo;
     }
     interface Membership {
         /** whether the user is one */
@@ -2500,7 +2508,7 @@ declare namespace NovaExtension {
 
 declare namespace NovaExtension {
     /**
-     * Tells the suite that a web document has been set up.
+     * Informs the suite that a web document has been set up.
      *
      * @remarks one object, shared by all pages
      */
@@ -2753,7 +2761,7 @@ declare namespace NovaExtension.CloudDoc {
 declare namespace NovaExtension.CloudDoc.UploadFileTask {
     interface UploadState {
         /** the service's name for the upload */
-        taskId: string;
+        taskId?: string;
         /** an integer in decimal; `1`, `2` and `6` are final, `-1` that nothing is known of the upload */
         status?: string;
         /** what the service says of the file */

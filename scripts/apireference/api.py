@@ -39,9 +39,13 @@ def is_identifier(name):
 
 
 def load(path):
-    """The list of objects."""
+    """The list of objects of a file."""
     with open(path, encoding="utf-8") as file:
-        api = json.load(file)
+        return check(json.load(file))
+
+
+def check(api):
+    """The list of objects, which are what the other modules expect."""
     _check(api, {"objects": list}, "api.json")
     names = {one.get("name") for one in api["objects"]}
     for one in api["objects"]:

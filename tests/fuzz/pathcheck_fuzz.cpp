@@ -108,7 +108,7 @@ std::shared_ptr<const Profile> current()
     return ::current;
 }
 
-QString expanded(const QString& path)
+QString expandPath(const QString& path)
 {
     return path;
 }

@@ -75,7 +75,6 @@ declare namespace NovaExtension {
     interface Answer<Data> {
         readonly success: true;
         readonly data: Data;
-        readonly msg?: string;
     }
 
     /**

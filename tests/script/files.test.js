@@ -86,6 +86,7 @@ await check([
     ["copy a pipe", () => copy("pipe", "DATA/x"), illegal],
     ["copy a program", () => copy("program", "DATA/x"), illegal],
     ["copy a script under another name", () => copy("script.txt", "DATA/x"), illegal],
+    // @ts-expect-error: the path to copy to must be given
     ["copy without a new path", () => FileSystem.copy({ path: at("plain.txt") }), newIllegal],
     ["copy to a relative path", () => copy("plain.txt", "x.txt"), newIllegal],
     ["copy into a closed directory by a link", () => copy("plain.txt", "DATA/tree/to closed/x"), newIllegal],

@@ -157,53 +157,53 @@ struct KJsApiAccount::UpgradeOptions {
 const MemberList& KJsApiAccount::members()
 {
     using Self = KJsApiAccount;
-    static const MemberList list = MemberList { "The signed-in user, login and logout, and their changes. "
-                                                "With nobody signed in, strings and lists are empty and "
-                                                "booleans `false`.",
-        {
-            getter<&Self::privilege>(u"Privilege", Category::Account, Type::Object,
-                "Changes of the user's membership privileges.", { &EmptyHandle }),
-            member<&Self::login>(u"login", Category::Account, Type::JsValue, { Type::JsValue },
-                "Has the user sign in. Returns whether the service takes the request on, which is not the "
-                "case while another "
-                "login is under way; events say what becomes of it."),
-            member<&Self::logout>(u"logout", Category::Account, Type::JsValue,
-                { { Type::String, "source", "who signs the user out" } },
-                "Signs the current user out. Returns whether the service takes the request on.",
-                { &MissingParameters }),
-            member<&Self::upgradeMember>(u"upgradeMember", Category::Account, Type::JsValue,
-                { Type::JsValue },
-                "Opens the membership upgrade. Returns whether the service takes the request on."),
-            listeners<Self, LoginEvent, AccountHandle>(
-                u"addLoginListener", u"removeLoginListener", Category::Account),
-            listeners<Self, LogoutEvent, AccountHandle>(
-                u"addLogoutListener", u"removeLogoutListener", Category::Account),
-            listeners<Self, UserInfoEvent, AccountHandle>(
-                u"addUserInfoChangedListener", u"removeUserInfoChangedListener", Category::Account),
-            member<&Self::isLoggedIn>(
-                u"isLoggedIn", Category::Account, Type::JsValue, "Returns whether a user is signed in."),
-            member<&Self::getUserId>(
-                u"getUserId", Category::Account, Type::JsValue, "Returns the current user's id."),
-            member<&Self::getUserInfo>(u"getUserInfo", Category::Account, Type::JsValue,
-                "Returns what is known of the current user."),
-            member<&Self::getMemberInfo>(u"getMemberInfo", Category::Account, Type::JsValue,
-                "Returns the current user's memberships."),
-            member<&Self::getCompanyInfo>(u"getCompanyInfo", Category::Account, Type::JsValue,
-                "Returns what is known of the current user's company."),
-            member<&Self::getAccountListInfo>(u"getAccountListInfo", Category::Account, Type::JsValue,
-                "Returns the users who are signed in on this machine."),
-            member<&Self::isNovaMember>(u"isNovaMember", Category::Account, Type::JsValue,
-                "Returns whether the current user is a Nova member."),
-            member<&Self::isFolioMember>(u"isFolioMember", Category::Account, Type::JsValue,
-                "Returns whether the current user is a Folio member."),
-            member<&Self::isSuperMember>(u"isSuperMember", Category::Account, Type::JsValue,
-                "Returns whether the current user is a super member."),
-            member<&Self::isCompanyMember>(u"isCompanyMember", Category::Account, Type::JsValue,
-                "Returns whether the current user belongs to a company."),
-            member<&Self::isMultiAccount>(u"isMultiAccount", Category::Account, Type::JsValue,
-                "Returns whether more than one user is signed in on this machine."),
-        } }.withEvents(LoginEvent, LogoutEvent, UserInfoEvent, MemberInfoEvent, ConfirmEvent)
-                                       .handingOut<KJsApiPrivilege>();
+    static const MemberList list =
+        MemberList { "The signed-in user, login and logout, and their changes. With nobody signed in, "
+                     "strings and lists are empty and booleans `false`.",
+            {
+                getter<&Self::privilege>(u"Privilege", Category::Account, Type::Object,
+                    "Changes of the user's membership privileges.", { &EmptyHandle }),
+                member<&Self::login>(u"login", Category::Account, Type::JsValue, { Type::JsValue },
+                    "Has the user sign in. Returns whether the service takes the request on, which is not the "
+                    "case while another login is under way; events say what becomes of it."),
+                member<&Self::logout>(u"logout", Category::Account, Type::JsValue,
+                    { { Type::String, "source", "who signs the user out" } },
+                    "Signs the current user out. Returns whether the service takes the request on.",
+                    { &MissingParameters }),
+                member<&Self::upgradeMember>(u"upgradeMember", Category::Account, Type::JsValue,
+                    { Type::JsValue },
+                    "Opens the membership upgrade. Returns whether the service takes the request on."),
+                listeners<Self, LoginEvent, AccountHandle>(
+                    u"addLoginListener", u"removeLoginListener", Category::Account),
+                listeners<Self, LogoutEvent, AccountHandle>(
+                    u"addLogoutListener", u"removeLogoutListener", Category::Account),
+                listeners<Self, UserInfoEvent, AccountHandle>(
+                    u"addUserInfoChangedListener", u"removeUserInfoChangedListener", Category::Account),
+                member<&Self::isLoggedIn>(
+                    u"isLoggedIn", Category::Account, Type::JsValue, "Returns whether a user is signed in."),
+                member<&Self::getUserId>(
+                    u"getUserId", Category::Account, Type::JsValue, "Returns the current user's id."),
+                member<&Self::getUserInfo>(u"getUserInfo", Category::Account, Type::JsValue,
+                    "Returns what is known of the current user."),
+                member<&Self::getMemberInfo>(u"getMemberInfo", Category::Account, Type::JsValue,
+                    "Returns the current user's memberships."),
+                member<&Self::getCompanyInfo>(u"getCompanyInfo", Category::Account, Type::JsValue,
+                    "Returns what is known of the current user's company."),
+                member<&Self::getAccountListInfo>(u"getAccountListInfo", Category::Account, Type::JsValue,
+                    "Returns the users who are signed in on this machine."),
+                member<&Self::isNovaMember>(u"isNovaMember", Category::Account, Type::JsValue,
+                    "Returns whether the current user is a Nova member."),
+                member<&Self::isFolioMember>(u"isFolioMember", Category::Account, Type::JsValue,
+                    "Returns whether the current user is a Folio member."),
+                member<&Self::isSuperMember>(u"isSuperMember", Category::Account, Type::JsValue,
+                    "Returns whether the current user is a super member."),
+                member<&Self::isCompanyMember>(u"isCompanyMember", Category::Account, Type::JsValue,
+                    "Returns whether the current user belongs to a company."),
+                member<&Self::isMultiAccount>(u"isMultiAccount", Category::Account, Type::JsValue,
+                    "Returns whether more than one user is signed in on this machine."),
+            } }
+            .withEvents(LoginEvent, LogoutEvent, UserInfoEvent, MemberInfoEvent, ConfirmEvent)
+            .handingOut<KJsApiPrivilege>();
     return list;
 }
 

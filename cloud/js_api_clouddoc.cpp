@@ -20,9 +20,8 @@ constexpr Event<UploadState> UploadStarted { "cloud.upload.started",
 constexpr Event<UploadState> UploadProgressChanged { "cloud.upload.progressChanged",
     "How the upload stands, about once a second." };
 constexpr Event<UploadState> UploadFinished { "cloud.upload.finished",
-    "The upload has ended, once: with status `1`, `2` or `6`, or with `-1` when the service did not begin it "
-    "or reports "
-    "nothing of it any more." };
+    "The upload has ended, once: with status `1`, `2` or `6`, or with `-1` when the service did not begin "
+    "it or reports nothing of it any more." };
 
 } // namespace
 
@@ -121,49 +120,52 @@ const MemberList& KJsApiCloudDoc::members()
 {
     using Self = KJsApiCloudDoc;
     using namespace CloudOperations;
-    static const MemberList list = MemberList { "The signed-in user's cloud documents, and what happens to "
-                                                "them. Listeners of every page get the events.",
-        {
-            getter<&Self::orbitapi>(u"Orbitapi", Category::CloudRequest, Type::Object,
-                "Generic requests to the cloud service.", { &EmptyHandle }),
-            member<&Self::getCloudCachedFile>(u"getCloudCachedFile", Category::CloudRead, Type::Object,
-                { { Type::String, "cloudPath", "the cloud file's path or id" } },
-                "Resolves with the path of the file's local copy.",
-                { &WrongParameters, &CallFailed, &PromiseServiceError, &FileCachePath.failure }),
-            member<&Self::uploadFile2CloudFolder>(u"uploadFile2CloudFolder", Category::CloudWrite,
-                Type::Object, { Type::JsValue }, "Uploads files into a cloud folder.",
-                { &CallFailed, &PromiseServiceError, &UploadFiles.failure }),
-            member<&Self::openCloudFolder>(u"openCloudFolder", Category::CloudOpen, Type::Object,
-                { Type::JsValue }, "Shows a cloud folder in the suite.",
-                { &CallFailed, &PromiseServiceError, &OpenFolder.failure }),
-            member<&Self::getDefaultWorkSpace>(u"getDefaultWorkSpace", Category::CloudRead, Type::Object,
-                "Resolves with where the user's documents go when nothing else is said.",
-                { &CallFailed, &PromiseServiceError, &DefaultWorkspace.failure }),
-            member<&Self::createUploadFileTask>(u"createUploadFileTask", Category::CloudWrite, Type::Object,
-                { Type::JsValue }, "Returns an UploadFileTask, which has not been started yet.",
-                { &CreateTaskFailed }),
-            member<&Self::getMyCloudDocumentsLocalPath>(u"getMyCloudDocumentsLocalPath", Category::CloudRead,
-                Type::Object,
-                "Resolves with the path of the folder in which cloud documents are kept on this machine.",
-                { &CallFailed, &PromiseServiceError, &MyCloudDocumentsLocalPath.failure }),
-            member<&Self::syncFolder>(u"syncFolder", Category::CloudWrite, Type::Object, { Type::JsValue },
-                "Brings the local copy of a cloud folder up to date.",
-                { &CallFailed, &PromiseServiceError, &SyncFolder.failure }),
-            member<&Self::saveToCloudDir>(u"saveToCloudDir", Category::CloudWrite, Type::Object,
-                { Type::JsValue }, "Saves a file into a directory of the cloud.",
-                { &CallFailed, &PromiseServiceError, &SaveToCloudDir.failure }),
-            member<&Self::getRoamingMode>(u"getRoamingMode", Category::CloudRead, Type::Object,
-                "Resolves with whether the user's documents follow to other machines by themselves.",
-                { &CallFailed, &PromiseServiceError, &GetRoamingMode.failure }),
-            member<&Self::changeRoamingMode>(u"changeRoamingMode", Category::CloudWrite, Type::Object,
-                { { Type::String, "mode" } }, "Changes the mode. Resolves with the one that is in force now.",
-                { &CallFailed, &PromiseServiceError, &ChangeRoamingMode.failure }),
-            member<&Self::getPersonalPrivateGroup>(u"getPersonalPrivateGroup", Category::CloudRead,
-                Type::Object, "Resolves with the user's own group, as the service describes it.",
-                { &CallFailed, &PromiseServiceError, &PersonalPrivateGroup.failure }),
-        } }.withEvents(LoginStatusEvent, RoamingModeEvent, SyncStatusEvent)
-                                       .handingOut<KJsApiOrbitapi>()
-                                       .handingOut<KJsApiUploadFileTask>();
+    static const MemberList list =
+        MemberList { "The signed-in user's cloud documents, and what happens to them. Listeners of every "
+                     "page get the events.",
+            {
+                getter<&Self::orbitapi>(u"Orbitapi", Category::CloudRequest, Type::Object,
+                    "Generic requests to the cloud service.", { &EmptyHandle }),
+                member<&Self::getCloudCachedFile>(u"getCloudCachedFile", Category::CloudRead, Type::Object,
+                    { { Type::String, "cloudPath", "the cloud file's path or id" } },
+                    "Resolves with the path of the file's local copy.",
+                    { &WrongParameters, &CallFailed, &PromiseServiceError, &FileCachePath.failure }),
+                member<&Self::uploadFile2CloudFolder>(u"uploadFile2CloudFolder", Category::CloudWrite,
+                    Type::Object, { Type::JsValue }, "Uploads files into a cloud folder.",
+                    { &CallFailed, &PromiseServiceError, &UploadFiles.failure }),
+                member<&Self::openCloudFolder>(u"openCloudFolder", Category::CloudOpen, Type::Object,
+                    { Type::JsValue }, "Shows a cloud folder in the suite.",
+                    { &CallFailed, &PromiseServiceError, &OpenFolder.failure }),
+                member<&Self::getDefaultWorkSpace>(u"getDefaultWorkSpace", Category::CloudRead, Type::Object,
+                    "Resolves with where the user's documents go when nothing else is said.",
+                    { &CallFailed, &PromiseServiceError, &DefaultWorkspace.failure }),
+                member<&Self::createUploadFileTask>(u"createUploadFileTask", Category::CloudWrite,
+                    Type::Object, { Type::JsValue },
+                    "Returns an UploadFileTask, which has not been started yet.", { &CreateTaskFailed }),
+                member<&Self::getMyCloudDocumentsLocalPath>(u"getMyCloudDocumentsLocalPath",
+                    Category::CloudRead, Type::Object,
+                    "Resolves with the path of the folder in which cloud documents are kept on this machine.",
+                    { &CallFailed, &PromiseServiceError, &MyCloudDocumentsLocalPath.failure }),
+                member<&Self::syncFolder>(u"syncFolder", Category::CloudWrite, Type::Object,
+                    { Type::JsValue }, "Brings the local copy of a cloud folder up to date.",
+                    { &CallFailed, &PromiseServiceError, &SyncFolder.failure }),
+                member<&Self::saveToCloudDir>(u"saveToCloudDir", Category::CloudWrite, Type::Object,
+                    { Type::JsValue }, "Saves a file into a directory of the cloud.",
+                    { &CallFailed, &PromiseServiceError, &SaveToCloudDir.failure }),
+                member<&Self::getRoamingMode>(u"getRoamingMode", Category::CloudRead, Type::Object,
+                    "Resolves with whether the user's documents follow to other machines by themselves.",
+                    { &CallFailed, &PromiseServiceError, &GetRoamingMode.failure }),
+                member<&Self::changeRoamingMode>(u"changeRoamingMode", Category::CloudWrite, Type::Object,
+                    { { Type::String, "mode" } },
+                    "Changes the mode. Resolves with the one that is in force now.",
+                    { &CallFailed, &PromiseServiceError, &ChangeRoamingMode.failure }),
+                member<&Self::getPersonalPrivateGroup>(u"getPersonalPrivateGroup", Category::CloudRead,
+                    Type::Object, "Resolves with the user's own group, as the service describes it.",
+                    { &CallFailed, &PromiseServiceError, &PersonalPrivateGroup.failure }),
+            } }
+            .withEvents(LoginStatusEvent, RoamingModeEvent, SyncStatusEvent)
+            .handingOut<KJsApiOrbitapi>()
+            .handingOut<KJsApiUploadFileTask>();
     return list;
 }
 
@@ -179,9 +181,9 @@ const MemberList& KJsApiOrbitapi::members()
 const MemberList& KJsApiUploadFileTask::members()
 {
     using Self = KJsApiUploadFileTask;
-    static const MemberList list = MemberList { "One upload. The object stays while its upload is under way "
-                                                "and somebody listens, whether the page keeps it or "
-                                                "not.",
+    static const MemberList list = MemberList {
+        "One upload. The object stays while its upload is under way and somebody listens, "
+        "whether the page keeps it or not.",
         {
             member<&Self::start>(u"start", Category::CloudWrite, Type::JsValue,
                 "Starts the upload. Fails as well while it is under way.", { &TaskIsNull, &StartFailed }),
@@ -190,7 +192,8 @@ const MemberList& KJsApiUploadFileTask::members()
             member<&Self::restart>(u"restart", Category::CloudWrite, Type::JsValue,
                 "Cancels the upload, if one is under way, and starts it afresh.",
                 { &TaskIsNull, &RestartFailed }),
-        } }.withEvents(UploadStarted, UploadProgressChanged, UploadFinished);
+        }
+    }.withEvents(UploadStarted, UploadProgressChanged, UploadFinished);
     return list;
 }
 

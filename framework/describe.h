@@ -47,8 +47,7 @@ struct MemberDocumentation {
     std::vector<const Failure*> failures;
     std::function<SignatureDescription()> describe; ///< empty for a member that is not built
     std::string event;                              ///< of a member that adds or removes its listeners
-    Json payload;
-    bool isRemover = false;
+    std::function<SignatureDescription()> describeCounterpart; ///< of the member that removes them
 
     template <auto Handler>
     static MemberDocumentation of(const char* doc, std::initializer_list<const Failure*> failures)
@@ -57,23 +56,22 @@ struct MemberDocumentation {
     }
     static MemberDocumentation ofUnbuilt(const char* doc) { return { doc, {}, {}, {}, {} }; }
 
-    template <typename ListenedEvent> void describeListeners(const ListenedEvent& listened)
+    template <auto Remove> void describeListeners(const char* listenedEvent)
     {
-        event = listened.name;
-        payload = describePayload(listened);
+        event = listenedEvent;
+        describeCounterpart = [] { return describeSignature<Remove>(); };
         doc = "Adds a listener of `" + event + "`. The same function is added once.";
     }
     void describeRemover()
     {
-        isRemover = true;
-        doc = "Removes a listener"
-            + (event.empty() ? "." : " of `" + event + "`; without one, all of the page's.");
+        describe = describeCounterpart;
+        doc = event.empty() ? "Removes a listener."
+                            : "Removes a listener of `" + event + "`; without one, all of the page's.";
     }
 
 private:
     // Defined in framework/describetypes.h, which knows the types.
     template <auto Handler> static SignatureDescription describeSignature();
-    template <typename ListenedEvent> static Json describePayload(const ListenedEvent& listened);
 };
 
 struct ListDocumentation {

@@ -90,6 +90,19 @@ template <typename Payload> struct DescribedType<Callback<Payload>> {
     }
 };
 
+template <typename Payload> struct DescribedType<Listener<Payload>> {
+    static Json describe()
+    {
+        using Carried = std::conditional_t<std::is_void_v<Payload>, QVariant, Payload>;
+        return { { "kind", "function" },
+            { "parameters",
+                Json::array({ { { "name", "payload" }, { "type", describeType<Carried>() } } }) } };
+    }
+};
+template <typename Payload>
+struct DescribedType<RemovedListener<Payload>> : DescribedType<Listener<Payload>> {
+};
+
 template <HasChoices Enum> struct DescribedType<Enum> {
     static Json describe()
     {
@@ -148,11 +161,20 @@ template <HasFields Struct> struct DescribedType<Struct> {
 };
 
 /// Whether a converter refuses some values instead of ignoring them.
-template <typename T>
-constexpr bool CanBeWrong =
-    HasChoices<
-        T> || std::is_same_v<T, std::string> || std::is_same_v<T, QVariant> || std::is_same_v<T, std::vector<std::string>> || std::is_same_v<T, std::map<std::string, std::string>>;
+template <typename T> constexpr bool CanBeWrong = HasChoices<T>;
+template <> inline constexpr bool CanBeWrong<std::string> = true;
+template <> inline constexpr bool CanBeWrong<std::vector<std::string>> = true;
+template <> inline constexpr bool CanBeWrong<std::map<std::string, std::string>> = true;
+template <> inline constexpr bool CanBeWrong<QVariant> = true;
 template <typename T> constexpr bool CanBeWrong<std::optional<T>> = CanBeWrong<T>;
+
+/// Whether script may leave an argument out that is no object with fields.
+template <typename T> constexpr bool CanBeLeftOut = false;
+template <> inline constexpr bool CanBeLeftOut<TrueByDefault> = true;
+template <> inline constexpr bool CanBeLeftOut<Rest> = true;
+template <> inline constexpr bool CanBeLeftOut<QVariant> = true;
+template <typename Payload> constexpr bool CanBeLeftOut<Callback<Payload>> = true;
+template <typename Payload> constexpr bool CanBeLeftOut<RemovedListener<Payload>> = true;
 
 /// A parameter of a handler: what it refuses and, where it takes an argument of script's, its type.
 template <typename T> void describeParameter(SignatureDescription& signature)
@@ -179,14 +201,8 @@ template <typename T> void describeParameter(SignatureDescription& signature)
         signature.parameters.push_back({ { "type", describeType<typename Argument<T>::ScriptType>() },
             { "optional", false }, { "rest", false } });
     } else if constexpr (Argument<T>::IsScript) {
-        constexpr bool canBeLeftOut =
-            std::is_same_v<T,
-                TrueByDefault> || std::is_same_v<T, Rest> || std::is_same_v<T, QVariant> || requires(T & value)
-        {
-            value.release();
-        };
         signature.parameters.push_back({ { "type", describeType<T>() },
-            { "optional", isOptional || canBeLeftOut }, { "rest", std::is_same_v<T, Rest> } });
+            { "optional", isOptional || CanBeLeftOut<T> }, { "rest", std::is_same_v<T, Rest> } });
     }
 }
 
@@ -217,11 +233,6 @@ template <auto Handler> SignatureDescription MemberDocumentation::describeSignat
 template <typename Payload> Json describePayloadOf(const Event<Payload>&)
 {
     return describeType<Payload>();
-}
-
-template <typename ListenedEvent> Json MemberDocumentation::describePayload(const ListenedEvent& listened)
-{
-    return describePayloadOf(listened);
 }
 
 template <typename AddedEvent> void ListDocumentation::addEvent(const AddedEvent& event)

@@ -27,7 +27,7 @@ struct MemberDocumentation {
         return {};
     }
     static MemberDocumentation ofUnbuilt(const char*) { return {}; }
-    template <typename ListenedEvent> void describeListeners(const ListenedEvent&) { }
+    template <auto Remove> void describeListeners(const char*) { }
     void describeRemover() { }
 };
 

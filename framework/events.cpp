@@ -36,15 +36,15 @@ bool Argument<IJSEventHub>::read(ArgumentReader& reader, KJCExtentionObjBase& ob
 namespace {
 
 Answer<Plain<void>> addEventListener(
-    IJSEventHub& events, const EventName& name, const JSContextEnv& page, const KJSVariant& callback)
+    IJSEventHub& events, const EventName& name, const JSContextEnv& page, const Listener<void>& listener)
 {
-    return Plain<void> { events.Add(name.string, page, callback) };
+    return Plain<void> { events.Add(name.string, page, listener.callback) };
 }
 
-Answer<Plain<void>> removeEventListener(
-    IJSEventHub& events, const EventName& name, const JSContextEnv& page, const KJSVariant& callback)
+Answer<Plain<void>> removeEventListener(IJSEventHub& events, const EventName& name, const JSContextEnv& page,
+    const RemovedListener<void>& listener)
 {
-    return Plain<void> { events.Remove(name.string, page, callback) };
+    return Plain<void> { events.Remove(name.string, page, listener.callback) };
 }
 
 Answer<Plain<void>> dispatchEvent(IJSEventHub& events, const EventName& name,

@@ -13,6 +13,8 @@ namespace jsapi {
 
 /// An event: its name, what it means, and the type of the one object that it carries.
 template <typename Payload> struct Event {
+    using Carried = Payload;
+
     const char* name;
     const char* doc;
 };
@@ -75,29 +77,63 @@ template <> struct Argument<EventName> : ArgumentValue<EventName> {
     }
 };
 
-/// Adds a listener of one event, or removes it: one of the hub's two operations, which returns their status.
-using HubChange = KResult (IJSEventHub::*)(const QString&, const JSContextEnv&, const KJSVariant&);
-template <const auto& ListenedEvent, HubChange Change, typename... Services>
-Answer<void> changeListener(
-    const Services&..., IJSEventHub& events, const JSContextEnv& page, const KJSVariant& callback)
+/// A listener as a parameter: a function of script's that is called with a `Payload`, or with anything where that is void.
+/// Whether it is a function is the hub's to check.
+template <typename Payload> struct Listener {
+    KJSVariant callback;
+};
+/// The same to remove: none stands for all of the page's.
+template <typename Payload> struct RemovedListener : Listener<Payload> {
+};
+
+template <typename T> struct ListenerArgument : ArgumentValue<T> {
+    bool read(ArgumentReader& reader)
+    {
+        this->value.callback = copyValue(reader.next());
+        return true;
+    }
+};
+template <typename Payload> struct Argument<Listener<Payload>> : ListenerArgument<Listener<Payload>> {
+};
+template <typename Payload>
+struct Argument<RemovedListener<Payload>> : ListenerArgument<RemovedListener<Payload>> {
+};
+
+template <const auto& ListenedEvent>
+using PayloadOf = typename std::remove_cvref_t<decltype(ListenedEvent)>::Carried;
+
+inline Answer<void> reportListenerChange(KResult status)
 {
-    if ((events.*Change)(heapString(ListenedEvent.name), page, callback) != KR_OK)
+    if (status != KR_OK)
         return WrongParameters;
     return {};
 }
 
-/// The row of two members that add and remove listeners of one event. `Services` are refused before anything
-/// else.
+// The two members for listeners of one event. `Services` are refused before anything else.
+template <const auto& ListenedEvent, typename... Services>
+Answer<void> addListener(const Services&..., IJSEventHub& events, const JSContextEnv& page,
+    const Listener<PayloadOf<ListenedEvent>>& listener)
+{
+    return reportListenerChange(events.Add(heapString(ListenedEvent.name), page, listener.callback));
+}
+template <const auto& ListenedEvent, typename... Services>
+Answer<void> removeListener(const Services&..., IJSEventHub& events, const JSContextEnv& page,
+    const RemovedListener<PayloadOf<ListenedEvent>>& listener)
+{
+    return reportListenerChange(events.Remove(heapString(ListenedEvent.name), page, listener.callback));
+}
+
+/// The row of both.
 template <typename T, const auto& ListenedEvent, typename... Services>
 MemberDescriptor listeners(const char16_t* add, const char16_t* remove, Category category)
 {
-    constexpr auto Add = &changeListener<ListenedEvent, &IJSEventHub::Add, Services...>;
-    constexpr auto Remove = &changeListener<ListenedEvent, &IJSEventHub::Remove, Services...>;
+    constexpr auto Add = &addListener<ListenedEvent, Services...>;
+    constexpr auto Remove = &removeListener<ListenedEvent, Services...>;
     MemberDescriptor row = member<Add, T>(
         add, category, Type::JsValue, { { Type::Object, "callback" } }, "", { &WrongParameters });
     row.counterpart = remove;
     row.counterpartInvoke = reinterpret_cast<JSMemberInvoke>(&detail::Thunk<Remove, T>::method);
-    row.documentation.describeListeners(ListenedEvent);
+    row.documentation.template describeListeners<Remove>(ListenedEvent.name);
     return row;
 }
 

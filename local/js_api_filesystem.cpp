@@ -92,10 +92,9 @@ const MemberList& KJsApiFileSystem::members()
     using Self = KJsApiFileSystem;
     static const MemberList list = MemberList {
         "Guarded access to local files and to the suite's file dialogs. Where a member writes or removes, "
-        "its path must be "
-        "absolute or begin with an environment variable between percent signs (`%HOME%/a.txt`). A dialog "
-        "runs until the "
-        "user has ended it; a page has one at a time, and one that it opens meanwhile is cancelled at once.",
+        "its path must be absolute or begin with an environment variable between percent signs "
+        "(`%HOME%/a.txt`). A dialog runs until the user has ended it; a page has one at a time, and one "
+        "that it opens meanwhile is cancelled at once.",
         {
             member<&Self::file>(u"File", Category::Usual, Type::Object, { Type::JsValue },
                 "Returns a File object for a path.", { &PathIsIllegal, &EmptyHandle }),
@@ -140,8 +139,8 @@ const MemberList& KJsApiFileSystem::members()
                 { &AlreadyExists }),
             member<&Self::remove>(u"remove", Category::Usual, Type::JsValue, { { Type::String, "path" } },
                 "Removes a directory and all that is in it; of a link to a directory the link. Returns "
-                "whether all of it is gone. The home directory, directories closed to pages, and those "
-                "that hold one of them are refused as illegal.",
+                "whether all of it is gone. The home directory, directories closed to pages, and those that"
+                " hold one of them are refused as illegal.",
                 { &ArgumentNotExisting, &ArgumentNotDirectory }),
             member<&Self::open>(u"open", Category::Launch, Type::JsValue, { { Type::String, "path" } },
                 "Has the desktop open a file with the program for it.",

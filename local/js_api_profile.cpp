@@ -111,9 +111,9 @@ struct KJsApiProfile::BrowserTraceInfo : ProfileInfo, BrowserTraceId {
 const MemberList& KJsApiProfile::members()
 {
     using Self = KJsApiProfile;
-    static const MemberList list { "When the calling page's browser was made and loaded. Times are "
-                                   "milliseconds since 1970 (UTC), 0 for what has not "
-                                   "happened; durations are milliseconds and never negative.",
+    static const MemberList list {
+        "When the calling page's browser was made and loaded. Times are milliseconds since 1970"
+        " (UTC), 0 for what has not happened; durations are milliseconds and never negative.",
         {
             member<&Self::getProfileInfo>(u"getProfileInfo", Category::Usual, Type::JsValue,
                 "Returns when the browser was made and the page loaded."),
@@ -121,7 +121,8 @@ const MemberList& KJsApiProfile::members()
                 u"getBrowserTraceId", Category::Usual, Type::JsValue, "Returns which browser it is."),
             member<&Self::getBrowserTraceInfo>(u"getBrowserTraceInfo", Category::Usual, Type::JsValue,
                 "Returns both, and what is known of the session and of the browser's group.", { &NoBrowser }),
-        } };
+        }
+    };
     return list;
 }
 

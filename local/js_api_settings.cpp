@@ -49,9 +49,9 @@ const MemberList& KJsApiSettings::members()
 {
     using Self = KJsApiSettings;
     static const MemberList list {
-        "One settings store. Changes reach the disk when script has returned to the event loop, and when the "
-        "object "
-        "goes. A store keeps strings: numbers and booleans have become strings when the suite starts again.",
+        "One settings store. Changes reach the disk when script has returned to the event loop, and when "
+        "the object goes. A store keeps strings: numbers and booleans have become strings when the suite "
+        "starts again.",
         {
             member<&Self::setValue>(u"setValue", Category::Write, Type::JsValue, { Type::JsValue },
                 "Stores a value.", { &SettingIsInvalid, &WrongParameters }),

@@ -1024,7 +1024,7 @@ declare namespace NovaExtension {
          *
          * @deprecated not built yet: throws code 3, "not supported."
          */
-        removeHideListener(callback?: (...values: any[]) => void): never;
+        removeHideListener(callback: (...values: any[]) => void): never;
         /** @deprecated not built yet: throws code 3, "not supported." */
         addDestroyListener(callback: (...values: any[]) => void): never;
         /**
@@ -1032,7 +1032,7 @@ declare namespace NovaExtension {
          *
          * @deprecated not built yet: throws code 3, "not supported."
          */
-        removeDestroyListener(callback?: (...values: any[]) => void): never;
+        removeDestroyListener(callback: (...values: any[]) => void): never;
         /** @deprecated not built yet: throws code 3, "not supported." */
         addShowListener(callback: (...values: any[]) => void): never;
         /**
@@ -1040,7 +1040,7 @@ declare namespace NovaExtension {
          *
          * @deprecated not built yet: throws code 3, "not supported."
          */
-        removeShowListener(callback?: (...values: any[]) => void): never;
+        removeShowListener(callback: (...values: any[]) => void): never;
         /** @deprecated not built yet: throws code 3, "not supported." */
         addCloseListener(callback: (...values: any[]) => void): never;
         /**
@@ -1048,7 +1048,7 @@ declare namespace NovaExtension {
          *
          * @deprecated not built yet: throws code 3, "not supported."
          */
-        removeCloseListener(callback?: (...values: any[]) => void): never;
+        removeCloseListener(callback: (...values: any[]) => void): never;
         /** @deprecated not built yet: throws code 3, "not supported." */
         addWindowActivateStateListener(callback: (...values: any[]) => void): never;
         /**
@@ -1056,7 +1056,7 @@ declare namespace NovaExtension {
          *
          * @deprecated not built yet: throws code 3, "not supported."
          */
-        removeWindowActivateStateListener(callback?: (...values: any[]) => void): never;
+        removeWindowActivateStateListener(callback: (...values: any[]) => void): never;
         /** @deprecated not built yet: throws code 3, "not supported." */
         addResizeListener(callback: (...values: any[]) => void): never;
         /**
@@ -1064,7 +1064,7 @@ declare namespace NovaExtension {
          *
          * @deprecated not built yet: throws code 3, "not supported."
          */
-        removeResizeListener(callback?: (...values: any[]) => void): never;
+        removeResizeListener(callback: (...values: any[]) => void): never;
         /** @deprecated not built yet: throws code 3, "not supported." */
         addDragEnterListener(callback: (...values: any[]) => void): never;
         /**
@@ -1072,7 +1072,7 @@ declare namespace NovaExtension {
          *
          * @deprecated not built yet: throws code 3, "not supported."
          */
-        removeDragEnterListener(callback?: (...values: any[]) => void): never;
+        removeDragEnterListener(callback: (...values: any[]) => void): never;
         /** @deprecated not built yet: throws code 3, "not supported." */
         addWebviewEventListener(callback: (...values: any[]) => void): never;
         /**
@@ -1080,7 +1080,7 @@ declare namespace NovaExtension {
          *
          * @deprecated not built yet: throws code 3, "not supported."
          */
-        removeWebviewEventListener(callback?: (...values: any[]) => void): never;
+        removeWebviewEventListener(callback: (...values: any[]) => void): never;
         /** @deprecated not built yet: throws code 3, "not supported." */
         destroy(): never;
         /** @deprecated not built yet: throws code 3, "not supported." */
@@ -1860,7 +1860,7 @@ declare namespace NovaExtension {
          *
          * @deprecated not built yet: throws code 3, "not supported."
          */
-        removeSkinChangeListener(callback?: (...values: any[]) => void): never;
+        removeSkinChangeListener(callback: (...values: any[]) => void): never;
         /** @deprecated not built yet: throws code 3, "not supported." */
         getCurrentSkinName(): never;
         /** @deprecated not built yet: throws code 3, "not supported." */
@@ -2422,7 +2422,7 @@ declare namespace NovaExtension {
          *
          * @deprecated not built yet: throws code 3, "not supported."
          */
-        removeNotifyListener(callback?: (...values: any[]) => void): never;
+        removeNotifyListener(callback: (...values: any[]) => void): never;
         /** @deprecated not built yet: throws code 3, "not supported." */
         openSyncFolderListDlg(argument1: unknown): never;
         /** @deprecated not built yet: throws code 3, "not supported." */

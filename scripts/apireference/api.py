@@ -119,14 +119,9 @@ def event_of(one, member):
 
 
 def is_listener(member, parameter):
-    """Whether the function is called with what an event carries. The JS core takes any value for it."""
+    """Whether the function is called with what an event carries."""
     listens = member["event"] or member["name"] in ("addEventListener", "removeEventListener")
-    return bool(listens) and parameter["type"]["kind"] in ("any", "function")
-
-
-def is_optional(member, parameter):
-    """Without a listener, all of the page's are removed."""
-    return parameter["optional"] or (member["name"] == "removeEventListener" and is_listener(member, parameter))
+    return bool(listens) and parameter["type"]["kind"] == "function"
 
 
 def words(text):

@@ -169,7 +169,7 @@ class _Object:
                 f"        {member['name']}({self._parameters(member, path, event)}): {answer};"]
 
     def _listener_overloads(self, member, tags, answer, path):
-        optional = "?" if api.is_optional(member, member["parameters"][-1]) else ""
+        optional = "?" if member["parameters"][-1]["optional"] else ""
         lines = []
         for event in self._one["events"]:
             lines += comment(f"{member['doc']} {event['doc']}", tags, 8)
@@ -186,7 +186,7 @@ class _Object:
     def _parameters(self, member, path, event):
         given = member["parameters"]
         last_required = max((i for i, parameter in enumerate(given)
-                             if not api.is_optional(member, parameter) and not parameter["rest"]), default=-1)
+                             if not parameter["optional"] and not parameter["rest"]), default=-1)
         texts = []
         for index, parameter in enumerate(given):
             name = parameter["name"]
@@ -197,10 +197,10 @@ class _Object:
                 kind = self._listener(event, path) if event else "(...payload: any[]) => void"
             if parameter["rest"]:
                 texts.append(f"...{name}: {array_of(kind)}")
-            elif api.is_optional(member, parameter) and index > last_required:
+            elif parameter["optional"] and index > last_required:
                 texts.append(f"{name}?: {kind}")
             else:
-                texts.append(f"{name}: {kind} | undefined" if api.is_optional(member, parameter) else f"{name}: {kind}")
+                texts.append(f"{name}: {kind} | undefined" if parameter["optional"] else f"{name}: {kind}")
         return ", ".join(texts)
 
     def _answer(self, member, path):

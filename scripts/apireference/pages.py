@@ -66,7 +66,7 @@ def signature(one, member):
     parameters = []
     for parameter in member["parameters"]:
         mark = "..." if parameter["rest"] else ""
-        optional = "?" if api.is_optional(member, parameter) and not parameter["rest"] else ""
+        optional = "?" if parameter["optional"] and not parameter["rest"] else ""
         parameters.append(f"{mark}{parameter['name']}{optional}: {type_text(parameter['type'])}")
     return f"{one['name']}.{member['name']}({', '.join(parameters)})"
 

@@ -95,15 +95,6 @@ Json describeMember(const MemberDescriptor& member)
             { "rest", false } };
         if (isBuilt)
             described = signature.parameters.at(i);
-        if (!documentation.payload.is_null())
-            described = { { "type",
-                              { { "kind", "function" },
-                                  { "parameters",
-                                      Json::array({ { { "name", "payload" },
-                                          { "type", documentation.payload } } }) } } },
-                { "optional", false }, { "rest", false } };
-        if (documentation.isRemover)
-            described["optional"] = true;
         Json named { { "name", parameterName(parameter, described["type"], i) } };
         named.update(described);
         named["doc"] = parameter.documentation.doc;

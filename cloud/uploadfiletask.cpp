@@ -27,25 +27,25 @@ KUploadFileTask::KUploadFileTask(QMap<QString, QString> arguments)
     connect(&m_pollTimer, &QTimer::timeout, this, &KUploadFileTask::poll);
 }
 
-QString KUploadFileTask::ask(const char* method, const QMap<QString, QString>& arguments,
+QString KUploadFileTask::request(const char* method, const QMap<QString, QString>& arguments,
     KLarkIpcWrapper::Callback<LarkIpcResult> callback)
 {
     return m_service.call<LarkIpcResult>(
         QString::fromUtf16(LarkIpcCall), larkIpcArg(heapString(method), arguments), std::move(callback));
 }
 
-QString KUploadFileTask::askOf(
+QString KUploadFileTask::requestFor(
     const QString& taskId, const char* method, KLarkIpcWrapper::Callback<LarkIpcResult> callback)
 {
-    return ask(method,
+    return request(method,
         { { heapString("userId"), m_arguments.value(heapString("userId")) },
             { heapString("taskId"), taskId } },
         std::move(callback));
 }
 
-bool KUploadFileTask::askToCancel(const QString& taskId)
+bool KUploadFileTask::requestCancel(const QString& taskId)
 {
-    return !askOf(taskId, "cancelTransferTask", [](bool, const QString&, const auto&) {}).isEmpty();
+    return !requestFor(taskId, "cancelTransferTask", [](bool, const QString&, const auto&) {}).isEmpty();
 }
 
 bool KUploadFileTask::start()
@@ -56,7 +56,7 @@ bool KUploadFileTask::start()
 bool KUploadFileTask::begin()
 {
     const int run = m_run + 1;
-    if (ask("uploadFileToCloud", m_arguments, [this, run](bool ok, const QString&, const auto& result) {
+    if (request("uploadFileToCloud", m_arguments, [this, run](bool ok, const QString&, const auto& result) {
             onBegun(run, ok, result);
         }).isEmpty())
         return false;
@@ -75,7 +75,7 @@ bool KUploadFileTask::cancel()
         return false;
     // Before the service has named the task there is nothing to cancel.
     m_isToBeCancelled = m_taskId.isEmpty();
-    return m_isToBeCancelled || askToCancel(m_taskId);
+    return m_isToBeCancelled || requestCancel(m_taskId);
 }
 
 bool KUploadFileTask::restart()
@@ -93,7 +93,7 @@ void KUploadFileTask::onBegun(int run, bool ok, const LarkIpcResult& result)
     if (run != m_run) {
         // The upload was restarted before it was known to have begun.
         if (hasBegun)
-            askToCancel(taskId);
+            requestCancel(taskId);
         return;
     }
     if (!hasBegun)
@@ -101,7 +101,7 @@ void KUploadFileTask::onBegun(int run, bool ok, const LarkIpcResult& result)
     m_taskId = taskId;
     m_pollTimer.start();
     if (std::exchange(m_isToBeCancelled, false))
-        askToCancel(taskId);
+        requestCancel(taskId);
     Q_EMIT sigStarted({ { heapString("taskId"), m_taskId } });
 }
 
@@ -111,7 +111,7 @@ void KUploadFileTask::poll()
         return finish({ { heapString("taskId"), m_taskId } });
     ++m_unanswered;
     const int run = m_run;
-    askOf(m_taskId, "getTaskState",
+    requestFor(m_taskId, "getTaskState",
         [this, run](bool ok, const QString&, const auto& result) { onState(run, ok, result); });
 }
 

@@ -59,11 +59,11 @@ Q_SIGNALS:
     void sigFinished(const QVariantMap& task);
 
 private:
-    QString ask(const char* method, const QMap<QString, QString>& arguments,
+    QString request(const char* method, const QMap<QString, QString>& arguments,
         KLarkIpcWrapper::Callback<LarkIpcResult> callback);
-    QString askOf(
+    QString requestFor(
         const QString& taskId, const char* method, KLarkIpcWrapper::Callback<LarkIpcResult> callback);
-    bool askToCancel(const QString& taskId);
+    bool requestCancel(const QString& taskId);
     bool begin();
     void onBegun(int run, bool ok, const LarkIpcResult& result);
     void poll();

@@ -144,13 +144,14 @@ await check([
     ["digest of nothing", () => FileSystem.getFileMd5("/no/file"), notExisted(3, "/no/file")],
     ...["tree", "pipe"].map((name) => [`digest of a ${name}`, sum(name), refusal(3, `${at(name)} can't been opened`)]),
     ["digest of a device", () => FileSystem.getFileMd5("/dev/zero"), refusal(3, "/dev/zero can't been opened")],
-    ["digest of a file that shrinks", async () => {
-        const digest = FileSystem.getFileMd5(at("shrinking.bin"));
+    // The desktop's opener changes them. They are too large for the digest to end before that.
+    ...["shrinking.bin", "restored.bin"].map((fileName) => [`digest of a file that changes: ${fileName}`, async () => {
+        const digest = FileSystem.getFileMd5(at(fileName));
         for (let turn = 0; turn < 20; ++turn) // it is opened when its turn comes
             await new Promise((resolve) => setTimeout(resolve, 0));
-        FileSystem.openLocalLocation({ path: data, fileName: "shrinking.bin" });
+        FileSystem.openLocalLocation({ path: data, fileName });
         return digest;
-    }, refusal(3, `${at("shrinking.bin")} can't been opened`)],
+    }, refusal(3, `${at(fileName)} can't been opened`)]),
 ]);
 
 await check([

@@ -41,7 +41,7 @@ def prepare_files(data):
     for name, text in texts.items():
         with open(f"{data}/{name}", "w", encoding="utf-8") as file:
             file.write(text)
-    for name, size in {"sparse.bin": 2**32 + 1, "shrinking.bin": 2**40}.items():
+    for name, size in {"sparse.bin": 2**32 + 1, "shrinking.bin": 2**40, "restored.bin": 2**40}.items():
         with open(f"{data}/{name}", "wb") as file:
             file.truncate(size)
     shutil.copy("/bin/true", f"{data}/program")
@@ -51,7 +51,13 @@ def prepare_files(data):
              "links out/file": "../plain.txt"}
     for name, target in links.items():
         os.symlink(target, f"{data}/{name}")
-    replace_opener(data, 'case "$1" in */shrinking.bin) truncate -s 10 "$1" ;; esac\ntouch -- "$HOME/opened/${1##*/}"\n')
+    # Changes files of these names: one gets another size, one another byte and its old time of modification.
+    replace_opener(data, """case "$1" in
+*/shrinking.bin) truncate -s 10 "$1" ;;
+*/restored.bin) time=$(stat -c %y "$1"); printf x | dd of="$1" conv=notrunc status=none; touch -d "$time" "$1" ;;
+esac
+touch -- "$HOME/opened/${1##*/}"
+""")
     # The working directory has another one, as a page could have left it there.
     with open(f"{data}/xdg-open", "w", encoding="utf-8") as trap:
         trap.write('touch "$HOME/trapped"; . "$HOME/bin/xdg-open"\n')

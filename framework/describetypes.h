@@ -15,13 +15,15 @@ inline std::string toStdString(const char16_t* string)
     return QString::fromUtf16(string).toStdString();
 }
 
-/// The name of a C++ type without its namespaces and classes.
+/// The name of a C++ type without its namespaces and classes, and without the K of the suite's own.
 template <typename T> std::string typeName()
 {
     std::string_view name = __PRETTY_FUNCTION__;
     name.remove_prefix(name.find("T = ") + 4);
     name = name.substr(0, name.find_first_of(";]"));
-    return std::string(name.substr(name.rfind(':') + 1));
+    name.remove_prefix(name.rfind(':') + 1);
+    const bool isSuites = name.size() > 1 && name[0] == 'K' && name[1] >= 'A' && name[1] <= 'Z';
+    return std::string(name.substr(isSuites ? 1 : 0));
 }
 
 /// The name of a class of script's below "NovaExtension.".

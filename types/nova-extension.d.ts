@@ -2024,7 +2024,7 @@ declare namespace NovaExtension {
          * @throws 3 "Accountsdk is not initialized."
          * @throws 3 "Current account is not initialized."
          */
-        getUserInfo(): Answer<NovaExtension.Account.KUserInfo>;
+        getUserInfo(): Answer<NovaExtension.Account.UserInfo>;
         /**
          * Returns the current user's memberships.
          *
@@ -2040,7 +2040,7 @@ declare namespace NovaExtension {
          * @throws 3 "Accountsdk is not initialized."
          * @throws 3 "Current account is not initialized."
          */
-        getCompanyInfo(): Answer<NovaExtension.Account.KCompanyInfo>;
+        getCompanyInfo(): Answer<NovaExtension.Account.CompanyInfo>;
         /**
          * Returns the users who are signed in on this machine.
          *
@@ -2221,7 +2221,7 @@ declare namespace NovaExtension.Account {
         /** always `ok` */
         callstatus: string;
     }
-    interface KCompanyInfo {
+    interface CompanyInfo {
         companyId: string;
         name: string;
         email: string;
@@ -2235,34 +2235,6 @@ declare namespace NovaExtension.Account {
         fax: string;
         /** the user who administrates it */
         adminId: string;
-    }
-    interface KUserInfo {
-        userId: string;
-        /** what the user signs in with */
-        account: string;
-        nickName: string;
-        /** the address of the portrait */
-        pic: string;
-        /** the portrait on this machine */
-        thumbnailLocalPath: string;
-        email: string;
-        phoneNumber: string;
-        status: string;
-        sex: string;
-        /** the way in which the user signed in */
-        loginMode: string;
-        country: string;
-        province: string;
-        city: string;
-        address: string;
-        postal: string;
-        /** empty for one who belongs to no company */
-        companyId: string;
-        /** when the user registered, in milliseconds since 1970 (UTC); 0 when that is not known */
-        regtime: Int64;
-        deviceStatus: string;
-        isPlus: boolean;
-        roleList: string[];
     }
     interface KnownAccount {
         userId: string;
@@ -2346,6 +2318,34 @@ declare namespace NovaExtension.Account {
         appName?: string | undefined;
         /** the X11 window that owns the dialog */
         parentWidget?: number | undefined;
+    }
+    interface UserInfo {
+        userId: string;
+        /** what the user signs in with */
+        account: string;
+        nickName: string;
+        /** the address of the portrait */
+        pic: string;
+        /** the portrait on this machine */
+        thumbnailLocalPath: string;
+        email: string;
+        phoneNumber: string;
+        status: string;
+        sex: string;
+        /** the way in which the user signed in */
+        loginMode: string;
+        country: string;
+        province: string;
+        city: string;
+        address: string;
+        postal: string;
+        /** empty for one who belongs to no company */
+        companyId: string;
+        /** when the user registered, in milliseconds since 1970 (UTC); 0 when that is not known */
+        regtime: Int64;
+        deviceStatus: string;
+        isPlus: boolean;
+        roleList: string[];
     }
 }
 

@@ -15,14 +15,18 @@ bool isBefore(const ScriptPair& pair, const QString& key)
 }
 
 /// The key/value object of the stand-in: pairs sorted by key. Adding keys in order only appends.
+constexpr std::size_t FewKeys = 8;
+
 class ScriptObject final : public Counted<IJSONValue, IID_IJSONValue, IID_IJSONValueBase> {
 public:
     ScriptObject() = default;
     explicit ScriptObject(std::vector<ScriptPair> pairs)
         : m_values(std::move(pairs))
     {
-        std::sort(m_values.begin(), m_values.end(),
-            [](const ScriptPair& a, const ScriptPair& b) { return a.first < b.first; });
+        // Pages mostly pass few keys, and often in order; sorting would move them nevertheless.
+        const auto isLess = [](const ScriptPair& a, const ScriptPair& b) { return a.first < b.first; };
+        if (!std::is_sorted(m_values.begin(), m_values.end(), isLess))
+            std::sort(m_values.begin(), m_values.end(), isLess);
     }
 
     std::int32_t Count() const override { return static_cast<std::int32_t>(m_values.size()); }
@@ -60,6 +64,14 @@ public:
 
     const KJSVariant* Find(const QString& key) const override
     {
+        // Keys that are not the same mostly differ in length, which is cheaper to see than their order.
+        if (m_values.size() <= FewKeys) {
+            for (const auto& entry : m_values) {
+                if (entry.first == key)
+                    return &entry.second;
+            }
+            return nullptr;
+        }
         const auto found = std::lower_bound(m_values.begin(), m_values.end(), key, isBefore);
         return found == m_values.end() || found->first != key ? nullptr : &found->second;
     }

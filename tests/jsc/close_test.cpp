@@ -25,7 +25,9 @@ TEST_P(Closing, EndsThePageAfterTheCall)
     const QString common = QStringLiteral(
         "const p = NovaExtension.Probe, log = console.log; p.keep(() => log('called'));"
         "p.later().then(() => log('settled')); const child = p.Child; p.listen(() => log('heard'));"
-        "setTimeout(() => log('timer'), 0); setInterval(() => log('interval'), 0); process.play('begun');");
+        "setTimeout(() => log('timer'), 0); process.play('begun');"
+        // Must not be called once the page ends; a row that lets time pass before sets `ends` when it does.
+        "let ends = true; setInterval(() => { if (ends) log('interval') }, 0);");
     page->run(common + GetParam().given, {}, [&](const Outcome&) { answered = true; });
     waitFor([&] { return !core.liveCounts().pages; });
 
@@ -55,10 +57,10 @@ ExitAfterQueueing: queueMicrotask(() => log('no')); exit(3) ->
 ExitAfterAwait: await null; exit(3); await null; await null; log('no') ->
 ExitInGetter: p.take({ get a() { exit(1); return 1 } }); log('after') -> after
 ExitInListener: p.listen(() => exit(1)); p.dispatch(); log('after') -> heard|after
-ExitInTimer: setTimeout(() => { exit(0); log('last') }, 0); await new Promise(() => 0) -> timer|last
+ExitInTimer: ends = false; setTimeout(() => { ends = true; exit(0); log('last') }, 0); await new Promise(() => 0) -> timer|last
 CloseInCall: p.close(); p.take(child); log('still here') -> still here
 DestroyInCall: p.close(); p.take(child); log('host has gone') ->
-DestroyInExit: setTimeout(() => { exit(0); log('host has gone') }, 0); await new Promise(() => 0) -> timer
+DestroyInExit: ends = false; setTimeout(() => { ends = true; exit(0); log('host has gone') }, 0); await new Promise(() => 0) -> timer
 RejectionAfterExit: exit(0); Promise.reject(new Error('late')) ->
 )js")),
     rowName);

@@ -44,12 +44,14 @@ public:
 
     /// As SetValue, without copies. `key` is a constant of the library: the object refers to it.
     void put(const QString& key, KJSVariant value);
+    void put(QString&& key, KJSVariant value) = delete;
     /// The same for a key that orders behind all that are there.
     void append(const QString& key, KJSVariant value)
     {
         m_keys.append({ {}, &key, m_values.size() });
         m_values.append(std::move(value));
     }
+    void append(QString&& key, KJSVariant value) = delete;
 
 private:
     static constexpr int Inline = 4;

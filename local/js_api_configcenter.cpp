@@ -14,27 +14,23 @@ struct KJsApiConfigCenter::KeyOptions {
     }
 };
 
-struct KJsApiConfigCenter::ReadOptions {
-    QString key;
+struct KJsApiConfigCenter::ReadOptions : KeyOptions {
     QVariant defaultValue;
-    QString userId;
     static constexpr auto fields()
     {
-        return std::tuple(required("key", &ReadOptions::key, "the value's name"),
-            optional("defaultValue", &ReadOptions::defaultValue, "what is returned where there is no value"),
-            optional("userId", &ReadOptions::userId, "whose value; without one it is everybody's"));
+        return std::tuple_cat(KeyOptions::fields(),
+            std::tuple(optional(
+                "defaultValue", &ReadOptions::defaultValue, "what is returned where there is no value")));
     }
 };
 
-struct KJsApiConfigCenter::WriteOptions {
-    QString key;
+struct KJsApiConfigCenter::WriteOptions : KeyOptions {
     QVariant value;
-    QString userId;
     static constexpr auto fields()
     {
-        return std::tuple(required("key", &WriteOptions::key, "the value's name"),
-            required("value", &WriteOptions::value, "anything but a function or a native object"),
-            optional("userId", &WriteOptions::userId, "whose value; without one it is everybody's"));
+        return std::tuple_cat(KeyOptions::fields(),
+            std::tuple(
+                required("value", &WriteOptions::value, "anything but a function or a native object")));
     }
 };
 

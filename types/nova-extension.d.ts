@@ -965,18 +965,18 @@ declare namespace NovaExtension.ConfigCenter {
     interface ReadOptions {
         /** the value's name */
         key: string;
-        /** what is returned where there is no value */
-        defaultValue?: unknown | undefined;
         /** whose value; without one it is everybody's */
         userId?: string | undefined;
+        /** what is returned where there is no value */
+        defaultValue?: unknown | undefined;
     }
     interface WriteOptions {
         /** the value's name */
         key: string;
-        /** anything but a function or a native object */
-        value: unknown;
         /** whose value; without one it is everybody's */
         userId?: string | undefined;
+        /** anything but a function or a native object */
+        value: unknown;
     }
 }
 

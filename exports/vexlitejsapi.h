@@ -1,5 +1,9 @@
 // The C functions that the library offers to other modules of the suite: memory blocks that know their size,
-// and compression into blocks. C99 and C++; needs nothing but this header and the library.
+// and compression into blocks. C99 and C++; needs no other header.
+//
+// A module of the suite links the library itself. A program without a suite links the static library of the same
+// functions, libvexlitejsapi-c.a, with zlib and the C++ runtime (CMake: VexliteJsApi::c; pkg-config: vexlitejsapi-c).
+// There only _XDeflate needs something else: whoever calls it links what has the suite's mfxGlobalAlloc.
 #ifndef VEXLITEJSAPI_H
 #define VEXLITEJSAPI_H
 

@@ -1,6 +1,6 @@
 """Reads what the compressors write with Python's zlib, and compares it with what zlib writes for the same parameters.
 
-usage: streams_test.py LIBVEXLITEJSAPI LIBKBASE
+usage: streams_test.py LIBVEXLITEJSAPI LIBKBASE APPLICATION
 """
 import ctypes
 import random
@@ -48,8 +48,9 @@ def raw_faults(stream, data):
 class Library:
     """The compressors, called as C does."""
 
-    def __init__(self, path, kbase):
+    def __init__(self, path, kbase, application):
         self.kbase = ctypes.CDLL(kbase, mode=ctypes.RTLD_GLOBAL)
+        self.application = ctypes.CDLL(application, mode=ctypes.RTLD_GLOBAL)
         self.library = ctypes.CDLL(path)
 
     def zlib(self, data, level):

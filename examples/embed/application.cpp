@@ -1,0 +1,103 @@
+// All that the application itself must offer, in its smallest form: no account, no cloud, no dialogs, log records on the
+// standard error stream. The headers say what each of these promises. They are found in the executable because it is
+// linked with the library; an application that loads the library with dlopen exports them (ENABLE_EXPORTS).
+#include <suite/kaccessmanager.h>
+#include <suite/kaccountsdk.h>
+#include <suite/kcloudfiledialog.h>
+#include <suite/kcloudipc.h>
+#include <suite/kcloudsvrproxy.h>
+#include <suite/kcoreapplication.h>
+#include <suite/kdcinfo.h>
+#include <suite/kdownloadfiledialog.h>
+#include <suite/kfilepanel.h>
+#include <suite/kipclogininfo.h>
+#include <suite/kpluginconfig.h>
+#include <suite/kxloggerlite.h>
+
+#include <cstdio>
+
+IKCloudIpcService* KCoreApplication::cloudIpcService()
+{
+    return nullptr;
+}
+
+KCloudSvrProxy* KCoreApplication::cloudSvrProxy()
+{
+    return nullptr;
+}
+
+kacctoutsdk::KAccountSdkProxy* KCoreApplication::getAccountSDK()
+{
+    return nullptr;
+}
+
+KIpcLoginInfo KIpcLoginInfo::makeRomaingMode(const QString& userId, const QString& mode)
+{
+    return { QStringLiteral("changeRoamingMode"),
+        { { QStringLiteral("userId"), userId }, { QStringLiteral("roamingMode"), mode } } };
+}
+
+KDcInfoC* KDcInfoC::instance()
+{
+    return nullptr;
+}
+
+QString KDcInfoCDetail::getVersion()
+{
+    return {};
+}
+
+QString KDcInfoCDetail::getGuid()
+{
+    return {};
+}
+
+QString KDcInfoCDetail::getUuid()
+{
+    return {};
+}
+
+QString KDcInfoCDetail::getHdid3()
+{
+    return {};
+}
+
+QString KDcInfoCDetail::getMC()
+{
+    return {};
+}
+
+void KxLoggerLite::writeInfo(const std::wstring& module, const std::wstring& text)
+{
+    std::fprintf(stderr, "%ls: %ls\n", module.c_str(), text.c_str());
+}
+
+void KxLoggerLite::writeWarning(const std::wstring& module, const std::wstring& text)
+{
+    std::fprintf(stderr, "%ls: warning: %ls\n", module.c_str(), text.c_str());
+}
+
+bool kpluginconfig::inPluginDownloadDir(const QString&)
+{
+    return false;
+}
+
+IKAccessManager* GetAccessManager()
+{
+    return nullptr;
+}
+
+IKFilePanel* GetFilePanel()
+{
+    return nullptr;
+}
+
+IKCloudFileDialog* CreateCloudFileDialog(bool)
+{
+    return nullptr;
+}
+
+QString KDownloadFileDialog::getWritableFileName(QWidget*, const QString&, const QString&, const QString&)
+{
+    return {};
+}

@@ -1,0 +1,2 @@
+#include <vexlite/jscore.h>
+#include <vexlitejsapi/entry.h>

@@ -37,7 +37,7 @@ endforeach()
 set(data_dir ${CMAKE_INSTALL_DATADIR}/vexlitejsapi)
 install(PROGRAMS scripts/check-suite DESTINATION ${data_dir})
 install(FILES scripts/suitesymbols.py framework/imports.txt DESTINATION ${data_dir})
-install(DIRECTORY examples/embed DESTINATION ${data_dir}/examples)
+install(DIRECTORY examples/embed DESTINATION ${data_dir}/examples PATTERN build EXCLUDE)
 install(FILES types/README.md types/api.json types/nova-extension.d.ts types/standin.d.ts types/package.json
     DESTINATION ${data_dir}/types)
 set(doc_dir ${CMAKE_INSTALL_DATADIR}/doc/vexlitejsapi-dev)

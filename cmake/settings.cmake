@@ -27,7 +27,7 @@ set(CMAKE_UNITY_BUILD_BATCH_SIZE 16)
 # Debian has a folder for the libraries of each architecture. CMake knows it only for the prefix /usr, which is that of the
 # packages and not of the tree that they are made in.
 if(PROJECT_IS_TOP_LEVEL AND EXISTS /etc/debian_version AND CMAKE_LIBRARY_ARCHITECTURE)
-    set(CMAKE_INSTALL_LIBDIR lib/${CMAKE_LIBRARY_ARCHITECTURE} CACHE PATH "Where libraries are installed")
+    set(CMAKE_INSTALL_LIBDIR lib/${CMAKE_LIBRARY_ARCHITECTURE} CACHE STRING "Where libraries are installed")
 endif()
 include(GNUInstallDirs)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)

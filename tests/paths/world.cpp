@@ -45,11 +45,11 @@ private:
     int m_fd;
 };
 
-/// Makes `depth` directories with long names in each other, and in the last a link.
+/// Makes `depth` directories with long names in each other, and in the last a link if it has a name.
 void makeDeep(int at, int depth, const char* link, const std::string& target)
 {
     if (depth == 0) {
-        require(symlinkat(target.c_str(), at, link) == 0, link);
+        require(!link || symlinkat(target.c_str(), at, link) == 0, link);
         return;
     }
     const std::string name(200, 'n');
@@ -226,4 +226,10 @@ std::string PathWorld::listing() const
     for (const std::string& line : lines)
         text += line + '\n';
     return text;
+}
+
+void makeDeepTree(const QString& path, int depth)
+{
+    require(QDir().mkpath(path), "deep tree");
+    makeDeep(Directory(AT_FDCWD, QFile::encodeName(path).constData()).fd(), depth, nullptr, {});
 }

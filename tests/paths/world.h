@@ -42,3 +42,6 @@ private:
     std::vector<Closed> m_closed;
     std::vector<Id> m_closedIds; ///< of those that are there
 };
+
+/// Makes a directory, and in it `depth` directories with long names in each other.
+void makeDeepTree(const QString& path, int depth);

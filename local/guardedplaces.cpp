@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <climits>
 #include <deque>
 #include <fcntl.h>
 #include <filesystem>
@@ -63,36 +64,33 @@ std::set<FileId> traceWayHome()
     return traceWay(QFile::encodeName(QDir::homePath()));
 }
 
-/// False too for a path that is no text: the suite can have no name for it.
+/// Whether a path is closed. False too for one that is no text: the suite can have no name for it.
 bool isClosed(const QByteArray& path)
 {
     const QString decoded = QFile::decodeName(path);
     return QFile::encodeName(decoded) == path && isClosedToPages(decoded);
 }
 
-/// Looks for closed places behind links: the suite's names for them may go through any number of those.
+/// Looks for closed places behind links: the suite's name for one may go through the link.
 class LinkSearch {
 public:
-    /// True too when all links together lead to more than can be looked through.
+    /// True too when all links together lead to more than can be looked through. What further links there lead
+    /// to is not looked at.
     bool leadsToClosedPlace(const QByteArray& link)
     {
-        std::set<FileId> known;
-        std::deque<QByteArray> ahead { link };
-        while (!ahead.empty()) {
-            const QByteArray path = ahead.front();
-            ahead.pop_front();
-            const auto directory = lookAt(AT_FDCWD, path, true);
-            if (!directory || !S_ISDIR(directory->st_mode) || !known.insert(identify(*directory)).second)
-                continue;
-            std::error_code error;
-            for (fs::directory_iterator entry(path.toStdString(), error), end; entry != end && !error;
-                 entry.increment(error)) {
-                ahead.push_back(QByteArray::fromStdString(entry->path().native()));
-                if (++m_seen > MaxBehindLinks || isClosed(ahead.back()))
-                    return true;
-            }
+        const auto facts = lookAt(AT_FDCWD, link, true);
+        if (!facts || !S_ISDIR(facts->st_mode))
+            return false;
+        std::error_code error;
+        fs::recursive_directory_iterator entry(
+            link.toStdString() + '/', fs::directory_options::skip_permission_denied, error);
+        for (const fs::recursive_directory_iterator end; entry != end && !error; entry.increment(error)) {
+            const QByteArray path = QByteArray::fromStdString(entry->path().native());
+            if (++m_seen > MaxBehindLinks || path.size() >= PATH_MAX
+                || (!entry->is_symlink(error) && isClosed(path)))
+                return true;
         }
-        return false;
+        return bool(error);
     }
 
 private:
@@ -108,36 +106,42 @@ public:
     }
 
     /// Whether a directory must stay for itself, whatever is in it.
-    bool isGuarded(int directory) const
+    bool isGuarded(const FileDescriptor& directory) const
     {
         struct statx facts { };
-        return statx(directory, "", AT_EMPTY_PATH, STATX_INO, &facts) != 0
+        return statx(directory.number(), "", AT_EMPTY_PATH, STATX_INO, &facts) != 0
             || (facts.stx_attributes & STATX_ATTR_MOUNT_ROOT)
             || m_wayHome.count({ makedev(facts.stx_dev_major, facts.stx_dev_minor), facts.stx_ino }) != 0;
     }
 
 private:
-    bool visit(int directory, const char* name, bool isLink) override
+    bool visit(const FileDescriptor& directory, const char* name, bool isLink) override
     {
-        const QByteArray path = m_path + '/' + name;
+        const QByteArray path = spell(m_path + '/' + name, directory.path() + '/' + name);
         if (isLink) {
-            const auto facts = lookAt(directory, name);
+            const auto facts = lookAt(directory.number(), name);
             if (!facts || m_wayHome.count(identify(*facts)) != 0 || m_links.leadsToClosedPlace(path))
                 return false;
         }
         return !isClosed(path);
     }
-    bool enter(int directory, const char* name) override
+    bool enter(const FileDescriptor& directory, const char* name) override
     {
         m_path.append('/').append(name);
-        return !isGuarded(directory) && !isClosed(m_path);
+        return !isGuarded(directory) && !isClosed(spell(m_path, directory.path()));
     }
-    bool leave(int, const char* name) override
+    bool leave(const FileDescriptor&, const char* name) override
     {
         m_path.chop(static_cast<int>(qstrlen(name)) + 1);
         return true;
     }
-    bool skip(int, const char*) override { return false; }
+    bool skip(const FileDescriptor&, const char*) override { return false; }
+
+    /// A path that can be followed: one that is too long begins with a descriptor instead.
+    static QByteArray spell(const QByteArray& path, const QByteArray& byDescriptor)
+    {
+        return path.size() < PATH_MAX ? path : byDescriptor;
+    }
 
     QByteArray m_path; ///< of the directory that is shown
     const std::set<FileId> m_wayHome;
@@ -152,7 +156,7 @@ bool holdsGuardedPlace(const FileDescriptor& directory)
     if (path.isEmpty())
         return true;
     GuardedPlaceSearch search(path);
-    return search.isGuarded(directory.number()) || !walkTree(directory, search);
+    return search.isGuarded(directory) || !walkTree(directory, search);
 }
 
 bool leadsToGuardedPlace(const QString& link)

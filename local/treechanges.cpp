@@ -114,14 +114,14 @@ public:
     bool isComplete() const noexcept { return m_isComplete; }
 
 private:
-    bool visit(int directory, const char* name, bool) override { return remove(directory, name, 0); }
-    bool enter(int, const char*) override { return true; }
-    bool leave(int above, const char* name) override { return remove(above, name, AT_REMOVEDIR); }
-    bool skip(int above, const char* name) override { return remove(above, name, AT_REMOVEDIR); }
+    bool visit(const FileDescriptor& directory, const char* name, bool) override { return remove(directory, name, 0); }
+    bool enter(const FileDescriptor&, const char*) override { return true; }
+    bool leave(const FileDescriptor& above, const char* name) override { return remove(above, name, AT_REMOVEDIR); }
+    bool skip(const FileDescriptor& above, const char* name) override { return remove(above, name, AT_REMOVEDIR); }
     /// What is left does not keep the rest from going.
-    bool remove(int directory, const char* name, int flags)
+    bool remove(const FileDescriptor& directory, const char* name, int flags)
     {
-        m_isComplete = unlinkat(directory, name, flags) == 0 && m_isComplete;
+        m_isComplete = unlinkat(directory.number(), name, flags) == 0 && m_isComplete;
         return true;
     }
 

@@ -1,8 +1,8 @@
 #include "local/treewalk.h"
 
+#include <array>
 #include <dirent.h>
 #include <fcntl.h>
-#include <memory>
 #include <vector>
 
 namespace jsapi {
@@ -10,18 +10,21 @@ namespace jsapi {
 namespace {
 
 struct Level {
-    FileId id;
+    FileId id { };
     QByteArray name; ///< in the level above
     std::vector<QByteArray> directories; ///< that have not been entered yet
 };
 
-struct CloseDirectory {
-    void operator()(DIR* directory) const { closedir(directory); }
-};
-
-FileDescriptor openDirectory(int above, const char* name)
+FileDescriptor openDirectory(const FileDescriptor& above, const char* name)
 {
-    return FileDescriptor(openat(above, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    return FileDescriptor(
+        openat(above.number(), name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+}
+
+std::optional<FileId> identify(const FileDescriptor& file)
+{
+    struct stat facts { };
+    return fstat(file.number(), &facts) == 0 ? std::optional(jsapi::identify(facts)) : std::nullopt;
 }
 
 bool isStep(const char* name)
@@ -29,67 +32,77 @@ bool isStep(const char* name)
     return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
 
-/// Shows what is in a directory; its directories are left for later.
+/// Shows an entry of a directory; directories are left for later.
+bool show(const FileDescriptor& here, const dirent64& entry, Level& level, TreeVisitor& visitor)
+{
+    if (isStep(entry.d_name))
+        return true;
+    bool isDirectory = entry.d_type == DT_DIR;
+    bool isLink = entry.d_type == DT_LNK;
+    if (entry.d_type == DT_UNKNOWN) { // some file systems do not say
+        const auto facts = lookAt(here.number(), entry.d_name);
+        isDirectory = facts && S_ISDIR(facts->st_mode);
+        isLink = facts && S_ISLNK(facts->st_mode);
+    }
+    if (!isDirectory)
+        return visitor.visit(here, entry.d_name, isLink);
+    level.directories.emplace_back(entry.d_name);
+    return true;
+}
+
+/// Shows what is in a directory.
 bool list(const FileDescriptor& here, Level& level, TreeVisitor& visitor)
 {
-    struct stat facts { };
-    const std::unique_ptr<DIR, CloseDirectory> entries(
-        fstat(here.number(), &facts) == 0 ? fdopendir(fcntl(here.number(), F_DUPFD_CLOEXEC, 0)) : nullptr);
-    if (!entries)
+    const std::optional<FileId> id = identify(here);
+    if (!id)
         return false;
-    level.id = identify(facts);
-    while (const dirent* entry = readdir(entries.get())) {
-        if (isStep(entry->d_name))
-            continue;
-        bool isDirectory = entry->d_type == DT_DIR;
-        bool isLink = entry->d_type == DT_LNK;
-        if (entry->d_type == DT_UNKNOWN) { // some file systems do not say
-            const auto entryFacts = lookAt(here.number(), entry->d_name);
-            isDirectory = entryFacts && S_ISDIR(entryFacts->st_mode);
-            isLink = entryFacts && S_ISLNK(entryFacts->st_mode);
+    level.id = *id;
+    alignas(dirent64) std::array<char, 1 << 15> buffer;
+    for (;;) {
+        const ssize_t count = getdents64(here.number(), buffer.data(), buffer.size());
+        if (count <= 0)
+            return count == 0;
+        for (ssize_t at = 0; at < count;) {
+            const auto& entry = *reinterpret_cast<const dirent64*>(buffer.data() + at);
+            if (!show(here, entry, level, visitor))
+                return false;
+            at += entry.d_reclen;
         }
-        if (isDirectory)
-            level.directories.emplace_back(entry->d_name);
-        else if (!visitor.visit(here.number(), entry->d_name, isLink))
-            return false;
     }
-    return true;
 }
 
 } // namespace
 
 bool walkTree(const FileDescriptor& directory, TreeVisitor& visitor)
 {
-    FileDescriptor here = openDirectory(directory.number(), ".");
+    FileDescriptor here = openDirectory(directory, ".");
     std::vector<Level> levels(1);
     if (!here || !list(here, levels.back(), visitor))
         return false;
     for (;;) {
         if (!levels.back().directories.empty()) {
-            const QByteArray name = std::move(levels.back().directories.back());
+            Level below;
+            below.name = std::move(levels.back().directories.back());
             levels.back().directories.pop_back();
-            FileDescriptor child = openDirectory(here.number(), name.constData());
-            if (!child) {
-                if (!visitor.skip(here.number(), name.constData()))
-                    return false;
-                continue;
+            FileDescriptor child = openDirectory(here, below.name.constData());
+            const bool goesOn = !child ? visitor.skip(here, below.name.constData())
+                                       : visitor.enter(child, below.name.constData())
+                    && list(child, below, visitor)
+                    && (!below.directories.empty() || visitor.leave(here, below.name.constData()));
+            if (!goesOn)
+                return false;
+            if (!below.directories.empty()) {
+                levels.push_back(std::move(below));
+                here = std::move(child);
             }
-            if (!visitor.enter(child.number(), name.constData()))
-                return false;
-            levels.emplace_back().name = name;
-            here = std::move(child);
-            if (!list(here, levels.back(), visitor))
-                return false;
             continue;
         }
         const QByteArray name = std::move(levels.back().name);
         levels.pop_back();
         if (levels.empty())
             return true;
-        here = openDirectory(here.number(), "..");
-        struct stat facts { };
-        if (!here || fstat(here.number(), &facts) != 0 || identify(facts) != levels.back().id
-            || !visitor.leave(here.number(), name.constData()))
+        here = openDirectory(here, "..");
+        if (!here || identify(here) != levels.back().id || !visitor.leave(here, name.constData()))
             return false;
     }
 }

@@ -16,13 +16,13 @@ public:
     // Each returns whether the walk goes on.
 
     /// An entry of the open directory that is no directory itself.
-    virtual bool visit(int directory, const char* name, bool isLink) = 0;
+    virtual bool visit(const FileDescriptor& directory, const char* name, bool isLink) = 0;
     /// A directory, which has just been opened; its entries follow.
-    virtual bool enter(int directory, const char* name) = 0;
+    virtual bool enter(const FileDescriptor& directory, const char* name) = 0;
     /// One whose entries have all been shown; `above` is the directory that it is in.
-    virtual bool leave(int above, const char* name) = 0;
+    virtual bool leave(const FileDescriptor& above, const char* name) = 0;
     /// A directory that can not be read, or has become something else.
-    virtual bool skip(int above, const char* name) = 0;
+    virtual bool skip(const FileDescriptor& above, const char* name) = 0;
 };
 
 /// Shows a directory's tree, without the directory itself. False when the visitor ended the walk, or the tree

@@ -31,8 +31,6 @@ std::shared_ptr<const profile::Profile> current;
 
 /// Runs between two looks at the disk, which take longer than a check.
 constexpr int RunsBetweenListings = 5000;
-/// Runs between two that change something, which takes longer still. A finding that is run by itself does.
-constexpr int RunsBetweenChanges = 20;
 
 QString decoded(const QByteArray& line)
 {
@@ -164,11 +162,16 @@ bool checkPath(const QString& given)
     return true;
 }
 
-/// Changes what a line names. False for a line that names nothing.
+bool isChange(const QByteArray& line)
+{
+    return !line.isEmpty() && QByteArray("-!+>").contains(line.front());
+}
+
+/// Changes what a line names. False when pages may not.
 bool change(const QByteArray& line)
 {
     const QString given = decoded(line.mid(1));
-    if (line.isEmpty() || !QByteArray("-!+>").contains(line.front()) || !checkPath(given))
+    if (!checkPath(given))
         return false;
     const auto path = jsapi::WritablePath::check(given);
     const auto source = jsapi::openRegularFile(world->placed(QStringLiteral("@/open/file")));
@@ -211,15 +214,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const Variables variables(lines);
 
     checkPath(given);
-    static int runs = 0;
     bool isChanged = false;
-    if (runs++ % RunsBetweenChanges == 0) {
-        for (const QByteArray& line : lines)
-            isChanged = change(line) || isChanged;
-    }
+    for (const QByteArray& line : lines)
+        isChanged = (isChange(line) && change(line)) || isChanged;
     if (isChanged)
         checkPath(given);
-    if (runs % RunsBetweenListings == 0 && !isChanged)
+    static int runs = 0;
+    if (++runs % RunsBetweenListings == 0 && !isChanged)
         require(world->listing() == listed, "a change on disk, made by one of the last inputs", given, given);
     if (isChanged && world->listing() != listed)
         makeWorld();

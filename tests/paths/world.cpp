@@ -119,7 +119,7 @@ PathWorld::PathWorld()
     require(m_directory.isValid(), "temporary directory");
     const QDir root(this->root());
     for (const char* name : { "open", "open/deep/er", "closed/deep/er", "closed-not", "closedness", "CLOSED",
-             "plugins/pool", "store", "\u00fcber \u4e2d \U0001f512", "...", "deep" })
+             "plugins/pool", "store", "holder/in/shut", "\u00fcber \u4e2d \U0001f512", "...", "deep" })
         require(root.mkpath(QString::fromUtf8(name)), name);
     for (const char* name : { "open/file", "closed/file", "plugins/file" }) {
         QFile file(root.filePath(QString::fromUtf8(name)));
@@ -179,7 +179,7 @@ PathWorld::~PathWorld()
 QStringList PathWorld::blacklisted() const
 {
     QStringList directories;
-    for (const char* name : { "@/closed", "@/moved", "@/later", "@/\u00fcber \u4e2d \U0001f512" })
+    for (const char* name : { "@/closed", "@/moved", "@/later", "@/holder/in/shut", "@/\u00fcber \u4e2d \U0001f512" })
         directories << placed(QString::fromUtf8(name));
     return directories;
 }

@@ -1,4 +1,4 @@
-const { FileSystem } = NovaExtension;
+const { FileSystem, SettingsManager } = NovaExtension;
 const data = process.argv[2];
 const at = (/** @type {string} */ name) => `${data}/${name}`;
 /** @type {(action: () => { data: any }) => () => any} */
@@ -101,6 +101,21 @@ await check([
     ["copy into a closed directory by a link", () => copy("plain.txt", "DATA/tree/to closed/x"), newIllegal],
     ["copy leaves nothing half done", () => FileSystem.exists(at("closed/x")).data || FileSystem.exists(at("x")).data, false],
 
+    ...["plain.txt", "script.txt", "program", "pipe", "broken", "tree", "sparse.bin", "n".repeat(252)].map((name) =>
+        [`settings in ${name.slice(0, 10)}`, () => SettingsManager.settings({ format: 1, path: at(name) }).setValue({ key: "k", value: 1 }),
+            refusal(3, "Setting is invalid.")]),
+    ["settings leave what is there", sum("plain.txt"), md5.hello],
+    ["settings behind a link", () => {
+        SettingsManager.settings({ format: 1, path: at("link to settings") }).setValue({ key: "g/new", value: "x" });
+        const read = SettingsManager.settings({ format: 1, path: at("settings.ini") });
+        return ["g/old", "g/new"].map((key) => read.getValue({ key }).data);
+    }, ["1", "x"]],
+    ["settings that another program changes meanwhile", () => {
+        const changed = SettingsManager.settings({ format: 1, path: at("settings.ini") });
+        copy("other.ini", "DATA/settings.ini", over);
+        changed.setValue({ key: "g/new", value: "y" });
+        return ["g/old", "g/other", "g/new"].map((key) => changed.getValue({ key }).data);
+    }, [undefined, "2", "y"]],
     ["mkpath", value(() => FileSystem.mkpath("%HOME%/made/by/page")), true],
     ["mkpath again", () => FileSystem.mkpath(at("made/by/page")), refusal(3, "the directory already exist")],
     ["mkpath where a file is", () => FileSystem.mkpath(at("plain.txt")), refusal(3, "the directory already exist")],

@@ -34,7 +34,7 @@ def prepare_files(data):
         os.makedirs(f"{data}/{name}")
     texts = {"plain.txt": "hello", "other.txt": "other", "empty.txt": "", "short-lived.txt": "x", "closed/kept.txt": "x",
              "holder/deep/kept.txt": "x", "tree/leaf.txt": "x", "script.txt": "#!/bin/sh\n", "locked whole.txt": "x",
-             "locked part.txt": "x" * 10}
+             "locked part.txt": "x" * 10, "settings.ini": "; kept by hand\n[g]\nold=1\n", "other.ini": "[g]\nother=2\n"}
     odd = ("with space", 'quote"', 'three"""', "line\nbreak", "$(x) `x` ; & ", "%1 %HOME%", "\U0001f600 \u00fc\u0301\u05d0",
            "-option", "back\\slash")
     texts.update({f"odd/{name}.txt": "x" for name in odd})
@@ -49,7 +49,7 @@ def prepare_files(data):
         os.mkfifo(f"{data}/{name}")
     links = {"broken": "none", "link to tree": "tree", "link to outer": "..", "link to odd": "odd", "link to copied": "copied.txt", "link to data": ".",
              "link to plain": "plain.txt", "tree/to closed": "../closed", "links out/home": data, "links out/closed": "../closed",
-             "links out/file": "../plain.txt", "link to closed": "closed",
+             "links out/file": "../plain.txt", "link to settings": "settings.ini",
              "link to deep": "holder/deep", "links/file": "../plain.txt", "links/tree": "../tree", "links/broken": "none"}
     for name, target in links.items():
         os.symlink(target, f"{data}/{name}")

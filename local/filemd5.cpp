@@ -1,12 +1,13 @@
 #include "local/filemd5.h"
 
+#include "local/filedescriptor.h"
+
 #include <QFileInfo>
 #include <QPointer>
 #include <QTimer>
 #include <algorithm>
 #include <ctime>
 #include <deque>
-#include <fcntl.h>
 
 namespace jsapi {
 
@@ -104,14 +105,12 @@ KFileMd5Request::KFileMd5Request(const QString& path)
 {
 }
 
-/// Devices and pipes have no end, or no content until somebody writes: only a regular file is opened, and
-/// never waited for.
 bool KFileMd5Request::open()
 {
-    const int file =
-        ::open(QFile::encodeName(m_path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    return file >= 0 && m_file.open(file, QIODevice::ReadOnly | QIODevice::Unbuffered, QFile::AutoCloseHandle)
-        && fstat(file, &m_opened) == 0 && S_ISREG(m_opened.st_mode);
+    FileDescriptor file = openRegularFile(m_path);
+    return file && fstat(file.number(), &m_opened) == 0
+        && m_file.open(
+            file.release(), QIODevice::ReadOnly | QIODevice::Unbuffered, QFile::AutoCloseHandle);
 }
 
 bool KFileMd5Request::isUnchanged() const

@@ -1,9 +1,7 @@
 #pragma once
 
 #include "framework/extensionobject.h"
-
-#include <QSettings>
-#include <memory>
+#include "local/settingsfile.h"
 
 namespace jsapi {
 
@@ -49,15 +47,20 @@ public:
     struct WriteOptions;
     struct ReadOptions;
 
-    /// Opens the store that SettingsOptions name, in place of an open one. A path that is not checked leaves
-    /// none.
+    /// Opens the store that SettingsOptions name, in place of an open one. A path that is refused, or of what is
+    /// no settings file, leaves none.
     void Initialise(IJSONValue* options) override;
 
     Answer<void> setValue(const WriteOptions& options);
     Answer<QVariant> getValue(const ReadOptions& options);
 
 private:
-    std::unique_ptr<QSettings> m_store;
+    /// Stores a value in the suite's store, or leaves that as it was.
+    bool storeInSuite(const QString& key, const QVariant& value);
+
+    /// The suite's own store, or a file; neither when there is none.
+    std::unique_ptr<QSettings> m_suite;
+    std::shared_ptr<KSettingsFile> m_file;
 };
 
 } // namespace jsapi

@@ -1,92 +1,210 @@
 #include "local/treechanges.h"
 
-#include <QDir>
-#include <QDirIterator>
+#include "local/guardedplaces.h"
+#include "local/treewalk.h"
+
+#include <QFile>
 #include <QUuid>
+#include <cerrno>
 #include <cstdio>
-#include <sys/stat.h>
-#include <utility>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace jsapi {
 
-bool copyFile(const QString& source, const WritablePath& target)
+namespace {
+
+constexpr mode_t Permissions = 0777;
+
+/// A file beside another, whose place it takes when it is whole. Removed unless it does.
+class NewFile {
+public:
+    /// Makes the file; errno says why when it is not there afterwards.
+    explicit NewFile(int directory)
+        : m_directory(directory)
+        , m_name('.' + QUuid::createUuid().toByteArray(QUuid::Id128))
+        , m_file(openat(
+              directory, m_name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666))
+    {
+    }
+    ~NewFile()
+    {
+        if (m_file)
+            unlinkat(m_directory, m_name.constData(), 0);
+    }
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
+
+    explicit operator bool() const noexcept { return bool(m_file); }
+    const FileDescriptor& file() const noexcept { return m_file; }
+
+    /// Takes the place of whatever is there.
+    bool replace(const QByteArray& name)
+    {
+        return settle(renameat(m_directory, m_name.constData(), m_directory, name.constData()) == 0);
+    }
+    /// Takes a place where nothing is.
+    bool take(const QByteArray& name)
+    {
+        const char* from = m_name.constData();
+        const char* to = name.constData();
+        if (renameat2(m_directory, from, m_directory, to, RENAME_NOREPLACE) == 0)
+            return settle(true);
+        // Some file systems can not rename that way, but can link.
+        return errno == EINVAL && linkat(m_directory, from, m_directory, to, 0) == 0;
+    }
+
+private:
+    bool settle(bool done)
+    {
+        if (done)
+            m_file = FileDescriptor();
+        return done;
+    }
+
+    int m_directory;
+    QByteArray m_name;
+    FileDescriptor m_file;
+};
+
+bool copyByReading(int from, const FileDescriptor& to)
 {
-    return QFile::copy(source, target.string());
+    QByteArray buffer(1 << 18, Qt::Uninitialized);
+    for (;;) {
+        const ssize_t count = read(from, buffer.data(), static_cast<size_t>(buffer.size()));
+        if (count == 0)
+            return true;
+        if (count < 0 ? errno != EINTR : !writeAll(to, buffer.constData(), count))
+            return false;
+    }
 }
 
-Replacement replaceFile(const QString& source, const WritablePath& target)
+/// Copies content and permissions. A file that tells no size though it has content, as the system's own do, is
+/// not copied: it may have no end.
+bool copyContent(const FileDescriptor& source, const FileDescriptor& target)
 {
-    const QFileInfo replaced(target.string());
-    const QFileInfo directory(replaced.path());
-    if ((replaced.isDir() && !replaced.isSymLink()) || !directory.isWritable())
+    struct stat facts { };
+    if (lseek(source.number(), 0, SEEK_SET) != 0 || fstat(source.number(), &facts) != 0)
+        return false;
+    char byte = 0;
+    if (facts.st_size == 0 && read(source.number(), &byte, 1) != 0)
+        return false;
+    // Within the kernel where the file system can. What that has left out is read, since on some file systems it
+    // ends early.
+    constexpr std::size_t Part = 1 << 30;
+    while (facts.st_size > 0
+        && copy_file_range(source.number(), nullptr, target.number(), nullptr, Part, 0) > 0) { }
+    return copyByReading(source.number(), target) && fchmod(target.number(), facts.st_mode & Permissions) == 0;
+}
+
+bool isFile(const std::optional<struct stat>& facts)
+{
+    return facts && S_ISREG(facts->st_mode);
+}
+
+/// Whether an entry is a regular file or a link to one, so that nothing else goes with it.
+bool isFileOrLinkToFile(const WritablePath& path)
+{
+    const auto entry = path.look();
+    return isFile(entry) || (entry && S_ISLNK(entry->st_mode) && isFile(path.look(true)));
+}
+
+class TreeRemoval final : public TreeVisitor {
+public:
+    bool isComplete() const noexcept { return m_isComplete; }
+
+private:
+    bool visit(const FileDescriptor& directory, const char* name, bool) override { return remove(directory, name, 0); }
+    bool enter(const FileDescriptor&, const char*) override { return true; }
+    bool leave(const FileDescriptor& above, const char* name) override { return remove(above, name, AT_REMOVEDIR); }
+    bool skip(const FileDescriptor& above, const char* name) override { return remove(above, name, AT_REMOVEDIR); }
+    /// What is left does not keep the rest from going.
+    bool remove(const FileDescriptor& directory, const char* name, int flags)
+    {
+        m_isComplete = unlinkat(directory.number(), name, flags) == 0 && m_isComplete;
+        return true;
+    }
+
+    bool m_isComplete = true;
+};
+
+} // namespace
+
+bool copyFile(const FileDescriptor& source, const WritablePath& target)
+{
+    const std::optional<QByteArray> name = target.name();
+    if (!name || target.look())
+        return false;
+    NewFile copy(target.above().number());
+    return copy && copyContent(source, copy.file()) && copy.take(*name);
+}
+
+Replacement replaceFile(const FileDescriptor& source, const WritablePath& target)
+{
+    const std::optional<QByteArray> name = target.name();
+    if (!name || !isFileOrLinkToFile(target))
         return Replacement::Refused;
-    const QString copy =
-        directory.filePath() + heapString("/.%1").arg(QUuid::createUuid().toString(QUuid::Id128));
-    if (!QFile::copy(source, copy))
+    NewFile copy(target.above().number());
+    if (!copy)
+        return errno == ENOSPC || errno == EDQUOT ? Replacement::CopyFailed : Replacement::Refused;
+    if (!copyContent(source, copy.file()))
         return Replacement::CopyFailed;
-    if (std::rename(QFile::encodeName(copy).constData(), QFile::encodeName(target.string()).constData()) == 0)
-        return Replacement::Done;
-    QFile::remove(copy);
-    return Replacement::Refused;
+    return copy.replace(*name) ? Replacement::Done : Replacement::Refused;
+}
+
+bool writeFile(const QByteArray& content, const WritablePath& target)
+{
+    const auto present = target.look();
+    if (present && !S_ISREG(present->st_mode))
+        return false;
+    NewFile file(target.above().number());
+    return file && writeAll(file.file(), content.constData(), content.size())
+        && (!present || fchmod(file.file().number(), present->st_mode & Permissions) == 0)
+        && fdatasync(file.file().number()) == 0 && file.replace(*target.name());
 }
 
 bool makeDirectory(const WritablePath& directory)
 {
-    return QDir(heapString(".")).mkpath(directory.string());
+    FileDescriptor made;
+    for (const QByteArray& name : directory.names()) {
+        const int above = made ? made.number() : directory.above().number();
+        if (mkdirat(above, name.constData(), Permissions) != 0 && errno != EEXIST)
+            return false;
+        made = FileDescriptor(
+            openat(above, name.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+        if (!made)
+            return false;
+    }
+    return true;
 }
 
 bool removeFile(const WritablePath& file)
 {
-    return QFile::remove(file.string());
+    return file.name() && isFileOrLinkToFile(file)
+        && unlinkat(file.above().number(), file.name()->constData(), 0) == 0;
 }
 
-namespace {
-
-/// Device and number of what a path names; links are not followed.
-std::optional<std::pair<dev_t, ino_t>> identify(const QString& path)
+Removal removeTree(const WritablePath& path)
 {
-    struct stat facts { };
-    if (lstat(QFile::encodeName(path).constData(), &facts) != 0)
-        return std::nullopt;
-    return std::pair(facts.st_dev, facts.st_ino);
-}
-
-/// Whether a directory is the home directory or one of those above it, under whatever name.
-bool holdsHome(const QString& directory)
-{
-    const auto given = identify(directory);
-    QString above = QDir(QDir::homePath()).canonicalPath();
-    bool holds = given && given == identify(QDir::homePath()); // which may be a link
-    while (given && !holds && !above.isEmpty()) {
-        holds = given == identify(above);
-        above = above == QLatin1String("/") ? QString() : QFileInfo(above).path();
+    const std::optional<QByteArray> name = path.name();
+    const auto entry = path.look();
+    if (!name)
+        return Removal::Refused;
+    const int above = path.above().number();
+    if (entry && S_ISLNK(entry->st_mode)) {
+        if (leadsToGuardedPlace(path.string()))
+            return Removal::Refused;
+        return unlinkat(above, name->constData(), 0) == 0 ? Removal::Done : Removal::Incomplete;
     }
-    return holds;
-}
-
-} // namespace
-
-bool holdsGuardedDirectory(const WritablePath& directory)
-{
-    if (holdsHome(directory.string()))
-        return true;
-    if (QFileInfo(directory.string()).isSymLink())
-        return false;
-    QDirIterator tree(directory.string(),
-        QDir::Dirs | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot | QDir::NoSymLinks,
-        QDirIterator::Subdirectories);
-    while (tree.hasNext()) {
-        if (!WritablePath::check(tree.next()))
-            return true;
-    }
-    return false;
-}
-
-bool removeTree(const WritablePath& directory)
-{
-    if (QFileInfo(directory.string()).isSymLink())
-        return removeFile(directory);
-    return QDir(directory.string()).removeRecursively();
+    const FileDescriptor directory(
+        openat(above, name->constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!directory)
+        return Removal::Incomplete;
+    if (holdsGuardedPlace(directory))
+        return Removal::Refused;
+    TreeRemoval removal;
+    const bool isEmpty = walkTree(directory, removal) && removal.isComplete();
+    return unlinkat(above, name->constData(), AT_REMOVEDIR) == 0 && isEmpty ? Removal::Done : Removal::Incomplete;
 }
 
 } // namespace jsapi

@@ -121,7 +121,7 @@ declare namespace NovaExtension {
         "FileSystem.selectFolderx": Failure<3, "inputBox is null">;
         "FileSystem.mkpath": Failure<1, "Path is empty."> | Failure<3, "New path is illegal."> | Failure<3, "the directory already exist">;
         "FileSystem.remove": Failure<1, "Path is empty."> | Failure<3, "New path is illegal."> | Failure<1, `${string} is not existed`> | Failure<1, `${string} is not dir`>;
-        "FileSystem.open": Failure<1, "Path is empty."> | Failure<3, `${string} is not existed`> | Failure<3, `${string} is not file`> | Failure<3, `Failed to open file : ${string} `>;
+        "FileSystem.open": Failure<3, "Path is empty."> | Failure<3, `${string} is not existed`> | Failure<3, `${string} is not file`> | Failure<3, `Failed to open file : ${string} `>;
         "FileSystem.getFileStatus": Failure<1, `${string} is not existed`>;
         "FileSystem.getWritableSaveFileName": never;
         "FileSystem.getExistingDirectory": Failure<1, `${string} is not existed`> | Failure<1, `${string} is not dir`>;
@@ -526,7 +526,7 @@ declare namespace NovaExtension {
         /**
          * Has the desktop open a file with the program for it.
          *
-         * @throws 1 "Path is empty."
+         * @throws 3 "Path is empty."
          * @throws 3 "%1 is not existed"
          * @throws 3 "%1 is not file"
          * @throws 3 "Failed to open file : %1 "
@@ -1652,7 +1652,7 @@ declare namespace NovaExtension {
      */
     interface SettingsManager {
         /**
-         * Returns a Settings object for a store.
+         * Returns a Settings object for a store. Its members fail when what has the path is no settings file.
          *
          * @throws 1 "Format is illegal."
          * @throws 1 "missing required parameters."
@@ -2774,14 +2774,14 @@ declare namespace NovaExtension.CloudDoc.UploadFileTask {
 
 declare namespace NovaExtension.SettingsManager {
     /**
-     * One settings store. Changes reach the disk when script has returned to the event loop, and when the object goes.
-     * A store keeps strings: numbers and booleans have become strings when the suite starts again.
+     * One settings store. A store keeps strings: numbers and booleans have become strings when the suite starts again.
      *
      * @remarks handed out by another object
      */
     interface Settings {
         /**
-         * Stores a value.
+         * Stores a value: it is on disk when the call returns. Fails as well when the store is no settings file, or can
+         * not be written; what it held stays.
          *
          * @throws 1 "missing required parameters."
          * @throws 3 "Setting is invalid."

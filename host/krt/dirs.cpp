@@ -49,10 +49,9 @@ bool dirs::isFileFormatSafe(const QString& path)
 
 bool dirs::inBlackDownloadDir(const QString& path)
 {
+    static ProfilePlaces closed;
     const auto profile = profile::current();
-    const QStringList& directories = profile->directories.blacklistedDownloads;
-    return std::any_of(directories.begin(), directories.end(),
-        [&](const QString& directory) { return isPathInside(path, profile::expandPath(directory)); });
+    return closed.contain(path, profile->directories.blacklistedDownloads, profile->directories.officeData);
 }
 
 } // namespace krt

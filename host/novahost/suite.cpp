@@ -7,6 +7,8 @@
 #include "host/suite/cloud/cloudservice.h"
 #include "host/suite/play.h"
 #include "host/vexlite/failurelog.h"
+#include "krt/dirs.h"
+#include "suite/kpluginconfig.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -98,6 +100,9 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
         error = QStringLiteral("--window: there is no X display; set DISPLAY");
         return nullptr;
     }
+    // The first question is when the suite notes where the directories that are closed to pages lead.
+    krt::dirs::inBlackDownloadDir(QStringLiteral("/"));
+    kpluginconfig::inPluginDownloadDir(QStringLiteral("/"));
     vexlite::Core& core = vexlite::Core::start(readServices());
     core.setDenyMask(options.denyMask);
     std::shared_ptr<vexlite::FailureLog> failures;

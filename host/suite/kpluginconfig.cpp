@@ -1,10 +1,10 @@
 #include "suite/kpluginconfig.h"
 
 #include "host/krt/pathinside.h"
-#include "host/profile/directories.h"
 #include "host/profile/profile.h"
 
 bool kpluginconfig::inPluginDownloadDir(const QString& path)
 {
-    return krt::isPathInside(path, profile::expandPath(profile::current()->directories.pluginDownloads));
+    static krt::ProfilePlaces plugins;
+    return plugins.contain(path, { profile::current()->directories.pluginDownloads });
 }

@@ -1,10 +1,12 @@
-// Searches for a path that gets a page into a closed directory.
+// Searches for a path that gets a page into a closed directory, or cuts the way to one.
 //
-// An input is text: the path in the first line, then variables as NAME=value, a line each. '@' stands for the
-// data directory, "\u" and four hexadecimal digits for one unit of UTF-16.
+// An input is text: the path in the first line, then variables as NAME=value, a line each. A line of another
+// path with a sign in front changes something there, after which the first is checked again: "-PATH" removes a
+// directory, "!PATH" a file, "+PATH" makes a directory, ">PATH" copies a file over what is there. '@' stands for
+// the data directory, "\u" and four hexadecimal digits for one unit of UTF-16.
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
-#include "local/pathcheck.h"
+#include "local/treechanges.h"
 #include "tests/paths/world.h"
 
 #include <QByteArray>
@@ -23,7 +25,7 @@
 
 namespace {
 
-PathWorld* world = nullptr;
+std::unique_ptr<PathWorld> world;
 std::string listed;
 std::shared_ptr<const profile::Profile> current;
 
@@ -108,6 +110,11 @@ std::shared_ptr<const Profile> current()
     return ::current;
 }
 
+QString dataDirectory()
+{
+    return world->root();
+}
+
 QString expandPath(const QString& path)
 {
     return path;
@@ -115,35 +122,89 @@ QString expandPath(const QString& path)
 
 } // namespace profile
 
-extern "C" int LLVMFuzzerInitialize(int*, char***)
+namespace {
+
+/// A world that nothing has been changed in.
+void makeWorld()
 {
-    setenv("LC_ALL", "C.UTF-8", 1);
-    static PathWorld made;
-    world = &made;
+    world = std::make_unique<PathWorld>();
     auto profile = std::make_shared<profile::Profile>();
-    profile->directories.blacklistedDownloads = made.blacklisted();
-    profile->directories.pluginDownloads = made.plugins();
+    profile->directories.blacklistedDownloads = world->blacklisted();
+    profile->directories.pluginDownloads = world->plugins();
     current = std::move(profile);
     for (const auto& [name, value] :
         { std::pair("P_ROOT", "@"), std::pair("P_STEPS", "@/open/.."), std::pair("P_DOT", "@/open/."),
             std::pair("P_LINK", "@/open/absolute"), std::pair("P_EMPTY", "") })
-        qputenv(name, QFile::encodeName(made.placed(QString::fromLatin1(value))));
+        qputenv(name, QFile::encodeName(world->placed(QString::fromLatin1(value))));
     // For the ways through /proc.
-    QDir::setCurrent(made.placed(QStringLiteral("@/closed/deep")));
+    QDir::setCurrent(world->placed(QStringLiteral("@/closed/deep")));
     dup2(open(".", O_RDONLY | O_CLOEXEC), 99);
-    listed = made.listing();
-    return 0;
+    listed = world->listing();
 }
 
-namespace {
-
-std::optional<QString> resolve(const QString& given)
+/// Whether a path may be written to; where that leads is judged.
+bool checkPath(const QString& given)
 {
     const auto path = jsapi::WritablePath::check(given);
-    return path ? std::optional(path->string()) : std::nullopt;
+    if (!path)
+        return false;
+    const QString& resolved = path->string();
+    require(resolved.startsWith(QLatin1Char('/')), "a path that is not absolute", given, resolved);
+    require(!resolved.contains(QChar::Null), "a path with a NUL", given, resolved);
+    require(QFile::decodeName(QFile::encodeName(resolved)) == resolved, "a path that no file name spells",
+        given, resolved);
+    require(isClean(resolved), "a path that is not clean", given, resolved);
+    const std::string trespass = world->trespass(resolved);
+    require(trespass.empty(), "a way into a closed directory", given, resolved, trespass);
+    const auto again = jsapi::WritablePath::check(resolved);
+    require(again && again->string() == resolved, "a path that checks otherwise when checked again", given,
+        resolved, again ? again->string().toStdString() : "refused");
+    return true;
+}
+
+bool isChange(const QByteArray& line)
+{
+    return !line.isEmpty() && QByteArray("-!+>").contains(line.front());
+}
+
+/// Changes what a line names. False when pages may not.
+bool change(const QByteArray& line)
+{
+    const QString given = decoded(line.mid(1));
+    if (!checkPath(given))
+        return false;
+    const auto path = jsapi::WritablePath::check(given);
+    const auto source = jsapi::openRegularFile(world->placed(QStringLiteral("@/open/file")));
+    // What lies outside of the world is not for trying.
+    if (!path->string().startsWith(world->root() + QLatin1Char('/')) || !world->holds(path->string()))
+        return false;
+    switch (line.front()) {
+    case '-':
+        jsapi::removeTree(*path);
+        break;
+    case '!':
+        jsapi::removeFile(*path);
+        break;
+    case '+':
+        jsapi::makeDirectory(*path);
+        break;
+    default:
+        if (source && jsapi::replaceFile(source, *path) != jsapi::Replacement::Done)
+            jsapi::copyFile(source, *path);
+    }
+    const std::string lost = world->findLoss();
+    require(lost.empty(), "a change that takes away what is closed", given, path->string(), lost);
+    return true;
 }
 
 } // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***)
+{
+    setenv("LC_ALL", "C.UTF-8", 1);
+    makeWorld();
+    return 0;
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
 {
@@ -152,20 +213,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const QString given = decoded(lines.takeFirst());
     const Variables variables(lines);
 
-    if (const std::optional<QString> resolved = resolve(given)) {
-        require(resolved->startsWith(QLatin1Char('/')), "a path that is not absolute", given, *resolved);
-        require(!resolved->contains(QChar::Null), "a path with a NUL", given, *resolved);
-        require(QFile::decodeName(QFile::encodeName(*resolved)) == *resolved,
-            "a path that no file name spells", given, *resolved);
-        require(isClean(*resolved), "a path that is not clean", given, *resolved);
-        const std::string trespass = world->trespass(*resolved);
-        require(trespass.empty(), "a way into a closed directory", given, *resolved, trespass);
-        const std::optional<QString> again = resolve(*resolved);
-        require(again == resolved, "a path that checks otherwise when checked again", given, *resolved,
-            again ? again->toStdString() : "refused");
-    }
+    checkPath(given);
+    bool isChanged = false;
+    for (const QByteArray& line : lines)
+        isChanged = (isChange(line) && change(line)) || isChanged;
+    if (isChanged)
+        checkPath(given);
     static int runs = 0;
-    if (++runs % RunsBetweenListings == 0)
+    if (++runs % RunsBetweenListings == 0 && !isChanged)
         require(world->listing() == listed, "a change on disk, made by one of the last inputs", given, given);
+    if (isChanged && world->listing() != listed)
+        makeWorld();
     return 0;
 }

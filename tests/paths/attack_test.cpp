@@ -9,13 +9,16 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <algorithm>
 #include <fcntl.h>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <unistd.h>
 
 namespace {
 
+namespace fs = std::filesystem;
 using namespace std::string_literals;
 
 constexpr auto Refused = std::nullopt;
@@ -115,7 +118,7 @@ const PathRow Tricks[] = {
     { "OutOfClosed", u"@/closed/../open/a", u"@/open/a" },
     { "TrailingToTheClosedDirectory", u"@/closed/deep/..", Refused },
     { "AboveTheRootIntoClosed", u"/../../../..@/closed/a", Refused },
-    { "AboveTheRoot", u"/../..@/open/a", u"/../..@/open/a" },
+    { "AboveTheRoot", u"/../..@/open/a", u"@/open/a" },
     { "BeforeAnAbsolutePath", u"../@/open/a", u"@/open/a" },
     { "WithADoubledSlash", u"..//%P_ROOT%/a", u"/%P_ROOT%/a" },
     { "ThreeDotsAreAName", u"@/.../closed/a", u"@/.../closed/a" },
@@ -161,7 +164,8 @@ const PathRow Tricks[] = {
     { "ToTheRootAndIntoClosed", u"@/open/slash@/closed/a", Refused },
     { "WithANameOfAllPlanes", u"@/open/\u00e4 \u4e2d \U0001f512/a", Refused },
     { "WithANewlineInItsName", u"@/open/new\nline/a", Refused },
-    { "StepsBehindOneLeaveNoTraceOfIt", u"@/open/relative/../a", u"@/open/a" },
+    { "StepsBehindOne", u"@/open/up/../a", Refused },
+    { "StepsBehindOneThatLeadWhereTheyRead", u"@/open/ping/../a", u"@/open/a" },
     { "StepsBehindOneIntoClosed", u"@/open/relative/../../closed/a", Refused },
     { "OutOfTheClosedDirectory", u"@/closed/out/a", Refused },
     { "OutOfTheClosedDirectoryByItself", u"@/closed/out", Refused },
@@ -220,7 +224,7 @@ const PathRow Tricks[] = {
     { "ProcCurrentDirectory", u"/proc/self/cwd/a", Refused },
     { "ProcOpenDirectory", u"/proc/self/fd/99/a", Refused },
     { "DevOpenDirectory", u"/dev/fd/99/a", Refused },
-    { "StepsBehindDevOpenDirectory", u"/dev/fd/99/../a", u"/dev/fd/a" },
+    { "StepsBehindDevOpenDirectory", u"/dev/fd/99/../a", Refused },
 };
 // clang-format on
 
@@ -244,28 +248,35 @@ ROW_TEST(PathCheck, RefusesOrLeadsWhereItMay, Tricks)
     EXPECT_EQ(s_world->trespass(*resolved), "");
 }
 
-// What a page must not take along when it removes a directory. Nothing is removed here.
-
-/// The home directory is "users/me", or with `linked` the link "linked" to it.
+/// '@' in a path stands for the data directory. The home directory is "@/users/me", or with `linked` the link
+/// "@/linked/home" to it.
 const struct RemovalRow {
     const char* name;
-    const char* directory; ///< below the data directory, which is "@" in a path that begins with '/'
-    bool guarded;
+    const char* directory;
+    jsapi::Removal expected;
     bool linked = false;
 } Removals[] = {
-    { "Everything", "/", true },
-    { "Home", "users/me", true },
-    { "AboveHome", "users", true },
-    { "HomeByAnotherRoot", "/proc/self/root@/users/me", true },
-    { "HomeThroughALink", "free/link to users/me", true },
-    { "HomeThatIsALink", "linked", true, true },
-    { "WhereTheHomeLinkLeads", "users/me", true, true },
-    { "LinkToHome", "linked", false },
-    { "InHome", "users/me/docs", false },
-    { "SameBeginningAsHome", "users/m", false },
-    { "LinkToWhatIsAboveHome", "free/link to users", false },
-    { "FarAboveAClosedDirectory", "holder", true },
-    { "WithLinksToGuardedOnes", "free", false },
+    { "Everything", "@", jsapi::Removal::Refused },
+    { "TheRoot", "/", jsapi::Removal::Refused },
+    { "Home", "@/users/me", jsapi::Removal::Refused },
+    { "AboveHome", "@/users", jsapi::Removal::Refused },
+    { "HomeByAnotherRoot", "/proc/self/root@/users/me", jsapi::Removal::Refused },
+    { "HomeThroughALink", "@/free/to users/me", jsapi::Removal::Refused },
+    { "HomeThatIsALink", "@/linked/home", jsapi::Removal::Refused, true },
+    { "WhereTheHomeLinkLeads", "@/users/me", jsapi::Removal::Refused, true },
+    { "WhatHoldsTheHomeLink", "@/linked", jsapi::Removal::Refused, true },
+    { "LinkToHomeByTheWay", "@/linked/home", jsapi::Removal::Done },
+    { "InHome", "@/users/me/docs", jsapi::Removal::Done },
+    { "LinkToWhatIsAboveHome", "@/free/to users", jsapi::Removal::Done },
+    { "WithLinks", "@/free", jsapi::Removal::Done },
+    { "FarAboveAClosedDirectory", "@/holder", jsapi::Removal::Refused },
+    { "LinkToAClosedDirectory", "@/to closed", jsapi::Removal::Refused },
+    { "LinkOnTheWayToAClosedDirectory", "@/way", jsapi::Removal::Refused },
+    { "WithALinkOnTheWayToAClosedDirectory", "@/ways", jsapi::Removal::Refused },
+    { "WithAClosedLink", "@/shut", jsapi::Removal::Refused },
+    { "WithAClosedFile", "@/papers", jsapi::Removal::Refused },
+    { "LinkInCircles", "@/circle", jsapi::Removal::Done },
+    { "DeeperThanAPathIsLong", "@/deep", jsapi::Removal::Done },
 };
 
 class Removal : public ServiceTest {
@@ -274,21 +285,69 @@ protected:
     const QByteArray m_home = qgetenv("HOME");
 };
 
-ROW_TEST(Removal, OfWhatHoldsGuardedDirectories, Removals)
+/// Every directory of the world, and every file and link, with where it leads.
+std::vector<std::string> listAll(const QString& root)
+{
+    std::vector<std::string> all;
+    for (const auto& entry : fs::recursive_directory_iterator(root.toStdString()))
+        all.push_back(entry.path().string() + (entry.is_symlink() ? fs::read_symlink(entry).string() : ""));
+    std::sort(all.begin(), all.end());
+    return all;
+}
+
+ROW_TEST(Removal, LeavesTheWaysToGuardedPlaces, Removals)
+{
+    const RemovalRow& row = GetParam();
+    const QString root = path("");
+    QDir directory(root);
+    for (const char* made : { "users/me/docs", "holder/deep/closed", "free/deep/er", "store/inner", "linked", "ways",
+             "shut", "papers/in", "circle" })
+        ASSERT_TRUE(directory.mkpath(QString::fromLatin1(made)));
+    const std::pair<const char*, const char*> links[] = { { "users", "free/to users" }, { "users/me", "linked/home" },
+        { "holder/deep/closed", "to closed" }, { "store", "way" }, { "store", "ways/one" }, { "circle", "circle/on" },
+        { "store/inner", "shut/link" }, { "nowhere", "free/broken" } };
+    for (const auto& [target, link] : links)
+        ASSERT_TRUE(QFile::link(path(target), path(link)));
+    write("papers/in/file", "text");
+    write("free/deep/er/file", "text");
+    if (row.directory == std::string("@/deep"))
+        makeDeepTree(path("deep"), 30);
+    qputenv("HOME", QFile::encodeName(path(row.linked ? "linked/home" : "users/me")));
+    useProfile(R"({"directories": {"blacklistedDownloads": ["${DATA}/holder/deep/closed", "${DATA}/way/inner",
+        "${DATA}/ways/one/inner", "${DATA}/shut/link", "${DATA}/papers/in/file"]}})");
+    const auto before = listAll(root);
+
+    const QString removed = QString::fromLatin1(row.directory).replace(u'@', root);
+    const auto checked = jsapi::WritablePath::check(removed);
+    const jsapi::Removal removal = checked ? jsapi::removeTree(*checked) : jsapi::Removal::Refused;
+
+    EXPECT_EQ(removal, row.expected);
+    EXPECT_EQ(QFileInfo(removed).isSymLink() || QFileInfo::exists(removed), row.expected == jsapi::Removal::Refused);
+    auto expected = before;
+    if (row.expected == jsapi::Removal::Done)
+        std::erase_if(expected, [&](const auto& entry) { return entry.rfind(removed.toStdString(), 0) == 0; });
+    EXPECT_EQ(listAll(root), expected);
+}
+
+// What a page may change is what was checked, though another program changes what the path leads to.
+TEST_F(Removal, OfWhatWasCheckedThoughALinkTookItsPlace)
 {
     QDir root(path(""));
-    for (const char* made : { "users/me/docs", "holder/deep/closed", "free/deep" })
+    for (const char* made : { "open/tree/in", "closed/tree/in" })
         ASSERT_TRUE(root.mkpath(QString::fromLatin1(made)));
-    ASSERT_TRUE(QFile::link(path("users"), path("free/link to users")));
-    ASSERT_TRUE(QFile::link(path("holder/deep/closed"), path("free/link to closed")));
-    ASSERT_TRUE(QFile::link(path("users/me"), path("linked")));
-    qputenv("HOME", QFile::encodeName(path(GetParam().linked ? "linked" : "users/me")));
-    useProfile(R"({"directories": {"blacklistedDownloads": ["${DATA}/holder/deep/closed"]}})");
-    const QString given = QString::fromLatin1(GetParam().directory);
-    const QString directory =
-        given.startsWith(u'/') ? QString(given).replace(u'@', path("")) : path(GetParam().directory);
-    const auto removed = jsapi::WritablePath::check(directory);
-    EXPECT_EQ(!removed || holdsGuardedDirectory(*removed), GetParam().guarded) << directory.toStdString();
+    write("source", "text");
+    useProfile(R"({"directories": {"blacklistedDownloads": ["${DATA}/closed"]}})");
+    const auto check = [&](const char* below) { return *jsapi::WritablePath::check(path(below)); };
+    const auto file = check("open/file"), tree = check("open/tree"), made = check("open/new/er");
+    ASSERT_TRUE(root.rename(path("open"), path("moved")) && QFile::link(path("closed"), path("open")));
+
+    EXPECT_TRUE(jsapi::copyFile(jsapi::openRegularFile(path("source")), file));
+    EXPECT_TRUE(jsapi::makeDirectory(made));
+    EXPECT_EQ(jsapi::removeTree(tree), jsapi::Removal::Done);
+    for (const char* there : { "closed/tree/in", "moved/file", "moved/new/er" })
+        EXPECT_TRUE(QFileInfo::exists(path(there))) << there;
+    for (const char* notThere : { "closed/file", "closed/new", "moved/tree" })
+        EXPECT_FALSE(QFileInfo::exists(path(notThere))) << notThere;
 }
 
 } // namespace

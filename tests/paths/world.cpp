@@ -45,11 +45,11 @@ private:
     int m_fd;
 };
 
-/// Makes `depth` directories with long names in each other, and in the last a link.
+/// Makes `depth` directories with long names in each other, and in the last a link if it has a name.
 void makeDeep(int at, int depth, const char* link, const std::string& target)
 {
     if (depth == 0) {
-        require(symlinkat(target.c_str(), at, link) == 0, link);
+        require(!link || symlinkat(target.c_str(), at, link) == 0, link);
         return;
     }
     const std::string name(200, 'n');
@@ -119,7 +119,7 @@ PathWorld::PathWorld()
     require(m_directory.isValid(), "temporary directory");
     const QDir root(this->root());
     for (const char* name : { "open", "open/deep/er", "closed/deep/er", "closed-not", "closedness", "CLOSED",
-             "plugins/pool", "store", "\u00fcber \u4e2d \U0001f512", "...", "deep" })
+             "plugins/pool", "store", "holder/in/shut", "\u00fcber \u4e2d \U0001f512", "...", "deep" })
         require(root.mkpath(QString::fromUtf8(name)), name);
     for (const char* name : { "open/file", "closed/file", "plugins/file" }) {
         QFile file(root.filePath(QString::fromUtf8(name)));
@@ -127,6 +127,7 @@ PathWorld::PathWorld()
     }
 
     const Directory here(AT_FDCWD, QFile::encodeName(this->root()).constData());
+    require(mkfifoat(here.fd(), "open/pipe", 0600) == 0, "pipe");
     const auto link = [&](const std::string& target, const std::string& name) {
         require(symlinkat(target.c_str(), here.fd(), name.c_str()) == 0, name.c_str());
     };
@@ -162,10 +163,9 @@ PathWorld::PathWorld()
     closed.append(plugins());
     for (const QString& path : closed) {
         const std::string text = QFile::encodeName(path).toStdString();
-        m_closed.push_back({ text, placeOf(text) });
         struct stat status = {};
-        if (stat(text.c_str(), &status) == 0)
-            m_closedIds.emplace_back(status.st_dev, status.st_ino);
+        stat(text.c_str(), &status);
+        m_closed.push_back({ text, placeOf(text), { status.st_dev, status.st_ino } });
     }
 }
 
@@ -179,7 +179,7 @@ PathWorld::~PathWorld()
 QStringList PathWorld::blacklisted() const
 {
     QStringList directories;
-    for (const char* name : { "@/closed", "@/moved", "@/later", "@/\u00fcber \u4e2d \U0001f512" })
+    for (const char* name : { "@/closed", "@/moved", "@/later", "@/holder/in/shut", "@/\u00fcber \u4e2d \U0001f512" })
         directories << placed(QString::fromUtf8(name));
     return directories;
 }
@@ -204,7 +204,8 @@ std::string PathWorld::trespass(const QString& path) const
             struct stat status = {};
             require(fstat(fd, &status) == 0, "fstat");
             const Id id(status.st_dev, status.st_ino);
-            if (std::find(m_closedIds.begin(), m_closedIds.end(), id) != m_closedIds.end()) {
+            const auto isIt = [&id](const Closed& closed) { return closed.id == id; };
+            if (std::any_of(m_closed.begin(), m_closed.end(), isIt)) {
                 close(fd);
                 return "the system gets into a closed directory by " + opened;
             }
@@ -217,6 +218,26 @@ std::string PathWorld::trespass(const QString& path) const
     return {};
 }
 
+bool PathWorld::holds(const QString& path) const
+{
+    // The entry itself may be a link, which leads elsewhere.
+    const std::string above = fs::path(QFile::encodeName(path).toStdString()).parent_path().string();
+    return liesIn(placeOf(above), placeOf(QFile::encodeName(root()).toStdString()));
+}
+
+std::string PathWorld::findLoss() const
+{
+    struct stat status = {};
+    for (const Closed& closed : m_closed) {
+        status = {};
+        stat(closed.text.c_str(), &status);
+        if (closed.id != Id() && closed.id != Id(status.st_dev, status.st_ino))
+            return closed.text;
+    }
+    const std::string pipe = QFile::encodeName(placed(QStringLiteral("@/open/pipe"))).toStdString();
+    return lstat(pipe.c_str(), &status) == 0 && !S_ISFIFO(status.st_mode) ? pipe : "";
+}
+
 std::string PathWorld::listing() const
 {
     std::vector<std::string> lines;
@@ -226,4 +247,10 @@ std::string PathWorld::listing() const
     for (const std::string& line : lines)
         text += line + '\n';
     return text;
+}
+
+void makeDeepTree(const QString& path, int depth)
+{
+    require(QDir().mkpath(path), "deep tree");
+    makeDeep(Directory(AT_FDCWD, QFile::encodeName(path).constData()).fd(), depth, nullptr, {});
 }

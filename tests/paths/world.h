@@ -27,6 +27,11 @@ public:
     /// not.
     std::string trespass(const QString& path) const;
 
+    /// Whether a path leads to a place in this directory, or below.
+    bool holds(const QString& path) const;
+    /// What is not any more as it was made: a closed place that its name leads to, or a pipe. Empty when all is.
+    std::string findLoss() const;
+
     /// What is on disk: a line for each entry with its number, type, size and times, sorted. Links are not
     /// followed.
     std::string listing() const;
@@ -36,9 +41,12 @@ private:
     struct Closed {
         std::string text;
         std::string place; ///< links followed
+        Id id; ///< when it was made; zeros when it is not there
     };
 
     QTemporaryDir m_directory;
     std::vector<Closed> m_closed;
-    std::vector<Id> m_closedIds; ///< of those that are there
 };
+
+/// Makes a directory, and in it `depth` directories with long names in each other.
+void makeDeepTree(const QString& path, int depth);

@@ -1,4 +1,4 @@
-const { FileSystem } = NovaExtension;
+const { FileSystem, SettingsManager } = NovaExtension;
 const data = process.argv[2];
 const at = (/** @type {string} */ name) => `${data}/${name}`;
 /** @type {(action: () => { data: any }) => () => any} */
@@ -56,6 +56,11 @@ await check([
     ["getFileStatus: locked as a whole", value(() => FileSystem.getFileStatus(at("locked whole.txt"))), false],
     ["getFileStatus: a part locked", value(() => FileSystem.getFileStatus(at("locked part.txt"))), false],
     ["getFileStatus: a directory", value(() => FileSystem.getFileStatus(data)), false],
+    ["getFileStatus and digests take nothing out of a pipe", async () => {
+        const asked = [FileSystem.getFileStatus(at("full pipe")).data, await FileSystem.getFileMd5(at("full pipe")).catch(() => false)];
+        FileSystem.openLocalLocation({ path: data, fileName: "full pipe" });
+        return [...asked, await until(() => FileSystem.exists(at("opened/full pipe")).data && FileSystem.File({ path: at("opened/full pipe") }).size().data > 0), await FileSystem.getFileMd5(at("opened/full pipe"))];
+    }, [false, false, true, md5.hello]],
     ["getFileStatus: a pipe does not wait", value(() => FileSystem.getFileStatus(at("pipe"))), false],
     ["getFileStatus: missing", () => FileSystem.getFileStatus("/no/file"), notExisted(1, "/no/file")],
     ["getFileStatus changes nothing", sum("plain.txt"), md5.hello],
@@ -78,6 +83,10 @@ await check([
     ["copy over a link replaces the link", () => copy("empty.txt", "DATA/link to plain", over), true],
     ["copy over a link leaves its target", sum("plain.txt"), md5.hello],
     ["copy over a directory", () => copy("plain.txt", "DATA/tree", over), refusal(3, "override existing file failed")],
+    ...["pipe", "link to deep", "link to data"].map((name) =>
+        [`copy over a ${name}`, () => copy("plain.txt", `DATA/${name}`, over), refusal(3, "override existing file failed")]),
+    ["copy of a file that tells no size", () => FileSystem.copy({ path: "/proc/version", newPath: at("copied.txt"), ...over }).data, false],
+    ["copy that fails leaves the file", sum("copied.txt"), md5.other],
     ["copy into no directory", () => copy("plain.txt", "DATA/none/a.txt"), false],
     ["copy: a name of 256 bytes", () => copy("plain.txt", `DATA/${"n".repeat(256)}`), false],
     // @ts-expect-error
@@ -92,6 +101,21 @@ await check([
     ["copy into a closed directory by a link", () => copy("plain.txt", "DATA/tree/to closed/x"), newIllegal],
     ["copy leaves nothing half done", () => FileSystem.exists(at("closed/x")).data || FileSystem.exists(at("x")).data, false],
 
+    ...["plain.txt", "script.txt", "program", "pipe", "broken", "tree", "sparse.bin", "n".repeat(252)].map((name) =>
+        [`settings in ${name.slice(0, 10)}`, () => SettingsManager.settings({ format: 1, path: at(name) }).setValue({ key: "k", value: 1 }),
+            refusal(3, "Setting is invalid.")]),
+    ["settings leave what is there", sum("plain.txt"), md5.hello],
+    ["settings behind a link", () => {
+        SettingsManager.settings({ format: 1, path: at("link to settings") }).setValue({ key: "g/new", value: "x" });
+        const read = SettingsManager.settings({ format: 1, path: at("settings.ini") });
+        return ["g/old", "g/new"].map((key) => read.getValue({ key }).data);
+    }, ["1", "x"]],
+    ["settings that another program changes meanwhile", () => {
+        const changed = SettingsManager.settings({ format: 1, path: at("settings.ini") });
+        copy("other.ini", "DATA/settings.ini", over);
+        changed.setValue({ key: "g/new", value: "y" });
+        return ["g/old", "g/other", "g/new"].map((key) => changed.getValue({ key }).data);
+    }, [undefined, "2", "y"]],
     ["mkpath", value(() => FileSystem.mkpath("%HOME%/made/by/page")), true],
     ["mkpath again", () => FileSystem.mkpath(at("made/by/page")), refusal(3, "the directory already exist")],
     ["mkpath where a file is", () => FileSystem.mkpath(at("plain.txt")), refusal(3, "the directory already exist")],
@@ -115,7 +139,10 @@ await check([
     ["remove the home directory through a link", () => FileSystem.remove(at("link to outer/home")), newIllegal],
     ["remove the home directory with half a character", () => FileSystem.remove(`${data}/\ud800`), newIllegal],
     ["remove the target of a link with half a character", () => FileSystem.remove(at("link to odd/\udc00")), newIllegal],
-    ["remove what holds links out of it", value(() => FileSystem.remove(at("links out"))), true],
+    ["remove what holds links to closed directories", () => FileSystem.remove(at("links out")), newIllegal],
+    ["remove what holds other links", value(() => FileSystem.remove(at("links"))), true],
+    ["remove by steps behind a link", () => FileSystem.remove(at("link to deep/../tree")), newIllegal],
+    ["exists reads the same path as the system", value(() => FileSystem.exists(at("link to deep/../deep/kept.txt"))), true],
     ["remove refused, or of links: nothing is lost", () =>
         ["closed/kept.txt", "holder/deep/kept.txt", "tree/leaf.txt", "plain.txt", "odd/-option.txt"].every((name) => FileSystem.exists(at(name)).data), true],
 
@@ -167,7 +194,7 @@ await check([
     ["openLocalLocation of a missing file", () => FileSystem.openLocalLocation({ path: at("tree/"), fileName: "none" }),
         refusal(3, `file ${at("tree/none")} is not exists`)],
     // @ts-expect-error
-    ["open without a path", () => FileSystem.open(), empty(1)],
+    ["open without a path", () => FileSystem.open(), empty(3)],
     ["open what is missing", () => FileSystem.open("/no/file"), notExisted(3, "/no/file")],
     ["open a directory", () => FileSystem.open(data), refusal(3, `${data} is not file`)],
     ["open without a desktop", () => FileSystem.open(at("plain.txt")), refusal(3, `Failed to open file : ${at("plain.txt")} `)],

@@ -28,13 +28,13 @@ def replace_opener(data, script):
 
 def prepare_files(data):
     """What files.test.js finds in its data directory. Answers the open files whose locks it needs."""
-    for name in ("tree", "odd", "opened", "closed", "holder/deep/inner", "links out", "a folder",
+    for name in ("tree", "odd", "opened", "closed", "holder/deep/inner", "links out", "links", "a folder",
                  "velmora/testproduct/linux-x64/addons/POOL/x", "velmora/testproduct/linux-x64/addons/pool",
                  "velmora/testproduct/linux-x64/addons/poolside"):
         os.makedirs(f"{data}/{name}")
     texts = {"plain.txt": "hello", "other.txt": "other", "empty.txt": "", "short-lived.txt": "x", "closed/kept.txt": "x",
              "holder/deep/kept.txt": "x", "tree/leaf.txt": "x", "script.txt": "#!/bin/sh\n", "locked whole.txt": "x",
-             "locked part.txt": "x" * 10}
+             "locked part.txt": "x" * 10, "settings.ini": "; kept by hand\n[g]\nold=1\n", "other.ini": "[g]\nother=2\n"}
     odd = ("with space", 'quote"', 'three"""', "line\nbreak", "$(x) `x` ; & ", "%1 %HOME%", "\U0001f600 \u00fc\u0301\u05d0",
            "-option", "back\\slash")
     texts.update({f"odd/{name}.txt": "x" for name in odd})
@@ -45,15 +45,18 @@ def prepare_files(data):
         with open(f"{data}/{name}", "wb") as file:
             file.truncate(size)
     shutil.copy("/bin/true", f"{data}/program")
-    os.mkfifo(f"{data}/pipe")
+    for name in ("pipe", "full pipe"):
+        os.mkfifo(f"{data}/{name}")
     links = {"broken": "none", "link to tree": "tree", "link to outer": "..", "link to odd": "odd", "link to copied": "copied.txt", "link to data": ".",
              "link to plain": "plain.txt", "tree/to closed": "../closed", "links out/home": data, "links out/closed": "../closed",
-             "links out/file": "../plain.txt"}
+             "links out/file": "../plain.txt", "link to settings": "settings.ini",
+             "link to deep": "holder/deep", "links/file": "../plain.txt", "links/tree": "../tree", "links/broken": "none"}
     for name, target in links.items():
         os.symlink(target, f"{data}/{name}")
     # Changes files of these names: one gets another size, one another byte and its old time of modification.
     replace_opener(data, """case "$1" in
 */shrinking.bin) truncate -s 10 "$1" ;;
+*/full?pipe) exec timeout 10 cat "$1" > "$HOME/opened/full pipe" ;;
 */restored.bin) time=$(stat -c %y "$1"); printf x | dd of="$1" conv=notrunc status=none; touch -d "$time" "$1" ;;
 esac
 touch -- "$HOME/opened/${1##*/}"
@@ -61,6 +64,8 @@ touch -- "$HOME/opened/${1##*/}"
     # The working directory has another one, as a page could have left it there.
     with open(f"{data}/xdg-open", "w", encoding="utf-8") as trap:
         trap.write('touch "$HOME/trapped"; . "$HOME/bin/xdg-open"\n')
+    # Waits for a reader, and has nobody to give its text to when that goes without reading.
+    subprocess.Popen(["timeout", "60", "sh", "-c", 'printf hello > "$0"', f"{data}/full pipe"])
     locked = [open(f"{data}/locked {what}.txt", "r+", encoding="utf-8") for what in ("whole", "part")]
     fcntl.flock(locked[0], fcntl.LOCK_EX)
     fcntl.lockf(locked[1], fcntl.LOCK_EX, 4, 2)

@@ -3,6 +3,10 @@
 #include "suite/kpluginconfig.h"
 #include "tests/services/fixture.h"
 
+#include <sched.h>
+#include <sys/mount.h>
+#include <unistd.h>
+
 namespace {
 
 // Below the data directory, unless they begin with '!'.
@@ -37,18 +41,77 @@ TEST_F(ServiceTest, PathsAreInsideADirectoryWhereverTheyLead)
                     << given.toStdString() << " in " << directory;
         }
     }
+    EXPECT_FALSE(krt::isPathInside(path("open/x"), path("op*"))); // a name like others
 }
 
-TEST_F(ServiceTest, GuardedDirectoriesComeFromTheProfile)
+/// Below the data directory; with '!' in front it is open.
+void expectClosed(const QString& root, const char* list)
 {
-    useProfile(R"({"directories": {"blacklistedDownloads": ["${DATA}/a", "${HOME}/.guarded"],
-                   "pluginDownloads": "${DATA}/p", "officeInstallRoot": "${DATA}/x/../office"}})");
-    EXPECT_EQ(krt::dirs::officeInstallRoot(), path("office"));
-    EXPECT_TRUE(krt::dirs::inBlackDownloadDir(path("a/file")));
-    EXPECT_TRUE(krt::dirs::inBlackDownloadDir(QDir::homePath() + QStringLiteral("/.guarded")));
-    EXPECT_FALSE(krt::dirs::inBlackDownloadDir(path("p/file")));
-    EXPECT_TRUE(kpluginconfig::inPluginDownloadDir(path("p/file")));
-    EXPECT_FALSE(kpluginconfig::inPluginDownloadDir(path("a/file")));
+    for (const QString& given : QString::fromLatin1(list).split(QLatin1Char(' '))) {
+        const bool open = given.startsWith(QLatin1Char('!'));
+        EXPECT_EQ(krt::dirs::inBlackDownloadDir(root + QLatin1Char('/') + given.mid(open)), !open)
+            << given.toStdString();
+    }
+}
+
+TEST_F(ServiceTest, ClosedPlacesStayClosedWhereTheyWereAndWhereTheyAre)
+{
+    useProfile(R"({"directories": {"blacklistedDownloads": ["${DATA}/suite/plugins", "${DATA}/suite/later/on",
+                   "${DATA}/rc", "${DATA}/home/.*", "${DATA}/data", "${DATA}/data/docs/keys", "${PATH}"],
+                   "officeData": "${DATA}/data/docs", "pluginDownloads": "${DATA}/suite/p"}})");
+    QDir root(path(""));
+    for (const char* made :
+        { "real/plugins/old", "home/.ssh", "store", "new", "data/docs", "target/shown", "programs" })
+        ASSERT_TRUE(root.mkpath(QString::fromLatin1(made)));
+    ASSERT_TRUE(QFile::link(QStringLiteral("real"), path("suite")));
+    ASSERT_TRUE(QFile::link(path("store"), path("home/.link")));
+    write("rc", "text");
+    const QByteArray programs = qgetenv("PATH");
+    qputenv("PATH", programs + ':' + QFile::encodeName(path("programs")));
+    expectClosed(path(""),
+        "suite/plugins real/plugins/x real/later/on/x !real/later !suite !home home/.new home/.ssh/x "
+        "!home/shown store/x data data/x data/docs/../x !data/docs !data/docs/x data/docs/keys/x "
+        "programs/x !new/x");
+    EXPECT_TRUE(kpluginconfig::inPluginDownloadDir(path("real/p/x")));
+
+    // What other processes may change: links on the way, the directories themselves, and other names for them.
+    ASSERT_TRUE(QFile::remove(path("suite")) && root.mkpath(QStringLiteral("suite/plugins")));
+    ASSERT_TRUE(QFile::rename(path("real/plugins"), path("moved")));
+    ASSERT_TRUE(QFile::rename(path("home/.ssh"), path("target/found")));
+    ASSERT_EQ(link(qPrintable(path("rc")), qPrintable(path("harmless"))), 0);
+    expectClosed(path(""),
+        "suite/plugins/x suite/later/on real/later/on/x !suite/x real/plugins/x moved/old/x "
+        "target/found/x !target/shown harmless");
+    EXPECT_TRUE(kpluginconfig::inPluginDownloadDir(path("real/p/x")));
+    ASSERT_TRUE(QFile::remove(path("home/.link")) && QFile::link(path("new"), path("home/.link")));
+    while (!krt::dirs::inBlackDownloadDir(path("new/x"))) // once it is looked at again
+        usleep(1000);
+    expectClosed(path(""), "store/x");
+
+    // By another way to the same directories.
+    if (unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0) {
+        ASSERT_EQ(
+            mount(qPrintable(path("home")), qPrintable(path("target/shown")), nullptr, MS_BIND, nullptr), 0);
+        expectClosed(path(""), "target/shown/.later/x !target/shown/x");
+        umount2(qPrintable(path("target/shown")), MNT_DETACH);
+    }
+    qputenv("PATH", programs);
+}
+
+TEST_F(ServiceTest, ByDefaultPagesChangeNothingThatRunsOrIsSecret)
+{
+    const QTemporaryDir home;
+    const QByteArray realHome = qgetenv("HOME");
+    qputenv("HOME", QFile::encodeName(home.path()));
+    expectClosed(home.path(),
+        ".bashrc .profile .ssh/authorized_keys .gnupg .mozilla/x .config/autostart/x.desktop "
+        ".config/systemd/user/x .local/bin/x .local/share/applications/x bin/x snap/firefox "
+        "!Documents/x !notes !Desktop/x !");
+    expectClosed(path(""),
+        "accounts.json accounts.json.damaged config-centre.json logs/suite.log telemetry.jsonl "
+        "settings/x cloud/x office/x anything !user/x");
+    EXPECT_TRUE(krt::dirs::inBlackDownloadDir(QStringLiteral("/usr/bin/x")));
+    qputenv("HOME", realHome);
 }
 
 } // namespace

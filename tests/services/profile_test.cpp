@@ -30,7 +30,7 @@ Null: {"services": {"logger": null}} -> services.logger: must be true or false
 SectionIsNoObject: {"dpi": 1} -> dpi: must be an object
 NoObject: [] -> the profile: must be an object
 UnknownKey: {"dpi": {"scle": 1}} -> dpi.scle: is not a key of a profile; use one of scale
-ListItem: {"directories": {"blacklistedDownloads": ["/a", "b"]}} -> directories.blacklistedDownloads[1]: must be an absolute path, or begin with ${DATA} or ${HOME}
+ListItem: {"directories": {"blacklistedDownloads": ["/a", "b"]}} -> directories.blacklistedDownloads[1]: must be an absolute path, begin with ${DATA} or ${HOME}, or be ${PATH}
 UnknownVariable: {"directories": {"pluginDownloads": "${TMP}/a"}} -> directories.pluginDownloads: must be an absolute path, or begin with ${DATA} or ${HOME}
 InAFreeMap: {"product": {"configurations": {"37": {"a": true}}}} -> product.configurations.37.a: must be a text or a whole number from -2147483648 to 2147483647
 EmptyText: {"application": {"name": ""}} -> application.name: must be a text that is not empty

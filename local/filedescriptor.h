@@ -1,0 +1,78 @@
+// Open files and directories: what was opened is what is looked at and changed, whatever its path comes to name
+// meanwhile. [any thread]
+#pragma once
+
+#include <QString>
+#include <compare>
+#include <optional>
+#include <sys/stat.h>
+#include <utility>
+
+namespace jsapi {
+
+/// An open file or directory, closed with the object; or none.
+class FileDescriptor {
+public:
+    FileDescriptor() = default;
+    /// Takes the descriptor over; a negative number is none.
+    explicit FileDescriptor(int number) noexcept
+        : m_number(number)
+    {
+    }
+    FileDescriptor(FileDescriptor&& other) noexcept
+        : m_number(other.release())
+    {
+    }
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept
+    {
+        std::swap(m_number, other.m_number);
+        return *this;
+    }
+    ~FileDescriptor();
+
+    explicit operator bool() const noexcept { return m_number >= 0; }
+    int number() const noexcept { return m_number; }
+    /// Gives the descriptor to the caller.
+    int release() noexcept { return std::exchange(m_number, -1); }
+
+    /// A path that leads to what is open, while it is open.
+    QByteArray path() const;
+    /// Whether a path leads to what is open.
+    bool isAt(const QString& path) const;
+    /// Where what is open lies, without links. Empty when it has been removed, or the path is too long.
+    QByteArray realPath() const;
+
+private:
+    int m_number = -1;
+};
+
+/// What a file or directory is, under whatever name.
+struct FileId {
+    dev_t device;
+    ino_t inode;
+    auto operator<=>(const FileId&) const = default;
+};
+
+inline FileId identify(const struct stat& facts)
+{
+    return { facts.st_dev, facts.st_ino };
+}
+
+/// What an entry of a directory is; nothing when it is not there. Links are followed only if `followLinks`.
+std::optional<struct stat> lookAt(int directory, const QByteArray& name, bool followLinks = false);
+
+/// What a link says; empty when it can not be read.
+QByteArray readLink(int directory, const char* name);
+
+/// Opens a regular file for reading, and nothing else: pipes and devices are not even opened, since that alone
+/// may change something. None when `path` names no regular file, or one that can not be read.
+FileDescriptor openRegularFile(const QByteArray& path);
+FileDescriptor openRegularFile(const QString& path);
+
+/// Reads an open file to its end; nothing when that fails, or it has more than `limit` bytes.
+std::optional<QByteArray> readAll(const FileDescriptor& file, qint64 limit);
+
+/// Writes all of it. False with errno when that fails.
+bool writeAll(const FileDescriptor& file, const char* bytes, qint64 count);
+
+} // namespace jsapi

@@ -1,0 +1,157 @@
+#include "local/settingsfile.h"
+
+#include "local/treechanges.h"
+
+#include <QCache>
+#include <QFile>
+#include <QLockFile>
+#include <QTemporaryDir>
+
+namespace jsapi {
+
+namespace {
+
+constexpr int MaxBytes = 16 << 20;
+/// How long to wait while others store something. It takes them a moment.
+constexpr int LockMs = 1000;
+
+/// A path for a copy, which no other has or had: QSettings knows contents by their paths.
+QString makeCopyPath()
+{
+    static const QTemporaryDir copies;
+    static int number = 0;
+    return copies.filePath(QString::number(++number));
+}
+
+} // namespace
+
+/// What a settings file holds, on a copy of it.
+struct KSettingsFile::Content {
+    explicit Content(const QByteArray& bytes)
+        : copy(makeCopyPath())
+    {
+        QFile file(copy);
+        isValid = file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+        file.close();
+        values = std::make_unique<QSettings>(copy, QSettings::IniFormat);
+        values->allKeys(); // reads all of it
+        isValid = isValid && !bytes.contains('\0') && values->status() == QSettings::NoError;
+    }
+    ~Content()
+    {
+        values.reset();
+        QFile::remove(copy);
+    }
+    Content(const Content&) = delete;
+    Content& operator=(const Content&) = delete;
+
+    /// The bytes with a further value; nothing when it can not be stored.
+    std::optional<QByteArray> store(const QString& key, const QVariant& value)
+    {
+        values->setValue(key, value);
+        values->sync();
+        if (values->status() != QSettings::NoError)
+            return std::nullopt;
+        return readAll(openRegularFile(copy), MaxBytes);
+    }
+
+    QString copy;
+    std::unique_ptr<QSettings> values;
+    bool isValid;
+};
+
+std::shared_ptr<KSettingsFile> KSettingsFile::open(const WritablePath& given)
+{
+    std::optional<WritablePath> path = given;
+    const auto facts = given.look();
+    if (facts && S_ISLNK(facts->st_mode))
+        path = WritablePath::check(QFile::decodeName(openRegularFile(given.string()).realPath()));
+    if (!path)
+        return nullptr;
+
+    // Those that were open last stay, so that values keep their types; Qt's own does the same.
+    static std::map<QString, std::weak_ptr<KSettingsFile>> open;
+    static QCache<QString, std::shared_ptr<KSettingsFile>> recent(30);
+    std::weak_ptr<KSettingsFile>& known = open[path->string()];
+    std::shared_ptr<KSettingsFile> file = known.lock();
+    if (!file)
+        file = std::make_shared<KSettingsFile>(*path);
+    if (!file->refresh())
+        return nullptr;
+    known = file;
+    recent.insert(path->string(), new std::shared_ptr<KSettingsFile>(file));
+    std::erase_if(open, [](const auto& entry) { return entry.second.expired(); });
+    return file;
+}
+
+KSettingsFile::KSettingsFile(const WritablePath& path)
+    : m_path(path)
+{
+}
+
+KSettingsFile::~KSettingsFile() = default;
+
+bool KSettingsFile::isKnown(const std::optional<struct stat>& facts) const
+{
+    const auto isSame = [](const timespec& one, const timespec& other) {
+        return one.tv_sec == other.tv_sec && one.tv_nsec == other.tv_nsec;
+    };
+    if (!m_content || facts.has_value() != m_read.has_value())
+        return false;
+    return !facts
+        || (identify(*facts) == identify(*m_read) && facts->st_size == m_read->st_size
+            && isSame(facts->st_mtim, m_read->st_mtim) && isSame(facts->st_ctim, m_read->st_ctim));
+}
+
+bool KSettingsFile::refresh()
+{
+    const auto facts = m_path.look();
+    if (isKnown(facts))
+        return true;
+    QByteArray bytes;
+    if (facts) {
+        const FileDescriptor file =
+            S_ISREG(facts->st_mode) ? openRegularFile(m_path.string()) : FileDescriptor();
+        const auto content = file ? readAll(file, MaxBytes) : std::nullopt;
+        if (!content)
+            return false;
+        bytes = *content;
+    }
+    auto content = std::make_unique<Content>(bytes);
+    if (!content->isValid)
+        return false;
+    m_content = std::move(content);
+    m_read = facts;
+    return true;
+}
+
+QVariant KSettingsFile::value(const QString& key, const QVariant& fallback) const
+{
+    return m_content->values->value(key, fallback);
+}
+
+bool KSettingsFile::setValue(const QString& key, const QVariant& value)
+{
+    // Its directory may have gone, or come, since.
+    std::optional<WritablePath> path = WritablePath::check(m_path.string());
+    if (path && path->names().size() > 1) {
+        const QString directory = m_path.string().left(m_path.string().lastIndexOf(QLatin1Char('/')));
+        const auto above = WritablePath::check(directory);
+        path = above && makeDirectory(*above) ? WritablePath::check(m_path.string()) : std::nullopt;
+    }
+    if (!path || !path->name())
+        return false;
+    m_path = *path;
+    QLockFile lock(QFile::decodeName(m_path.above().path() + '/' + *m_path.name()) + QLatin1String(".lock"));
+    if (!lock.tryLock(LockMs) || !refresh())
+        return false;
+    const std::optional<QByteArray> bytes = m_content->store(key, value);
+    if (!bytes || !writeFile(*bytes, m_path)) {
+        m_content.reset(); // which has the value
+        return false;
+    }
+    m_read = m_path.look();
+    return true;
+}
+
+} // namespace jsapi

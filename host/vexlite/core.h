@@ -3,10 +3,10 @@
 // There is one in a process. Everything here runs on the GUI thread.
 #pragma once
 
+#include "host/vexlite/jsmemberlist.h"
 #include "host/vexlite/ref.h"
 #include "host/vexlite/scriptpage.h"
 #include "vexlite/jscore.h"
-#include "vexlite/jsmemberlist.h"
 #include "vexlite/registrymap.h"
 
 #include <functional>

@@ -29,7 +29,8 @@ void ListenerList::add(const JSContextEnv& context, Ref<PageFunction> function)
     m_entries.push_back({ context, std::move(function) });
 }
 
-bool ListenerList::remove(const JSContextEnv& context, const PageFunction& function, DroppedFunctions& dropped)
+bool ListenerList::remove(
+    const JSContextEnv& context, const PageFunction& function, DroppedFunctions& dropped)
 {
     const auto found = m_positions.find({ context, function.Identity() });
     if (found == m_positions.end())

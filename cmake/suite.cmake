@@ -1,6 +1,6 @@
 # The suite's side: the declarations in platform/ and the libraries that implement them, real or stand-in.
 add_library(vexlite_platform INTERFACE)
-target_link_libraries(vexlite_platform INTERFACE Qt5::Core)
+target_link_libraries(vexlite_platform INTERFACE Qt5::Widgets)
 
 if(VEXLITE_SUITE_DIR)
     # Whoever uses the installed library reads the suite's own headers, too.

@@ -182,8 +182,8 @@ const MemberList& KJsApiUploadFileTask::members()
 {
     using Self = KJsApiUploadFileTask;
     static const MemberList list = MemberList {
-        "One upload. The object stays while its upload is under way and somebody listens, "
-        "whether the page keeps it or not.",
+        "One upload. The object stays while its upload is under way, whether the page keeps it and listens or "
+        "not.",
         {
             member<&Self::start>(u"start", Category::CloudWrite, Type::JsValue,
                 "Starts the upload. Fails as well while it is under way.", { &TaskIsNull, &StartFailed }),

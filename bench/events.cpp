@@ -5,6 +5,7 @@
 #include "bench/page.h"
 #include "framework/factory.h"
 #include "host/vexlite/counted.h"
+#include "host/vexlite/pagefunction.h"
 
 #include <benchmark/benchmark.h>
 
@@ -31,7 +32,7 @@ const QString& eventName()
 }
 
 /// A native listener: what it costs is the delivery alone.
-class NativeListener final : public vexlite::Counted<IJSFunction, IID_IJSFunction> {
+class NativeListener final : public vexlite::Counted<vexlite::PageFunction, IID_IJSFunction> {
 public:
     NativeListener(const JSContextEnv& context, std::int64_t& heard)
         : m_context(context)

@@ -1,6 +1,7 @@
 // The C functions against zlib and malloc called directly.
 #include "bench/livebytes.h"
 #include "exports/vexlitejsapi.h"
+#include "host/kbase/globalfree.h"
 #include "kbase/globalalloc.h"
 
 #include <QtGlobal>

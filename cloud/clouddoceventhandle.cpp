@@ -25,7 +25,7 @@ KCloudDocEventHandle::KCloudDocEventHandle(IKJSExtentionApiEvent& cloudDoc)
     , m_proxy(KCoreApplication::cloudSvrProxy, [this](KCloudSvrProxy& proxy) {
         m_events.follow();
         return KServiceFollower<KCloudSvrProxy>::Connections { connect(
-            &proxy, &KCloudSvrProxy::loginStatusChanged, this, &KCloudDocEventHandle::onLoginStatusChanged) };
+            &proxy, SIGNAL(loginStatusChanged(bool)), this, SLOT(onLoginStatusChanged(bool))) };
     })
 {
 }

@@ -17,8 +17,6 @@ KJsApiAccountHandle::KJsApiAccountHandle(IKJSExtentionApiEvent& account)
 
 KJsApiAccountHandle::Service::Connections KJsApiAccountHandle::connectTo(KAccountSdkProxy& service)
 {
-    using Proxy = KAccountSdkProxy;
-    using Handle = KJsApiAccountHandle;
     // Another service may know of another login; listeners are informed when the call in hand has returned.
     if (m_followed)
         announceLater();
@@ -26,12 +24,13 @@ KJsApiAccountHandle::Service::Connections KJsApiAccountHandle::connectTo(KAccoun
         m_known = currentLogin();
     m_followed = true;
     return {
-        connect(&service, &Proxy::loginInfoChanged, this, &Handle::announceLogin),
-        connect(&service, &Proxy::currentAccountChanged, this, &Handle::announceLogin),
-        connect(&service, &Proxy::userInfoChanged, this, &Handle::onUserInfoChanged),
-        connect(&service, &Proxy::memberInfoChanged, this, &Handle::onMemberInfoChanged),
-        connect(&service, &Proxy::privilegeInfoChanged, this, [this] { onPrivilegeInfoChanged({}); }),
-        connect(&service, &Proxy::privilegeInfoChangedWithDetail, this, &Handle::onPrivilegeInfoChanged),
+        connect(&service, SIGNAL(loginInfoChanged()), this, SLOT(announceLogin())),
+        connect(&service, SIGNAL(currentAccountChanged()), this, SLOT(announceLogin())),
+        connect(&service, SIGNAL(userInfoChanged()), this, SLOT(onUserInfoChanged())),
+        connect(&service, SIGNAL(memberInfoChanged()), this, SLOT(onMemberInfoChanged())),
+        connect(&service, SIGNAL(privilegeInfoChanged()), this, SLOT(onPrivilegeInfoChanged())),
+        connect(&service, SIGNAL(privilegeInfoChangedWithDetail(QVariantMap)), this,
+            SLOT(onPrivilegeInfoChanged(QVariantMap))),
     };
 }
 

@@ -130,12 +130,7 @@ private:
     };
 
     Service::Connections connectTo(kacctoutsdk::KAccountSdkProxy& service);
-    void onUserInfoChanged();
-    void onMemberInfoChanged();
-    void onPrivilegeInfoChanged(const QVariantMap& detail);
-
     Login currentLogin() const;
-    void announceLogin();
     void announceLater();
     void settleConfirmations();
     void announce(const Event<LoginChange>& event, const Login& login, bool switching);
@@ -148,6 +143,13 @@ private:
     bool m_announcing = false;
     bool m_changedMeanwhile = false; ///< since the announcement under way began
     std::vector<Confirmation> m_confirmations;
+
+public Q_SLOTS:
+    // For the service.
+    void announceLogin();
+    void onUserInfoChanged();
+    void onMemberInfoChanged();
+    void onPrivilegeInfoChanged(const QVariantMap& detail = {});
 };
 
 } // namespace jsapi

@@ -182,8 +182,8 @@ const MemberList& KJsApiUploadFileTask::members()
 {
     using Self = KJsApiUploadFileTask;
     static const MemberList list = MemberList {
-        "One upload. The object stays while its upload is under way and somebody listens, "
-        "whether the page keeps it or not.",
+        "One upload. The object stays while its upload is under way, whether the page keeps it and listens or "
+        "not.",
         {
             member<&Self::start>(u"start", Category::CloudWrite, Type::JsValue,
                 "Starts the upload. Fails as well while it is under way.", { &TaskIsNull, &StartFailed }),
@@ -383,17 +383,17 @@ void KJsApiUploadFileTask::forward(const Event<UploadState>& event, const QVaria
     AddRef();
     const KRef<IJSExtentionObject> held(this);
     send(event, task);
-    keepWhile(m_task && m_task->isRunning() && hasListeners());
+    keepWhile(m_task && m_task->isRunning());
 }
 
 /// Without this the collector would decide whether the end reaches a page that has let the object go.
-void KJsApiUploadFileTask::keepWhile(bool isNeeded)
+void KJsApiUploadFileTask::keepWhile(bool isRunning)
 {
-    if (isNeeded == static_cast<bool>(m_self))
+    if (isRunning == static_cast<bool>(m_self))
         return;
-    if (isNeeded)
+    if (isRunning)
         AddRef();
-    m_self = KRef<IJSExtentionObject>(isNeeded ? this : nullptr);
+    m_self = KRef<IJSExtentionObject>(isRunning ? this : nullptr);
 }
 
 Answer<void> KJsApiUploadFileTask::act(bool (KUploadFileTask::*action)(), const Failure& failure)

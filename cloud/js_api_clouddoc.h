@@ -66,7 +66,7 @@ public:
 };
 
 /// "NovaExtension.CloudDoc.UploadFileTask": one upload, with events of its own. The object stays while its
-/// upload is under way and somebody listens, whether the page keeps it or not.
+/// upload is under way, whether the page keeps it and anybody listens or not.
 class KJsApiUploadFileTask final : public KJCExtendJsObj_InstanceLevelEvent<KJsApiUploadFileTask>,
                                    public IJSCreatable {
 public:
@@ -84,10 +84,10 @@ public:
 private:
     Answer<void> act(bool (KUploadFileTask::*action)(), const Failure& failure);
     void forward(const Event<UploadState>& event, const QVariantMap& task);
-    void keepWhile(bool isNeeded);
+    void keepWhile(bool isRunning);
 
     QPointer<KUploadFileTask> m_task;
-    KRef<IJSExtentionObject> m_self; ///< set while somebody is to be informed of the upload
+    KRef<IJSExtentionObject> m_self; ///< set while the upload is under way
 };
 
 } // namespace jsapi

@@ -1,7 +1,7 @@
 // KServiceFollower: what is connected to a service that the suite may end, make later, or replace.
 //
 //     KServiceFollower<KAccountSdkProxy> m_service { KCoreApplication::getAccountSDK, [this](auto& service) {
-//         return Connections { connect(&service, ...), ... };
+//         return Connections { connect(&service, SIGNAL(...), this, SLOT(...)), ... };
 //     } };
 //
 // and m_service.follow() whenever it is used.
@@ -18,6 +18,9 @@ namespace jsapi {
 
 /// Follows on use; while there is no service it looks for one once a second. Needs an application. [GUI
 /// thread]
+///
+/// Services are connected to by name (SIGNAL, SLOT). A connection to a function is an object of the library's, which Qt
+/// deletes when the signal under way has been emitted, and a slot of the suite's may unload the library before.
 template <typename Service> class KServiceFollower {
 public:
     using Connections = std::vector<QMetaObject::Connection>;
@@ -50,8 +53,7 @@ public:
         }
         m_retry.stop();
         m_connections = m_connectTo(*service);
-        m_connections.push_back(
-            QObject::connect(service, &QObject::destroyed, &m_retry, [this] { m_retry.start(); }));
+        m_connections.push_back(QObject::connect(service, SIGNAL(destroyed()), &m_retry, SLOT(start())));
     }
     /// The service that is followed, or null.
     Service* service() const { return m_service; }

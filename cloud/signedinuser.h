@@ -2,6 +2,7 @@
 // user.
 #pragma once
 
+#include "cloud/ipc/invoke.h"
 #include "framework/arguments.h"
 #include "suite/kaccountsdk.h"
 #include "suite/kcoreapplication.h"
@@ -40,7 +41,7 @@ template <> struct Argument<SignedInUser> {
 private:
     bool find(ArgumentReader& reader)
     {
-        if (!KCoreApplication::cloudIpcService())
+        if (!cloudIpcService())
             return reader.refuse(NoCloudService);
         kacctoutsdk::KAccountSdkProxy* accounts = KCoreApplication::getAccountSDK();
         const kacctoutsdk::IKAccount* account = accounts ? accounts->getAccount(QString()) : nullptr;

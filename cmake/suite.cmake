@@ -2,7 +2,7 @@
 add_library(vexlite_platform INTERFACE)
 add_library(VexliteJsApi::vexlite_platform ALIAS vexlite_platform)
 target_compile_features(vexlite_platform INTERFACE cxx_std_20)
-target_link_libraries(vexlite_platform INTERFACE Qt5::Core)
+target_link_libraries(vexlite_platform INTERFACE Qt5::Widgets)
 
 if(VEXLITE_SUITE_DIR)
     # Whoever uses the installed library reads the suite's own headers, too.

@@ -93,7 +93,7 @@ int32_t _XZlibCompress(const void* source, uint32_t length, void** data, int32_t
 /// Compresses into raw deflate data: no header, no checksum, window of 32 KiB, memory level 9, default level.
 /// The data is flushed but not finished: it has no last block, and the bytes 00 00 FF FF that end the flush
 /// are left out of *deflatedLength. *handle is memory of the suite's mfxGlobalAlloc. Whenever it is not null
-/// the caller owns it and ends it with mfxGlobalFree, also when zlib fails after it was allocated; its
+/// the caller owns it and ends it as the suite ends such memory, also when zlib fails after it was allocated; its
 /// content is any then. *deflatedLength is the bytes in use, at least 1, and 0 on every failure. Returns one
 /// of the VEXLITE_COMPRESS codes.
 int32_t _XDeflate(const void* source, uint32_t length, void** handle, uint32_t* deflatedLength);

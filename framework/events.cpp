@@ -1,26 +1,10 @@
 #include "framework/events.h"
 
-#include "vexlite/jsapiutil.h"
-
-#include <algorithm>
-
 void IKJSExtentionApiEvent::dispatch(
     const char* event, const QVariantMap& payload, const JSContextEnv& target)
 {
     if (IJSEventHub* listeners = hub())
         listeners->Dispatch(heapString(event), target, { jsapi::convertVariant(payload) });
-}
-
-bool IKJSExtentionApiEvent::hasListeners()
-{
-    KJSVariant report;
-    QVariant events;
-    if (IJSEventHub* listeners = hub())
-        listeners->Report(report);
-    KJSApiUtil::ConvertJSVariantToQVariant(report, events);
-    const QVariantList list = events.toList();
-    return std::any_of(list.begin(), list.end(),
-        [](const QVariant& event) { return event.toMap().value(heapString("listenerCount")).toInt() > 0; });
 }
 
 namespace jsapi {

@@ -42,8 +42,6 @@ public:
     {
         dispatch(event.name, payload, JSContextEnv::everyContext());
     }
-    /// Whether any page listens to any event.
-    bool hasListeners();
 
 protected:
     ~IKJSExtentionApiEvent() = default;

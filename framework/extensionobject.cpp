@@ -43,12 +43,10 @@ void addMember(JSMemberTable& table, const MemberDescriptor& member)
 
 ExtensionClass::~ExtensionClass()
 {
-    IVEXJSCore* core = vexlite::GetVEXJSCore();
+    IVEXJSCore* core = m_announcedTo ? vexlite::GetVEXJSCore() : nullptr;
     IJSObjectFactory* factory = core ? core->Objects() : nullptr;
-    if (!factory)
-        return;
-    for (const QString& name : m_announced)
-        factory->UnregisterClass(name);
+    if (factory && factory == m_announcedTo)
+        factory->UnregisterClass(m_name);
 }
 
 std::int64_t ExtensionClass::typeId()
@@ -70,12 +68,19 @@ void ExtensionClass::fill()
         addMember(built, member);
     IVEXJSCore* core = vexlite::GetVEXJSCore();
     core->Registry()->AssignTable(built, m_table);
-    if (IJSObjectFactory* factory = core->Objects()) {
-        for (const jsapi::SubObjectClass& made : declared.subObjects()) {
-            m_announced.append(QString::fromUtf16(made.scriptName));
-            factory->RegisterClass(m_announced.last(), made.creator);
-        }
-    }
+}
+
+KRef<IJSExtentionObject> ExtensionClass::makeObject(
+    const JSContextEnv& page, IJSObjectFactory::Creator creator, IJSONValue* options)
+{
+    IVEXJSCore* core = vexlite::GetVEXJSCore();
+    IJSObjectFactory* factory = core ? core->Objects() : nullptr;
+    if (!factory)
+        return {};
+    if (factory != m_announcedTo)
+        factory->RegisterClass(m_name, creator);
+    m_announcedTo = factory;
+    return KRef<IJSExtentionObject>(factory->Create(m_name, page, options));
 }
 
 KResult ExtensionClass::publish(const JSContextEnv& context, IJSMemberList** out)

@@ -27,13 +27,17 @@ public:
         , m_declared(members)
     {
     }
-    /// Takes the classes it announced back from the JS core, so that the module can be unloaded.
+    /// Takes the class back from the JS core where it was announced, so that the module can be unloaded.
     ~ExtensionClass();
     ExtensionClass(const ExtensionClass&) = delete;
     ExtensionClass& operator=(const ExtensionClass&) = delete;
 
     std::int64_t typeId();
     KResult publish(const JSContextEnv& context, IJSMemberList** out);
+    /// A new object of the class for a page, made by the JS core, to which the class is announced before the
+    /// first one; null when it makes none. `options` may be null.
+    KRef<IJSExtentionObject> makeObject(
+        const JSContextEnv& page, IJSObjectFactory::Creator creator, IJSONValue* options);
 
     /// Finds a member and reports the call that follows to the trace hook. Null when there is no such member.
     const JSMemberEntry* enter(
@@ -52,7 +56,7 @@ private:
     const jsapi::MemberList& (*m_declared)();
     JSMemberTable m_table;
     std::int32_t m_typeId = -1;
-    QStringList m_announced; ///< names of the classes of objects it hands out
+    IJSObjectFactory* m_announcedTo = nullptr;
 };
 
 /// Reports to the JS core, where there still is one, that a call has ended.
@@ -97,6 +101,20 @@ public:
     KResult GetMemberTable(const JSContextEnv& context, IJSMemberList** out) override
     {
         return extensionClass().publish(context, out);
+    }
+
+    /// A new object of this class, which another class hands out: see framework/handle.h.
+    static KRef<IJSExtentionObject> makeFor(const JSContextEnv& page, IJSONValue* options)
+    {
+        const auto creator = [](IJSCreatable** creatable) -> IJSExtentionObject* {
+            auto* object = new T;
+            if constexpr (std::is_base_of_v<IJSCreatable, T>)
+                *creatable = object;
+            else
+                *creatable = nullptr;
+            return object;
+        };
+        return extensionClass().makeObject(page, creator, options);
     }
 
 private:

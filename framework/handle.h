@@ -1,5 +1,4 @@
-// Handle<T>: an extension object that a member hands out. T is announced in the member's table with
-// handingOut<T>().
+// Handle<T>: an extension object that a member hands out. The member's table ends with handingOut<T>().
 #pragma once
 
 #include "framework/answer.h"
@@ -15,16 +14,12 @@ template <typename T> KResult writeAnswer(Call& call, Answer<Handle<T>>&& answer
     return answer.isRefused() ? call.fail(answer.refusal()) : call.handOut(answer.value().object.release());
 }
 
-/// A new object of the class with that script name, made by the JS core for a page; null when it makes none.
-KRef<IJSExtentionObject> createObject(
-    const JSContextEnv& page, const char16_t* scriptName, IJSONValue* options);
-
 /// A new T, initialised with `options`. Fails with `failure` when the JS core makes none.
 template <typename T, typename Options>
 Answer<Handle<T>> handOutNew(
     const JSContextEnv& page, const Options& options, const Failure& failure = EmptyHandle)
 {
-    KRef<IJSExtentionObject> object = createObject(page, T::ScriptName, toObject(options).get());
+    KRef<IJSExtentionObject> object = T::makeFor(page, toObject(options).get());
     if (!object)
         return failure;
     return Handle<T> { std::move(object) };
@@ -34,7 +29,7 @@ Answer<Handle<T>> handOutNew(
 template <typename T> Answer<Handle<T>> handOutKept(const JSContextEnv& page, KRef<IJSExtentionObject>& kept)
 {
     if (!kept)
-        kept = createObject(page, T::ScriptName, nullptr);
+        kept = T::makeFor(page, nullptr);
     if (!kept)
         return EmptyHandle;
     kept->AddRef();

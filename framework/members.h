@@ -206,7 +206,6 @@ class MemberList;
 /// A class that script reaches only through an object of another class.
 struct SubObjectClass {
     const char16_t* scriptName;
-    IJSObjectFactory::Creator creator;
     const MemberList& (*members)();
 };
 
@@ -224,19 +223,10 @@ public:
         return std::move(*this);
     }
 
-    /// Announces that the class makes objects of class T.
+    /// Says that the class hands out objects of class T.
     template <typename T> MemberList handingOut() &&
     {
-        m_subObjects.push_back({ T::ScriptName,
-            [](IJSCreatable** creatable) -> IJSExtentionObject* {
-                auto* object = new T;
-                if constexpr (std::is_base_of_v<IJSCreatable, T>)
-                    *creatable = object;
-                else
-                    *creatable = nullptr;
-                return object;
-            },
-            &T::members });
+        m_subObjects.push_back({ T::ScriptName, &T::members });
         return std::move(*this);
     }
 

@@ -40,12 +40,6 @@ bool KPendingPromise::create(const JSContextEnv& context, KJSVariant& promise)
     return m_id != 0;
 }
 
-bool KPendingPromise::isAwaited() const
-{
-    IJSPromiseService* service = m_id ? promiseService() : nullptr;
-    return service && service->IsPending(m_id, m_context);
-}
-
 void KPendingPromise::settle(bool success, const QString& message, const QVariantMap& values)
 {
     const std::int64_t id = std::exchange(m_id, 0);

@@ -17,8 +17,6 @@ public:
     /// Makes the promise of a call and leaves it in `promise`. False when promises can not be made or
     /// settled, or the page has gone.
     bool create(const JSContextEnv& context, KJSVariant& promise);
-    /// Whether a page still waits for it.
-    bool isAwaited() const;
     /// Settles it; a settled one stays as it is. `values` with the one key "data" resolves with that value
     /// itself.
     void resolve(const QVariantMap& values) { settle(true, {}, values); }

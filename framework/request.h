@@ -36,9 +36,6 @@ protected:
         return jsapi::Promise<T> { std::move(promise) };
     }
 
-    /// Whether a page still waits for the promise. Check between steps, and finish early when none does.
-    bool isAwaited() const { return m_promise.isAwaited(); }
-
     // Settles the promise, or as soon as it has been made, and deletes the request later. What comes after
     // the first of them does nothing.
     void resolve(const QVariant& value);

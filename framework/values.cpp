@@ -1,8 +1,14 @@
 #include "framework/values.h"
 
+#include "safec/safec.h"
+
+#include <limits>
+
 namespace {
 
 constexpr int MaximumReferences = 16;
+/// What a QString counts its units with.
+constexpr std::size_t LongestString = std::numeric_limits<int>::max();
 constexpr MVARIANT Undefined {};
 
 /// A conversion's outcome, freed again.
@@ -27,6 +33,16 @@ private:
     MVARIANT m_value {};
     bool m_ok;
 };
+
+/// A string whose length somebody else says; null when it is longer than a string can be.
+QString copyString(const char16_t* text, std::size_t length)
+{
+    if (!text || length > LongestString)
+        return {};
+    QString copy(static_cast<int>(length), Qt::Uninitialized);
+    const std::size_t room = static_cast<std::size_t>(copy.size()) * sizeof *text;
+    return !length || !vmemcpy_s(copy.data(), room, text, length * sizeof *text) ? copy : QString();
+}
 
 } // namespace
 
@@ -75,10 +91,9 @@ QString readString(const MVARIANT& value)
     const MVARIANT& target = dereference(value);
     switch (target.vt) {
     case MV_STRING:
-        return QString(
-            reinterpret_cast<const QChar*>(target.bstrVal), static_cast<int>(_XSysStringLen(target.bstrVal)));
+        return copyString(target.bstrVal, _XSysStringLen(target.bstrVal));
     case MV_LPSTR:
-        return QString::fromUtf8(target.pszVal);
+        return QString::fromUtf8(target.pszVal, static_cast<int>(c_strnlen_s(target.pszVal, LongestString)));
     case MV_LPWSTR:
         return target.pwszVal ? QString::fromUtf16(target.pwszVal) : QString();
     default:

@@ -1,5 +1,7 @@
 #include "local/filedialogs.h"
 
+#include "framework/stayloaded.h"
+
 #include <QApplication>
 #include <QTimer>
 #include <QX11Info>
@@ -21,13 +23,6 @@ std::vector<JSContextEnv>& pagesWithDialog()
     return pages;
 }
 
-/// The browser that shows a page, null when there is none.
-const IVEXBrowser* browserOf(const JSContextEnv& page)
-{
-    IVEXJSCore* core = vexlite::GetVEXJSCore();
-    return core ? core->Browser(page.browserId) : nullptr;
-}
-
 /// The window of the suite that an X11 window is or lies in, by the window tree; null when it lies in none.
 QWidget* windowAround(xcb_window_t window)
 {
@@ -46,28 +41,24 @@ QWidget* windowAround(xcb_window_t window)
 
 DialogTurn::DialogTurn(const JSContextEnv& page)
     : m_page(page)
-    , m_hadBrowser(browserOf(page))
     , m_granted(qobject_cast<QApplication*>(QCoreApplication::instance())
           && std::find(pagesWithDialog().begin(), pagesWithDialog().end(), page) == pagesWithDialog().end())
 {
-    if (m_granted)
-        pagesWithDialog().push_back(page);
+    if (!m_granted)
+        return;
+    stayLoaded();
+    pagesWithDialog().push_back(page);
 }
 
 DialogTurn::~DialogTurn()
 {
     if (m_granted)
-        std::erase(pagesWithDialog(), m_page);
-}
-
-bool DialogTurn::isPageGone() const
-{
-    return m_hadBrowser && !browserOf(m_page);
+        std::erase(pagesWithDialog(), m_page.page());
 }
 
 QWidget* DialogTurn::owner() const
 {
-    const IVEXBrowser* browser = browserOf(m_page);
+    const IVEXBrowser* browser = browserOf(m_page.page());
     QWidget* window = browser ? windowAround(browser->Window()) : nullptr;
     return window ? window : QApplication::activeWindow();
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "framework/arguments.h"
+#include "framework/pagewatch.h"
 
 #include <QFileDialog>
 #include <QPointer>
@@ -9,7 +10,8 @@
 namespace jsapi {
 
 /// A page's turn to show a dialog. Script can run while a dialog is open; a page that opens a second one
-/// gets no turn, so that it can not pile them up. Return what a cancelled dialog returns then. [GUI thread]
+/// gets no turn, so that it can not pile them up. Return what a cancelled dialog returns then. So can the
+/// suite, which may unload the library: it stays loaded, since the member is to return. [GUI thread]
 class DialogTurn {
 public:
     explicit DialogTurn(const JSContextEnv& page);
@@ -20,13 +22,12 @@ public:
     /// Whether the dialog may be shown.
     explicit operator bool() const { return m_granted; }
     /// Whether the page, which had a browser when its turn began, has none any more.
-    bool isPageGone() const;
+    bool isPageGone() const { return m_page.isGone(); }
     /// The window above which to show it: the one that shows the page, else the active one; may be null.
     QWidget* owner() const;
 
 private:
-    JSContextEnv m_page;
-    bool m_hadBrowser;
+    PageWatch m_page;
     bool m_granted;
 };
 

@@ -95,13 +95,14 @@ Answer<Promise<QString>> KFileMd5Request::start(const JSContextEnv& page, const 
         return Md5PathIsEmpty;
     if (!QFileInfo::exists(path))
         return Md5NotExisting / path;
-    auto request = std::make_unique<KFileMd5Request>(path);
+    auto request = std::make_unique<KFileMd5Request>(page, path);
     Turns::instance().add(page, request.get());
     return promise(page, std::move(request));
 }
 
-KFileMd5Request::KFileMd5Request(const QString& path)
-    : m_path(path)
+KFileMd5Request::KFileMd5Request(const JSContextEnv& page, const QString& path)
+    : m_watch(page)
+    , m_path(path)
 {
 }
 
@@ -124,7 +125,7 @@ bool KFileMd5Request::isUnchanged() const
 
 KFileMd5Request::Slice KFileMd5Request::readSlice(QByteArray& buffer)
 {
-    const bool readable = isAwaited() && (m_file.isOpen() || open());
+    const bool readable = !m_watch.isGone() && (m_file.isOpen() || open());
     if (readable && m_file.pos() == 0 && isYoung(m_opened.st_ctim))
         return Slice::TooYoung;
     const qint64 count = readable ? m_file.read(buffer.data(), buffer.size()) : -1;

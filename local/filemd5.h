@@ -1,6 +1,7 @@
 // The digest of a file, made a slice at a time so that the page's thread stays free.
 #pragma once
 
+#include "framework/pagewatch.h"
 #include "framework/request.h"
 
 #include <QCryptographicHash>
@@ -15,7 +16,8 @@ inline constexpr Failure Md5NotOpened { ErrorCode::OperationFailed, "%1 can't be
 
 /// One "getFileMd5" request. All pages take turns, a slice each; the requests of one page follow each other.
 /// So a page holds one file open and all requests together one slice in memory, whatever their number and
-/// size. A file that changes while it is read has no digest: the promise is rejected. [GUI thread]
+/// size. A file that changes while it is read has no digest: the promise is rejected. A page that has gone
+/// with its browser has no more files read. [GUI thread]
 class KFileMd5Request final : public KJsRequestFor<QString> {
     Q_OBJECT
 
@@ -23,7 +25,7 @@ public:
     /// Begins to make the digest of `path` for a page.
     static Answer<Promise<QString>> start(const JSContextEnv& page, const QString& path);
 
-    explicit KFileMd5Request(const QString& path);
+    KFileMd5Request(const JSContextEnv& page, const QString& path);
 
     enum class Slice {
         Read,
@@ -38,6 +40,7 @@ private:
     /// Whether the file is still as it was opened.
     bool isUnchanged() const;
 
+    PageWatch m_watch;
     QString m_path;
     QFile m_file;
     struct stat m_opened { };

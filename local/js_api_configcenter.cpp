@@ -1,5 +1,6 @@
 #include "local/js_api_configcenter.h"
 
+#include "framework/stayloaded.h"
 #include "krt/kcc.h"
 
 namespace jsapi {
@@ -64,9 +65,11 @@ namespace {
 
 constexpr char CallbackKey[] = "jsCBFunc";
 
-/// The context of a flush: the script function to call, with one reference, or 0.
+/// The context of a flush: the script function to call, with one reference, or 0. Whatever becomes of the
+/// library, the suite calls completeFlush.
 QVariantMap makeFlushContext(Callback<FlushReport>& callback)
 {
+    stayLoaded();
     return { { heapString(CallbackKey),
         static_cast<qulonglong>(reinterpret_cast<quintptr>(callback.release())) } };
 }

@@ -1,5 +1,7 @@
 #include "local/js_api_profile.h"
 
+#include "framework/pagewatch.h"
+
 namespace jsapi {
 
 namespace {
@@ -19,8 +21,7 @@ template <> struct Argument<IVEXBrowser> {
     static constexpr std::array Refusals { &NoBrowser };
     bool read(ArgumentReader& reader)
     {
-        IVEXJSCore* core = vexlite::GetVEXJSCore();
-        browser = core ? core->Browser(reader.page().browserId) : nullptr;
+        browser = browserOf(reader.page());
         return browser || reader.refuse(NoBrowser);
     }
     const IVEXBrowser& get() const { return *browser; }

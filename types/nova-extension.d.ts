@@ -2637,8 +2637,7 @@ declare namespace NovaExtension.CloudDoc {
 
 declare namespace NovaExtension.CloudDoc {
     /**
-     * One upload. The object stays while its upload is under way and somebody listens, whether the page keeps it or
-     * not.
+     * One upload. The object stays while its upload is under way, whether the page keeps it and listens or not.
      *
      * @remarks handed out by another object
      */

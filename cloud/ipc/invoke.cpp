@@ -2,10 +2,18 @@
 
 #include "suite/kcoreapplication.h"
 
+IKCloudIpcService* cloudIpcService()
+{
+    QCoreApplication* application = QCoreApplication::instance();
+    return application && application->inherits("KCoreApplication")
+        ? static_cast<KCoreApplication*>(application)->cloudIpcService()
+        : nullptr;
+}
+
 QString invokeCloud(
     const QString& procedure, const KCloudIpcArg& argument, QObject* receiver, const char* replySlot)
 {
-    IKCloudIpcService* service = KCoreApplication::cloudIpcService();
+    IKCloudIpcService* service = cloudIpcService();
     if (!service)
         return {};
     registerCloudResultTypes();

@@ -9,6 +9,9 @@
 
 class QObject;
 
+/// The suite's service, or null: also where the application is not the suite's own. [GUI thread]
+IKCloudIpcService* cloudIpcService();
+
 /// Has the suite's service send a request. Returns its identifier, or an empty string when there is no service
 /// or it refuses. The reply comes to the slot `replySlot` (a name without parameters) of `receiver`.
 QString invokeCloud(

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/jsc/api.h"
-#include "vexlite/jsmemberlist.h"
+#include "host/vexlite/jsmemberlist.h"
 
 #include <memory>
 #include <vector>

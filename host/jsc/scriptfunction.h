@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/jsc/api.h"
-#include "vexlite/jsonvalue.h"
+#include "host/vexlite/pagefunction.h"
 
 #include <atomic>
 #include <unordered_set>
@@ -12,7 +12,7 @@ namespace engine::jsc {
 class PageState;
 
 /// Keeps its script function alive as long as it and the page live.
-class ScriptFunction final : public IJSFunction {
+class ScriptFunction final : public vexlite::PageFunction {
 public:
     KResult QueryInterface(const KIID& iid, void** out) override;
     std::uint32_t AddRef() override { return m_references.fetch_add(1, std::memory_order_relaxed) + 1; }

@@ -12,6 +12,10 @@
 
 namespace {
 
+// Besides what the library asks for.
+constexpr std::uint32_t GenericRead = 0x80000000u;
+constexpr std::uint32_t FileShareWrite = 2;
+
 bool isRegularFile(int file)
 {
     struct stat facts { };
@@ -42,14 +46,14 @@ XHANDLE _XCreateFileW(const char16_t* name, std::uint32_t access, std::uint32_t 
     if (!name || security || disposition != X_OPEN_EXISTING || attributes || model)
         return X_INVALID_HANDLE;
     const bool writing = access & X_GENERIC_WRITE;
-    const int mode = !writing ? O_RDONLY : access & X_GENERIC_READ ? O_RDWR : O_WRONLY;
+    const int mode = !writing ? O_RDONLY : access & GenericRead ? O_RDWR : O_WRONLY;
     const QByteArray path = QFile::encodeName(QString::fromUtf16(name));
     // Without O_NONBLOCK opening a pipe would block until its other end is opened.
     const int file = open(path.constData(), mode | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (file < 0)
         return X_INVALID_HANDLE;
     if (!isRegularFile(file) || isLockedAgainst(file, writing)
-        || !lockShareMode(file, share & X_FILE_SHARE_WRITE)) {
+        || !lockShareMode(file, share & FileShareWrite)) {
         close(file);
         return X_INVALID_HANDLE;
     }

@@ -1,5 +1,7 @@
 #include "kbase/globalalloc.h"
 
+#include "host/kbase/globalfree.h"
+
 #include <algorithm>
 #include <cstdlib>
 

@@ -8,8 +8,8 @@
 #include "host/profile/directories.h"
 #include "host/suite/dialogs/dialoganswers.h"
 #include "host/suite/play.h"
+#include "suite/kcoreapplication.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QTimer>
 #include <fcntl.h>
@@ -69,7 +69,7 @@ int main(int argc, char** argv)
     setUpEnvironment();
     s_print = qInstallMessageHandler(printMessage);
     int ownArguments = 1;
-    const QApplication application(ownArguments, argv);
+    const KCoreApplication application(ownArguments, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     novahost::Signals signals;
     dialogs::install();

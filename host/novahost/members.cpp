@@ -59,17 +59,6 @@ std::vector<Published> publishedObjects(const JSContextEnv& context, QString& er
         }
         all.push_back({ QLatin1String("NovaExtension.") + name, std::move(object) });
     }
-    const int prefix = sizeof("NovaExtension.") - 1;
-    QStringList classes;
-    for (const QString& name : core.creatableClasses())
-        classes.append(name.mid(prefix));
-    for (const QString& shortName : inOrder(classes)) {
-        const QString name = QLatin1String("NovaExtension.") + shortName;
-        const vexlite::Ref<IJSExtentionObject> object = core.createUninitialised(name);
-        vexlite::BoundObject bound = core.bindSubObject(context, object.get());
-        if (bound.members)
-            all.push_back({ name, std::move(bound) });
-    }
     return all;
 }
 
@@ -242,13 +231,25 @@ QStringList differencesOf(
     return found;
 }
 
-QString advice(const std::vector<Published>& all, const QString& wanted)
+/// The table of an object that another one hands out, as described: the library makes it known to the JS core no
+/// earlier than that.
+Json describedTable(const Json& object, std::uint32_t denied, bool unsupportedOnly, std::vector<bool>& built)
 {
-    QStringList similar;
-    for (const Published& published : all) {
-        if (published.name.contains(wanted, Qt::CaseInsensitive))
-            similar.append(published.name);
+    Json members = Json::array();
+    for (const Json& member : object["members"]) {
+        const bool isBuilt = member["built"].get<bool>();
+        if (member["mask"].get<std::uint32_t>() & denied || (unsupportedOnly && isBuilt))
+            continue;
+        built.push_back(isBuilt);
+        members.push_back(tableRow(member));
     }
+    return { { "object", Description::fullName(object).toStdString() }, { "mode", 0 },
+        { "members", std::move(members) } };
+}
+
+QString advice(const QStringList& names, const QString& wanted)
+{
+    const QStringList similar = names.filter(wanted, Qt::CaseInsensitive);
     return similar.isEmpty() ? QStringLiteral("`novahost members` lists all")
                              : QLatin1String("there is ") + similar.join(QLatin1String(", "));
 }
@@ -299,9 +300,19 @@ int listMembers(Suite& suite, const Options& options)
         rows.push_back(std::move(row));
     }
     for (const Json& object : Description::builtIn().objects()) {
-        if (!names.contains(Description::fullName(object)))
-            differences.append(
-                Description::fullName(object) + QLatin1String(": described, but not published"));
+        const QString name = Description::fullName(object);
+        if (names.contains(name))
+            continue;
+        if (object["instance"] != "handed out") {
+            differences.append(name + QLatin1String(": described, but not published"));
+            continue;
+        }
+        names.append(name);
+        if (!options.object.isEmpty() && !isNamed(name, options.object, Qt::CaseInsensitive))
+            continue;
+        Row row;
+        row.table = describedTable(object, options.denyMask, options.unsupportedOnly, row.built);
+        rows.push_back(std::move(row));
     }
 
     if (options.json && !rows.empty()) {
@@ -319,7 +330,7 @@ int listMembers(Suite& suite, const Options& options)
         else if (!documentMember(options) && rows.empty())
             return fail(UsageError,
                 QString::fromLatin1("OBJECT: there is no \"%1\"; %2")
-                    .arg(options.object, advice(all, options.object)));
+                    .arg(options.object, advice(names, options.object)));
     }
     // Whatever is listed is what script sees.
     if (differences.isEmpty())

@@ -112,12 +112,6 @@ public:
 
     QStringList creatableClasses() const override { return m_objects.classes(); }
 
-    Ref<IJSExtentionObject> createUninitialised(const QString& scriptName) override
-    {
-        IJSCreatable* creatable = nullptr;
-        return m_objects.createUninitialised(scriptName, &creatable);
-    }
-
     KResult call(IJSExtentionObject* object, const JSContextEnv& context, std::int32_t id, JSAccess access,
         JSApiArguments& arguments, KJSVariant& result, KJSVariant& exception) override
     {

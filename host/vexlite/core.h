@@ -3,10 +3,10 @@
 // There is one in a process. Everything here runs on the GUI thread.
 #pragma once
 
+#include "host/vexlite/jsmemberlist.h"
 #include "host/vexlite/ref.h"
 #include "host/vexlite/scriptpage.h"
 #include "vexlite/jscore.h"
-#include "vexlite/jsmemberlist.h"
 #include "vexlite/registrymap.h"
 
 #include <functional>
@@ -104,8 +104,6 @@ public:
     virtual BoundObject bindSubObject(const JSContextEnv& context, IJSExtentionObject* object) = 0;
     /// Full script names of the classes announced to the object factory, in the order of their announcement.
     virtual QStringList creatableClasses() const = 0;
-    /// An object of such a class, not initialised, to read its members.
-    virtual Ref<IJSExtentionObject> createUninitialised(const QString& scriptName) = 0;
 
     /// Calls a method, or reads a property (without arguments), and traces it. Returns KR_OK only with an
     /// empty `exception`; a failure without an exception gets one. The caller must hold a reference to

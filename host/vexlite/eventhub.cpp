@@ -8,6 +8,17 @@
 
 namespace vexlite {
 
+namespace {
+
+/// The script function in a value, or null.
+Ref<PageFunction> functionOf(const KJSVariant& value)
+{
+    return Ref<PageFunction>::share(
+        dynamic_cast<PageFunction*>(queryInterface<IJSFunction>(value, IID_IJSFunction).get()));
+}
+
+} // namespace
+
 EventHub::~EventHub()
 {
     // Dispatches under way keep their lists, so the listeners must be removed from those.
@@ -19,7 +30,7 @@ EventHub::~EventHub()
 
 KResult EventHub::Add(const QString& event, const JSContextEnv& context, const KJSVariant& callback)
 {
-    Ref<IJSFunction> function = queryInterface<IJSFunction>(callback, IID_IJSFunction);
+    Ref<PageFunction> function = functionOf(callback);
     if (!function || !(function->Context() == context) || event.size() > CoreLimits::eventNameLength)
         return KR_REJECTED;
     if (!m_owner.isOpen(context))
@@ -39,7 +50,7 @@ KResult EventHub::Add(const QString& event, const JSContextEnv& context, const K
 
 KResult EventHub::Remove(const QString& event, const JSContextEnv& context, const KJSVariant& callback)
 {
-    const Ref<IJSFunction> function = queryInterface<IJSFunction>(callback, IID_IJSFunction);
+    const Ref<PageFunction> function = functionOf(callback);
     if (!function && !callback.isEmpty())
         return KR_REJECTED;
     const auto known = m_lists.find(event);
@@ -72,7 +83,7 @@ KResult EventHub::Dispatch(
     const ListenerList::Reading reading(*list);
     for (std::size_t position = 0; position < reading.end(); ++position) {
         // An exception is reported as the page's uncaught error, and the next listener is called.
-        if (const Ref<IJSFunction> function = reading.at(position, receiver))
+        if (const Ref<PageFunction> function = reading.at(position, receiver))
             function->Call(arguments, nullptr);
     }
     return KR_OK;

@@ -11,25 +11,26 @@ std::size_t ListenerList::KeyHash::operator()(const Key& key) const noexcept
         ^ std::hash<std::uintptr_t>()(key.identity);
 }
 
-Ref<IJSFunction> ListenerList::Reading::at(std::size_t position, const JSContextEnv& target) const
+Ref<PageFunction> ListenerList::Reading::at(std::size_t position, const JSContextEnv& target) const
 {
     const Entry& entry = m_list.m_entries[position];
     return target == JSContextEnv::everyContext() || target == entry.context ? entry.function
-                                                                             : Ref<IJSFunction>();
+                                                                             : Ref<PageFunction>();
 }
 
-bool ListenerList::has(const JSContextEnv& context, const IJSFunction& function) const
+bool ListenerList::has(const JSContextEnv& context, const PageFunction& function) const
 {
     return m_positions.count({ context, function.Identity() }) != 0;
 }
 
-void ListenerList::add(const JSContextEnv& context, Ref<IJSFunction> function)
+void ListenerList::add(const JSContextEnv& context, Ref<PageFunction> function)
 {
     m_positions.emplace(Key { context, function->Identity() }, m_entries.size());
     m_entries.push_back({ context, std::move(function) });
 }
 
-bool ListenerList::remove(const JSContextEnv& context, const IJSFunction& function, DroppedFunctions& dropped)
+bool ListenerList::remove(
+    const JSContextEnv& context, const PageFunction& function, DroppedFunctions& dropped)
 {
     const auto found = m_positions.find({ context, function.Identity() });
     if (found == m_positions.end())

@@ -4,8 +4,8 @@
 // and removing a listener takes constant time.
 #pragma once
 
+#include "host/vexlite/pagefunction.h"
 #include "host/vexlite/ref.h"
-#include "vexlite/jsonvalue.h"
 
 #include <unordered_map>
 #include <vector>
@@ -14,7 +14,7 @@ namespace vexlite {
 
 /// Removed functions. They are released once the list is consistent again, since releasing the last reference
 /// may run code that uses the list.
-using DroppedFunctions = std::vector<Ref<IJSFunction>>;
+using DroppedFunctions = std::vector<Ref<PageFunction>>;
 
 class ListenerList {
 public:
@@ -37,18 +37,18 @@ public:
 
         std::size_t end() const { return m_end; }
         /// The function at a position; null when it was removed or is no listener of `target`.
-        Ref<IJSFunction> at(std::size_t position, const JSContextEnv& target) const;
+        Ref<PageFunction> at(std::size_t position, const JSContextEnv& target) const;
 
     private:
         ListenerList& m_list;
         std::size_t m_end;
     };
 
-    bool has(const JSContextEnv& context, const IJSFunction& function) const;
+    bool has(const JSContextEnv& context, const PageFunction& function) const;
     /// The function must not be in the list.
-    void add(const JSContextEnv& context, Ref<IJSFunction> function);
+    void add(const JSContextEnv& context, Ref<PageFunction> function);
     /// False when it was not in the list.
-    bool remove(const JSContextEnv& context, const IJSFunction& function, DroppedFunctions& dropped);
+    bool remove(const JSContextEnv& context, const PageFunction& function, DroppedFunctions& dropped);
     /// Removes all listeners of a page and returns their number.
     int removePage(const JSContextEnv& context, DroppedFunctions& dropped);
 
@@ -70,7 +70,7 @@ public:
 private:
     struct Entry {
         JSContextEnv context;
-        Ref<IJSFunction> function; ///< null for a removed listener
+        Ref<PageFunction> function; ///< null for a removed listener
     };
     struct Key {
         JSContextEnv context;

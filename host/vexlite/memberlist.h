@@ -2,8 +2,8 @@
 #pragma once
 
 #include "host/vexlite/counted.h"
+#include "host/vexlite/jsmemberlist.h"
 #include "host/vexlite/memberrecord.h"
-#include "vexlite/jsmemberlist.h"
 
 #include <vector>
 

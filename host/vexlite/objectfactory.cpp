@@ -23,11 +23,15 @@ void ObjectFactory::UnregisterClass(const QString& scriptName)
 
 IJSExtentionObject* ObjectFactory::Create(const QString& scriptName, const JSContextEnv&, IJSONValue* options)
 {
+    const auto known = std::find_if(
+        m_classes.begin(), m_classes.end(), [&](const Class& entry) { return entry.name == scriptName; });
+    if (known == m_classes.end() || !known->creator)
+        return nullptr;
     IJSCreatable* creatable = nullptr;
-    Ref<IJSExtentionObject> object = createUninitialised(scriptName, &creatable);
+    IJSExtentionObject* object = known->creator(&creatable);
     if (object && creatable)
         creatable->Initialise(options);
-    return object.release();
+    return object;
 }
 
 QStringList ObjectFactory::classes() const
@@ -36,17 +40,6 @@ QStringList ObjectFactory::classes() const
     for (const Class& entry : m_classes)
         names.append(entry.name);
     return names;
-}
-
-Ref<IJSExtentionObject> ObjectFactory::createUninitialised(
-    const QString& scriptName, IJSCreatable** creatable) const
-{
-    *creatable = nullptr;
-    const auto known = std::find_if(
-        m_classes.begin(), m_classes.end(), [&](const Class& entry) { return entry.name == scriptName; });
-    if (known == m_classes.end() || !known->creator)
-        return {};
-    return Ref<IJSExtentionObject>::adopt(known->creator(creatable));
 }
 
 } // namespace vexlite

@@ -15,8 +15,6 @@ public:
         const QString& scriptName, const JSContextEnv& context, IJSONValue* options) override;
 
     QStringList classes() const;
-    /// Null when the class is unknown, or its creator makes no object that can be initialised.
-    Ref<IJSExtentionObject> createUninitialised(const QString& scriptName, IJSCreatable** creatable) const;
 
 private:
     struct Class {

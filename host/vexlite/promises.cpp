@@ -18,25 +18,24 @@ std::int64_t lastPromise = 0;
 /// The promise of native code, which may outlive its page and the core.
 class Promises::Promise final : public Counted<IJSPromise> {
 public:
-    Promise(std::int64_t handle, std::shared_ptr<const State> state, const std::shared_ptr<Pages>& pages)
+    Promise(std::int64_t handle, const JSContextEnv& context, const std::shared_ptr<Pages>& pages)
         : m_handle(handle)
-        , m_state(std::move(state))
+        , m_context(context)
         , m_pages(pages)
     {
     }
     ~Promise() override
     {
         const std::shared_ptr<Pages> pages = m_pages.lock();
-        if (ScriptPage* page = pages ? pages->find(m_state->context) : nullptr)
+        if (ScriptPage* page = pages ? pages->find(m_context) : nullptr)
             page->releasePromise(m_handle);
     }
 
-    std::int64_t Id() const override { return m_state->pending ? m_handle : 0; }
     std::int64_t handle() const { return m_handle; }
 
 private:
     std::int64_t m_handle;
-    std::shared_ptr<const State> m_state;
+    JSContextEnv m_context;
     std::weak_ptr<Pages> m_pages;
 };
 
@@ -52,12 +51,6 @@ Promises::Promises(std::shared_ptr<Pages> pages, CallTrace& trace)
 {
 }
 
-Promises::~Promises()
-{
-    for (const auto& [promise, state] : m_pending)
-        state->pending = false;
-}
-
 KResult Promises::CreateSettled(JSPromiseState state, const JSContextEnv& context,
     const std::function<void(KJSVariant& value)>& fill, KJSVariant& out)
 {
@@ -69,8 +62,7 @@ KResult Promises::CreateSettled(JSPromiseState state, const JSContextEnv& contex
     const std::int64_t promise = ++lastPromise;
     if (!page || !page->createPromise(promise))
         return KR_NOT_AVAILABLE;
-    const auto settled = std::make_shared<State>(State { context, false, {} });
-    out = KJSVariant::fromUnknown(new Promise(promise, settled, m_pages));
+    out = KJSVariant::fromUnknown(new Promise(promise, context, m_pages));
     if (state == JSPromiseState::Rejected)
         reject(*page, promise, m_trace.caller(), defaultRejectionCode, convertToText(value));
     else
@@ -87,17 +79,10 @@ std::int64_t Promises::CreatePending(const JSContextEnv& context, KJSVariant& ou
     const std::int64_t promise = ++lastPromise;
     if (!page->createPromise(promise))
         return 0;
-    const auto state = std::make_shared<State>(State { context, true, m_trace.caller() });
-    m_pending.emplace(promise, state);
+    m_pending.emplace(promise, State { context, m_trace.caller() });
     ++m_pendingOfPage[context.contextId];
-    out = KJSVariant::fromUnknown(new Promise(promise, state, m_pages));
+    out = KJSVariant::fromUnknown(new Promise(promise, context, m_pages));
     return promise;
-}
-
-bool Promises::IsPending(std::int64_t promise, const JSContextEnv& context) const
-{
-    const auto found = m_pending.find(promise);
-    return found != m_pending.end() && found->second->context == context;
 }
 
 KResult Promises::Answer(
@@ -105,15 +90,14 @@ KResult Promises::Answer(
 {
     const auto found = m_pending.find(promise);
     ScriptPage* page = m_pages->find(context);
-    if (found == m_pending.end() || !(found->second->context == context) || !page)
+    if (found == m_pending.end() || !(found->second.context == context) || !page)
         return KR_NOT_AVAILABLE;
     KJSVariant success;
     if (one != 1 || list.size() < 3 || !convertVariant(list[0], MV_BOOL, success))
         return KR_REJECTED;
 
     // Removed first: script that runs when it is settled must find it settled.
-    const std::shared_ptr<State> state = found->second;
-    state->pending = false;
+    const State state = std::move(found->second);
     m_pending.erase(found);
     --m_pendingOfPage[context.contextId];
     if (success.raw().boolVal) {
@@ -123,7 +107,7 @@ KResult Promises::Answer(
     const IJSONValue* details = objectOf(list[2]);
     const std::int32_t code =
         details ? details->GetInt32(QStringLiteral("code"), defaultRejectionCode) : defaultRejectionCode;
-    reject(*page, promise, state->caller, code, convertToText(list[1]));
+    reject(*page, promise, state.caller, code, convertToText(list[1]));
     return KR_OK;
 }
 
@@ -137,12 +121,7 @@ void Promises::reject(ScriptPage& page, std::int64_t promise, const CallTrace::C
 void Promises::dropPage(const JSContextEnv& context)
 {
     m_pendingOfPage.erase(context.contextId);
-    std::erase_if(m_pending, [&](const auto& entry) {
-        if (!(entry.second->context == context))
-            return false;
-        entry.second->pending = false;
-        return true;
-    });
+    std::erase_if(m_pending, [&](const auto& entry) { return entry.second.context == context; });
 }
 
 } // namespace vexlite

@@ -10,13 +10,11 @@ class Promises final : public IJSPromiseService, public IJSAnswerChannel {
 public:
     /// Rejections are reported to `trace`.
     Promises(std::shared_ptr<Pages> pages, CallTrace& trace);
-    ~Promises();
 
     /// `fill` is always called first, even if the page is closed.
     KResult CreateSettled(JSPromiseState state, const JSContextEnv& context,
         const std::function<void(KJSVariant& value)>& fill, KJSVariant& out) override;
     std::int64_t CreatePending(const JSContextEnv& context, KJSVariant& out) override;
-    bool IsPending(std::int64_t promise, const JSContextEnv& context) const override;
     /// KR_REJECTED, with the promise still pending, for a list that is not from getAsynRetValList or a wrong
     /// `one`.
     KResult Answer(std::int64_t promise, const JSContextEnv& context, const std::vector<KJSVariant>& list,
@@ -29,10 +27,8 @@ public:
 private:
     class Promise;
     friend std::int64_t promiseHandle(IUnknown* object);
-    /// Shared by a promise object and the set.
     struct State {
         JSContextEnv context;
-        bool pending;
         CallTrace::Caller caller;
     };
     void reject(ScriptPage& page, std::int64_t promise, const CallTrace::Caller& caller, std::int32_t code,
@@ -40,7 +36,7 @@ private:
 
     std::shared_ptr<Pages> m_pages;
     CallTrace& m_trace;
-    std::unordered_map<std::int64_t, std::shared_ptr<State>> m_pending;
+    std::unordered_map<std::int64_t, State> m_pending;
     std::unordered_map<std::int64_t, int> m_pendingOfPage; ///< by context id
 };
 

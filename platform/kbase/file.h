@@ -9,16 +9,14 @@ using XHANDLE = void*;
 inline const XHANDLE X_INVALID_HANDLE =
     reinterpret_cast<XHANDLE>(std::intptr_t { -1 }); // NOLINT(*-int-to-ptr)
 
-inline constexpr std::uint32_t X_GENERIC_READ = 0x80000000u;
 inline constexpr std::uint32_t X_GENERIC_WRITE = 0x40000000u;
 inline constexpr std::uint32_t X_FILE_SHARE_READ = 1;
-inline constexpr std::uint32_t X_FILE_SHARE_WRITE = 2;
 inline constexpr std::uint32_t X_OPEN_EXISTING = 3;
 
 extern "C" {
 
 /// Opens an existing regular file, without changing it. `name` is zero-terminated UTF-16. `access` is a set
-/// of X_GENERIC bits; `share` says what others may do meanwhile, and the call fails when somebody does more
+/// of generic access rights; `share` says what others may do meanwhile, and the call fails when somebody does more
 /// already or has the file locked. `disposition` must be X_OPEN_EXISTING, `security`, `attributes` and
 /// `model` null or 0. X_INVALID_HANDLE on failure; never waits. The caller ends the handle with
 /// _XCloseHandle. [any thread]

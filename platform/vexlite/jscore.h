@@ -67,25 +67,19 @@ protected:
 /// How a promise stands when it is made or settled.
 enum class JSPromiseState : std::int32_t { Resolved = 0, Rejected = 1 };
 
-/// A promise on its way to script. Made by the promise service only.
-class IJSPromise : public IUnknown {
-public:
-    /// The identifier under which it is settled, 0 for one that is settled already.
-    virtual std::int64_t Id() const = 0;
-};
+/// A promise on its way to script. Made by the promise service only; a run-time type check recognises it.
+class IJSPromise : public IUnknown { };
 
 /// Makes promises. An answer is given through IJSAnswerChannel.
 class IJSPromiseService {
 public:
     /// Makes a promise that is settled already. `fill` writes the value, or for a rejection the message text;
-    /// it is called once before this returns. Failure: `out` stays empty and a code is returned.
+    /// it is called once before this returns, and not kept. Failure: `out` stays empty and a code is returned.
     virtual KResult CreateSettled(JSPromiseState state, const JSContextEnv& context,
         const std::function<void(KJSVariant& value)>& fill, KJSVariant& out) = 0;
     /// Makes a pending promise of the page and returns its identifier, never 0. When the page has gone `out`
     /// stays empty and 0 is returned. A promise whose page goes is dropped; its later answer does nothing.
     virtual std::int64_t CreatePending(const JSContextEnv& context, KJSVariant& out) = 0;
-    /// Whether a promise of that page is still to be settled: false once it is, and when its page has gone.
-    virtual bool IsPending(std::int64_t promise, const JSContextEnv& context) const = 0;
 
 protected:
     ~IJSPromiseService() = default;
@@ -118,7 +112,7 @@ public:
     /// not either.
     virtual KResult Dispatch(
         const QString& event, const JSContextEnv& target, const std::vector<KJSVariant>& payload) = 0;
-    /// Writes an array of {"eventName", "listenerCount"} into `result`, ordered by name, over all pages.
+    /// Writes an array into `result`, which script gets as it is: what is known of the events.
     virtual KResult Report(KJSVariant& result) = 0;
 
 protected:
@@ -194,7 +188,8 @@ public:
     /// prepare.
     using Creator = IJSExtentionObject* (*)(IJSCreatable** creatable);
 
-    /// Announces a class; a second call with the same name replaces the creator.
+    /// Announces a class, before the first object of it is made; a second call with the same name replaces
+    /// the creator.
     virtual void RegisterClass(const QString& scriptName, Creator creator) = 0;
     /// Forgets a class, so that its module can go.
     virtual void UnregisterClass(const QString& scriptName) = 0;

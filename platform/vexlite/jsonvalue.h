@@ -82,10 +82,4 @@ public:
     /// Calls the function and waits for its answer. `result` may be null. What the function throws is
     /// reported by the JS core as the page's uncaught error, and the call returns KR_REJECTED.
     virtual KResult Call(const JSApiArguments& arguments, KJSVariant* result) = 0;
-    /// What distinguishes functions: two wrappers return the same identity exactly when they wrap the same
-    /// function of the same page. It stays as it is, and names no other function of that page, while either
-    /// of them lives.
-    virtual std::uintptr_t Identity() const = 0;
-    /// The page it belongs to.
-    virtual JSContextEnv Context() const = 0;
 };

@@ -1,7 +1,9 @@
 // What the library promises to a suite, checked by direct calls and by position in the virtual tables.
 #include "tests/support/library.h"
+#include "tests/support/suite.h"
 
 #include <cstdarg>
+#include <dlfcn.h>
 
 namespace {
 
@@ -14,18 +16,25 @@ public:
         spy.m_core = dynamic_cast<IVEXJSCore*>(vexlite::Core::instance());
         return spy.m_core && !spy.isAbsent ? &spy : nullptr;
     }
+    /// The services asked of the core since the last call.
+    QStringList takeAsked()
+    {
+        m_asked.removeDuplicates();
+        m_asked.sort();
+        return std::exchange(m_asked, {});
+    }
     std::string takeOperations() { return std::exchange(m_operations, {}).join(u',').toStdString(); }
 
     bool isAbsent = false; ///< a process without a JS core
 
-    IJSTypeIdAllocator* TypeIds() override { return m_core->TypeIds(); }
-    IJSRegistry* Registry() override { return this; }
-    IJSTraceHook* TraceHook() override { return m_core->TraceHook(); }
-    IJSPromiseService* PromiseService() override { return m_core->PromiseService(); }
-    IJSAnswerChannel* AnswerChannel() override { return m_core->AnswerChannel(); }
-    IJSEventHubFactory* EventHubs() override { return m_core->EventHubs(); }
-    IJSObjectFactory* Objects() override { return m_core->Objects(); }
-    IVEXBrowser* Browser(std::int64_t id) override { return m_core->Browser(id); }
+    IJSTypeIdAllocator* TypeIds() override { return asked("type ids")->TypeIds(); }
+    IJSRegistry* Registry() override { return asked("registry"), this; }
+    IJSTraceHook* TraceHook() override { return asked("trace hook")->TraceHook(); }
+    IJSPromiseService* PromiseService() override { return asked("promises")->PromiseService(); }
+    IJSAnswerChannel* AnswerChannel() override { return asked("answers")->AnswerChannel(); }
+    IJSEventHubFactory* EventHubs() override { return asked("hubs")->EventHubs(); }
+    IJSObjectFactory* Objects() override { return asked("objects")->Objects(); }
+    IVEXBrowser* Browser(std::int64_t id) override { return asked("browser")->Browser(id); }
 
     KResult Bind(
         IJSExtentionObject* object, std::int64_t context, std::int64_t target, std::int64_t zero) override
@@ -75,13 +84,30 @@ public:
     }
 
 private:
+    IVEXJSCore* asked(const char* service)
+    {
+        m_asked << QString::fromLatin1(service);
+        return m_core;
+    }
+
     IVEXJSCore* m_core = nullptr;
+    QStringList m_asked;
     QStringList m_operations;
 };
+
+/// A string of which the suite says that it is longer than any can be.
+const char16_t* endless = nullptr;
 
 } // namespace
 
 // The library looks its JS core up here: a program's own definition comes before the suite's.
+std::uint32_t _XSysStringLen(const char16_t* text)
+{
+    static const auto suites =
+        reinterpret_cast<std::uint32_t (*)(const char16_t*)>(dlsym(RTLD_NEXT, __func__));
+    return text && text == endless ? 0x80000000u : suites(text);
+}
+
 namespace vexlite {
 IVEXJSCore* GetVEXJSCore()
 {
@@ -165,7 +191,9 @@ TEST_F(Abi, FactoriesShareOrMakeInstances)
         const std::uint32_t expected = name == "Webview"  ? 1
             : name == "AiDocsChat" || name == "KContract" ? 2
                                                           : 3;
+        spy.takeAsked();
         vexlite::BoundObject first = core.bindObject(page.context, QLatin1String(name.data()));
+        EXPECT_EQ(spy.takeAsked().join(u',').toStdString(), "registry,trace hook") << name;
         vexlite::BoundObject second = core.bindObject(page.context, QLatin1String(name.data()));
         ASSERT_TRUE(first.object && second.object) << name;
         std::uint32_t mode = 99;
@@ -335,7 +363,8 @@ TEST_F(Abi, EventMembersGoToTheHubOfTheClass)
     MVARIANT narrow {};
     narrow.vt = MV_LPSTR;
     narrow.pszVal = "narrow";
-    const KJSVariant e = text(u"e"), one = KJSVariant::fromInt32(1);
+    const KJSVariant e = text(u"e"), one = KJSVariant::fromInt32(1), tooLong = text(u"e");
+    endless = tooLong.raw().bstrVal;
     const KJSVariant yes = KJSVariant::fromBool(true), no = KJSVariant::fromBool(false);
     const struct {
         std::vector<KJSVariant> dispatched;
@@ -349,6 +378,7 @@ TEST_F(Abi, EventMembersGoToTheHubOfTheClass)
         { { one }, "page 1 0 " },
         { { KJSVariant(reference, nullptr) }, "page behind 0 " },
         { { KJSVariant(narrow, nullptr) }, "page narrow 0 " },
+        { { tooLong }, "page  0 " },
         { {}, "page  0 " },
     };
     support::Page other(core);
@@ -370,6 +400,7 @@ TEST_F(Abi, EventMembersGoToTheHubOfTheClass)
         EXPECT_EQ(std::exchange(heard, {}), row.heard);
         EXPECT_TRUE(page.result.isEmpty());
     }
+    endless = nullptr;
     EXPECT_NE(page.call(folder, "addEventListener", { e, one }), "") << "the hub's refusal";
     page.call(folder, "getAllEventInfo");
     EXPECT_EQ(page.result.type(), MV_ARRAY) << "the hub's report is the answer, without an envelope";
@@ -380,12 +411,28 @@ TEST_F(Abi, EventMembersGoToTheHubOfTheClass)
     EXPECT_EQ(heard, "other e 0 other 1 0 ");
 }
 
-TEST_F(Abi, AccountNeedsAnApplication)
+struct NoCloudService final : IKCloudIpcService {
+    QString invoke(const QString&, const KCloudIpcArg&, QObject*, const QString&) override { return {}; }
+};
+
+TEST_F(Abi, ServicesNeedTheApplicationOfTheSuite)
 {
-    if (QCoreApplication::instance())
-        GTEST_SKIP() << "another test has made one";
+    NoCloudService service;
+    support::cloudIpc = &service;
+    const auto call = [&] { return page.call("CloudDoc", "getDefaultWorkSpace"); };
+    ASSERT_FALSE(QCoreApplication::instance());
+    EXPECT_EQ(call(), "3 Cloud service error.");
     for (const char* member : { "isLoggedIn", "login", "addLoginListener" })
         EXPECT_EQ(page.call("Account", member), "3 empty handle.");
+    {
+        int count = 0;
+        const QCoreApplication other(count, nullptr);
+        EXPECT_EQ(call(), "3 Cloud service error.");
+    }
+    support::application();
+    EXPECT_EQ(call(), "3 Get account SDK error.") << "the service is there";
+    support::cloudIpc = nullptr;
+    EXPECT_EQ(call(), "3 Cloud service error.");
 }
 
 TEST_F(Abi, ProfileReportsTheBrowserAndNoNegativeDuration)

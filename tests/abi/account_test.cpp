@@ -12,8 +12,7 @@ class Account : public support::LibraryTest {
 protected:
     Account()
     {
-        static int count = 0;
-        static const QCoreApplication application(count, nullptr);
+        support::application();
         for (const char* event : { "account.login", "account.logout", "user.info.changed" })
             listen(page, "Account", (std::string("event.") + event).c_str(),
                 std::string(event).substr(std::string(event).rfind(QLatin1Char(46).toLatin1()) + 1));

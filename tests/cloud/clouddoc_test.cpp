@@ -17,11 +17,6 @@ using support::CloudRequest;
 
 class CloudDoc : public support::LibraryTest {
 protected:
-    CloudDoc()
-    {
-        static int count = 0;
-        static const QCoreApplication application(count, nullptr);
-    }
     ~CloudDoc() override
     {
         page.close();
@@ -233,10 +228,13 @@ TEST_F(CloudDoc, RepliesAfterThePageHasGone)
 
 TEST_F(CloudDoc, UploadTasksSayWhichActionHasFailedAndHaveEventsOfTheirOwn)
 {
-    const vexlite::BoundObject none = core.bindSubObject(page.context,
-        core.createUninitialised(QStringLiteral("NovaExtension.CloudDoc.UploadFileTask")).get());
     page.call("CloudDoc", "createUploadFileTask", R"({"filePath": "/x"})");
     const vexlite::BoundObject task = page.handedOut();
+    const vexlite::BoundObject none = core.bindSubObject(page.context,
+        vexlite::Ref<IJSExtentionObject>::adopt(
+            vexlite::GetVEXJSCore()->Objects()->Create(
+                QStringLiteral("NovaExtension.CloudDoc.UploadFileTask"), page.context, nullptr))
+            .get());
     service.onRequest = [](CloudRequest& request) { request.id.clear(); };
     for (const std::string action : { "start", "cancel", "restart" }) {
         EXPECT_EQ(page.call(none, action.c_str()), "3 task is null.");
@@ -252,6 +250,22 @@ TEST_F(CloudDoc, UploadTasksSayWhichActionHasFailedAndHaveEventsOfTheirOwn)
     EXPECT_EQ(heard(), R"("of the task")");
     other = {};
     EXPECT_EQ(core.liveCounts().listeners, before + 1) << "an object's listeners end with it";
+}
+
+TEST_F(CloudDoc, UploadsThatNobodyHoldsOrListensToStayUntilTheyEnd)
+{
+    page.call("CloudDoc", "createUploadFileTask", R"({"filePath": "/x"})");
+    page.call(page.handedOut(), "start");
+    page.result = {};
+    const CloudRequest begun = service.take();
+    begun.replyState(true, 0, { { "taskId", "t" } });
+    deleteLater();
+    ASSERT_TRUE(begun.receiver);
+    while (service.requests.empty())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    service.take().replyState(true, 0, { { "status", "1" } });
+    deleteLater();
+    EXPECT_FALSE(begun.receiver);
 }
 
 /// Pages note what they hear, as "<page> <event> <payload>".

@@ -127,8 +127,6 @@ TEST_F(Wrapper, TakesRepliesOfEachOverloadAtOnceOrQueued)
     EXPECT_TRUE(service.requests.back().reply(true, untyped, "const void*"));
     EXPECT_EQ(address, &synced);
 
-    int count = 0;
-    QCoreApplication application(count, nullptr);
     call("queued");
     EXPECT_TRUE(service.requests.back().replyState(true, 6, {}, Qt::QueuedConnection));
     EXPECT_EQ(log, Log());

@@ -88,8 +88,6 @@ protected:
         return std::exchange(texts, {}).join(u',').toStdString();
     }
 
-    int count = 0;
-    QCoreApplication application { count, nullptr };
     support::FakeCloudService service;
     std::unique_ptr<KUploadFileTask> task = std::make_unique<KUploadFileTask>(
         QMap<QString, QString> { { QStringLiteral("userId"), QStringLiteral("u") } });

@@ -1,3 +1,4 @@
+#include "host/kbase/globalfree.h"
 #include "kbase/globalalloc.h"
 #include "tests/exports/block.h"
 

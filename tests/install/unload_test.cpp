@@ -1,108 +1,196 @@
-// A suite that goes on without the library: every object is used by a page, the library is unloaded, and the
-// JS core has nothing of it left. Then all of it once more.
-#include "host/vexlite/core.h"
-#include "host/vexlite/scriptvalues.h"
+// A suite that goes on without the library, whatever the library was at.
+#include "host/suite/cloud/cloudsvrproxy.h"
+#include "tests/support/accounts.h"
+#include "tests/support/cloudservice.h"
+#include "tests/support/page.h"
 
-#include <QCoreApplication>
+#include <QDialog>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QTemporaryDir>
 #include <QTemporaryFile>
+#include <QTimer>
 #include <algorithm>
 #include <dlfcn.h>
-#include <gtest/gtest.h>
 
 namespace {
 
-class SilentPage final : public vexlite::ScriptPage {
-public:
-    bool createPromise(std::int64_t) override { return true; }
-    void settlePromise(std::int64_t, JSPromiseState, const KJSVariant&) override { }
-};
+using support::Page;
 
-/// Has every object published and one of every class that others hand out made, as a page would.
-void useAllObjects(vexlite::Core& core)
-{
-    SilentPage page;
-    const JSContextEnv context = core.openPage(&page, {});
-    std::vector<vexlite::BoundObject> held;
-    for (const QString& name : core.objectNames()) {
-        held.push_back(core.bindObject(context, name));
-        EXPECT_TRUE(held.back().members) << name.toStdString();
-    }
-    EXPECT_FALSE(core.creatableClasses().isEmpty());
-    for (const QString& name : core.creatableClasses())
-        held.push_back(core.bindSubObject(context, core.createUninitialised(name).get()));
-    const QString path = QStringLiteral("/proc/self/maps");
-    const KJSVariant argument = KJSVariant::fromString(std::u16string_view(path.toStdU16String()));
-    JSApiArguments arguments(&argument, 1);
-    for (const vexlite::BoundObject& bound : held) {
-        for (std::int32_t i = 0; i < bound.members->Count(); ++i) {
-            KJSVariant result, exception;
-            core.call(bound.object.get(), context, bound.members->Id(i),
-                bound.members->Kind(i) == 0 ? JSAccess::Method : JSAccess::PropertyGet, arguments, result,
-                exception);
-        }
-    }
-    core.closePage(context);
-}
-
-/// A suite without a page of its own, into whose core the library is loaded.
-class Suite : public testing::Test {
+/// A suite into whose core a copy of the library is loaded: one that stays loaded is no other test's.
+class Unload : public testing::Test {
 protected:
-    ~Suite() override { vexlite::Core::stop(); }
+    Unload()
+    {
+        EXPECT_TRUE(QFile::copy(QStringLiteral(LIBRARY), QString::fromUtf8(m_path)));
+        load();
+    }
+    ~Unload() override
+    {
+        page.reset();
+        support::cloudProxy = nullptr;
+        vexlite::Core::stop();
+    }
 
     void load()
     {
-        m_library = dlopen(LIBRARY, RTLD_NOW | RTLD_LOCAL);
+        m_library = dlopen(m_path, RTLD_NOW | RTLD_LOCAL);
         ASSERT_TRUE(m_library) << dlerror();
         void* entry = dlsym(m_library, "GetNovaExtensionJsApiObj");
         ASSERT_TRUE(entry);
         ExtensionFactoryMap factories;
         reinterpret_cast<void (*)(ExtensionFactoryMap*)>(entry)(&factories);
         core.setFactories(factories);
+        page = std::make_unique<Page>(core);
     }
+    /// Unloads the library, without any page.
     void unload()
     {
+        page->close();
         dlclose(m_library);
-        EXPECT_EQ(dlopen(LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr);
+    }
+    bool isLoaded() const
+    {
+        void* found = dlopen(m_path, RTLD_NOW | RTLD_NOLOAD);
+        return found && dlclose(found) == 0;
+    }
+    static void goOn(int ms)
+    {
+        QElapsedTimer time;
+        time.start();
+        do {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        } while (time.elapsed() < ms);
+    }
+
+    /// Has the page listen to events of all kinds.
+    void listenToAll()
+    {
+        const auto ignore = [](const std::string&) {};
+        page->listen(page->object("CloudDoc"), "clouddoc.loginstatus.changed", ignore);
+        page->listen(page->object("Account"), "event.account.login", ignore);
     }
 
 private:
-    int m_argc = 0;
+    const QTemporaryDir m_directory;
+    const QByteArray m_path = QFile::encodeName(m_directory.filePath(QStringLiteral("library.so")));
     void* m_library = nullptr;
-    const QCoreApplication m_application { m_argc, nullptr };
 
 protected:
+    support::FakeCloudService service;
+    std::unique_ptr<support::FakeAccounts> accounts = std::make_unique<support::FakeAccounts>("u");
+    suite::CloudSvrProxy proxy;
     vexlite::Core& core = vexlite::Core::start({});
-    SilentPage page;
+    std::unique_ptr<Page> page;
 };
 
-/// Calls a method that takes one argument.
-KJSVariant answerOf(vexlite::Core& core, const JSContextEnv& context, const vexlite::BoundObject& bound,
-    std::u16string_view member, const KJSVariant& argument)
-{
-    std::int32_t at = 0;
-    while (bound.members->Name(at) != member)
-        ++at;
-    JSApiArguments arguments(&argument, 1);
-    KJSVariant result, exception;
-    EXPECT_EQ(core.call(bound.object.get(), context, bound.members->Id(at), JSAccess::Method, arguments,
-                  result, exception),
-        KR_OK);
-    return result;
-}
-
-TEST_F(Suite, HasNothingLeftOfTheLibrary)
+TEST_F(Unload, LeavesNothing)
 {
     for (int round = 0; round < 2; ++round) {
-        ASSERT_NO_FATAL_FAILURE(load());
-        useAllObjects(core);
+        for (const QString& name : core.objectNames()) {
+            const vexlite::BoundObject& bound = page->object(name.toLatin1());
+            // Of those of the file system some open a dialog.
+            for (std::int32_t i = 0; name != QStringLiteral("FileSystem") && i < bound.members->Count();
+                 ++i) {
+                if (bound.members->Kind(i) == 0)
+                    page->call(bound, QString::fromUtf16(bound.members->Name(i)).toLatin1());
+            }
+        }
+        EXPECT_EQ(core.creatableClasses(), QStringList()) << "no page was given an object of one";
+        page->call("SettingsManager", "settings", R"({"format": 0})");
+        EXPECT_EQ(core.creatableClasses().size(), 1);
         unload();
+        EXPECT_FALSE(isLoaded());
         EXPECT_EQ(core.creatableClasses(), QStringList());
         const vexlite::LiveCounts left = core.liveCounts();
         EXPECT_EQ(left.pages + left.listeners + left.promises, 0);
-        core.setFactories({});
+        load();
     }
+    unload();
+}
+
+TEST_F(Unload, LeavesNothingOfWhatIsUnderWay)
+{
+    QTemporaryFile endless;
+    ASSERT_TRUE(endless.open() && endless.resize(qint64 { 1 } << 40));
+    page->call("FileSystem", "getFileMd5", '"' + endless.fileName().toUtf8() + '"');
+    QCoreApplication::processEvents();
+    support::cloudProxy = &proxy;
+    listenToAll();
+    // A request to which the reply waits in the queue, and one without; an upload that is polled, and one let go.
+    for (const bool isReplied : { true, false }) {
+        page->call("CloudDoc", "getPersonalPrivateGroup");
+        EXPECT_TRUE(!isReplied || service.take().replyState(true, 0, {}, Qt::QueuedConnection));
+        page->call("CloudDoc", "createUploadFileTask", R"({"filePath": "/none"})");
+        const vexlite::BoundObject task = page->handedOut();
+        if (isReplied) {
+            page->call(task, "start");
+            service.requests.back().replyState(true, 0, { { "taskId", "t" } });
+            service.requests.pop_back();
+        }
+    }
+    unload();
+    EXPECT_FALSE(isLoaded());
+    EXPECT_FALSE(service.take().replyState(true, 0, {})) << "nobody is left to receive it";
+    proxy.setLogin(true);
+    accounts->become("other");
+    accounts.reset();
+    goOn(1200); // longer than a poll or a search for a service takes
+}
+
+TEST_F(Unload, MayHappenInASignalThatTheLibraryReceives)
+{
+    support::cloudProxy = &proxy;
+    const struct {
+        const char* signal;
+        QObject* sender;
+        std::function<void()> emit;
+    } rows[] = {
+        { SIGNAL(loginStatusChanged(bool)), &proxy, [&] { proxy.setLogin(true); } },
+        { SIGNAL(loginInfoChanged()), accounts.get(), [&] { accounts->become("other"); } },
+        { SIGNAL(destroyed()), accounts.get(), [&] { accounts.reset(); } },
+    };
+    for (const auto& row : rows) {
+        listenToAll();
+        QTimer suite; // passes the signal on
+        QObject::connect(&suite, &QTimer::timeout, [&] { unload(); });
+        EXPECT_TRUE(QObject::connect(row.sender, row.signal, &suite, SIGNAL(timeout())));
+        row.emit();
+        EXPECT_FALSE(isLoaded()) << row.signal;
+        load();
+    }
+    unload();
+}
+
+TEST_F(Unload, LeavesRoutinesThatTheSuiteStillCalls)
+{
+    const int before = support::FakeFunction::alive;
+    std::string reports;
+    const auto note = [&](const JSApiArguments& report) {
+        reports += support::json(report[0]);
+        return KR_OK;
+    };
+    for (const char* member : { "flushWrite", "flushRemove" }) {
+        std::vector<KJSVariant> given = support::values(R"({"key": "k", "value": 1})");
+        given.push_back(support::function(page->context, 1, note));
+        page->call(page->object("ConfigCenter"), member, given);
+    }
+    unload();
+    goOn(10);
+    EXPECT_EQ(reports, R"({"key":"k","ok":true,"value":1}{"key":"k","ok":true,"value":null})");
+    EXPECT_EQ(support::FakeFunction::alive, before);
+}
+
+TEST_F(Unload, MayHappenWhileADialogIsOpen)
+{
+    QTimer::singleShot(0, [&] {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        ASSERT_TRUE(dialog);
+        unload();
+        dialog->reject();
+    });
+    EXPECT_EQ(page->call("FileSystem", "getOpenFileName", R"({"dir": "/"})"), "\"\"");
 }
 
 /// Whether this process has a file open.
@@ -114,53 +202,21 @@ bool isOpen(const QString& file)
         [&](const QString& name) { return QFile::symLinkTarget(descriptors.filePath(name)) == file; });
 }
 
-TEST_F(Suite, ReadsNoFileForAPageThatHasGone)
+TEST_F(Unload, NeedNotWaitForTheFileOfAPageThatHasGone)
 {
     QTemporaryFile endless;
     ASSERT_TRUE(endless.open() && endless.resize(qint64 { 1 } << 40));
     const QString path = endless.fileName();
     endless.close();
-    ASSERT_NO_FATAL_FAILURE(load());
-    const JSContextEnv context = core.openPage(&page, {});
-    {
-        const vexlite::BoundObject files = core.bindObject(context, QStringLiteral("FileSystem"));
-        ASSERT_TRUE(files.members);
-        answerOf(core, context, files, u"getFileMd5", KJSVariant::fromString(path.toStdU16String()));
+    page->call("FileSystem", "getFileMd5", '"' + path.toUtf8() + '"');
+    while (!isOpen(path))
         QCoreApplication::processEvents();
-        EXPECT_TRUE(isOpen(path));
-    }
-    core.closePage(context);
+    page->close();
     QElapsedTimer patience;
-    for (patience.start(); isOpen(path) && patience.elapsed() < 60'000;) {
-        QCoreApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
+    for (patience.start(); isOpen(path) && patience.elapsed() < 60'000;)
+        goOn(0);
     EXPECT_FALSE(isOpen(path)) << "the file is still being read";
     unload();
-}
-
-TEST_F(Suite, GoesOnAfterUploadsThatEndedWithTheLibrary)
-{
-    ASSERT_NO_FATAL_FAILURE(load());
-    const JSContextEnv context = core.openPage(&page, {});
-    // One that is under way when the library goes, and one that was let go before.
-    for (const bool starts : { true, false }) {
-        const vexlite::BoundObject documents = core.bindObject(context, QStringLiteral("CloudDoc"));
-        vexlite::Ref<IJSONValue> options = vexlite::makeScriptObject();
-        options->SetString(QStringLiteral("filePath"), QStringLiteral("/none"));
-        const KJSVariant handle = answerOf(
-            core, context, documents, u"createUploadFileTask", KJSVariant::fromUnknown(options.release()));
-        auto* sub = dynamic_cast<IJSSubObject*>(handle.raw().punkVal);
-        ASSERT_TRUE(sub);
-        const vexlite::BoundObject task = core.bindSubObject(context, sub->Object());
-        if (starts)
-            answerOf(core, context, task, u"start", {});
-    }
-    core.closePage(context);
-    unload();
-    QElapsedTimer goingOn;
-    for (goingOn.start(); goingOn.elapsed() < 1500;)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
 }
 
 } // namespace

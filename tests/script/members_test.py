@@ -27,8 +27,6 @@ ROWS = [
     ["a member for programs", ["members", "--json", "Log.logInfo"], "", [r'^\[\{"name":"logInfo","kind":"method",.*\}\]\n$'], 0],
     ["no such member", ["members", "Log.nothing"], "", [r'^novahost: OBJECT: there is no "Log\.nothing"; '], 2],
     ["the legend", ["members"], "", [r"\nTypes\n.*\n  any +any value", r"\nCategories.*\n  0x80000 +Account\n"], 0],
-    ["a difference", ["--without", "objectFactory", "members", "Log"], "",
-        [r"^NovaExtension\.Log  ", r"\nNovaExtension\.FileSystem\.File: described, but not published\n"], 1],
     ["hidden members are no difference", ["--deny", "0x40", "members", "Log"], "", [r"^NovaExtension\.Log  \(shared, 0 members\)\n$"], 0],
     ["a rejection in the trace", ["--trace", "eval", "NovaExtension.FileSystem.getFileMd5('/no')"], "",
         [r"\.getFileMd5  [0-9.]+ us  ok\n", r"(?m)^NovaExtension\.FileSystem\.getFileMd5  rejected: /no is not existed\n"], 1],

@@ -43,7 +43,11 @@ struct CloudRequest {
 
 class FakeCloudService final : public IKCloudIpcService {
 public:
-    FakeCloudService() { cloudIpc = this; }
+    FakeCloudService()
+    {
+        application(); // the way to it
+        cloudIpc = this;
+    }
     ~FakeCloudService() { cloudIpc = nullptr; }
     FakeCloudService(const FakeCloudService&) = delete;
     FakeCloudService& operator=(const FakeCloudService&) = delete;

@@ -8,6 +8,7 @@
 
 #include "host/vexlite/core.h"
 #include "host/vexlite/counted.h"
+#include "host/vexlite/pagefunction.h"
 #include "tests/support/values.h"
 
 #include <map>
@@ -15,7 +16,7 @@
 namespace support {
 
 /// A script function; what it does is up to the test.
-class FakeFunction final : public vexlite::Counted<IJSFunction, IID_IJSFunction> {
+class FakeFunction final : public vexlite::Counted<vexlite::PageFunction, IID_IJSFunction> {
 public:
     using Body = std::function<KResult(const JSApiArguments&)>;
 

@@ -83,7 +83,6 @@ TEST_F(Promises, OutliveTheCore)
 {
     pending();
     Core::stop();
-    EXPECT_EQ(static_cast<IJSPromise*>(promise.raw().punkVal)->Id(), 0);
     promise = {};
 }
 
@@ -104,7 +103,6 @@ TEST_F(Promises, AreSettledAtOnce)
     const auto fill = [&](KJSVariant& value) { value = makeText(QStringLiteral("why")); };
     ASSERT_EQ(service->CreateSettled(JSPromiseState::Rejected, first, fill, promise), KR_OK);
     EXPECT_EQ(promiseHandle(promise.raw().punkVal), firstPage.lastSettled);
-    EXPECT_EQ(static_cast<IJSPromise*>(promise.raw().punkVal)->Id(), 0);
     ASSERT_EQ(service->CreateSettled(JSPromiseState::Resolved, first, fill, promise), KR_OK);
     EXPECT_EQ(firstPage.settled, (Ends { "rejected: 3 why", "\"why\"" }));
     firstPage.makesPromises = false;

@@ -1,4 +1,5 @@
-// The published members of a class: what IJSExtentionObject::GetMemberTable gives to the JS core.
+// The published members of a class: what IJSExtentionObject::GetMemberTable gives to the JS core, and what only the
+// core looks into.
 #pragma once
 
 #include "vexlite/jsextension.h"

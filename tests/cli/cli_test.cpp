@@ -116,6 +116,37 @@ TEST(Repl, KeepsDeclarationsAndAwaits)
     EXPECT_TRUE(ended.errors.contains(QStringLiteral("TypeError")));
 }
 
+TEST(Run, LosesNoValueInSilence)
+{
+    const QTemporaryDir place;
+    ASSERT_TRUE(QDir(place.path()).mkpath(QStringLiteral("data/config-centre.json/file")));
+    const Ended ended = novahost(wordsOf(
+        QStringLiteral("--data DATA eval \"NovaExtension.ConfigCenter.setValue({key: 'c', value: 1})\""),
+        place));
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_TRUE(ended.errors.contains(QRegularExpression(QStringLiteral("novahost: .*1 change.*lost"))))
+        << ended.errors.toStdString();
+}
+
+TEST(Run, KeepsDeepValues)
+{
+    const QTemporaryDir place;
+    const QString deep =
+        QStringLiteral("--data DATA eval \"let d = 1; for (let i = 0; i < 990; ++i) d = i % 2 ? [d] : {d};");
+    EXPECT_TRUE(novahost(
+        wordsOf(deep + QStringLiteral("NovaExtension.ConfigCenter.setValue({key: 'c', value: d})\""), place))
+                    .out.contains(QStringLiteral("\"data\":true")));
+    EXPECT_EQ(
+        novahost(
+            wordsOf(deep
+                    + QStringLiteral(
+                        "JSON.stringify(NovaExtension.ConfigCenter.value({key: 'c', defaultValue: 0}).data) "
+                        "=== JSON.stringify(d)\""),
+                place))
+            .out,
+        QStringLiteral("true\n"));
+}
+
 TEST(Run, KeepsItsStateBelowTheDataDirectory)
 {
     const QTemporaryDir place;

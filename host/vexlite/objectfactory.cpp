@@ -13,7 +13,7 @@ void ObjectFactory::RegisterClass(const QString& scriptName, Creator creator)
     if (known != m_classes.end())
         known->creator = creator;
     else
-        m_classes.push_back({ makeOwnedText(scriptName), creator });
+        m_classes.push_back({ makeOwnedText(scriptName), creator, {} });
 }
 
 void ObjectFactory::UnregisterClass(const QString& scriptName)
@@ -39,14 +39,24 @@ QStringList ObjectFactory::classes() const
 }
 
 Ref<IJSExtentionObject> ObjectFactory::createUninitialised(
-    const QString& scriptName, IJSCreatable** creatable) const
+    const QString& scriptName, IJSCreatable** creatable)
 {
     *creatable = nullptr;
     const auto known = std::find_if(
         m_classes.begin(), m_classes.end(), [&](const Class& entry) { return entry.name == scriptName; });
     if (known == m_classes.end() || !known->creator)
         return {};
-    return Ref<IJSExtentionObject>::adopt(known->creator(creatable));
+    auto object = Ref<IJSExtentionObject>::adopt(known->creator(creatable));
+    if (object)
+        known->typeId = object->GetTypeId();
+    return object;
+}
+
+QString ObjectFactory::nameOf(IJSExtentionObject* object) const
+{
+    const auto known = std::find_if(m_classes.begin(), m_classes.end(),
+        [id = object->GetTypeId()](const Class& entry) { return entry.typeId == id; });
+    return known != m_classes.end() ? known->name : QString();
 }
 
 } // namespace vexlite

@@ -3,6 +3,7 @@
 
 #include "host/vexlite/core.h"
 
+#include <optional>
 #include <vector>
 
 namespace vexlite {
@@ -16,12 +17,15 @@ public:
 
     QStringList classes() const;
     /// Null when the class is unknown, or its creator makes no object that can be initialised.
-    Ref<IJSExtentionObject> createUninitialised(const QString& scriptName, IJSCreatable** creatable) const;
+    Ref<IJSExtentionObject> createUninitialised(const QString& scriptName, IJSCreatable** creatable);
+    /// The script name of the class of an object that was made here; empty for another one.
+    QString nameOf(IJSExtentionObject* object) const;
 
 private:
     struct Class {
         QString name;
         Creator creator;
+        std::optional<std::int64_t> typeId; ///< of its objects, since the first was made
     };
 
     std::vector<Class> m_classes; ///< in the order of their registration

@@ -42,6 +42,7 @@ SyntaxError: eval "1 +" -> 1 || SyntaxError
 Exit: eval exit(7) -> 7
 Traced: eval "NovaExtension.Log.logInfo({moduleName: 'm', logStr: 's'})" --trace -> 0 success || NovaExtension\.Log\.logInfo .* us  ok
 TracedFailure: eval NovaExtension.Log.logInfo() --trace -> 1 || failed: missing required parameters\.
+HandedOutNames: eval "[NovaExtension.SettingsManager.settings({format: 0}), NovaExtension.Account.Privilege, NovaExtension.FileSystem.File({path: '/etc/passwd'}), NovaExtension.CloudDoc.Orbitapi].map(String)" -> 0 ^\["\[object NovaExtension.SettingsManager.Settings\]","\[object NovaExtension.Account.Privilege\]","\[object NovaExtension.FileSystem.File\]","\[object NovaExtension.CloudDoc.Orbitapi\]"\]\n$
 Denied: --deny 0x40 eval "typeof NovaExtension.Log.logInfo" -> 0 ^"undefined"\n$
 NotDenied: --deny 0x80 eval "typeof NovaExtension.Log.logInfo" -> 0 ^"function"\n$
 )js")),

@@ -129,6 +129,22 @@ TEST(Run, LosesNoValueInSilence)
         << ended.errors.toStdString();
 }
 
+TEST(Run, SurvivesTheLimitOfItsFiles)
+{
+    const QTemporaryDir place;
+    writeFile(place, "large", QByteArray(100'000, 'x').constData());
+    QProcess process;
+    process.setWorkingDirectory(place.path());
+    process.start(QStringLiteral("/bin/sh"),
+        { QStringLiteral("-c"), QStringLiteral("ulimit -f 64; exec \"$0\" \"$@\""), QStringLiteral(NOVAHOST),
+            QStringLiteral("eval"),
+            QStringLiteral("NovaExtension.FileSystem.copy({path: '%1/large', newPath: '%1/copy'}).data")
+                .arg(place.path()) });
+    const Ended ended = endOf(process);
+    EXPECT_EQ(ended.out + ended.errors, QStringLiteral("false\n"));
+    EXPECT_FALSE(QFile::exists(place.filePath(QStringLiteral("copy"))));
+}
+
 TEST(Run, KeepsDeepValues)
 {
     const QTemporaryDir place;

@@ -34,7 +34,8 @@ QString formatStep(const QString& key)
 
 QString withArticle(const QString& kind)
 {
-    const bool vowel = QStringLiteral("AEIOU").contains(kind.isEmpty() ? QChar() : kind[0]);
+    // All that begin with U are spoken with a consonant: a Uint8Array.
+    const bool vowel = QStringLiteral("AEIO").contains(kind.isEmpty() ? QChar() : kind[0]);
     return (vowel ? QStringLiteral("an ") : QStringLiteral("a ")) + kind;
 }
 

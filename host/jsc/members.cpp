@@ -137,6 +137,12 @@ JSValueRef callMember(JSContextRef ctx, JSObjectRef function, JSObjectRef thisOb
         *exception = answer.thrown;
         return JSValueMakeUndefined(ctx);
     }
+    if (member->access == JSAccess::PropertyGet && JSValueIsObject(ctx, answer.value)
+        && page.wrappers().find(asObject(answer.value))) {
+        const Prelude& prelude = page.prelude();
+        prelude.call(prelude.keepValue, nullptr, JSValueRef { thisObject }, makeString(ctx, member->name),
+            answer.value);
+    }
     // Last: destroying an object of the call may have called members.
     page.prelude().signals->isEnveloped = answer.isEnveloped;
     return answer.value;

@@ -53,6 +53,7 @@ void Prelude::load(JSGlobalContextRef ctx, JSObjectRef native)
     bindRoot = take("bindRoot");
     makeClass = take("makeClass");
     addGetter = take("addGetter");
+    keepValue = take("keepValue");
     spread = take("spread");
     bare = take("bare");
     m_makeError = take("makeError");

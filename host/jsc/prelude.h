@@ -44,6 +44,7 @@ public:
     JSObjectRef bindRoot = nullptr;
     JSObjectRef makeClass = nullptr;
     JSObjectRef addGetter = nullptr;
+    JSObjectRef keepValue = nullptr;
     JSObjectRef spread = nullptr;
     JSObjectRef bare = nullptr;
 

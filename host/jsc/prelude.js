@@ -29,6 +29,8 @@
     const indexOf = uncurry(String.prototype.indexOf);
     const startsWith = uncurry(String.prototype.startsWith);
     const then = uncurry(Promise.prototype.then);
+    const weakGet = uncurry(WeakMap.prototype.get);
+    const weakSet = uncurry(WeakMap.prototype.set);
     const tagSymbol = Symbol.toStringTag;
 
     const isObject = (value) => (typeof value === 'object' && value !== null) || typeof value === 'function';
@@ -426,10 +428,21 @@
     const addGetter = (prototype, name, get) =>
         defineProperty(prototype, name, { __proto__: null, get, enumerable: true, configurable: true });
 
+    // An object stays the value of a property, with all that the page puts on it, as long as the owner is there.
+    const values = new WeakMap();
+    const keepValue = (owner, name, value) => {
+        let kept = weakGet(values, owner);
+        if (!kept) {
+            kept = { __proto__: null };
+            weakSet(values, owner, kept);
+        }
+        kept[name] = value;
+    };
+
     return {
         __proto__: null, nativePrototype, signalArray, keys: listKeys, languagePrototypes, objectPrototype, makeError,
         errorFromObject, makeTypeError, makeRangeError, describeError, settle, settleWith, run, fail, propertyNames,
-        afterThis, makeProcess, makeRoot, bindRoot, makeClass, addGetter,
+        afterThis, makeProcess, makeRoot, bindRoot, makeClass, addGetter, keepValue,
         spread: (callee, values) => apply(callee, undefined, values), bare: () => ({ __proto__: null }),
     };
 })

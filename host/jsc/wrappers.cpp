@@ -90,7 +90,8 @@ JSObjectRef Wrappers::wrap(IJSExtentionObject* object, const QString& name, KRes
     status = bound.status;
     if (status != KR_OK || !bound.object || !bound.members)
         return nullptr;
-    return make(std::move(bound), name, false);
+    const QString known = bound.name;
+    return make(std::move(bound), known.isEmpty() ? name : known, false);
 }
 
 JSObjectRef Wrappers::make(vexlite::BoundObject bound, const QString& name, bool stays)

@@ -40,7 +40,7 @@ public:
     /// Binds that object, or returns its existing wrapper. Null with `exception` set on failure.
     JSValueRef touch(JSObjectRef getter, JSValueRef* exception);
     /// The wrapper of an object that a call returned, the same one as long as script holds it. `name` is the
-    /// script name for its class if that is new. Null, with the reason in `status`, when it can not be bound.
+    /// script name for its class if that is new and the core knows none. Null, with the reason in `status`, when it can not be bound.
     JSObjectRef wrap(IJSExtentionObject* object, const QString& name, KResult& status);
 
     /// The wrapper record of a script object, or null.

@@ -131,15 +131,34 @@ std::optional<bool> toBool(const MVARIANT& source)
     return *number != 0;
 }
 
-/// The shortest digits that parse to the same number, with an exponent only for very large or small numbers.
+/// As script prints it: the shortest digits that parse to the same number, with an exponent only for very large or
+/// small numbers.
 std::string formatShortest(double value)
 {
-    const double size = std::fabs(value);
-    const bool written = size == 0 || (size >= 1e-6 && size < 1e21);
+    if (value == 0)
+        return "0";
     char text[64];
-    const auto done = std::to_chars(
-        text, std::end(text), value, written ? std::chars_format::fixed : std::chars_format::scientific);
-    return { text, done.ptr };
+    const auto done = std::to_chars(text, std::end(text), std::fabs(value), std::chars_format::scientific);
+    const std::string_view scientific(text, static_cast<std::size_t>(done.ptr - text));
+    const std::size_t exponentAt = scientific.find('e');
+    std::string digits(scientific.substr(0, exponentAt));
+    digits.erase(1, 1); // the point, if there is one
+    int exponent = 0;
+    const std::size_t numberAt = exponentAt + (scientific[exponentAt + 1] == '+' ? 2 : 1);
+    std::from_chars(text + numberAt, done.ptr, exponent);
+
+    const std::string sign = value < 0 ? "-" : "";
+    if (exponent < -6 || exponent >= 21) {
+        const std::string fraction = digits.size() > 1 ? '.' + digits.substr(1) : "";
+        return sign + digits[0] + fraction + (exponent < 0 ? "e-" : "e+")
+            + std::to_string(std::abs(exponent));
+    }
+    if (exponent < 0)
+        return sign + "0." + std::string(static_cast<std::size_t>(-exponent - 1), '0') + digits;
+    const auto whole = static_cast<std::size_t>(exponent) + 1;
+    if (digits.size() <= whole)
+        return sign + digits + std::string(whole - digits.size(), '0');
+    return sign + digits.substr(0, whole) + '.' + digits.substr(whole);
 }
 
 KResult storeText(MVARIANT& target, std::u16string_view text)

@@ -6,11 +6,14 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QLockFile>
 #include <QLoggingCategory>
 #include <QSaveFile>
+#include <cerrno>
+#include <fcntl.h>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
+#include <thread>
+#include <unistd.h>
 
 namespace krt {
 
@@ -21,9 +24,58 @@ using nlohmann::json;
 Q_LOGGING_CATEGORY(centreLog, "krt.kcc")
 
 constexpr int Format = 1;
-/// How long to wait for another process to finish its update.
-constexpr int LockTimeoutMs = 2000;
-constexpr int StaleLockMs = 10000;
+constexpr std::chrono::milliseconds PollInterval(2);
+
+/// A process's turn to update the file; others wait. The system ends it with the process. Only one of those who
+/// wait is next, and who has just had a turn waits until that one has had its own: so nobody is left out.
+class Turn {
+public:
+    Turn(const QString& path, std::chrono::milliseconds patience)
+        : m_fd(open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600))
+        , m_end(std::chrono::steady_clock::now() + patience)
+    {
+        m_has = m_fd >= 0 && waitFor(Next) && waitFor(Current);
+        if (m_fd >= 0)
+            lock(Next, F_UNLCK);
+    }
+    ~Turn()
+    {
+        if (m_fd >= 0)
+            close(m_fd);
+    }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+    explicit operator bool() const { return m_has; }
+
+private:
+    enum Place : off_t { Next, Current };
+
+    bool lock(Place place, short type) const
+    {
+        struct flock range = {};
+        range.l_type = type;
+        range.l_whence = SEEK_SET;
+        range.l_start = place;
+        range.l_len = 1;
+        return fcntl(m_fd, F_OFD_SETLK, &range) == 0;
+    }
+
+    bool waitFor(Place place) const
+    {
+        while (!lock(place, F_WRLCK)) {
+            if ((errno != EAGAIN && errno != EACCES && errno != EINTR)
+                || std::chrono::steady_clock::now() > m_end)
+                return false;
+            std::this_thread::sleep_for(PollInterval);
+        }
+        return true;
+    }
+
+    int m_fd;
+    std::chrono::steady_clock::time_point m_end;
+    bool m_has = false;
+};
 
 void readGroup(const json& group, const QString& userId, CentreValues& values)
 {
@@ -105,14 +157,14 @@ bool CentreFile::read(CentreValues& values)
     return update(values, {});
 }
 
-bool CentreFile::update(CentreValues& values, const CentreChanges& changes)
+bool CentreFile::update(
+    CentreValues& values, const CentreChanges& changes, std::chrono::milliseconds patience)
 {
     if (m_path.isEmpty())
         return false;
     QDir().mkpath(QFileInfo(m_path).path());
-    QLockFile lock(m_path + QStringLiteral(".lock"));
-    lock.setStaleLockTime(StaleLockMs);
-    if (!lock.tryLock(LockTimeoutMs)) {
+    const Turn turn(m_path + QStringLiteral(".lock"), patience);
+    if (!turn) {
         qCWarning(centreLog, "%s can not be locked", qPrintable(m_path));
         return false;
     }

@@ -4,6 +4,7 @@
 #include <QMap>
 #include <QString>
 #include <QVariant>
+#include <chrono>
 #include <optional>
 
 namespace krt {
@@ -35,8 +36,9 @@ public:
     /// `values` unchanged, when the file can not be read or renamed.
     bool read(CentreValues& values);
     /// Reads the file into `values` as above, applies `changes`, and replaces the file atomically. False,
-    /// with `values` unchanged, when that fails.
-    bool update(CentreValues& values, const CentreChanges& changes);
+    /// with `values` unchanged, when that fails, or when other processes do not let it within `patience`.
+    bool update(CentreValues& values, const CentreChanges& changes,
+        std::chrono::milliseconds patience = std::chrono::seconds(5));
 
 private:
     enum class Found { Whole, Damaged, Unreadable };

@@ -7,9 +7,11 @@
 #include "host/profile/profile.h"
 
 #include <QCoreApplication>
+#include <QLoggingCategory>
 #include <QObject>
 #include <QQueue>
 #include <QTimer>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -21,12 +23,16 @@ namespace {
 
 constexpr int WriteDelayMs = 200;
 constexpr int RetryDelayMs = 5000;
+/// At the end there is no later.
+constexpr std::chrono::seconds LastPatience(15);
+
+Q_LOGGING_CATEGORY(centreLog, "krt.kcc")
 
 /// The values of one data directory: those last read from the file, with pending changes applied.
 class Centre : public QObject {
 public:
     Centre();
-    ~Centre() override { writePending(); }
+    ~Centre() override { leaveFile(); }
 
     /// Switches to the current data directory.
     void useDataDirectory();
@@ -35,8 +41,10 @@ public:
     bool contains(const CentreKey& key) const { return m_values.contains(key); }
     void change(const CentreKey& key, const std::optional<QVariant>& value);
     /// Writes `changes` and all pending ones.
-    bool write(const CentreChanges& changes);
+    bool write(const CentreChanges& changes) { return write(changes, std::chrono::seconds(5)); }
     bool writePending() { return m_pending.isEmpty() || write({}); }
+    bool writeLast() { return m_pending.isEmpty() || write({}, LastPatience); }
+    int pendingChanges() const { return m_pending.size(); }
     void readAgain();
 
     void complete(Completion completion, bool success, const QString& key, const QVariant& value,
@@ -44,6 +52,9 @@ public:
     void runCompletions();
 
 private:
+    bool write(const CentreChanges& changes, std::chrono::milliseconds patience);
+    void leaveFile();
+
     CentreFile m_file { {} };
     CentreValues m_values;
     CentreChanges m_pending;
@@ -87,11 +98,17 @@ void Centre::useDataDirectory()
     const QString path = directory.isEmpty() ? QString() : directory + QStringLiteral("/config-centre.json");
     if (path == m_file.path())
         return;
-    writePending();
-    m_pending.clear();
+    leaveFile();
     m_values.clear();
     m_file = CentreFile(path);
     m_file.read(m_values);
+}
+
+void Centre::leaveFile()
+{
+    if (!writePending())
+        qCWarning(centreLog, "%d changes of %s are lost", m_pending.size(), qPrintable(m_file.path()));
+    m_pending.clear();
 }
 
 void Centre::change(const CentreKey& key, const std::optional<QVariant>& value)
@@ -106,12 +123,12 @@ void Centre::change(const CentreKey& key, const std::optional<QVariant>& value)
         m_timer.start(WriteDelayMs);
 }
 
-bool Centre::write(const CentreChanges& changes)
+bool Centre::write(const CentreChanges& changes, std::chrono::milliseconds patience)
 {
     CentreChanges all = m_pending;
     for (auto change = changes.begin(); change != changes.end(); ++change)
         all[change.key()] = change.value();
-    if (!m_file.update(m_values, all))
+    if (!m_file.update(m_values, all, patience))
         return false;
     m_pending.clear();
     m_timer.stop();
@@ -210,9 +227,14 @@ bool shutdown()
 {
     if (!slot())
         return true;
-    const bool written = slot()->writePending();
+    const bool written = slot()->writeLast();
     slot()->runCompletions();
     return written;
+}
+
+int pendingChanges()
+{
+    return slot() ? slot()->pendingChanges() : 0;
 }
 
 } // namespace krt::kcc

@@ -46,12 +46,9 @@ public:
         if (m_fd < 0 || statx(m_fd, "", AT_EMPTY_PATH, STATX_TYPE | STATX_INO | STATX_BTIME, &found) != 0)
             return;
         m_mode = found.stx_mode;
-        m_id =
-            FileId { (std::uint64_t(found.stx_dev_major) << 32) | found.stx_dev_minor, found.stx_ino, 0, 0 };
-        if (found.stx_mask & STATX_BTIME) {
-            m_id->madeSeconds = found.stx_btime.tv_sec;
-            m_id->madeNanoseconds = found.stx_btime.tv_nsec;
-        }
+        const bool knowsTime = found.stx_mask & STATX_BTIME;
+        m_id.emplace((std::uint64_t(found.stx_dev_major) << 32) | found.stx_dev_minor, found.stx_ino,
+            knowsTime ? found.stx_btime.tv_sec : 0, knowsTime ? found.stx_btime.tv_nsec : 0);
     }
     ~Known()
     {

@@ -4,26 +4,21 @@
 #include <QString>
 #include <QStringList>
 #include <chrono>
-#include <compare>
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 namespace krt {
 
-/// A file or directory, whatever its name. The time of its making tells it from a later one that got its number.
-struct FileId {
-    std::uint64_t device = 0;
-    std::uint64_t inode = 0;
-    std::int64_t madeSeconds = 0;
-    std::uint32_t madeNanoseconds = 0;
-    auto operator<=>(const FileId&) const = default;
-};
+/// A file or directory, whatever its name: device, inode, and when it was made in seconds and nanoseconds, which
+/// tells it from a later one that got its number.
+using FileId = std::tuple<std::uint64_t, std::uint64_t, std::int64_t, std::uint32_t>;
 
 /// Files and directories, which need not exist. Each is known by its names and by where they lead when it is
 /// added: by every directory on the way and the names that are left there. Not thread-safe.

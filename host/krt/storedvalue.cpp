@@ -17,7 +17,7 @@ namespace {
 
 using nlohmann::json;
 
-constexpr int MaxDepth = 200;
+constexpr int MaxDepth = 1000;
 constexpr QChar Escape(0xffff);
 constexpr int EscapeDigits = 4;
 

@@ -15,7 +15,7 @@ std::string encodeText(const QString& text);
 QString decodeText(const std::string& stored);
 
 /// Encodes booleans, 32-bit and 64-bit integers, doubles, strings, lists, maps, null (nullptr_t) and
-/// undefined (invalid), up to 200 levels deep. Nothing for a value with anything else in it.
+/// undefined (invalid), up to 1,000 levels deep. Nothing for a value with anything else in it.
 std::optional<nlohmann::json> encodeValue(const QVariant& value);
 /// Throws nlohmann::json::exception or std::invalid_argument for JSON that encodeValue() never makes.
 QVariant decodeValue(const nlohmann::json& stored);

@@ -5,6 +5,7 @@
 #include "host/novahost/script.h"
 #include "host/novahost/signals.h"
 
+#include "host/krt/centre.h"
 #include "host/profile/directories.h"
 #include "host/suite/dialogs/dialoganswers.h"
 #include "host/suite/play.h"
@@ -51,6 +52,21 @@ void printMessage(QtMsgType type, const QMessageLogContext& context, const QStri
         s_print(type, context, message);
 }
 
+int run(novahost::Suite& suite, const novahost::Options& options, novahost::Signals& signals)
+{
+    switch (options.command) {
+    case novahost::Command::Run:
+        return signals.exitCode(novahost::runScript(suite, options));
+    case novahost::Command::Eval:
+        return signals.exitCode(novahost::evalExpression(suite, options));
+    case novahost::Command::Repl:
+        return novahost::runRepl(suite, options, signals);
+    case novahost::Command::Members:
+        return novahost::listMembers(suite, options);
+    }
+    return novahost::UsageError;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -83,15 +99,12 @@ int main(int argc, char** argv)
     // Started before the page's script; a step's time can not end before the script returns to the event
     // loop.
     QTimer::singleShot(0, [&] { play.begin(); });
-    switch (options->command) {
-    case novahost::Command::Run:
-        return signals.exitCode(novahost::runScript(*suite, *options));
-    case novahost::Command::Eval:
-        return signals.exitCode(novahost::evalExpression(*suite, *options));
-    case novahost::Command::Repl:
-        return novahost::runRepl(*suite, *options, signals);
-    case novahost::Command::Members:
-        return novahost::listMembers(*suite, *options);
-    }
-    return novahost::UsageError;
+    exitCode = run(*suite, *options, signals);
+    // Before the application ends, which writes them for the last time: there is still somebody to report to.
+    if (krt::kcc::shutdown())
+        return exitCode;
+    const int lost = krt::kcc::pendingChanges();
+    return novahost::fail(exitCode == 0 ? novahost::Failure : exitCode,
+        QStringLiteral("%1 %2 of ConfigCenter can not be stored and may be lost")
+            .arg(QString::number(lost), lost == 1 ? QStringLiteral("change") : QStringLiteral("changes")));
 }

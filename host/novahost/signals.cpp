@@ -62,6 +62,11 @@ bool Signals::hold()
         signal.ignored = before.sa_handler == SIG_IGN;
     }
     setHandler(note);
+    // A file at its size limit is an error like a full disk. Not ignored: programs that pages start would inherit that.
+    struct sigaction action = {};
+    action.sa_handler = [](int) {};
+    action.sa_flags = SA_RESTART;
+    sigaction(SIGXFSZ, &action, nullptr);
     return true;
 }
 

@@ -1,5 +1,7 @@
 #include "host/suite/fileuse.h"
 
+#include "host/suite/showntext.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -41,11 +43,11 @@ QString findWriteError(const QString& path)
 {
     const QFileInfo info(path);
     if (!info.dir().exists())
-        return QStringLiteral("The folder \"%1\" does not exist.").arg(info.path());
+        return QStringLiteral("The folder %1 does not exist.").arg(showPath(info.path()));
     if (info.isDir())
-        return QStringLiteral("\"%1\" is a folder.").arg(path);
+        return QStringLiteral("%1 is a folder.").arg(showPath(path));
     if (!canUse(path, FileUse::Writes))
-        return QStringLiteral("\"%1\" can not be written to.").arg(path);
+        return QStringLiteral("%1 can not be written to.").arg(showPath(path));
     return {};
 }
 

@@ -6,6 +6,7 @@
 #include "host/suite/dialogs/dialoganswers.h"
 #include "host/suite/dialogs/modal.h"
 #include "host/suite/fileuse.h"
+#include "host/suite/showntext.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -98,8 +99,8 @@ private:
             const auto answer = dialogs::takeAnswer(profile::DialogKind::Access);
             return answer && answer->accept;
         }
-        const QString question =
-            QStringLiteral("A page wants to %1 \"%2\". Allow this?").arg(describeUse(use), target);
+        const QString question = QStringLiteral("A page wants to %1 %2. Allow this?")
+                                     .arg(describeUse(use), suite::showPath(target));
         return dialogs::ask(nullptr, QMessageBox::Question, QStringLiteral("Access to files"), question,
                    QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
             == QMessageBox::Yes;
@@ -107,7 +108,7 @@ private:
 
     static void reportRefusal(const QString& file)
     {
-        const QString text = QStringLiteral("A page gets no access to \"%1\".").arg(file);
+        const QString text = QStringLiteral("A page gets no access to %1.").arg(suite::showPath(file));
         if (dialogs::areAnswered())
             dialogs::warn(text);
         else

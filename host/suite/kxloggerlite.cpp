@@ -4,6 +4,7 @@
 
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
+#include "host/suite/showntext.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -19,34 +20,9 @@ namespace {
 
 using Sink = spdlog::sinks::rotating_file_sink_st;
 
-/// Escapes what would break a line or a field: "\n", "\t", "\\", and "\u2028" for other controls and
-/// separators.
 std::string escape(const std::wstring& text)
 {
-    QString result;
-    for (const QChar unit : QString::fromStdWString(text)) {
-        switch (unit.unicode()) {
-        case '\\':
-            result += QLatin1String("\\\\");
-            break;
-        case '\n':
-            result += QLatin1String("\\n");
-            break;
-        case '\r':
-            result += QLatin1String("\\r");
-            break;
-        case '\t':
-            result += QLatin1String("\\t");
-            break;
-        default:
-            if (unit.category() == QChar::Other_Control || unit.category() == QChar::Separator_Line
-                || unit.category() == QChar::Separator_Paragraph)
-                result += QStringLiteral("\\u%1").arg(unit.unicode(), 4, 16, QLatin1Char('0'));
-            else
-                result += unit;
-        }
-    }
-    return result.toStdString();
+    return suite::escapeText(QString::fromStdWString(text)).toStdString();
 }
 
 /// The open file, with the settings that it was opened with.

@@ -107,7 +107,9 @@ public:
 
     BoundObject bindSubObject(const JSContextEnv& context, IJSExtentionObject* object) override
     {
-        return addMembers(context, Ref<IJSExtentionObject>::share(object));
+        BoundObject bound = addMembers(context, Ref<IJSExtentionObject>::share(object));
+        bound.name = m_objects.nameOf(object);
+        return bound;
     }
 
     QStringList creatableClasses() const override { return m_objects.classes(); }

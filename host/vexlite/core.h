@@ -60,6 +60,7 @@ struct BoundObject {
     Ref<IJSExtentionObject> object;
     Ref<IJSMemberList> members;
     KResult status = KR_NOT_AVAILABLE;
+    QString name {}; ///< the script name of its class, where the object factory has made it
 };
 
 /// The properties of the browser that shows a page; see IVEXBrowser.

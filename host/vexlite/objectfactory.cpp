@@ -13,7 +13,7 @@ void ObjectFactory::RegisterClass(const QString& scriptName, Creator creator)
     if (known != m_classes.end())
         known->creator = creator;
     else
-        m_classes.push_back({ makeOwnedText(scriptName), creator });
+        m_classes.push_back({ makeOwnedText(scriptName), creator, {} });
 }
 
 void ObjectFactory::UnregisterClass(const QString& scriptName)
@@ -29,6 +29,8 @@ IJSExtentionObject* ObjectFactory::Create(const QString& scriptName, const JSCon
         return nullptr;
     IJSCreatable* creatable = nullptr;
     IJSExtentionObject* object = known->creator(&creatable);
+    if (object)
+        known->typeId = object->GetTypeId();
     if (object && creatable)
         creatable->Initialise(options);
     return object;
@@ -40,6 +42,13 @@ QStringList ObjectFactory::classes() const
     for (const Class& entry : m_classes)
         names.append(entry.name);
     return names;
+}
+
+QString ObjectFactory::nameOf(IJSExtentionObject* object) const
+{
+    const auto known = std::find_if(m_classes.begin(), m_classes.end(),
+        [id = object->GetTypeId()](const Class& entry) { return entry.typeId == id; });
+    return known != m_classes.end() ? known->name : QString();
 }
 
 } // namespace vexlite

@@ -3,6 +3,7 @@
 
 #include "host/vexlite/core.h"
 
+#include <optional>
 #include <vector>
 
 namespace vexlite {
@@ -15,11 +16,14 @@ public:
         const QString& scriptName, const JSContextEnv& context, IJSONValue* options) override;
 
     QStringList classes() const;
+    /// The script name of the class of an object that was made here; empty for another one.
+    QString nameOf(IJSExtentionObject* object) const;
 
 private:
     struct Class {
         QString name;
         Creator creator;
+        std::optional<std::int64_t> typeId; ///< of its objects, since the first was made
     };
 
     std::vector<Class> m_classes; ///< in the order of their registration

@@ -42,6 +42,7 @@ SyntaxError: eval "1 +" -> 1 || SyntaxError
 Exit: eval exit(7) -> 7
 Traced: eval "NovaExtension.Log.logInfo({moduleName: 'm', logStr: 's'})" --trace -> 0 success || NovaExtension\.Log\.logInfo .* us  ok
 TracedFailure: eval NovaExtension.Log.logInfo() --trace -> 1 || failed: missing required parameters\.
+HandedOutNames: eval "[NovaExtension.SettingsManager.settings({format: 0}), NovaExtension.Account.Privilege, NovaExtension.FileSystem.File({path: '/etc/passwd'}), NovaExtension.CloudDoc.Orbitapi].map(String)" -> 0 ^\["\[object NovaExtension.SettingsManager.Settings\]","\[object NovaExtension.Account.Privilege\]","\[object NovaExtension.FileSystem.File\]","\[object NovaExtension.CloudDoc.Orbitapi\]"\]\n$
 Denied: --deny 0x40 eval "typeof NovaExtension.Log.logInfo" -> 0 ^"undefined"\n$
 NotDenied: --deny 0x80 eval "typeof NovaExtension.Log.logInfo" -> 0 ^"function"\n$
 )js")),
@@ -114,6 +115,53 @@ TEST(Repl, KeepsDeclarationsAndAwaits)
     EXPECT_TRUE(ended.out.contains(QRegularExpression(QStringLiteral("21\n.*x.*20.*\n42\n"))))
         << ended.out.toStdString();
     EXPECT_TRUE(ended.errors.contains(QStringLiteral("TypeError")));
+}
+
+TEST(Run, LosesNoValueInSilence)
+{
+    const QTemporaryDir place;
+    ASSERT_TRUE(QDir(place.path()).mkpath(QStringLiteral("data/config-centre.json/file")));
+    const Ended ended = novahost(wordsOf(
+        QStringLiteral("--data DATA eval \"NovaExtension.ConfigCenter.setValue({key: 'c', value: 1})\""),
+        place));
+    EXPECT_EQ(ended.code, 1);
+    EXPECT_TRUE(ended.errors.contains(QRegularExpression(QStringLiteral("novahost: .*1 change.*lost"))))
+        << ended.errors.toStdString();
+}
+
+TEST(Run, SurvivesTheLimitOfItsFiles)
+{
+    const QTemporaryDir place;
+    writeFile(place, "large", QByteArray(100'000, 'x').constData());
+    QProcess process;
+    process.setWorkingDirectory(place.path());
+    process.start(QStringLiteral("/bin/sh"),
+        { QStringLiteral("-c"), QStringLiteral("ulimit -f 64; exec \"$0\" \"$@\""), QStringLiteral(NOVAHOST),
+            QStringLiteral("eval"),
+            QStringLiteral("NovaExtension.FileSystem.copy({path: '%1/large', newPath: '%1/copy'}).data")
+                .arg(place.path()) });
+    const Ended ended = endOf(process);
+    EXPECT_EQ(ended.out + ended.errors, QStringLiteral("false\n"));
+    EXPECT_FALSE(QFile::exists(place.filePath(QStringLiteral("copy"))));
+}
+
+TEST(Run, KeepsDeepValues)
+{
+    const QTemporaryDir place;
+    const QString deep =
+        QStringLiteral("--data DATA eval \"let d = 1; for (let i = 0; i < 990; ++i) d = i % 2 ? [d] : {d};");
+    EXPECT_TRUE(novahost(
+        wordsOf(deep + QStringLiteral("NovaExtension.ConfigCenter.setValue({key: 'c', value: d})\""), place))
+                    .out.contains(QStringLiteral("\"data\":true")));
+    EXPECT_EQ(
+        novahost(
+            wordsOf(deep
+                    + QStringLiteral(
+                        "JSON.stringify(NovaExtension.ConfigCenter.value({key: 'c', defaultValue: 0}).data) "
+                        "=== JSON.stringify(d)\""),
+                place))
+            .out,
+        QStringLiteral("true\n"));
 }
 
 TEST(Run, KeepsItsStateBelowTheDataDirectory)

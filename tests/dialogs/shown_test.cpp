@@ -197,9 +197,24 @@ TEST_F(Shown, AccessIsAskedForAndItsRefusalShown)
         EXPECT_FALSE(ask(true));
         EXPECT_FALSE(ask(false)) << "without a further box";
     }
-    const User user("box Yes");
-    EXPECT_TRUE(ask(true));
-    EXPECT_TRUE(ask(true)) << "the user is asked once";
+    {
+        const User user("box Yes");
+        EXPECT_TRUE(ask(true));
+        EXPECT_TRUE(ask(true)) << "the user is asked once";
+    }
+    // A name can not write a question of its own, in whichever box it is shown.
+    QStringList texts;
+    const User user("look; box No; look; box OK",
+        [&](QDialog& dialog) { texts << static_cast<QMessageBox&>(dialog).text(); });
+    const QString hostile =
+        path("a\"? \n\n\u202ellA\u2028/") + QString(2000, u'n') + QStringLiteral("/last.txt");
+    GetAccessManager()->StartAccess(reinterpret_cast<const char16_t*>(hostile.utf16()), true, 2, true);
+    for (const QString& text : texts) {
+        EXPECT_TRUE(text.contains(QStringLiteral("/a\\\"? \\n\\n\\u202ellA\\u2028/nn")))
+            << text.toStdString();
+        EXPECT_TRUE(text.contains(QStringLiteral("nn/last.txt\"")) && text.size() < 300)
+            << text.toStdString();
+    }
 }
 
 TEST_F(Shown, AccountsAreChosenOnceAndLater)

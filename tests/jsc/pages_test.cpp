@@ -33,6 +33,18 @@ TEST_F(PageTest, SettledPromisesAndWrappersAreCollected)
     EXPECT_LT(run("return all.filter((one) => one.deref()).length").text.toInt(), 40);
 }
 
+TEST_F(PageTest, WhatAPagePutsOnTheObjectOfAPropertyStays)
+{
+    run("NovaExtension.Probe.own = 1; NovaExtension.Probe.Child.own = 2; NovaExtension.Probe.Child.back = NovaExtension.Probe");
+    for (int round = 0; round < 3; ++round) {
+        run("for (let i = 0; i < 100000; ++i) ({})");
+        engine->collectGarbage();
+    }
+    EXPECT_EQ(
+        run("const p = NovaExtension.Probe; return [p.own, p.Child.own, p.Child.back === p].join()").text,
+        QStringLiteral("1,2,true"));
+}
+
 // Names are kept by the page from the second time on, all but long ones, and those of many objects displace
 // each other.
 TEST_F(PageTest, SameNamesAgainAndAgain)

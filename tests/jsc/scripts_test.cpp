@@ -116,7 +116,7 @@ ByReference: return p.native('reference') -> 9
 ErrorValue: return p.native('error') -> !the answer is the error 0x80000002
 ObjectsOfTheLanguageAreRefused: return [new Date, new Set, /x/, Promise.resolve(), new Uint8Array(8), new RangeError('x'), Object('x'), (function* () { })()]
     .map((x) => { try { p.take(x) } catch (e) { return e.msg.split(' ').slice(0, 4).join(' ') } }).join()
- -> "argument 1: a Date,argument 1: a Set,argument 1: a RegExp,argument 1: a Promise,argument 1: an Uint8Array,argument 1: a RangeError,argument 1: a String,argument 1: a Generator"
+ -> "argument 1: a Date,argument 1: a Set,argument 1: a RegExp,argument 1: a Promise,argument 1: a Uint8Array,argument 1: a RangeError,argument 1: a String,argument 1: a Generator"
 FunctionsAndNativesAsThemselves: const f = () => 1; return [e(f) === f, e([f])[0] === f, e(p) === p] -> [true,true,true]
 Envelope: return e({ data: 'x', success: true }) -> {"data":"x","success":true}
 EnvelopeWithoutData: const x = e({ data: undefined, success: true }); return [Object.keys(x), x.data === undefined] -> [["data","success"],true]

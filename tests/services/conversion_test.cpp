@@ -79,6 +79,9 @@ narrow 1e999 -> double fails; wide true -> bool true; narrow false -> bool 0; wi
 wide 0 -> bool 0; wide yes -> bool fails; int32 0 -> bool 0; int64 9223372036854775807 -> bool true
 double nan -> bool fails; int64 -9223372036854775808 -> string -9223372036854775808; double 0.1 -> string 0.1
 double 100000 -> string 100000; double 1.7976931348623157e+308 -> string 1.7976931348623157e+308
+double 1e-6 -> string 0.000001; double 1e-7 -> string 1e-7; double -1.5e-9 -> string -1.5e-9; double 0.00012 -> string 0.00012
+double 1e21 -> string 1e+21; double 1.2345678901234567e20 -> string 123456789012345670000; double -0.0 -> string 0
+double -12.5 -> string -12.5; double 123456 -> string 123456
 double inf -> string fails; bool true -> string true; narrow hé -> string hé; string -> string
 null -> bool fails; error -> string fails; object -> string fails; wide a -> dispatch fails; wide a -> wide fails)";
     for (const QString& conversion :

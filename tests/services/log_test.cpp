@@ -10,7 +10,7 @@ namespace {
 
 TEST_F(ServiceTest, ALogRecordIsOneLineWithItsParts)
 {
-    KxLoggerLite::writeInfo(L"mod\tule", L"a\r\nb\\n \x2028 \x1F600\x1b[0m");
+    KxLoggerLite::writeInfo(L"mod\tule", L"a\r\nb\\n \x2028 \x1F600\x1b[0m\x202e\xE0041");
     KxLoggerLite::writeWarning(L"m", L"w");
     KxLoggerLite::writeError(L"m", L"e");
     const QList<QByteArray> lines = read("logs/suite.log").split('\n');
@@ -24,7 +24,8 @@ TEST_F(ServiceTest, ALogRecordIsOneLineWithItsParts)
             .join(QLatin1Char('|'))
             .toStdString();
     };
-    EXPECT_EQ(parts(0), "info|mod\\tule|a\\r\\nb\\\\n \\u2028 \xf0\x9f\x98\x80\\u001b[0m");
+    EXPECT_EQ(
+        parts(0), "info|mod\\tule|a\\r\\nb\\\\n \\u2028 \xf0\x9f\x98\x80\\u001b[0m\\u202e\\udb40\\udc41");
     EXPECT_EQ(parts(1), "warning|m|w");
     EXPECT_EQ(parts(2), "error|m|e");
 }

@@ -2,6 +2,7 @@
 #include "krt/dirs.h"
 #include "suite/kpluginconfig.h"
 #include "tests/services/fixture.h"
+#include "tests/support/rows.h"
 
 #include <sched.h>
 #include <sys/mount.h>
@@ -112,6 +113,51 @@ TEST_F(ServiceTest, ByDefaultPagesChangeNothingThatRunsOrIsSecret)
         "settings/x cloud/x office/x anything !user/x");
     EXPECT_TRUE(krt::dirs::inBlackDownloadDir(QStringLiteral("/usr/bin/x")));
     qputenv("HOME", realHome);
+}
+
+/// The record of a file in the directory of a ZIP archive, and the root of a compound file.
+QByteArray member(const char* name)
+{
+    return "PK\1\2" + QByteArray(24, '\0') + char(qstrlen(name)) + QByteArray(17, '\0') + name;
+}
+QByteArray compound(char kind)
+{
+    const QByteArray header = QByteArray("\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1").leftJustified(30, '\0')
+        + QByteArray("\x09").leftJustified(18, '\0') + '\1';
+    return header.leftJustified(1024 + 80, '\0') + kind
+        + QByteArray("\x10\x0c\0\0\0\0\0\xc0\0\0\0\0\0\0\x46", 15);
+}
+
+const QByteArray Launcher = "[Desktop Entry]\nExec=x\n";
+// clang-format off
+const struct FormatRow { const char* name; QByteArray content; bool isSafe = false; } Formats[] = {
+    { "UnknownInterpreter", "#!/opt/none x" },
+    { "InterpreterBehindAMark", "\xef\xbb\xbf#! /bin/sh" },
+    { "LauncherBehindComments", "# x\r\n\n \t" + Launcher },
+    { "LauncherBehindMuch", QByteArray("# \0\n", 4).repeated(100000) + Launcher },
+    { "LauncherBehindAMark", "\xef\xbb\xbf" + Launcher },
+    { "LauncherAcrossChunks", QByteArray((1 << 18) - 5, '\n') + Launcher },
+    { "ReferenceToAPackage", "[Flatpak Ref]\n" },
+    { "DebianPackage", "!<arch>\ndebian-binary   " },
+    { "RpmPackage", "\xed\xab\xee\xdb\3" },
+    { "Snap", "hsqs" },
+    { "WindowsInstaller", compound('\x84') },
+    { "WindowsProgram", "MZ\x90" },
+    { "JavaArchive", member("a") + member("meta-inf/MANIFEST.MF") },
+    { "JavaArchiveBehindText", QByteArray((1 << 18) - 20, 'x') + member("META-INF/MANIFEST.MF") },
+    { "PythonArchive", member("__main__.py") },
+    { "Text", "About scripts, which begin with #!, and [Desktop Entry].\n", true },
+    { "Settings", "[Desktop]\nEntry=x\n", true },
+    { "OldDocument", compound('\x84').chopped(1), true },
+    { "Document", member("META-INF/manifest.xml"), true },
+    { "Empty", "", true },
+};
+// clang-format on
+
+ROW_TEST(ServiceTest, ProgramsAreKnownByTheirContent, Formats)
+{
+    write("file.txt", GetParam().content);
+    EXPECT_EQ(krt::dirs::isFileFormatSafe(path("file.txt")), GetParam().isSafe);
 }
 
 } // namespace

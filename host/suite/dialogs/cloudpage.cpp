@@ -1,6 +1,7 @@
 #include "host/suite/dialogs/cloudpage.h"
 
 #include "host/suite/dialogs/modal.h"
+#include "host/suite/showntext.h"
 
 #include <QDialogButtonBox>
 #include <QDir>
@@ -45,7 +46,7 @@ QStringList parsePatterns(const QString& filters)
 QString askAboutDuplicate(QWidget* parent, const QString& path)
 {
     const QPointer<QMessageBox> box(new QMessageBox(QMessageBox::Question, parent->window()->windowTitle(),
-        QStringLiteral("\"%1\" exists already.").arg(path), QMessageBox::Cancel, parent));
+        QStringLiteral("%1 exists already.").arg(suite::showPath(path)), QMessageBox::Cancel, parent));
     box->setTextFormat(Qt::PlainText);
     const QAbstractButton* overwrite = box->addButton(QStringLiteral("Overwrite"), QMessageBox::AcceptRole);
     const QAbstractButton* rename = box->addButton(QStringLiteral("Rename"), QMessageBox::AcceptRole);

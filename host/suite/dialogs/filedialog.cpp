@@ -1,6 +1,7 @@
 #include "host/suite/dialogs/filedialog.h"
 
 #include "host/suite/dialogs/modal.h"
+#include "host/suite/showntext.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -63,7 +64,8 @@ bool FileDialog::confirm(const QStringList& files)
     const auto missing = std::find_if(
         files.begin(), files.end(), [](const QString& file) { return !QFileInfo::exists(file); });
     if (missing != files.end() && fileMode() != AnyFile) {
-        dialogs::inform(this, windowTitle(), QStringLiteral("\"%1\" does not exist.").arg(*missing));
+        dialogs::inform(
+            this, windowTitle(), QStringLiteral("%1 does not exist.").arg(suite::showPath(*missing)));
         return false;
     }
     const QString error = m_validate ? m_validate(files) : QString();
@@ -75,7 +77,7 @@ bool FileDialog::confirm(const QStringList& files)
         || !QFileInfo::exists(files.first()))
         return true;
     return dialogs::ask(this, QMessageBox::Question, windowTitle(),
-               QStringLiteral("\"%1\" exists already. Replace it?").arg(files.first()),
+               QStringLiteral("%1 exists already. Replace it?").arg(suite::showPath(files.first())),
                QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
         == QMessageBox::Yes;
 }

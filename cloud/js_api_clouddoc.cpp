@@ -36,12 +36,13 @@ struct KJsApiCloudDoc::UploadFilesOptions {
     static constexpr auto fields()
     {
         using Self = UploadFilesOptions;
-        return std::tuple(required("cloudPath", &Self::cloudPath, "the cloud folder", WrongParameters),
+        return strictly(std::tuple(
+            required("cloudPath", &Self::cloudPath, "the cloud folder", WrongParameters),
             required("files", &Self::files, "the paths of files on this machine", WrongParameters),
             optional("createWhenNoExists", &Self::createWhenNoExists, "make the folder where there is none"),
             optional("userData", &Self::userData, "comes back with the answer"),
             optional("uploadFrom", &Self::uploadFrom, "who uploads"),
-            optional("extraParam", &Self::extraParam, "what the service is to know besides"));
+            optional("extraParam", &Self::extraParam, "what the service is to know besides")));
     }
 };
 
@@ -55,13 +56,13 @@ struct KJsApiCloudDoc::OpenFolderOptions {
     static constexpr auto fields()
     {
         using Self = OpenFolderOptions;
-        return std::tuple(
+        return strictly(std::tuple(
             optional("cloudPath", &Self::cloudPath, "the cloud folder; this or `fileId` must be given"),
             optional("fileId", &Self::fileId, "the same by its id"),
             optional("openFrom", &Self::openFrom, "who opens it"),
             optional("entryIdentifier", &Self::entryIdentifier, "what in the folder is shown first"),
             optional("createWhenNoExists", &Self::createWhenNoExists, "make the folder where there is none"),
-            optional("extraParam", &Self::extraParam, "what the service is to know besides"));
+            optional("extraParam", &Self::extraParam, "what the service is to know besides")));
     }
 };
 
@@ -73,12 +74,12 @@ struct KJsApiCloudDoc::UploadTaskOptions {
     static constexpr auto fields()
     {
         using Self = UploadTaskOptions;
-        return std::tuple(
+        return strictly(std::tuple(
             required("filePath", &Self::filePath, "the path of a file on this machine", WrongParameters),
             optional("businessSource", &Self::businessSource, "who uploads"),
             optional("cloudDir", &Self::cloudDir, "the cloud folder; without one the user's own"),
             optional("autoRename", &Self::autoRename,
-                "take another name where the folder has such a file, instead of replacing it"));
+                "take another name where the folder has such a file, instead of replacing it")));
     }
 };
 
@@ -91,11 +92,11 @@ struct KJsApiCloudDoc::SyncFolderOptions {
     static constexpr auto fields()
     {
         using Self = SyncFolderOptions;
-        return std::tuple(required("groupId", &Self::groupId, "the folder's group", WrongParameters),
+        return strictly(std::tuple(required("groupId", &Self::groupId, "the folder's group", WrongParameters),
             required("folderId", &Self::folderId, "the folder", WrongParameters),
             optional("userId", &Self::userId, "whose; without one the signed-in user's"),
             optional("depth", &Self::depth, "how many levels below the folder; not negative"),
-            optional("extraParam", &Self::extraParam, "what the service is to know besides"));
+            optional("extraParam", &Self::extraParam, "what the service is to know besides")));
     }
 };
 
@@ -108,11 +109,12 @@ struct KJsApiCloudDoc::SaveOptions {
     static constexpr auto fields()
     {
         using Self = SaveOptions;
-        return std::tuple(required("groupId", &Self::groupId, "the directory's group", WrongParameters),
-            required("fileId", &Self::fileId, "the target directory", WrongParameters),
-            required("fname", &Self::fname, "the file's name", WrongParameters),
-            optional("itemType", &Self::itemType, "the kind of file, as the service numbers it"),
-            optional("extraParam", &Self::extraParam, "what the service is to know besides"));
+        return strictly(
+            std::tuple(required("groupId", &Self::groupId, "the directory's group", WrongParameters),
+                required("fileId", &Self::fileId, "the target directory", WrongParameters),
+                required("fname", &Self::fname, "the file's name", WrongParameters),
+                optional("itemType", &Self::itemType, "the kind of file, as the service numbers it"),
+                optional("extraParam", &Self::extraParam, "what the service is to know besides")));
     }
 };
 

@@ -294,9 +294,9 @@ declare namespace NovaExtension {
         "Skin.dispatchEvent": Failure<3, "Event service error.">;
         "Skin.getAllEventInfo": Failure<3, "Event service error.">;
         "Account.Privilege": Failure<3, "empty handle.">;
-        "Account.login": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<1, "missing required parameters.">;
+        "Account.login": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
         "Account.logout": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<1, "missing required parameters.">;
-        "Account.upgradeMember": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<1, "missing required parameters.">;
+        "Account.upgradeMember": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
         "Account.addLoginListener": Failure<3, "empty handle."> | Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Account.removeLoginListener": Failure<3, "empty handle."> | Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Account.addLogoutListener": Failure<3, "empty handle."> | Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
@@ -1934,6 +1934,7 @@ declare namespace NovaExtension {
          * @throws 3 "empty handle."
          * @throws 3 "Accountsdk is not initialized."
          * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
          */
         login(options: NovaExtension.Account.LoginOptions): Answer<boolean>;
         /**
@@ -1951,6 +1952,7 @@ declare namespace NovaExtension {
          * @throws 3 "empty handle."
          * @throws 3 "Accountsdk is not initialized."
          * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
          */
         upgradeMember(options: NovaExtension.Account.UpgradeOptions): Answer<boolean>;
         /**

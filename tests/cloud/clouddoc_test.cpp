@@ -102,7 +102,7 @@ const RequestRow Requests[] {
         "Get file cache info failed.", false },
     { "Upload", "uploadFile2CloudFolder",
         R"({"cloudPath": "/c", "files": ["/x", "/y"], "createWhenNoExists": false,
-            "userData": "d", "uploadFrom": "p", "extraParam": {"k": 5}})",
+            "userData": "d", "uploadFrom": "p", "extraParam": {"k": "5"}})",
         "uploadFilesToCloud",
         "UploadFilesToCloudArg { userId = u, cloudPath = /c, srcFiles = { /x, /y, }, "
         "userData = d, uploadFrom = p, extraParam = { k -> 5, }, }",
@@ -206,6 +206,47 @@ TEST_F(CloudDoc, RefusesInTheOrderOfWhatIsMissing)
     support::cloudIpc = nullptr;
     EXPECT_EQ(page.call("CloudDoc", "openCloudFolder", "{}"), "3 Cloud service error.");
     EXPECT_TRUE(service.requests.empty());
+}
+
+struct OptionsRow {
+    const char* name;
+    const char* member;
+    const char* valid;
+};
+
+const OptionsRow Options[] {
+    { "Upload", "uploadFile2CloudFolder",
+        R"({"cloudPath": "/c", "files": ["/x"], "createWhenNoExists": true, "userData": "d", "uploadFrom": "p",
+            "extraParam": {"k": "v"}})" },
+    { "OpenFolder", "openCloudFolder",
+        R"({"cloudPath": "/c", "fileId": "f", "openFrom": "p", "entryIdentifier": "e",
+            "createWhenNoExists": true, "extraParam": {}})" },
+    { "UploadTask", "createUploadFileTask",
+        R"({"filePath": "/x", "businessSource": "b", "cloudDir": "c", "autoRename": true})" },
+    { "SyncFolder", "syncFolder",
+        R"({"groupId": "g", "folderId": "f", "userId": "u", "depth": 3, "extraParam": {}})" },
+    { "SaveToDirectory", "saveToCloudDir",
+        R"({"groupId": "g", "fileId": "f", "fname": "n", "itemType": 2, "extraParam": {}})" },
+};
+
+ROW_TEST(CloudDoc, ConvertsNothingThatIsSent, Options)
+{
+    // One of each kind, then what is of none.
+    const QVariantList values = support::parse(
+        R"("x", true, 5, {"k": "v"}, ["v"], null, 1.5, 2147483648, {"k": 5}, {"k": null}, ["v", 5])");
+    const QVariantMap valid = support::parse(GetParam().valid).first().toMap();
+    for (const QString& property : valid.keys()) {
+        for (int i = 0; i < values.size(); ++i) {
+            QVariantMap given = valid;
+            given[property] = values[i];
+            const bool isWrong = i > 4 || values[i].userType() != valid[property].userType();
+            const QByteArray options = QJsonDocument::fromVariant(given).toJson();
+            EXPECT_EQ(page.call("CloudDoc", GetParam().member, options), isWrong ? "1 wrong parameters." : "")
+                << options.constData();
+        }
+    }
+    for (const char* none : { "null", "5", "\"x\"", "[]" })
+        EXPECT_EQ(page.call("CloudDoc", GetParam().member, none), "1 wrong parameters.") << none;
 }
 
 TEST_F(CloudDoc, RepliesBeforeThePromiseExists)

@@ -15,8 +15,7 @@ constexpr Failure StartFailed { ErrorCode::OperationFailed, "task start failed."
 constexpr Failure CancelFailed { ErrorCode::OperationFailed, "task cancel failed." };
 constexpr Failure RestartFailed { ErrorCode::OperationFailed, "task restart failed." };
 
-constexpr Event<UploadState> UploadStarted { "cloud.upload.started",
-    "The service has begun the upload; carries `taskId` only." };
+constexpr Event<UploadBegin> UploadStarted { "cloud.upload.started", "The service has begun the upload." };
 constexpr Event<UploadState> UploadProgressChanged { "cloud.upload.progressChanged",
     "How the upload stands, about once a second." };
 constexpr Event<UploadState> UploadFinished { "cloud.upload.finished",
@@ -190,9 +189,10 @@ const MemberList& KJsApiUploadFileTask::members()
             member<&Self::start>(u"start", Category::CloudWrite, Type::JsValue,
                 "Starts the upload. Fails as well while it is under way.", { &TaskIsNull, &StartFailed }),
             member<&Self::cancel>(u"cancel", Category::CloudWrite, Type::JsValue,
-                "Cancels the upload. Fails as well when none is under way.", { &TaskIsNull, &CancelFailed }),
+                "Cancels the upload. Fails as well when none is under way, unless the last one ended with `-1`.",
+                { &TaskIsNull, &CancelFailed }),
             member<&Self::restart>(u"restart", Category::CloudWrite, Type::JsValue,
-                "Cancels the upload, if one is under way, and starts it afresh.",
+                "Cancels the upload, if one is under way or ended with `-1`, and starts it afresh.",
                 { &TaskIsNull, &RestartFailed }),
         }
     }.withEvents(UploadStarted, UploadProgressChanged, UploadFinished);
@@ -355,7 +355,7 @@ KJsApiUploadFileTask::~KJsApiUploadFileTask()
         return;
     // The object may go while a listener of its own is called.
     m_task->disconnect();
-    m_task->deleteLater();
+    m_task->release();
 }
 
 void KJsApiUploadFileTask::Initialise(IJSONValue* options)
@@ -370,7 +370,7 @@ void KJsApiUploadFileTask::Initialise(IJSONValue* options)
         return;
     m_task = new KUploadFileTask(arguments);
     m_task->setParent(libraryOwner());
-    const auto follow = [&](auto signal, const Event<UploadState>& event) {
+    const auto follow = [&](auto signal, const auto& event) {
         QObject::connect(m_task, signal, [this, &event](const QVariantMap& task) { forward(event, task); });
     };
     follow(&KUploadFileTask::sigStarted, UploadStarted);
@@ -379,7 +379,8 @@ void KJsApiUploadFileTask::Initialise(IJSONValue* options)
     QObject::connect(m_task, &QObject::destroyed, [this] { keepWhile(false); });
 }
 
-void KJsApiUploadFileTask::forward(const Event<UploadState>& event, const QVariantMap& task)
+template <typename Payload>
+void KJsApiUploadFileTask::forward(const Event<Payload>& event, const QVariantMap& task)
 {
     // A listener may let go of the last other reference.
     AddRef();

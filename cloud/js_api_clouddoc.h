@@ -83,7 +83,7 @@ public:
 
 private:
     Answer<void> act(bool (KUploadFileTask::*action)(), const Failure& failure);
-    void forward(const Event<UploadState>& event, const QVariantMap& task);
+    template <typename Payload> void forward(const Event<Payload>& event, const QVariantMap& task);
     void keepWhile(bool isNeeded);
 
     QPointer<KUploadFileTask> m_task;

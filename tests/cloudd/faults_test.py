@@ -100,7 +100,7 @@ SCRIPTS = [
     ("an upload that can not begin", [], {}, """
         const task = upload("relative");
         task.start();
-        show(short(await ended(task)));""", {"status": "-1", "uploadErrorCode": "1"}),
+        show(await ended(task));""", {"taskId": "", "status": "-1", "data": "", "uploadErrorCode": "1", "type": ""}),
     ("cancelled and restarted before it has begun", [], {"cloud": {"uploadBytesPerSecond": 1 << 20}}, """
         const task = upload(`${data}/large`);
         const seen = [await outcome(() => task.cancel().data)];
@@ -152,11 +152,13 @@ SCRIPTS = [
         task.restart();
         await heard(task, "cloud.upload.started");
         await showWhole(task);""", ["1", True]),
-    ("killed and cancelled", [], {"cloud": {"uploadBytesPerSecond": 1 << 20}}, """
+    ("cancelled while signed out", [], {"cloud": {"uploadBytesPerSecond": 1 << 20}}, """
         const task = await started(upload(`${data}/large`));
-        process.play("cloud:kill");
-        await pause(500);
+        process.play("logout");
+        await heard(CloudDoc, "clouddoc.loginstatus.changed");
         task.cancel();
+        await heard(task, "cloud.upload.progressChanged");
+        process.play("login:user-1");
         show(short(await ended(task)));""", {"status": "6", "uploadErrorCode": "10"}),
     ("signed out during an upload", [], {"cloud": {"uploadBytesPerSecond": 5 << 20}}, """
         const task = await started(upload(`${data}/large`));
@@ -249,6 +251,29 @@ def page_that_goes(bench):
     assert seen == [100], seen
 
 
+def stop_process(bench, run):
+    """Freezes the process when the page is ready, and has the page know."""
+    assert json.loads(run.stdout.readline()) == "ready"
+    process, = bench.processes()
+    os.kill(process, signal.SIGSTOP)
+    open(f"{bench.data}/stopped", "wb").close()
+    return process
+
+
+def cancelled_and_killed(bench):
+    """A cancel that the process had and lost is sent again."""
+    run = bench.start("""
+        const task = await started(upload(`${data}/large`));
+        show("ready");
+        await until(() => FileSystem.exists(`${data}/stopped`).data);
+        task.cancel();
+        process.play("cloud:kill");
+        show(short(await ended(task)));""", profile={"cloud": {"uploadBytesPerSecond": 1 << 20}})
+    stop_process(bench, run)
+    seen = bench.end(run)
+    assert seen == [{"status": "6", "uploadErrorCode": "10"}], seen
+
+
 def frozen(bench):
     """A process that does not answer holds neither the page nor the promise's later answer."""
     run = bench.start("""
@@ -258,10 +283,7 @@ def frozen(bench):
         const answer = CloudDoc.getPersonalPrivateGroup();
         show(await Promise.race([answer.then(() => "answered"), pause(300).then(() => "the page goes on")]));
         show(typeof JSON.parse(await answer).groupId);""")
-    assert json.loads(run.stdout.readline()) == "ready"
-    process, = bench.processes()
-    os.kill(process, signal.SIGSTOP)
-    open(f"{bench.data}/stopped", "wb").close()
+    process = stop_process(bench, run)
     assert json.loads(run.stdout.readline()) == "the page goes on"
     os.kill(process, signal.SIGCONT)
     assert bench.end(run) == ["string"]
@@ -325,7 +347,7 @@ def leaves(bench):
         time.sleep(0.1)
 
 
-CHECKS = [full_disk, page_that_goes, frozen, damaged_records, two_suites, replaced_directory, leaves]
+CHECKS = [full_disk, page_that_goes, cancelled_and_killed, frozen, damaged_records, two_suites, replaced_directory, leaves]
 
 
 def main():

@@ -295,6 +295,30 @@ TEST_F(CloudDoc, UploadTasksSayWhichActionHasFailedAndHaveEventsOfTheirOwn)
     EXPECT_EQ(core.liveCounts().listeners, before + 1) << "an object's listeners end with it";
 }
 
+TEST_F(CloudDoc, AnUploadIsCancelledThoughItsPageHasGone)
+{
+    suite::CloudSvrProxy proxy;
+    support::cloudProxy = &proxy;
+    page.call("CloudDoc", "createUploadFileTask", R"({"filePath": "/x"})");
+    vexlite::BoundObject task = page.handedOut();
+    for (const char* action : { "start", "cancel" })
+        EXPECT_EQ(page.call(task, action), "");
+    task = {};
+    page.close();
+    service.take().replyState(true, 0, { { "taskId", "t" } });
+    for (const bool isConfirmed : { false, true }) {
+        deleteLater();
+        const CloudRequest cancel = service.take();
+        EXPECT_EQ(cancel.envelope().method + cancel.envelope().argMap.at("taskId"), "cancelTransferTaskt");
+        EXPECT_TRUE(cancel.replyState(isConfirmed, 0, {}));
+        proxy.setLogin(true);
+        QCoreApplication::processEvents();
+        deleteLater();
+        EXPECT_EQ(!cancel.receiver, isConfirmed);
+    }
+    support::cloudProxy = nullptr;
+}
+
 /// Pages note what they hear, as "<page> <event> <payload>".
 class CloudDocEvents : public CloudDoc {
 protected:

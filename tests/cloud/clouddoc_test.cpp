@@ -208,45 +208,32 @@ TEST_F(CloudDoc, RefusesInTheOrderOfWhatIsMissing)
     EXPECT_TRUE(service.requests.empty());
 }
 
-struct OptionsRow {
-    const char* name;
-    const char* member;
-    const char* valid;
-};
-
-const OptionsRow Options[] {
-    { "Upload", "uploadFile2CloudFolder",
-        R"({"cloudPath": "/c", "files": ["/x"], "createWhenNoExists": true, "userData": "d", "uploadFrom": "p",
-            "extraParam": {"k": "v"}})" },
-    { "OpenFolder", "openCloudFolder",
-        R"({"cloudPath": "/c", "fileId": "f", "openFrom": "p", "entryIdentifier": "e",
-            "createWhenNoExists": true, "extraParam": {}})" },
-    { "UploadTask", "createUploadFileTask",
-        R"({"filePath": "/x", "businessSource": "b", "cloudDir": "c", "autoRename": true})" },
-    { "SyncFolder", "syncFolder",
-        R"({"groupId": "g", "folderId": "f", "userId": "u", "depth": 3, "extraParam": {}})" },
-    { "SaveToDirectory", "saveToCloudDir",
-        R"({"groupId": "g", "fileId": "f", "fname": "n", "itemType": 2, "extraParam": {}})" },
-};
-
-ROW_TEST(CloudDoc, ConvertsNothingThatIsSent, Options)
+TEST_F(CloudDoc, ConvertsNothingThatIsSent)
 {
     // One of each kind, then what is of none.
     const QVariantList values = support::parse(
         R"("x", true, 5, {"k": "v"}, ["v"], null, 1.5, 2147483648, {"k": 5}, {"k": null}, ["v", 5])");
-    const QVariantMap valid = support::parse(GetParam().valid).first().toMap();
-    for (const QString& property : valid.keys()) {
-        for (int i = 0; i < values.size(); ++i) {
-            QVariantMap given = valid;
-            given[property] = values[i];
-            const bool isWrong = i > 4 || values[i].userType() != valid[property].userType();
-            const QByteArray options = QJsonDocument::fromVariant(given).toJson();
-            EXPECT_EQ(page.call("CloudDoc", GetParam().member, options), isWrong ? "1 wrong parameters." : "")
-                << options.constData();
+    std::vector<std::pair<const char*, QByteArray>> calls { { "createUploadFileTask",
+        R"({"filePath": "/x", "businessSource": "b", "cloudDir": "c", "autoRename": true})" } };
+    for (const RequestRow& row : Requests)
+        calls.emplace_back(row.member, row.given);
+    for (const auto& [member, options] : calls) {
+        if (!options.startsWith('{'))
+            continue;
+        const QVariantMap valid = support::parse(options).first().toMap();
+        for (const QString& property : valid.keys()) {
+            for (int i = 0; i < values.size(); ++i) {
+                QVariantMap given = valid;
+                given[property] = values[i];
+                const bool isWrong = i > 4 || values[i].userType() != valid[property].userType();
+                EXPECT_EQ(page.call("CloudDoc", member, QJsonDocument::fromVariant(given).toJson()),
+                    isWrong ? "1 wrong parameters." : "")
+                    << member << ' ' << property.toStdString() << ' ' << i;
+            }
         }
+        for (const char* none : { "null", "5", "\"x\"", "[]" })
+            EXPECT_EQ(page.call("CloudDoc", member, none), "1 wrong parameters.") << none;
     }
-    for (const char* none : { "null", "5", "\"x\"", "[]" })
-        EXPECT_EQ(page.call("CloudDoc", GetParam().member, none), "1 wrong parameters.") << none;
 }
 
 TEST_F(CloudDoc, RepliesBeforeThePromiseExists)
@@ -297,8 +284,6 @@ TEST_F(CloudDoc, UploadTasksSayWhichActionHasFailedAndHaveEventsOfTheirOwn)
 
 TEST_F(CloudDoc, AnUploadIsCancelledThoughItsPageHasGone)
 {
-    suite::CloudSvrProxy proxy;
-    support::cloudProxy = &proxy;
     page.call("CloudDoc", "createUploadFileTask", R"({"filePath": "/x"})");
     vexlite::BoundObject task = page.handedOut();
     for (const char* action : { "start", "cancel" })
@@ -306,17 +291,12 @@ TEST_F(CloudDoc, AnUploadIsCancelledThoughItsPageHasGone)
     task = {};
     page.close();
     service.take().replyState(true, 0, { { "taskId", "t" } });
-    for (const bool isConfirmed : { false, true }) {
-        deleteLater();
-        const CloudRequest cancel = service.take();
-        EXPECT_EQ(cancel.envelope().method + cancel.envelope().argMap.at("taskId"), "cancelTransferTaskt");
-        EXPECT_TRUE(cancel.replyState(isConfirmed, 0, {}));
-        proxy.setLogin(true);
-        QCoreApplication::processEvents();
-        deleteLater();
-        EXPECT_EQ(!cancel.receiver, isConfirmed);
-    }
-    support::cloudProxy = nullptr;
+    deleteLater();
+    const CloudRequest cancel = service.take();
+    EXPECT_EQ(cancel.envelope().method, "cancelTransferTask");
+    EXPECT_TRUE(cancel.replyState(true, 0, {})) << "nobody is there who would send it again";
+    deleteLater();
+    EXPECT_FALSE(cancel.receiver);
 }
 
 /// Pages note what they hear, as "<page> <event> <payload>".

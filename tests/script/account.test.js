@@ -45,8 +45,6 @@ await check([
     // @ts-expect-error
     ["an upgrade from nowhere", () => Account.upgradeMember({ payUrl: "x" }), missing],
     // @ts-expect-error
-    ["a login from a number", () => Account.login({ src: 5 }), missing],
-    // @ts-expect-error
     ["a login with a text for a flag", () => Account.login({ src: "x", bShowModal: "true" }), wrong],
     ["an upgrade with half a window", () => Account.upgradeMember({ csource: "x", parentWidget: 0.5 }), wrong],
     // @ts-expect-error

@@ -124,7 +124,8 @@ struct KJsApiAccount::LoginOptions {
     static constexpr auto fields()
     {
         using Self = LoginOptions;
-        return std::tuple(required("src", &Self::src, "who has the user sign in"),
+        return strictly(std::tuple(
+            required("src", &Self::src, "who has the user sign in", MissingParameters, MissingParameters),
             optional("bizSrc", &Self::bizSrc, "for what"),
             optional("confirmId", &Self::confirmId,
                 "of the page's choice: `confirmLoginSuccess` carries it when this login has succeeded"),
@@ -132,7 +133,7 @@ struct KJsApiAccount::LoginOptions {
             optional("from", &Self::from, "where in the page"),
             optional("qrcode", &Self::qrcode, "begin with a code to scan"),
             optional("bShowModal", &Self::bShowModal, "the dialog is modal"),
-            optional("bTopWindow", &Self::bTopWindow, "the dialog stays on top"));
+            optional("bTopWindow", &Self::bTopWindow, "the dialog stays on top")));
     }
 };
 
@@ -146,11 +147,12 @@ struct KJsApiAccount::UpgradeOptions {
     static constexpr auto fields()
     {
         using Self = UpgradeOptions;
-        return std::tuple(required("csource", &Self::csource, "who offers the upgrade"),
+        return strictly(std::tuple(required("csource", &Self::csource, "who offers the upgrade",
+                                       MissingParameters, MissingParameters),
             optional("payUrl", &Self::payUrl, "the page to pay on"), optional("src", &Self::src, "for what"),
             optional("confirmId", &Self::confirmId, "names this upgrade"),
             optional("appName", &Self::appName, "the application that it is for"),
-            optional("parentWidget", &Self::parentWidget, "the X11 window that owns the dialog"));
+            optional("parentWidget", &Self::parentWidget, "the X11 window that owns the dialog")));
     }
 };
 

@@ -15,8 +15,7 @@ constexpr Failure StartFailed { ErrorCode::OperationFailed, "task start failed."
 constexpr Failure CancelFailed { ErrorCode::OperationFailed, "task cancel failed." };
 constexpr Failure RestartFailed { ErrorCode::OperationFailed, "task restart failed." };
 
-constexpr Event<UploadState> UploadStarted { "cloud.upload.started",
-    "The service has begun the upload; carries `taskId` only." };
+constexpr Event<UploadBegin> UploadStarted { "cloud.upload.started", "The service has begun the upload." };
 constexpr Event<UploadState> UploadProgressChanged { "cloud.upload.progressChanged",
     "How the upload stands, about once a second." };
 constexpr Event<UploadState> UploadFinished { "cloud.upload.finished",
@@ -36,12 +35,13 @@ struct KJsApiCloudDoc::UploadFilesOptions {
     static constexpr auto fields()
     {
         using Self = UploadFilesOptions;
-        return std::tuple(required("cloudPath", &Self::cloudPath, "the cloud folder", WrongParameters),
+        return strictly(std::tuple(
+            required("cloudPath", &Self::cloudPath, "the cloud folder", WrongParameters),
             required("files", &Self::files, "the paths of files on this machine", WrongParameters),
             optional("createWhenNoExists", &Self::createWhenNoExists, "make the folder where there is none"),
             optional("userData", &Self::userData, "comes back with the answer"),
             optional("uploadFrom", &Self::uploadFrom, "who uploads"),
-            optional("extraParam", &Self::extraParam, "what the service is to know besides"));
+            optional("extraParam", &Self::extraParam, "what the service is to know besides")));
     }
 };
 
@@ -55,13 +55,13 @@ struct KJsApiCloudDoc::OpenFolderOptions {
     static constexpr auto fields()
     {
         using Self = OpenFolderOptions;
-        return std::tuple(
+        return strictly(std::tuple(
             optional("cloudPath", &Self::cloudPath, "the cloud folder; this or `fileId` must be given"),
             optional("fileId", &Self::fileId, "the same by its id"),
             optional("openFrom", &Self::openFrom, "who opens it"),
             optional("entryIdentifier", &Self::entryIdentifier, "what in the folder is shown first"),
             optional("createWhenNoExists", &Self::createWhenNoExists, "make the folder where there is none"),
-            optional("extraParam", &Self::extraParam, "what the service is to know besides"));
+            optional("extraParam", &Self::extraParam, "what the service is to know besides")));
     }
 };
 
@@ -73,12 +73,12 @@ struct KJsApiCloudDoc::UploadTaskOptions {
     static constexpr auto fields()
     {
         using Self = UploadTaskOptions;
-        return std::tuple(
+        return strictly(std::tuple(
             required("filePath", &Self::filePath, "the path of a file on this machine", WrongParameters),
             optional("businessSource", &Self::businessSource, "who uploads"),
             optional("cloudDir", &Self::cloudDir, "the cloud folder; without one the user's own"),
             optional("autoRename", &Self::autoRename,
-                "take another name where the folder has such a file, instead of replacing it"));
+                "take another name where the folder has such a file, instead of replacing it")));
     }
 };
 
@@ -91,11 +91,11 @@ struct KJsApiCloudDoc::SyncFolderOptions {
     static constexpr auto fields()
     {
         using Self = SyncFolderOptions;
-        return std::tuple(required("groupId", &Self::groupId, "the folder's group", WrongParameters),
+        return strictly(std::tuple(required("groupId", &Self::groupId, "the folder's group", WrongParameters),
             required("folderId", &Self::folderId, "the folder", WrongParameters),
             optional("userId", &Self::userId, "whose; without one the signed-in user's"),
             optional("depth", &Self::depth, "how many levels below the folder; not negative"),
-            optional("extraParam", &Self::extraParam, "what the service is to know besides"));
+            optional("extraParam", &Self::extraParam, "what the service is to know besides")));
     }
 };
 
@@ -108,11 +108,12 @@ struct KJsApiCloudDoc::SaveOptions {
     static constexpr auto fields()
     {
         using Self = SaveOptions;
-        return std::tuple(required("groupId", &Self::groupId, "the directory's group", WrongParameters),
-            required("fileId", &Self::fileId, "the target directory", WrongParameters),
-            required("fname", &Self::fname, "the file's name", WrongParameters),
-            optional("itemType", &Self::itemType, "the kind of file, as the service numbers it"),
-            optional("extraParam", &Self::extraParam, "what the service is to know besides"));
+        return strictly(
+            std::tuple(required("groupId", &Self::groupId, "the directory's group", WrongParameters),
+                required("fileId", &Self::fileId, "the target directory", WrongParameters),
+                required("fname", &Self::fname, "the file's name", WrongParameters),
+                optional("itemType", &Self::itemType, "the kind of file, as the service numbers it"),
+                optional("extraParam", &Self::extraParam, "what the service is to know besides")));
     }
 };
 
@@ -188,9 +189,10 @@ const MemberList& KJsApiUploadFileTask::members()
             member<&Self::start>(u"start", Category::CloudWrite, Type::JsValue,
                 "Starts the upload. Fails as well while it is under way.", { &TaskIsNull, &StartFailed }),
             member<&Self::cancel>(u"cancel", Category::CloudWrite, Type::JsValue,
-                "Cancels the upload. Fails as well when none is under way.", { &TaskIsNull, &CancelFailed }),
+                "Cancels the upload. Fails as well when none is under way, unless the last one ended with `-1`.",
+                { &TaskIsNull, &CancelFailed }),
             member<&Self::restart>(u"restart", Category::CloudWrite, Type::JsValue,
-                "Cancels the upload, if one is under way, and starts it afresh.",
+                "Cancels the upload, if one is under way or ended with `-1`, and starts it afresh.",
                 { &TaskIsNull, &RestartFailed }),
         }
     }.withEvents(UploadStarted, UploadProgressChanged, UploadFinished);
@@ -353,7 +355,7 @@ KJsApiUploadFileTask::~KJsApiUploadFileTask()
         return;
     // The object may go while a listener of its own is called.
     m_task->disconnect();
-    m_task->deleteLater();
+    m_task->release();
 }
 
 void KJsApiUploadFileTask::Initialise(IJSONValue* options)
@@ -368,7 +370,7 @@ void KJsApiUploadFileTask::Initialise(IJSONValue* options)
         return;
     m_task = new KUploadFileTask(arguments);
     m_task->setParent(libraryOwner());
-    const auto follow = [&](auto signal, const Event<UploadState>& event) {
+    const auto follow = [&](auto signal, const auto& event) {
         QObject::connect(m_task, signal, [this, &event](const QVariantMap& task) { forward(event, task); });
     };
     follow(&KUploadFileTask::sigStarted, UploadStarted);
@@ -377,7 +379,8 @@ void KJsApiUploadFileTask::Initialise(IJSONValue* options)
     QObject::connect(m_task, &QObject::destroyed, [this] { keepWhile(false); });
 }
 
-void KJsApiUploadFileTask::forward(const Event<UploadState>& event, const QVariantMap& task)
+template <typename Payload>
+void KJsApiUploadFileTask::forward(const Event<Payload>& event, const QVariantMap& task)
 {
     // A listener may let go of the last other reference.
     AddRef();

@@ -83,8 +83,8 @@ public:
 
 private:
     Answer<void> act(bool (KUploadFileTask::*action)(), const Failure& failure);
-    void forward(const Event<UploadState>& event, const QVariantMap& task);
-    void keepWhile(bool isRunning);
+    template <typename Payload> void forward(const Event<Payload>& event, const QVariantMap& task);
+    void keepWhile(bool isNeeded);
 
     QPointer<KUploadFileTask> m_task;
     KRef<IJSExtentionObject> m_self; ///< set while the upload is under way

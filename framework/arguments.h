@@ -84,7 +84,7 @@ template <typename Value>
     KJSVariant value;
     if (object)
         object->Get(name, value);
-    const Reading reading = readValue(value, target);
+    const Reading reading = readValue(value, target, facts.isStrict);
     if (reading == Reading::Wrong) {
         reader.refuse(*facts.wrong);
     } else if (facts.isRequired && (reading != Reading::Done || isMissing(target))) {
@@ -115,11 +115,16 @@ template <HasFields Struct> bool readFields(ArgumentReader& reader, IJSONValue* 
     });
 }
 
-/// An options object; no object at all reads as one without properties.
+/// An options object; no object at all reads as one without properties, unless its fields are strict.
 template <HasFields Struct> struct Argument<Struct> : ArgumentValue<Struct> {
     bool read(ArgumentReader& reader)
     {
-        return readFields(reader, queryJsonObject(reader.next().raw()).get(), this->value);
+        const KJSVariant& given = reader.next();
+        const KRef<IJSONValue> object = queryJsonObject(given.raw());
+        const FieldFacts& first = std::get<0>(FieldList<Struct>);
+        if (first.isStrict && !object && isGiven(given))
+            return reader.refuse(*first.wrong);
+        return readFields(reader, object.get(), this->value);
     }
 };
 

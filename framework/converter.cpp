@@ -26,9 +26,8 @@ KJSVariant convertVariant(const QVariant& value)
 
 namespace {
 
-/// Calls `action` with each property of an object and the string that it converts to. False when `value` is
-/// no object.
-template <typename Action> bool forEachString(const KJSVariant& value, Action action)
+/// Calls `action` with each property of an object. False when `value` is no object.
+template <typename Action> bool forEachProperty(const KJSVariant& value, Action action)
 {
     const KRef<IJSONValue> object = queryJsonObject(value.raw());
     if (!object)
@@ -38,9 +37,24 @@ template <typename Action> bool forEachString(const KJSVariant& value, Action ac
     for (const QString& name : names) {
         KJSVariant property;
         object->Get(name, property);
-        action(name, convertToString(property.raw()).value_or(QString()));
+        action(name, property);
     }
     return true;
+}
+
+/// The same with the strings that the properties convert to.
+template <typename Action> bool forEachString(const KJSVariant& value, Action action)
+{
+    return forEachProperty(value, [&](const QString& name, const KJSVariant& property) {
+        action(name, convertToString(property.raw()).value_or(QString()));
+    });
+}
+
+/// The array that a value is, or null.
+const IJSArray* findArray(const KJSVariant& value)
+{
+    const MVARIANT& list = dereference(value.raw());
+    return list.vt == MV_ARRAY ? static_cast<const IJSArray*>(list.punkVal) : nullptr;
 }
 
 } // namespace
@@ -63,6 +77,14 @@ Reading Converter<QVariant>::read(const KJSVariant& value, QVariant& target)
         return Reading::Wrong;
     target = converted;
     return Reading::Done;
+}
+
+bool Converter<QMap<QString, QString>>::isKind(const KJSVariant& value)
+{
+    bool areStrings = true;
+    return forEachProperty(value, [&](const QString&, const KJSVariant& property) {
+        areStrings = areStrings && isString(property.raw());
+    }) && areStrings;
 }
 
 Reading Converter<QMap<QString, QString>>::read(const KJSVariant& value, QMap<QString, QString>& target)
@@ -98,15 +120,24 @@ QVariant Converter<std::map<std::string, std::string>>::toVariant(
     return map;
 }
 
+bool Converter<std::vector<std::string>>::isKind(const KJSVariant& value)
+{
+    const IJSArray* array = findArray(value);
+    for (std::int32_t i = 0; array && i < array->Count(); ++i) {
+        if (!isString(array->At(i)->raw()))
+            return false;
+    }
+    return array;
+}
+
 Reading Converter<std::vector<std::string>>::read(const KJSVariant& value, std::vector<std::string>& target)
 {
-    const MVARIANT& list = dereference(value.raw());
-    if (list.vt != MV_ARRAY || !list.punkVal)
+    const IJSArray* array = findArray(value);
+    if (!array)
         return Reading::NotConvertible;
-    const auto& array = static_cast<const IJSArray&>(*list.punkVal);
-    std::vector<std::string> strings(static_cast<std::size_t>(array.Count()));
+    std::vector<std::string> strings(static_cast<std::size_t>(array->Count()));
     for (std::size_t i = 0; i < strings.size(); ++i) {
-        if (Converter<std::string>::read(*array.At(static_cast<std::int32_t>(i)), strings[i])
+        if (Converter<std::string>::read(*array->At(static_cast<std::int32_t>(i)), strings[i])
             == Reading::Wrong)
             return Reading::Wrong;
     }

@@ -22,6 +22,7 @@ enum class Reading {
 
 /// What a type offers, as far as values of it pass in that direction:
 ///     static Reading read(const KJSVariant& value, T& target);   // leaves `target` as it is unless Done
+///     static bool isKind(const KJSVariant& value);               // whether it needs no conversion
 ///     static QVariant toVariant(const T& value);                 // for promises, lists and payloads
 ///     static KJSVariant toScript(const T& value);                // for results; without it toVariant serves
 template <typename T> struct Converter;
@@ -41,11 +42,27 @@ template <typename T> KJSVariant toScript(const T& value)
         return convertVariant(Converter<T>::toVariant(value));
 }
 
-/// Reads a value into `target`, which undefined leaves as it is.
-template <typename T> Reading readValue(const KJSVariant& value, T& target)
+/// Whether a value is of T's kind without any conversion. A type that says nothing of it converts none.
+template <typename T> bool isKind(const KJSVariant& value)
 {
-    const bool isGiven = dereference(value.raw()).vt != MV_EMPTY;
-    return isGiven ? Converter<T>::read(value, target) : Reading::Absent;
+    if constexpr (requires { Converter<T>::isKind(value); })
+        return Converter<T>::isKind(value);
+    else
+        return true;
+}
+
+inline bool isGiven(const KJSVariant& value)
+{
+    return dereference(value.raw()).vt != MV_EMPTY;
+}
+
+/// Reads a value into `target`, which undefined leaves as it is. What is of another kind is wrong where the
+/// reading is `strict`.
+template <typename T> Reading readValue(const KJSVariant& value, T& target, bool strict = false)
+{
+    if (!isGiven(value))
+        return Reading::Absent;
+    return strict && !isKind<T>(value) ? Reading::Wrong : Converter<T>::read(value, target);
 }
 
 template <typename T> Reading assign(T& target, std::optional<T>&& converted)
@@ -57,6 +74,7 @@ template <typename T> Reading assign(T& target, std::optional<T>&& converted)
 }
 
 template <> struct Converter<bool> {
+    static bool isKind(const KJSVariant& value) { return isBoolean(value.raw()); }
     static Reading read(const KJSVariant& value, bool& target)
     {
         return assign(target, convertToBoolean(value.raw()));
@@ -66,6 +84,7 @@ template <> struct Converter<bool> {
 };
 
 template <> struct Converter<std::int32_t> {
+    static bool isKind(const KJSVariant& value) { return isInteger(value.raw()); }
     static Reading read(const KJSVariant& value, std::int32_t& target)
     {
         return assign(target, convertToInt32(value.raw()));
@@ -87,6 +106,7 @@ template <> struct Converter<double> {
 };
 
 template <> struct Converter<QString> {
+    static bool isKind(const KJSVariant& value) { return isString(value.raw()); }
     static Reading read(const KJSVariant& value, QString& target)
     {
         return assign(target, convertToString(value.raw()));
@@ -98,6 +118,7 @@ template <> struct Converter<QString> {
 /// A string that leaves the process as UTF-8. One with half a surrogate pair, in place of which UTF-8 would
 /// have something else, is refused.
 template <> struct Converter<std::string> {
+    static bool isKind(const KJSVariant& value) { return isString(value.raw()); }
     static Reading read(const KJSVariant& value, std::string& target);
     static QVariant toVariant(const std::string& value) { return QString::fromStdString(value); }
 };
@@ -128,19 +149,23 @@ template <> struct Converter<KJSVariant> {
 
 /// An object whose properties are strings; another property is an empty one unless it converts.
 template <> struct Converter<QMap<QString, QString>> {
+    static bool isKind(const KJSVariant& value);
     static Reading read(const KJSVariant& value, QMap<QString, QString>& target);
 };
 template <> struct Converter<std::map<std::string, std::string>> {
+    static bool isKind(const KJSVariant& value) { return jsapi::isKind<QMap<QString, QString>>(value); }
     static Reading read(const KJSVariant& value, std::map<std::string, std::string>& target);
     static QVariant toVariant(const std::map<std::string, std::string>& value);
 };
 
 /// An array of strings.
 template <> struct Converter<std::vector<std::string>> {
+    static bool isKind(const KJSVariant& value);
     static Reading read(const KJSVariant& value, std::vector<std::string>& target);
 };
 
 template <typename T> struct Converter<std::optional<T>> {
+    static bool isKind(const KJSVariant& value) { return jsapi::isKind<T>(value); }
     static Reading read(const KJSVariant& value, std::optional<T>& target)
     {
         T read {};
@@ -195,6 +220,10 @@ template <HasChoices Enum> std::optional<Enum> findChoice(std::optional<std::int
 template <HasChoices Enum> struct Converter<Enum> {
     static constexpr bool IsString = ChoicesOf<Enum>[0].string != nullptr;
 
+    static bool isKind(const KJSVariant& value)
+    {
+        return IsString ? isString(value.raw()) : isInteger(value.raw());
+    }
     static Reading read(const KJSVariant& value, Enum& target)
     {
         std::optional<Enum> found;

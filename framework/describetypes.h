@@ -158,7 +158,10 @@ template <HasFields Struct> struct DescribedType<Struct> {
             fields.push_back(std::move(described));
             return true;
         });
-        return { { "kind", "object" }, { "name", typeName<Struct>() }, { "fields", std::move(fields) } };
+        Json type { { "kind", "object" }, { "name", typeName<Struct>() }, { "fields", std::move(fields) } };
+        if (std::get<0>(FieldList<Struct>).isStrict)
+            type["strict"] = true;
+        return type;
     }
 };
 
@@ -191,7 +194,7 @@ template <typename T> void describeParameter(SignatureDescription& signature)
             using Value = std::remove_cvref_t<decltype(std::declval<T>().*field.member)>;
             if (field.isRequired)
                 signature.refusals.push_back(*field.missing);
-            if (CanBeWrong<Value>)
+            if (CanBeWrong<Value> || (field.name && field.isStrict))
                 signature.refusals.push_back(*field.wrong);
             isOptional = isOptional && !field.isRequired && !field.isExpected;
             return true;

@@ -11,6 +11,9 @@
 //         }
 //     };
 //
+// A member that writes, sends or starts something takes nothing for what it is not: its struct returns
+// strictly(std::tuple(...)), and nothing is converted then.
+//
 // A struct that is not ours, such as one of the suite's, gets a specialisation of Fields instead.
 #pragma once
 
@@ -34,6 +37,7 @@ struct FieldFacts {
     const Failure* wrong = &WrongParameters;     ///< what the type refuses
     bool hasFallback = false;
     bool isExpected = false; ///< the member itself refuses its absence
+    bool isStrict = false;   ///< what is of another kind is wrong, instead of being converted
 };
 
 template <typename Struct, typename Value> struct Field : FieldFacts {
@@ -80,6 +84,14 @@ constexpr auto expected(const char* name, Value Struct::*member, FieldDocumentat
 template <typename Struct, typename Value> constexpr auto constant(Value Struct::*member)
 {
     return Field<Struct, Value> { { nullptr, "" }, member };
+}
+
+/// The fields of a member that writes, sends or starts something: what is given, not undefined, and of another kind
+/// is refused with the field's `wrong`, an argument that is no object with that of the first field.
+template <typename... Fields> constexpr auto strictly(std::tuple<Fields...> fields)
+{
+    std::apply([](auto&... field) { ((field.isStrict = true), ...); }, fields);
+    return fields;
 }
 
 /// A property of an answer or a payload.

@@ -86,6 +86,23 @@ bool isNullOrUndefined(const MVARIANT& value)
     return target.vt == MV_EMPTY || target.vt == MV_NULL;
 }
 
+bool isString(const MVARIANT& value)
+{
+    const auto type = dereference(value).vt;
+    return type == MV_STRING || type == MV_LPSTR || type == MV_LPWSTR;
+}
+
+bool isBoolean(const MVARIANT& value)
+{
+    return dereference(value).vt == MV_BOOL;
+}
+
+bool isInteger(const MVARIANT& value)
+{
+    const auto type = dereference(value).vt;
+    return (type == MV_INT32 || type == MV_INT64 || type == MV_DOUBLE) && convertToInt32(value);
+}
+
 QString readString(const MVARIANT& value)
 {
     const MVARIANT& target = dereference(value);
@@ -104,7 +121,7 @@ QString readString(const MVARIANT& value)
 std::optional<QString> convertToString(const MVARIANT& value)
 {
     const MVARIANT& target = dereference(value);
-    if (target.vt == MV_STRING || target.vt == MV_LPSTR || target.vt == MV_LPWSTR) {
+    if (isString(target)) {
         QString string = readString(target);
         return string.isNull() ? std::nullopt : std::optional(std::move(string));
     }

@@ -18,6 +18,11 @@ bool isNullOrUndefined(const MVARIANT& value);
 /// The characters of a string value; null for a value of any other type.
 QString readString(const MVARIANT& value);
 
+// What a value is, before any conversion. An integer is a number of any type that is a whole one of 32 bits.
+bool isString(const MVARIANT& value);
+bool isBoolean(const MVARIANT& value);
+bool isInteger(const MVARIANT& value);
+
 // A value converted as the base library converts it; nothing when it does not convert, as undefined and null
 // do not. This is the one rule for properties of objects and for the positional arguments that are converted
 // at all.

@@ -294,9 +294,9 @@ declare namespace NovaExtension {
         "Skin.dispatchEvent": Failure<3, "Event service error.">;
         "Skin.getAllEventInfo": Failure<3, "Event service error.">;
         "Account.Privilege": Failure<3, "empty handle.">;
-        "Account.login": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<1, "missing required parameters.">;
+        "Account.login": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
         "Account.logout": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<1, "missing required parameters.">;
-        "Account.upgradeMember": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<1, "missing required parameters.">;
+        "Account.upgradeMember": Failure<3, "empty handle."> | Failure<3, "Accountsdk is not initialized."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
         "Account.addLoginListener": Failure<3, "empty handle."> | Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Account.removeLoginListener": Failure<3, "empty handle."> | Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Account.addLogoutListener": Failure<3, "empty handle."> | Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
@@ -1934,6 +1934,7 @@ declare namespace NovaExtension {
          * @throws 3 "empty handle."
          * @throws 3 "Accountsdk is not initialized."
          * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
          */
         login(options: NovaExtension.Account.LoginOptions): Answer<boolean>;
         /**
@@ -1951,6 +1952,7 @@ declare namespace NovaExtension {
          * @throws 3 "empty handle."
          * @throws 3 "Accountsdk is not initialized."
          * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
          */
         upgradeMember(options: NovaExtension.Account.UpgradeOptions): Answer<boolean>;
         /**
@@ -2650,29 +2652,28 @@ declare namespace NovaExtension.CloudDoc {
          */
         start(): Answer<undefined>;
         /**
-         * Cancels the upload. Fails as well when none is under way.
+         * Cancels the upload. Fails as well when none is under way, unless the last one ended with `-1`.
          *
          * @throws 3 "task is null."
          * @throws 3 "task cancel failed."
          */
         cancel(): Answer<undefined>;
         /**
-         * Cancels the upload, if one is under way, and starts it afresh.
+         * Cancels the upload, if one is under way or ended with `-1`, and starts it afresh.
          *
          * @throws 3 "task is null."
          * @throws 3 "task restart failed."
          */
         restart(): Answer<undefined>;
         /**
-         * Adds a listener of the page. The same function is added once. The service has begun the upload; carries
-         * `taskId` only.
+         * Adds a listener of the page. The same function is added once. The service has begun the upload.
          *
          * @param eventName the event
          * @param callback is called with what the event carries
          * @throws 3 "Event service error."
          * @throws 1 "wrong parameters."
          */
-        addEventListener(eventName: "cloud.upload.started", callback: (payload: NovaExtension.CloudDoc.UploadFileTask.UploadState) => void): void;
+        addEventListener(eventName: "cloud.upload.started", callback: (payload: NovaExtension.CloudDoc.UploadFileTask.UploadBegin) => void): void;
         /**
          * Adds a listener of the page. The same function is added once. How the upload stands, about once a second.
          *
@@ -2702,14 +2703,14 @@ declare namespace NovaExtension.CloudDoc {
          */
         addEventListener(eventName: string, callback: (...payload: any[]) => void): void;
         /**
-         * Removes a listener of the page. The service has begun the upload; carries `taskId` only.
+         * Removes a listener of the page. The service has begun the upload.
          *
          * @param eventName the event
          * @param callback the listener; without one all of the page's are removed
          * @throws 3 "Event service error."
          * @throws 1 "wrong parameters."
          */
-        removeEventListener(eventName: "cloud.upload.started", callback?: (payload: NovaExtension.CloudDoc.UploadFileTask.UploadState) => void): void;
+        removeEventListener(eventName: "cloud.upload.started", callback?: (payload: NovaExtension.CloudDoc.UploadFileTask.UploadBegin) => void): void;
         /**
          * Removes a listener of the page. How the upload stands, about once a second.
          *
@@ -2757,17 +2758,21 @@ declare namespace NovaExtension.CloudDoc {
 }
 
 declare namespace NovaExtension.CloudDoc.UploadFileTask {
-    interface UploadState {
+    interface UploadBegin {
         /** the service's name for the upload */
-        taskId?: string;
+        taskId: string;
+    }
+    interface UploadState {
+        /** the service's name for the upload; empty when it did not begin it */
+        taskId: string;
         /** an integer in decimal; `1`, `2` and `6` are final, `-1` that nothing is known of the upload */
-        status?: string;
+        status: string;
         /** what the service says of the file */
-        data?: string;
+        data: string;
         /** why it failed */
-        uploadErrorCode?: string;
+        uploadErrorCode: string;
         /** the kind of transfer */
-        type?: string;
+        type: string;
     }
 }
 

@@ -93,7 +93,7 @@ def _check_type(given, place, names):
     kind = given.get("kind")
     if kind not in _TYPES:
         raise ApiError(f"{place}: there is no type {kind!r}")
-    optional = ("values",) if kind in ("string", "number", "integer") else ()
+    optional = {"string": ("values",), "number": ("values",), "integer": ("values",), "object": ("strict",)}.get(kind, ())
     _check(given, {"kind": str, **_TYPES[kind]}, place, optional)
     if kind == "handle" and given["name"] not in names:
         raise ApiError(f"{place}: there is no object {given['name']}")

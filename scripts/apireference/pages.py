@@ -86,6 +86,8 @@ def _fields(kind):
         default = code(json.dumps(field["default"], ensure_ascii=False)) if "default" in field \
             else "optional" if field["optional"] else "required"
         lines.append(f"| {code(field['name'])} | {code(type_text(field['type']))} | {default} | {text(field['doc'])} |")
+    if kind.get("strict"):
+        lines += ["", "Nothing is converted: a property of another type is refused."]
     return lines + [""]
 
 

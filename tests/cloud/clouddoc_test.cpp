@@ -97,7 +97,7 @@ const RequestRow Requests[] {
         "Get file cache info failed.", false },
     { "Upload", "uploadFile2CloudFolder",
         R"({"cloudPath": "/c", "files": ["/x", "/y"], "createWhenNoExists": false,
-            "userData": "d", "uploadFrom": "p", "extraParam": {"k": 5}})",
+            "userData": "d", "uploadFrom": "p", "extraParam": {"k": "5"}})",
         "uploadFilesToCloud",
         "UploadFilesToCloudArg { userId = u, cloudPath = /c, srcFiles = { /x, /y, }, "
         "userData = d, uploadFrom = p, extraParam = { k -> 5, }, }",
@@ -203,6 +203,34 @@ TEST_F(CloudDoc, RefusesInTheOrderOfWhatIsMissing)
     EXPECT_TRUE(service.requests.empty());
 }
 
+TEST_F(CloudDoc, ConvertsNothingThatIsSent)
+{
+    // One of each kind, then what is of none.
+    const QVariantList values = support::parse(
+        R"("x", true, 5, {"k": "v"}, ["v"], null, 1.5, 2147483648, {"k": 5}, {"k": null}, ["v", 5])");
+    std::vector<std::pair<const char*, QByteArray>> calls { { "createUploadFileTask",
+        R"({"filePath": "/x", "businessSource": "b", "cloudDir": "c", "autoRename": true})" } };
+    for (const RequestRow& row : Requests)
+        calls.emplace_back(row.member, row.given);
+    for (const auto& [member, options] : calls) {
+        if (!options.startsWith('{'))
+            continue;
+        const QVariantMap valid = support::parse(options).first().toMap();
+        for (const QString& property : valid.keys()) {
+            for (int i = 0; i < values.size(); ++i) {
+                QVariantMap given = valid;
+                given[property] = values[i];
+                const bool isWrong = i > 4 || values[i].userType() != valid[property].userType();
+                EXPECT_EQ(page.call("CloudDoc", member, QJsonDocument::fromVariant(given).toJson()),
+                    isWrong ? "1 wrong parameters." : "")
+                    << member << ' ' << property.toStdString() << ' ' << i;
+            }
+        }
+        for (const char* none : { "null", "5", "\"x\"", "[]" })
+            EXPECT_EQ(page.call("CloudDoc", member, none), "1 wrong parameters.") << none;
+    }
+}
+
 TEST_F(CloudDoc, RepliesBeforeThePromiseExists)
 {
     service.onRequest = [](const CloudRequest& request) {
@@ -266,6 +294,23 @@ TEST_F(CloudDoc, UploadsThatNobodyHoldsOrListensToStayUntilTheyEnd)
     service.take().replyState(true, 0, { { "status", "1" } });
     deleteLater();
     EXPECT_FALSE(begun.receiver);
+}
+
+TEST_F(CloudDoc, AnUploadIsCancelledThoughItsPageHasGone)
+{
+    page.call("CloudDoc", "createUploadFileTask", R"({"filePath": "/x"})");
+    vexlite::BoundObject task = page.handedOut();
+    for (const char* action : { "start", "cancel" })
+        EXPECT_EQ(page.call(task, action), "");
+    task = {};
+    page.close();
+    service.take().replyState(true, 0, { { "taskId", "t" } });
+    deleteLater();
+    const CloudRequest cancel = service.take();
+    EXPECT_EQ(cancel.envelope().method, "cancelTransferTask");
+    EXPECT_TRUE(cancel.replyState(true, 0, {})) << "nobody is there who would send it again";
+    deleteLater();
+    EXPECT_FALSE(cancel.receiver);
 }
 
 /// Pages note what they hear, as "<page> <event> <payload>".

@@ -2,7 +2,6 @@
 #include "cloud/ipc/larkipcwrapper.h"
 #include "tests/support/cloudservice.h"
 
-#include <QMetaMethod>
 #include <stdexcept>
 
 namespace {
@@ -132,20 +131,6 @@ TEST_F(Wrapper, TakesRepliesOfEachOverloadAtOnceOrQueued)
     EXPECT_EQ(log, Log());
     QCoreApplication::processEvents();
     EXPECT_EQ(log, Log { "queued ok 1 6" });
-}
-
-TEST(Wrapping, IsByTheseSlotsAndThisEnvelope)
-{
-    QStringList methods;
-    const QMetaObject& meta = KLarkIpcWrapper::staticMetaObject;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-        methods += QString::fromLatin1(meta.method(i).methodSignature());
-    EXPECT_EQ(methods.join(u' ').toStdString(),
-        "onResponse(bool,QString,const void*) onResponse(bool,QString,LarkIpcResult) "
-        "onResponse(bool,QString,SyncFolderResult)");
-    const LarkIpcArg envelope =
-        larkIpcArg(QStringLiteral("m"), { { QStringLiteral("k"), QString(QChar(0xe9)) } });
-    EXPECT_EQ(envelope.nameSpace + envelope.method + envelope.argMap.at("k"), "m\xc3\xa9");
 }
 
 } // namespace

@@ -4,6 +4,8 @@
 #include "tests/support/rows.h"
 
 #include <QElapsedTimer>
+#include <QRegularExpression>
+#include <cctype>
 
 namespace {
 
@@ -30,10 +32,18 @@ protected:
         EXPECT_EQ(task->findChild<QTimer*>()->interval(), 1000);
         task->findChild<QTimer*>()->setInterval(0);
     }
+    ~Upload() override
+    {
+        delete task;
+        support::cloudProxy = nullptr;
+    }
 
     void listen(void (KUploadFileTask::*signal)(const QVariantMap&), const char* name)
     {
-        QObject::connect(task.get(), signal, [this, name](const QVariantMap& map) {
+        QObject::connect(task, signal, [this, name](const QVariantMap& map) {
+            const QString keys = QStringList(map.keys()).join(u' ');
+            EXPECT_TRUE(
+                keys == u"data status taskId type uploadErrorCode" || (name[0] == 's' && keys == u"taskId"));
             const auto text = [&](const char* key) { return map.value(QLatin1String(key)).toString(); };
             const QString error = text("uploadErrorCode");
             events << QLatin1String(name) + text("taskId") + u' ' + text("status")
@@ -42,7 +52,7 @@ protected:
     }
 
     /// Replies to a method, separated by commas: the id of the task or its status, "!" in front when the
-    /// request has failed, "@" and a state other than 0 behind.
+    /// request has failed, "@" and a state other than 0 behind; "?" is none.
     void replies(const char* method, const std::string& texts)
     {
         left[QLatin1String(method)] = QString::fromStdString(texts).split(u',');
@@ -53,16 +63,15 @@ protected:
         const LarkIpcArg& envelope = request.envelope();
         const QString method = QString::fromStdString(envelope.method);
         const auto taskId = envelope.argMap.find("taskId");
-        asked << method + u' '
-                + QString::fromStdString(envelope.argMap.at("userId")
-                    + (taskId == envelope.argMap.end() ? "" : " " + taskId->second));
+        EXPECT_EQ(envelope.argMap.at("userId"), "u");
+        asked << method.left(6)
+                + QString::fromStdString(taskId == envelope.argMap.end() ? "" : " " + taskId->second);
         if (method == refused)
             return request.id.clear();
-        QString reply = left.value(method).isEmpty() ? QString() : left[method].takeFirst();
-        if (reply.isNull() && (method != QLatin1String("getTaskState") || otherwise.isEmpty()))
+        const QString reply =
+            left.value(method).isEmpty() ? otherwise.value(method) : left[method].takeFirst();
+        if (reply.isNull() || reply == u'?')
             return;
-        if (reply.isNull())
-            reply = otherwise;
         const bool ok = !reply.startsWith(u'!');
         const QString text = reply.section(u'@', 0, 0).mid(ok ? 0 : 1);
         const std::string key = method == QLatin1String("getTaskState") ? "status" : "taskId";
@@ -70,14 +79,25 @@ protected:
             ok, reply.section(u'@', 1).toInt(), { { key, text.toStdString() } }, Qt::QueuedConnection);
     }
 
+    void forCancelTimer(const std::function<void(QTimer&)>& action) const
+    {
+        for (QTimer* timer : task ? task->findChildren<QTimer*>() : QList<QTimer*>()) {
+            if (timer->isSingleShot() && timer->isActive())
+                action(*timer);
+        }
+    }
+    /// Runs a little longer, too. Replies come before a cancel is repeated.
     void runUntil(const std::function<bool()>& done)
     {
         QElapsedTimer patience;
         patience.start();
-        while (!done() && patience.elapsed() < 60000)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
-        for (int turn = 0; turn < 20; ++turn)
-            QCoreApplication::processEvents();
+        for (bool wasDone = false; !wasDone && patience.elapsed() < 60000;) {
+            wasDone = done();
+            for (int turn = 0; turn < 20; ++turn)
+                QCoreApplication::processEvents();
+            forCancelTimer([](QTimer& timer) { timer.setInterval(0); });
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
     }
     void runToEnd()
     {
@@ -89,12 +109,13 @@ protected:
     }
 
     support::FakeCloudService service;
-    std::unique_ptr<KUploadFileTask> task = std::make_unique<KUploadFileTask>(
-        QMap<QString, QString> { { QStringLiteral("userId"), QStringLiteral("u") } });
+    QPointer<KUploadFileTask> task =
+        new KUploadFileTask({ { QStringLiteral("userId"), QStringLiteral("u") } });
     QMap<QString, QStringList> left; ///< replies by methods
-    QString otherwise;               ///< the reply to polls that have none left
-    QString refused;                 ///< a method
-    QStringList asked;
+    /// The replies to methods that have none left.
+    QMap<QString, QString> otherwise { { QStringLiteral("cancelTransferTask"), QStringLiteral("") } };
+    QString refused;   ///< a method
+    QStringList asked; ///< the first letters of the method, and the task
     QStringList events;
 };
 
@@ -115,14 +136,13 @@ const UploadRow Uploads[] = {
     { "AnswersInBetween", "t", times(9, "y") + ",3," + times(9, "y") + ",1",
         "started t ," + times(9, "progress t y") + ",progress t 3," + times(9, "progress t y")
             + ",progress t 1,finished t 1" },
-    { "APollThatFailsSaysNothing", "t", "!1@3,2",
-        "started t ,progress t 1 error 3,progress t 2,finished t 2" },
-    { "OnlyPollsThatFail", "t", times(10, "!3"),
-        "started t ," + times(10, "progress t 3") + ",finished t -1" },
+    { "PollsThatFailAndHaveAStatus", "t", times(11, "!3@3") + ",!1",
+        "started t ," + times(11, "progress t 3 error 3") + ",progress t 1,finished t 1" },
+    { "OnlyPollsThatFail", "t", times(10, "!@3"),
+        "started t ," + times(10, "progress t  error 3") + ",finished t -1" },
     { "NotBegun", "t@5", "", "finished t -1 error 5" },
     { "BegunWithoutATask", "", "", "finished  -1" },
     { "RequestFailed", "!t", "", "finished t -1" },
-    { "ServiceHangs", "t", "", "started t ,finished t -1" },
 };
 
 ROW_TEST(Upload, Ends, Uploads)
@@ -135,53 +155,89 @@ ROW_TEST(Upload, Ends, Uploads)
     runToEnd();
     EXPECT_EQ(joined(events), GetParam().events);
     EXPECT_FALSE(task->findChild<QTimer*>()->isActive());
-    EXPECT_LE(asked.count(QStringLiteral("getTaskState u t")), 20);
+    EXPECT_LE(asked.count(QStringLiteral("getTas t")), 20);
 }
 
-TEST_F(Upload, IsCancelledAndStartedAfresh)
-{
-    replies("uploadFileToCloud", "t,t2");
-    otherwise = QStringLiteral("3");
-    EXPECT_FALSE(task->cancel()) << "there is nothing to cancel";
-    EXPECT_TRUE(task->start());
-    runUntil([&] { return asked.contains(QStringLiteral("getTaskState u t")); });
-    EXPECT_TRUE(task->cancel());
-    asked.clear();
-    EXPECT_TRUE(task->restart());
-    EXPECT_EQ(joined(asked), "cancelTransferTask u t,uploadFileToCloud u");
-    replies("getTaskState", "1");
-    events.clear();
-    runToEnd();
-    EXPECT_EQ(joined(events), "started t2 ,progress t2 1,finished t2 1") << "the first one is heard, too";
-    EXPECT_FALSE(task->cancel()) << "it has ended";
-}
+/// Steps: (s)tart, (c)ancel and (r)estart, in capitals where they fail; then what happens: the upload (b)egins,
+/// (f)inishes, is (l)ost; uploads are refused from now on (x), the service is (o)ut and i(n) again, the page
+/// (g)oes; the cancel is repeated after a (p)oll or a log(i)n.
+struct CancelRow {
+    const char* name;
+    const char* steps;
+    const char* replies; ///< to cancels; those that are left are confirmed
+    const char* asked;   ///< without polls
+    const char* events;  ///< without progress
+};
 
-TEST_F(Upload, GoesOnWhenItsRestartIsRefused)
-{
-    replies("uploadFileToCloud", "t");
-    otherwise = QStringLiteral("3");
-    task->start();
-    runUntil([&] { return events.size() > 1; });
-    refused = QStringLiteral("uploadFileToCloud");
-    EXPECT_FALSE(task->restart());
-    replies("getTaskState", "6");
-    runToEnd();
-    EXPECT_EQ(events.last(), QStringLiteral("finished t 6"));
-    EXPECT_FALSE(task->start());
-}
+const CancelRow Cancels[] = {
+    { "Confirmed", "CsSbcfCs", "", "upload,cancel t,upload", "started t ,finished t 1" },
+    { "CancelFails", "sbc", "!,!", "upload,cancel t,cancel t,cancel t", "started t " },
+    { "Refused", "sbc", "@3", "upload,cancel t,cancel t", "started t " },
+    { "NeverAnswered", "sbc", "?,?", "upload,cancel t,cancel t,cancel t", "started t " },
+    { "RepeatedAfterAPoll", "sbcp", "!", "upload,cancel t,cancel t", "started t " },
+    { "RepeatedAfterALogin", "sbcgi", "!", "upload,cancel t,cancel t", "started t " },
+    { "NotRepeatedAfterTheEnd", "sbcf", "?", "upload,cancel t", "started t ,finished t 1" },
+    { "NotSent", "sboCn", "", "upload", "started t " },
+    { "AfterAnEndThatIsLost", "sblc", "!", "upload,cancel t,cancel t", "started t ,finished t -1" },
+    { "RestartedAfterAnEndThatIsLost", "sblrf", "", "upload,cancel t,upload",
+        "started t ,finished t -1,started t2 ,finished t2 1" },
+    { "ServiceIsReplaced", "sbcolCRn", "!", "upload,cancel t,cancel t", "started t ,finished t -1" },
+    { "BeforeItBegins", "sc", "!", "upload,cancel t,cancel t", "" },
+    { "ThePageGoesWithoutACancel", "sbg", "", "upload", "started t " },
+    { "RestartedBeforeItBegins", "srcf", "!,!", "upload,upload,cancel t,cancel t2,cancel t",
+        "started t2 ,finished t2 1" },
+    { "RestartedTwiceBeforeItBegins", "srrf", "", "upload,upload,upload,cancel t,cancel t2",
+        "started t3 ,finished t3 1" },
+    { "Restarted", "sbrf", "!,!", "upload,cancel t,upload,cancel t,cancel t",
+        "started t ,started t2 ,finished t2 1" },
+    { "CancelledAndRestarted", "sbcrc", "!", "upload,cancel t,cancel t,upload,cancel t2", "started t " },
+    { "RestartIsRefused", "sbxRbf", "!", "upload,cancel t,upload", "started t ,finished t 1" },
+};
 
-TEST_F(Upload, IsNotLostByWhatComesBeforeItHasBegun)
+ROW_TEST(Upload, IsCancelledWhenThatWasPromised, Cancels)
 {
-    replies("uploadFileToCloud", "t,t2");
-    replies("getTaskState", "6");
-    EXPECT_TRUE(task->start());
-    EXPECT_TRUE(task->restart());
-    EXPECT_TRUE(task->cancel());
-    runToEnd();
-    EXPECT_EQ(joined(asked),
-        "uploadFileToCloud u,uploadFileToCloud u,cancelTransferTask u t,cancelTransferTask u t2,getTaskState "
-        "u t2");
-    EXPECT_EQ(joined(events), "started t2 ,progress t2 6,finished t2 6");
+    using Action = bool (KUploadFileTask::*)();
+    const std::map<char, Action> actions { { 's', &KUploadFileTask::start },
+        { 'c', &KUploadFileTask::cancel }, { 'r', &KUploadFileTask::restart } };
+    class final : public KCloudSvrProxy {
+        QObject* larkEventObject() override { return nullptr; }
+    } proxy;
+    support::cloudProxy = &proxy;
+    replies("uploadFileToCloud", "t,t2,t3");
+    replies("cancelTransferTask", GetParam().replies);
+    for (const char* step = GetParam().steps; *step; ++step) {
+        otherwise[QStringLiteral("getTaskState")] = *step == 'l' ? QString()
+            : *step == 'f'                                       ? QStringLiteral("1")
+                                                                 : QStringLiteral("3");
+        const auto action = actions.find(static_cast<char>(std::tolower(*step)));
+        if (action != actions.end())
+            EXPECT_EQ((task->*action->second)(), std::islower(*step) != 0) << step;
+        else if (*step == 'b')
+            runUntil([&] { return asked.last().startsWith(QStringLiteral("getTas")); });
+        else if (*step == 'f' || *step == 'l')
+            runToEnd();
+        else if (*step == 'x')
+            refused = QStringLiteral("uploadFileToCloud");
+        else if (*step == 'o' || *step == 'n')
+            support::cloudIpc = *step == 'n' ? &service : nullptr;
+        else if (*step == 'g')
+            task->release();
+        else if (*step == 'p' || *step == 'i') {
+            QCoreApplication::processEvents();
+            forCancelTimer([](QTimer& timer) { timer.stop(); });
+            if (*step == 'i')
+                Q_EMIT proxy.loginStatusChanged(true);
+            runUntil([&] { return asked.filter(QStringLiteral("cancel")).size() == 2; });
+        }
+    }
+    if (task)
+        task->release();
+    runUntil([this] { return !task; });
+    EXPECT_FALSE(task) << "something is still open";
+    asked = asked.filter(QRegularExpression(QStringLiteral("^(?!getTas)")));
+    EXPECT_EQ(joined(asked), GetParam().asked);
+    events = events.filter(QRegularExpression(QStringLiteral("^(?!progress)")));
+    EXPECT_EQ(joined(events), GetParam().events);
 }
 
 TEST_F(Upload, IsRestartedByAListener)
@@ -189,22 +245,11 @@ TEST_F(Upload, IsRestartedByAListener)
     replies("uploadFileToCloud", "t,t2");
     replies("getTaskState", "2,1");
     bool restarted = false;
-    QObject::connect(task.get(), &KUploadFileTask::sigProgressChanged,
+    QObject::connect(task, &KUploadFileTask::sigProgressChanged,
         [&](const QVariantMap&) { EXPECT_TRUE(std::exchange(restarted, true) || task->restart()); });
     task->start();
     runToEnd();
     EXPECT_EQ(joined(events), "started t ,progress t 2,started t2 ,progress t2 1,finished t2 1");
-}
-
-TEST_F(Upload, EndsWhenTheServiceHasGone)
-{
-    replies("uploadFileToCloud", "t");
-    task->start();
-    runUntil([&] { return !events.isEmpty(); });
-    support::cloudIpc = nullptr;
-    runToEnd();
-    EXPECT_EQ(joined(events), "started t ,finished t -1");
-    EXPECT_FALSE(task->start());
 }
 
 } // namespace

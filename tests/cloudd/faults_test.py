@@ -100,7 +100,7 @@ SCRIPTS = [
     ("an upload that can not begin", [], {}, """
         const task = upload("relative");
         task.start();
-        show(short(await ended(task)));""", {"status": "-1", "uploadErrorCode": "1"}),
+        show(await ended(task));""", {"taskId": "", "status": "-1", "data": "", "uploadErrorCode": "1", "type": ""}),
     ("cancelled and restarted before it has begun", [], {"cloud": {"uploadBytesPerSecond": 1 << 20}}, """
         const task = upload(`${data}/large`);
         const seen = [await outcome(() => task.cancel().data)];
@@ -152,11 +152,18 @@ SCRIPTS = [
         task.restart();
         await heard(task, "cloud.upload.started");
         await showWhole(task);""", ["1", True]),
-    ("killed and cancelled", [], {"cloud": {"uploadBytesPerSecond": 1 << 20}}, """
+    ("cancelled and killed at that moment", [], {"cloud": {"uploadBytesPerSecond": 1 << 20}}, """
         const task = await started(upload(`${data}/large`));
-        process.play("cloud:kill");
-        await pause(500);
         task.cancel();
+        process.play("cloud:kill");
+        show(short(await ended(task)));""", {"status": "6", "uploadErrorCode": "10"}),
+    ("cancelled while signed out", [], {"cloud": {"uploadBytesPerSecond": 1 << 20}}, """
+        const task = await started(upload(`${data}/large`));
+        process.play("logout");
+        await heard(CloudDoc, "clouddoc.loginstatus.changed");
+        task.cancel();
+        await heard(task, "cloud.upload.progressChanged");
+        process.play("login:user-1");
         show(short(await ended(task)));""", {"status": "6", "uploadErrorCode": "10"}),
     ("signed out during an upload", [], {"cloud": {"uploadBytesPerSecond": 5 << 20}}, """
         const task = await started(upload(`${data}/large`));

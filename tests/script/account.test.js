@@ -1,6 +1,7 @@
 // Begins with what the profile has; then the steps of --play, which CMakeLists.txt gives, then logins of its own.
 const { Account } = NovaExtension;
 const missing = refusal(1, "missing required parameters.");
+const wrong = refusal(1, "wrong parameters.");
 /** @type {(member: string, ...args: unknown[]) => () => unknown} */
 const data = (member, ...args) => () => call(Account, member, ...args).data;
 const TIERS = ["trial", "education", "nova", "novaPlus", "novaPro", "folio", "folioPlus", "folioPro", "super", "superPlus",
@@ -44,9 +45,12 @@ await check([
     // @ts-expect-error
     ["an upgrade from nowhere", () => Account.upgradeMember({ payUrl: "x" }), missing],
     // @ts-expect-error
-    ["a listener that is none", () => Account.addLoginListener({}), refusal(1, "wrong parameters.")],
+    ["a login with a text for a flag", () => Account.login({ src: "x", bShowModal: "true" }), wrong],
+    ["an upgrade with half a window", () => Account.upgradeMember({ csource: "x", parentWidget: 0.5 }), wrong],
     // @ts-expect-error
-    ["removing a listener that is none", () => Account.removeLogoutListener(5), refusal(1, "wrong parameters.")],
+    ["a listener that is none", () => Account.addLoginListener({}), wrong],
+    // @ts-expect-error
+    ["removing a listener that is none", () => Account.removeLogoutListener(5), wrong],
 ]);
 
 /** @type {unknown[]} */

@@ -153,7 +153,7 @@ PROFILE_SECTION(Directories, officeInstallRoot, officeData, officeHome, velmoraH
 PROFILE_SECTION(Product, strings, features, configurations)
 PROFILE_SECTION(Files, unsafeTypes)
 PROFILE_SECTION(Access, granted)
-PROFILE_SECTION(Cloud, program, uploadBytesPerSecond)
+PROFILE_SECTION(Cloud, program, uploadBytesPerSecond, closedToUploads, openToUploads)
 PROFILE_SECTION(Language, name, region)
 PROFILE_SECTION(Dpi, scale)
 PROFILE_SECTION(Log, maxFileSizeKiB, keptFiles)

@@ -78,8 +78,7 @@ void LocalCopy::keepEdited()
     for (int number = 1;; ++number) {
         const QByteArray free = QFile::encodeName(
             makeNumberedName(QFile::decodeName(m_name), number, QStringLiteral("local version ")));
-        if (renameat2(
-                m_folder.get(), m_name.constData(), m_folder.get(), free.constData(), RENAME_NOREPLACE)
+        if (renameat2(m_folder.get(), m_name.constData(), m_folder.get(), free.constData(), RENAME_NOREPLACE)
             == 0)
             break;
         if (errno != EEXIST)

@@ -41,9 +41,9 @@ private:
     Descriptor m_folder;
     QByteArray m_name;
     std::optional<QString> m_lastCopied;
-    Descriptor m_local;          ///< the existing file, if it is compared
-    struct stat m_compared { };  ///< as it was then
-    bool m_isEdited = true;      ///< false when it is the last copy
+    Descriptor m_local;         ///< the existing file, if it is compared
+    struct stat m_compared { }; ///< as it was then
+    bool m_isEdited = true;     ///< false when it is the last copy
     QCryptographicHash m_localHash { QCryptographicHash::Sha256 };
     Descriptor m_content;
     std::unique_ptr<Incoming> m_incoming; ///< null while the existing file is compared

@@ -85,7 +85,7 @@ private:
     std::optional<QString> m_login;         ///< the confirmation id, while a login is under way
     QString m_succeeded;                    ///< that of the last one, until it is heldTiers
     bool m_switching = false;
-    bool m_hasLeft = false;   ///< one account has stopped being the current one, the next is not it yet
+    bool m_hasLeft = false;    ///< one account has stopped being the current one, the next is not it yet
     QString m_switchConfirmId; ///< of that login
     bool m_upgrading = false;
     int m_confirmIds = 0;

@@ -32,9 +32,7 @@ CloudProcess::CloudProcess(const QString& directory)
 {
     m_retry.setSingleShot(true);
     m_deadline.setSingleShot(true);
-    connect(&m_deadline, &QTimer::timeout, this, [this] {
-        giveUp(QStringLiteral("it does not answer"));
-    });
+    connect(&m_deadline, &QTimer::timeout, this, [this] { giveUp(QStringLiteral("it does not answer")); });
     connect(&m_retry, &QTimer::timeout, this, &CloudProcess::tryToConnect);
     connect(&m_socket, &QLocalSocket::connected, this, &CloudProcess::onConnected);
     connect(&m_socket, &QLocalSocket::readyRead, this, &CloudProcess::received);

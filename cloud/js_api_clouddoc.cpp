@@ -132,7 +132,9 @@ const MemberList& KJsApiCloudDoc::members()
                     "Resolves with the path of the file's local copy.",
                     { &WrongParameters, &CallFailed, &PromiseServiceError, &FileCachePath.failure }),
                 member<&Self::uploadFile2CloudFolder>(u"uploadFile2CloudFolder", Category::CloudWrite,
-                    Type::Object, { Type::JsValue }, "Uploads files into a cloud folder.",
+                    Type::Object, { Type::JsValue },
+                    "Uploads files into a cloud folder: any that the user can read and the suite does not close "
+                    "to uploads.",
                     { &CallFailed, &PromiseServiceError, &UploadFiles.failure }),
                 member<&Self::openCloudFolder>(u"openCloudFolder", Category::CloudOpen, Type::Object,
                     { Type::JsValue }, "Shows a cloud folder in the suite.",
@@ -142,7 +144,8 @@ const MemberList& KJsApiCloudDoc::members()
                     { &CallFailed, &PromiseServiceError, &DefaultWorkspace.failure }),
                 member<&Self::createUploadFileTask>(u"createUploadFileTask", Category::CloudWrite,
                     Type::Object, { Type::JsValue },
-                    "Returns an UploadFileTask, which has not been started yet.", { &CreateTaskFailed }),
+                    "Returns an UploadFileTask, which has not been started yet. A page may upload any file that "
+                    "the user can read and the suite does not close to uploads.", { &CreateTaskFailed }),
                 member<&Self::getMyCloudDocumentsLocalPath>(u"getMyCloudDocumentsLocalPath",
                     Category::CloudRead, Type::Object,
                     "Resolves with the path of the folder in which cloud documents are kept on this machine.",

@@ -8,8 +8,8 @@
 namespace cloudd {
 
 struct Core {
-    explicit Core(qint64 uploadBytesPerSecond)
-        : transfers(store, contents, uploadBytesPerSecond)
+    explicit Core(const Settings& settings)
+        : transfers(store, contents, places, settings)
     {
     }
 

@@ -14,6 +14,11 @@ constexpr int FolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
 } // namespace
 
+QByteArray descriptorPath(const Descriptor& file)
+{
+    return "/proc/self/fd/" + QByteArray::number(file.get());
+}
+
 Descriptor::~Descriptor()
 {
     if (m_fd >= 0)
@@ -22,11 +27,20 @@ Descriptor::~Descriptor()
 
 Descriptor openRegular(int folder, const QByteArray& path, int flags, struct stat& opened)
 {
-    const int always = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-    Descriptor file(TEMP_FAILURE_RETRY(openat(folder, path.constData(), always | flags)));
-    if (!file || fstat(file.get(), &opened) != 0 || !S_ISREG(opened.st_mode))
+    // Looked at before it is opened: whoever writes to a pipe would lose what nobody reads.
+    const Descriptor found(TEMP_FAILURE_RETRY(openat(folder, path.constData(), O_PATH | O_CLOEXEC | flags)));
+    if (!found || fstat(found.get(), &opened) != 0 || !S_ISREG(opened.st_mode))
         return Descriptor();
-    return file;
+    return Descriptor(TEMP_FAILURE_RETRY(open(descriptorPath(found).constData(), O_RDONLY | O_CLOEXEC)));
+}
+
+bool isUnchanged(const struct stat& before, const struct stat& now)
+{
+    const auto isSame = [](const timespec& one, const timespec& other) {
+        return one.tv_sec == other.tv_sec && one.tv_nsec == other.tv_nsec;
+    };
+    return now.st_dev == before.st_dev && now.st_ino == before.st_ino && now.st_size == before.st_size
+        && isSame(now.st_mtim, before.st_mtim) && isSame(now.st_ctim, before.st_ctim);
 }
 
 qint64 readSlice(const Descriptor& file, char* buffer, qint64 bytes)

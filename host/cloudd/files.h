@@ -33,9 +33,14 @@ private:
     int m_fd;
 };
 
+/// A link to what is opened.
+QByteArray descriptorPath(const Descriptor& file);
 /// Opens a regular file for reading, without blocking; null when there is none. `flags`: further flags of
 /// open(), such as O_NOFOLLOW. `folder`: a folder's descriptor, or AT_FDCWD.
 Descriptor openRegular(int folder, const QByteArray& path, int flags, struct stat& opened);
+/// Whether it is the same file with the same content, as far as time stamps show. st_ctim is compared since any
+/// program can set st_mtim back.
+bool isUnchanged(const struct stat& before, const struct stat& now);
 /// The number of bytes read; 0 at the end, -1 on an error.
 qint64 readSlice(const Descriptor& file, char* buffer, qint64 bytes);
 

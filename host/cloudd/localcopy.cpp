@@ -1,23 +1,28 @@
 #include "host/cloudd/localcopy.h"
 
+#include "host/cloudd/names.h"
 #include "host/cloudd/slice.h"
 #include "host/cloudd/state.h"
 
+#include <QFile>
+#include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
 
 namespace cloudd {
 
-LocalCopy::LocalCopy(Contents& contents, QString sha256, qint64 size, Descriptor folder, QByteArray name)
+LocalCopy::LocalCopy(Contents& contents, QString sha256, qint64 size, Descriptor folder, QByteArray name,
+    std::optional<QString> lastCopied)
     : m_contents(contents)
     , m_sha256(std::move(sha256))
     , m_size(size)
     , m_folder(std::move(folder))
     , m_name(std::move(name))
+    , m_lastCopied(std::move(lastCopied))
     , m_content(contents.find(m_sha256))
 {
-    struct stat found { };
-    Descriptor local = openRegular(m_folder.get(), m_name, O_NOFOLLOW, found);
-    if (local && found.st_size == m_size)
+    Descriptor local = openRegular(m_folder.get(), m_name, O_NOFOLLOW, m_compared);
+    if (local && (m_lastCopied || m_compared.st_size == m_size))
         m_local = std::move(local);
     else
         m_incoming = std::make_unique<Incoming>(m_contents);
@@ -35,8 +40,10 @@ bool LocalCopy::compare()
         m_localHash.addData(sliceBuffer(), static_cast<int>(count));
         return true;
     }
-    if (count == 0 && QString::fromLatin1(m_localHash.result().toHex()) == m_sha256)
+    const QString local = QString::fromLatin1(m_localHash.result().toHex());
+    if (count == 0 && local == m_sha256)
         return false;
+    m_isEdited = count < 0 || local != m_lastCopied;
     m_incoming = std::make_unique<Incoming>(m_contents);
     return true;
 }
@@ -52,9 +59,32 @@ bool LocalCopy::copy()
     }
     if (m_incoming->size() != m_size || m_incoming->sha256() != m_sha256)
         throw Error(State::Damaged);
+    if (m_lastCopied)
+        keepEdited();
     m_incoming->place(m_folder, m_name);
     m_written = true;
     return false;
+}
+
+void LocalCopy::keepEdited()
+{
+    struct stat found { };
+    if (fstatat(m_folder.get(), m_name.constData(), &found, AT_SYMLINK_NOFOLLOW) != 0
+        || !S_ISREG(found.st_mode))
+        return;
+    const bool isAsCompared = m_local && isUnchanged(m_compared, found);
+    if (isAsCompared && !m_isEdited)
+        return;
+    for (int number = 1;; ++number) {
+        const QByteArray free = QFile::encodeName(
+            makeNumberedName(QFile::decodeName(m_name), number, QStringLiteral("local version ")));
+        if (renameat2(m_folder.get(), m_name.constData(), m_folder.get(), free.constData(), RENAME_NOREPLACE)
+            == 0)
+            break;
+        if (errno != EEXIST)
+            throw Error(State::StorageFailed);
+    }
+    m_kept = true;
 }
 
 } // namespace cloudd

@@ -83,11 +83,15 @@ bool SyncJob::advance()
     if (m_copy) {
         if (m_copy->step())
             return true;
-        if (m_copy->hasWritten()) {
+        const auto copy = std::move(m_copy);
+        if (copy->hasWritten()) {
             ++m_result.files;
             m_result.bytes += m_copied.size;
         }
-        m_copy.reset();
+        if (copy->hasKept())
+            ++m_result.kept;
+        if (m_copied.sha256 != m_lastCopied)
+            m_store.recordLocalCopy(m_copied.id, m_copied.sha256);
         return true;
     }
     Level& level = m_levels.back();
@@ -118,8 +122,9 @@ void SyncJob::start(const Item& item)
         checkPathLength(path);
         // Read again: the file may have a new version by now.
         m_copied = m_store.findItemById(item.id);
+        m_lastCopied = m_store.findLocalCopy(item.id);
         m_copy = std::make_unique<LocalCopy>(m_contents, m_copied.sha256, m_copied.size,
-            Descriptor(fcntl(here.get(), F_DUPFD_CLOEXEC, 0)), name);
+            Descriptor(fcntl(here.get(), F_DUPFD_CLOEXEC, 0)), name, m_lastCopied);
         return;
     }
     if (static_cast<int>(m_levels.size()) <= m_depth)

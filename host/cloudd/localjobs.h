@@ -33,6 +33,7 @@ public:
         State state = State::Ok; ///< of the first failure
         qint64 files = 0;        ///< copied
         qint64 bytes = 0;
+        qint64 kept = 0; ///< edited files that got another name
     };
     using Ended = std::function<void(const Result&)>;
 
@@ -64,6 +65,7 @@ private:
     Result m_result;
     std::vector<Level> m_levels; ///< from the synced folder down to the current one
     Item m_copied;
+    QString m_lastCopied;
     std::unique_ptr<LocalCopy> m_copy;
     bool m_begun = false;
 };

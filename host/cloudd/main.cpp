@@ -48,6 +48,14 @@ bool isServiceRunning(const QString& directory)
     return socket.state() == QLocalSocket::ConnectedState;
 }
 
+QStringList decode(const std::vector<std::string>& paths)
+{
+    QStringList decoded;
+    for (const std::string& path : paths)
+        decoded.append(QFile::decodeName(path.c_str()));
+    return decoded;
+}
+
 enum class Start { Serve, IsRunning, Fail };
 
 /// Waits until no other process has the lock, or one is found to serve.
@@ -75,6 +83,10 @@ int main(int argc, char** argv)
     app.add_option("--upload-rate", settings.uploadBytesPerSecond,
            "Bytes a second that all uploads take together; 0 for no limit")
         ->check(CLI::NonNegativeNumber);
+    std::vector<std::string> closed;
+    std::vector<std::string> open;
+    app.add_option("--closed", closed, "A file or folder that nothing is uploaded from; may be repeated");
+    app.add_option("--open", open, "One within those that may be uploaded from all the same");
     CLI11_PARSE(app, argc, argv);
 
     // Files are for this user only. A file at its size limit is an error like a full disk, not a signal.
@@ -84,6 +96,8 @@ int main(int argc, char** argv)
 
     const QCoreApplication application(argc, argv);
     settings.directory = QDir(QFile::decodeName(directory.c_str())).absolutePath();
+    settings.closedToUploads = decode(closed);
+    settings.openToUploads = decode(open);
     cloudd::DirectoryLock lock(settings.directory);
     const Start start = waitForLock(lock, settings.directory);
     if (start == Start::IsRunning)

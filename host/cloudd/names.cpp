@@ -1,6 +1,7 @@
 #include "host/cloudd/names.h"
 
 #include "host/cloudd/state.h"
+#include "host/cloudwire/userid.h"
 
 #include <QUrl>
 #include <algorithm>
@@ -9,20 +10,15 @@ namespace cloudd {
 
 namespace {
 
+using cloudwire::containsControls;
+using cloudwire::MaxUserIdBytes;
+
 constexpr int MaxNameBytes = 255;
-/// encodeFolderName() makes up to three bytes of one, and the result must be a file name.
-constexpr int MaxUserIdBytes = 80;
 constexpr int MaxUserIds = 100;
 constexpr std::size_t MaxUserIdsBytes = std::size_t { MaxUserIds } * (MaxUserIdBytes + 1);
 constexpr int MaxSourceBytes = 4095;
 /// A longer extension counts as part of the name.
 constexpr int MaxExtensionBytes = 32;
-
-bool containsControls(const QString& text)
-{
-    return std::any_of(text.begin(), text.end(),
-        [](QChar character) { return character.category() == QChar::Other_Control; });
-}
 
 const QString& check(const QString& given, bool allowed)
 {
@@ -42,7 +38,7 @@ QString decodeUtf8(const std::string& utf8)
 QString checkUserId(const std::string& utf8)
 {
     const QString id = decodeUtf8(utf8);
-    return check(id, !utf8.empty() && utf8.size() <= MaxUserIdBytes && !containsControls(id));
+    return check(id, cloudwire::isUserId(utf8));
 }
 
 QStringList checkUserIds(const std::string& utf8)
@@ -88,12 +84,12 @@ QByteArray encodeFolderName(const QString& userId)
     return QUrl::toPercentEncoding(userId, {}, ".~");
 }
 
-QString makeNumberedName(const QString& name, int number)
+QString makeNumberedName(const QString& name, int number, const QString& label)
 {
     int dot = name.lastIndexOf(QLatin1Char('.'));
     if (dot <= 0 || name.mid(dot).toUtf8().size() > MaxExtensionBytes)
         dot = name.size();
-    const QString tail = QString::fromLatin1(" (%1)").arg(number) + name.mid(dot);
+    const QString tail = QString::fromLatin1(" (%1%2)").arg(label).arg(number) + name.mid(dot);
     QString stem = name.left(dot);
     while (stem.toUtf8().size() + tail.toUtf8().size() > MaxNameBytes)
         stem.chop(stem.at(stem.size() - 1).isLowSurrogate() ? 2 : 1);

@@ -31,7 +31,8 @@ QString checkSourcePath(const std::string& utf8);
 
 /// Makes a folder's name of a user's id: letters, digits, "-" and "_" stay, any other byte becomes %XX.
 QByteArray encodeFolderName(const QString& userId);
-/// "name (1).ext", "name (2).ext", ...; the part before the number is cut when the name would be too long.
-QString makeNumberedName(const QString& name, int number);
+/// "name (1).ext", "name (2).ext", ..., or "name (label 1).ext"; the part before that is cut when the name would
+/// be too long.
+QString makeNumberedName(const QString& name, int number, const QString& label = {});
 
 } // namespace cloudd

@@ -273,7 +273,8 @@ void syncFolder(
             request.depth, [answer, place](const SyncJob::Result& done) {
                 SyncFolderResult result;
                 result.extraParam = { { "files", std::to_string(done.files) },
-                    { "bytes", std::to_string(done.bytes) }, { "localPath", place } };
+                    { "bytes", std::to_string(done.bytes) }, { "kept", std::to_string(done.kept) },
+                    { "localPath", place } };
                 answer.end(done.state, result);
             }));
 }

@@ -38,7 +38,7 @@ QString openCore(Core& core, const QString& directory)
 } // namespace
 
 Service::Service(const Settings& settings, QString& error)
-    : m_core(std::make_unique<Core>(settings.uploadBytesPerSecond))
+    : m_core(std::make_unique<Core>(settings))
 {
     m_core->notify = [this](const QString& userId, const QMap<QString, QString>& actions) {
         Q_EMIT notice(userId, actions);

@@ -30,6 +30,8 @@ struct Session {
 struct Settings {
     QString directory;               ///< absolute; locked (DirectoryLock) while the service lives
     qint64 uploadBytesPerSecond = 0; ///< of all uploads together; 0: no limit
+    QStringList closedToUploads {};  ///< see UploadRule
+    QStringList openToUploads {};
 };
 
 class Service : public QObject {

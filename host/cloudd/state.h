@@ -18,6 +18,7 @@ enum class State {
     UnknownMethod = 8,
     Damaged = 9, ///< a stored content has changed
     Cancelled = 10,
+    Closed = 11, ///< the suite lets nobody upload this file
 };
 
 class Error final : public std::exception {

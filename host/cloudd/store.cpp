@@ -181,12 +181,15 @@ QString Store::openRecords(const QString& path)
         for (const char* setting :
             { "PRAGMA journal_mode = WAL", "PRAGMA synchronous = FULL", "PRAGMA foreign_keys = ON" })
             run(setting);
-        if (!isNew)
-            return {};
         Transaction transaction(*this);
-        for (const char* statement : Tables)
-            run(statement);
-        run("PRAGMA user_version = 1");
+        if (isNew) {
+            for (const char* statement : Tables)
+                run(statement);
+            run("PRAGMA user_version = 1");
+        }
+        // Older records of this format do not have it.
+        run("CREATE TABLE IF NOT EXISTS localCopies (itemId TEXT PRIMARY KEY NOT NULL REFERENCES items(id),"
+            " sha256 TEXT NOT NULL)");
         transaction.commit();
     } catch (const Error&) {
         return QStringLiteral("can not be written");
@@ -395,6 +398,17 @@ QString Store::findPath(const Item& item)
 bool Store::isContentUsed(const QString& sha256)
 {
     return run("SELECT 1 FROM items WHERE sha256 = ? LIMIT 1", { sha256 }).next();
+}
+
+QString Store::findLocalCopy(const QString& itemId)
+{
+    Rows row = run("SELECT sha256 FROM localCopies WHERE itemId = ?", { itemId });
+    return row.next() ? row.value(0).toString() : QString();
+}
+
+void Store::recordLocalCopy(const QString& itemId, const QString& sha256)
+{
+    run("INSERT OR REPLACE INTO localCopies (itemId, sha256) VALUES (?, ?)", { itemId, sha256 });
 }
 
 void Store::add(const Task& task)

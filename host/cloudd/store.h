@@ -118,6 +118,10 @@ public:
     /// Whether a file has this content.
     bool isContentUsed(const QString& sha256);
 
+    /// The SHA-256 of the local copy of a file that was made last; empty when there was none.
+    QString findLocalCopy(const QString& itemId);
+    void recordLocalCopy(const QString& itemId, const QString& sha256);
+
     void add(const Task& task);
     /// Records how it ended. Ended tasks of PublicKind are kept, the last 1000 of a user; others are deleted.
     void recordEnd(const Task& task);

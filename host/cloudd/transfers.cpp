@@ -66,7 +66,12 @@ private:
     {
         if (!m_upload) {
             task.status = TaskStatus::Running;
-            m_upload = std::make_unique<Upload>(m_transfers.m_contents, task.source);
+            // The user's own documents are open, in the middle of the suite's records.
+            const QString documents = m_transfers.m_places.documentsPath(task.userId, {});
+            m_upload = std::make_unique<Upload>(
+                m_transfers.m_contents, task.source, [this, documents](const Descriptor& file) {
+                    return m_transfers.m_rule.permits(file, documents);
+                });
             m_transfers.emitNotice(task, "syncing");
             return Step::Again;
         }
@@ -113,10 +118,12 @@ private:
     QDeadlineTimer m_retry { 0 };
 };
 
-Transfers::Transfers(Store& store, Contents& contents, qint64 bytesPerSecond)
+Transfers::Transfers(Store& store, Contents& contents, const LocalPlaces& places, const Settings& settings)
     : m_store(store)
     , m_contents(contents)
-    , m_throttle(bytesPerSecond)
+    , m_places(places)
+    , m_rule(settings.closedToUploads, settings.openToUploads)
+    , m_throttle(settings.uploadBytesPerSecond)
 {
     connect(&m_queue, &JobQueue::idle, this, &Transfers::idle);
 }

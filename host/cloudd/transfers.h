@@ -8,7 +8,10 @@
 
 #include "host/cloudd/contents.h"
 #include "host/cloudd/jobqueue.h"
+#include "host/cloudd/localplaces.h"
+#include "host/cloudd/service.h"
 #include "host/cloudd/store.h"
+#include "host/cloudd/uploadrule.h"
 
 #include <QElapsedTimer>
 #include <QHash>
@@ -37,7 +40,7 @@ class Transfers : public QObject {
 public:
     using Ended = std::function<void(const Task&)>;
 
-    Transfers(Store& store, Contents& contents, qint64 bytesPerSecond);
+    Transfers(Store& store, Contents& contents, const LocalPlaces& places, const Settings& settings);
     /// Starts all recorded tasks that have not ended.
     void resume();
 
@@ -68,6 +71,8 @@ private:
 
     Store& m_store;
     Contents& m_contents;
+    const LocalPlaces& m_places;
+    UploadRule m_rule;
     Throttle m_throttle;
     JobQueue m_queue;
     QHash<QString, std::shared_ptr<Run>> m_runs; ///< under way, by task id

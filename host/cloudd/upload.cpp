@@ -20,9 +20,10 @@ qint64 nanoseconds(const timespec& time)
 
 } // namespace
 
-Upload::Upload(Contents& contents, const QString& source)
+Upload::Upload(Contents& contents, const QString& source, IsPermitted isPermitted)
     : m_contents(contents)
     , m_source(QFile::encodeName(source))
+    , m_isPermitted(std::move(isPermitted))
 {
 }
 
@@ -32,6 +33,8 @@ bool Upload::prepare()
         m_file = openRegular(AT_FDCWD, m_source, 0, m_opened);
         if (!m_file)
             throw Error(State::SourceUnreadable);
+        if (!m_isPermitted(m_file))
+            throw Error(State::Closed);
         m_incoming = std::make_unique<Incoming>(m_contents);
     }
     return canDetectChanges();
@@ -50,15 +53,11 @@ bool Upload::canDetectChanges() const
     return qAbs(nanoseconds(now) - nanoseconds(m_opened.st_ctim)) > step;
 }
 
-/// Whether the path still leads to the opened file, unchanged. st_ctim is compared since any program can set
-/// st_mtim back.
+/// Whether the path still leads to the opened file, unchanged.
 bool Upload::isUnchanged() const
 {
     struct stat now { };
-    return stat(m_source.constData(), &now) == 0 && now.st_dev == m_opened.st_dev
-        && now.st_ino == m_opened.st_ino && now.st_size == m_opened.st_size
-        && nanoseconds(now.st_mtim) == nanoseconds(m_opened.st_mtim)
-        && nanoseconds(now.st_ctim) == nanoseconds(m_opened.st_ctim);
+    return stat(m_source.constData(), &now) == 0 && cloudd::isUnchanged(m_opened, now);
 }
 
 bool Upload::step(qint64 most)

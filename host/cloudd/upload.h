@@ -14,11 +14,13 @@ namespace cloudd {
 
 class Upload {
 public:
-    Upload(Contents& contents, const QString& source);
+    /// `isPermitted` is asked once the file is open.
+    using IsPermitted = std::function<bool(const Descriptor& file)>;
+    Upload(Contents& contents, const QString& source, IsPermitted isPermitted);
 
     /// Opens the file, the first time. False while a change could leave its time stamp as it is: until some
     /// milliseconds after its last change, or 2 s where the file system stores whole seconds. Throws Error:
-    /// SourceUnreadable, StorageFailed.
+    /// SourceUnreadable, Closed, StorageFailed.
     bool prepare();
     /// Reads at most `most` bytes. False when the content is stored. Throws Error: SourceUnreadable,
     /// StorageFailed.
@@ -35,6 +37,7 @@ private:
 
     Contents& m_contents;
     QByteArray m_source;
+    IsPermitted m_isPermitted;
     Descriptor m_file;
     struct stat m_opened { };
     std::unique_ptr<Incoming> m_incoming;

@@ -1,5 +1,6 @@
 #include "host/profile/profile.h"
 
+#include "host/cloudwire/userid.h"
 #include "host/profile/accountfields.h"
 #include "host/profile/check.h"
 
@@ -152,7 +153,7 @@ PROFILE_SECTION(Directories, officeInstallRoot, officeData, officeHome, velmoraH
 PROFILE_SECTION(Product, strings, features, configurations)
 PROFILE_SECTION(Files, unsafeTypes)
 PROFILE_SECTION(Access, granted)
-PROFILE_SECTION(Cloud, program, uploadBytesPerSecond)
+PROFILE_SECTION(Cloud, program, uploadBytesPerSecond, closedToUploads, openToUploads)
 PROFILE_SECTION(Language, name, region)
 PROFILE_SECTION(Dpi, scale)
 PROFILE_SECTION(Log, maxFileSizeKiB, keptFiles)
@@ -208,6 +209,25 @@ Current& state()
 
 } // namespace
 
+/// Ids that the cloud process would refuse, and with them everybody who is signed in.
+static QStringList findWrongIds(const json& document)
+{
+    QStringList errors;
+    const json account = document.value("account", json::object());
+    for (const auto& [list, key] : { std::pair("users", "userId"), std::pair("companies", "companyId") }) {
+        int place = 0;
+        for (const json& entry : account.value(list, json::array())) {
+            if (!cloudwire::isUserId(entry.at(key).get<std::string>()))
+                errors << QStringLiteral(
+                    "account.%1[%2].%3: must be a text of at most %4 bytes without control characters")
+                              .arg(QLatin1String(list), QString::number(place), QLatin1String(key))
+                              .arg(cloudwire::MaxUserIdBytes);
+            ++place;
+        }
+    }
+    return errors;
+}
+
 QString load(const QString& file)
 {
     const QString prefix = QStringLiteral("profile \"%1\": ").arg(file);
@@ -218,7 +238,9 @@ QString load(const QString& file)
     if (source.error() != QFileDevice::NoError)
         return prefix + QStringLiteral("can not be read: ") + source.errorString();
 
-    const Checked checked = parseChecked(text, schema());
+    Checked checked = parseChecked(text, schema());
+    if (checked.errors.isEmpty())
+        checked.errors = findWrongIds(checked.document);
     if (!checked.errors.isEmpty())
         return prefix + checked.errors.join(QLatin1Char('\n') + prefix);
 

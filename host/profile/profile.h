@@ -105,6 +105,8 @@ struct Account {
 struct Cloud {
     QString program;                 ///< see expandPath(); empty for the one beside this program
     qint64 uploadBytesPerSecond = 0; ///< 0 for no limit
+    QStringList closedToUploads;     ///< files and directories, see expandPath()
+    QStringList openToUploads;       ///< the same within those
 };
 
 struct Language {

@@ -6,6 +6,7 @@ import contextlib
 import json
 import os
 import random
+import shutil
 import signal
 import subprocess
 import sys
@@ -97,6 +98,11 @@ SCRIPTS = [
         }
         await until(() => Array.from({ length: 20000 }, () => ({})) && finished === 20);
         show(finished);""", 20),
+    ("another company", [], {}, """
+        const seen = [(await CloudDoc.getDefaultWorkSpace()).isEnterpriseIP];
+        process.play("user:companyId=");
+        await pause(0);
+        show([...seen, (await CloudDoc.getDefaultWorkSpace()).isEnterpriseIP]);""", [True, False]),
     ("an upload that can not begin", [], {}, """
         const task = upload("relative");
         task.start();
@@ -178,30 +184,33 @@ class Bench:
     """A data directory, and novahost in it."""
 
     def __init__(self, novahost, data):
-        self.novahost, self.data = novahost, data
+        self.novahost, self.data, self.pages, self.errors = novahost, data, 0, ""
         for name, size in (("small", 1000), ("large", 12 << 20)):
             with open(f"{data}/{name}", "wb") as file:
                 file.write(random.randbytes(size))
 
-    def start(self, script, *options, profile=None, limit_kib=None):
-        for name, content in (("page.js", PRELUDE + script), ("profile.json", json.dumps(profile or {}))):
-            with open(f"{self.data}/{name}", "w", encoding="utf-8") as file:
+    def start(self, script, *options, profile=None, limit_kib=None, arguments=(), home=None):
+        self.pages += 1
+        page = f"{self.data}/page{self.pages}"
+        for name, content in (("js", PRELUDE + script), ("json", json.dumps(profile or {}))):
+            with open(f"{page}.{name}", "w", encoding="utf-8") as file:
                 file.write(content)
-        command = [self.novahost, "--data", f"{self.data}/state", "--profile", f"{self.data}/profile.json", "--live-counts", *options,
-                   "run", f"{self.data}/page.js", self.data]
+        command = [self.novahost, "--data", f"{self.data}/state", "--profile", f"{page}.json", "--live-counts", *options,
+                   "run", f"{page}.js", self.data, *arguments]
         if limit_kib:
             command = ["bash", "-c", f'ulimit -f {limit_kib}; exec "$@"', "bash", *command]
-        return subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        environment = {**os.environ, "HOME": home} if home else None
+        return subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, env=environment)
 
-    def end(self, run):
+    def end(self, run, timeout=120):
         """What the page has shown."""
         try:
-            out, errors = run.communicate(timeout=120)
+            out, self.errors = run.communicate(timeout=timeout)
         except subprocess.TimeoutExpired:
             run.kill()
-            raise AssertionError(f"it hangs: {run.communicate()}") from None
-        assert run.returncode == 0, f"exit code {run.returncode}: {out}{errors[-2000:]}"
-        counts = [json.loads(line) for line in errors.splitlines() if line.startswith('{"when"')][-1]
+            raise AssertionError(f"it hangs: {str(run.communicate())[-2000:]}") from None
+        assert run.returncode == 0, f"exit code {run.returncode}: {out}{self.errors[-2000:]}"
+        counts = [json.loads(line) for line in self.errors.splitlines() if line.startswith('{"when"')][-1]
         assert counts.pop("when") == "closed" and not any(counts.values()), f"the page left {counts}"
         return [json.loads(line) for line in out.splitlines()]
 
@@ -274,30 +283,72 @@ def frozen(bench):
     assert bench.end(run) == ["string"]
 
 
-def damaged_records(bench):
-    """Records that can not be read are not overwritten; the page is told soon."""
-    os.makedirs(f"{bench.data}/state/cloud")
-    records, damaged = f"{bench.data}/state/cloud/records.sqlite", b"not a database " * 1000
-    with open(records, "wb") as file:
-        file.write(damaged)
-    seen = bench.run("show(await outcome(() => CloudDoc.getDefaultWorkSpace()));")
-    assert seen == ["3 Get default workspace failed."], seen
-    with open(records, "rb") as file:
-        assert file.read() == damaged, "the records have been overwritten"
+def unusable_files(bench):
+    """What can not be used is not overwritten; the page is told soon, and the operator why, though there may be no log."""
+    cloud, damaged = f"{bench.data}/state/cloud", b"not a database " * 1000
+    for path, reason in ((f"{cloud}/records.sqlite", "is damaged, or no file of records"), (cloud, "can not be written to")):
+        shutil.rmtree(cloud, ignore_errors=True)
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        with open(path, "wb") as file:
+            file.write(damaged)
+        seen = bench.run("show(await outcome(() => CloudDoc.getDefaultWorkSpace()));")
+        assert seen == ["3 Get default workspace failed."], seen
+        assert reason in bench.errors, bench.errors
+        with open(path, "rb") as file:
+            assert file.read() == damaged, f"{path} has been overwritten"
+
+
+def closed_files(bench):
+    """Nothing gets into the cloud from places that the profile closes to uploads, whichever way leads there."""
+    home, state = f"{bench.data}/home", f"{bench.data}/state"
+    for folder in (f"{home}/.ssh", f"{home}/elsewhere", f"{state}/user", f"{state}/cloud/documents/user-1", f"{state}/cloud/documents/user-2"):
+        os.makedirs(folder)
+    os.symlink("elsewhere", f"{home}/.gnupg")
+    files = {f"{home}/.ssh/id": "11", f"{home}/elsewhere/key": "11", f"{home}/.netrc": "11", f"{home}/.netrc2": "0", f"{home}/mine": "0",
+             f"{state}/log": "11", f"{state}/user/mine": "0", f"{state}/cloud/documents/user-1/mine": "0",
+             f"{state}/cloud/documents/user-2/theirs": "11"}
+    for path in files:
+        with open(path, "w", encoding="ascii") as file:
+            file.write(path)
+    os.symlink(".ssh/id", f"{home}/link")
+    os.link(f"{home}/.netrc", f"{home}/other name")
+    files |= {f"{home}/link": "11", f"{home}/other name": "11", f"{home}/elsewhere/../.ssh/../.ssh/id": "11"}
+    seen = bench.run("""
+        const codes = {};
+        for (const path of process.argv.slice(3)) {
+            const task = upload(path);
+            task.start();
+            codes[path] = (await ended(task)).uploadErrorCode;
+        }
+        const folder = process.argv[3].replace("/.ssh/id", "");
+        FileSystem.remove(`${folder}/.gnupg`);
+        const files = [`${folder}/elsewhere/key`];
+        show([codes, await outcome(() => CloudDoc.uploadFile2CloudFolder({ cloudPath: "up", files, createWhenNoExists: true }))]);""",
+                     arguments=list(files), home=home)
+    assert seen == [[files, "3 Sync files failed."]], seen
+    assert not os.path.lexists(f"{home}/.gnupg")
 
 
 def two_suites(bench):
-    """Two suites with one data directory share the process, and one that only listens hears of the other's changes."""
+    """Two suites with one data directory share the process, and each hears of what the other does, its sign-out too."""
     first = bench.start("""
-        const login = heard(CloudDoc, "clouddoc.loginstatus.changed");
         const changed = heard(CloudDoc, "clouddoc.roamingmode.changed");
-        show(await login);
-        show(await changed);""")
+        const signedIn = heard(CloudDoc, "clouddoc.loginstatus.changed");
+        const signedOut = heard(NovaExtension.Account, "event.account.logout");
+        show(await signedIn);
+        show(await changed);
+        await signedOut;
+        show(await outcome(() => CloudDoc.getRoamingMode()));
+        process.play("login:user-2");
+        await heard(CloudDoc, "clouddoc.loginstatus.changed");""")
     assert json.loads(first.stdout.readline()) == {"isLogin": True}
-    seen = bench.run('show(await CloudDoc.changeRoamingMode("manual"));')
+    seen = bench.run('show(await CloudDoc.changeRoamingMode("manual")); process.play("logout"); await pause(100);')
     assert seen == ["manual"], seen
-    assert bench.end(first) == [{"roamingMode": "manual"}]
+    assert bench.end(first) == [{"roamingMode": "manual"}, "3 User not login"]
     assert len(bench.processes()) == 1, "there is more than one process"
+    with open(f"{bench.data}/state/accounts.json", encoding="utf-8") as file:
+        accounts = json.load(file)
+    assert (accounts["current"], accounts["signedIn"]) == ("user-2", ["user-2"]), f"the sign-out is lost: {accounts}"
 
 
 def replaced_directory(bench):
@@ -332,7 +383,7 @@ def leaves(bench):
         time.sleep(0.1)
 
 
-CHECKS = [full_disk, page_that_goes, frozen, damaged_records, two_suites, replaced_directory, leaves]
+CHECKS = [full_disk, page_that_goes, frozen, unusable_files, closed_files, two_suites, replaced_directory, leaves]
 
 
 def main():

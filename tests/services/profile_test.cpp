@@ -38,6 +38,8 @@ Several: {"dpi": {"scale": 9}, "services": {"logger": 1}} -> dpi.scale: must be 
 NoSuchDialog: {"dialogs": {"answers": [{}, {"dialog": "open"}]}} -> dialogs.answers[1].dialog: must be one of "file", "files", "folder", "save", "cloud", "panel", "access", "login", "upgrade"
 InAListOfObjects: {"dialogs": {"answers": [{"file": "/a"}]}} -> dialogs.answers[0].file: is not a key of a profile; use one of accept, dialog, files, values
 MissingKey: {"cloudFiles": [{"tab": "cloud"}]} -> cloudFiles[0]: needs "path"
+LongIdOfAUser: {"account": {"users": [{"userId": "a"}, {"userId": "äääääääääääääääääääääääääääääääääääääääää"}]}} -> account.users[1].userId: must be a text of at most 80 bytes without control characters
+IdOfACompanyWithALineFeed: {"account": {"companies": [{"companyId": "a\nb"}]}} -> account.companies[0].companyId: must be a text of at most 80 bytes without control characters
 Twice: {"dpi": {}, "dpi": {}} -> dpi: appears twice; keep one of the two
 MissingComma: {
   "dpi": {}

@@ -13,6 +13,10 @@
 #include <QSaveFile>
 #include <QTimer>
 #include <algorithm>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace suite {
 
@@ -37,6 +41,27 @@ const Entry* findEntry(const std::vector<Entry>& entries, QString Record::*id, c
     return found == entries.end() ? nullptr : &*found;
 }
 
+/// Waits until no other process changes the file.
+class FileLock {
+public:
+    explicit FileLock(const QString& path)
+        : m_file(open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR))
+    {
+        if (m_file < 0 || TEMP_FAILURE_RETRY(flock(m_file, LOCK_EX)) != 0)
+            qCWarning(accountLog, "%s can not be locked", qPrintable(path));
+    }
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+    ~FileLock()
+    {
+        if (m_file >= 0)
+            close(m_file);
+    }
+
+private:
+    int m_file;
+};
+
 } // namespace
 
 bool AccountView::isMember(KMemberKind kind) const
@@ -54,6 +79,11 @@ bool AccountView::isMember(KMemberKind kind) const
     return !company.companyId.isEmpty();
 }
 
+AccountService::AccountService()
+{
+    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &AccountService::refresh);
+}
+
 AccountService& AccountService::instance()
 {
     static AccountService service;
@@ -66,33 +96,80 @@ void AccountService::load() const
         return;
     m_profile = profile::current();
     m_file = profile::dataDirectory() + QStringLiteral("/accounts.json");
-    QFile file(m_file);
-    if (file.open(QIODevice::ReadOnly)) {
-        m_state = QJsonDocument::fromJson(file.readAll()).object();
-        if (m_state.isEmpty()) {
-            qCWarning(accountLog, "%s can not be understood and is set aside", qPrintable(m_file));
-            file.rename(m_file + QStringLiteral(".damaged"));
-        }
-    }
+    m_state = readFile();
     const QString first = m_profile->account.current;
     if (m_state.isEmpty() && findEntry(m_profile->account.users, &profile::User::userId, first))
         m_state = { { QLatin1String(Current), first }, { QLatin1String(SignedIn), QJsonArray { first } },
             { QLatin1String(Logins), 1 } };
+    if (!profile::isDataTemporary())
+        m_watcher.addPath(profile::dataDirectory());
 }
 
-void AccountService::save()
+/// Empty when there is no file.
+QJsonObject AccountService::readFile() const
 {
-    QSaveFile file(m_file);
-    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(m_state).toJson()) < 0 || !file.commit())
-        qCWarning(
-            accountLog, "%s can not be written: %s", qPrintable(m_file), qPrintable(file.errorString()));
+    QFile file(m_file);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QJsonObject state = QJsonDocument::fromJson(file.readAll()).object();
+    if (state.isEmpty()) {
+        qCWarning(accountLog, "%s can not be understood and is set aside", qPrintable(m_file));
+        file.rename(m_file + QStringLiteral(".damaged"));
+    }
+    return state;
+}
+
+void AccountService::update(const std::function<void()>& change)
+{
+    load();
+    const QJsonObject before = m_state;
+    QJsonObject found;
+    {
+        const FileLock lock(m_file + QStringLiteral(".lock"));
+        found = readFile();
+        if (!found.isEmpty())
+            m_state = found;
+        change();
+        QSaveFile file(m_file);
+        if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(m_state).toJson()) < 0
+            || !file.commit())
+            qCWarning(
+                accountLog, "%s can not be written: %s", qPrintable(m_file), qPrintable(file.errorString()));
+    }
+    if (!found.isEmpty())
+        announce(before, found);
+}
+
+void AccountService::refresh()
+{
+    const QJsonObject found = readFile();
+    if (!found.isEmpty())
+        announce(std::exchange(m_state, found), found);
+}
+
+/// Emits what another process has changed.
+void AccountService::announce(const QJsonObject& before, const QJsonObject& now)
+{
+    const auto differs = [&](const char* section) {
+        return before[QLatin1String(section)] != now[QLatin1String(section)];
+    };
+    if (differs(Current) && !now[QLatin1String(Current)].toString().isEmpty())
+        Q_EMIT currentAccountChanged();
+    if (differs(Current) || differs(SignedIn))
+        Q_EMIT loginInfoChanged();
+    if (differs(UserChanges))
+        Q_EMIT userInfoChanged();
+    if (differs(MemberChanges)) {
+        Q_EMIT memberInfoChanged();
+        Q_EMIT privilegeInfoChanged();
+    }
 }
 
 QString AccountService::current() const
 {
     const QStringList signedIn = accountList();
     const QString userId = m_state[QLatin1String(Current)].toString();
-    return signedIn.contains(userId) ? userId : QString();
+    return !m_hasLeft && signedIn.contains(userId) ? userId : QString();
 }
 
 QStringList AccountService::accountList() const
@@ -250,7 +327,7 @@ void AccountService::signIn(const QString& userId, const QString& confirmId)
         return setCurrent(wanted, confirmId);
     m_switching = true;
     m_switchConfirmId = confirmId;
-    m_state[QLatin1String(Current)] = QString();
+    m_hasLeft = true;
     Q_EMIT loginInfoChanged();
     QTimer::singleShot(0, this, [this, wanted, confirmId] { setCurrent(wanted, confirmId); });
 }
@@ -258,13 +335,15 @@ void AccountService::signIn(const QString& userId, const QString& confirmId)
 void AccountService::setCurrent(const QString& userId, const QString& confirmId)
 {
     const bool another = current() != userId;
-    QJsonArray signedIn = m_state[QLatin1String(SignedIn)].toArray();
-    if (!signedIn.contains(userId))
-        signedIn.append(userId);
-    m_state[QLatin1String(Current)] = userId;
-    m_state[QLatin1String(SignedIn)] = signedIn;
-    m_state[QLatin1String(Logins)] = m_state[QLatin1String(Logins)].toInt() + 1;
-    save();
+    update([&] {
+        QJsonArray signedIn = m_state[QLatin1String(SignedIn)].toArray();
+        if (!signedIn.contains(userId))
+            signedIn.append(userId);
+        m_state[QLatin1String(Current)] = userId;
+        m_state[QLatin1String(SignedIn)] = signedIn;
+        m_state[QLatin1String(Logins)] = m_state[QLatin1String(Logins)].toInt() + 1;
+    });
+    m_hasLeft = false;
     m_switchConfirmId.clear();
     m_succeeded = confirmId;
     if (another)
@@ -278,25 +357,29 @@ void AccountService::signOut()
     const QString before = current();
     if (before.isEmpty())
         return;
-    QJsonArray left;
-    for (const auto& userId : m_state[QLatin1String(SignedIn)].toArray()) {
-        if (userId.toString() != before)
-            left.append(userId);
-    }
-    m_state[QLatin1String(Current)] = QString();
-    m_state[QLatin1String(SignedIn)] = left;
-    save();
+    update([&] {
+        QJsonArray left;
+        for (const auto& userId : m_state[QLatin1String(SignedIn)].toArray()) {
+            if (userId.toString() != before)
+                left.append(userId);
+        }
+        if (m_state[QLatin1String(Current)].toString() == before)
+            m_state[QLatin1String(Current)] = QString();
+        m_state[QLatin1String(SignedIn)] = left;
+    });
     Q_EMIT loginInfoChanged();
 }
 
 void AccountService::recordChange(const char* section, const QString& key, const QJsonValue& value)
 {
-    QJsonObject all = m_state[QLatin1String(section)].toObject();
-    QJsonObject own = findChanges(section, current());
-    own[key] = value;
-    all[current()] = own;
-    m_state[QLatin1String(section)] = all;
-    save();
+    const QString user = current();
+    update([&] {
+        QJsonObject all = m_state[QLatin1String(section)].toObject();
+        QJsonObject own = findChanges(section, user);
+        own[key] = value;
+        all[user] = own;
+        m_state[QLatin1String(section)] = all;
+    });
 }
 
 void AccountService::changeUser(const QString& key, const QString& value)

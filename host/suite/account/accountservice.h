@@ -1,11 +1,13 @@
 // The account service of the stand-in. Users, companies and tiers come from the profile ("account");
-// accounts.json in the data directory stores who is signed in and what has changed.
+// accounts.json in the data directory stores who is signed in and what has changed, for all processes that share it.
 #pragma once
 
 #include "host/profile/profile.h"
 #include "suite/kaccountsdk.h"
 
+#include <QFileSystemWatcher>
 #include <QJsonObject>
+#include <functional>
 #include <map>
 #include <optional>
 
@@ -58,10 +60,14 @@ public:
     static QStringList userKeys();
 
 private:
-    AccountService() = default;
+    AccountService();
 
     void load() const;
-    void save();
+    QJsonObject readFile() const;
+    /// Reads the file again, which another process may have changed, and writes it with the change of m_state.
+    void update(const std::function<void()>& change);
+    void refresh();
+    void announce(const QJsonObject& before, const QJsonObject& now);
     QString current() const;
     QString proposeUser(const QVariantMap& params) const;
     QJsonObject findChanges(const char* section, const QString& userId) const;
@@ -73,11 +79,13 @@ private:
     mutable std::shared_ptr<const profile::Profile> m_profile;
     mutable QString m_file;
     mutable QJsonObject m_state;
+    mutable QFileSystemWatcher m_watcher; ///< of the directory, since the file is replaced
 
     std::map<QString, AccountView> m_views; ///< returned by getAccount()
     std::optional<QString> m_login;         ///< the confirmation id, while a login is under way
     QString m_succeeded;                    ///< that of the last one, until it is heldTiers
     bool m_switching = false;
+    bool m_hasLeft = false;    ///< one account has stopped being the current one, the next is not it yet
     QString m_switchConfirmId; ///< of that login
     bool m_upgrading = false;
     int m_confirmIds = 0;

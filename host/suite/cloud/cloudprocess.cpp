@@ -8,11 +8,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
-#include <csignal>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <thread>
 
 namespace suite {
 
@@ -29,21 +25,6 @@ constexpr int GiveUpAfterMs = 15'000;
 constexpr int MinLifetimeMs = 1000;
 constexpr int MaxKillMs = 3000;
 
-pid_t processBehind(const QLocalSocket& socket)
-{
-    ucred peer {};
-    socklen_t size = sizeof(peer);
-    const bool known =
-        getsockopt(static_cast<int>(socket.socketDescriptor()), SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0;
-    return known ? peer.pid : 0;
-}
-
-/// The program that a process runs; empty when it has ended, though nobody may have waited for it.
-QString findProgram(qint64 process)
-{
-    return QFileInfo(QStringLiteral("/proc/%1/exe").arg(process)).symLinkTarget();
-}
-
 } // namespace
 
 CloudProcess::CloudProcess(const QString& directory)
@@ -51,9 +32,7 @@ CloudProcess::CloudProcess(const QString& directory)
 {
     m_retry.setSingleShot(true);
     m_deadline.setSingleShot(true);
-    connect(&m_deadline, &QTimer::timeout, this, [this] {
-        giveUp(QStringLiteral("it does not answer; service.log in %1 may say why").arg(m_directory));
-    });
+    connect(&m_deadline, &QTimer::timeout, this, [this] { giveUp(QStringLiteral("it does not answer")); });
     connect(&m_retry, &QTimer::timeout, this, &CloudProcess::tryToConnect);
     connect(&m_socket, &QLocalSocket::connected, this, &CloudProcess::onConnected);
     connect(&m_socket, &QLocalSocket::readyRead, this, &CloudProcess::received);
@@ -69,15 +48,11 @@ void CloudProcess::release()
     m_socket.disconnect(this);
     if (!profile::isDataTemporary())
         return;
-    // Whatever it is doing: it can be killed at any moment.
-    if (isConnected())
-        m_process = processBehind(m_socket);
-    else if (!isRunning())
-        m_process = 0;
-    if (m_process > 0)
-        kill(m_process, SIGKILL);
-    for (int waited = 0; m_process > 0 && waited < MaxKillMs && !findProgram(m_process).isEmpty(); ++waited)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    // Whatever they are doing: they can be killed at any moment.
+    for (const ProcessHandle* process : { &std::as_const(m_peer), &m_child.handle() }) {
+        if (process->kill())
+            process->waitForEnd(MaxKillMs);
+    }
 }
 
 void CloudProcess::ensure()
@@ -122,38 +97,20 @@ void CloudProcess::drop(const char* reason)
     m_socket.abort();
 }
 
-bool CloudProcess::killProcess()
-{
-    const pid_t process = isConnected() ? processBehind(m_socket) : 0;
-    return process > 0 && kill(process, SIGKILL) == 0;
-}
-
-bool CloudProcess::isRunning() const
-{
-    return m_process > 0 && findProgram(m_process) == m_program;
-}
-
 bool CloudProcess::start()
 {
     const profile::Cloud settings = profile::current()->cloud;
-    QProcess process;
-    process.setProgram(settings.program.isEmpty()
-            ? QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("novacloudd"))
-            : profile::expandPath(settings.program));
-    process.setArguments({ QStringLiteral("--directory"), m_directory, QStringLiteral("--upload-rate"),
-        QString::number(settings.uploadBytesPerSecond) });
-    process.setWorkingDirectory(QStringLiteral("/"));
-    // It outlives this process, and whoever reads this process's output to its end must not wait for it.
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(QProcess::nullDevice());
+    const QString program = settings.program.isEmpty()
+        ? QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("novacloudd"))
+        : profile::expandPath(settings.program);
+    QStringList arguments { QStringLiteral("--directory"), m_directory, QStringLiteral("--upload-rate"),
+        QString::number(settings.uploadBytesPerSecond) };
+    for (const QString& place : settings.closedToUploads)
+        arguments << QStringLiteral("--closed") << profile::expandPath(place);
+    for (const QString& place : settings.openToUploads)
+        arguments << QStringLiteral("--open") << profile::expandPath(place);
     ++m_starts;
-    qint64 id = 0;
-    if (!process.startDetached(&id))
-        return false;
-    m_process = static_cast<pid_t>(id);
-    m_program = findProgram(m_process);
-    return true;
+    return m_child.start(program, arguments);
 }
 
 void CloudProcess::tryToConnect()
@@ -168,19 +125,21 @@ void CloudProcess::tryToConnect()
     if (isConnected())
         return;
     m_socket.abort();
-    if (!isRunning()) {
+    if (!m_child.isRunning()) {
         if (m_starts == MaxStarts)
-            return giveUp(QStringLiteral("it ends at once; service.log in %1 may say why").arg(m_directory));
+            return giveUp(QStringLiteral("it ends at once (%1)").arg(m_child.describeEnd()));
         if (!start())
-            return giveUp(
-                QStringLiteral("novacloudd can not be started; name it in the profile, cloud.program"));
+            return giveUp(QStringLiteral("it can not be started (%1); name it in the profile, cloud.program")
+                              .arg(m_child.describeEnd()));
     }
     m_retry.start(RetryMs);
 }
 
 void CloudProcess::giveUp(const QString& reason)
 {
-    qCWarning(cloudLog, "there is no cloud process: %s", qPrintable(reason));
+    const QString log = m_directory + QStringLiteral("/service.log");
+    qCWarning(cloudLog, "there is no cloud process: %s%s", qPrintable(reason),
+        QFile::exists(log) ? qPrintable(QStringLiteral("; see ") + log) : "");
     m_state = State::Idle;
     m_retry.stop();
     m_deadline.stop();
@@ -192,13 +151,17 @@ void CloudProcess::giveUp(const QString& reason)
 void CloudProcess::onConnected()
 {
     m_connected.start();
+    m_peer = ProcessHandle::behind(static_cast<int>(m_socket.socketDescriptor()));
     Q_EMIT connected();
 }
 
 void CloudProcess::onDisconnected()
 {
     // The signal was queued: there may be another connection by now.
-    if (m_socket.state() != QLocalSocket::UnconnectedState || m_state == State::Idle)
+    if (m_socket.state() != QLocalSocket::UnconnectedState)
+        return;
+    m_peer = {};
+    if (m_state == State::Idle)
         return;
     if (m_state == State::Starting) {
         // This process was about to end when it was found.

@@ -6,10 +6,11 @@
 //     process.send(frame);                                 // as soon as the process is ready
 #pragma once
 
+#include "host/suite/cloud/childprocess.h"
+
 #include <QElapsedTimer>
 #include <QLocalSocket>
 #include <QTimer>
-#include <sys/types.h>
 
 namespace suite {
 
@@ -35,7 +36,7 @@ public:
     /// Closes the connection, as if the process had ended.
     void drop(const char* reason);
     /// Ends the process as a crash would (SIGKILL). False when none is connected.
-    bool killProcess();
+    bool killProcess() { return m_peer.kill(); }
     /// The last call; no signal comes any more. The process ends when its work is done, or at once when its
     /// data are temporary.
     void release();
@@ -51,7 +52,6 @@ Q_SIGNALS:
 private:
     enum class State { Idle, Starting, Ready };
 
-    bool isRunning() const;
     bool start();
     void tryToConnect();
     void giveUp(const QString& reason);
@@ -64,8 +64,8 @@ private:
     QTimer m_retry;
     QTimer m_deadline;         ///< for the process to get ready
     QElapsedTimer m_connected; ///< since the connection was made
-    pid_t m_process = 0;       ///< the one started last
-    QString m_program;         ///< which that one runs
+    ChildProcess m_child;      ///< the one started last
+    ProcessHandle m_peer;      ///< the one at the other end of the connection
     int m_starts = 0;          ///< since ensure()
     QByteArray m_unsent;       ///< frames for a process that is not ready yet
 };

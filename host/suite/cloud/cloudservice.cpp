@@ -85,6 +85,8 @@ CloudService::CloudService()
     const AccountService& accounts = AccountService::instance();
     connect(&accounts, &AccountService::loginInfoChanged, this, &CloudService::reportUser);
     connect(&accounts, &AccountService::currentAccountChanged, this, &CloudService::reportUser);
+    // Among it is the user's company.
+    connect(&accounts, &AccountService::userInfoChanged, this, &CloudService::reportUser);
 }
 
 void CloudService::end()

@@ -110,8 +110,7 @@ bool KFileMd5Request::open()
 {
     FileDescriptor file = openRegularFile(m_path);
     return file && fstat(file.number(), &m_opened) == 0
-        && m_file.open(
-            file.release(), QIODevice::ReadOnly | QIODevice::Unbuffered, QFile::AutoCloseHandle);
+        && m_file.open(file.release(), QIODevice::ReadOnly | QIODevice::Unbuffered, QFile::AutoCloseHandle);
 }
 
 bool KFileMd5Request::isUnchanged() const

@@ -28,9 +28,8 @@ std::set<FileId> traceWay(const QByteArray& path)
 {
     std::set<FileId> way;
     std::deque<std::string> ahead;
-    const auto goOn = [&ahead](const fs::path& steps) {
-        ahead.insert(ahead.begin(), steps.begin(), steps.end());
-    };
+    const auto goOn = [&ahead](
+                          const fs::path& steps) { ahead.insert(ahead.begin(), steps.begin(), steps.end()); };
     FileDescriptor here;
     int links = 0;
     const auto step = [&](const std::string& name) {

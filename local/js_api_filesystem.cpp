@@ -54,10 +54,11 @@ struct KJsApiFileSystem::CopyOptions {
     bool overwrite = false;
     static constexpr auto fields()
     {
-        return std::tuple(required("path", &CopyOptions::path,
-                              "an existing regular file, of a kind that pages may copy", FileIsEmpty),
-            expected("newPath", &CopyOptions::newPath, "where to"),
-            optional("overwrite", &CopyOptions::overwrite, "replace what is there"));
+        return strictly(
+            std::tuple(required("path", &CopyOptions::path,
+                           "an existing regular file, of a kind that pages may copy", FileIsEmpty),
+                expected("newPath", &CopyOptions::newPath, "where to"),
+                optional("overwrite", &CopyOptions::overwrite, "replace what is there")));
     }
 };
 
@@ -66,8 +67,8 @@ struct KJsApiFileSystem::PlaceOptions {
     QString fileName;
     static constexpr auto fields()
     {
-        return std::tuple(required("path", &PlaceOptions::path, "the directory"),
-            optional("fileName", &PlaceOptions::fileName, "a file in it"));
+        return strictly(std::tuple(required("path", &PlaceOptions::path, "the directory"),
+            optional("fileName", &PlaceOptions::fileName, "a file in it")));
     }
 };
 

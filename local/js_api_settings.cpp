@@ -55,7 +55,8 @@ const MemberList& KJsApiSettings::members()
         {
             member<&Self::setValue>(u"setValue", Category::Write, Type::JsValue, { Type::JsValue },
                 "Stores a value: it is on disk when the call returns. Fails as well when the store is no settings "
-                "file, or can not be written; what it held stays.", { &SettingIsInvalid, &WrongParameters }),
+                "file, or can not be written; what it held stays.",
+                { &SettingIsInvalid, &WrongParameters }),
             member<&Self::getValue>(u"getValue", Category::Read, Type::JsValue, { Type::JsValue },
                 "Returns a stored value.", { &SettingIsInvalid, &WrongParameters }),
         }

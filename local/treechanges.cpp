@@ -94,7 +94,8 @@ bool copyContent(const FileDescriptor& source, const FileDescriptor& target)
     constexpr std::size_t Part = 1 << 30;
     while (facts.st_size > 0
         && copy_file_range(source.number(), nullptr, target.number(), nullptr, Part, 0) > 0) { }
-    return copyByReading(source.number(), target) && fchmod(target.number(), facts.st_mode & Permissions) == 0;
+    return copyByReading(source.number(), target)
+        && fchmod(target.number(), facts.st_mode & Permissions) == 0;
 }
 
 bool isFile(const std::optional<struct stat>& facts)
@@ -114,10 +115,19 @@ public:
     bool isComplete() const noexcept { return m_isComplete; }
 
 private:
-    bool visit(const FileDescriptor& directory, const char* name, bool) override { return remove(directory, name, 0); }
+    bool visit(const FileDescriptor& directory, const char* name, bool) override
+    {
+        return remove(directory, name, 0);
+    }
     bool enter(const FileDescriptor&, const char*) override { return true; }
-    bool leave(const FileDescriptor& above, const char* name) override { return remove(above, name, AT_REMOVEDIR); }
-    bool skip(const FileDescriptor& above, const char* name) override { return remove(above, name, AT_REMOVEDIR); }
+    bool leave(const FileDescriptor& above, const char* name) override
+    {
+        return remove(above, name, AT_REMOVEDIR);
+    }
+    bool skip(const FileDescriptor& above, const char* name) override
+    {
+        return remove(above, name, AT_REMOVEDIR);
+    }
     /// What is left does not keep the rest from going.
     bool remove(const FileDescriptor& directory, const char* name, int flags)
     {
@@ -170,8 +180,7 @@ bool makeDirectory(const WritablePath& directory)
         const int above = made ? made.number() : directory.above().number();
         if (mkdirat(above, name.constData(), Permissions) != 0 && errno != EEXIST)
             return false;
-        made = FileDescriptor(
-            openat(above, name.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+        made = FileDescriptor(openat(above, name.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
         if (!made)
             return false;
     }
@@ -204,7 +213,8 @@ Removal removeTree(const WritablePath& path)
         return Removal::Refused;
     TreeRemoval removal;
     const bool isEmpty = walkTree(directory, removal) && removal.isComplete();
-    return unlinkat(above, name->constData(), AT_REMOVEDIR) == 0 && isEmpty ? Removal::Done : Removal::Incomplete;
+    return unlinkat(above, name->constData(), AT_REMOVEDIR) == 0 && isEmpty ? Removal::Done
+                                                                            : Removal::Incomplete;
 }
 
 } // namespace jsapi

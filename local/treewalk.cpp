@@ -10,8 +10,8 @@ namespace jsapi {
 namespace {
 
 struct Level {
-    FileId id { };
-    QByteArray name; ///< in the level above
+    FileId id {};
+    QByteArray name;                     ///< in the level above
     std::vector<QByteArray> directories; ///< that have not been entered yet
 };
 
@@ -85,9 +85,9 @@ bool walkTree(const FileDescriptor& directory, TreeVisitor& visitor)
             below.name = std::move(levels.back().directories.back());
             levels.back().directories.pop_back();
             FileDescriptor child = openDirectory(here, below.name.constData());
-            const bool goesOn = !child ? visitor.skip(here, below.name.constData())
-                                       : visitor.enter(child, below.name.constData())
-                    && list(child, below, visitor)
+            const bool goesOn = !child
+                ? visitor.skip(here, below.name.constData())
+                : visitor.enter(child, below.name.constData()) && list(child, below, visitor)
                     && (!below.directories.empty() || visitor.leave(here, below.name.constData()));
             if (!goesOn)
                 return false;

@@ -300,12 +300,13 @@ ROW_TEST(Removal, LeavesTheWaysToGuardedPlaces, Removals)
     const RemovalRow& row = GetParam();
     const QString root = path("");
     QDir directory(root);
-    for (const char* made : { "users/me/docs", "holder/deep/closed", "free/deep/er", "store/inner", "linked", "ways",
-             "shut", "papers/in", "circle" })
+    for (const char* made : { "users/me/docs", "holder/deep/closed", "free/deep/er", "store/inner", "linked",
+             "ways", "shut", "papers/in", "circle" })
         ASSERT_TRUE(directory.mkpath(QString::fromLatin1(made)));
-    const std::pair<const char*, const char*> links[] = { { "users", "free/to users" }, { "users/me", "linked/home" },
-        { "holder/deep/closed", "to closed" }, { "store", "way" }, { "store", "ways/one" }, { "circle", "circle/on" },
-        { "store/inner", "shut/link" }, { "nowhere", "free/broken" } };
+    const std::pair<const char*, const char*> links[] = { { "users", "free/to users" },
+        { "users/me", "linked/home" }, { "holder/deep/closed", "to closed" }, { "store", "way" },
+        { "store", "ways/one" }, { "circle", "circle/on" }, { "store/inner", "shut/link" },
+        { "nowhere", "free/broken" } };
     for (const auto& [target, link] : links)
         ASSERT_TRUE(QFile::link(path(target), path(link)));
     write("papers/in/file", "text");
@@ -322,10 +323,12 @@ ROW_TEST(Removal, LeavesTheWaysToGuardedPlaces, Removals)
     const jsapi::Removal removal = checked ? jsapi::removeTree(*checked) : jsapi::Removal::Refused;
 
     EXPECT_EQ(removal, row.expected);
-    EXPECT_EQ(QFileInfo(removed).isSymLink() || QFileInfo::exists(removed), row.expected == jsapi::Removal::Refused);
+    EXPECT_EQ(QFileInfo(removed).isSymLink() || QFileInfo::exists(removed),
+        row.expected == jsapi::Removal::Refused);
     auto expected = before;
     if (row.expected == jsapi::Removal::Done)
-        std::erase_if(expected, [&](const auto& entry) { return entry.rfind(removed.toStdString(), 0) == 0; });
+        std::erase_if(
+            expected, [&](const auto& entry) { return entry.rfind(removed.toStdString(), 0) == 0; });
     EXPECT_EQ(listAll(root), expected);
 }
 

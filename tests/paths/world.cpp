@@ -179,7 +179,8 @@ PathWorld::~PathWorld()
 QStringList PathWorld::blacklisted() const
 {
     QStringList directories;
-    for (const char* name : { "@/closed", "@/moved", "@/later", "@/holder/in/shut", "@/\u00fcber \u4e2d \U0001f512" })
+    for (const char* name :
+        { "@/closed", "@/moved", "@/later", "@/holder/in/shut", "@/\u00fcber \u4e2d \U0001f512" })
         directories << placed(QString::fromUtf8(name));
     return directories;
 }

@@ -87,6 +87,8 @@ await check([
         [`copy over a ${name}`, () => copy("plain.txt", `DATA/${name}`, over), refusal(3, "override existing file failed")]),
     ["copy of a file that tells no size", () => FileSystem.copy({ path: "/proc/version", newPath: at("copied.txt"), ...over }).data, false],
     ["copy that fails leaves the file", sum("copied.txt"), md5.other],
+    ...[{ overwrite: "no" }, { overwrite: null }, { newPath: 5 }, { path: ["plain.txt"] }].map((wrong) =>
+        [`copy with ${show(wrong)}`, () => copy("other.txt", "DATA/plain.txt", wrong), refusal(1, "wrong parameters.")]),
     ["copy into no directory", () => copy("plain.txt", "DATA/none/a.txt"), false],
     ["copy: a name of 256 bytes", () => copy("plain.txt", `DATA/${"n".repeat(256)}`), false],
     // @ts-expect-error

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <algorithm>
 #include <climits>
 #include <deque>
@@ -287,14 +288,16 @@ void Places::addBeginning(const QString& path)
 {
     Recorder recorder(*this, Kind::Member, true);
     follow(QFile::encodeName(path).toStdString(), recorder);
-    // Links among them lead elsewhere.
+    // Links among them lead elsewhere. One that leads to the directory itself, or above it, would close everything.
     const int slash = path.lastIndexOf(QLatin1Char('/'));
     const QString beginning = path.mid(slash + 1).chopped(1);
     const QDir directory(path.left(slash + 1));
     const auto kinds = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
     for (const QString& name : directory.entryList(kinds)) {
-        if (name.startsWith(beginning))
-            add(directory.filePath(name));
+        const QString entry = directory.filePath(name);
+        if (name.startsWith(beginning)
+            && !(QFileInfo(entry).isSymLink() && isPathInside(directory.path(), entry)))
+            add(entry);
     }
 }
 

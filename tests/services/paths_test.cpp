@@ -66,6 +66,7 @@ TEST_F(ServiceTest, ClosedPlacesStayClosedWhereTheyWereAndWhereTheyAre)
         ASSERT_TRUE(root.mkpath(QString::fromLatin1(made)));
     ASSERT_TRUE(QFile::link(QStringLiteral("real"), path("suite")));
     ASSERT_TRUE(QFile::link(path("store"), path("home/.link")));
+    ASSERT_TRUE(QFile::link(QStringLiteral(".."), path("home/.all"))); // closes no more than itself
     write("rc", "text");
     const QByteArray programs = qgetenv("PATH");
     qputenv("PATH", programs + ':' + QFile::encodeName(path("programs")));

@@ -90,6 +90,13 @@ TEST_F(ServiceTest, ClosedPlacesStayClosedWhereTheyWereAndWhereTheyAre)
         usleep(1000);
     expectClosed(path(""), "store/x");
 
+    EXPECT_FALSE(krt::dirs::inBlackDownloadDir(path("target/shown/x")));
+    ASSERT_TRUE(QFile::rename(path("target/shown"), path("target/old"))
+        && QFile::link(path("data"), path("target/shown")));
+    expectClosed(path(""), "target/shown/x !target/old/x");
+    ASSERT_TRUE(
+        QFile::remove(path("target/shown")) && QFile::rename(path("target/old"), path("target/shown")));
+
     // By another way to the same directories.
     if (unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0) {
         ASSERT_EQ(

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <algorithm>
 #include <climits>
 #include <deque>
@@ -67,15 +68,19 @@ public:
     bool isDirectory() const { return S_ISDIR(m_mode); }
     bool isLink() const { return S_ISLNK(m_mode); }
 
-    std::string target() const
-    {
-        std::string text(PATH_MAX, '\0');
-        const ssize_t size = readlinkat(m_fd, "", text.data(), text.size());
-        text.resize(size > 0 ? static_cast<std::size_t>(size) : 0);
-        return text;
-    }
+    /// Of a link.
+    std::string target() const { return readLink(m_fd, ""); }
+    /// Where it is now; empty when the system does not say.
+    std::string path() const { return readLink(AT_FDCWD, ("/proc/self/fd/" + std::to_string(m_fd)).c_str()); }
 
 private:
+    static std::string readLink(int directory, const char* name)
+    {
+        char text[PATH_MAX];
+        const ssize_t size = readlinkat(directory, name, text, sizeof(text));
+        return { text, size > 0 ? static_cast<std::size_t>(size) : 0 };
+    }
+
     void swap(Known& other)
     {
         std::swap(m_fd, other.m_fd);
@@ -287,14 +292,16 @@ void Places::addBeginning(const QString& path)
 {
     Recorder recorder(*this, Kind::Member, true);
     follow(QFile::encodeName(path).toStdString(), recorder);
-    // Links among them lead elsewhere.
+    // Links among them lead elsewhere. One that leads to the directory itself, or above it, would close everything.
     const int slash = path.lastIndexOf(QLatin1Char('/'));
     const QString beginning = path.mid(slash + 1).chopped(1);
     const QDir directory(path.left(slash + 1));
     const auto kinds = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
     for (const QString& name : directory.entryList(kinds)) {
-        if (name.startsWith(beginning))
-            add(directory.filePath(name));
+        const QString entry = directory.filePath(name);
+        if (name.startsWith(beginning)
+            && !(QFileInfo(entry).isSymLink() && isPathInside(directory.path(), entry)))
+            add(entry);
     }
 }
 
@@ -353,6 +360,9 @@ struct ProfilePlaces::Trail {
     std::string path; ///< without a slash at its end
     Known directory;
     Places::Station station;
+
+    /// Whether another process has not moved it away, or put a link in its place.
+    bool isThere() const { return path.empty() || directory.path() == path; }
 };
 
 ProfilePlaces::ProfilePlaces() = default;
@@ -364,7 +374,7 @@ std::optional<bool> ProfilePlaces::containsOnTrail(const QString& path)
     const std::string name = QFile::encodeName(path).toStdString();
     if (name.size() < 2 || name.size() >= PATH_MAX || name.front() != '/' || QDir::cleanPath(path) != path)
         return std::nullopt;
-    if (!m_trail || !name.starts_with(m_trail->path + '/')) {
+    if (!m_trail || !name.starts_with(m_trail->path + '/') || !m_trail->isThere()) {
         Known root(AT_FDCWD, "/");
         Places::Station station = m_now.step({}, {}, root.id());
         m_trail = std::make_unique<Trail>(Trail { {}, std::move(root), std::move(station) });

@@ -66,6 +66,7 @@ TEST_F(ServiceTest, ClosedPlacesStayClosedWhereTheyWereAndWhereTheyAre)
         ASSERT_TRUE(root.mkpath(QString::fromLatin1(made)));
     ASSERT_TRUE(QFile::link(QStringLiteral("real"), path("suite")));
     ASSERT_TRUE(QFile::link(path("store"), path("home/.link")));
+    ASSERT_TRUE(QFile::link(QStringLiteral(".."), path("home/.all"))); // closes no more than itself
     write("rc", "text");
     const QByteArray programs = qgetenv("PATH");
     qputenv("PATH", programs + ':' + QFile::encodeName(path("programs")));
@@ -88,6 +89,13 @@ TEST_F(ServiceTest, ClosedPlacesStayClosedWhereTheyWereAndWhereTheyAre)
     while (!krt::dirs::inBlackDownloadDir(path("new/x"))) // once it is looked at again
         usleep(1000);
     expectClosed(path(""), "store/x");
+
+    EXPECT_FALSE(krt::dirs::inBlackDownloadDir(path("target/shown/x")));
+    ASSERT_TRUE(QFile::rename(path("target/shown"), path("target/old"))
+        && QFile::link(path("data"), path("target/shown")));
+    expectClosed(path(""), "target/shown/x !target/old/x");
+    ASSERT_TRUE(
+        QFile::remove(path("target/shown")) && QFile::rename(path("target/old"), path("target/shown")));
 
     // By another way to the same directories.
     if (unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0) {

@@ -336,7 +336,8 @@ bool isPathInside(const QString& path, const QString& directory)
 
 bool ProfilePlaces::contain(const QString& path, const QStringList& entries, const QString& exception)
 {
-    Source source { entries, exception, profile::dataDirectory(), qgetenv("HOME"), qgetenv("PATH") };
+    Source source { entries, exception, profile::expandPath(QStringLiteral("${DATA}")), qgetenv("HOME"),
+        qgetenv("PATH") };
     const std::lock_guard lock(m_mutex);
     const auto now = std::chrono::steady_clock::now();
     const bool isOther = source != m_source;

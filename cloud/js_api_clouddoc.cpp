@@ -144,7 +144,8 @@ const MemberList& KJsApiCloudDoc::members()
                 member<&Self::createUploadFileTask>(u"createUploadFileTask", Category::CloudWrite,
                     Type::Object, { Type::JsValue },
                     "Returns an UploadFileTask, which has not been started yet. A page may upload any file that "
-                    "the user can read and the suite does not close to uploads.", { &CreateTaskFailed }),
+                    "the user can read and the suite does not close to uploads.",
+                    { &CreateTaskFailed }),
                 member<&Self::getMyCloudDocumentsLocalPath>(u"getMyCloudDocumentsLocalPath",
                     Category::CloudRead, Type::Object,
                     "Resolves with the path of the folder in which cloud documents are kept on this machine.",

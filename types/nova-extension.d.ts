@@ -1309,7 +1309,7 @@ declare namespace NovaExtension {
          */
         getCloudCachedFile(cloudPath: string): Promise<string>;
         /**
-         * Uploads files into a cloud folder.
+         * Uploads files into a cloud folder: any that the user can read and the suite does not close to uploads.
          *
          * @throws 3 "Cloud service error."
          * @throws 3 "Get account SDK error."
@@ -1344,7 +1344,8 @@ declare namespace NovaExtension {
          */
         getDefaultWorkSpace(): Promise<NovaExtension.CloudDoc.Workspace>;
         /**
-         * Returns an UploadFileTask, which has not been started yet.
+         * Returns an UploadFileTask, which has not been started yet. A page may upload any file that the user can read
+         * and the suite does not close to uploads.
          *
          * @throws 3 "Cloud service error."
          * @throws 3 "Get account SDK error."

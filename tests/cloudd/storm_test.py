@@ -4,6 +4,7 @@ nothing is lost, stored twice or stuck.
 usage: storm_test.py NOVAHOST [KILLS] [SEED]
 """
 import collections
+import contextlib
 import hashlib
 import os
 import random
@@ -54,22 +55,18 @@ exec "{program}" "$@"
 
 
 def kill_one(bench, chance, young):
-    before = set(bench.processes())
-    kind = chance.randrange(4)
-    if kind == 0:
+    """Now, or the next one while it starts, or, by the wrapper, all that start for a while."""
+    before, wait = set(bench.processes()), chance.choice(WAITS)
+    kind = chance.choice(("now", "now", "next", "young"))
+    if kind == "young":
         open(young, "wb").close()
-    wait = chance.choice(WAITS)
     end = time.monotonic() + wait
-    while kind == 1 and time.monotonic() < end and not set(bench.processes()) - before:
-        time.sleep(0.002)  # for the next one, to be killed while it starts
-    if kind != 1:
-        time.sleep(wait)
+    while time.monotonic() < end and not (kind == "next" and set(bench.processes()) - before):
+        time.sleep(0.002)
     for process in bench.processes():
-        try:
+        with contextlib.suppress(ProcessLookupError):
             os.kill(process, signal.SIGKILL)
-        except ProcessLookupError:
-            pass
-    if kind == 0:
+    if kind == "young":
         os.remove(young)
 
 

@@ -1,4 +1,5 @@
 #include "host/profile/accountfields.h"
+#include "host/suite/account/accountservice.h"
 #include "krt/krt.h"
 #include "krt/product.h"
 #include "suite/kdcinfo.h"
@@ -149,6 +150,23 @@ TEST(Profile, SchemaHasTheFieldsOfAccounts)
     EXPECT_EQ(describe(properties(account, "companies")), describe(profile::CompanyFields));
     EXPECT_EQ(std::size(profile::UserFields), countFields<kacctoutsdk::KUserInfo>());
     EXPECT_EQ(std::size(profile::CompanyFields), countFields<kacctoutsdk::KCompanyInfo>());
+}
+
+TEST_F(ServiceTest, AChangeOfAccountsKeepsThoseOfOtherProcesses)
+{
+    suite::AccountService& accounts = suite::AccountService::instance();
+    accounts.signIn(QStringLiteral("user-1"));
+    int changes = 0;
+    QObject::connect(&accounts, &suite::AccountService::loginInfoChanged, [&] { ++changes; });
+    const QByteArray signedOut = R"({"current": "", "logins": 7, "signedIn": []})";
+    write("accounts.json", signedOut);
+    accounts.changeUser(QStringLiteral("nickName"), QStringLiteral("B"));
+    const QJsonObject now = QJsonDocument::fromJson(read("accounts.json")).object();
+    EXPECT_EQ(now[QStringLiteral("users")].toObject().size(), 1);
+    for (const char* key : { "current", "logins", "signedIn" })
+        EXPECT_EQ(now[QLatin1String(key)], QJsonDocument::fromJson(signedOut)[QLatin1String(key)]) << key;
+    EXPECT_EQ(changes, 1);
+    EXPECT_TRUE(accounts.accountList().isEmpty());
 }
 
 TEST_F(ServiceTest, DataDirectoryIsMadeOrRefused)

@@ -111,7 +111,7 @@ QJsonObject AccountService::readFile() const
     QFile file(m_file);
     if (!file.open(QIODevice::ReadOnly))
         return {};
-    const QJsonObject state = QJsonDocument::fromJson(file.readAll()).object();
+    QJsonObject state = QJsonDocument::fromJson(file.readAll()).object();
     if (state.isEmpty()) {
         qCWarning(accountLog, "%s can not be understood and is set aside", qPrintable(m_file));
         file.rename(m_file + QStringLiteral(".damaged"));
@@ -155,7 +155,7 @@ void AccountService::announce(const QJsonObject& before, const QJsonObject& now)
     };
     if (differs(Current) && !now[QLatin1String(Current)].toString().isEmpty())
         Q_EMIT currentAccountChanged();
-    if (differs(Current) || differs(SignedIn))
+    if (differs(Current) || differs(SignedIn) || differs(Logins))
         Q_EMIT loginInfoChanged();
     if (differs(UserChanges))
         Q_EMIT userInfoChanged();

@@ -107,14 +107,14 @@ declare namespace NovaExtension {
         "ByteBufferManager.create": Failure<3, "not supported.">;
         "FileSystem.File": Failure<3, "Path is empty."> | Failure<3, "Path is illegal."> | Failure<3, "empty handle.">;
         "FileSystem.exists": never;
-        "FileSystem.copy": Failure<3, "Path is empty."> | Failure<3, "Path is illegal."> | Failure<3, "New path is illegal."> | Failure<3, "override existing file failed">;
+        "FileSystem.copy": Failure<3, "Path is empty."> | Failure<1, "wrong parameters."> | Failure<3, "Path is illegal."> | Failure<3, "New path is illegal."> | Failure<3, "override existing file failed">;
         "FileSystem.officeData": never;
         "FileSystem.officeHome": never;
         "FileSystem.tempPath": never;
         "FileSystem.desktopPath": never;
         "FileSystem.homePath": never;
         "FileSystem.documentsPath": never;
-        "FileSystem.openLocalLocation": Failure<1, "missing required parameters."> | Failure<3, `${string} is not existed`> | Failure<3, `${string} is not dir`> | Failure<3, `file ${string} is not exists`>;
+        "FileSystem.openLocalLocation": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, `${string} is not existed`> | Failure<3, `${string} is not dir`> | Failure<3, `file ${string} is not exists`>;
         "FileSystem.getDllWorkPath": Failure<1, "missing required parameters.">;
         "FileSystem.downloadPath": never;
         "FileSystem.selectLocalFolder": Failure<1, "missing required parameters.">;
@@ -458,6 +458,7 @@ declare namespace NovaExtension {
          * replaced, or the system refused. A file that is replaced stays as it was until the copy is whole.
          *
          * @throws 3 "Path is empty."
+         * @throws 1 "wrong parameters."
          * @throws 3 "Path is illegal."
          * @throws 3 "New path is illegal."
          * @throws 3 "override existing file failed"
@@ -479,6 +480,7 @@ declare namespace NovaExtension {
          * Shows a directory, or a file in it, in the desktop's file manager. Returns whether that was started.
          *
          * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
          * @throws 3 "%1 is not existed"
          * @throws 3 "%1 is not dir"
          * @throws 3 "file %1 is not exists"

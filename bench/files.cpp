@@ -1,4 +1,4 @@
-// "getFileMd5" of a file that is in the cache, against programs that do the same.
+// "getFileMd5" of a file that is in the cache, and "remove" of large trees, against programs that do the same.
 #include "framework/entry.h"
 #include "host/vexlite/core.h"
 
@@ -10,9 +10,12 @@
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <algorithm>
+#include <chrono>
+#include <fcntl.h>
 #include <fstream>
 #include <spawn.h>
 #include <string>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -97,8 +100,6 @@ struct Files {
         core.setFactories(factories);
         context = core.openPage(&page, {});
         object = core.bindObject(context, QStringLiteral("FileSystem"));
-        while (object.members->Name(member) != std::u16string_view(u"getFileMd5"))
-            ++member;
     }
     ~Files()
     {
@@ -107,25 +108,40 @@ struct Files {
         vexlite::Core::stop();
     }
 
+    static Files& instance()
+    {
+        static Files files;
+        return files;
+    }
+
+    /// Calls a member with a path. Its result; an empty one when it failed.
+    KJSVariant call(const char16_t* name, const std::string& path)
+    {
+        std::int32_t member = 0;
+        while (object.members->Name(member) != std::u16string_view(name))
+            ++member;
+        const KJSVariant given = KJSVariant::fromString(QString::fromStdString(path).toStdU16String());
+        KJSVariant result, exception;
+        JSApiArguments arguments(&given, 1);
+        vexlite::Core::instance()->call(object.object.get(), context, object.members->Id(member),
+            JSAccess::Method, arguments, result, exception);
+        return result;
+    }
+
     WaitingPage page;
     JSContextEnv context {};
     vexlite::BoundObject object;
-    std::int32_t member = 0;
 };
 
 void md5_member(benchmark::State& state)
 {
-    static Files files;
+    Files& files = Files::instance();
     const Subject& subject = Subject::instance();
-    const KJSVariant path = KJSVariant::fromString(QString::fromStdString(subject.path()).toStdU16String());
     std::ofstream("/proc/self/clear_refs") << "5";                 // the peak starts anew
     static const std::int64_t before = statusKiB("self", "VmRSS"); // later calls find freed memory to use
     for (auto _ : state) {
         files.page.answer.clear();
-        KJSVariant promise, exception;
-        JSApiArguments arguments(&path, 1);
-        vexlite::Core::instance()->call(files.object.object.get(), files.context,
-            files.object.members->Id(files.member), JSAccess::Method, arguments, promise, exception);
+        const KJSVariant promise = files.call(u"getFileMd5", subject.path());
         while (files.page.answer.empty())
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -158,7 +174,7 @@ std::string printed(std::vector<std::string> command, std::int64_t& peakKiB)
     if (failure == 0) {
         while (waitpid(child, nullptr, WNOHANG) == 0) {
             peakKiB = std::max(peakKiB, statusKiB(std::to_string(child), "VmHWM"));
-            usleep(1000);
+            usleep(200);
         }
         if (read(output[0], digest.data(), digest.size()) < 0)
             digest.clear();
@@ -190,5 +206,72 @@ void md5_openssl(benchmark::State& state)
     program(state, { "openssl", "dgst", "-md5", "-r" });
 }
 BENCHMARK(md5_openssl)->Name("md5/openssl")->Unit(benchmark::kMillisecond)->UseRealTime();
+
+/// Trees by their shape: so many directories in each other, or so many entries side by side.
+struct Tree {
+    const char* name;
+    int deep;
+    int directories;
+    int files;
+};
+constexpr Tree Trees[] = {
+    { "800 levels", 800, 0, 0 },
+    { "1,900 levels", 1900, 0, 0 },
+    { "100,000 directories", 0, 100'000, 0 },
+    { "100,000 files", 0, 0, 100'000 },
+};
+
+void makeTree(const Tree& tree, const std::string& path)
+{
+    mkdir(path.c_str(), 0700);
+    int here = open(path.c_str(), O_RDONLY | O_DIRECTORY);
+    for (int i = 0; i < tree.directories; ++i)
+        mkdirat(here, std::to_string(i).c_str(), 0700);
+    for (int i = 0; i < tree.files; ++i)
+        close(openat(here, std::to_string(i).c_str(), O_WRONLY | O_CREAT, 0600));
+    for (int i = 0; i < tree.deep; ++i) {
+        mkdirat(here, "d", 0700);
+        const int below = openat(here, "d", O_RDONLY | O_DIRECTORY);
+        close(here);
+        here = below;
+    }
+    close(here);
+}
+
+/// What removing a tree takes; making it does not count.
+template <typename Remove> void removal(benchmark::State& state, const Tree& tree, Remove remove)
+{
+    const QTemporaryDir directory;
+    const std::string path = directory.filePath(QStringLiteral("tree")).toStdString();
+    for (auto _ : state) {
+        makeTree(tree, path);
+        const auto begin = std::chrono::steady_clock::now();
+        remove(path);
+        state.SetIterationTime(
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count());
+        if (access(path.c_str(), F_OK) == 0)
+            state.SkipWithError("it is still there");
+    }
+}
+
+void removeWithProgram(const std::string& path)
+{
+    std::int64_t peak = 0;
+    printed({ "rm", "-r", path }, peak);
+}
+
+[[maybe_unused]] const bool areRegistered = [] {
+    for (const Tree& tree : Trees) {
+        const auto add = [&tree](const char* how, auto remove) {
+            benchmark::RegisterBenchmark((std::string("remove ") + tree.name + '/' + how).c_str(),
+                [&tree, remove](benchmark::State& state) { removal(state, tree, remove); })
+                ->Unit(benchmark::kMillisecond)
+                ->UseManualTime();
+        };
+        add("member", [](const std::string& path) { Files::instance().call(u"remove", path); });
+        add("rm -r", removeWithProgram);
+    }
+    return true;
+}();
 
 } // namespace

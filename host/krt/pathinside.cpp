@@ -168,6 +168,18 @@ template <typename Visitor> void follow(const std::string& path, Visitor& visito
     visitor.reach(ahead);
 }
 
+/// Whether a path is absolute, not the root, and has neither empty names nor steps.
+bool isClean(const std::string& path)
+{
+    bool clean = path.size() > 1 && path.front() == '/' && path.back() != '/';
+    for (std::size_t slash = 0; clean && slash != std::string::npos; slash = path.find('/', slash + 1)) {
+        const std::string_view name = std::string_view(path).substr(slash + 1, 3);
+        clean = !name.starts_with('/') && name != "." && !name.starts_with("./") && name != ".."
+            && !name.starts_with("../");
+    }
+    return clean;
+}
+
 bool isParentStep(const std::string& name)
 {
     return name == "..";
@@ -373,7 +385,7 @@ ProfilePlaces::~ProfilePlaces() = default;
 std::optional<bool> ProfilePlaces::containsOnTrail(const QString& path)
 {
     const std::string name = QFile::encodeName(path).toStdString();
-    if (name.size() < 2 || name.size() >= PATH_MAX || name.front() != '/' || QDir::cleanPath(path) != path)
+    if (name.size() >= PATH_MAX || !isClean(name))
         return std::nullopt;
     if (!m_trail || !name.starts_with(m_trail->path + '/') || !m_trail->isThere()) {
         Known root(AT_FDCWD, "/");

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <QString>
-#include <compare>
 #include <optional>
 #include <sys/stat.h>
 #include <utility>
@@ -46,12 +45,8 @@ private:
     int m_number = -1;
 };
 
-/// What a file or directory is, under whatever name.
-struct FileId {
-    dev_t device;
-    ino_t inode;
-    auto operator<=>(const FileId&) const = default;
-};
+/// What a file or directory is, under whatever name: its device and inode.
+using FileId = std::pair<dev_t, ino_t>;
 
 inline FileId identify(const struct stat& facts)
 {

@@ -41,7 +41,7 @@ private:
     struct Closed {
         std::string text;
         std::string place; ///< links followed
-        Id id; ///< when it was made; zeros when it is not there
+        Id id;             ///< when it was made; zeros when it is not there
     };
 
     QTemporaryDir m_directory;

@@ -368,8 +368,11 @@ void KJsApiUploadFileTask::Initialise(IJSONValue* options)
     QStringList names;
     if (options)
         options->Keys(names);
-    for (const QString& name : names)
-        arguments.insert(name, options->GetString(name, {}));
+    for (const QString& name : names) {
+        KJSVariant value;
+        options->Get(name, value);
+        arguments.insert(name, convertToString(value.raw()).value_or(QString()));
+    }
     if (arguments.isEmpty())
         return;
     m_task = new KUploadFileTask(arguments);

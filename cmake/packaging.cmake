@@ -34,15 +34,16 @@ foreach(name vexlitejsapi vexlitejsapi-c)
     install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endforeach()
 
+# Laid out as in the source tree, so that the docs' links lead there.
 set(data_dir ${CMAKE_INSTALL_DATADIR}/vexlitejsapi)
-install(PROGRAMS scripts/check-suite DESTINATION ${data_dir})
-install(FILES scripts/suitesymbols.py framework/imports.txt DESTINATION ${data_dir})
+install(FILES README.md CHANGELOG.md DESTINATION ${data_dir})
+install(DIRECTORY docs DESTINATION ${data_dir})
+install(PROGRAMS scripts/check-suite DESTINATION ${data_dir}/scripts)
+install(FILES scripts/suitesymbols.py DESTINATION ${data_dir}/scripts)
+install(FILES framework/exports.txt framework/imports.txt DESTINATION ${data_dir}/framework)
 install(DIRECTORY examples/embed DESTINATION ${data_dir}/examples PATTERN build EXCLUDE)
 install(FILES types/README.md types/api.json types/nova-extension.d.ts types/standin.d.ts types/package.json
     DESTINATION ${data_dir}/types)
-set(doc_dir ${CMAKE_INSTALL_DATADIR}/doc/vexlitejsapi-dev)
-install(FILES README.md CHANGELOG.md DESTINATION ${doc_dir})
-install(DIRECTORY docs DESTINATION ${doc_dir})
 
 if(NOT PROJECT_IS_TOP_LEVEL)
     return()

@@ -3,8 +3,7 @@ import pathlib
 import subprocess
 
 HERE = pathlib.Path(__file__).resolve().parent
-INSTALLED = HERE / "imports.txt"
-LIST = INSTALLED if INSTALLED.exists() else HERE.parent / "framework/imports.txt"
+LIST = HERE.parent / "framework/imports.txt"
 # What may lie in the suite's executable or in any library of its own.
 APPLICATION = "application"
 

@@ -8,6 +8,7 @@ import os
 import random
 import shutil
 import signal
+import sqlite3
 import subprocess
 import sys
 import tempfile
@@ -223,15 +224,16 @@ def full_disk(bench):
 
 
 def page_that_goes(bench):
-    """Uploads outlive the page, and the suite; the page's other requests are forgotten."""
+    """Uploads outlive the page, and the suite, but not a cancel; the page's other requests are forgotten."""
     bench.run("""
-        await CloudDoc.getRoamingMode();
+        const cancelled = await started(upload(`${data}/large`, "many"));
         for (let i = 0; i < 1000; ++i)
             CloudDoc.getPersonalPrivateGroup();
         const tasks = Array.from({ length: 100 }, () => upload(`${data}/small`, "many"));
         const begun = Promise.all(tasks.map((task) => heard(task, "cloud.upload.started")));
         tasks.forEach((task) => task.start());
         await begun;
+        cancelled.cancel();
         exit(0);""", profile={"cloud": {"uploadBytesPerSecond": 50_000}})
     seen = bench.run("""
         const names = ["small", ...Array.from({ length: 99 }, (_, i) => `small (${i + 1})`)];
@@ -242,6 +244,9 @@ def page_that_goes(bench):
             whole += await FileSystem.getFileMd5(await CloudDoc.getCloudCachedFile(`many/${name}`)) === digest;
         show(whole);""")
     assert seen == [100], seen
+    with sqlite3.connect(f"file:{bench.data}/state/cloud/records.sqlite?mode=ro", uri=True) as records:
+        left, = records.execute("SELECT count(*) FROM tasks WHERE ended IS NULL").fetchone()
+    assert not left, "the cancel has not arrived"
 
 
 def frozen(bench):

@@ -89,7 +89,7 @@ TEST_F(Wrapper, SurvivesItsCallbacks)
     call("destroys", [this] { wrapper.reset(); });
     reply();
     EXPECT_EQ(log.back(), "destroys ok 1 5");
-    EXPECT_EQ(kept(), "-----");
+    EXPECT_EQ(kept(), "----");
 }
 
 TEST_F(Wrapper, TakesRepliesOfEachOverloadAtOnceOrQueued)

@@ -52,7 +52,9 @@ const doom = async (isRestarted, delay) => {
     const end = heard(task, "cloud.upload.finished");
     if (isRestarted)
         task.restart();
-    if (await outcome(() => task.cancel().success) === true && (await end).status === "1")
+    const isPromised = await outcome(() => task.cancel().success) === true;
+    process.play("cloud:kill");
+    if (isPromised && (await end).status === "1")
         show("a cancelled upload has finished");
 };
 for (let i = 0; i < left; ++i)

@@ -299,21 +299,6 @@ TEST_F(Abi, ATableIsFilledOnceAndPublishedEachTime)
     EXPECT_EQ(spy.takeOperations(), "publish 0,publish 2");
 }
 
-TEST_F(Abi, ACallIsNoticedMadeAndCompleted)
-{
-    std::string traced;
-    core.setTracer(
-        [&](const vexlite::TracedCall& call) { traced += (call.object + u'.' + call.member).toStdString(); });
-    object("Log");
-    spy.takeOperations();
-    EXPECT_EQ(page.call("Log", "logInfo"), "1 missing required parameters.");
-    core.setTracer({});
-    EXPECT_EQ(traced, "NovaExtension.Log.logInfo");
-    const std::string operations = spy.takeOperations();
-    EXPECT_EQ(operations.substr(0, operations.rfind(' ')), "find 0 0,completed 0");
-    EXPECT_TRUE(page.result.isEmpty()) << "a failure leaves the result unset";
-}
-
 TEST_F(Abi, AnEnvelopeIsAnOrderedObject)
 {
     JSApiArguments none;

@@ -31,16 +31,6 @@ protected:
     support::Page other { core };
 };
 
-TEST_F(Account, SendsEachChangeOnceAndALogoutBeforeALogin)
-{
-    service->become("a");
-    service->become("a");
-    Q_EMIT service->currentAccountChanged();
-    EXPECT_EQ(heard(), "login");
-    service->become("b");
-    EXPECT_EQ(heard(), "logout; login");
-}
-
 TEST_F(Account, SendsWhatHappensWhileAListenerRunsTheEventLoop)
 {
     const struct {
@@ -134,15 +124,6 @@ TEST_F(Account, GoesAndComesBack)
     EXPECT_EQ(heard(), "login; login of other") << "another service knows another user";
     service->become("");
     EXPECT_EQ(heard(), "logout");
-}
-
-TEST_F(Account, IsFoundAgainWithoutACall)
-{
-    service.reset();
-    service = std::make_unique<FakeAccounts>("b");
-    while (notes.isEmpty())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    EXPECT_EQ(heard(), "login");
 }
 
 } // namespace

@@ -4,8 +4,6 @@
 #include "host/cloudwire/codec.h"
 #include "tests/support/rows.h"
 
-#include <random>
-
 namespace {
 
 using namespace std::string_literals;
@@ -129,33 +127,6 @@ ROW_TEST(Messages, AreReadAndWritten, Rows)
             << result;
     else
         EXPECT_EQ(result, row.kept == "=" ? row.bytes : row.kept);
-}
-
-TEST_F(Messages, SurviveMutations)
-{
-    std::mt19937 random(11);
-    int accepted = 0;
-    constexpr int Mutations = 300;
-    for (const cloudwire::MessageType& type : cloudwire::messageTypes()) {
-        const std::string good = recoded(type, "\0"s);
-        for (int i = 0; i < Mutations; ++i) {
-            std::string bytes = good;
-            for (std::size_t changes = 1 + random() % 3; changes > 0; --changes) {
-                const std::string piece[] = { "", std::string(1, static_cast<char>(random())), Huge, "\x1c",
-                    "\x01"
-                    "a" };
-                bytes.replace(
-                    random() % (bytes.size() + 1), random() % 2, piece[random() % std::size(piece)]);
-            }
-            const std::string once = recoded(type, bytes);
-            if (once.starts_with("error: "))
-                continue;
-            ++accepted;
-            EXPECT_EQ(recoded(type, once), once);
-        }
-    }
-    EXPECT_GT(accepted, Mutations);
-    EXPECT_LT(accepted, Mutations * static_cast<int>(cloudwire::messageTypes().size()) - Mutations);
 }
 
 TEST_F(Messages, CodecGoesOnAfterFaultsAndManyMessages)

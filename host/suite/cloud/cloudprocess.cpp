@@ -6,6 +6,7 @@
 #include "host/suite/cloud/cloudlog.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFileInfo>
 #include <sys/stat.h>
@@ -24,6 +25,7 @@ constexpr int GiveUpAfterMs = 15'000;
 /// A process that dies sooner is not started again before it is needed.
 constexpr int MinLifetimeMs = 1000;
 constexpr int MaxKillMs = 3000;
+constexpr int MaxFlushMs = 1000;
 
 } // namespace
 
@@ -46,8 +48,13 @@ void CloudProcess::release()
     m_retry.stop();
     m_deadline.stop();
     m_socket.disconnect(this);
-    if (!profile::isDataTemporary())
+    if (!profile::isDataTemporary()) {
+        // What has been sent is in a buffer until the event loop runs again, which it does not.
+        const QDeadlineTimer deadline(MaxFlushMs);
+        while (m_socket.bytesToWrite() > 0
+            && m_socket.waitForBytesWritten(static_cast<int>(deadline.remainingTime()))) { }
         return;
+    }
     // Whatever they are doing: they can be killed at any moment.
     for (const ProcessHandle* process : { &std::as_const(m_peer), &m_child.handle() }) {
         if (process->kill())

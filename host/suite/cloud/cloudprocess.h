@@ -37,8 +37,8 @@ public:
     void drop(const char* reason);
     /// Ends the process as a crash would (SIGKILL). False when none is connected.
     bool killProcess() { return m_peer.kill(); }
-    /// The last call; no signal comes any more. The process ends when its work is done, or at once when its
-    /// data are temporary.
+    /// The last call; no signal comes any more. The process gets what was sent to it, and ends when its work is
+    /// done, or at once when its data are temporary.
     void release();
 
 Q_SIGNALS:

@@ -125,7 +125,12 @@ bool mayBeProgram(QFile& file)
 
 bool dirs::isFileFormatSafe(const QString& path)
 {
+    // What a page may not upload it may not copy to where it may.
+    static ProfilePlaces closedToUploads;
+    const auto profile = profile::current();
     const QFileInfo info(path);
+    if (closedToUploads.contain(info.absoluteFilePath(), profile->cloud.closedToUploads, profile->cloud.openToUploads))
+        return false;
     QFile file(path);
     if (!info.isFile() || !file.open(QIODevice::ReadOnly) || mayBeProgram(file))
         return false;
@@ -133,7 +138,7 @@ bool dirs::isFileFormatSafe(const QString& path)
     // By the name as well: a script may have no "#!" line.
     const QMimeType found[] { types.mimeTypeForFile(info, QMimeDatabase::MatchContent),
         types.mimeTypeForFile(info, QMimeDatabase::MatchExtension) };
-    const QStringList unsafe = profile::current()->files.unsafeTypes;
+    const QStringList unsafe = profile->files.unsafeTypes;
     return std::none_of(unsafe.begin(), unsafe.end(), [&](const QString& type) {
         return std::any_of(
             std::begin(found), std::end(found), [&](const QMimeType& known) { return known.inherits(type); });

@@ -346,9 +346,9 @@ bool isPathInside(const QString& path, const QString& directory)
     return places.contain(path);
 }
 
-bool ProfilePlaces::contain(const QString& path, const QStringList& entries, const QString& exception)
+bool ProfilePlaces::contain(const QString& path, const QStringList& entries, const QStringList& exceptions)
 {
-    Source source { entries, exception, profile::expandPath(QStringLiteral("${DATA}")), qgetenv("HOME"),
+    Source source { entries, exceptions, profile::expandPath(QStringLiteral("${DATA}")), qgetenv("HOME"),
         qgetenv("PATH") };
     const std::lock_guard lock(m_mutex);
     const auto now = std::chrono::steady_clock::now();
@@ -419,7 +419,8 @@ void ProfilePlaces::look(Places& places) const
         else
             places.add(profile::expandPath(entry));
     }
-    places.add(profile::expandPath(m_source.exception), Places::Kind::Exception);
+    for (const QString& exception : m_source.exceptions)
+        places.add(profile::expandPath(exception), Places::Kind::Exception);
 }
 
 } // namespace krt

@@ -66,15 +66,15 @@ public:
     ProfilePlaces();
     ~ProfilePlaces();
 
-    /// `entries` and `exception` are paths of the profile; "${PATH}" among them stands for the directories in
+    /// `entries` and `exceptions` are paths of the profile; "${PATH}" among them stands for the directories in
     /// which the system looks for programs. What other processes change about the links on the way to the
     /// entries is seen after 50 ms.
-    bool contain(const QString& path, const QStringList& entries, const QString& exception = {});
+    bool contain(const QString& path, const QStringList& entries, const QStringList& exceptions = {});
 
 private:
     struct Source {
         QStringList entries;
-        QString exception;
+        QStringList exceptions;
         QString data;
         QByteArray home;
         QByteArray programs;

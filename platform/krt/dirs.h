@@ -17,8 +17,8 @@ QString officeHome();
 /// The home of all the vendor's products of this user; plugin pools lie below it. [any thread]
 QString velmoraHome();
 
-/// Whether a file's content is of a kind that pages may pass on: false for programs and the like, and for a
-/// file that can not be read. Looks into the file; its name alone does not decide. [any thread]
+/// Whether a file's content is of a kind that pages may pass on: false for programs and the like, for what the
+/// suite keeps from pages, and for a file that can not be read. Looks into the file; its name alone does not decide. [any thread]
 bool isFileFormatSafe(const QString& path);
 
 /// True for an absolute path that is, or lies in, a directory into which pages may not write. Links are

@@ -240,9 +240,10 @@ def closed_files(bench):
         const folder = process.argv[3].replace("/.ssh/id", "");
         const files = [`${folder}/elsewhere/key`];
         show([codes, await outcome(() => FileSystem.remove(`${folder}/.gnupg`)),
+            await outcome(() => FileSystem.copy({ path: files[0], newPath: `${folder}/mine too` })),
             await outcome(() => CloudDoc.uploadFile2CloudFolder({ cloudPath: "up", files, createWhenNoExists: true }))]);""",
                      arguments=list(files), home=home)
-    assert seen == [[files, "3 New path is illegal.", "3 Sync files failed."]], seen
+    assert seen == [[files, "3 New path is illegal.", "3 Path is illegal.", "3 Sync files failed."]], seen
 
 
 def two_suites(bench):

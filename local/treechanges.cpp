@@ -24,8 +24,8 @@ public:
     explicit NewFile(int directory, mode_t permissions = 0600)
         : m_directory(directory)
         , m_name('.' + QUuid::createUuid().toByteArray(QUuid::Id128))
-        , m_file(openat(directory, m_name.constData(),
-              O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, permissions))
+        , m_file(openat(directory, m_name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+              permissions))
     {
     }
     ~NewFile()

@@ -14,6 +14,8 @@ namespace {
 constexpr int MaxBytes = 16 << 20;
 /// How long to wait while others store something. It takes them a moment.
 constexpr int LockMs = 1000;
+/// A lock has some short lines.
+constexpr int MaxLockBytes = 4096;
 
 /// A path for a copy, which no other has or had: QSettings knows contents by their paths.
 QString makeCopyPath()
@@ -21,6 +23,22 @@ QString makeCopyPath()
     static const QTemporaryDir copies;
     static int number = 0;
     return copies.filePath(QString::number(++number));
+}
+
+/// Whether a lock can be had at a path: nothing is there, or a lock, which may be left over. QLockFile opens
+/// whatever is there, and takes any old file for one that is left over and removes it.
+bool mayLock(const QString& path)
+{
+    const std::optional<WritablePath> lock = WritablePath::check(path);
+    const auto facts = lock ? lock->look() : std::nullopt;
+    if (!facts || !S_ISREG(facts->st_mode))
+        return lock && !facts;
+    const auto content = readAll(openRegularFile(path), MaxLockBytes);
+    // A number of a process, a program and a machine; nothing yet in a new one.
+    bool isNumber = false;
+    if (content)
+        content->left(content->indexOf('\n')).toLongLong(&isNumber);
+    return content && (content->isEmpty() || (isNumber && content->count('\n') >= 3));
 }
 
 } // namespace
@@ -139,7 +157,7 @@ bool KSettingsFile::setValue(const QString& key, const QVariant& value)
         const auto above = WritablePath::check(directory);
         path = above && makeDirectory(*above) ? WritablePath::check(m_path.string()) : std::nullopt;
     }
-    if (!path || !path->name())
+    if (!path || !path->name() || !mayLock(path->string() + QLatin1String(".lock")))
         return false;
     m_path = *path;
     QLockFile lock(QFile::decodeName(m_path.above().path() + '/' + *m_path.name()) + QLatin1String(".lock"));

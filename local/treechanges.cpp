@@ -19,12 +19,13 @@ constexpr mode_t Permissions = 0777;
 /// A file beside another, whose place it takes when it is whole. Removed unless it does.
 class NewFile {
 public:
-    /// Makes the file; errno says why when it is not there afterwards.
-    explicit NewFile(int directory)
+    /// Makes the file, for the user alone: what it takes the place of, or is copied from, may be private. errno
+    /// says why when it is not there afterwards.
+    explicit NewFile(int directory, mode_t permissions = 0600)
         : m_directory(directory)
         , m_name('.' + QUuid::createUuid().toByteArray(QUuid::Id128))
-        , m_file(openat(
-              directory, m_name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666))
+        , m_file(openat(directory, m_name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+              permissions))
     {
     }
     ~NewFile()
@@ -167,7 +168,7 @@ bool writeFile(const QByteArray& content, const WritablePath& target)
     const auto present = target.look();
     if (present && !S_ISREG(present->st_mode))
         return false;
-    NewFile file(target.above().number());
+    NewFile file(target.above().number(), present ? 0600 : 0666);
     return file && writeAll(file.file(), content.constData(), content.size())
         && (!present || fchmod(file.file().number(), present->st_mode & Permissions) == 0)
         && fdatasync(file.file().number()) == 0 && file.replace(*target.name());

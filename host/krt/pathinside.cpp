@@ -4,11 +4,11 @@
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <algorithm>
 #include <climits>
 #include <deque>
 #include <fcntl.h>
+#include <filesystem>
 #include <linux/magic.h>
 #include <optional>
 #include <sys/stat.h>
@@ -18,6 +18,8 @@
 namespace krt {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 using Names = std::deque<std::string>;
 
@@ -306,14 +308,19 @@ void Places::addBeginning(const QString& path)
     follow(QFile::encodeName(path).toStdString(), recorder);
     // Links among them lead elsewhere. One that leads to the directory itself, or above it, would close everything.
     const int slash = path.lastIndexOf(QLatin1Char('/'));
-    const QString beginning = path.mid(slash + 1).chopped(1);
-    const QDir directory(path.left(slash + 1));
-    const auto kinds = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
-    for (const QString& name : directory.entryList(kinds)) {
-        const QString entry = directory.filePath(name);
-        if (name.startsWith(beginning)
-            && !(QFileInfo(entry).isSymLink() && isPathInside(directory.path(), entry)))
-            add(entry);
+    const std::string beginning = QFile::encodeName(path.mid(slash + 1).chopped(1)).toStdString();
+    const QString directory = path.left(slash + 1);
+    // Not by QDir, which asks what every entry is: there may be many, and they are looked at often.
+    std::error_code error;
+    fs::directory_iterator entry(QFile::encodeName(directory).toStdString(), error);
+    for (const fs::directory_iterator end; !error && entry != end; entry.increment(error)) {
+        const std::string name = entry->path().filename();
+        if (!name.starts_with(beginning))
+            continue;
+        const QString place = QFile::decodeName(entry->path().c_str());
+        std::error_code unknown;
+        if (!(entry->is_symlink(unknown) && isPathInside(directory, place)))
+            add(place);
     }
 }
 
@@ -351,18 +358,17 @@ bool ProfilePlaces::contain(const QString& path, const QStringList& entries, con
     Source source { entries, exceptions, profile::expandPath(QStringLiteral("${DATA}")), qgetenv("HOME"),
         qgetenv("PATH") };
     const std::lock_guard lock(m_mutex);
-    const auto now = std::chrono::steady_clock::now();
     const bool isOther = source != m_source;
     if (isOther) {
         m_source = std::move(source);
         m_first = {};
         look(m_first);
     }
-    if (isOther || now - m_looked > LookInterval) {
+    if (isOther || std::chrono::steady_clock::now() - m_looked > LookInterval) {
         m_trail.reset();
         m_now = m_first;
         look(m_now);
-        m_looked = now;
+        m_looked = std::chrono::steady_clock::now(); // however long it took
     }
     const auto known = containsOnTrail(path);
     return known ? *known : m_now.contain(path);

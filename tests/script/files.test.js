@@ -103,10 +103,11 @@ await check([
     ["copy into a closed directory by a link", () => copy("plain.txt", "DATA/tree/to closed/x"), newIllegal],
     ["copy leaves nothing half done", () => FileSystem.exists(at("closed/x")).data || FileSystem.exists(at("x")).data, false],
 
-    ...["plain.txt", "script.txt", "program", "pipe", "broken", "tree", "sparse.bin", "n".repeat(252)].map((name) =>
+    ...["plain.txt", "script.txt", "program", "pipe", "broken", "tree", "sparse.bin", "notes", "held", "n".repeat(252)].map((name) =>
         [`settings in ${name.slice(0, 10)}`, () => SettingsManager.settings({ format: 1, path: at(name) }).setValue({ key: "k", value: 1 }),
             refusal(3, "Setting is invalid.")]),
     ["settings leave what is there", sum("plain.txt"), md5.hello],
+    ["settings take no file of the user's for a lock", sum("notes.lock"), md5.hello],
     ["settings behind a link", () => {
         SettingsManager.settings({ format: 1, path: at("link to settings") }).setValue({ key: "g/new", value: "x" });
         const read = SettingsManager.settings({ format: 1, path: at("settings.ini") });

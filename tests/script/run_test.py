@@ -34,7 +34,8 @@ def prepare_files(data):
         os.makedirs(f"{data}/{name}")
     texts = {"plain.txt": "hello", "other.txt": "other", "empty.txt": "", "short-lived.txt": "x", "closed/kept.txt": "x",
              "holder/deep/kept.txt": "x", "tree/leaf.txt": "x", "script.txt": "#!/bin/sh\n", "locked whole.txt": "x",
-             "locked part.txt": "x" * 10, "settings.ini": "; kept by hand\n[g]\nold=1\n", "other.ini": "[g]\nother=2\n"}
+             "locked part.txt": "x" * 10, "settings.ini": "; kept by hand\n[g]\nold=1\n", "other.ini": "[g]\nother=2\n",
+             "notes.lock": "hello"}
     odd = ("with space", 'quote"', 'three"""', "line\nbreak", "$(x) `x` ; & ", "%1 %HOME%", "\U0001f600 \u00fc\u0301\u05d0",
            "-option", "back\\slash")
     texts.update({f"odd/{name}.txt": "x" for name in odd})
@@ -44,8 +45,9 @@ def prepare_files(data):
     for name, size in {"sparse.bin": 2**32 + 1, "shrinking.bin": 2**40, "restored.bin": 2**40}.items():
         with open(f"{data}/{name}", "wb") as file:
             file.truncate(size)
+    os.utime(f"{data}/notes.lock", (0, 0))
     shutil.copy("/bin/true", f"{data}/program")
-    for name in ("pipe", "full pipe"):
+    for name in ("pipe", "full pipe", "held.lock"):
         os.mkfifo(f"{data}/{name}")
     links = {"broken": "none", "link to tree": "tree", "link to outer": "..", "link to odd": "odd", "link to copied": "copied.txt", "link to data": ".",
              "link to plain": "plain.txt", "tree/to closed": "../closed", "links out/home": data, "links out/closed": "../closed",

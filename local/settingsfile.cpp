@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QLockFile>
 #include <QTemporaryDir>
+#include <algorithm>
 
 namespace jsapi {
 
@@ -16,6 +17,9 @@ constexpr int MaxBytes = 16 << 20;
 constexpr int LockMs = 1000;
 /// A lock has some short lines.
 constexpr int MaxLockBytes = 4096;
+
+/// In one value: enough for 10,000 lists in each other, or an object of as many characters.
+constexpr int MaxZeros = 60'000;
 
 /// A path for a copy, which no other has or had: QSettings knows contents by their paths.
 QString makeCopyPath()
@@ -41,6 +45,35 @@ bool mayLock(const QString& path)
     return content && (content->isEmpty() || (isNumber && content->count('\n') >= 3));
 }
 
+/// Whether text may be given to QSettings. Values that are lists of lists take some of the stack for each level,
+/// which has six zero bytes at least, written as escapes.
+bool mayParse(const QByteArray& text)
+{
+    int zeros = 0;
+    for (int at = 0; at < text.size(); ++at) {
+        const char before = at > 0 ? text[at - 1] : '\n';
+        if (text[at] == '\n' && before != '\\') // which would continue the line
+            zeros = 0;
+        zeros +=
+            text[at] == '0' && (before == '\\' || (before == 'x' && at > 1 && text[at - 2] == '\\')) ? 1 : 0;
+        if (text[at] == '\0' || zeros > MaxZeros)
+            return false;
+    }
+    return true;
+}
+
+/// The lines in an order of their own, without those that are empty.
+QList<QByteArray> sortLines(const QByteArray& text)
+{
+    QList<QByteArray> lines;
+    for (const QByteArray& line : text.split('\n')) {
+        if (!line.trimmed().isEmpty())
+            lines.append(line.trimmed());
+    }
+    std::sort(lines.begin(), lines.end());
+    return lines;
+}
+
 } // namespace
 
 /// What a settings file holds, on a copy of it.
@@ -49,11 +82,14 @@ struct KSettingsFile::Content {
         : copy(makeCopyPath())
     {
         QFile file(copy);
-        isValid = file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+        isValid = mayParse(bytes) && file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
         file.close();
+        if (!isValid)
+            return;
         values = std::make_unique<QSettings>(copy, QSettings::IniFormat);
         values->allKeys(); // reads all of it
-        isValid = isValid && !bytes.contains('\0') && values->status() == QSettings::NoError;
+        isValid = values->status() == QSettings::NoError;
+        text = bytes;
     }
     ~Content()
     {
@@ -63,10 +99,30 @@ struct KSettingsFile::Content {
     Content(const Content&) = delete;
     Content& operator=(const Content&) = delete;
 
-    /// The bytes with a further value; nothing when it can not be stored.
+    /// Whether nothing is lost when QSettings writes the text. Comments are, keys that are there twice, and what
+    /// it spells otherwise, such as names in files of other programs.
+    bool mayRewrite() const
+    {
+        Content written { QByteArray() };
+        for (const QString& key : values->allKeys())
+            written.values->setValue(key, values->value(key));
+        const auto rewritten = written.read();
+        return rewritten && sortLines(*rewritten) == sortLines(text);
+    }
+
+    /// The text with a further value; nothing when it can not be stored.
     std::optional<QByteArray> store(const QString& key, const QVariant& value)
     {
         values->setValue(key, value);
+        const auto stored = read();
+        if (!stored || !mayParse(*stored))
+            return std::nullopt;
+        text = *stored;
+        return stored;
+    }
+
+    std::optional<QByteArray> read()
+    {
         values->sync();
         if (values->status() != QSettings::NoError)
             return std::nullopt;
@@ -74,6 +130,7 @@ struct KSettingsFile::Content {
     }
 
     QString copy;
+    QByteArray text;
     std::unique_ptr<QSettings> values;
     bool isValid;
 };
@@ -139,6 +196,7 @@ bool KSettingsFile::refresh()
     if (!content->isValid)
         return false;
     m_content = std::move(content);
+    m_mayRewrite.reset();
     m_read = facts;
     return true;
 }
@@ -163,9 +221,11 @@ bool KSettingsFile::setValue(const QString& key, const QVariant& value)
     QLockFile lock(QFile::decodeName(m_path.above().path() + '/' + *m_path.name()) + QLatin1String(".lock"));
     if (!lock.tryLock(LockMs) || !refresh())
         return false;
-    const std::optional<QByteArray> bytes = m_content->store(key, value);
+    if (!m_mayRewrite)
+        m_mayRewrite = m_content->mayRewrite();
+    const std::optional<QByteArray> bytes = *m_mayRewrite ? m_content->store(key, value) : std::nullopt;
     if (!bytes || !writeFile(*bytes, m_path)) {
-        m_content.reset(); // which has the value
+        m_content.reset(); // which may have the value
         return false;
     }
     m_read = m_path.look();

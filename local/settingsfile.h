@@ -29,7 +29,8 @@ public:
     QVariant value(const QString& key, const QVariant& fallback) const;
 
     /// Stores a value: it is on disk when this returns true, together with what others have stored there
-    /// meanwhile. Otherwise nothing has changed.
+    /// meanwhile. Otherwise nothing has changed. False too for a file that QSettings would not write as it is:
+    /// one with comments, say, or of another program that has its own spelling.
     bool setValue(const QString& key, const QVariant& value);
 
 private:
@@ -40,6 +41,7 @@ private:
 
     WritablePath m_path;
     std::unique_ptr<Content> m_content;
+    std::optional<bool> m_mayRewrite;  ///< known when something is first written to what was read
     std::optional<struct stat> m_read; ///< the file, or nothing when it was not there
 };
 

@@ -30,7 +30,8 @@ bool dirs::inBlackDownloadDir(const QString& path)
 {
     static ProfilePlaces closed;
     const auto profile = profile::current();
-    return closed.contain(path, profile->directories.blacklistedDownloads, { profile->directories.officeData });
+    return closed.contain(
+        path, profile->directories.blacklistedDownloads, { profile->directories.officeData });
 }
 
 } // namespace krt

@@ -129,7 +129,8 @@ bool dirs::isFileFormatSafe(const QString& path)
     static ProfilePlaces closedToUploads;
     const auto profile = profile::current();
     const QFileInfo info(path);
-    if (closedToUploads.contain(info.absoluteFilePath(), profile->cloud.closedToUploads, profile->cloud.openToUploads))
+    if (closedToUploads.contain(
+            info.absoluteFilePath(), profile->cloud.closedToUploads, profile->cloud.openToUploads))
         return false;
     QFile file(path);
     if (!info.isFile() || !file.open(QIODevice::ReadOnly) || mayBeProgram(file))

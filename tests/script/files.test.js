@@ -107,6 +107,14 @@ await check([
         [`settings in ${name.slice(0, 10)}`, () => SettingsManager.settings({ format: 1, path: at(name) }).setValue({ key: "k", value: 1 }),
             refusal(3, "Setting is invalid.")]),
     ["settings leave what is there", sum("plain.txt"), md5.hello],
+    ...["commented.ini", "twice.ini", "launcher.ini"].map((name) => [`settings that would lose something: ${name}`, () => {
+        const before = FileSystem.File({ path: at(name) }).size().data;
+        const read = SettingsManager.settings({ format: 1, path: at(name) });
+        const refused = (() => { try { return read.setValue({ key: "g/k", value: 1 }); } catch (error) { return error.msg; } })();
+        return [read.getValue({ key: "g/old" }).data, refused, FileSystem.File({ path: at(name) }).size().data - before];
+    }, ["1", "Setting is invalid.", 0]]),
+    ["settings nested too deep to be read", () => SettingsManager.settings({ format: 1, path: at("deep.ini") }).getValue({ key: "a" }),
+        refusal(3, "Setting is invalid.")],
     ["settings take no file of the user's for a lock", sum("notes.lock"), md5.hello],
     ["settings behind a link", () => {
         SettingsManager.settings({ format: 1, path: at("link to settings") }).setValue({ key: "g/new", value: "x" });

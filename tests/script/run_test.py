@@ -34,7 +34,9 @@ def prepare_files(data):
         os.makedirs(f"{data}/{name}")
     texts = {"plain.txt": "hello", "other.txt": "other", "empty.txt": "", "short-lived.txt": "x", "closed/kept.txt": "x",
              "holder/deep/kept.txt": "x", "tree/leaf.txt": "x", "script.txt": "#!/bin/sh\n", "locked whole.txt": "x",
-             "locked part.txt": "x" * 10, "settings.ini": "; kept by hand\n[g]\nold=1\n", "other.ini": "[g]\nother=2\n",
+             "locked part.txt": "x" * 10, "settings.ini": "[g]\nold=1\n",
+             "commented.ini": "; kept by hand\n[g]\nold=1\n", "twice.ini": "[g]\nold=2\nold=1\n", "launcher.ini": "[g]\nold=1\n[Desktop Entry]\nExec=a; b\n",
+             "deep.ini": "a=@Variant(" + r"\0\0\0\t\0\0\0\x1" * 50000 + ")\n", "other.ini": "[g]\nother=2\n",
              "notes.lock": "hello"}
     odd = ("with space", 'quote"', 'three"""', "line\nbreak", "$(x) `x` ; & ", "%1 %HOME%", "\U0001f600 \u00fc\u0301\u05d0",
            "-option", "back\\slash")

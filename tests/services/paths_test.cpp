@@ -164,6 +164,7 @@ const struct FormatRow { const char* name; QByteArray content; bool isSafe = fal
 
 ROW_TEST(ServiceTest, ProgramsAreKnownByTheirContent, Formats)
 {
+    useProfile(R"({"cloud": {"closedToUploads": []}})");
     write("file.txt", GetParam().content);
     EXPECT_EQ(krt::dirs::isFileFormatSafe(path("file.txt")), GetParam().isSafe);
 }

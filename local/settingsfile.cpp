@@ -114,7 +114,7 @@ struct KSettingsFile::Content {
     std::optional<QByteArray> store(const QString& key, const QVariant& value)
     {
         values->setValue(key, value);
-        const auto stored = read();
+        auto stored = read();
         if (!stored || !mayParse(*stored))
             return std::nullopt;
         text = *stored;

@@ -1,4 +1,5 @@
 // Which files are programs, or install some. The content decides: a page may name the copy as it likes.
+#include "host/krt/pathinside.h"
 #include "host/profile/profile.h"
 #include "krt/dirs.h"
 

@@ -110,7 +110,7 @@ await check([
     ...["commented.ini", "twice.ini", "launcher.ini"].map((name) => [`settings that would lose something: ${name}`, () => {
         const before = FileSystem.File({ path: at(name) }).size().data;
         const read = SettingsManager.settings({ format: 1, path: at(name) });
-        const refused = (() => { try { return read.setValue({ key: "g/k", value: 1 }); } catch (error) { return error.msg; } })();
+        const refused = (() => { try { return read.setValue({ key: "g/k", value: 1 }); } catch (error) { return /** @type {any} */ (error).msg; } })();
         return [read.getValue({ key: "g/old" }).data, refused, FileSystem.File({ path: at(name) }).size().data - before];
     }, ["1", "Setting is invalid.", 0]]),
     ["settings nested too deep to be read", () => SettingsManager.settings({ format: 1, path: at("deep.ini") }).getValue({ key: "a" }),

@@ -116,7 +116,9 @@ public:
 private:
     bool visit(const FileDescriptor& directory, const char* name, bool isLink) override
     {
-        const QByteArray path = spell(m_path + '/' + name, directory.path() + '/' + name);
+        QByteArray path = m_path + '/' + name;
+        if (path.size() >= PATH_MAX) // which can not be followed
+            path = directory.path() + '/' + name;
         if (isLink) {
             const auto facts = lookAt(directory.number(), name);
             if (!facts || m_wayHome.count(identify(*facts)) != 0 || m_links.leadsToClosedPlace(path))
@@ -127,7 +129,7 @@ private:
     bool enter(const FileDescriptor& directory, const char* name) override
     {
         m_path.append('/').append(name);
-        return !isGuarded(directory) && !isClosed(spell(m_path, directory.path()));
+        return !isGuarded(directory) && !isClosed(m_path.size() < PATH_MAX ? m_path : directory.path());
     }
     bool leave(const FileDescriptor&, const char* name) override
     {
@@ -135,12 +137,6 @@ private:
         return true;
     }
     bool skip(const FileDescriptor&, const char*) override { return false; }
-
-    /// A path that can be followed: one that is too long begins with a descriptor instead.
-    static QByteArray spell(const QByteArray& path, const QByteArray& byDescriptor)
-    {
-        return path.size() < PATH_MAX ? path : byDescriptor;
-    }
 
     QByteArray m_path; ///< of the directory that is shown
     const std::set<FileId> m_wayHome;

@@ -5,6 +5,7 @@
 #include <QCache>
 #include <QFile>
 #include <QLockFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <algorithm>
 
@@ -18,8 +19,8 @@ constexpr int LockMs = 1000;
 /// A lock has some short lines.
 constexpr int MaxLockBytes = 4096;
 
-/// In one value: enough for 10,000 lists in each other, or an object of as many characters.
-constexpr int MaxZeros = 60'000;
+/// In a file: enough for 10,000 maps in each other, or for objects of 30,000 characters.
+constexpr int MaxZeros = 30'000;
 
 /// A path for a copy, which no other has or had: QSettings knows contents by their paths.
 QString makeCopyPath()
@@ -45,21 +46,25 @@ bool mayLock(const QString& path)
     return content && (content->isEmpty() || (isNumber && content->count('\n') >= 3));
 }
 
-/// Whether text may be given to QSettings. Values that are lists of lists take some of the stack for each level,
-/// which has six zero bytes at least, written as escapes.
+/// Whether text may be given to QSettings. Values that are lists or maps in each other take some of the stack for
+/// each level, which has three zero bytes at least. Those are escapes, of which only the form that QSettings writes
+/// is taken: longer ones can be zeros as well.
 bool mayParse(const QByteArray& text)
 {
+    static const QRegularExpression escape(
+        heapString("\\\\(?:x([0-9a-fA-F]+)|([0-9]+)|.)"), QRegularExpression::DotMatchesEverythingOption);
+    if (text.contains('\0'))
+        return false;
     int zeros = 0;
-    for (int at = 0; at < text.size(); ++at) {
-        const char before = at > 0 ? text[at - 1] : '\n';
-        if (text[at] == '\n' && before != '\\') // which would continue the line
-            zeros = 0;
-        zeros +=
-            text[at] == '0' && (before == '\\' || (before == 'x' && at > 1 && text[at - 2] == '\\')) ? 1 : 0;
-        if (text[at] == '\0' || zeros > MaxZeros)
+    for (auto found = escape.globalMatch(QString::fromLatin1(text)); found.hasNext();) {
+        const QRegularExpressionMatch match = found.next();
+        const bool isHex = match.capturedLength(1) > 0;
+        const QStringRef digits = match.capturedRef(isHex ? 1 : 2);
+        if (digits.size() > (isHex ? 4 : 1))
             return false;
+        zeros += !digits.isEmpty() && digits.toInt(nullptr, 16) == 0 ? 1 : 0;
     }
-    return true;
+    return zeros <= MaxZeros;
 }
 
 /// The lines in an order of their own, without those that are empty.

@@ -1,0 +1,87 @@
+#include "host/novahost/browser.h"
+
+#include "host/engine/policy.h"
+#include "host/jsc/syntax.h"
+#include "host/novahost/browserfacts.h"
+#include "host/novahost/output.h"
+#include "host/profile/profile.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <unistd.h>
+
+namespace novahost {
+
+namespace {
+
+constexpr char LibraryName[] = "libnovaweb.so";
+
+/// Beside the stand-in's other libraries: in the build tree and the install tree.
+QString findLibrary()
+{
+    const QDir programs(QCoreApplication::applicationDirPath());
+    for (const char* place : { "../lib", "../" NOVAHOST_STANDIN_LIBDIR, "." }) {
+        const QString file =
+            programs.filePath(QString::fromLatin1(place) + QLatin1Char('/') + QLatin1String(LibraryName));
+        if (QFile::exists(file))
+            return QDir::cleanPath(file);
+    }
+    return {};
+}
+
+} // namespace
+
+Browser::Browser() = default;
+Browser::~Browser() = default;
+
+engine::WebEngine* Browser::engine(QString& error)
+{
+    if (m_engine)
+        return m_engine.get();
+    if (geteuid() == 0 && qEnvironmentVariableIsEmpty("QTWEBENGINE_DISABLE_SANDBOX")) {
+        error = QStringLiteral("the browser engine's sandbox does not work for root; run novahost as another user, or, for "
+                               "pages that you trust, set QTWEBENGINE_DISABLE_SANDBOX=1");
+        return nullptr;
+    }
+    m_library.setFileName(findLibrary());
+    const auto make = m_library.fileName().isEmpty()
+        ? nullptr
+        : reinterpret_cast<engine::MakeWebEngine>(m_library.resolve(engine::MakeWebEngineName));
+    if (!make) {
+        error = QStringLiteral("the browser engine can not be loaded: %1")
+                    .arg(m_library.fileName().isEmpty()
+                            ? QStringLiteral("%1 lies neither in ../lib nor beside novahost; build the target novaweb")
+                                  .arg(QLatin1String(LibraryName))
+                            : m_library.errorString());
+        return nullptr;
+    }
+    m_engine.reset(make(host()));
+    return m_engine.get();
+}
+
+engine::WebEngineHost Browser::host()
+{
+    const auto policy = std::make_shared<engine::Policy>(profile::current()->policy);
+    engine::WebEngineHost host;
+    host.browser = makeBrowserFacts;
+    host.rights = [policy](const QString& origin) {
+        const engine::OriginPolicy own = policy->of(origin);
+        return engine::OriginRights { own.anything(),
+            [own](const QString& tag, const QString& member, std::uint32_t mask) {
+                return own.allows(tag, member, mask);
+            } };
+    };
+    host.directory = [this](const QString& name) {
+        return name == QLatin1String("app") ? m_application : QString();
+    };
+    host.firstPage = [this](const QString& viewId) { return m_firstPages.value(viewId); };
+    host.compiles = engine::jsc::compiles;
+    host.console = printLine;
+    host.loaded = [this](const QString& viewId, bool ok) {
+        if (loaded)
+            loaded(viewId, ok);
+    };
+    return host;
+}
+
+} // namespace novahost

@@ -2,6 +2,7 @@
 
 #include "host/krt/centre.h"
 #include "host/novahost/pageplays.h"
+#include "host/novahost/policy.h"
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
 #include "host/suite/cloud/cloudservice.h"
@@ -67,13 +68,25 @@ void printTracedCall(const vexlite::TracedCall& call)
     std::fprintf(stderr, "%s\n", line.toLocal8Bit().constData());
 }
 
+/// Loads a profile whose policy names only what there is: a misspelt name would deny nothing.
+QString loadProfile(const QString& file)
+{
+    QString error = profile::load(file);
+    if (error.isEmpty()) {
+        const QString prefix = QString::fromLatin1("profile \"%1\": ").arg(file);
+        for (const QString& unknown : findUnknownNames())
+            error += (error.isEmpty() ? QString() : QStringLiteral("\n")) + prefix + unknown;
+    }
+    return error;
+}
+
 } // namespace
 
 QString Suite::prepare(const Options& options)
 {
     QString error;
     if (!options.profileFile.isEmpty())
-        error = profile::load(options.profileFile);
+        error = loadProfile(options.profileFile);
     for (const QString& service : options.without) {
         if (error.isEmpty() && !profile::switchOff(service, &error))
             error = QString::fromLatin1("--without: %1").arg(error);

@@ -122,6 +122,12 @@ static void from_json(const nlohmann::json& from, KMembership& to)
         NLOHMANN_JSON_EXPAND(NLOHMANN_JSON_PASTE(NLOHMANN_JSON_FROM_WITH_DEFAULT, __VA_ARGS__))              \
     }
 
+namespace engine {
+
+PROFILE_ENTRY(PolicyRule, origin, allow, deny)
+
+} // namespace engine
+
 namespace profile {
 
 NLOHMANN_JSON_SERIALIZE_ENUM(DialogMode,
@@ -159,7 +165,7 @@ PROFILE_SECTION(Dpi, scale)
 PROFILE_SECTION(Log, maxFileSizeKiB, keptFiles)
 PROFILE_SECTION(Browser, applicationId, sessionId, grouped, groupMark1OffsetMs, groupMark2OffsetMs)
 PROFILE_SECTION(Profile, application, installation, directories, product, files, access, dialogs, cloudFiles,
-    account, cloud, language, dpi, log, browser, services)
+    account, cloud, language, dpi, log, browser, policy, services)
 
 namespace {
 
@@ -228,6 +234,13 @@ static QStringList findWrongIds(const json& document)
     return errors;
 }
 
+/// Rules that would not do what their author expects.
+static QStringList findWrongRules(const json& document)
+{
+    return engine::findPolicyErrors(
+        document.value("policy", json::array()).get<std::vector<engine::PolicyRule>>());
+}
+
 QString load(const QString& file)
 {
     const QString prefix = QStringLiteral("profile \"%1\": ").arg(file);
@@ -240,7 +253,7 @@ QString load(const QString& file)
 
     Checked checked = parseChecked(text, schema());
     if (checked.errors.isEmpty())
-        checked.errors = findWrongIds(checked.document);
+        checked.errors = findWrongIds(checked.document) + findWrongRules(checked.document);
     if (!checked.errors.isEmpty())
         return prefix + checked.errors.join(QLatin1Char('\n') + prefix);
 

@@ -4,6 +4,7 @@
 // struct here, a line in profile.cpp, its keys in profile.schema.json and its values in default_profile.json.
 #pragma once
 
+#include "host/engine/policy.h"
 #include "suite/kaccountsdk.h"
 
 #include <QByteArray>
@@ -147,6 +148,7 @@ struct Profile {
     Dpi dpi;
     Log log;
     Browser browser;
+    std::vector<engine::PolicyRule> policy; ///< without errors, see engine::Policy
     QMap<QString, bool> services;
 };
 

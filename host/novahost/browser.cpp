@@ -14,15 +14,15 @@ namespace novahost {
 
 namespace {
 
-constexpr char LibraryName[] = "libnovaweb.so";
+constexpr char EngineName[] = "libnovaweb.so";
 
 /// Beside the stand-in's other libraries: in the build tree and the install tree.
-QString findLibrary()
+QString findEngine()
 {
     const QDir programs(QCoreApplication::applicationDirPath());
     for (const char* place : { "../lib", "../" NOVAHOST_STANDIN_LIBDIR, "." }) {
         const QString file =
-            programs.filePath(QString::fromLatin1(place) + QLatin1Char('/') + QLatin1String(LibraryName));
+            programs.filePath(QString::fromLatin1(place) + QLatin1Char('/') + QLatin1String(EngineName));
         if (QFile::exists(file))
             return QDir::cleanPath(file);
     }
@@ -43,7 +43,7 @@ engine::WebEngine* Browser::engine(QString& error)
                                "pages that you trust, set QTWEBENGINE_DISABLE_SANDBOX=1");
         return nullptr;
     }
-    m_library.setFileName(findLibrary());
+    m_library.setFileName(findEngine());
     const auto make = m_library.fileName().isEmpty()
         ? nullptr
         : reinterpret_cast<engine::MakeWebEngine>(m_library.resolve(engine::MakeWebEngineName));
@@ -51,7 +51,7 @@ engine::WebEngine* Browser::engine(QString& error)
         error = QStringLiteral("the browser engine can not be loaded: %1")
                     .arg(m_library.fileName().isEmpty()
                             ? QStringLiteral("%1 lies neither in ../lib nor beside novahost; build the target novaweb")
-                                  .arg(QLatin1String(LibraryName))
+                                  .arg(QLatin1String(EngineName))
                             : m_library.errorString());
         return nullptr;
     }

@@ -89,6 +89,8 @@ int main(int argc, char** argv)
         return novahost::fail(novahost::Failure, QStringLiteral("no pipe can be made for signals"));
     setUpEnvironment();
     s_print = qInstallMessageHandler(printMessage);
+    // The browser engine needs it, if it is loaded.
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     int ownArguments = 1;
     const KCoreApplication application(ownArguments, argv);
     QApplication::setQuitOnLastWindowClosed(false);

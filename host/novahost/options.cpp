@@ -108,6 +108,9 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     app.add_flag(
         "--window", options.window, "Show a window for the page, which owns its dialogs; needs a display");
 
+    app.add_flag("--browser", options.browser,
+        "Run the script in a page of the browser engine, in a window of its own where there is a display");
+
     app.add_option("--play", play,
            "What happens meanwhile: " + suite::Play::forms().toStdString()
                + ". STEP@100ms waits that long, a step without a time for SIGUSR2")

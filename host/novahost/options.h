@@ -21,6 +21,7 @@ struct Options {
     QString failures; ///< the directory that gets the failures that pages see; empty: none
     bool liveCounts = false;
     bool window = false;
+    bool browser = false; ///< runs the script in a browser view
     QString play; ///< steps to play while the page runs
 
     QString script;        ///< run: the file; eval: the expression

@@ -1,6 +1,7 @@
 #include "host/novahost/suite.h"
 
 #include "host/krt/centre.h"
+#include "host/novahost/browserfacts.h"
 #include "host/novahost/pageplays.h"
 #include "host/novahost/policy.h"
 #include "host/profile/directories.h"
@@ -141,6 +142,9 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     const QString library = options.libraryFile.isEmpty() ? findLibrary() : options.libraryFile;
     if (!suite->loadLibrary(library, error))
         return nullptr;
+    suite->m_inBrowser = options.browser;
+    if (options.browser && !suite->m_browser.engine(error))
+        return nullptr;
     if (options.window)
         suite->m_window = std::make_unique<PageWindow>(options.script);
     return suite;
@@ -188,20 +192,21 @@ Suite::~Suite()
 
 std::unique_ptr<engine::Page> Suite::openPage(const QStringList& arguments, engine::PageHost host)
 {
-    const profile::Browser facts = profile::current()->browser;
     engine::PageOptions options;
     options.arguments = arguments;
-    options.browser.applicationId = facts.applicationId;
-    options.browser.sessionId = facts.sessionId;
-    options.browser.browserId = QString::fromLatin1("browser-%1").arg(++m_pages);
+    options.browser = makeBrowserFacts(QString::fromLatin1("browser-%1").arg(++m_pages));
     options.browser.window = m_window ? m_window->viewId() : 0;
-    options.browser.grouped = facts.grouped;
     VEXBrowserTimes& times = options.browser.times;
-    times.creationStart = QDateTime::currentMSecsSinceEpoch();
-    options.browser.groupMark1 = times.creationStart + facts.groupMark1OffsetMs;
-    options.browser.groupMark2 = times.creationStart + facts.groupMark2OffsetMs;
     // Destroyed when the page closes, which ends its plays.
     host.play = [plays = std::make_shared<PagePlays>()](const QString& steps) { return plays->begin(steps); };
+    if (m_inBrowser) {
+        QString error;
+        std::unique_ptr<engine::Page> page = m_browser.engine(error)->openPage(options, std::move(host));
+        m_view = m_browser.engine(error)->makeView(options.browser.browserId, {});
+        m_view->widget()->resize(800, 600);
+        m_view->widget()->show();
+        return page;
+    }
     std::unique_ptr<engine::Page> page = m_engine->openPage(options, std::move(host));
     // The page is empty until its script runs, so it has loaded at once.
     times.creationFinish = times.loadStart = times.loadReady = times.loadFinish =

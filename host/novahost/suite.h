@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/engine/page.h"
+#include "host/novahost/browser.h"
 #include "host/novahost/options.h"
 #include "host/novahost/pagewindow.h"
 
@@ -36,6 +37,9 @@ private:
     JSMemberInvoke m_notSupported = nullptr;
     std::unique_ptr<engine::ScriptEngine> m_engine;
     std::unique_ptr<PageWindow> m_window; ///< null without --window
+    Browser m_browser;
+    std::unique_ptr<engine::View> m_view;
+    bool m_inBrowser = false;
     int m_pages = 0;
 };
 

@@ -64,6 +64,7 @@ engine::WebEngineHost Browser::host()
     const auto policy = std::make_shared<engine::Policy>(profile::current()->policy);
     engine::WebEngineHost host;
     host.browser = makeBrowserFacts;
+    host.window = [](const QString&) { return std::uint32_t { 0 }; };
     host.rights = [policy](const QString& origin) {
         const engine::OriginPolicy own = policy->of(origin);
         return engine::OriginRights { own.anything(),

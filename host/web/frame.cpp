@@ -200,7 +200,10 @@ QString Frame::withMessages(const QString& answer)
 
 QString Frame::greeting()
 {
+    // Without what is queued: the document is not ready for it.
     WireWriter greeting;
+    greeting.count(0);
+    greeting.count(0);
     greeting.unit('k');
     greeting.word(m_name);
     greeting.unit(m_isScript ? 's' : 'p');
@@ -213,7 +216,7 @@ QString Frame::greeting()
         for (const QString& argument : m_arguments)
             greeting.text(argument);
     }
-    return withMessages(greeting.take());
+    return greeting.take();
 }
 
 QString Frame::reply(char request, WireReader& reader)
@@ -539,13 +542,16 @@ void Frame::forgetFunction(FrameFunction* function)
 
 bool Frame::createPromise(std::int64_t promise)
 {
-    return m_isOpen && m_promises.insert(promise).second;
+    return m_isOpen && m_promises.try_emplace(promise).second;
 }
 
 void Frame::settlePromise(std::int64_t promise, JSPromiseState state, const KJSVariant& value)
 {
-    if (!m_promises.count(promise))
+    const auto found = m_promises.find(promise);
+    if (found == m_promises.end() || std::exchange(found->second.isSettled, true))
         return;
+    if (found->second.isReleased)
+        m_promises.erase(found);
     const bool resolves = state == JSPromiseState::Resolved;
     const auto begin = [promise](WireWriter& message, bool isResolved) {
         message.unit('s');
@@ -566,8 +572,12 @@ void Frame::settlePromise(std::int64_t promise, JSPromiseState state, const KJSV
 
 void Frame::releasePromise(std::int64_t promise)
 {
-    if (!m_promises.erase(promise))
+    const auto found = m_promises.find(promise);
+    if (found == m_promises.end())
         return;
+    found->second.isReleased = true;
+    if (found->second.isSettled)
+        m_promises.erase(found);
     WireWriter message;
     message.unit('p');
     message.count(static_cast<std::uint64_t>(promise));

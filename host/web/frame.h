@@ -113,6 +113,10 @@ private:
         QString tag;
         std::map<std::int32_t, std::pair<JSAccess, QString>> members; ///< that the document may use, by id
     };
+    struct PromiseState {
+        bool isSettled = false;
+        bool isReleased = false;
+    };
     struct Handle {
         vexlite::Ref<IJSExtentionObject> object;
         const NativeClass* nativeClass;
@@ -165,7 +169,7 @@ private:
     std::int64_t m_lastHandle = 0;
     std::unordered_map<QString, std::int64_t> m_rootHandles;
     std::unordered_set<FrameFunction*> m_functions;
-    std::unordered_set<std::int64_t> m_promises;
+    std::unordered_map<std::int64_t, PromiseState> m_promises;
     std::map<int, WaitingCall> m_waiting;
     int m_lastTicket = 0;
 

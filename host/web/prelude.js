@@ -3,7 +3,8 @@
 // written. host/engine/pagescript.js comes first, whose rules hold here, too.
 (function () {
     'use strict';
-    const isOwnFrame = (frame) => indexOf(frame, '    at ', 0) !== 0 || indexOf(frame, 'nova-prelude', 0) >= 0;
+    const isOwnFrame = (frame) => indexOf(frame, '    at ', 0) !== 0 || indexOf(frame, 'nova-prelude', 0) >= 0
+        || indexOf(frame, '<anonymous>', 0) >= 0;
     // Replaced by itself without its quotes, which no text of the page can hold: half of a surrogate pair and a random number.
     const jsonOf = (value) => {
         const mark = '\ud800' + random();
@@ -31,6 +32,7 @@
     const PromiseType = Promise;
     const WeakRefType = WeakRef;
     const indirectEval = eval;
+    const encodeName = encodeURI;
     const BigIntType = BigInt;
     const RequestType = XMLHttpRequest;
     const open = uncurry(XMLHttpRequest.prototype.open);
@@ -663,45 +665,61 @@
     const consoleError = console.error;
     const showError = (text) => apply(consoleError, consoleObject, [text]);
 
-    // Where a syntax error is can only be had from the event of a script element.
-    const placeSyntaxError = (error, source, fileName) => {
-        let place;
-        const note = (event) => {
-            place = place ?? event.lineno;
-            event.stopImmediatePropagation();
-            event.preventDefault();
-        };
-        addEventListener('error', note, true);
+    // Runs a script as one of the document's own, whose errors the document may see, and returns what it gives to
+    // __novaTake().
+    const runInDocument = (source) => {
+        let taken;
+        define(globalThis, '__novaTake', (value) => { taken = value; }, false);
         const element = document.createElement('script');
         element.textContent = source;
         (document.head ?? document.documentElement).appendChild(element).remove();
-        removeEventListener('error', note, true);
-        define(error, 'sourceURL', fileName, false);
-        if (typeof place === 'number')
-            define(error, 'line', place, false);
+        delete globalThis.__novaTake;
+        return taken;
     };
-    const evaluate = (source, fileName) => {
-        try {
-            return indirectEval(source + '\n//# sourceURL=' + fileName);
-        } catch (error) {
-            if (isError(error) && isPrototypeOf(syntaxErrorPrototype, error))
-                placeSyntaxError(error, source, fileName);
-            throw error;
-        }
+    // Where a syntax error is can only be had from the event of a script that the document loads.
+    let placing; // {address, line}
+    const placeSyntaxError = (error, source, fileName) => new PromiseType((resolve) => {
+        const element = document.createElement('script');
+        placing = { address: URL.createObjectURL(new Blob([source])), line: undefined };
+        element.onload = element.onerror = () => {
+            define(error, 'sourceURL', fileName, false);
+            define(error, 'line', placing.line, false);
+            URL.revokeObjectURL(placing.address);
+            placing = undefined;
+            element.remove();
+            resolve();
+        };
+        element.src = placing.address;
+        (document.head ?? document.documentElement).appendChild(element);
+    });
+    const failWithPlace = async (ticket, error, source, fileName) => {
+        if (isError(error) && isPrototypeOf(syntaxErrorPrototype, error))
+            await placeSyntaxError(error, source, fileName);
+        fail(ticket, error);
     };
     const runSource = (ticket, isExpression, fileName, source) => {
+        const end = '\n//# sourceURL=' + encodeName(fileName);
+        // All on the first line of the source, so that line numbers stay right.
+        const body = 'async function () {' + source + '\n}';
         let value;
         try {
-            if (isExpression)
-                return settle(ticket, evaluate(source, fileName));
-            // Checked as a method as well: source that closes one of the two wrappers, "}); ... (function () {", is a
-            // syntax error in the other. All on the first line of the source, so that line numbers stay right.
-            evaluate('({ async run() {' + source + '\n}})', fileName);
-            value = evaluate('(async function () {' + source + '\n})', fileName);
+            if (isExpression) {
+                value = runInDocument('__novaTake((source) => eval(source))')(source + end);
+            } else {
+                // Checked as a method as well: source that closes one of the two wrappers, "}); ... (function () {", is a
+                // syntax error in the other.
+                indirectEval('({ async run() {' + source + '\n}})');
+                indirectEval('(' + body + ')');
+                value = runInDocument('__novaTake(' + body + ')' + end);
+            }
         } catch (error) {
-            return fail(ticket, error);
+            failWithPlace(ticket, error, isExpression ? source : '(' + body + ')', fileName);
+            return;
         }
-        return run(ticket, value);
+        if (isExpression)
+            settle(ticket, value);
+        else
+            run(ticket, value);
     };
     const setUpScript = (reader) => {
         isScripted = true;
@@ -730,7 +748,10 @@
         define(globalThis, 'process', { argv, play }, false);
         addEventListener('error', (event) => {
             event.preventDefault();
-            reportError(event.error);
+            if (placing && event.filename === placing.address)
+                placing.line = event.lineno;
+            else
+                reportError(event.error);
         });
         addEventListener('unhandledrejection', (event) => {
             event.preventDefault();

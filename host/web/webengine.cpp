@@ -79,19 +79,16 @@ public:
 
     std::unique_ptr<View> makeView(const QString& viewId, ViewHost viewHost) override
     {
-        const auto times = std::make_shared<VEXBrowserTimes>();
-        times->creationStart = QDateTime::currentMSecsSinceEpoch();
-        const auto facts = [this, viewId, times] {
-            vexlite::BrowserFacts facts = m_host.browser(viewId);
-            facts.browserId = viewId;
-            facts.times = *times;
-            return facts;
-        };
+        const auto facts = std::make_shared<vexlite::BrowserFacts>(m_host.browser(viewId));
+        VEXBrowserTimes& times = facts->times;
         Bridge::Host bridge;
-        bridge.browser = facts;
+        bridge.browser = [this, viewId, facts] {
+            facts->window = m_host.window(viewId);
+            return *facts;
+        };
         bridge.rights = m_host.rights;
-        bridge.opened = [this, viewId, times](Frame& frame) {
-            times->loadReady = QDateTime::currentMSecsSinceEpoch();
+        bridge.opened = [this, viewId, facts](Frame& frame) {
+            facts->times.loadReady = QDateTime::currentMSecsSinceEpoch();
             if (ScriptPage* script = m_scripts.value(viewId); script && frame.origin() == ScriptOrigin)
                 script->attach(frame);
         };
@@ -101,13 +98,14 @@ public:
         m_widgets.append(view->widget());
         WebPage& page = view->page();
         QObject::connect(&page, &QWebEnginePage::loadStarted, &page,
-            [times] { times->loadStart = QDateTime::currentMSecsSinceEpoch(); });
-        view->loaded = [this, viewId, times, facts, &page](bool ok) {
-            times->loadFinish = QDateTime::currentMSecsSinceEpoch();
-            page.bridge().updateBrowser(facts());
+            [facts] { facts->times.loadStart = QDateTime::currentMSecsSinceEpoch(); });
+        view->loaded = [this, viewId, facts, &page](bool ok) {
+            facts->times.loadFinish = QDateTime::currentMSecsSinceEpoch();
+            facts->window = m_host.window(viewId);
+            page.bridge().updateBrowser(*facts);
             m_host.loaded(viewId, ok);
         };
-        times->creationFinish = QDateTime::currentMSecsSinceEpoch();
+        times.creationFinish = QDateTime::currentMSecsSinceEpoch();
         m_pages[viewId] = &page;
         const bool isScript = m_scripts.contains(viewId);
         const QUrl url = isScript ? QUrl(ScriptOrigin + QLatin1Char('/')) : m_host.firstPage(viewId);

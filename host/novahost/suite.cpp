@@ -6,6 +6,7 @@
 #include "host/profile/profile.h"
 #include "host/suite/cloud/cloudservice.h"
 #include "host/suite/play.h"
+#include "host/suite/web/webwidget.h"
 #include "host/vexlite/failurelog.h"
 #include "krt/dirs.h"
 #include "suite/kpluginconfig.h"
@@ -129,7 +130,7 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     if (!suite->loadLibrary(library, error))
         return nullptr;
     if (options.window)
-        suite->m_window = std::make_unique<PageWindow>(options.script);
+        suite->m_windowTitle = options.script.isNull() ? QLatin1String("") : options.script;
     return suite;
 }
 
@@ -165,12 +166,25 @@ Suite::~Suite()
 {
     krt::kcc::shutdown();
     m_engine.reset();
+    delete m_window;
+    suite::destroyWebWidgets();
     suite::CloudService::shutDown();
     // Objects that deleteLater() was called for need the library for their destructors.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     if (m_library.isLoaded())
         m_library.unload();
     vexlite::Core::stop();
+}
+
+void Suite::showWindow(const QString& viewId)
+{
+    if (m_windowTitle.isNull())
+        return;
+    delete m_window;
+    m_window = new suite::WebShell(m_windowTitle, viewId);
+    m_window->resize(800, 600);
+    QObject::connect(m_window, &suite::WebShell::closedByUser, qApp, &QCoreApplication::quit);
+    m_window->show();
 }
 
 std::unique_ptr<engine::Page> Suite::openPage(const QStringList& arguments, engine::PageHost host)
@@ -181,7 +195,7 @@ std::unique_ptr<engine::Page> Suite::openPage(const QStringList& arguments, engi
     options.browser.applicationId = facts.applicationId;
     options.browser.sessionId = facts.sessionId;
     options.browser.browserId = QString::fromLatin1("browser-%1").arg(++m_pages);
-    options.browser.window = m_window ? m_window->viewId() : 0;
+    showWindow(options.browser.browserId);
     options.browser.grouped = facts.grouped;
     VEXBrowserTimes& times = options.browser.times;
     times.creationStart = QDateTime::currentMSecsSinceEpoch();

@@ -3,9 +3,9 @@
 
 #include "framework/request.h"
 #include "suite/kjsapiwebwidget.h"
+#include "webui/guarded.h"
 
 #include <QMetaMethod>
-#include <QPointer>
 
 namespace jsapi {
 
@@ -40,7 +40,7 @@ private Q_SLOTS:
     void invoke();
 
 private:
-    QPointer<KJsApiWebWidget> m_widget;
+    Guarded<KJsApiWebWidget> m_widget;
     GeneralCall m_call;
 };
 

@@ -42,8 +42,8 @@ template <> struct Argument<QDesktopWidget> : ServiceArgument<QDesktopWidget, fi
 
 void KJsApiWebview::bindTo(KJsApiWebWidget& widget)
 {
-    m_widget = { &widget };
-    m_shell = { widget.window() };
+    m_widget = { Guarded(&widget) };
+    m_shell = { Guarded(widget.window()) };
     m_isBound = true;
 }
 
@@ -116,10 +116,10 @@ Answer<typename FunctionOf<decltype(Function)>::Result> forward(
     const typename FunctionOf<decltype(Function)>::Part& part, const Given&... given)
 {
     if constexpr (std::is_void_v<typename FunctionOf<decltype(Function)>::Result>) {
-        (part.data()->*Function)(given...);
+        (part.get()->*Function)(given...);
         return {};
     } else {
-        return (part.data()->*Function)(given...);
+        return (part.get()->*Function)(given...);
     }
 }
 
@@ -255,7 +255,7 @@ Answer<bool> setRoundFillColor(const WebWidget& widget, const RoundFill& wanted)
 }
 
 /// Qt hides a window whose flags change.
-void changeFlags(QPointer<QWidget> shell, Qt::WindowFlags flags)
+void changeFlags(const Shell& shell, Qt::WindowFlags flags)
 {
     const bool wasVisible = shell->isVisible();
     if (flags == shell->windowFlags())
@@ -354,15 +354,15 @@ Answer<ViewPlace> getGeometry(const WebWidget& widget)
 
 Answer<std::int32_t> getScreenNumber(const Shell& shell, QDesktopWidget& desktop)
 {
-    return desktop.screenNumber(shell);
+    return desktop.screenNumber(shell.get());
 }
 
 Answer<bool> invokeGeneralMethod(const WebWidget& widget, const GeneralCall& call)
 {
     QVariant returned;
     return findGeneralMethod(*widget, call.funcName)
-        .invoke(
-            widget, Qt::DirectConnection, Q_RETURN_ARG(QVariant, returned), Q_ARG(QVariant, call.funcParam));
+        .invoke(widget.get(), Qt::DirectConnection, Q_RETURN_ARG(QVariant, returned),
+            Q_ARG(QVariant, call.funcParam));
 }
 
 Answer<Promise<QVariant>> invokeGeneralMethodAsync(

@@ -2,9 +2,8 @@
 
 #include "framework/request.h"
 #include "suite/kjsapiwebwidget.h"
+#include "webui/guarded.h"
 #include "webui/js_api_vieweventhandle.h"
-
-#include <QPointer>
 
 namespace jsapi {
 
@@ -15,13 +14,9 @@ inline constexpr Failure NoShell { ErrorCode::OperationFailed, "empty webshellwi
 // do that lets others run.
 
 /// The web widget, refused with NoWebWidget.
-struct WebWidget : QPointer<KJsApiWebWidget> {
-    using Target = KJsApiWebWidget;
-};
+struct WebWidget : Guarded<KJsApiWebWidget> { };
 /// The window that it is, or was in when the object was bound to it; refused with NoShell.
-struct Shell : QPointer<QWidget> {
-    using Target = QWidget;
-};
+struct Shell : Guarded<QWidget> { };
 /// One of them as a source of events; refused with EmptyHandle first, where the suite has no event hubs.
 template <typename Part> struct EventSource : Part {
     KJsApiViewEventHandle* handle = nullptr;

@@ -7,6 +7,7 @@
 #include "webui/windowvalues.h"
 
 #include <QApplication>
+#include <QPointer>
 #include <algorithm>
 
 namespace jsapi {

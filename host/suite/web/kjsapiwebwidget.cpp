@@ -3,6 +3,7 @@
 #include "host/profile/profile.h"
 #include "host/suite/web/shellsignals.h"
 #include "host/suite/web/webwidget.h"
+#include "host/vexlite/webwidgets.h"
 
 #include <QVBoxLayout>
 #include <utility>
@@ -17,7 +18,12 @@ KJsApiWebWidget::KJsApiWebWidget(const QString& viewId, QWidget* parent, Qt::Win
     d->watchInput();
 }
 
-KJsApiWebWidget::~KJsApiWebWidget() = default;
+KJsApiWebWidget::~KJsApiWebWidget()
+{
+    // What the view still does, and whoever looks for the widget, finds it whole or not at all.
+    vexlite::removeWebWidget(this);
+    d->m_view.reset();
+}
 
 QString KJsApiWebWidget::viewId() const
 {

@@ -68,10 +68,7 @@ KJsApiWebWidgetPrivate::KJsApiWebWidgetPrivate(KJsApiWebWidget& widget, const QS
     QMetaObject::invokeMethod(this, "makeView", Qt::QueuedConnection);
 }
 
-KJsApiWebWidgetPrivate::~KJsApiWebWidgetPrivate()
-{
-    vexlite::removeWebWidget(&m_widget);
-}
+KJsApiWebWidgetPrivate::~KJsApiWebWidgetPrivate() = default;
 
 void KJsApiWebWidgetPrivate::makeView()
 {

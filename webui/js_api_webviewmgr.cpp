@@ -70,7 +70,8 @@ struct KJsApiWebviewMgr::CreateOptions {
             optional("hasParent", &Self::hasParent,
                 "a window of the suite owns the new one; in the case of `Tab`, closes with it"),
             optional("parentName", &Self::parentName, "which window of the suite"),
-            optional("attrs", &Self::attrs, ""), optional("geo", &Self::geo, ""),
+            optional("attrs", &Self::attrs, "how the window behaves"),
+            optional("geo", &Self::geo, "its place and size"),
             optional("isShow", &Self::isShow, "show the window at once")));
     }
 };

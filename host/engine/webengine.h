@@ -18,8 +18,6 @@ struct OriginRights {
 struct WebEngineHost {
     /// The properties of the browser of a view, when it is made.
     std::function<vexlite::BrowserFacts(const QString& viewId)> browser;
-    /// The X11 window that carries a view now, or 0.
-    std::function<std::uint32_t(const QString& viewId)> window;
     /// Rights by origin: "nova://app", "https://docs.example:8443"; never asked for a document without an origin.
     std::function<OriginRights(const QString& origin)> rights;
     /// The directory that is served as nova://HOST/; empty: there is none.

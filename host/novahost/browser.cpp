@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QRegularExpression>
 #include <unistd.h>
 
 namespace novahost {
@@ -59,12 +60,40 @@ engine::WebEngine* Browser::engine(QString& error)
     return m_engine.get();
 }
 
+void Browser::stop()
+{
+    m_engine.reset();
+}
+
+QUrl Browser::pageOf(const QString& viewId) const
+{
+    if (m_expected.contains(viewId))
+        return m_expected[viewId];
+    // Pages choose the identifiers of the windows that they open.
+    static const QRegularExpression name(QStringLiteral("^[A-Za-z0-9_-]{1,100}$"));
+    const QString file = viewId + QStringLiteral(".html");
+    if (m_application.isEmpty() || !name.match(viewId).hasMatch() || !QDir(m_application).exists(file))
+        return {};
+    return QUrl(QStringLiteral("nova://app/") + file);
+}
+
+std::unique_ptr<engine::View> Browser::makeView(const QString& viewId, engine::ViewHost host)
+{
+    if (!m_expected.contains(viewId) && pageOf(viewId).isEmpty())
+        return nullptr;
+    QString error;
+    engine::WebEngine* made = engine(error);
+    if (made)
+        return made->makeView(viewId, std::move(host));
+    fail(Failure, error);
+    return nullptr;
+}
+
 engine::WebEngineHost Browser::host()
 {
     const auto policy = std::make_shared<engine::Policy>(profile::current()->policy);
     engine::WebEngineHost host;
     host.browser = makeBrowserFacts;
-    host.window = [](const QString&) { return std::uint32_t { 0 }; };
     host.rights = [policy](const QString& origin) {
         const engine::OriginPolicy own = policy->of(origin);
         return engine::OriginRights { own.anything(),
@@ -75,7 +104,7 @@ engine::WebEngineHost Browser::host()
     host.directory = [this](const QString& name) {
         return name == QLatin1String("app") ? m_application : QString();
     };
-    host.firstPage = [this](const QString& viewId) { return m_firstPages.value(viewId); };
+    host.firstPage = [this](const QString& viewId) { return pageOf(viewId); };
     host.compiles = engine::jsc::compiles;
     host.console = printLine;
     host.loaded = [this](const QString& viewId, bool ok) {

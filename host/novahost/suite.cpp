@@ -8,6 +8,7 @@
 #include "host/profile/profile.h"
 #include "host/suite/cloud/cloudservice.h"
 #include "host/suite/play.h"
+#include "host/suite/web/webwidget.h"
 #include "host/vexlite/failurelog.h"
 #include "krt/dirs.h"
 #include "suite/kpluginconfig.h"
@@ -145,8 +146,11 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     suite->m_inBrowser = options.browser;
     if (options.browser && !suite->m_browser.engine(error))
         return nullptr;
-    if (options.window)
-        suite->m_window = std::make_unique<PageWindow>(options.script);
+    suite::setViewMaker([browser = &suite->m_browser](const QString& viewId, engine::ViewHost host) {
+        return browser->makeView(viewId, std::move(host));
+    });
+    if (options.window || options.browser)
+        suite->m_windowTitle = options.script.isNull() ? QLatin1String("") : options.script;
     return suite;
 }
 
@@ -182,6 +186,10 @@ Suite::~Suite()
 {
     krt::kcc::shutdown();
     m_engine.reset();
+    delete m_window;
+    suite::destroyWebWidgets();
+    suite::setViewMaker({});
+    m_browser.stop();
     suite::CloudService::shutDown();
     // Objects that deleteLater() was called for need the library for their destructors.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -190,23 +198,34 @@ Suite::~Suite()
     vexlite::Core::stop();
 }
 
+void Suite::showWindow(const QString& viewId)
+{
+    if (m_windowTitle.isNull())
+        return;
+    delete m_window;
+    m_window = new suite::WebShell(m_windowTitle, viewId);
+    m_window->resize(800, 600);
+    QObject::connect(m_window, &suite::WebShell::closedByUser, qApp, &QCoreApplication::quit);
+    m_window->show();
+}
+
 std::unique_ptr<engine::Page> Suite::openPage(const QStringList& arguments, engine::PageHost host)
 {
     engine::PageOptions options;
     options.arguments = arguments;
     options.browser = makeBrowserFacts(QString::fromLatin1("browser-%1").arg(++m_pages));
-    options.browser.window = m_window ? m_window->viewId() : 0;
     VEXBrowserTimes& times = options.browser.times;
     // Destroyed when the page closes, which ends its plays.
     host.play = [plays = std::make_shared<PagePlays>()](const QString& steps) { return plays->begin(steps); };
     if (m_inBrowser) {
         QString error;
-        std::unique_ptr<engine::Page> page = m_browser.engine(error)->openPage(options, std::move(host));
-        m_view = m_browser.engine(error)->makeView(options.browser.browserId, {});
-        m_view->widget()->resize(800, 600);
-        m_view->widget()->show();
+        engine::WebEngine* browser = m_browser.engine(error);
+        std::unique_ptr<engine::Page> page = browser ? browser->openPage(options, std::move(host)) : nullptr;
+        m_browser.expect(options.browser.browserId);
+        showWindow(options.browser.browserId);
         return page;
     }
+    showWindow(options.browser.browserId);
     std::unique_ptr<engine::Page> page = m_engine->openPage(options, std::move(host));
     // The page is empty until its script runs, so it has loaded at once.
     times.creationFinish = times.loadStart = times.loadReady = times.loadFinish =

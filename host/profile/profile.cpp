@@ -162,10 +162,11 @@ PROFILE_SECTION(Access, granted)
 PROFILE_SECTION(Cloud, program, uploadBytesPerSecond, closedToUploads, openToUploads)
 PROFILE_SECTION(Language, name, region)
 PROFILE_SECTION(Dpi, scale)
+PROFILE_SECTION(Windows, autoHide)
 PROFILE_SECTION(Log, maxFileSizeKiB, keptFiles)
 PROFILE_SECTION(Browser, applicationId, sessionId, grouped, groupMark1OffsetMs, groupMark2OffsetMs)
 PROFILE_SECTION(Profile, application, installation, directories, product, files, access, dialogs, cloudFiles,
-    account, cloud, language, dpi, log, browser, policy, services)
+    account, cloud, language, dpi, windows, theme, log, browser, policy, services)
 
 namespace {
 
@@ -211,6 +212,15 @@ Current& state()
 {
     static Current current;
     return current;
+}
+
+/// Puts a changed copy in the place of the current profile.
+template <typename Change> void change(Change change)
+{
+    std::lock_guard lock(state().mutex);
+    auto changed = std::make_shared<Profile>(*state().profile);
+    change(*changed);
+    state().profile = std::move(changed);
 }
 
 } // namespace
@@ -296,11 +306,13 @@ bool switchOff(const QString& service, QString* error)
                          .arg(service, serviceNames().join(QStringLiteral(", ")));
         return false;
     }
-    std::lock_guard lock(state().mutex);
-    auto changed = std::make_shared<Profile>(*state().profile);
-    changed->services[service] = false;
-    state().profile = std::move(changed);
+    change([&](Profile& profile) { profile.services[service] = false; });
     return true;
+}
+
+void setScale(double scale)
+{
+    change([&](Profile& profile) { profile.dpi.scale = qBound(0.5, scale, 8.0); });
 }
 
 QByteArray schemaText()

@@ -82,10 +82,7 @@ public:
         const auto facts = std::make_shared<vexlite::BrowserFacts>(m_host.browser(viewId));
         VEXBrowserTimes& times = facts->times;
         Bridge::Host bridge;
-        bridge.browser = [this, viewId, facts] {
-            facts->window = m_host.window(viewId);
-            return *facts;
-        };
+        bridge.browser = [facts] { return *facts; };
         bridge.rights = m_host.rights;
         bridge.opened = [this, viewId, facts](Frame& frame) {
             facts->times.loadReady = QDateTime::currentMSecsSinceEpoch();
@@ -101,7 +98,6 @@ public:
             [facts] { facts->times.loadStart = QDateTime::currentMSecsSinceEpoch(); });
         view->loaded = [this, viewId, facts, &page](bool ok) {
             facts->times.loadFinish = QDateTime::currentMSecsSinceEpoch();
-            facts->window = m_host.window(viewId);
             page.bridge().updateBrowser(*facts);
             m_host.loaded(viewId, ok);
         };

@@ -116,6 +116,11 @@ int openInWindow(Suite& suite, const Options& options)
     shell->show();
     const int code = QCoreApplication::exec();
     suite.browser().loaded = {};
+    if (options.liveCounts)
+        printLiveCounts("open");
+    suite.closeWindows();
+    if (options.liveCounts)
+        printLiveCounts("closed");
     return code;
 }
 

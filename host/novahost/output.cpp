@@ -22,6 +22,14 @@ void printError(const engine::Outcome& error)
     printLine(text, true);
 }
 
+void printLiveCounts(const char* when)
+{
+    const vexlite::LiveCounts counts = vexlite::Core::instance()->liveCounts();
+    std::fprintf(stderr,
+        "{\"when\":\"%s\",\"pages\":%d,\"objects\":%d,\"listeners\":%d,\"promises\":%d,\"functions\":%d}\n",
+        when, counts.pages, counts.objects, counts.listeners, counts.promises, counts.functions);
+}
+
 int fail(int exitCode, const QString& error)
 {
     printLine(QLatin1String("novahost: ") + error, true);

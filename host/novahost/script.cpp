@@ -5,20 +5,11 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QTimer>
-#include <cstdio>
 #include <functional>
 
 namespace novahost {
 
 namespace {
-
-void printCounts(const char* when)
-{
-    const vexlite::LiveCounts counts = vexlite::Core::instance()->liveCounts();
-    std::fprintf(stderr,
-        "{\"when\":\"%s\",\"pages\":%d,\"objects\":%d,\"listeners\":%d,\"promises\":%d,\"functions\":%d}\n",
-        when, counts.pages, counts.objects, counts.listeners, counts.promises, counts.functions);
-}
 
 /// Runs the event loop for one page. The first event that ends it decides the exit code.
 class PageRun {
@@ -45,10 +36,10 @@ public:
         QTimer::singleShot(0, &context, begin);
         end(QCoreApplication::exec());
         if (m_options.liveCounts)
-            printCounts("open");
+            printLiveCounts("open");
         m_page.reset();
         if (m_options.liveCounts)
-            printCounts("closed");
+            printLiveCounts("closed");
         return *m_exitCode;
     }
 

@@ -191,8 +191,7 @@ Suite::~Suite()
 {
     krt::kcc::shutdown();
     m_engine.reset();
-    delete m_window;
-    suite::destroyWebWidgets();
+    closeWindows();
     suite::setViewMaker({});
     m_browser.stop();
     suite::CloudService::shutDown();
@@ -201,6 +200,12 @@ Suite::~Suite()
     if (m_library.isLoaded())
         m_library.unload();
     vexlite::Core::stop();
+}
+
+void Suite::closeWindows()
+{
+    delete m_window;
+    suite::destroyWebWidgets();
 }
 
 void Suite::makeWindow(const QString& title, const QString& viewId)

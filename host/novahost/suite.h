@@ -30,6 +30,8 @@ public:
     /// Makes a window with a page at this address, not shown. It ends the event loop when it goes. Null on failure, with the
     /// error and advice in `error`.
     suite::WebShell* openWindow(const QUrl& url, const QString& title, QString& error);
+    /// Destroys all windows with their pages.
+    void closeWindows();
     Browser& browser() { return m_browser; }
     /// The library's function of members that are not built; null if the library does not export it.
     JSMemberInvoke notSupported() const { return m_notSupported; }

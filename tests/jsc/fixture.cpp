@@ -410,10 +410,3 @@ void PageTest::letPass(int milliseconds)
 }
 
 } // namespace engine::test
-
-int main(int argc, char** argv)
-{
-    testing::InitGoogleTest(&argc, argv);
-    QCoreApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

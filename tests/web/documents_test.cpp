@@ -1,0 +1,81 @@
+// Documents of one page: who may call, and that what is one's own does not reach another.
+#include "tests/web/fixture.h"
+
+using namespace engine;
+using namespace engine::test;
+using namespace vexlite;
+
+namespace {
+
+/// Says to the page around it what it has, and what it gets when it writes requests by hand, in the name of every document
+/// that may be there.
+const QString Probing = QStringLiteral(R"js(<script>
+    const tried = [];
+    for (const kind of ['C', 'B', 'P', 'T', 'R', 'E'])
+        for (let frame = 0; frame < 3000; ++frame) {
+            const reply = prompt('nova', '0' + kind + frame + ';' + (kind === 'B' ? 'Probe' : '1;2;0;'));
+            if (reply) tried.push(kind);
+        }
+    const has = typeof NovaExtension === 'object' ? Object.getOwnPropertyNames(Object.getPrototypeOf(NovaExtension.Probe)) : 'none';
+    parent.postMessage(NAME + ': ' + has + '; ' + tried, '*');
+    </script>)js");
+
+TEST_F(WebTest, GivesADocumentWhatItsOriginMayHave)
+{
+    const auto probing = [](const QString& name) { return QString(Probing).replace(QStringLiteral("NAME"), QLatin1Char('\'') + name + QLatin1Char('\'')); };
+    for (const char* host : { "some", "stranger" })
+        write(QString::fromLatin1(host), QStringLiteral("probe.html"), probing(QString::fromLatin1(host)));
+    write(QStringLiteral("app"), QStringLiteral("probe.html"), probing(QStringLiteral("sandboxed")));
+    openPage(QStringLiteral(R"js(<script>
+        NovaExtension.Probe.keep(() => 0);
+        addEventListener('message', (event) => console.log(event.data));
+        const frame = (attributes) => document.write('<iframe ' + attributes + '></iframe>');
+        </script>
+        <iframe src="nova://some/probe.html"></iframe>
+        <iframe src="nova://stranger/probe.html"></iframe>
+        <iframe src="probe.html" sandbox="allow-scripts allow-modals"></iframe>
+        <iframe src="data:text/html;base64,%1"></iframe>)js")
+                 .arg(QString::fromLatin1(probing(QStringLiteral("data")).toUtf8().toBase64())));
+    ASSERT_TRUE(waitForLines(4));
+    lines.sort();
+    EXPECT_EQ(lines, (QStringList { QStringLiteral("data: none; "), QStringLiteral("sandboxed: none; "),
+                         // Requests in its own name.
+                         QStringLiteral("some: raw,later; C,B,P,T,R"), QStringLiteral("stranger: none; ") }));
+}
+
+TEST_F(WebTest, WakesDocumentsInFrames)
+{
+    write(QStringLiteral("app"), QStringLiteral("frame.html"), QStringLiteral(R"js(<script>
+        const p = NovaExtension.Probe;
+        p.listen((x) => console.log('frame ' + x));
+        p.settled().then((x) => console.log('settled ' + x));
+        parent.begin(); </script>)js"));
+    openPage(QStringLiteral(R"js(<script>
+        const p = NovaExtension.Probe;
+        p.listen((x) => console.log('page ' + x));
+        const begin = () => setTimeout(() => { for (const x of [1, 2, 3]) setTimeout(() => p.dispatch(x), 20 * x); }, 20);
+        </script><iframe src="frame.html"></iframe>)js"));
+    ASSERT_TRUE(waitForLines(7));
+    const auto of = [this](const QString& who) { return lines.filter(who).join(QLatin1Char('|')); };
+    EXPECT_EQ(of(QStringLiteral("page")), QStringLiteral("page 1|page 2|page 3"));
+    EXPECT_EQ(of(QStringLiteral("frame")), QStringLiteral("frame 1|frame 2|frame 3"));
+    EXPECT_EQ(of(QStringLiteral("settled")), QStringLiteral("settled empty handle."));
+}
+
+/// The page stays when what it goes to is not shown, or when all that it loads is stopped.
+TEST_F(WebTest, StaysWithItsDocument)
+{
+    openPage(QStringLiteral(R"js(<script>
+        const p = NovaExtension.Probe;
+        p.listen((x) => console.log('heard ' + x));
+        stop();
+        location.hash = 'there';
+        history.pushState(0, '', 'elsewhere');
+        location.href = 'nova-bridge://line/none';
+        setTimeout(() => p.dispatch(7), 4000);
+        </script>)js"));
+    ASSERT_TRUE(waitForLines(1));
+    EXPECT_EQ(log(), QStringLiteral("heard 7"));
+}
+
+} // namespace

@@ -1,0 +1,121 @@
+// Views, pages and renderers that go, at every point of a call.
+#include "tests/web/fixture.h"
+
+#include <QEventLoop>
+#include <QProcess>
+#include <QTimer>
+#include <csignal>
+
+using namespace engine;
+using namespace engine::test;
+using namespace vexlite;
+
+namespace {
+
+class Lifetime : public WebTest, public testing::WithParamInterface<Row> {
+protected:
+    /// What the members "end" and "endWithin" do, by their first argument.
+    void end(const QString& what)
+    {
+        if (what == QLatin1String("view"))
+            view.reset();
+        else if (what == QLatin1String("page"))
+            page.reset();
+        else if (what == QLatin1String("close"))
+            page->close();
+        else if (what == QLatin1String("load"))
+            view->load(QUrl(QStringLiteral("nova://app/other.html")));
+        else if (what == QLatin1String("widget"))
+            delete view->widget()->parentWidget();
+        else if (what == QLatin1String("renderer"))
+            // All renderers of this process: it is the test's.
+            QProcess::execute(QStringLiteral("pkill"),
+                { QStringLiteral("-KILL"), QStringLiteral("-f"), QStringLiteral("--"), QStringLiteral("--type=renderer.*--shared-files") });
+    }
+
+    void SetUp() override
+    {
+        write(QStringLiteral("app"), QStringLiteral("other.html"), QStringLiteral("<script>console.log('other')</script>"));
+        const auto textOf = [](const KJSVariant& value) { return vexlite::textOf(value); };
+        method(u"end", [this, textOf](ProbeCall& call) {
+            end(textOf(call.arguments[0]));
+            return KR_OK;
+        });
+        // The event loop runs in the call, and ends what is to end from there.
+        method(u"endWithin", [this, textOf](ProbeCall& call) {
+            const QString what = textOf(call.arguments[0]);
+            QEventLoop loop;
+            QTimer::singleShot(0, &loop, [&] { end(what); });
+            constexpr int WhileMs = 50;
+            QTimer::singleShot(WhileMs, &loop, &QEventLoop::quit);
+            loop.exec();
+            return KR_OK;
+        });
+    }
+};
+
+TEST_P(Lifetime, EndsAnywhere)
+{
+    QWidget window;
+    openScript();
+    if (GetParam().given.contains(QStringLiteral("'widget'"))) {
+        auto* holder = new QWidget(&window);
+        view->widget()->setParent(holder);
+        window.show();
+    }
+    page->run(QStringLiteral("const p = NovaExtension.Probe; p.keep(() => 0); p.listen(() => p.end('view'));"
+                             "p.later().then(() => 0); const child = p.Child;") + GetParam().given,
+        QStringLiteral("test.js"), [&](const Outcome&) {});
+    expectNothingLeft();
+    if (kept) {
+        EXPECT_EQ(kept->Call({}, nullptr), KR_NOT_AVAILABLE);
+    }
+    // The browser goes on.
+    view.reset();
+    openScript();
+    EXPECT_EQ(shown(run("NovaExtension.Probe.raw(); return await NovaExtension.Probe.settled()")), QStringLiteral("\"empty handle.\""));
+}
+
+INSTANTIATE_TEST_SUITE_P(Web, Lifetime, testing::ValuesIn(rows(R"js(
+ViewInCall: p.end('view'); p.raw() ->
+PageInCall: p.end('page') ->
+CloseInCall: p.end('close') ->
+LoadInCall: p.end('load') ->
+RendererInCall: p.end('renderer') ->
+ViewInGetter: p.take({ get a() { p.end('view'); return 1 } }) ->
+ViewInListener: p.dispatch() ->
+ViewInPromise: p.settled().then(() => p.end('view')) ->
+ViewInTimer: setTimeout(() => p.end('view'), 0) ->
+ViewInLoop: p.endWithin('view'); p.raw() ->
+PageInLoop: p.endWithin('page') ->
+LoadInLoop: p.endWithin('load') ->
+RendererInLoop: p.endWithin('renderer') ->
+WidgetInLoop: p.endWithin('widget') ->
+Exit: exit(3); p.raw() ->
+Leaves: location.href = 'nova://app/other.html' ->
+)js")), rowName);
+
+/// Every reload comes while calls, promises and listeners are under way.
+TEST_F(WebTest, LeavesNothingWhenItIsReloadedAThousandTimes)
+{
+    openPage(QStringLiteral(R"js(<script>
+        const n = +(sessionStorage.n || 0) + 1;
+        sessionStorage.n = n;
+        const p = NovaExtension.Probe;
+        p.listen(() => 0), p.keep(() => 0), p.later().then(() => console.log('settled'));
+        const child = p.Child, more = p.fresh();
+        if (n < 1000) {
+            setTimeout(() => { location.reload(); for (let i = 0; i < 20; ++i) p.settled(), p.dispatch(); }, n % 3);
+        } else {
+            console.log('end');
+        }
+        </script>)js"));
+    ASSERT_TRUE(waitForLines(1));
+    EXPECT_EQ(log(), QStringLiteral("end"));
+    EXPECT_TRUE(waitFor([&] { return core.liveCounts().pages == 1; }));
+    const LiveCounts live = core.liveCounts();
+    EXPECT_EQ(std::tuple(live.objects, live.listeners, live.promises), std::tuple(3, 1, 1));
+    EXPECT_LE(liveProbes(), 4);
+}
+
+} // namespace

@@ -5,6 +5,7 @@ import { actionButton, inputRow, numbers, panel } from "./panels.js";
 
 /** @typedef {{ x: number, y: number, w: number, h: number }} Area */
 
+const OWN_WINDOW = "NovaExtension.Webview";
 const KINDS = /** @type {const} */ ({
     drag: { label: "drag area", set: "setDragArea", clear: "clearDragArea" },
     black: { label: "excluded area", set: "setBlackDragArea", clear: "clearBlackDragArea" },
@@ -75,34 +76,49 @@ function draw(kind, drawn) {
     sheet.focus();
 }
 
-/** @param {import("./windowview.js").Act} act */
-export function makeAreas(act) {
+/** @typedef {{ kind: keyof typeof KINDS, area: Area, window: string }} Marked */
+
+/**
+ * @param {import("./windowview.js").Act} act
+ * @param {() => string} windowName the window whose areas are set
+ */
+export function makeAreas(act, windowName) {
     const layer = make("div", { class: "areas", "aria-hidden": "true" });
     const list = make("ul", { class: "area-list" });
+    /** @type {Marked[]} */
+    let marked = [];
     document.body.append(layer);
+
+    function render() {
+        const own = marked.filter(({ window }) => window === OWN_WINDOW); // those of other windows are not on this page
+        fill(layer, ...own.map(({ kind, area }) => {
+            const shape = make("div", { class: `area ${kind}` }, make("span", {}, KINDS[kind].label));
+            place(shape, area);
+            return shape;
+        }));
+        fill(list, ...marked.map(({ kind, area: { x, y, w, h }, window }) => make("li", { "data-area": kind }, make("span", { class: `swatch ${kind}` }),
+            `${KINDS[kind].label} ${w} × ${h} at ${x}, ${y}${window === OWN_WINDOW ? "" : ` of ${window}`}`)));
+    }
 
     /**
      * @param {keyof typeof KINDS} kind
      * @param {Area} area
      */
     async function add(kind, area) {
+        const window = windowName();
         const { state } = await act(KINDS[kind].set, area);
-        if (state !== "ok")
-            return;
-        const { x, y, w, h } = area;
-        const shape = make("div", { class: `area ${kind}` }, make("span", {}, KINDS[kind].label));
-        place(shape, area);
-        layer.append(shape);
-        list.append(make("li", { "data-area": kind }, make("span", { class: `swatch ${kind}` }), `${KINDS[kind].label} ${w} × ${h} at ${x}, ${y}`));
+        if (state === "ok")
+            marked.push({ kind, area, window });
+        render();
     }
 
     /** @param {keyof typeof KINDS} kind */
     async function clear(kind) {
+        const window = windowName();
         const { state } = await act(KINDS[kind].clear);
-        if (state !== "ok")
-            return;
-        fill(layer, ...[...layer.children].filter((shape) => !shape.classList.contains(kind)));
-        fill(list, ...[...list.children].filter((row) => row.getAttribute("data-area") !== kind));
+        if (state === "ok")
+            marked = marked.filter((one) => one.kind !== kind || one.window !== window);
+        render();
     }
 
     /** @param {keyof typeof KINDS} kind */

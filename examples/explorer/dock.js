@@ -4,8 +4,8 @@ import { began, call, ended, handsChanged, inHand, letGo, promised } from "./cal
 import { copyButton, fill, icon, make, newId } from "./dom.js";
 import { active, arrived, listenersChanged } from "./listeners.js";
 import { pathOf } from "./reference.js";
-import { callText, scriptOf } from "./script.js";
-import { clock, duration, oneLine, outcomeText, valueTree } from "./values.js";
+import { scriptOf } from "./script.js";
+import { callLine, clock, duration, oneLine, outcomeText, valueTree } from "./values.js";
 
 const KEPT_LINES = 500;
 
@@ -64,6 +64,11 @@ function makeLog(name, empty) {
     return { node: make("div", { class: "log-place" }, list, nothing), tools: [words, pause, clear], add };
 }
 
+/** @param {Call} made */
+function memberLink(made) {
+    return make("a", { href: `#${pathOf(made.target.object, made.member)}`, title: callLine(made) }, callLine(made));
+}
+
 function makeTrace() {
     const log = makeLog("trace", "Each call that the page makes appears here, with its time and outcome.");
     /** @type {WeakMap<Call, HTMLElement>} */
@@ -85,7 +90,7 @@ function makeTrace() {
      */
     const content = (made, kind) => [
         make("time", {}, clock(kind === "call" ? made.started : new Date())), make("span", { class: `dot ${made.state}`, title: made.state }),
-        make("span", { class: "what" }, kind === "settled" ? "↳ " : "", callText(made.target.name.replace("NovaExtension.", ""), made.member, made.given)),
+        make("span", { class: "what" }, kind === "settled" ? "↳ " : "", memberLink(made)),
         make("span", { class: "outcome" }, outcomeText(made)),
         make("span", { class: "elapsed" }, made.state === "pending" ? "" : duration(made.elapsed)),
     ];
@@ -108,7 +113,7 @@ function makeTrace() {
     ended.subscribe((made) => (made.promised ? log.add(makeLine(made, "settled")) : update(made)));
     arrived.subscribe(({ label, time, payload }) => log.add(make("li", { class: "line", "data-kind": "event", "data-state": "event" },
         make("time", {}, clock(time)), make("span", { class: "dot event" }), make("span", { class: "what" }, label),
-        make("span", { class: "outcome" }, payload.map(oneLine).join(", ")))));
+        make("span", { class: "outcome" }, payload.map((value) => oneLine(value)).join(", ")))));
     return log;
 }
 
@@ -129,9 +134,8 @@ function makeHistory(edit) {
     const log = makeLog("history", "Calls that were made, to be repeated, changed or copied as script.");
     began.subscribe((made) => {
         const { target, member, given } = made;
-        const text = callText(target.name.replace("NovaExtension.", ""), member, given);
         const state = make("span", { class: "dot pending" });
-        const line = make("li", { class: "past", "data-call": pathOf(target.object, member) }, state, make("code", { title: text }, text),
+        const line = make("li", { class: "past", "data-call": pathOf(target.object, member) }, state, memberLink(made),
             make("span", { class: "tools" }, button("repeat", "Repeat", () => call(target, member, given)),
                 button("edit", "Change", () => edit(made)), copyButton("Script", () => scriptOf(target, member, given))));
         made.ended.then(() => (state.className = `dot ${made.state}`));
@@ -156,7 +160,7 @@ function makeHands() {
         nothing.hidden = inHand.length > 0;
         fill(node, ...inHand.map((target) => make("li", { "data-hand": target.name }, make("code", {}, target.name),
             make("a", { href: `#${target.object.name}` }, target.object.name),
-            make("span", { class: "note" }, target.origin ? callText(target.origin.target.name.replace("NovaExtension.", ""), target.origin.member, target.origin.given) : ""),
+            make("span", { class: "note" }, target.origin && callLine(target.origin)),
             button("close", "Let go", () => letGo(target)))));
     };
     handsChanged.subscribe(refresh);

@@ -2,7 +2,7 @@
 
 import { fill, make, newId } from "./dom.js";
 import { InputError, makeField, omitted } from "./controls.js";
-import { makeListener } from "./listeners.js";
+import { findListener } from "./listeners.js";
 import { encode, decode } from "./script.js";
 
 /**
@@ -40,7 +40,7 @@ export function makeForm(object, member, targetName) {
         /** @type {unknown} */
         let given;
         try {
-            given = decode(json.value, makeListener);
+            given = decode(json.value, findListener);
         } catch (error) {
             throw new InputError(`This is no JSON: ${/** @type {Error} */ (error).message}`, json);
         }

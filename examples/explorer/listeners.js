@@ -2,7 +2,7 @@
 
 import { call, ended } from "./calls.js";
 import { Signal } from "./signal.js";
-import { named } from "./script.js";
+import { nameOf, named } from "./script.js";
 
 /** @type {ActiveListener[]} */
 export const active = [];
@@ -18,6 +18,15 @@ export const listenersChanged = /** @type {Signal<void>} */ (new Signal());
  */
 export function makeListener(label) {
     return named((...payload) => arrived.emit({ label, time: new Date(), payload }), label);
+}
+
+/**
+ * The listener of that name which is added already, or a new one.
+ *
+ * @param {string} name
+ */
+export function findListener(name) {
+    return active.find(({ listener }) => nameOf(listener) === name)?.listener ?? makeListener(name);
 }
 
 /**

@@ -1,6 +1,6 @@
 // Puts the explorer together: what is shown is what the address names, "#FileSystem.copy".
 
-import { began, call, calls, inHand, isConnected, targetsOf } from "./calls.js";
+import { call, calls, inHand, isConnected, targetsOf } from "./calls.js";
 import { makeDock } from "./dock.js";
 import { byId, fill, make } from "./dom.js";
 import { active } from "./listeners.js";
@@ -19,6 +19,10 @@ const builtOnly = /** @type {HTMLInputElement} */ (byId("built-only"));
 const views = new Map();
 /** @type {View | undefined} */
 let current;
+/** The path of what is shown. */
+let shown = "";
+/** What the address names. It may lag behind. */
+let address = "";
 
 /**
  * @param {string} path
@@ -45,8 +49,9 @@ function viewOf(path) {
 
 const addressed = () => decodeURIComponent(location.hash.slice(1));
 
-function show() {
-    const path = addressed();
+/** @param {string} path */
+function show(path) {
+    shown = path;
     const view = viewOf(path);
     if (view !== current) {
         current = view;
@@ -61,10 +66,13 @@ function show() {
 
 /** @param {string} path */
 function open(path) {
-    if (path === addressed())
+    if (path === shown) {
         focusPage();
-    else
-        location.hash = path;
+        return;
+    }
+    show(path); // at once: the engine ignores changes of the address when there are too many
+    location.hash = path;
+    address = addressed();
 }
 
 /** Moves the focus to where one goes on: the first field of the form, or its button. */
@@ -149,7 +157,10 @@ function callByPath(path, ...given) {
 window.addEventListener("error", (event) => showNotice(`The explorer has failed: ${event.message} (${event.filename}:${event.lineno})`));
 window.addEventListener("unhandledrejection", (event) => showNotice(`The explorer has failed: ${event.reason}`));
 window.addEventListener("hashchange", () => {
-    show();
+    if (addressed() === address)
+        return;
+    address = addressed();
+    show(address);
     if (document.activeElement === document.body)
         /** @type {HTMLElement | null} */ (page.querySelector("h1"))?.focus();
 });
@@ -161,7 +172,7 @@ document.querySelector("[data-action=skip]")?.addEventListener("click", (event) 
     event.preventDefault(); // the address names what is shown
     focusPage();
 });
-began.subscribe(showConnection);
 window.explorer = { objects, calls, inHand, listeners: active, open, call: callByPath };
 showConnection();
-show();
+address = addressed();
+show(address);

@@ -43,7 +43,7 @@ export function literal(value, margin = "") {
     const parts = Array.isArray(value)
         ? value.map((item) => literal(item, inner))
         : Object.entries(value).map(([key, item]) =>
-            `${IDENTIFIER.test(key) ? key : JSON.stringify(key)}: ${literal(item, inner)}`);
+            `${keyText(key)}: ${literal(item, inner)}`);
     const [open, close, space] = Array.isArray(value) ? ["[", "]", ""] : ["{", "}", " "];
     const line = parts.join(", ");
     if (!parts.length)
@@ -51,6 +51,13 @@ export function literal(value, margin = "") {
     if (line.length + margin.length < WIDTH && !line.includes("\n"))
         return open + space + line + space + close;
     return `${open}\n${parts.map((part) => `${inner}${part},\n`).join("")}${margin}${close}`;
+}
+
+/** @param {string} key */
+function keyText(key) {
+    if (key === "__proto__")
+        return '["__proto__"]'; // otherwise script would set the prototype
+    return IDENTIFIER.test(key) ? key : JSON.stringify(key);
 }
 
 /**

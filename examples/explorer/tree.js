@@ -52,8 +52,8 @@ export function makeTree(root, open) {
             one.node.setAttribute("aria-selected", String(one === item));
             one.node.tabIndex = one === (item ?? items[0]) ? 0 : -1;
         });
-        if (item?.owner)
-            expand(item.owner, true);
+        if (item)
+            expand(item.owner ?? item, true);
         item?.row.scrollIntoView({ block: "nearest" });
     }
 

@@ -1,7 +1,7 @@
 // Values as trees that open and close.
 
 import { make } from "./dom.js";
-import { literal } from "./script.js";
+import { literal, nameOf } from "./script.js";
 
 const SHOWN_AT_ONCE = 100;
 const SHOWN_IN_LINE = 6;
@@ -84,6 +84,8 @@ function shortened(text, length = LONG) {
  * @returns {string}
  */
 export function oneLine(value, depth = 2) {
+    if (typeof value === "function")
+        return `ƒ ${nameOf(value)}`;
     if (typeof value !== "object" || value === null)
         return shortened(literal(value), 80);
     const entries = Object.entries(value);
@@ -95,6 +97,16 @@ export function oneLine(value, depth = 2) {
     const parts = entries.slice(0, SHOWN_IN_LINE).map(([key, item]) => (isList ? "" : `${key}: `) + oneLine(item, depth - 1));
     const text = [...parts, ...(entries.length > SHOWN_IN_LINE ? ["…"] : [])].join(", ");
     return isList ? `[${text}]` : `{ ${text} }`;
+}
+
+/**
+ * A call in a line.
+ *
+ * @param {Call} call
+ */
+export function callLine({ target, member, given }) {
+    const text = `${target.name.replace("NovaExtension.", "")}.${member.name}`;
+    return member.kind === "property" ? text : `${text}(${given.map((value) => oneLine(value)).join(", ")})`;
 }
 
 /**

@@ -6,9 +6,8 @@ import { fill, icon, make } from "./dom.js";
 import { makeSwitches } from "./objectview.js";
 import { actionButton, inputRow, numbers, panel } from "./panels.js";
 import { findObject, listenerPairs } from "./reference.js";
-import { literal } from "./script.js";
 import { statePill } from "./memberview.js";
-import { duration, outcomeText } from "./values.js";
+import { callLine, duration, outcomeText } from "./values.js";
 
 /** @typedef {(member: string, ...given: unknown[]) => Promise<Call>} Act */
 
@@ -50,7 +49,7 @@ export function makeWindowView() {
     async function report(made) {
         await made.ended;
         outcome.dataset.outcome = made.state;
-        fill(outcome, statePill(made), make("code", {}, `${made.member.name}(${made.given.map((value) => literal(value)).join(", ")})`),
+        fill(outcome, statePill(made), make("code", {}, callLine(made)),
             make("span", {}, made.state === "ok" ? "" : outcomeText(made)), make("span", { class: "elapsed" }, duration(made.elapsed)));
         return made;
     }
@@ -80,13 +79,14 @@ export function makeWindowView() {
     });
     handsChanged.subscribe(refreshTargets);
     refreshTargets();
+    readFacts();
     return make("article", { class: "view window-view", "data-view": "window" },
         make("div", { class: "title-line" }, make("h1", { tabindex: "-1" }, "Window"), make("label", { class: "target" }, "of ", select)),
         make("div", { class: "card status-card" }, facts, make("button", { type: "button", class: "secondary", "data-action": "read", click: readFacts },
             icon("repeat"), "Read")),
         outcome,
         make("div", { class: "panels" }, placePanel(act), statePanel(act), flagsPanel(act), looksPanel(act),
-            makeAreas(act), panel("Listeners", listening), viewsPanel(report, (made) => {
+            makeAreas(act, () => target().name), panel("Listeners", listening), viewsPanel(report, (made) => {
                 if (made.handedOut)
                     select.value = made.handedOut.name;
                 showTarget();

@@ -8,7 +8,7 @@ import { actionButton, inputRow, numbers, panel } from "./panels.js";
 const OWN_WINDOW = "NovaExtension.Webview";
 const KINDS = /** @type {const} */ ({
     drag: { label: "drag area", set: "setDragArea", clear: "clearDragArea" },
-    black: { label: "excluded area", set: "setBlackDragArea", clear: "clearBlackDragArea" },
+    black: { label: "excluded area", set: "setBlackDragArea", clear: "clearBlackDragArea" }
 });
 
 /**
@@ -27,8 +27,12 @@ function place(node, { x, y, w, h }) {
  * @returns {Area}
  */
 function between(from, to) {
-    return { x: Math.min(from.clientX, to.clientX), y: Math.min(from.clientY, to.clientY),
-        w: Math.abs(from.clientX - to.clientX), h: Math.abs(from.clientY - to.clientY) };
+    return {
+        x: Math.min(from.clientX, to.clientX),
+        y: Math.min(from.clientY, to.clientY),
+        w: Math.abs(from.clientX - to.clientX),
+        h: Math.abs(from.clientY - to.clientY)
+    };
 }
 
 /**
@@ -39,7 +43,12 @@ function between(from, to) {
  */
 function draw(kind, drawn) {
     const shape = make("div", { class: `area ${kind}`, hidden: true });
-    const sheet = make("div", { class: "sheet", tabindex: "-1", "data-role": "sheet" }, make("p", {}, `Draw the ${KINDS[kind].label} with the mouse. Esc cancels.`), shape);
+    const sheet = make(
+        "div",
+        { class: "sheet", tabindex: "-1", "data-role": "sheet" },
+        make("p", {}, `Draw the ${KINDS[kind].label} with the mouse. Esc cancels.`),
+        shape
+    );
     const before = document.activeElement;
     /** @type {PointerEvent | undefined} */
     let start;
@@ -91,13 +100,25 @@ export function makeAreas(act, windowName) {
 
     function render() {
         const own = marked.filter(({ window }) => window === OWN_WINDOW); // those of other windows are not on this page
-        fill(layer, ...own.map(({ kind, area }) => {
-            const shape = make("div", { class: `area ${kind}` }, make("span", {}, KINDS[kind].label));
-            place(shape, area);
-            return shape;
-        }));
-        fill(list, ...marked.map(({ kind, area: { x, y, w, h }, window }) => make("li", { "data-area": kind }, make("span", { class: `swatch ${kind}` }),
-            `${KINDS[kind].label} ${w} × ${h} at ${x}, ${y}${window === OWN_WINDOW ? "" : ` of ${window}`}`)));
+        fill(
+            layer,
+            ...own.map(({ kind, area }) => {
+                const shape = make("div", { class: `area ${kind}` }, make("span", {}, KINDS[kind].label));
+                place(shape, area);
+                return shape;
+            })
+        );
+        fill(
+            list,
+            ...marked.map(({ kind, area: { x, y, w, h }, window }) =>
+                make(
+                    "li",
+                    { "data-area": kind },
+                    make("span", { class: `swatch ${kind}` }),
+                    `${KINDS[kind].label} ${w} × ${h} at ${x}, ${y}${window === OWN_WINDOW ? "" : ` of ${window}`}`
+                )
+            )
+        );
     }
 
     /**
@@ -122,13 +143,31 @@ export function makeAreas(act, windowName) {
     }
 
     /** @param {keyof typeof KINDS} kind */
-    const byNumbers = (kind) => inputRow(`Add ${KINDS[kind].label}`, { x: 0, y: 0, w: 300, h: 48 },
-        (values) => add(kind, /** @type {Area} */ (numbers(values))));
-    return panel("Drag areas",
-        make("p", { class: "note" }, "Where the window can be dragged by the page. What is drawn stays visible until it is cleared."),
-        make("div", { class: "buttons" }, actionButton("Draw drag area", () => draw("drag", (area) => add("drag", area)), "primary"),
-            actionButton("Draw excluded area", () => draw("black", (area) => add("black", area)))),
-        byNumbers("drag"), byNumbers("black"), list,
-        make("div", { class: "buttons" }, actionButton("Clear drag areas", () => clear("drag"), "quiet"),
-            actionButton("Clear excluded areas", () => clear("black"), "quiet")));
+    const byNumbers = (kind) =>
+        inputRow(`Add ${KINDS[kind].label}`, { x: 0, y: 0, w: 300, h: 48 }, (values) =>
+            add(kind, /** @type {Area} */ (numbers(values)))
+        );
+    return panel(
+        "Drag areas",
+        make(
+            "p",
+            { class: "note" },
+            "Where the window can be dragged by the page. What is drawn stays visible until it is cleared."
+        ),
+        make(
+            "div",
+            { class: "buttons" },
+            actionButton("Draw drag area", () => draw("drag", (area) => add("drag", area)), "primary"),
+            actionButton("Draw excluded area", () => draw("black", (area) => add("black", area)))
+        ),
+        byNumbers("drag"),
+        byNumbers("black"),
+        list,
+        make(
+            "div",
+            { class: "buttons" },
+            actionButton("Clear drag areas", () => clear("drag"), "quiet"),
+            actionButton("Clear excluded areas", () => clear("black"), "quiet")
+        )
+    );
 }

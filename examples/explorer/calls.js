@@ -29,15 +29,20 @@ export const isConnected = () => typeof NovaExtension !== "undefined";
 export function rootTarget(object) {
     const name = `NovaExtension.${object.name}`;
     return {
-        object, name,
+        object,
+        name,
         find() {
             if (!isConnected())
-                throw new Error("This page has no NovaExtension. Open it with: novahost open examples/explorer/index.html");
+                throw new Error(
+                    "This page has no NovaExtension. Open it with: novahost open examples/explorer/index.html"
+                );
             const found = Reflect.get(NovaExtension, object.name);
             if (!found)
-                throw new Error(`This page has no ${name}: the profile's policy does not give it to pages of this origin.`);
+                throw new Error(
+                    `This page has no ${name}: the profile's policy does not give it to pages of this origin.`
+                );
             return found;
-        },
+        }
     };
 }
 
@@ -63,8 +68,17 @@ export function call(target, member, given) {
     /** @type {(call: Call) => void} */
     let settle = () => {};
     /** @type {Call} */
-    const made = { id: calls.length + 1, target, member, given, started: new Date(), state: "pending", promised: false,
-        elapsed: 0, ended: new Promise((resolve) => (settle = resolve)) };
+    const made = {
+        id: calls.length + 1,
+        target,
+        member,
+        given,
+        started: new Date(),
+        state: "pending",
+        promised: false,
+        elapsed: 0,
+        ended: new Promise((resolve) => (settle = resolve))
+    };
     calls.push(made);
     began.emit(made);
     const start = performance.now();
@@ -82,7 +96,10 @@ export function call(target, member, given) {
         const returned = invoke(target, member, given);
         if (returned instanceof Promise) {
             Object.assign(made, { promised: true, elapsed: performance.now() - start });
-            returned.then((value) => end({ state: "ok", value }), (error) => end({ state: "failed", error }));
+            returned.then(
+                (value) => end({ state: "ok", value }),
+                (error) => end({ state: "failed", error })
+            );
             promised.emit(made);
         } else {
             end({ state: "ok", value: returned });

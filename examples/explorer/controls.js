@@ -34,23 +34,43 @@ export class InputError extends Error {
  * @returns {Control}
  */
 export function makeField(field, place) {
-    const inner = makeControl(field.rest ? { kind: "array", items: field.type } : field.type,
-        { ...place, path: `${place.path}${place.path && "."}${field.name}` }, field);
+    const inner = makeControl(
+        field.rest ? { kind: "array", items: field.type } : field.type,
+        { ...place, path: `${place.path}${place.path && "."}${field.name}` },
+        field
+    );
     const isGroup = inner.node.matches("fieldset, .list");
     const id = inner.node.id || (inner.node.id = newId());
     const include = field.optional && !field.rest ? makeInclude(field, inner.node) : undefined;
-    const doc = [...prose(field.doc), field.default === undefined ? "" : make("span", { class: "default" },
-        `${field.doc && " · "}default ${JSON.stringify(field.default)}`)];
-    const title = make(isGroup ? "span" : "label", isGroup ? { class: "name" } : { class: "name", for: id }, field.name);
-    const name = make("span", { class: "title" }, title, !field.optional && !field.rest
-        && make("span", { class: "required", title: "required", "aria-label": "required" }, "*"));
+    const doc = [
+        ...prose(field.doc),
+        field.default === undefined
+            ? ""
+            : make("span", { class: "default" }, `${field.doc && " · "}default ${JSON.stringify(field.default)}`)
+    ];
+    const title = make(
+        isGroup ? "span" : "label",
+        isGroup ? { class: "name" } : { class: "name", for: id },
+        field.name
+    );
+    const name = make(
+        "span",
+        { class: "title" },
+        title,
+        !field.optional &&
+            !field.rest &&
+            make("span", { class: "required", title: "required", "aria-label": "required" }, "*")
+    );
     const docId = newId();
     inner.node.setAttribute("aria-describedby", docId);
     if (isGroup)
         inner.node.setAttribute("aria-label", field.name);
-    const node = make("div", { class: isGroup ? "field group" : "field", "data-field": field.name },
+    const node = make(
+        "div",
+        { class: isGroup ? "field group" : "field", "data-field": field.name },
         make("div", { class: "head" }, name, make("span", { class: "type" }, typeText(field.type)), include?.node),
-        make("div", { class: "control" }, inner.node, make("p", { class: "doc", id: docId }, ...doc)));
+        make("div", { class: "control" }, inner.node, make("p", { class: "doc", id: docId }, ...doc))
+    );
     return { node, read: () => (include && !include.isChecked() ? omitted : inner.read()) };
 }
 
@@ -84,25 +104,26 @@ function makeControl(type, place, field) {
     if (Array.isArray(type.values))
         return makeChoice(type.values, field?.default);
     switch (type.kind) {
-    case "boolean":
-        return makeSwitch(field?.default === true);
-    case "number":
-    case "integer":
-    case "int64":
-        return makeNumber(type.kind);
-    case "string":
-        return place.path.endsWith("eventName") && place.object.events.length
-            ? makeText(place.object.events.map((event) => event.name)) : makeText([]);
-    case "array":
-        return makeList(type.items ?? { kind: "any" }, place);
-    case "map":
-        return makeMap(type.values, place);
-    case "object":
-        return makeGroup(type.fields ?? [], place);
-    case "function":
-        return place.member.name.startsWith("remove") ? makeListenerChoice(place) : makeFunction(place);
-    default:
-        return makeJson();
+        case "boolean":
+            return makeSwitch(field?.default === true);
+        case "number":
+        case "integer":
+        case "int64":
+            return makeNumber(type.kind);
+        case "string":
+            return place.path.endsWith("eventName") && place.object.events.length
+                ? makeText(place.object.events.map((event) => event.name))
+                : makeText([]);
+        case "array":
+            return makeList(type.items ?? { kind: "any" }, place);
+        case "map":
+            return makeMap(type.values, place);
+        case "object":
+            return makeGroup(type.fields ?? [], place);
+        case "function":
+            return place.member.name.startsWith("remove") ? makeListenerChoice(place) : makeFunction(place);
+        default:
+            return makeJson();
     }
 }
 
@@ -112,10 +133,19 @@ function makeControl(type, place, field) {
  */
 function makeText(suggestions) {
     const listId = newId();
-    const input = make("input", { type: "text", spellcheck: "false", autocomplete: "off",
-        list: suggestions.length > 0 && listId });
+    const input = make("input", {
+        type: "text",
+        spellcheck: "false",
+        autocomplete: "off",
+        list: suggestions.length > 0 && listId
+    });
     const node = suggestions.length
-        ? make("div", {}, input, make("datalist", { id: listId }, ...suggestions.map((value) => make("option", { value }))))
+        ? make(
+              "div",
+              {},
+              input,
+              make("datalist", { id: listId }, ...suggestions.map((value) => make("option", { value })))
+          )
         : input;
     if (node !== input) {
         input.value = suggestions[0];
@@ -129,7 +159,13 @@ function makeText(suggestions) {
  * @returns {Control}
  */
 function makeNumber(kind) {
-    const node = make("input", { type: "text", inputmode: "decimal", class: "short", autocomplete: "off", placeholder: "0" });
+    const node = make("input", {
+        type: "text",
+        inputmode: "decimal",
+        class: "short",
+        autocomplete: "off",
+        placeholder: "0"
+    });
     return {
         node,
         read() {
@@ -140,7 +176,7 @@ function makeNumber(kind) {
             if (Number.isNaN(value) || (kind !== "number" && !Number.isInteger(value)))
                 throw new InputError(`${text} is no ${kind === "number" ? "number" : "whole number"}.`, node);
             return value;
-        },
+        }
     };
 }
 
@@ -159,13 +195,21 @@ function makeSwitch(isOn) {
  * @returns {Control}
  */
 function makeChoice(values, preset) {
-    const node = make("select", {}, ...values.map((value) => make("option", { selected: value === preset }, JSON.stringify(value))));
+    const node = make(
+        "select",
+        {},
+        ...values.map((value) => make("option", { selected: value === preset }, JSON.stringify(value)))
+    );
     return { node, read: () => values[node.selectedIndex] };
 }
 
 /** @returns {Control} */
 function makeJson() {
-    const node = make("textarea", { rows: "2", spellcheck: "false", placeholder: 'JSON, such as "text", 12, true, {"key": [1, 2]}; 12n is a BigInt' });
+    const node = make("textarea", {
+        rows: "2",
+        spellcheck: "false",
+        placeholder: 'JSON, such as "text", 12, true, {"key": [1, 2]}; 12n is a BigInt'
+    });
     return {
         node,
         read() {
@@ -174,9 +218,12 @@ function makeJson() {
             try {
                 return decode(node.value, makeListener);
             } catch (error) {
-                throw new InputError(`This is no JSON: ${/** @type {Error} */ (error).message}. Strings need "quotes".`, node);
+                throw new InputError(
+                    `This is no JSON: ${/** @type {Error} */ (error).message}. Strings need "quotes".`,
+                    node
+                );
             }
-        },
+        }
     };
 }
 
@@ -186,7 +233,11 @@ function makeJson() {
  */
 function makeFunction({ object, member }) {
     const listener = makeListener(`${object.name}.${member.name}`);
-    const node = make("p", { class: "note", tabindex: "-1" }, "A function that shows among the events what it is called with.");
+    const node = make(
+        "p",
+        { class: "note", tabindex: "-1" },
+        "A function that shows among the events what it is called with."
+    );
     return { node, read: () => listener };
 }
 
@@ -220,8 +271,10 @@ function makeGroup(fields, place) {
     const node = make("fieldset", {}, ...controls.map(([, { node: one }]) => one));
     return {
         node,
-        read: () => Object.fromEntries(controls.map(([name, control]) => [name, control.read()])
-            .filter(([, value]) => value !== omitted)),
+        read: () =>
+            Object.fromEntries(
+                controls.map(([name, control]) => [name, control.read()]).filter(([, value]) => value !== omitted)
+            )
     };
 }
 
@@ -235,11 +288,20 @@ function makeGroup(fields, place) {
 function makeRows(what, makeRow) {
     /** @type {Row[]} */
     const rows = [];
-    const add = make("button", { type: "button", class: "quiet", "data-action": "add-row" }, icon("add"), `Add ${what}`);
+    const add = make(
+        "button",
+        { type: "button", class: "quiet", "data-action": "add-row" },
+        icon("add"),
+        `Add ${what}`
+    );
     const node = make("div", { class: "list", role: "group" }, add);
     add.addEventListener("click", () => {
         const { node: content, row } = makeRow();
-        const remove = make("button", { type: "button", class: "quiet icon-only", "aria-label": `Remove ${what}` }, icon("close"));
+        const remove = make(
+            "button",
+            { type: "button", class: "quiet icon-only", "aria-label": `Remove ${what}` },
+            icon("close")
+        );
         const line = make("div", { class: "row" }, content, remove);
         rows.push(row);
         remove.addEventListener("click", () => {
@@ -276,14 +338,22 @@ function makeList(items, place) {
  */
 function makeMap(values, place) {
     const { node, rows } = makeRows("entry", () => {
-        const key = make("input", { type: "text", class: "key", "aria-label": "key", placeholder: "key", spellcheck: "false" });
+        const key = make("input", {
+            type: "text",
+            class: "key",
+            "aria-label": "key",
+            placeholder: "key",
+            spellcheck: "false"
+        });
         const value = makeControl(values, place);
         value.node.setAttribute("aria-label", "value");
         return { node: make("div", { class: "entry" }, key, value.node), row: { key, value } };
     });
     return {
         node,
-        read: () => Object.fromEntries(rows.map(({ key, value }) => [key.value, value.read()])
-            .filter(([, value]) => value !== omitted)),
+        read: () =>
+            Object.fromEntries(
+                rows.map(({ key, value }) => [key.value, value.read()]).filter(([, value]) => value !== omitted)
+            )
     };
 }

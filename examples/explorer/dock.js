@@ -21,8 +21,18 @@ function makeLog(name, empty) {
     let isPaused = false;
     const list = make("ol", { class: "log", "data-log": name, tabindex: "0", "aria-label": name });
     const nothing = make("p", { class: "note nothing" }, empty);
-    const words = make("input", { type: "search", class: "small", placeholder: "Filter", "aria-label": `Filter the ${name}`, input: filter });
-    const pause = make("button", { type: "button", class: "quiet", "aria-pressed": "false", "data-action": "pause", click: togglePause }, "Pause");
+    const words = make("input", {
+        type: "search",
+        class: "small",
+        placeholder: "Filter",
+        "aria-label": `Filter the ${name}`,
+        input: filter
+    });
+    const pause = make(
+        "button",
+        { type: "button", class: "quiet", "aria-pressed": "false", "data-action": "pause", click: togglePause },
+        "Pause"
+    );
     const clear = make("button", { type: "button", class: "quiet", "data-action": "clear", click: empties }, "Clear");
 
     /** @param {HTMLElement} line */
@@ -39,7 +49,8 @@ function makeLog(name, empty) {
         nothing.hidden = true;
     }
 
-    const isMeant = (/** @type {HTMLElement} */ line) => (line.textContent ?? "").toLowerCase().includes(words.value.toLowerCase());
+    const isMeant = (/** @type {HTMLElement} */ line) =>
+        (line.textContent ?? "").toLowerCase().includes(words.value.toLowerCase());
 
     function filter() {
         for (const line of list.children)
@@ -79,7 +90,12 @@ function makeTrace() {
      * @param {string} kind
      */
     function makeLine(made, kind) {
-        const line = make("li", { class: "line", "data-kind": kind, "data-state": made.state, "data-call": pathOf(made.target.object, made.member) });
+        const line = make("li", {
+            class: "line",
+            "data-kind": kind,
+            "data-state": made.state,
+            "data-call": pathOf(made.target.object, made.member)
+        });
         fill(line, ...content(made, kind));
         return line;
     }
@@ -89,10 +105,11 @@ function makeTrace() {
      * @param {string} kind
      */
     const content = (made, kind) => [
-        make("time", {}, clock(kind === "call" ? made.started : new Date())), make("span", { class: `dot ${made.state}`, title: made.state }),
+        make("time", {}, clock(kind === "call" ? made.started : new Date())),
+        make("span", { class: `dot ${made.state}`, title: made.state }),
         make("span", { class: "what" }, kind === "settled" ? "↳ " : "", memberLink(made)),
         make("span", { class: "outcome" }, outcomeText(made)),
-        make("span", { class: "elapsed" }, made.state === "pending" ? "" : duration(made.elapsed)),
+        make("span", { class: "elapsed" }, made.state === "pending" ? "" : duration(made.elapsed))
     ];
 
     /** @param {Call} made */
@@ -111,19 +128,41 @@ function makeTrace() {
     });
     promised.subscribe(update);
     ended.subscribe((made) => (made.promised ? log.add(makeLine(made, "settled")) : update(made)));
-    arrived.subscribe(({ label, time, payload }) => log.add(make("li", { class: "line", "data-kind": "event", "data-state": "event" },
-        make("time", {}, clock(time)), make("span", { class: "dot event" }), make("span", { class: "what" }, label),
-        make("span", { class: "outcome" }, payload.map((value) => oneLine(value)).join(", ")))));
+    arrived.subscribe(({ label, time, payload }) =>
+        log.add(
+            make(
+                "li",
+                { class: "line", "data-kind": "event", "data-state": "event" },
+                make("time", {}, clock(time)),
+                make("span", { class: "dot event" }),
+                make("span", { class: "what" }, label),
+                make("span", { class: "outcome" }, payload.map((value) => oneLine(value)).join(", "))
+            )
+        )
+    );
     return log;
 }
 
 function makeEvents() {
-    const log = makeLog("events", "What listeners are called with appears here. Listeners are added on the page of an object.");
-    arrived.subscribe(({ label, time, payload }) => log.add(make("li", { class: "arrival", "data-event": label },
-        make("p", {}, make("time", {}, clock(time)), make("strong", {}, label)),
-        ...(payload.length ? payload.map((value) => valueTree(value, 1)) : [make("span", { class: "value nothing" }, "no payload")]))));
+    const log = makeLog(
+        "events",
+        "What listeners are called with appears here. Listeners are added on the page of an object."
+    );
+    arrived.subscribe(({ label, time, payload }) =>
+        log.add(
+            make(
+                "li",
+                { class: "arrival", "data-event": label },
+                make("p", {}, make("time", {}, clock(time)), make("strong", {}, label)),
+                ...(payload.length
+                    ? payload.map((value) => valueTree(value, 1))
+                    : [make("span", { class: "value nothing" }, "no payload")])
+            )
+        )
+    );
     const listening = make("p", { class: "note listening" });
-    const refresh = () => (listening.textContent = active.length ? `Listening: ${active.map(({ label }) => label).join(", ")}` : "");
+    const refresh = () =>
+        (listening.textContent = active.length ? `Listening: ${active.map(({ label }) => label).join(", ")}` : "");
     listenersChanged.subscribe(refresh);
     log.node.prepend(listening);
     return log;
@@ -135,9 +174,19 @@ function makeHistory(edit) {
     began.subscribe((made) => {
         const { target, member, given } = made;
         const state = make("span", { class: "dot pending" });
-        const line = make("li", { class: "past", "data-call": pathOf(target.object, member) }, state, memberLink(made),
-            make("span", { class: "tools" }, button("repeat", "Repeat", () => call(target, member, given)),
-                button("edit", "Change", () => edit(made)), copyButton("Script", () => scriptOf(target, member, given))));
+        const line = make(
+            "li",
+            { class: "past", "data-call": pathOf(target.object, member) },
+            state,
+            memberLink(made),
+            make(
+                "span",
+                { class: "tools" },
+                button("repeat", "Repeat", () => call(target, member, given)),
+                button("edit", "Change", () => edit(made)),
+                copyButton("Script", () => scriptOf(target, member, given))
+            )
+        );
         made.ended.then(() => (state.className = `dot ${made.state}`));
         log.add(line);
     });
@@ -150,18 +199,36 @@ function makeHistory(edit) {
  * @param {() => void} click
  */
 function button(image, label, click) {
-    return make("button", { type: "button", class: "quiet", "data-action": image, click }, icon(image), make("span", { class: "label" }, label));
+    return make(
+        "button",
+        { type: "button", class: "quiet", "data-action": image, click },
+        icon(image),
+        make("span", { class: "label" }, label)
+    );
 }
 
 function makeHands() {
     const node = make("ul", { class: "hands" });
-    const nothing = make("p", { class: "note nothing" }, "Objects that calls have handed out appear here. Their members can be called.");
+    const nothing = make(
+        "p",
+        { class: "note nothing" },
+        "Objects that calls have handed out appear here. Their members can be called."
+    );
     const refresh = () => {
         nothing.hidden = inHand.length > 0;
-        fill(node, ...inHand.map((target) => make("li", { "data-hand": target.name }, make("code", {}, target.name),
-            make("a", { href: `#${target.object.name}` }, target.object.name),
-            make("span", { class: "note" }, target.origin && callLine(target.origin)),
-            button("close", "Let go", () => letGo(target)))));
+        fill(
+            node,
+            ...inHand.map((target) =>
+                make(
+                    "li",
+                    { "data-hand": target.name },
+                    make("code", {}, target.name),
+                    make("a", { href: `#${target.object.name}` }, target.object.name),
+                    make("span", { class: "note" }, target.origin && callLine(target.origin)),
+                    button("close", "Let go", () => letGo(target))
+                )
+            )
+        );
     };
     handsChanged.subscribe(refresh);
     refresh();
@@ -173,10 +240,20 @@ function makeHands() {
  * @param {(past: Call) => void} edit shows a past call in its form
  */
 export function makeDock(root, edit) {
-    const tabs = [["Trace", makeTrace()], ["Events", makeEvents()], ["History", makeHistory(edit)], ["In hand", makeHands()]]
-        .map(([label, content]) => makeTab(/** @type {string} */ (label), /** @type {{ node: HTMLElement, tools: HTMLElement[] }} */ (content)));
+    const tabs = [
+        ["Trace", makeTrace()],
+        ["Events", makeEvents()],
+        ["History", makeHistory(edit)],
+        ["In hand", makeHands()]
+    ].map(([label, content]) =>
+        makeTab(/** @type {string} */ (label), /** @type {{ node: HTMLElement, tools: HTMLElement[] }} */ (content))
+    );
     const list = make("div", { class: "tabs", role: "tablist", "aria-label": "Log" }, ...tabs.map((tab) => tab.button));
-    const fold = make("button", { type: "button", class: "quiet", "data-action": "fold", "aria-expanded": "true" }, "Hide");
+    const fold = make(
+        "button",
+        { type: "button", class: "quiet", "data-action": "fold", "aria-expanded": "true" },
+        "Hide"
+    );
 
     /** @param {number} index */
     function show(index) {
@@ -194,10 +271,12 @@ export function makeDock(root, edit) {
         fold.textContent = isFolded ? "Show" : "Hide";
     }
 
-    tabs.forEach((tab, index) => tab.button.addEventListener("click", () => {
-        show(index);
-        setFolded(false);
-    }));
+    tabs.forEach((tab, index) =>
+        tab.button.addEventListener("click", () => {
+            show(index);
+            setFolded(false);
+        })
+    );
     fold.addEventListener("click", () => setFolded(!root.classList.contains("folded")));
     list.addEventListener("keydown", (event) => {
         const at = tabs.findIndex((tab) => tab.button.tabIndex === 0);
@@ -220,8 +299,22 @@ export function makeDock(root, edit) {
 function makeTab(label, content) {
     const [id, panelId] = [newId(), newId()];
     return {
-        button: make("button", { type: "button", role: "tab", id, "aria-controls": panelId, "data-tab": label.toLowerCase().replace(" ", "-") }, label),
-        panel: make("div", { role: "tabpanel", id: panelId, "aria-labelledby": id, class: "panel" },
-            content.tools.length > 0 && make("div", { class: "tools-line" }, ...content.tools), content.node),
+        button: make(
+            "button",
+            {
+                type: "button",
+                role: "tab",
+                id,
+                "aria-controls": panelId,
+                "data-tab": label.toLowerCase().replace(" ", "-")
+            },
+            label
+        ),
+        panel: make(
+            "div",
+            { role: "tabpanel", id: panelId, "aria-labelledby": id, class: "panel" },
+            content.tools.length > 0 && make("div", { class: "tools-line" }, ...content.tools),
+            content.node
+        )
     };
 }

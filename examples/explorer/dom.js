@@ -69,7 +69,7 @@ const ICONS = {
     repeat: "M3 8a5 5 0 0 1 8.8-3.2L13 6M13 2.5V6H9.5M13 8a5 5 0 0 1-8.8 3.2L3 10M3 13.5V10h3.5",
     close: "M4 4l8 8M12 4l-8 8",
     edit: "M9.8 3.4l2.8 2.8L6 12.8l-3.4.6.6-3.4zM8.6 4.6l2.8 2.8",
-    add: "M8 3v10M3 8h10",
+    add: "M8 3v10M3 8h10"
 };
 
 /**
@@ -122,8 +122,12 @@ function copyFrom(button, text) {
  * @param {() => string} text
  */
 export function copyButton(label, text) {
-    const button = make("button", { type: "button", class: "quiet", "data-action": "copy" }, icon("copy"),
-        make("span", { class: "label" }, label));
+    const button = make(
+        "button",
+        { type: "button", class: "quiet", "data-action": "copy" },
+        icon("copy"),
+        make("span", { class: "label" }, label)
+    );
     button.addEventListener("click", () => copyFrom(button, text()));
     return button;
 }

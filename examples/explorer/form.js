@@ -13,12 +13,29 @@ import { encode, decode } from "./script.js";
  */
 export function makeForm(object, member, targetName) {
     const fields = member.parameters.map((field) => makeField(field, { path: "", object, member, targetName }));
-    const byFields = make("div", { class: "fields" }, ...fields.map((field) => field.node),
-        !fields.length && make("p", { class: "note" }, "No arguments."));
-    const json = make("textarea", { class: "json", rows: "6", spellcheck: "false", id: newId(), "aria-label": "arguments as JSON",
-        "data-role": "json" });
-    const hint = make("p", { class: "doc" }, "A list of arguments. ", make("code", {}, '{"$listener": "name"}'),
-        " is a function that shows what it is called with, ", make("code", {}, '{"$bigint": "1"}'), " a BigInt.");
+    const byFields = make(
+        "div",
+        { class: "fields" },
+        ...fields.map((field) => field.node),
+        !fields.length && make("p", { class: "note" }, "No arguments.")
+    );
+    const json = make("textarea", {
+        class: "json",
+        rows: "6",
+        spellcheck: "false",
+        id: newId(),
+        "aria-label": "arguments as JSON",
+        "data-role": "json"
+    });
+    const hint = make(
+        "p",
+        { class: "doc" },
+        "A list of arguments. ",
+        make("code", {}, '{"$listener": "name"}'),
+        " is a function that shows what it is called with, ",
+        make("code", {}, '{"$bigint": "1"}'),
+        " a BigInt."
+    );
     const asJson = make("div", { class: "fields", hidden: true }, json, hint);
     let isJson = false;
 
@@ -49,8 +66,17 @@ export function makeForm(object, member, targetName) {
         return given;
     }
 
-    const buttons = ["Form", "JSON"].map((label, index) => make("button", { type: "button", "data-mode": label.toLowerCase(),
-        click: () => (index ? showJson(readOr([])) : show(false)) }, label));
+    const buttons = ["Form", "JSON"].map((label, index) =>
+        make(
+            "button",
+            {
+                type: "button",
+                "data-mode": label.toLowerCase(),
+                click: () => (index ? showJson(readOr([])) : show(false))
+            },
+            label
+        )
+    );
 
     /** @param {unknown[]} fallback */
     function readOr(fallback) {
@@ -67,8 +93,7 @@ export function makeForm(object, member, targetName) {
             const value = field.read();
             return member.parameters[index].rest && Array.isArray(value) ? value : [value];
         });
-        while (values.length && values[values.length - 1] === omitted)
-            values.pop();
+        while (values.length && values[values.length - 1] === omitted) values.pop();
         return values.map((value) => (value === omitted ? undefined : value));
     }
 

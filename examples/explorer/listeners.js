@@ -34,7 +34,9 @@ export function findListener(name) {
  * @param {ListenerPair} pair
  */
 export function findActive(target, { remove, eventName }) {
-    return active.find((one) => one.target.name === target.name && one.remove === remove && one.eventName === eventName);
+    return active.find(
+        (one) => one.target.name === target.name && one.remove === remove && one.eventName === eventName
+    );
 }
 
 /**
@@ -57,8 +59,11 @@ ended.subscribe(({ state, target, member, given }) => {
         return;
     const eventName = what === "Event" ? String(given[0]) : null;
     const listener = /** @type {LogListener | undefined} */ (given.find((value) => typeof value === "function"));
-    const isSame = (/** @type {ActiveListener} */ one) => one.target.name === target.name && one.eventName === eventName
-        && one.remove.name === `remove${what}Listener` && (!listener || one.listener === listener);
+    const isSame = (/** @type {ActiveListener} */ one) =>
+        one.target.name === target.name &&
+        one.eventName === eventName &&
+        one.remove.name === `remove${what}Listener` &&
+        (!listener || one.listener === listener);
     const present = active.filter(isSame);
     if (verb === "remove") {
         present.forEach((one) => active.splice(active.indexOf(one), 1));

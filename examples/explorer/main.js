@@ -35,8 +35,14 @@ function makeView(path) {
         return { node: makeWindowView() };
     const found = find(path);
     if (!found)
-        return { node: make("article", { class: "view", "data-view": "none" }, make("h1", { tabindex: "-1" }, "There is no such member"),
-            make("p", { class: "lead" }, "The reference has nothing of the name ", make("code", {}, path), ".")) };
+        return {
+            node: make(
+                "article",
+                { class: "view", "data-view": "none" },
+                make("h1", { tabindex: "-1" }, "There is no such member"),
+                make("p", { class: "lead" }, "The reference has nothing of the name ", make("code", {}, path), ".")
+            )
+        };
     return found.member ? makeMemberView(found.object, found.member) : { node: makeObjectView(found.object) };
 }
 
@@ -77,7 +83,7 @@ function open(path) {
 
 /** Moves the focus to where one goes on: the first field of the form, or its button. */
 function focusPage() {
-    const controls = [...page.querySelectorAll("[data-role=form] .fields input, [data-role=form] .fields textarea, [data-role=form] .fields select, [data-action=call]")];
+    const controls = [...page.querySelectorAll(".fields input, .fields textarea, .fields select, [data-action=call]")];
     const first = controls.find((node) => /** @type {HTMLElement} */ (node).offsetParent) ?? page.querySelector("h1");
     /** @type {HTMLElement | null} */ (first)?.focus();
 }
@@ -113,11 +119,19 @@ function searchByKey(event) {
 
 /** @param {KeyboardEvent} event */
 function goByKey(event) {
-    const isTyping = event.target instanceof Element && event.target.matches("input:not([type=checkbox]), textarea, select");
+    const isTyping =
+        event.target instanceof Element && event.target.matches("input:not([type=checkbox]), textarea, select");
     /** @type {Record<string, () => unknown>} */
-    const ways = { "Alt+1": tree.enter, "Alt+2": focusPage, "Alt+3": dock.enter, "Ctrl+Enter": () => current?.submit?.(), Escape: tree.enter };
-    const way = ways[`${event.ctrlKey ? "Ctrl+" : ""}${event.altKey ? "Alt+" : ""}${event.key}`]
-        ?? (event.key === "/" && !isTyping ? () => search.focus() : undefined);
+    const ways = {
+        "Alt+1": tree.enter,
+        "Alt+2": focusPage,
+        "Alt+3": dock.enter,
+        "Ctrl+Enter": () => current?.submit?.(),
+        Escape: tree.enter
+    };
+    const way =
+        ways[`${event.ctrlKey ? "Ctrl+" : ""}${event.altKey ? "Alt+" : ""}${event.key}`] ??
+        (event.key === "/" && !isTyping ? () => search.focus() : undefined);
     if (!way || event.defaultPrevented)
         return;
     event.preventDefault();
@@ -135,12 +149,14 @@ function showConnection() {
     place.dataset.state = isConnected() ? "ok" : "missing";
     place.textContent = isConnected() ? "Connected" : "No NovaExtension";
     if (!isConnected())
-        showNotice("This page has no NovaExtension, so nothing can be called. Open it in the stand-in suite: novahost open examples/explorer/index.html");
+        showNotice(
+            "This page has no NovaExtension, so nothing can be called. Open it with: novahost open examples/explorer/index.html"
+        );
 }
 
 /**
- * Calls a member by its path, as a form does: `explorer.call("FileSystem.exists", "/tmp")`. Members of objects in hand are
- * called on the newest.
+ * Calls a member by its path, as a form does: `explorer.call("FileSystem.exists", "/tmp")`. Members of objects in hand
+ * are called on the newest.
  *
  * @param {string} path
  * @param {...unknown} given
@@ -154,7 +170,9 @@ function callByPath(path, ...given) {
     return call(target, found.member, given).ended;
 }
 
-window.addEventListener("error", (event) => showNotice(`The explorer has failed: ${event.message} (${event.filename}:${event.lineno})`));
+window.addEventListener("error", (event) =>
+    showNotice(`The explorer has failed: ${event.message} (${event.filename}:${event.lineno})`)
+);
 window.addEventListener("unhandledrejection", (event) => showNotice(`The explorer has failed: ${event.reason}`));
 window.addEventListener("hashchange", () => {
     if (addressed() === address)

@@ -18,8 +18,13 @@ export function makeMemberView(object, member) {
     const answer = makeAnswer(member);
     const code = make("code", {});
     const problem = make("p", { class: "problem", role: "alert", hidden: true });
-    const button = make("button", { type: "submit", class: "primary", "data-action": "call" }, icon("play"),
-        member.kind === "property" ? "Read" : "Call", make("kbd", {}, "Ctrl ⏎"));
+    const button = make(
+        "button",
+        { type: "submit", class: "primary", "data-action": "call" },
+        icon("play"),
+        member.kind === "property" ? "Read" : "Call",
+        make("kbd", {}, "Ctrl ⏎")
+    );
 
     /** @param {unknown} fault */
     function showProblem(fault) {
@@ -62,24 +67,54 @@ export function makeMemberView(object, member) {
         }
     }
 
-    const preparing = make("div", { class: "preview-line" }, make("pre", { "data-role": "script" }, code),
-        copyButton("Copy", () => code.textContent ?? ""));
-    const panel = make("form", { class: "card", submit, input: preview, change: preview, click: preview, "data-role": "form", novalidate: true },
-        make("div", { class: "card-head" }, make("h2", {}, member.kind === "property" ? "Read" : "Call"), chosen.node,
-            member.parameters.length > 0 && form.modes),
-        form.node, preparing, problem, make("div", { class: "actions" }, button, chosen.makers));
-    const view = make("article", { class: "view", "data-view": pathOf(object, member) }, ...heading(object, member), panel,
-        answer.node, ...details(object, member));
+    const preparing = make(
+        "div",
+        { class: "preview-line" },
+        make("pre", { "data-role": "script" }, code),
+        copyButton("Copy", () => code.textContent ?? "")
+    );
+    const panel = make(
+        "form",
+        {
+            class: "card",
+            submit,
+            input: preview,
+            change: preview,
+            click: preview,
+            "data-role": "form",
+            novalidate: true
+        },
+        make(
+            "div",
+            { class: "card-head" },
+            make("h2", {}, member.kind === "property" ? "Read" : "Call"),
+            chosen.node,
+            member.parameters.length > 0 && form.modes
+        ),
+        form.node,
+        preparing,
+        problem,
+        make("div", { class: "actions" }, button, chosen.makers)
+    );
+    const view = make(
+        "article",
+        { class: "view", "data-view": pathOf(object, member) },
+        ...heading(object, member),
+        panel,
+        answer.node,
+        ...details(object, member)
+    );
     handsChanged.subscribe(preview);
     preview();
     return {
-        node: view, submit,
+        node: view,
+        submit,
         /** @param {Call} past */
         edit(past) {
             chosen.choose(past.target);
             form.showJson(past.given);
             preview();
-        },
+        }
     };
 }
 
@@ -91,8 +126,15 @@ export function makeMemberView(object, member) {
 function makeTargetChoice(object) {
     const select = make("select", { "data-role": "target", "aria-label": "called on" });
     const label = make("label", { class: "target" }, "on ", select);
-    const makers = make("p", { class: "note makers" }, "Handed out by ", ...makersOf(object).flatMap(({ object: owner, member }, index) =>
-        [index > 0 && ", ", make("a", { href: `#${pathOf(owner, member)}` }, `${owner.name}.${member.name}`)]));
+    const makers = make(
+        "p",
+        { class: "note makers" },
+        "Handed out by ",
+        ...makersOf(object).flatMap(({ object: owner, member }, index) => [
+            index > 0 && ", ",
+            make("a", { href: `#${pathOf(owner, member)}` }, `${owner.name}.${member.name}`)
+        ])
+    );
     /** @type {Target[]} */
     let targets = [];
 
@@ -119,8 +161,12 @@ function makeAnswer(member) {
     const status = make("div", { class: "status", role: "status" }, make("p", { class: "note" }, "Not called yet."));
     const content = make("div", { class: "content" });
     const again = make("div", { class: "card-tools" });
-    const node = make("section", { class: "card answer", "data-answer": true, "data-state": "none", "aria-label": "Answer" },
-        make("div", { class: "card-head" }, make("h2", {}, "Answer"), status, again), content);
+    const node = make(
+        "section",
+        { class: "card answer", "data-answer": true, "data-state": "none", "aria-label": "Answer" },
+        make("div", { class: "card-head" }, make("h2", {}, "Answer"), status, again),
+        content
+    );
     /** @type {Call | undefined} */
     let shown;
 
@@ -128,10 +174,23 @@ function makeAnswer(member) {
     function show(made) {
         shown = made;
         node.dataset.state = made.state;
-        fill(status, statePill(made), make("span", { class: "elapsed" }, made.state === "pending" ? "pending" : duration(made.elapsed)),
-            make("span", { class: "note" }, made.promised && made.state !== "pending" ? "promise settled · " : "", clock(made.started)));
+        fill(
+            status,
+            statePill(made),
+            make("span", { class: "elapsed" }, made.state === "pending" ? "pending" : duration(made.elapsed)),
+            make(
+                "span",
+                { class: "note" },
+                made.promised && made.state !== "pending" ? "promise settled · " : "",
+                clock(made.started)
+            )
+        );
         fill(content, ...answerContent(made));
-        fill(again, made.state !== "pending" && copyButton("Copy value", () => literal(made.state === "ok" ? made.value : failureOf(made.error))));
+        fill(
+            again,
+            made.state !== "pending" &&
+                copyButton("Copy value", () => literal(made.state === "ok" ? made.value : failureOf(made.error)))
+        );
     }
 
     ended.subscribe((made) => made === shown && show(made));
@@ -156,9 +215,17 @@ function answerContent(made) {
     const { handedOut } = made;
     if (!handedOut)
         return [valueTree(made.value)];
-    return [make("p", { class: "handed-out" }, "In hand as ", make("code", {}, handedOut.name), ", a ", make("a",
-        { href: `#${handedOut.object.name}`, "data-role": "handed-out" }, handedOut.object.name),
-    inHand.includes(handedOut) ? "." : ", let go.")];
+    return [
+        make(
+            "p",
+            { class: "handed-out" },
+            "In hand as ",
+            make("code", {}, handedOut.name),
+            ", a ",
+            make("a", { href: `#${handedOut.object.name}`, "data-role": "handed-out" }, handedOut.object.name),
+            inHand.includes(handedOut) ? "." : ", let go."
+        )
+    ];
 }
 
 /** @param {Call} made */
@@ -166,9 +233,21 @@ function failureContent({ error, member }) {
     const { code, message } = failureOf(error);
     const listed = member.failures.some((failure) => String(failure.code) === code && fits(failure.text, message));
     const stack = code ? "" : String(Object(error).stack ?? "");
-    return make("div", { class: "failure" },
-        make("p", { class: "failure-line" }, code && make("span", { class: "code" }, `code ${code}`), make("strong", {}, message)),
-        make("p", { class: "note" }, code ? (listed ? "One of the failures listed below." : "Not among the failures listed below.") : stack));
+    return make(
+        "div",
+        { class: "failure" },
+        make(
+            "p",
+            { class: "failure-line" },
+            code && make("span", { class: "code" }, `code ${code}`),
+            make("strong", {}, message)
+        ),
+        make(
+            "p",
+            { class: "note" },
+            code ? (listed ? "One of the failures listed below." : "Not among the failures listed below.") : stack
+        )
+    );
 }
 
 /**
@@ -188,10 +267,21 @@ function fits(pattern, text) {
  */
 function heading(object, member) {
     return [
-        make("div", { class: "title-line" }, make("h1", { tabindex: "-1" }, make("a", { href: `#${object.name}` }, object.name, "."), member.name), !member.built && make("span",
-            { class: "pill unbuilt" }, "not built"), make("span", { class: "pill plain", title: "category" }, member.category)),
+        make(
+            "div",
+            { class: "title-line" },
+            make("h1", { tabindex: "-1" }, make("a", { href: `#${object.name}` }, object.name, "."), member.name),
+            !member.built && make("span", { class: "pill unbuilt" }, "not built"),
+            make("span", { class: "pill plain", title: "category" }, member.category)
+        ),
         make("pre", { class: "signature" }, make("code", {}, signature(member))),
-        make("p", { class: "lead" }, ...prose(member.built ? member.doc : `${member.doc} Not built yet: a call fails with code 3 "not supported."`)),
+        make(
+            "p",
+            { class: "lead" },
+            ...prose(
+                member.built ? member.doc : `${member.doc} Not built yet: a call fails with code 3 "not supported."`
+            )
+        )
     ];
 }
 
@@ -202,11 +292,39 @@ function heading(object, member) {
 function details(object, member) {
     const event = object.events.find((one) => one.name === member.event);
     return [
-        section("Returns", make("p", {}, make("code", {}, answerText(member))), ...shapesOf(member.answer.type).map(shapeTable)),
-        event && section(`Event ${event.name}`, make("p", {}, ...prose(event.doc)), ...shapesOf(event.payload).map(shapeTable)),
-        member.failures.length > 0 && section("Failures", make("table", {}, tableHead("Code", "Message", ""),
-            make("tbody", {}, ...member.failures.map(({ code, text, rejects }) => make("tr", {}, make("td", { class: "number" }, String(code)),
-                make("td", {}, make("code", {}, text)), make("td", { class: "muted" }, rejects ? "rejected" : "thrown")))))),
+        section(
+            "Returns",
+            make("p", {}, make("code", {}, answerText(member))),
+            ...shapesOf(member.answer.type).map(shapeTable)
+        ),
+        event &&
+            section(
+                `Event ${event.name}`,
+                make("p", {}, ...prose(event.doc)),
+                ...shapesOf(event.payload).map(shapeTable)
+            ),
+        member.failures.length > 0 &&
+            section(
+                "Failures",
+                make(
+                    "table",
+                    {},
+                    tableHead("Code", "Message", ""),
+                    make(
+                        "tbody",
+                        {},
+                        ...member.failures.map(({ code, text, rejects }) =>
+                            make(
+                                "tr",
+                                {},
+                                make("td", { class: "number" }, String(code)),
+                                make("td", {}, make("code", {}, text)),
+                                make("td", { class: "muted" }, rejects ? "rejected" : "thrown")
+                            )
+                        )
+                    )
+                )
+            )
     ];
 }
 
@@ -226,8 +344,28 @@ export function tableHead(...titles) {
 
 /** @param {ApiType} type */
 export function shapeTable({ name, fields = [], strict }) {
-    return make("div", { class: "shape" }, make("h3", {}, name || "object"), make("table", {}, tableHead("Property", "Type", ""),
-        make("tbody", {}, ...fields.map((field) => make("tr", {}, make("td", {}, make("code", {}, field.name), field.optional && "?"),
-            make("td", { class: "type" }, typeText(field.type)), make("td", {}, ...prose(field.doc)))))),
-    strict && make("p", { class: "note" }, "Nothing is converted: a property of another type is refused."));
+    return make(
+        "div",
+        { class: "shape" },
+        make("h3", {}, name || "object"),
+        make(
+            "table",
+            {},
+            tableHead("Property", "Type", ""),
+            make(
+                "tbody",
+                {},
+                ...fields.map((field) =>
+                    make(
+                        "tr",
+                        {},
+                        make("td", {}, make("code", {}, field.name), field.optional && "?"),
+                        make("td", { class: "type" }, typeText(field.type)),
+                        make("td", {}, ...prose(field.doc))
+                    )
+                )
+            )
+        ),
+        strict && make("p", { class: "note" }, "Nothing is converted: a property of another type is refused.")
+    );
 }

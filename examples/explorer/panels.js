@@ -8,7 +8,12 @@ import { make, newId } from "./dom.js";
  */
 export function panel(title, ...children) {
     const id = newId();
-    return make("section", { class: "card panel-card", "aria-labelledby": id, "data-panel": title }, make("h2", { id }, title), ...children);
+    return make(
+        "section",
+        { class: "card panel-card", "aria-labelledby": id, "data-panel": title },
+        make("h2", { id }, title),
+        ...children
+    );
 }
 
 /**
@@ -20,12 +25,22 @@ export function panel(title, ...children) {
  */
 export function inputRow(label, presets, submit) {
     const inputs = Object.entries(presets).map(([name, value]) => {
-        const input = make("input", { type: "text", value: String(value), inputmode: typeof value === "number" ? "numeric" : undefined,
-            class: typeof value === "number" ? "number" : "", spellcheck: "false", name });
+        const input = make("input", {
+            type: "text",
+            value: String(value),
+            inputmode: typeof value === "number" ? "numeric" : undefined,
+            class: typeof value === "number" ? "number" : "",
+            spellcheck: "false",
+            name
+        });
         return { name, input, node: make("label", { class: "small-field" }, make("span", {}, name), input) };
     });
-    const form = make("form", { class: "input-row", "data-row": label }, ...inputs.map(({ node }) => node),
-        make("button", { type: "submit", class: "secondary" }, label));
+    const form = make(
+        "form",
+        { class: "input-row", "data-row": label },
+        ...inputs.map(({ node }) => node),
+        make("button", { type: "submit", class: "secondary" }, label)
+    );
     form.addEventListener("submit", (event) => {
         event.preventDefault();
         submit(Object.fromEntries(inputs.map(({ name, input }) => [name, input.value])));

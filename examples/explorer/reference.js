@@ -13,8 +13,8 @@ export function findObject(name) {
 }
 
 /**
- * What a link names: an object, "FileSystem", or a member, "FileSystem.copy". An object comes first: "FileSystem.File" is
- * both.
+ * What a link names: an object, "FileSystem", or a member, "FileSystem.copy". An object comes first: "FileSystem.File"
+ * is both.
  *
  * @param {string} path
  * @returns {{ object: ApiObject, member?: ApiMember } | undefined}
@@ -47,9 +47,11 @@ export function pathOf(object, member) {
  * @param {ApiObject} object
  */
 export function makersOf(object) {
-    return objects.flatMap((owner) => owner.members
-        .filter((member) => member.answer.type.kind === "handle" && member.answer.type.name === object.name)
-        .map((member) => ({ object: owner, member })));
+    return objects.flatMap((owner) =>
+        owner.members
+            .filter((member) => member.answer.type.kind === "handle" && member.answer.type.name === object.name)
+            .map((member) => ({ object: owner, member }))
+    );
 }
 
 /** @param {ApiObject} object */
@@ -82,26 +84,28 @@ export function matches(words, path, doc) {
  */
 export function typeText(type) {
     switch (type.kind) {
-    case "string":
-    case "number":
-    case "integer":
-        return type.values ? type.values.map((/** @type {unknown} */ value) => JSON.stringify(value)).join(" | ") : type.kind;
-    case "array": {
-        const items = typeText(type.items ?? { kind: "any" });
-        return items.includes(" ") ? `(${items})[]` : `${items}[]`;
-    }
-    case "map":
-        return `map of ${typeText(type.values)}`;
-    case "object":
-        return type.name || "object";
-    case "function":
-        return `function(${(type.parameters ?? []).map(({ name }) => name).join(", ")})`;
-    case "handle":
-        return type.name ?? "object";
-    case "void":
-        return "undefined";
-    default:
-        return type.kind;
+        case "string":
+        case "number":
+        case "integer":
+            return type.values
+                ? type.values.map((/** @type {unknown} */ value) => JSON.stringify(value)).join(" | ")
+                : type.kind;
+        case "array": {
+            const items = typeText(type.items ?? { kind: "any" });
+            return items.includes(" ") ? `(${items})[]` : `${items}[]`;
+        }
+        case "map":
+            return `map of ${typeText(type.values)}`;
+        case "object":
+            return type.name || "object";
+        case "function":
+            return `function(${(type.parameters ?? []).map(({ name }) => name).join(", ")})`;
+        case "handle":
+            return type.name ?? "object";
+        case "void":
+            return "undefined";
+        default:
+            return type.kind;
     }
 }
 
@@ -109,12 +113,12 @@ export function typeText(type) {
 export function answerText({ answer }) {
     const text = typeText(answer.type);
     switch (answer.form) {
-    case "envelope":
-        return `{ success: true, data: ${text} }`;
-    case "promise":
-        return `Promise<${text}>`;
-    default:
-        return text;
+        case "envelope":
+            return `{ success: true, data: ${text} }`;
+        case "promise":
+            return `Promise<${text}>`;
+        default:
+            return text;
     }
 }
 
@@ -122,8 +126,10 @@ export function answerText({ answer }) {
 export function signature(member) {
     if (member.kind === "property")
         return `${member.name}: ${answerText(member)}`;
-    const parameters = member.parameters.map(({ name, type, optional, rest }) =>
-        `${rest ? "..." : ""}${name}${optional && !rest ? "?" : ""}: ${typeText(type)}`);
+    const parameters = member.parameters.map(
+        ({ name, type, optional, rest }) =>
+            `${rest ? "..." : ""}${name}${optional && !rest ? "?" : ""}: ${typeText(type)}`
+    );
     return `${member.name}(${parameters.join(", ")}): ${answerText(member)}`;
 }
 
@@ -134,10 +140,16 @@ export function signature(member) {
  * @returns {ApiType[]}
  */
 export function shapesOf(type) {
-    const inner = [type.items, type.kind === "map" ? type.values : undefined,
-        ...(type.fields ?? []).map((field) => field.type), ...(type.parameters ?? []).map((parameter) => parameter.type)];
-    return [...(type.kind === "object" ? [type] : []),
-        ...inner.flatMap((/** @type {ApiType | undefined} */ one) => (one ? shapesOf(one) : []))];
+    const inner = [
+        type.items,
+        type.kind === "map" ? type.values : undefined,
+        ...(type.fields ?? []).map((field) => field.type),
+        ...(type.parameters ?? []).map((parameter) => parameter.type)
+    ];
+    return [
+        ...(type.kind === "object" ? [type] : []),
+        ...inner.flatMap((/** @type {ApiType | undefined} */ one) => (one ? shapesOf(one) : []))
+    ];
 }
 
 /**
@@ -149,12 +161,14 @@ export function shapesOf(type) {
 export function listenerPairs(object) {
     const named = (/** @type {string} */ name) => object.members.find((member) => member.name === name);
     const [add, remove] = [named("addEventListener"), named("removeEventListener")];
-    const events = add && remove
-        ? object.events.map(({ name, doc }) => ({ label: name, doc, add, remove, eventName: name })) : [];
+    const events =
+        add && remove ? object.events.map(({ name, doc }) => ({ label: name, doc, add, remove, eventName: name })) : [];
     const pairs = object.members.flatMap((member) => {
         const what = /^add(.+)Listener$/.exec(member.name)?.[1];
         const counterpart = what && what !== "Event" && named(`remove${what}Listener`);
-        return counterpart ? [{ label: member.event ?? what, doc: member.doc, add: member, remove: counterpart, eventName: null }] : [];
+        return counterpart
+            ? [{ label: member.event ?? what, doc: member.doc, add: member, remove: counterpart, eventName: null }]
+            : [];
     });
     return [...events, ...pairs.filter((pair) => !events.some((event) => event.label === pair.label))];
 }

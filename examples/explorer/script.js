@@ -20,7 +20,7 @@ export function named(callable, name) {
 
 /** @param {unknown} value */
 export function nameOf(value) {
-    return typeof value === "function" ? names.get(value) ?? value.name : undefined;
+    return typeof value === "function" ? (names.get(value) ?? value.name) : undefined;
 }
 
 /**
@@ -42,8 +42,7 @@ export function literal(value, margin = "") {
     const inner = `${margin}    `;
     const parts = Array.isArray(value)
         ? value.map((item) => literal(item, inner))
-        : Object.entries(value).map(([key, item]) =>
-            `${keyText(key)}: ${literal(item, inner)}`);
+        : Object.entries(value).map(([key, item]) => `${keyText(key)}: ${literal(item, inner)}`);
     const [open, close, space] = Array.isArray(value) ? ["[", "]", ""] : ["{", "}", " "];
     const line = parts.join(", ");
     if (!parts.length)
@@ -55,8 +54,7 @@ export function literal(value, margin = "") {
 
 /** @param {string} key */
 function keyText(key) {
-    if (key === "__proto__")
-        return '["__proto__"]'; // otherwise script would set the prototype
+    if (key === "__proto__") return '["__proto__"]'; // otherwise script would set the prototype
     return IDENTIFIER.test(key) ? key : JSON.stringify(key);
 }
 
@@ -106,11 +104,15 @@ function preparation({ name, origin }) {
  * @returns {string}
  */
 export function encode(value) {
-    return JSON.stringify(value, (_, item) => {
-        if (typeof item === "bigint")
-            return { $bigint: String(item) };
-        return typeof item === "function" ? { $listener: nameOf(item) } : item;
-    }, 2);
+    return JSON.stringify(
+        value,
+        (_, item) => {
+            if (typeof item === "bigint")
+                return { $bigint: String(item) };
+            return typeof item === "function" ? { $listener: nameOf(item) } : item;
+        },
+        2
+    );
 }
 
 /**

@@ -4,7 +4,8 @@ import { fill, make } from "./dom.js";
 import { matches, objects, pathOf } from "./reference.js";
 
 /**
- * @typedef {{ node: HTMLElement, row: HTMLElement, path: string, doc: string, built: boolean, owner?: Item, group?: HTMLElement, members: Item[] }} Item
+ * @typedef {{ node: HTMLElement, row: HTMLElement, group?: HTMLElement, path: string, doc: string, built: boolean,
+ *     owner?: Item, members: Item[] }} Item
  */
 
 /**
@@ -20,8 +21,10 @@ export function makeTree(root, open) {
     fill(root, ...items.map((item) => item.node));
 
     const isOpen = (/** @type {Item} */ item) => item.node.getAttribute("aria-expanded") === "true";
-    const itemOf = (/** @type {EventTarget | null} */ target) => all.find((item) => item.node === (target instanceof Element && target.closest("[role=treeitem]")));
-    const visible = () => all.filter((item) => !item.node.hidden && (!item.owner || (isOpen(item.owner) && !item.owner.node.hidden)));
+    const itemOf = (/** @type {EventTarget | null} */ target) =>
+        all.find((item) => item.node === (target instanceof Element && target.closest("[role=treeitem]")));
+    const visible = () =>
+        all.filter((item) => !item.node.hidden && (!item.owner || (isOpen(item.owner) && !item.owner.node.hidden)));
 
     /**
      * @param {Item} item
@@ -71,7 +74,8 @@ export function makeTree(root, open) {
         for (const item of items) {
             const isObjectMeant = words.length > 0 && matches(words, item.path, "");
             for (const member of item.members) {
-                member.node.hidden = (builtOnly && !member.built) || !(isObjectMeant || matches(words, member.path, member.doc));
+                member.node.hidden =
+                    (builtOnly && !member.built) || !(isObjectMeant || matches(words, member.path, member.doc));
                 shown += Number(!member.node.hidden);
             }
             const hasMembers = item.members.some((member) => !member.node.hidden);
@@ -87,7 +91,8 @@ export function makeTree(root, open) {
     /** @param {Item} item */
     const goOut = (item) => (item.group && isOpen(item) ? expand(item, false) : focus(item.owner));
     /** @param {Item} item */
-    const goIn = (item) => (item.group && !isOpen(item) ? expand(item, true) : focus(item.members.find((member) => !member.node.hidden)));
+    const goIn = (item) =>
+        item.group && !isOpen(item) ? expand(item, true) : focus(item.members.find((member) => !member.node.hidden));
 
     /** @param {KeyboardEvent} event */
     function moveByKey(event) {
@@ -98,12 +103,21 @@ export function makeTree(root, open) {
         const at = list.indexOf(item);
         /** @type {Record<string, () => void>} */
         const moves = {
-            ArrowDown: () => focus(list[at + 1]), ArrowUp: () => focus(list[at - 1]), Home: () => focus(list[0]),
-            End: () => focus(list[list.length - 1]), ArrowRight: () => goIn(item), ArrowLeft: () => goOut(item),
-            Enter: () => open(item.path), " ": () => open(item.path),
+            ArrowDown: () => focus(list[at + 1]),
+            ArrowUp: () => focus(list[at - 1]),
+            Home: () => focus(list[0]),
+            End: () => focus(list[list.length - 1]),
+            ArrowRight: () => goIn(item),
+            ArrowLeft: () => goOut(item),
+            Enter: () => open(item.path),
+            " ": () => open(item.path)
         };
-        const byLetter = () => focus([...list.slice(at + 1), ...list.slice(0, at)]
-            .find((one) => nameOf(one).toLowerCase().startsWith(event.key.toLowerCase())));
+        const byLetter = () =>
+            focus(
+                [...list.slice(at + 1), ...list.slice(0, at)].find((one) =>
+                    nameOf(one).toLowerCase().startsWith(event.key.toLowerCase())
+                )
+            );
         const move = moves[event.key] ?? (/^[a-z]$/i.test(event.key) ? byLetter : undefined);
         if (!move)
             return;
@@ -124,11 +138,12 @@ export function makeTree(root, open) {
     });
 
     return {
-        select, filter,
+        select,
+        filter,
         /** Moves the focus to where the list was left. */
         enter: () => focus(visible().find((item) => item.node.tabIndex === 0) ?? visible()[0]),
         /** The first member that the search has found. */
-        first: () => (visible().find((item) => item.owner) ?? visible()[0])?.path,
+        first: () => (visible().find((item) => item.owner) ?? visible()[0])?.path
     };
 }
 
@@ -142,11 +157,27 @@ function nameOf({ path }) {
  * @returns {Item}
  */
 function makeObjectItem(object) {
-    const row = make("div", { class: "tree-row" }, make("span", { class: "twisty" }), make("span", { class: "tree-name" }, object.name),
-        make("span", { class: "count", "aria-hidden": "true" }, String(object.members.length)));
+    const row = make(
+        "div",
+        { class: "tree-row" },
+        make("span", { class: "twisty" }),
+        make("span", { class: "tree-name" }, object.name),
+        make("span", { class: "count", "aria-hidden": "true" }, String(object.members.length))
+    );
     const group = make("ul", { role: "group", hidden: true });
-    const node = make("li", { role: "treeitem", "aria-expanded": "false", "aria-selected": "false", tabindex: "-1", "aria-label": object.name,
-        "data-object": object.name }, row, group);
+    const node = make(
+        "li",
+        {
+            role: "treeitem",
+            "aria-expanded": "false",
+            "aria-selected": "false",
+            tabindex: "-1",
+            "aria-label": object.name,
+            "data-object": object.name
+        },
+        row,
+        group
+    );
     /** @type {Item} */
     const item = { node, row, group, path: object.name, doc: object.doc, built: true, members: [] };
     item.members = object.members.map((member) => makeMemberItem(object, member, item));
@@ -162,9 +193,22 @@ function makeObjectItem(object) {
  */
 function makeMemberItem(object, member, owner) {
     const path = pathOf(object, member);
-    const row = make("div", { class: member.built ? "tree-row" : "tree-row unbuilt" }, make("span", { class: "tree-name" }, member.name),
-        !member.built && make("span", { class: "tag" }, "not built"));
-    const node = make("li", { role: "treeitem", "aria-selected": "false", tabindex: "-1", "data-member": path,
-        "aria-label": member.built ? member.name : `${member.name}, not built` }, row);
+    const row = make(
+        "div",
+        { class: member.built ? "tree-row" : "tree-row unbuilt" },
+        make("span", { class: "tree-name" }, member.name),
+        !member.built && make("span", { class: "tag" }, "not built")
+    );
+    const node = make(
+        "li",
+        {
+            role: "treeitem",
+            "aria-selected": "false",
+            tabindex: "-1",
+            "data-member": path,
+            "aria-label": member.built ? member.name : `${member.name}, not built`
+        },
+        row
+    );
     return { node, row, path, doc: member.doc, built: member.built, owner, members: [] };
 }

@@ -16,14 +16,32 @@ const LONG = 2000;
 export function valueTree(value, open = 3, key) {
     const name = key === undefined ? [] : [make("span", { class: "key" }, key), make("span", { class: "colon" }, ": ")];
     if (typeof value !== "object" || value === null)
-        return make("span", { class: "leaf" }, ...name, make("span", { class: `value ${kindOf(value)}` }, shortened(literal(value))));
+        return make(
+            "span",
+            { class: "leaf" },
+            ...name,
+            make("span", { class: `value ${kindOf(value)}` }, shortened(literal(value)))
+        );
     const entries = Object.entries(value);
     const isList = Array.isArray(value);
     if (!entries.length)
-        return make("span", { class: "leaf" }, ...name, make("span", { class: "value empty" }, isList ? "[]" : describe(value)));
-    const details = make("details", { class: "branch", open: open > 0 }, make("summary", {}, ...name,
-        make("span", { class: "count" }, isList ? `[${entries.length}]` : `{${entries.length}}`),
-        make("span", { class: "preview" }, oneLine(value))));
+        return make(
+            "span",
+            { class: "leaf" },
+            ...name,
+            make("span", { class: "value empty" }, isList ? "[]" : describe(value))
+        );
+    const details = make(
+        "details",
+        { class: "branch", open: open > 0 },
+        make(
+            "summary",
+            {},
+            ...name,
+            make("span", { class: "count" }, isList ? `[${entries.length}]` : `{${entries.length}}`),
+            make("span", { class: "preview" }, oneLine(value))
+        )
+    );
     const list = make("ul", {});
     details.append(list);
     const showMore = () => showEntries(list, entries, open - 1);
@@ -43,8 +61,9 @@ export function valueTree(value, open = 3, key) {
  */
 function showEntries(list, entries, open) {
     const from = list.childElementCount;
-    list.append(...entries.slice(from, from + SHOWN_AT_ONCE).map(([key, item]) =>
-        make("li", {}, valueTree(item, open, key))));
+    list.append(
+        ...entries.slice(from, from + SHOWN_AT_ONCE).map(([key, item]) => make("li", {}, valueTree(item, open, key)))
+    );
     const left = entries.length - list.childElementCount;
     if (left <= 0)
         return;
@@ -94,7 +113,9 @@ export function oneLine(value, depth = 2) {
         return isList ? "[]" : describe(value);
     if (!depth)
         return isList ? "[…]" : "{…}";
-    const parts = entries.slice(0, SHOWN_IN_LINE).map(([key, item]) => (isList ? "" : `${key}: `) + oneLine(item, depth - 1));
+    const parts = entries
+        .slice(0, SHOWN_IN_LINE)
+        .map(([key, item]) => (isList ? "" : `${key}: `) + oneLine(item, depth - 1));
     const text = [...parts, ...(entries.length > SHOWN_IN_LINE ? ["…"] : [])].join(", ");
     return isList ? `[${text}]` : `{ ${text} }`;
 }
@@ -152,5 +173,6 @@ export function duration(milliseconds) {
 /** @param {Date} date */
 export function clock(date) {
     const two = (/** @type {number} */ number) => String(number).padStart(2, "0");
-    return `${two(date.getHours())}:${two(date.getMinutes())}:${two(date.getSeconds())}.${String(date.getMilliseconds()).padStart(3, "0")}`;
+    const time = [date.getHours(), date.getMinutes(), date.getSeconds()].map(two).join(":");
+    return `${time}.${String(date.getMilliseconds()).padStart(3, "0")}`;
 }

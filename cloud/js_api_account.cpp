@@ -16,41 +16,16 @@ constexpr Failure NoCurrentAccount { ErrorCode::OperationFailed, "Current accoun
 
 } // namespace
 
-template <> struct Argument<AccountHandle> : ArgumentValue<AccountHandle> {
-    static constexpr bool IsScript = false;
-    static constexpr std::array Refusals { &EmptyHandle };
-    bool read(ArgumentReader& reader, KJsApiAccount& object)
-    {
-        value.handle = object.handle();
-        return value.handle || reader.refuse(EmptyHandle);
-    }
+template <>
+struct Argument<AccountHandle> : ResourceArgument<AccountHandle, &KJsApiAccount::findHandle, EmptyHandle> {
 };
-
-template <> struct Argument<AccountService> : ArgumentValue<AccountService> {
-    static constexpr bool IsScript = false;
-    static constexpr std::array Refusals { &EmptyHandle, &NoAccountService };
-    bool read(ArgumentReader& reader, KJsApiAccount& object)
-    {
-        Argument<AccountHandle> handle;
-        if (!handle.read(reader, object))
-            return false;
-        value.handle = handle.value.handle;
-        return value.handle->service() || reader.refuse(NoAccountService);
-    }
+template <>
+struct Argument<AccountService>
+    : ResourceArgument<AccountService, &KJsApiAccount::findService, EmptyHandle, NoAccountService> {
 };
-
-template <> struct Argument<CurrentAccount> : ArgumentValue<CurrentAccount> {
-    static constexpr bool IsScript = false;
-    static constexpr std::array Refusals { &EmptyHandle, &NoAccountService, &NoCurrentAccount };
-    bool read(ArgumentReader& reader, KJsApiAccount& object)
-    {
-        Argument<AccountService> service;
-        if (!service.read(reader, object))
-            return false;
-        value.handle = service.value.handle;
-        value.current = service.value->getAccount({});
-        return value.current || reader.refuse(NoCurrentAccount);
-    }
+template <>
+struct Argument<CurrentAccount> : ResourceArgument<CurrentAccount, &KJsApiAccount::findCurrent, EmptyHandle,
+                                      NoAccountService, NoCurrentAccount> {
 };
 
 template <> struct Fields<KUserInfo> {
@@ -224,6 +199,34 @@ KJsApiAccountHandle* KJsApiAccount::handle()
         m_handle = std::make_unique<KJsApiAccountHandle>(*this);
     m_handle->follow();
     return m_handle.get();
+}
+
+Answer<AccountHandle> KJsApiAccount::findHandle(const JSContextEnv&)
+{
+    if (KJsApiAccountHandle* own = handle())
+        return AccountHandle { own };
+    return EmptyHandle;
+}
+
+Answer<AccountService> KJsApiAccount::findService(const JSContextEnv& page)
+{
+    Answer<AccountHandle> found = findHandle(page);
+    if (found.isRefused())
+        return found.refusal();
+    if (!found.value().handle->service())
+        return NoAccountService;
+    return AccountService { found.value() };
+}
+
+Answer<CurrentAccount> KJsApiAccount::findCurrent(const JSContextEnv& page)
+{
+    Answer<AccountService> found = findService(page);
+    if (found.isRefused())
+        return found.refusal();
+    const kacctoutsdk::IKAccount* current = found.value()->getAccount({});
+    if (!current)
+        return NoCurrentAccount;
+    return CurrentAccount { found.value(), current };
 }
 
 Answer<Handle<KJsApiPrivilege>> KJsApiAccount::privilege(const JSContextEnv& page)

@@ -50,6 +50,10 @@ public:
     Answer<bool> isCompanyMember(const CurrentAccount& current);
     Answer<bool> isMultiAccount(const CurrentAccount& current);
 
+    Answer<AccountHandle> findHandle(const JSContextEnv& page);
+    Answer<AccountService> findService(const JSContextEnv& page);
+    Answer<CurrentAccount> findCurrent(const JSContextEnv& page);
+
     /// The handle, following the service that there is now; null without an application.
     KJsApiAccountHandle* handle();
     /// Listeners of any kind have the handle follow the service.

@@ -12,6 +12,7 @@
 //     Answer<Promise<QString>> getFileMd5(const JSContextEnv& page, const QString& path);
 #pragma once
 
+#include "framework/answer.h"
 #include "framework/call.h"
 #include "framework/converter.h"
 
@@ -64,7 +65,7 @@ template <> struct Argument<QString> : ArgumentValue<QString> {
 
 /// Every other type that has a converter: what does not convert leaves the default, what is wrong is refused.
 template <typename T>
-requires requires(const KJSVariant& value, T& target)
+requires(!HasFields<T>) && requires(const KJSVariant& value, T& target)
 {
     Converter<T>::read(value, target);
 }
@@ -200,6 +201,22 @@ template <typename Service, Service* (*Find)(), const Failure& Missing> struct S
     }
     Service& get() const { return *service; }
     Service* service = nullptr;
+};
+
+/// What the object that is called has, or may lack: what Argument<Resource> derives from. `Find` is a member of the
+/// object's that is given the calling page and returns an Answer<Resource>; `Missing` are the failures in it.
+template <typename Resource, auto Find, const Failure&... Missing>
+struct ResourceArgument : ArgumentValue<Resource> {
+    static constexpr bool IsScript = false;
+    [[maybe_unused]] static constexpr std::array Refusals { &Missing... };
+    template <typename Object> bool read(ArgumentReader& reader, Object& object)
+    {
+        Answer<Resource> found = (object.*Find)(reader.page());
+        if (found.isRefused())
+            return reader.refuse(found.refusal());
+        this->value = std::move(found.value());
+        return true;
+    }
 };
 
 } // namespace jsapi

@@ -120,6 +120,22 @@ QVariant Converter<std::map<std::string, std::string>>::toVariant(
     return map;
 }
 
+Reading Converter<std::vector<std::int32_t>>::read(const KJSVariant& value, std::vector<std::int32_t>& target)
+{
+    const IJSArray* array = findArray(value);
+    if (!array)
+        return isGiven(value) ? Reading::Wrong : Reading::Absent;
+    std::vector<std::int32_t> numbers;
+    for (std::int32_t i = 0; i < array->Count(); ++i) {
+        const std::optional<std::int32_t> number = convertToInt32(array->At(i)->raw());
+        if (!number)
+            return Reading::Wrong;
+        numbers.push_back(*number);
+    }
+    target = std::move(numbers);
+    return Reading::Done;
+}
+
 bool Converter<std::vector<std::string>>::isKind(const KJSVariant& value)
 {
     const IJSArray* array = findArray(value);

@@ -101,6 +101,11 @@ template <> struct Converter<qlonglong> : Converter<std::int64_t> {
 };
 
 template <> struct Converter<double> {
+    static bool isKind(const KJSVariant& value) { return isNumber(value.raw()); }
+    static Reading read(const KJSVariant& value, double& target)
+    {
+        return assign(target, convertToDouble(value.raw()));
+    }
     static QVariant toVariant(double value) { return value; }
     static KJSVariant toScript(double value) { return KJSVariant::fromDouble(value); }
 };
@@ -156,6 +161,11 @@ template <> struct Converter<std::map<std::string, std::string>> {
     static bool isKind(const KJSVariant& value) { return jsapi::isKind<QMap<QString, QString>>(value); }
     static Reading read(const KJSVariant& value, std::map<std::string, std::string>& target);
     static QVariant toVariant(const std::map<std::string, std::string>& value);
+};
+
+/// An array of integers. One that holds anything else is wrong.
+template <> struct Converter<std::vector<std::int32_t>> {
+    static Reading read(const KJSVariant& value, std::vector<std::int32_t>& target);
 };
 
 /// An array of strings.
@@ -287,7 +297,12 @@ template <HasFields Struct> Struct fromObject(IJSONValue* object)
     return value;
 }
 
+/// A struct within another one is read as its own fields say. Where one is refused it is wrong as a whole.
+template <HasFields Struct> Reading readStruct(const KJSVariant& value, Struct& target);
+
 template <HasFields Struct> struct Converter<Struct> {
+    static bool isKind(const KJSVariant& value) { return bool(queryJsonObject(value.raw())); }
+    static Reading read(const KJSVariant& value, Struct& target) { return readStruct(value, target); }
     static QVariant toVariant(const Struct& value) { return toMap(value); }
     static KJSVariant toScript(const Struct& value)
     {
@@ -319,6 +334,22 @@ inline bool isMissing(const KJSVariant& value)
 inline bool isMissing(const QVariant& value)
 {
     return !value.isValid() || value.userType() == QMetaType::Nullptr;
+}
+
+template <HasFields Struct> Reading readStruct(const KJSVariant& value, Struct& target)
+{
+    const KRef<IJSONValue> object = queryJsonObject(value.raw());
+    if (!object)
+        return Reading::NotConvertible;
+    Struct read;
+    const bool isRight = forEachField<Struct>([&](const auto& field, std::size_t index) {
+        KJSVariant property;
+        object->Get(fieldName<Struct>(index), property);
+        const Reading reading = readValue(property, read.*field.member, field.isStrict);
+        return reading != Reading::Wrong
+            && !(field.isRequired && (reading != Reading::Done || isMissing(read.*field.member)));
+    });
+    return isRight ? assign(target, std::optional(std::move(read))) : Reading::Wrong;
 }
 
 } // namespace jsapi

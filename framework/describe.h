@@ -48,25 +48,37 @@ struct MemberDocumentation {
     std::function<SignatureDescription()> describe; ///< empty for a member that is not built
     std::string event;                              ///< of a member that adds or removes its listeners
     std::function<SignatureDescription()> describeCounterpart; ///< of the member that removes them
+    std::string counterpartDoc;
 
     template <auto Handler>
     static MemberDocumentation of(const char* doc, std::initializer_list<const Failure*> failures)
     {
-        return { doc, failures, [] { return describeSignature<Handler>(); }, {}, {} };
+        return { doc, failures, [] { return describeSignature<Handler>(); }, {}, {}, {} };
     }
-    static MemberDocumentation ofUnbuilt(const char* doc) { return { doc, {}, {}, {}, {} }; }
+    static MemberDocumentation ofUnbuilt(const char* doc)
+    {
+        return { doc, {}, {}, {}, {}, "Removes a listener." };
+    }
 
     template <auto Remove> void describeListeners(const char* listenedEvent)
     {
         event = listenedEvent;
-        describeCounterpart = [] { return describeSignature<Remove>(); };
         doc = "Adds a listener of `" + event + "`. The same function is added once.";
+        counterpartDoc = "Removes a listener of `" + event + "`; without one, all of the page's.";
+        describeCounterpart = [] { return describeSignature<Remove>(); };
+    }
+    /// The same for an event without a name for pages.
+    template <auto Remove> void describeListenersWhen(const char* when)
+    {
+        doc =
+            std::string("Adds a listener that is called when ") + when + ". The same function is added once.";
+        counterpartDoc = std::string("Removes a listener that is called when ") + when + '.';
+        describeCounterpart = [] { return describeSignature<Remove>(); };
     }
     void describeRemover()
     {
         describe = describeCounterpart;
-        doc = event.empty() ? "Removes a listener."
-                            : "Removes a listener of `" + event + "`; without one, all of the page's.";
+        doc = counterpartDoc;
     }
 
 private:

@@ -95,6 +95,25 @@ template <typename Payload> struct DescribedType<Callback<Payload>> {
 template <typename Payload> struct DescribedType<Listener<Payload>> {
     static Json describe()
     {
+        if constexpr (IsArguments<Payload>)
+            return describeArguments();
+        else
+            return describeObject();
+    }
+
+private:
+    static Json describeArguments()
+    {
+        Json parameters = Json::array();
+        forEachField<Payload>([&](const auto& field, std::size_t) {
+            using Value = std::remove_cvref_t<decltype(std::declval<Payload>().*field.member)>;
+            parameters.push_back({ { "name", field.name }, { "type", describeType<Value>() } });
+            return true;
+        });
+        return { { "kind", "function" }, { "parameters", std::move(parameters) } };
+    }
+    static Json describeObject()
+    {
         using Carried = std::conditional_t<std::is_void_v<Payload>, QVariant, Payload>;
         return { { "kind", "function" },
             { "parameters",
@@ -169,6 +188,8 @@ template <HasFields Struct> struct DescribedType<Struct> {
 template <typename T> constexpr bool CanBeWrong = HasChoices<T>;
 template <> inline constexpr bool CanBeWrong<std::string> = true;
 template <> inline constexpr bool CanBeWrong<std::vector<std::string>> = true;
+template <> inline constexpr bool CanBeWrong<std::vector<std::int32_t>> = true;
+template <HasFields Struct> constexpr bool CanBeWrong<Struct> = true;
 template <> inline constexpr bool CanBeWrong<std::map<std::string, std::string>> = true;
 template <> inline constexpr bool CanBeWrong<QVariant> = true;
 template <typename T> constexpr bool CanBeWrong<std::optional<T>> = CanBeWrong<T>;

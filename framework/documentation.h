@@ -28,6 +28,7 @@ struct MemberDocumentation {
     }
     static MemberDocumentation ofUnbuilt(const char*) { return {}; }
     template <auto Remove> void describeListeners(const char*) { }
+    template <auto Remove> void describeListenersWhen(const char*) { }
     void describeRemover() { }
 };
 

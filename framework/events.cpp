@@ -1,10 +1,10 @@
 #include "framework/events.h"
 
 void IKJSExtentionApiEvent::dispatch(
-    const char* event, const QVariantMap& payload, const JSContextEnv& target)
+    const char* event, const std::vector<KJSVariant>& payload, const JSContextEnv& target)
 {
     if (IJSEventHub* listeners = hub())
-        listeners->Dispatch(heapString(event), target, { jsapi::convertVariant(payload) });
+        listeners->Dispatch(heapString(event), target, payload);
 }
 
 namespace jsapi {

@@ -19,6 +19,28 @@ template <typename Payload> struct Event {
     const char* doc;
 };
 
+/// A payload that says `static constexpr bool AsArguments = true;` is no object: listeners are called with its fields, one
+/// argument each.
+template <typename Payload>
+concept IsArguments = requires
+{
+    Payload::AsArguments;
+};
+
+/// What listeners are called with.
+template <typename Payload> std::vector<KJSVariant> toArguments(const Payload& payload)
+{
+    if constexpr (IsArguments<Payload>) {
+        return std::apply(
+            [&](const auto&... field) {
+                return std::vector<KJSVariant> { toScript(payload.*field.member)... };
+            },
+            FieldList<Payload>);
+    } else {
+        return { convertVariant(toMap(payload)) };
+    }
+}
+
 } // namespace jsapi
 
 /// What an event-capable object offers to native code. [GUI thread]
@@ -35,19 +57,19 @@ public:
     void send(const jsapi::Event<Payload>& event, const Payload& payload,
         const JSContextEnv& target = JSContextEnv::everyContext())
     {
-        dispatch(event.name, jsapi::toMap(payload), target);
+        dispatch(event.name, jsapi::toArguments(payload), target);
     }
     /// The same with the payload as the service gave it, which may add keys to those of `Payload`.
     template <typename Payload> void send(const jsapi::Event<Payload>& event, const QVariantMap& payload)
     {
-        dispatch(event.name, payload, JSContextEnv::everyContext());
+        dispatch(event.name, { jsapi::convertVariant(payload) }, JSContextEnv::everyContext());
     }
 
 protected:
     ~IKJSExtentionApiEvent() = default;
 
 private:
-    void dispatch(const char* event, const QVariantMap& payload, const JSContextEnv& target);
+    void dispatch(const char* event, const std::vector<KJSVariant>& payload, const JSContextEnv& target);
 };
 
 namespace jsapi {

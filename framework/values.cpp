@@ -2,6 +2,7 @@
 
 #include "safec/safec.h"
 
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -99,8 +100,13 @@ bool isBoolean(const MVARIANT& value)
 
 bool isInteger(const MVARIANT& value)
 {
+    return isNumber(value) && convertToInt32(value);
+}
+
+bool isNumber(const MVARIANT& value)
+{
     const auto type = dereference(value).vt;
-    return (type == MV_INT32 || type == MV_INT64 || type == MV_DOUBLE) && convertToInt32(value);
+    return type == MV_INT32 || type == MV_INT64 || type == MV_DOUBLE;
 }
 
 QString readString(const MVARIANT& value)
@@ -145,6 +151,13 @@ std::optional<std::int32_t> convertToInt32(const MVARIANT& value)
         return target.lVal;
     const Converted number(target, MV_INT32);
     return number.get() ? std::optional(number.get()->lVal) : std::nullopt;
+}
+
+std::optional<double> convertToDouble(const MVARIANT& value)
+{
+    const Converted number(dereference(value), MV_DOUBLE);
+    return number.get() && std::isfinite(number.get()->dblVal) ? std::optional(number.get()->dblVal)
+                                                               : std::nullopt;
 }
 
 void* queryObject(const MVARIANT& value, const KIID& iid)

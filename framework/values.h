@@ -22,6 +22,7 @@ QString readString(const MVARIANT& value);
 bool isString(const MVARIANT& value);
 bool isBoolean(const MVARIANT& value);
 bool isInteger(const MVARIANT& value);
+bool isNumber(const MVARIANT& value);
 
 // A value converted as the base library converts it; nothing when it does not convert, as undefined and null
 // do not. This is the one rule for properties of objects and for the positional arguments that are converted
@@ -29,6 +30,8 @@ bool isInteger(const MVARIANT& value);
 std::optional<QString> convertToString(const MVARIANT& value);
 std::optional<bool> convertToBoolean(const MVARIANT& value);
 std::optional<std::int32_t> convertToInt32(const MVARIANT& value);
+/// Never one that is not finite.
+std::optional<double> convertToDouble(const MVARIANT& value);
 
 /// The interface `iid` of an object value with one reference for the caller, or null.
 void* queryObject(const MVARIANT& value, const KIID& iid);

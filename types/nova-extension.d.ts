@@ -26,7 +26,10 @@ declare const NovaExtension: {
     readonly CirrusConfig: NovaExtension.CirrusConfig;
     /** Finds plugins by name. */
     readonly PluginManager: NovaExtension.PluginManager;
-    /** The window that shows the calling page. Every page has its own. */
+    /**
+     * A view and its window: that of the calling page, of which every page has its own, or another one from
+     * `WebviewMgr`. Lengths are in CSS pixels.
+     */
     readonly Webview: NovaExtension.Webview;
     /** Opens web-view windows and finds them again. */
     readonly WebviewMgr: NovaExtension.WebviewMgr;
@@ -163,67 +166,67 @@ declare namespace NovaExtension {
         "CirrusConfig.getConfigData": Failure<3, "not supported.">;
         "CirrusConfig.setConfigData": Failure<3, "not supported.">;
         "PluginManager.getPlugin": Failure<3, "not supported.">;
-        "Webview.addHideListener": Failure<3, "not supported.">;
-        "Webview.removeHideListener": Failure<3, "not supported.">;
-        "Webview.addDestroyListener": Failure<3, "not supported.">;
-        "Webview.removeDestroyListener": Failure<3, "not supported.">;
-        "Webview.addShowListener": Failure<3, "not supported.">;
-        "Webview.removeShowListener": Failure<3, "not supported.">;
-        "Webview.addCloseListener": Failure<3, "not supported.">;
-        "Webview.removeCloseListener": Failure<3, "not supported.">;
-        "Webview.addWindowActivateStateListener": Failure<3, "not supported.">;
-        "Webview.removeWindowActivateStateListener": Failure<3, "not supported.">;
-        "Webview.addResizeListener": Failure<3, "not supported.">;
-        "Webview.removeResizeListener": Failure<3, "not supported.">;
-        "Webview.addDragEnterListener": Failure<3, "not supported.">;
-        "Webview.removeDragEnterListener": Failure<3, "not supported.">;
-        "Webview.addWebviewEventListener": Failure<3, "not supported.">;
-        "Webview.removeWebviewEventListener": Failure<3, "not supported.">;
-        "Webview.destroy": Failure<3, "not supported.">;
-        "Webview.show": Failure<3, "not supported.">;
-        "Webview.hide": Failure<3, "not supported.">;
-        "Webview.takeFocus": Failure<3, "not supported.">;
-        "Webview.setMode": Failure<3, "not supported.">;
-        "Webview.setResizeable": Failure<3, "not supported.">;
-        "Webview.setWindowTitle": Failure<3, "not supported.">;
-        "Webview.setWindowBackgroundColor": Failure<3, "not supported.">;
-        "Webview.setEnableStayOnTop": Failure<3, "not supported.">;
-        "Webview.getSize": Failure<3, "not supported.">;
-        "Webview.getScreenNumber": Failure<3, "not supported.">;
-        "Webview.isMaximize": Failure<3, "not supported.">;
-        "Webview.isMinimize": Failure<3, "not supported.">;
-        "Webview.isFullScreen": Failure<3, "not supported.">;
-        "Webview.setWindowFlags": Failure<3, "not supported.">;
-        "Webview.setWindowFlag": Failure<3, "not supported.">;
-        "Webview.setAttribute": Failure<3, "not supported.">;
-        "Webview.setRoundFillColor": Failure<3, "not supported.">;
-        "Webview.setDisableScrollBar": Failure<3, "not supported.">;
-        "Webview.setDisableXScrollBar": Failure<3, "not supported.">;
-        "Webview.setDisableYScrollBar": Failure<3, "not supported.">;
-        "Webview.getGeometry": Failure<3, "not supported.">;
-        "Webview.setGeometry": Failure<3, "not supported.">;
-        "Webview.setSize": Failure<3, "not supported.">;
-        "Webview.setDragArea": Failure<3, "not supported.">;
-        "Webview.clearDragArea": Failure<3, "not supported.">;
-        "Webview.setBlackDragArea": Failure<3, "not supported.">;
-        "Webview.clearBlackDragArea": Failure<3, "not supported.">;
-        "Webview.setMaximize": Failure<3, "not supported.">;
-        "Webview.setMinimize": Failure<3, "not supported.">;
-        "Webview.setRestore": Failure<3, "not supported.">;
-        "Webview.setFullScreen": Failure<3, "not supported.">;
-        "Webview.setMinimumSize": Failure<3, "not supported.">;
-        "Webview.setMaximumSize": Failure<3, "not supported.">;
-        "Webview.setMinimumWidth": Failure<3, "not supported.">;
-        "Webview.setMinimumHeight": Failure<3, "not supported.">;
-        "Webview.setMaximumWidth": Failure<3, "not supported.">;
-        "Webview.setMaximumHeight": Failure<3, "not supported.">;
-        "Webview.getID": Failure<3, "not supported.">;
-        "Webview.pageReady": Failure<3, "not supported.">;
-        "Webview.setDragEnterEnable": Failure<3, "not supported.">;
-        "Webview.invokeGeneralMethod": Failure<3, "not supported.">;
-        "Webview.invokeGeneralMethodAsync": Failure<3, "not supported.">;
-        "WebviewMgr.create": Failure<3, "not supported.">;
-        "WebviewMgr.getWebview": Failure<3, "not supported.">;
+        "Webview.addHideListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.removeHideListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.addDestroyListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.removeDestroyListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.addShowListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.removeShowListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.addCloseListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.removeCloseListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.addWindowActivateStateListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.removeWindowActivateStateListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.addResizeListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.removeResizeListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.addDragEnterListener": Failure<3, "empty handle."> | Failure<3, "empty webwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.removeDragEnterListener": Failure<3, "empty handle."> | Failure<3, "empty webwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.addWebviewEventListener": Failure<3, "empty handle."> | Failure<3, "empty webwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.removeWebviewEventListener": Failure<3, "empty handle."> | Failure<3, "empty webwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.destroy": Failure<3, "empty webshellwidget">;
+        "Webview.show": Failure<3, "empty webwidget">;
+        "Webview.hide": Failure<3, "empty webshellwidget">;
+        "Webview.takeFocus": Failure<3, "empty webwidget"> | Failure<3, "empty webshellwidget">;
+        "Webview.setMode": Failure<3, "empty webshellwidget">;
+        "Webview.setResizeable": Failure<3, "empty webwidget">;
+        "Webview.setWindowTitle": Failure<3, "empty webshellwidget">;
+        "Webview.setWindowBackgroundColor": Failure<3, "empty webwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.setEnableStayOnTop": Failure<3, "empty webshellwidget">;
+        "Webview.getSize": Failure<3, "empty webwidget">;
+        "Webview.getScreenNumber": Failure<3, "empty webshellwidget"> | Failure<3, "empty screen">;
+        "Webview.isMaximize": Failure<3, "empty webshellwidget">;
+        "Webview.isMinimize": Failure<3, "empty webshellwidget">;
+        "Webview.isFullScreen": Failure<3, "empty webshellwidget">;
+        "Webview.setWindowFlags": Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters."> | Failure<1, "missing required parameters.">;
+        "Webview.setWindowFlag": Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.setAttribute": Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.setRoundFillColor": Failure<3, "empty webwidget">;
+        "Webview.setDisableScrollBar": Failure<3, "empty webwidget">;
+        "Webview.setDisableXScrollBar": Failure<3, "empty webwidget">;
+        "Webview.setDisableYScrollBar": Failure<3, "empty webwidget">;
+        "Webview.getGeometry": Failure<3, "empty webwidget">;
+        "Webview.setGeometry": Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.setSize": Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.setDragArea": Failure<3, "empty webwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.clearDragArea": Failure<3, "empty webwidget">;
+        "Webview.setBlackDragArea": Failure<3, "empty webwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.clearBlackDragArea": Failure<3, "empty webwidget">;
+        "Webview.setMaximize": Failure<3, "empty webshellwidget">;
+        "Webview.setMinimize": Failure<3, "empty webshellwidget">;
+        "Webview.setRestore": Failure<3, "empty webshellwidget">;
+        "Webview.setFullScreen": Failure<3, "empty webshellwidget">;
+        "Webview.setMinimumSize": Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.setMaximumSize": Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.setMinimumWidth": Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.setMinimumHeight": Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.setMaximumWidth": Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.setMaximumHeight": Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.getID": Failure<3, "empty webwidget">;
+        "Webview.pageReady": Failure<3, "empty webwidget">;
+        "Webview.setDragEnterEnable": Failure<3, "empty webwidget">;
+        "Webview.invokeGeneralMethod": Failure<3, "empty webwidget"> | Failure<1, "wrong parameters.">;
+        "Webview.invokeGeneralMethodAsync": Failure<3, "empty webwidget"> | Failure<1, "wrong parameters."> | Failure<3, "wrong parameters."> | Failure<3, "PromiseServiceNull">;
+        "WebviewMgr.create": Failure<1, "empty view id"> | Failure<1, "wrong parameters."> | Failure<3, "Web Widget Class Not Registered!"> | Failure<3, "Invalid Given Parent Widget"> | Failure<3, "create web widget fail!"> | Failure<3, "empty handle.">;
+        "WebviewMgr.getWebview": Failure<1, "wrong parameters."> | Failure<3, "empty view id"> | Failure<3, "empty pBrowser"> | Failure<3, "empty handle.">;
         "Profile.getProfileInfo": Failure<1, "Browser is not in browser group.">;
         "Profile.getBrowserTraceId": Failure<1, "Browser is not in browser group.">;
         "Profile.getBrowserTraceInfo": Failure<1, "Browser is not in browser group.">;
@@ -1014,161 +1017,491 @@ declare namespace NovaExtension {
 
 declare namespace NovaExtension {
     /**
-     * The window that shows the calling page. Every page has its own.
+     * A view and its window: that of the calling page, of which every page has its own, or another one from
+     * `WebviewMgr`. Lengths are in CSS pixels.
      *
      * @remarks one object for each page
      */
     interface Webview {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        addHideListener(callback: (...values: any[]) => void): never;
         /**
-         * Removes a listener.
+         * Adds a listener that is called when the window has been hidden. The same function is added once.
          *
-         * @deprecated not built yet: throws code 3, "not supported."
+         * @throws 3 "empty handle."
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
          */
-        removeHideListener(callback: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        addDestroyListener(callback: (...values: any[]) => void): never;
+        addHideListener(callback: (...values: any[]) => void): Answer<undefined>;
         /**
-         * Removes a listener.
+         * Removes a listener that is called when the window has been hidden.
          *
-         * @deprecated not built yet: throws code 3, "not supported."
+         * @throws 3 "empty handle."
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
          */
-        removeDestroyListener(callback: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        addShowListener(callback: (...values: any[]) => void): never;
+        removeHideListener(callback: (...values: any[]) => void): Answer<undefined>;
         /**
-         * Removes a listener.
+         * Adds a listener that is called when the window has been destroyed. The same function is added once.
          *
-         * @deprecated not built yet: throws code 3, "not supported."
+         * @throws 3 "empty handle."
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
          */
-        removeShowListener(callback: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        addCloseListener(callback: (...values: any[]) => void): never;
+        addDestroyListener(callback: (...values: any[]) => void): Answer<undefined>;
         /**
-         * Removes a listener.
+         * Removes a listener that is called when the window has been destroyed.
          *
-         * @deprecated not built yet: throws code 3, "not supported."
+         * @throws 3 "empty handle."
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
          */
-        removeCloseListener(callback: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        addWindowActivateStateListener(callback: (...values: any[]) => void): never;
+        removeDestroyListener(callback: (...values: any[]) => void): Answer<undefined>;
         /**
-         * Removes a listener.
+         * Adds a listener that is called when the window has been shown. The same function is added once.
          *
-         * @deprecated not built yet: throws code 3, "not supported."
+         * @throws 3 "empty handle."
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
          */
-        removeWindowActivateStateListener(callback: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        addResizeListener(callback: (...values: any[]) => void): never;
+        addShowListener(callback: (...values: any[]) => void): Answer<undefined>;
         /**
-         * Removes a listener.
+         * Removes a listener that is called when the window has been shown.
          *
-         * @deprecated not built yet: throws code 3, "not supported."
+         * @throws 3 "empty handle."
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
          */
-        removeResizeListener(callback: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        addDragEnterListener(callback: (...values: any[]) => void): never;
+        removeShowListener(callback: (...values: any[]) => void): Answer<undefined>;
         /**
-         * Removes a listener.
+         * Adds a listener that is called when the window has been closed. The same function is added once.
          *
-         * @deprecated not built yet: throws code 3, "not supported."
+         * @throws 3 "empty handle."
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
          */
-        removeDragEnterListener(callback: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        addWebviewEventListener(callback: (...values: any[]) => void): never;
+        addCloseListener(callback: (...values: any[]) => void): Answer<undefined>;
         /**
-         * Removes a listener.
+         * Removes a listener that is called when the window has been closed.
          *
-         * @deprecated not built yet: throws code 3, "not supported."
+         * @throws 3 "empty handle."
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
          */
-        removeWebviewEventListener(callback: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        destroy(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        show(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        hide(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        takeFocus(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setMode(argument1: boolean): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setResizeable(argument1: boolean): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setWindowTitle(argument1: string): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setWindowBackgroundColor(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setEnableStayOnTop(argument1: boolean): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getSize(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getScreenNumber(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        isMaximize(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        isMinimize(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        isFullScreen(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setWindowFlags(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setWindowFlag(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setAttribute(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setRoundFillColor(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setDisableScrollBar(argument1: boolean): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setDisableXScrollBar(argument1: boolean): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setDisableYScrollBar(argument1: boolean): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getGeometry(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setGeometry(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setSize(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setDragArea(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        clearDragArea(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setBlackDragArea(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        clearBlackDragArea(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setMaximize(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setMinimize(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setRestore(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setFullScreen(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setMinimumSize(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setMaximumSize(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setMinimumWidth(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setMinimumHeight(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setMaximumWidth(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setMaximumHeight(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getID(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        pageReady(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setDragEnterEnable(argument1: boolean): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        invokeGeneralMethod(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        invokeGeneralMethodAsync(argument1: unknown): never;
+        removeCloseListener(callback: (...values: any[]) => void): Answer<undefined>;
+        /**
+         * Adds a listener that is called when the window has become the active one, or is it no longer. The same
+         * function is added once.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
+         */
+        addWindowActivateStateListener(callback: (active: boolean) => void): Answer<undefined>;
+        /**
+         * Removes a listener that is called when the window has become the active one, or is it no longer.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
+         */
+        removeWindowActivateStateListener(callback: (active: boolean) => void): Answer<undefined>;
+        /**
+         * Adds a listener that is called when the window has another size; the second argument is the size before, 0 by
+         * 0 when the window is first shown. The same function is added once.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
+         */
+        addResizeListener(callback: (size: NovaExtension.Webview.ViewSize, oldSize: NovaExtension.Webview.ViewSize) => void): Answer<undefined>;
+        /**
+         * Removes a listener that is called when the window has another size; the second argument is the size before, 0
+         * by 0 when the window is first shown.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
+         */
+        removeResizeListener(callback: (size: NovaExtension.Webview.ViewSize, oldSize: NovaExtension.Webview.ViewSize) => void): Answer<undefined>;
+        /**
+         * Adds a listener that is called when files are dragged into the view, after `setDragEnterEnable(true)`. The
+         * same function is added once.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "empty webwidget"
+         * @throws 1 "wrong parameters."
+         */
+        addDragEnterListener(callback: (paths: string[]) => void): Answer<undefined>;
+        /**
+         * Removes a listener that is called when files are dragged into the view, after `setDragEnterEnable(true)`.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "empty webwidget"
+         * @throws 1 "wrong parameters."
+         */
+        removeDragEnterListener(callback: (paths: string[]) => void): Answer<undefined>;
+        /**
+         * Adds a listener that is called when the suite has something to say to the page of the view. The same function
+         * is added once.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "empty webwidget"
+         * @throws 1 "wrong parameters."
+         */
+        addWebviewEventListener(callback: (value: any) => void): Answer<undefined>;
+        /**
+         * Removes a listener that is called when the suite has something to say to the page of the view.
+         *
+         * @throws 3 "empty handle."
+         * @throws 3 "empty webwidget"
+         * @throws 1 "wrong parameters."
+         */
+        removeWebviewEventListener(callback: (value: any) => void): Answer<undefined>;
+        /**
+         * Closes the window for good.
+         *
+         * @throws 3 "empty webshellwidget"
+         */
+        destroy(): Answer<undefined>;
+        /**
+         * Shows the view and its window.
+         *
+         * @throws 3 "empty webwidget"
+         */
+        show(): Answer<undefined>;
+        /**
+         * Hides the window.
+         *
+         * @throws 3 "empty webshellwidget"
+         */
+        hide(): Answer<undefined>;
+        /**
+         * Activates the window and gives the keyboard focus to the page.
+         *
+         * @throws 3 "empty webwidget"
+         * @throws 3 "empty webshellwidget"
+         */
+        takeFocus(): Answer<undefined>;
+        /**
+         * Makes the window modal for the whole application, or not modal; when it is next shown.
+         *
+         * @throws 3 "empty webshellwidget"
+         */
+        setMode(modal: boolean): Answer<undefined>;
+        /**
+         * Sets whether the user may change the size of the window.
+         *
+         * @throws 3 "empty webwidget"
+         */
+        setResizeable(resizeable: boolean): Answer<undefined>;
+        /**
+         * Sets the title of the window.
+         *
+         * @throws 3 "empty webshellwidget"
+         */
+        setWindowTitle(title: string): Answer<undefined>;
+        /**
+         * Sets the colour behind the page. Returns whether the suite has applied it.
+         *
+         * @throws 3 "empty webwidget"
+         * @throws 1 "wrong parameters."
+         */
+        setWindowBackgroundColor(options: NovaExtension.Webview.BackgroundColor): Answer<boolean>;
+        /**
+         * Keeps the window above others, or no longer.
+         *
+         * @throws 3 "empty webshellwidget"
+         */
+        setEnableStayOnTop(onTop: boolean): Answer<undefined>;
+        /**
+         * Returns the size of the view.
+         *
+         * @throws 3 "empty webwidget"
+         */
+        getSize(): Answer<NovaExtension.Webview.ViewSize>;
+        /**
+         * Returns the number of the screen with the window.
+         *
+         * @throws 3 "empty webshellwidget"
+         * @throws 3 "empty screen"
+         */
+        getScreenNumber(): Answer<number>;
+        /**
+         * Returns whether the window is maximised.
+         *
+         * @throws 3 "empty webshellwidget"
+         */
+        isMaximize(): Answer<boolean>;
+        /**
+         * Returns whether the window is minimised.
+         *
+         * @throws 3 "empty webshellwidget"
+         */
+        isMinimize(): Answer<boolean>;
+        /**
+         * Returns whether the window fills the screen.
+         *
+         * @throws 3 "empty webshellwidget"
+         */
+        isFullScreen(): Answer<boolean>;
+        /**
+         * Adds to the flags of the window.
+         *
+         * @param flags values of `Qt::WindowType`, as numbers
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
+         * @throws 1 "missing required parameters."
+         */
+        setWindowFlags(flags: readonly number[]): Answer<undefined>;
+        /**
+         * Sets a flag of the window, or clears it.
+         *
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
+         */
+        setWindowFlag(options: NovaExtension.Webview.FlagChange): Answer<undefined>;
+        /**
+         * Sets an attribute of the window, or clears it.
+         *
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
+         */
+        setAttribute(options: NovaExtension.Webview.AttributeChange): Answer<undefined>;
+        /**
+         * Sets the colour outside round corners.
+         *
+         * @throws 3 "empty webwidget"
+         */
+        setRoundFillColor(options?: NovaExtension.Webview.RoundFill): Answer<boolean>;
+        /**
+         * Hides the scroll bars of the page, or shows them.
+         *
+         * @throws 3 "empty webwidget"
+         */
+        setDisableScrollBar(disable: boolean): Answer<undefined>;
+        /**
+         * The same for the horizontal one.
+         *
+         * @throws 3 "empty webwidget"
+         */
+        setDisableXScrollBar(disable: boolean): Answer<undefined>;
+        /**
+         * The same for the vertical one.
+         *
+         * @throws 3 "empty webwidget"
+         */
+        setDisableYScrollBar(disable: boolean): Answer<undefined>;
+        /**
+         * Returns where on the screen the view is.
+         *
+         * @throws 3 "empty webwidget"
+         */
+        getGeometry(): Answer<NovaExtension.Webview.ViewPlace>;
+        /**
+         * Moves the window.
+         *
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
+         */
+        setGeometry(options: NovaExtension.Webview.WindowPlace): Answer<undefined>;
+        /**
+         * Sets the size of the window.
+         *
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
+         */
+        setSize(options: NovaExtension.Webview.WindowSize): Answer<undefined>;
+        /**
+         * Adds an area of the view by which the user can drag the window.
+         *
+         * @throws 3 "empty webwidget"
+         * @throws 1 "wrong parameters."
+         */
+        setDragArea(options: NovaExtension.Webview.DragArea): Answer<undefined>;
+        /**
+         * Removes all these areas.
+         *
+         * @throws 3 "empty webwidget"
+         */
+        clearDragArea(): Answer<undefined>;
+        /**
+         * Adds an area by which the window can not be dragged, though it lies in one by which it can.
+         *
+         * @throws 3 "empty webwidget"
+         * @throws 1 "wrong parameters."
+         */
+        setBlackDragArea(options: NovaExtension.Webview.DragArea): Answer<undefined>;
+        /**
+         * Removes all these areas.
+         *
+         * @throws 3 "empty webwidget"
+         */
+        clearBlackDragArea(): Answer<undefined>;
+        /**
+         * Maximises the window, and shows it.
+         *
+         * @throws 3 "empty webshellwidget"
+         */
+        setMaximize(): Answer<undefined>;
+        /**
+         * Minimises the window.
+         *
+         * @throws 3 "empty webshellwidget"
+         */
+        setMinimize(): Answer<undefined>;
+        /**
+         * Shows the window as it was before it was maximised or minimised.
+         *
+         * @throws 3 "empty webshellwidget"
+         */
+        setRestore(): Answer<undefined>;
+        /**
+         * Has the window fill the screen.
+         *
+         * @throws 3 "empty webshellwidget"
+         */
+        setFullScreen(): Answer<undefined>;
+        /**
+         * Sets the smallest size of the window.
+         *
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
+         */
+        setMinimumSize(options: NovaExtension.Webview.MinimumSize): Answer<undefined>;
+        /**
+         * Sets the largest size of the window.
+         *
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
+         */
+        setMaximumSize(options: NovaExtension.Webview.MaximumSize): Answer<undefined>;
+        /**
+         * Sets the smallest width of the window.
+         *
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
+         */
+        setMinimumWidth(width: number): Answer<undefined>;
+        /**
+         * Sets the smallest height of the window.
+         *
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
+         */
+        setMinimumHeight(height: number): Answer<undefined>;
+        /**
+         * Sets the largest width of the window.
+         *
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
+         */
+        setMaximumWidth(width: number): Answer<undefined>;
+        /**
+         * Sets the largest height of the window.
+         *
+         * @throws 3 "empty webshellwidget"
+         * @throws 1 "wrong parameters."
+         */
+        setMaximumHeight(height: number): Answer<undefined>;
+        /**
+         * Returns the identifier of the view.
+         *
+         * @throws 3 "empty webwidget"
+         */
+        getID(): Answer<string>;
+        /**
+         * Says that the page has finished loading.
+         *
+         * @throws 3 "empty webwidget"
+         */
+        pageReady(): Answer<undefined>;
+        /**
+         * Lets files be dragged into the view, or no longer.
+         *
+         * @throws 3 "empty webwidget"
+         */
+        setDragEnterEnable(enable: boolean): Answer<undefined>;
+        /**
+         * Calls a method of the suite's web widget. Returns whether there is such a method.
+         *
+         * @throws 3 "empty webwidget"
+         * @throws 1 "wrong parameters."
+         */
+        invokeGeneralMethod(options: NovaExtension.Webview.GeneralCall): Answer<boolean>;
+        /**
+         * Calls a method of the suite's web widget when this call has returned. Resolves with what it returns.
+         *
+         * @throws 3 "empty webwidget"
+         * @throws 1 "wrong parameters."
+         * @throws rejects with 3 "empty webwidget"
+         * @throws rejects with 3 "wrong parameters."
+         * @throws 3 "PromiseServiceNull"
+         */
+        invokeGeneralMethodAsync(options: NovaExtension.Webview.GeneralCall): Promise<any>;
+    }
+}
+
+declare namespace NovaExtension.Webview {
+    interface AttributeChange {
+        /** a `Qt::WidgetAttribute`, as its number; none in which Qt keeps its own state */
+        attribute: number;
+        on: boolean;
+    }
+    interface BackgroundColor {
+        /** red, 0 to 255 */
+        r: number;
+        /** green, 0 to 255 */
+        g: number;
+        /** blue, 0 to 255 */
+        b: number;
+        /** a colour of the theme, in place of the three where the theme has it */
+        kdColorName?: string | undefined;
+    }
+    interface DragArea {
+        x: number;
+        y: number;
+        w: number;
+        h: number;
+    }
+    interface FlagChange {
+        /** a `Qt::WindowType`, as its number */
+        flag: number;
+        on: boolean;
+    }
+    interface GeneralCall {
+        /** an invokable method of the web widget that takes and returns a value */
+        funcName: string;
+        /** what it is called with */
+        funcParam?: unknown | undefined;
+    }
+    interface MaximumSize {
+        maxw: number;
+        maxh: number;
+    }
+    interface MinimumSize {
+        minw: number;
+        minh: number;
+    }
+    interface RoundFill {
+        /** a colour as `#rrggbb` or by its name in SVG; white in place of one that there is not */
+        fillColor?: string | undefined;
+    }
+    interface ViewPlace {
+        x: number;
+        y: number;
+    }
+    interface ViewSize {
+        /** the width, in CSS pixels */
+        w: number;
+        /** the height, in CSS pixels */
+        h: number;
+    }
+    interface WindowPlace {
+        x: number;
+        y: number;
+    }
+    interface WindowSize {
+        w: number;
+        h: number;
     }
 }
 
@@ -1179,10 +1512,86 @@ declare namespace NovaExtension {
      * @remarks one object, shared by all pages
      */
     interface WebviewMgr {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        create(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getWebview(argument1: string): never;
+        /**
+         * Opens a window with a new view. The window stays when the page goes.
+         *
+         * @throws 1 "empty view id"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Web Widget Class Not Registered!"
+         * @throws 3 "Invalid Given Parent Widget"
+         * @throws 3 "create web widget fail!"
+         * @throws 3 "empty handle."
+         */
+        create(options: NovaExtension.WebviewMgr.CreateOptions): NovaExtension.Webview;
+        /**
+         * Finds a view that is there.
+         *
+         * @param viewId its identifier
+         * @throws 1 "wrong parameters."
+         * @throws 3 "empty view id"
+         * @throws 3 "empty pBrowser"
+         * @throws 3 "empty handle."
+         */
+        getWebview(viewId: string): NovaExtension.Webview;
+    }
+}
+
+declare namespace NovaExtension.WebviewMgr {
+    interface CreateOptions {
+        /** the identifier of the view, which no other one has */
+        id: string;
+        /**
+         * `Dialog`, `Popup`, `Tab`, or the name of a class of windows that the suite knows
+         *
+         * @default "Dialog"
+         */
+        windowType?: string | undefined;
+        /**
+         * a window of the suite owns the new one; in the case of `Tab`, closes with it
+         *
+         * @default false
+         */
+        hasParent?: boolean | undefined;
+        /**
+         * which window of the suite
+         *
+         * @default "MainWindow"
+         */
+        parentName?: string | undefined;
+        /** how the window behaves */
+        attrs?: NovaExtension.WebviewMgr.WindowAttributes | undefined;
+        /** its place and size */
+        geo?: NovaExtension.WebviewMgr.WindowGeometry | undefined;
+        /**
+         * show the window at once
+         *
+         * @default false
+         */
+        isShow?: boolean | undefined;
+    }
+    interface WindowAttributes {
+        /**
+         * the window is modal for the whole application
+         *
+         * @default false
+         */
+        modal?: boolean | undefined;
+        /** the user may change the size of the window */
+        allowResize?: boolean | undefined;
+    }
+    interface WindowGeometry {
+        /**
+         * where on the screen, if both this and `y` are above 0; otherwise the window system decides
+         *
+         * @default 0
+         */
+        x?: number | undefined;
+        /** @default 0 */
+        y?: number | undefined;
+        /** in CSS pixels; the window's own if it is left out */
+        width?: number | undefined;
+        /** the same */
+        height?: number | undefined;
     }
 }
 

@@ -52,7 +52,7 @@ public:
     /// Evaluates an expression, or a script whose declarations stay, and awaits the result; `done` as above.
     virtual void evaluate(const QString& source, Done done) = 0;
     /// For completion: the names of the properties, own and inherited, of the value at a dotted path. Runs no
-    /// getters but those of NovaExtension in the path.
+    /// getters but those of NovaExtension in the path. None where the engine can not wait for a page.
     virtual QStringList propertyNames(const QString& path) = 0;
     /// Drops listeners, promises, handles, functions and timers. Within a call of the page it takes effect
     /// when the outermost call has returned.
@@ -63,7 +63,7 @@ class ScriptEngine {
 public:
     virtual ~ScriptEngine() = default;
     virtual std::unique_ptr<Page> openPage(const PageOptions& options, PageHost host) = 0;
-    /// Collects garbage now, so that live counts are exact. A closed page holds nothing in any case.
+    /// Collects garbage now, so that live counts are exact, where the engine can. A closed page holds nothing in any case.
     virtual void collectGarbage() = 0;
 };
 

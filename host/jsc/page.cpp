@@ -1,6 +1,6 @@
 #include "host/jsc/page.h"
 
-#include "host/jsc/replsource.h"
+#include "host/engine/replsource.h"
 
 #include <QRegularExpression>
 

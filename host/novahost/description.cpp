@@ -1,6 +1,8 @@
 #include "host/novahost/description.h"
 
 #include <QFile>
+#include <algorithm>
+#include <numeric>
 
 namespace novahost {
 
@@ -78,6 +80,22 @@ void appendFields(QStringList& lines, const Json& type, const QString& indent)
     }
 }
 
+/// The number of characters to add, remove or replace.
+int editDistance(const QString& from, const QString& to)
+{
+    std::vector<int> row(static_cast<std::size_t>(to.size()) + 1);
+    std::iota(row.begin(), row.end(), 0);
+    for (int i = 1; i <= from.size(); ++i) {
+        int diagonal = std::exchange(row[0], i);
+        for (std::size_t j = 1; j < row.size(); ++j) {
+            const int replaced = diagonal + (from[i - 1] == to[static_cast<int>(j) - 1] ? 0 : 1);
+            diagonal = row[j];
+            row[j] = std::min({ replaced, row[j] + 1, row[j - 1] + 1 });
+        }
+    }
+    return row.back();
+}
+
 } // namespace
 
 QString textOf(const Json& string)
@@ -133,6 +151,34 @@ std::optional<Description::Member> Description::member(
         }
     }
     return std::nullopt;
+}
+
+QStringList Description::names() const
+{
+    QStringList names;
+    for (const Json& object : objects()) {
+        names.append(textOf(object["name"]));
+        const QString prefix = names.last() + QLatin1Char('.');
+        for (const Json& member : object["members"])
+            names.append(prefix + textOf(member["name"]));
+    }
+    return names;
+}
+
+QString Description::advice(const QString& wanted) const
+{
+    QString nearest;
+    int least = 4;
+    for (const QString& name : names()) {
+        const int distance =
+            isNamed(name, wanted, Qt::CaseInsensitive) ? 0 : editDistance(name.toLower(), wanted.toLower());
+        if (distance < least) {
+            least = distance;
+            nearest = name;
+        }
+    }
+    return nearest.isEmpty() ? QStringLiteral("`novahost members` lists all")
+                             : QString::fromLatin1("did you mean %1?").arg(nearest);
 }
 
 QString Description::fullName(const Json& object)

@@ -33,6 +33,11 @@ public:
     std::optional<Member> member(
         const QString& path, Qt::CaseSensitivity sensitivity = Qt::CaseInsensitive) const;
 
+    /// The names of all objects and, as "FileSystem.copy", of all members, without NovaExtension.
+    QStringList names() const;
+    /// Advice to whom has written `wanted`, which is no name: "did you mean FileSystem.copy?".
+    QString advice(const QString& wanted) const;
+
     static QString fullName(const Json& object);
     /// FileSystem.copy(options: CopyOptions): Answer<boolean>
     static QString signature(const Member& member);

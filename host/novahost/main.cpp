@@ -1,6 +1,7 @@
 // novahost: runs pages against the library without the suite.
 #include "host/novahost/members.h"
 #include "host/novahost/output.h"
+#include "host/novahost/policy.h"
 #include "host/novahost/repl.h"
 #include "host/novahost/script.h"
 #include "host/novahost/signals.h"
@@ -63,6 +64,8 @@ int run(novahost::Suite& suite, const novahost::Options& options, novahost::Sign
         return novahost::runRepl(suite, options, signals);
     case novahost::Command::Members:
         return novahost::listMembers(suite, options);
+    case novahost::Command::Policy: // needs no suite
+        break;
     }
     return novahost::UsageError;
 }
@@ -80,10 +83,14 @@ int main(int argc, char** argv)
     QString error = novahost::Suite::prepare(*options);
     if (!error.isEmpty())
         return novahost::fail(novahost::UsageError, error);
+    if (options->command == novahost::Command::Policy)
+        return novahost::showPolicy(*options);
     if (!novahost::Signals::hold())
         return novahost::fail(novahost::Failure, QStringLiteral("no pipe can be made for signals"));
     setUpEnvironment();
     s_print = qInstallMessageHandler(printMessage);
+    // The browser engine needs it, if it is loaded.
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     int ownArguments = 1;
     const KCoreApplication application(ownArguments, argv);
     QApplication::setQuitOnLastWindowClosed(false);

@@ -70,7 +70,7 @@ QStringList toQStringList(const std::vector<std::string>& given)
 std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
 {
     Options options;
-    std::string profileFile, dataDirectory, libraryFile, failures, play, script, object;
+    std::string profileFile, dataDirectory, libraryFile, failures, play, script, object, origin;
     std::vector<std::string> without;
 
     CLI::App app("Runs page script against libvexlitejsapi in a stand-in suite.", "novahost");
@@ -108,6 +108,9 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     app.add_flag(
         "--window", options.window, "Show a window for the page, which owns its dialogs; needs a display");
 
+    app.add_flag("--browser", options.browser,
+        "Run the script in a page of the browser engine, in a window of its own where there is a display");
+
     app.add_option("--play", play,
            "What happens meanwhile: " + suite::Play::forms().toStdString()
                + ". STEP@100ms waits that long, a step without a time for SIGUSR2")
@@ -132,6 +135,19 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
         "array of its description, as in types/api.json");
     members->add_flag("--unsupported", options.unsupportedOnly, "Only members that are not built yet");
 
+    CLI::App* policy = app.add_subcommand("policy", "List the rules of who may call, which the profile has");
+    policy->add_flag("--json", options.json, "For programs: an array of {origin, allow, deny}");
+    CLI::App* explain = policy->add_subcommand("explain",
+        "Say whether a page may call a member, and which rule decides; exit code 0 if it may, 1 if not");
+    explain
+        ->add_option("ORIGIN", origin,
+            "The page's: https://docs.example:8443, nova://app; null for a page without one")
+        ->required();
+    explain->add_option("MEMBER", object, "For example FileSystem.copy or SettingsManager.Settings.getValue")
+        ->required();
+    explain->add_flag(
+        "--json", options.json, "For programs: {origin, member, category, allowed, rule, reason}");
+
     const int ownArguments = findScriptArguments(app, argc, argv);
     try {
         app.parse(ownArguments, argv);
@@ -144,7 +160,9 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     options.command = run->parsed() ? Command::Run
         : eval->parsed()            ? Command::Eval
         : repl->parsed()            ? Command::Repl
+        : policy->parsed()          ? Command::Policy
                                     : Command::Members;
+    options.explain = explain->parsed();
     options.profileFile = toQString(profileFile);
     options.dataDirectory = toQString(dataDirectory);
     options.libraryFile = toQString(libraryFile);
@@ -154,6 +172,7 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     options.script = toQString(script);
     options.arguments = toQStringList(std::vector<std::string>(argv + ownArguments, argv + argc));
     options.object = toQString(object);
+    options.origin = toQString(origin);
     return options;
 }
 

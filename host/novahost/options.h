@@ -7,7 +7,7 @@
 
 namespace novahost {
 
-enum class Command { Run, Eval, Repl, Members };
+enum class Command { Run, Eval, Repl, Members, Policy };
 
 struct Options {
     Command command = Command::Run;
@@ -21,11 +21,14 @@ struct Options {
     QString failures; ///< the directory that gets the failures that pages see; empty: none
     bool liveCounts = false;
     bool window = false;
+    bool browser = false; ///< runs the script in a browser view
     QString play; ///< steps to play while the page runs
 
     QString script;        ///< run: the file; eval: the expression
     QStringList arguments; ///< run: what follows the file
-    QString object;        ///< members: lists only this one
+    QString object;        ///< members: lists only this one; policy explain: the member
+    bool explain = false;  ///< policy: explains one decision
+    QString origin;        ///< policy explain: of the page
     bool json = false;
     bool unsupportedOnly = false;
 };

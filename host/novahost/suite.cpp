@@ -1,11 +1,14 @@
 #include "host/novahost/suite.h"
 
 #include "host/krt/centre.h"
+#include "host/novahost/browserfacts.h"
 #include "host/novahost/pageplays.h"
+#include "host/novahost/policy.h"
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
 #include "host/suite/cloud/cloudservice.h"
 #include "host/suite/play.h"
+#include "host/suite/web/webwidget.h"
 #include "host/vexlite/failurelog.h"
 #include "krt/dirs.h"
 #include "suite/kpluginconfig.h"
@@ -67,13 +70,25 @@ void printTracedCall(const vexlite::TracedCall& call)
     std::fprintf(stderr, "%s\n", line.toLocal8Bit().constData());
 }
 
+/// Loads a profile whose policy names only what there is: a misspelt name would deny nothing.
+QString loadProfile(const QString& file)
+{
+    QString error = profile::load(file);
+    if (error.isEmpty()) {
+        const QString prefix = QString::fromLatin1("profile \"%1\": ").arg(file);
+        for (const QString& unknown : findUnknownNames())
+            error += (error.isEmpty() ? QString() : QStringLiteral("\n")) + prefix + unknown;
+    }
+    return error;
+}
+
 } // namespace
 
 QString Suite::prepare(const Options& options)
 {
     QString error;
     if (!options.profileFile.isEmpty())
-        error = profile::load(options.profileFile);
+        error = loadProfile(options.profileFile);
     for (const QString& service : options.without) {
         if (error.isEmpty() && !profile::switchOff(service, &error))
             error = QString::fromLatin1("--without: %1").arg(error);
@@ -128,8 +143,14 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     const QString library = options.libraryFile.isEmpty() ? findLibrary() : options.libraryFile;
     if (!suite->loadLibrary(library, error))
         return nullptr;
-    if (options.window)
-        suite->m_window = std::make_unique<PageWindow>(options.script);
+    suite->m_inBrowser = options.browser;
+    if (options.browser && !suite->m_browser.engine(error))
+        return nullptr;
+    suite::setViewMaker([browser = &suite->m_browser](const QString& viewId, engine::ViewHost host) {
+        return browser->makeView(viewId, std::move(host));
+    });
+    if (options.window || options.browser)
+        suite->m_windowTitle = options.script.isNull() ? QLatin1String("") : options.script;
     return suite;
 }
 
@@ -165,6 +186,10 @@ Suite::~Suite()
 {
     krt::kcc::shutdown();
     m_engine.reset();
+    delete m_window;
+    suite::destroyWebWidgets();
+    suite::setViewMaker({});
+    m_browser.stop();
     suite::CloudService::shutDown();
     // Objects that deleteLater() was called for need the library for their destructors.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -173,22 +198,34 @@ Suite::~Suite()
     vexlite::Core::stop();
 }
 
+void Suite::showWindow(const QString& viewId)
+{
+    if (m_windowTitle.isNull())
+        return;
+    delete m_window;
+    m_window = new suite::WebShell(m_windowTitle, viewId);
+    m_window->resize(800, 600);
+    QObject::connect(m_window, &suite::WebShell::closedByUser, qApp, &QCoreApplication::quit);
+    m_window->show();
+}
+
 std::unique_ptr<engine::Page> Suite::openPage(const QStringList& arguments, engine::PageHost host)
 {
-    const profile::Browser facts = profile::current()->browser;
     engine::PageOptions options;
     options.arguments = arguments;
-    options.browser.applicationId = facts.applicationId;
-    options.browser.sessionId = facts.sessionId;
-    options.browser.browserId = QString::fromLatin1("browser-%1").arg(++m_pages);
-    options.browser.window = m_window ? m_window->viewId() : 0;
-    options.browser.grouped = facts.grouped;
+    options.browser = makeBrowserFacts(QString::fromLatin1("browser-%1").arg(++m_pages));
     VEXBrowserTimes& times = options.browser.times;
-    times.creationStart = QDateTime::currentMSecsSinceEpoch();
-    options.browser.groupMark1 = times.creationStart + facts.groupMark1OffsetMs;
-    options.browser.groupMark2 = times.creationStart + facts.groupMark2OffsetMs;
     // Destroyed when the page closes, which ends its plays.
     host.play = [plays = std::make_shared<PagePlays>()](const QString& steps) { return plays->begin(steps); };
+    if (m_inBrowser) {
+        QString error;
+        engine::WebEngine* browser = m_browser.engine(error);
+        std::unique_ptr<engine::Page> page = browser ? browser->openPage(options, std::move(host)) : nullptr;
+        m_browser.expect(options.browser.browserId);
+        showWindow(options.browser.browserId);
+        return page;
+    }
+    showWindow(options.browser.browserId);
     std::unique_ptr<engine::Page> page = m_engine->openPage(options, std::move(host));
     // The page is empty until its script runs, so it has loaded at once.
     times.creationFinish = times.loadStart = times.loadReady = times.loadFinish =

@@ -2,10 +2,12 @@
 #pragma once
 
 #include "host/engine/page.h"
+#include "host/novahost/browser.h"
 #include "host/novahost/options.h"
-#include "host/novahost/pagewindow.h"
+#include "host/suite/web/webshell.h"
 
 #include <QLibrary>
+#include <QPointer>
 
 namespace novahost {
 
@@ -31,11 +33,16 @@ public:
 private:
     Suite() = default;
     bool loadLibrary(const QString& file, QString& error);
+    /// Shows the window of a page that is about to be opened.
+    void showWindow(const QString& viewId);
 
     QLibrary m_library;
     JSMemberInvoke m_notSupported = nullptr;
     std::unique_ptr<engine::ScriptEngine> m_engine;
-    std::unique_ptr<PageWindow> m_window; ///< null without --window
+    QString m_windowTitle;              ///< null without --window
+    QPointer<suite::WebShell> m_window; ///< of the last page; a page may have destroyed it
+    Browser m_browser;
+    bool m_inBrowser = false;
     int m_pages = 0;
 };
 

@@ -122,6 +122,12 @@ static void from_json(const nlohmann::json& from, KMembership& to)
         NLOHMANN_JSON_EXPAND(NLOHMANN_JSON_PASTE(NLOHMANN_JSON_FROM_WITH_DEFAULT, __VA_ARGS__))              \
     }
 
+namespace engine {
+
+PROFILE_ENTRY(PolicyRule, origin, allow, deny)
+
+} // namespace engine
+
 namespace profile {
 
 NLOHMANN_JSON_SERIALIZE_ENUM(DialogMode,
@@ -156,10 +162,11 @@ PROFILE_SECTION(Access, granted)
 PROFILE_SECTION(Cloud, program, uploadBytesPerSecond, closedToUploads, openToUploads)
 PROFILE_SECTION(Language, name, region)
 PROFILE_SECTION(Dpi, scale)
+PROFILE_SECTION(Windows, autoHide)
 PROFILE_SECTION(Log, maxFileSizeKiB, keptFiles)
 PROFILE_SECTION(Browser, applicationId, sessionId, grouped, groupMark1OffsetMs, groupMark2OffsetMs)
 PROFILE_SECTION(Profile, application, installation, directories, product, files, access, dialogs, cloudFiles,
-    account, cloud, language, dpi, log, browser, services)
+    account, cloud, language, dpi, windows, theme, log, browser, policy, services)
 
 namespace {
 
@@ -207,6 +214,15 @@ Current& state()
     return current;
 }
 
+/// Puts a changed copy in the place of the current profile.
+template <typename Change> void change(Change change)
+{
+    std::lock_guard lock(state().mutex);
+    auto changed = std::make_shared<Profile>(*state().profile);
+    change(*changed);
+    state().profile = std::move(changed);
+}
+
 } // namespace
 
 /// Ids that the cloud process would refuse, and with them everybody who is signed in.
@@ -228,6 +244,13 @@ static QStringList findWrongIds(const json& document)
     return errors;
 }
 
+/// Rules that would not do what their author expects.
+static QStringList findWrongRules(const json& document)
+{
+    return engine::findPolicyErrors(
+        document.value("policy", json::array()).get<std::vector<engine::PolicyRule>>());
+}
+
 QString load(const QString& file)
 {
     const QString prefix = QStringLiteral("profile \"%1\": ").arg(file);
@@ -240,7 +263,7 @@ QString load(const QString& file)
 
     Checked checked = parseChecked(text, schema());
     if (checked.errors.isEmpty())
-        checked.errors = findWrongIds(checked.document);
+        checked.errors = findWrongIds(checked.document) + findWrongRules(checked.document);
     if (!checked.errors.isEmpty())
         return prefix + checked.errors.join(QLatin1Char('\n') + prefix);
 
@@ -283,11 +306,13 @@ bool switchOff(const QString& service, QString* error)
                          .arg(service, serviceNames().join(QStringLiteral(", ")));
         return false;
     }
-    std::lock_guard lock(state().mutex);
-    auto changed = std::make_shared<Profile>(*state().profile);
-    changed->services[service] = false;
-    state().profile = std::move(changed);
+    change([&](Profile& profile) { profile.services[service] = false; });
     return true;
+}
+
+void setScale(double scale)
+{
+    change([&](Profile& profile) { profile.dpi.scale = qBound(0.5, scale, 8.0); });
 }
 
 QByteArray schemaText()

@@ -4,6 +4,7 @@
 // struct here, a line in profile.cpp, its keys in profile.schema.json and its values in default_profile.json.
 #pragma once
 
+#include "host/engine/policy.h"
 #include "suite/kaccountsdk.h"
 
 #include <QByteArray>
@@ -118,6 +119,11 @@ struct Dpi {
     double scale = 1; ///< 0.5 to 8; 1 is 96 dots per inch
 };
 
+/// Windows that pages open.
+struct Windows {
+    bool autoHide = true; ///< popups hide when they are no longer active
+};
+
 struct Log {
     int maxFileSizeKiB = 0; ///< 1 to 1048576
     int keptFiles = 0;      ///< rotated files kept beside the current one, 0 to 1000
@@ -145,8 +151,11 @@ struct Profile {
     Cloud cloud;
     Language language;
     Dpi dpi;
+    Windows windows;
+    QMap<QString, QMap<QString, QString>> theme; ///< palette, name of the colour: "#rrggbb"
     Log log;
     Browser browser;
+    std::vector<engine::PolicyRule> policy; ///< without errors, see engine::Policy
     QMap<QString, bool> services;
 };
 
@@ -165,6 +174,9 @@ bool serviceOn(const QString& service);
 /// Disables a service until the next load(). False for an unknown name, with a message in `error` unless that
 /// is null.
 bool switchOff(const QString& service, QString* error);
+
+/// Another display scale, 0.5 to 8, until the next load().
+void setScale(double scale);
 
 /// The JSON Schema that a profile is checked against, and the default profile: JSON in UTF-8.
 QByteArray schemaText();

@@ -21,7 +21,7 @@ public:
     QString SessionId() const override { return m_facts.sessionId; }
     QString BrowserId() const override { return m_facts.browserId; }
     VEXBrowserTimes Times() const override { return m_facts.times; }
-    std::uint32_t Window() const override { return m_facts.window; }
+    std::uint32_t Window() const override;
     IVEXBrowserGroup* Group() const override;
 
 private:

@@ -14,7 +14,10 @@ TEST_P(CommandLine, EndsAsItShould)
 {
     const QTemporaryDir place;
     writeFile(place, "script.js", "console.log(process.argv.slice(2).join());\n");
-    writeFile(place, "profile.json", "{}");
+    writeFile(place, "profile.json",
+        R"({"policy": [{"origin": "https://docs.example", "allow": ["Log"], "deny": ["Log.logInfo"]}]})");
+    writeFile(
+        place, "typo.json", R"({"policy": [{"origin": "*", "allow": ["*"], "deny": ["FileSystem.cpoy"]}]})");
     const Ended ended = novahost(wordsOf(GetParam().given, place));
     const QString& expected = GetParam().expected;
     EXPECT_EQ(ended.code, expected.section(QLatin1Char(' '), 0, 0).toInt()) << ended.errors.toStdString();
@@ -91,6 +94,21 @@ DataIsAFile: --data /etc/passwd eval 1 -> 2 || ^novahost: --data.*/etc/passwd
 LibraryIsNone: --library /etc/passwd eval 1 -> 2 || ^novahost: --library.*/etc/passwd
 LibraryOfSomethingElse: --library OTHER_LIBRARY eval 1 -> 2 || ^novahost: --library .* has no GetNovaExtensionJsApiObj
 Tour: run TOUR -> 0 9007199254740993[\s\S]*not supported\.
+)js")),
+    rowName);
+
+INSTANTIATE_TEST_SUITE_P(WhoMayCall, CommandLine, testing::ValuesIn(rows(R"js(
+Rules: policy --profile PROFILE -> 0 ^policy\[0\]  https://docs\.example\n  allow  Log\n  deny   Log\.logInfo\notherwise  .*\n$
+RulesAsJson: --profile PROFILE policy --json -> 0 ^\[\{"origin":"https://docs.example","allow":\["Log"\],"deny":\["Log.logInfo"\]\}\]\n$
+Allowed: policy explain https://docs.example NovaExtension.Log.logWarning --profile PROFILE -> 0 ^allowed: policy\[0\] for "https://docs\.example": allow\[0\] is "Log"\n$
+DeniedByName: policy explain https://docs.example Log.logInfo --profile PROFILE -> 1 ^denied: policy\[0\] .*: deny\[0\] is "Log\.logInfo"\n$
+DeniedAsJson: policy explain --json https://docs.example FileSystem.copy --profile PROFILE -> 1 "category":"Usual","allowed":false,"rule":0,
+ByDefault: policy explain nova://app FileSystem.copy -> 0 ^allowed: no rule .* pages of the application
+NoOrigin: policy explain null Event.dispatchEvent --profile PROFILE -> 1 ^denied: .*origin of its own
+OriginIsAPage: policy explain https://docs.example/a Log.logInfo -> 2 || ^novahost: ORIGIN: .*has no path
+MemberIsMisspelt: policy explain nova://app Filesystem.cpoy -> 2 || ^novahost: MEMBER: .*"Filesystem\.cpoy"; did you mean FileSystem\.copy\?
+MemberIsAnObject: policy explain nova://app Log -> 2 || ^novahost: MEMBER:
+RuleIsMisspelt: --profile TYPO eval 1 -> 2 || ^novahost: profile ".*typo\.json": policy\[0\]\.deny\[0\]: there is no "FileSystem\.cpoy"; did you mean FileSystem\.copy\?
 )js")),
     rowName);
 

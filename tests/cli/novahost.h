@@ -29,6 +29,7 @@ inline QStringList wordsOf(const QString& line, const QTemporaryDir& place)
     QStringList words = QProcess::splitCommand(line);
     for (const auto& [name, path] : { std::pair("SCRIPT", place.filePath(QStringLiteral("script.js"))),
              std::pair("PROFILE", place.filePath(QStringLiteral("profile.json"))),
+             std::pair("TYPO", place.filePath(QStringLiteral("typo.json"))),
              std::pair("DATA", place.filePath(QStringLiteral("data"))),
              std::pair("TOUR", QStringLiteral(TOUR)),
              std::pair("OTHER_LIBRARY", QStringLiteral(OTHER_LIBRARY)) })

@@ -6,7 +6,7 @@ const show = (/** @type {unknown} */ value) =>
 const same = (a, b) =>
     Object.is(a, b) || (typeof a === "object" && typeof b === "object" && a && b && Array.isArray(a) === Array.isArray(b)
         && Object.keys(a).length === Object.keys(b).length
-        && Object.keys(a).every((key) => Object.hasOwn(b, key) && same(a[key], b[key])));
+        && Object.keys(a).every((key) => Object.prototype.hasOwnProperty.call(b, key) && same(a[key], b[key])));
 const refusal = (/** @type {number} */ code, /** @type {string} */ msg) => ({ refused: true, success: false, code, msg });
 const caught = (/** @type {any} */ error) => {
     if (!(error instanceof Error) || error.message !== /** @type {any} */ (error).msg)

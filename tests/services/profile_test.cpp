@@ -41,6 +41,20 @@ InAListOfObjects: {"dialogs": {"answers": [{"file": "/a"}]}} -> dialogs.answers[
 MissingKey: {"cloudFiles": [{"tab": "cloud"}]} -> cloudFiles[0]: needs "path"
 LongIdOfAUser: {"account": {"users": [{"userId": "a"}, {"userId": "äääääääääääääääääääääääääääääääääääääääää"}]}} -> account.users[1].userId: must be a text of at most 80 bytes without control characters
 IdOfACompanyWithALineFeed: {"account": {"companies": [{"companyId": "a\nb"}]}} -> account.companies[0].companyId: must be a text of at most 80 bytes without control characters
+RuleWithoutAllow: {"policy": [{"origin": "*"}]} -> policy[0]: needs "allow"
+RuleOfAPath: {"policy": [{"origin": "https://a.example/x", "allow": []}]} -> policy[0].origin: an origin has no path; leave out what follows the host and port
+RuleOfAUser: {"policy": [{"origin": "https://a@b.example", "allow": []}]} -> policy[0].origin: an origin has no user name or password
+RuleOfFiles: {"policy": [{"origin": "file:///", "allow": ["*"]}]} -> policy[0].origin: a rule is for https://, http:// or nova://, or for "*"; other pages get nothing
+RuleOfNull: {"policy": [{"origin": "null", "allow": ["*"]}]} -> policy[0].origin: a rule is for https://, http:// or nova://, or for "*"; other pages get nothing
+RuleOfAHostOnly: {"policy": [{"origin": "a.example", "allow": []}]} -> policy[0].origin: an origin is scheme://host or scheme://host:port
+RuleOfPartOfAName: {"policy": [{"origin": "https://*a.example", "allow": []}]} -> policy[0].origin: a "*" stands for whole parts of a name, at its beginning: https://*.docs.example
+RuleBelowAnAddress: {"policy": [{"origin": "https://*.0.0.1", "allow": []}]} -> policy[0].origin: there are no hosts below an address
+RuleOfAnAmbiguousName: {"policy": [{"origin": "https://straße.example", "allow": []}]} -> policy[0].origin: browsers differ about this name; write its host in ASCII, as xn--...
+RuleAtAPortOfTheApplication: {"policy": [{"origin": "nova://app:80", "allow": []}]} -> policy[0].origin: pages of the application have no port
+RuleThatDecidesNothing: {"policy": [{"origin": "https://*.a.example", "allow": ["*"]}, {"origin": "https://B.a.example:443", "allow": []}]} -> policy[1].origin: policy[0] ("https://*.a.example") decides before for all these pages; move this rule in front of it
+RulesBehindEverybody: {"policy": [{"origin": "*", "allow": []}, {"origin": "nova://*", "allow": ["*"]}]} -> policy[1].origin: policy[0] ("*") decides before for all these pages; move this rule in front of it
+RuleOfNoCategory: {"policy": [{"origin": "*", "allow": [], "deny": ["Log", "category:usual"]}]} -> policy[0].deny[1]: there is no category "usual"; use one of None, Read, Write, Usual, SharedRead, SharedWrite, CloudOpen, Launch, CloudRead, CloudWrite, Purchase, CloudRequest, Account, or a mask such as 0x40
+RuleOfNoName: {"policy": [{"origin": "*", "allow": ["NovaExtension.Log"]}]} -> policy[0].allow[0]: must be "*", a name such as "Log" or "FileSystem.copy", or "category:Usual"
 Twice: {"dpi": {}, "dpi": {}} -> dpi: appears twice; keep one of the two
 MissingComma: {
   "dpi": {}

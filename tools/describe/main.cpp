@@ -4,6 +4,7 @@
 #include "framework/factory.h"
 #include "framework/objects.h"
 
+#include <algorithm>
 #include <iostream>
 #include <stdexcept>
 
@@ -135,6 +136,13 @@ Json describeObject(const std::string& name, const char* instance, const MemberL
         { "members", std::move(members) }, { "events", list.documentation().events } };
 }
 
+bool isRegistered(const std::string& name)
+{
+    const auto objects = registeredObjects();
+    return std::any_of(
+        objects.begin(), objects.end(), [&](const RegisteredObject& object) { return object.name == name; });
+}
+
 Json describeObjects()
 {
     Json objects = Json::array();
@@ -145,6 +153,9 @@ Json describeObjects()
             object.name, object.instanceMode == InstanceMode::Shared ? "shared" : "page", list));
         for (const SubObjectClass& made : list.subObjects()) {
             const std::string name = toStdString(made.scriptName).substr(std::size("NovaExtension.") - 1);
+            // Of some objects a page has one of its own besides.
+            if (isRegistered(name))
+                continue;
             handedOut.push_back(describeObject(name, "handed out", made.members()));
         }
     }

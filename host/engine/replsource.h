@@ -4,7 +4,7 @@
 #include <QString>
 #include <functional>
 
-namespace engine::jsc {
+namespace engine {
 
 struct ReplSource {
     /// The global that holds an awaited value while its declaration is evaluated.
@@ -20,4 +20,4 @@ struct ReplSource {
 /// body of a function: their declarations go with it.
 ReplSource planReplSource(const QString& source, const std::function<bool(const QString&)>& compiles);
 
-} // namespace engine::jsc
+} // namespace engine

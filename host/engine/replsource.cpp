@@ -1,8 +1,8 @@
-#include "host/jsc/replsource.h"
+#include "host/engine/replsource.h"
 
 #include <QRegularExpression>
 
-namespace engine::jsc {
+namespace engine {
 
 namespace {
 
@@ -62,4 +62,4 @@ ReplSource planReplSource(const QString& source, const std::function<bool(const 
     return { QStringLiteral("(async () => {") + source + QStringLiteral("\n})()"), {} };
 }
 
-} // namespace engine::jsc
+} // namespace engine

@@ -1,0 +1,117 @@
+#include "host/novahost/browser.h"
+
+#include "host/engine/policy.h"
+#include "host/jsc/syntax.h"
+#include "host/novahost/browserfacts.h"
+#include "host/novahost/output.h"
+#include "host/profile/profile.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QRegularExpression>
+#include <unistd.h>
+
+namespace novahost {
+
+namespace {
+
+constexpr char EngineName[] = "libnovaweb.so";
+
+/// Beside the stand-in's other libraries: in the build tree and the install tree.
+QString findEngine()
+{
+    const QDir programs(QCoreApplication::applicationDirPath());
+    for (const char* place : { "../lib", "../" NOVAHOST_STANDIN_LIBDIR, "." }) {
+        const QString file =
+            programs.filePath(QString::fromLatin1(place) + QLatin1Char('/') + QLatin1String(EngineName));
+        if (QFile::exists(file))
+            return QDir::cleanPath(file);
+    }
+    return {};
+}
+
+} // namespace
+
+Browser::Browser() = default;
+Browser::~Browser() = default;
+
+engine::WebEngine* Browser::engine(QString& error)
+{
+    if (m_engine)
+        return m_engine.get();
+    if (geteuid() == 0 && qEnvironmentVariableIsEmpty("QTWEBENGINE_DISABLE_SANDBOX")) {
+        error = QStringLiteral("the browser engine's sandbox does not work for root; run novahost as another user, or, for "
+                               "pages that you trust, set QTWEBENGINE_DISABLE_SANDBOX=1");
+        return nullptr;
+    }
+    m_library.setFileName(findEngine());
+    const auto make = m_library.fileName().isEmpty()
+        ? nullptr
+        : reinterpret_cast<engine::MakeWebEngine>(m_library.resolve(engine::MakeWebEngineName));
+    if (!make) {
+        error = QStringLiteral("the browser engine can not be loaded: %1")
+                    .arg(m_library.fileName().isEmpty()
+                            ? QStringLiteral("%1 lies neither in ../lib nor beside novahost; build the target novaweb")
+                                  .arg(QLatin1String(EngineName))
+                            : m_library.errorString());
+        return nullptr;
+    }
+    m_engine.reset(make(host()));
+    return m_engine.get();
+}
+
+void Browser::stop()
+{
+    m_engine.reset();
+}
+
+QUrl Browser::pageOf(const QString& viewId) const
+{
+    if (m_expected.contains(viewId))
+        return m_expected[viewId];
+    // Pages choose the identifiers of the windows that they open.
+    static const QRegularExpression name(QStringLiteral("^[A-Za-z0-9_-]{1,100}$"));
+    const QString file = viewId + QStringLiteral(".html");
+    if (m_application.isEmpty() || !name.match(viewId).hasMatch() || !QDir(m_application).exists(file))
+        return {};
+    return QUrl(QStringLiteral("nova://app/") + file);
+}
+
+std::unique_ptr<engine::View> Browser::makeView(const QString& viewId, engine::ViewHost host)
+{
+    if (!m_expected.contains(viewId) && pageOf(viewId).isEmpty())
+        return nullptr;
+    QString error;
+    engine::WebEngine* made = engine(error);
+    if (made)
+        return made->makeView(viewId, std::move(host));
+    fail(Failure, error);
+    return nullptr;
+}
+
+engine::WebEngineHost Browser::host()
+{
+    const auto policy = std::make_shared<engine::Policy>(profile::current()->policy);
+    engine::WebEngineHost host;
+    host.browser = makeBrowserFacts;
+    host.rights = [policy](const QString& origin) {
+        const engine::OriginPolicy own = policy->of(origin);
+        return engine::OriginRights { own.anything(),
+            [own](const QString& tag, const QString& member, std::uint32_t mask) {
+                return own.allows(tag, member, mask);
+            } };
+    };
+    host.directory = [this](const QString& name) {
+        return name == QLatin1String("app") ? m_application : QString();
+    };
+    host.firstPage = [this](const QString& viewId) { return pageOf(viewId); };
+    host.compiles = engine::jsc::compiles;
+    host.console = printLine;
+    host.loaded = [this](const QString& viewId, bool ok) {
+        if (loaded)
+            loaded(viewId, ok);
+    };
+    return host;
+}
+
+} // namespace novahost

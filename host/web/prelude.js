@@ -1,0 +1,775 @@
+// Runs in every document before its own script and gives it NovaExtension, when its origin may have it. It reaches the
+// suite by prompt(), whose default value carries a request and whose result the reply; host/web/wire.h says how they are
+// written. host/engine/pagescript.js comes first, whose rules hold here, too.
+(function () {
+    'use strict';
+    const isOwnFrame = (frame) => indexOf(frame, '    at ', 0) !== 0 || indexOf(frame, 'nova-prelude', 0) >= 0
+        || indexOf(frame, '<anonymous>', 0) >= 0;
+    // Replaced by itself without its quotes, which no text of the page can hold: half of a surrogate pair and a random number.
+    const jsonOf = (value) => {
+        const mark = '\ud800' + random();
+        const text = stringify(value, (key, item) => (typeof item === 'bigint' ? mark + item : item));
+        if (typeof text !== 'string')
+            return text;
+        const quoted = slice(stringify(mark), 0, -1);
+        let plain = '';
+        let from = 0;
+        for (let at = indexOf(text, quoted, 0); at >= 0; at = indexOf(text, quoted, from)) {
+            const end = indexOf(text, '"', at + quoted.length);
+            plain = plain + slice(text, from, at) + slice(text, at + quoted.length, end);
+            from = end + 1;
+        }
+        return plain + slice(text, from);
+    };
+@PAGE_SCRIPT@
+    const ask = prompt;
+    const later = setTimeout;
+    const { setPrototypeOf } = Object;
+    const { parse } = JSON;
+    const { random } = Math;
+    const { fromCharCode } = String;
+    const { iterator } = Symbol;
+    const PromiseType = Promise;
+    const WeakRefType = WeakRef;
+    const indirectEval = eval;
+    const encodeName = encodeURI;
+    const BigIntType = BigInt;
+    const RequestType = XMLHttpRequest;
+    const open = uncurry(XMLHttpRequest.prototype.open);
+    const send = uncurry(XMLHttpRequest.prototype.send);
+    const listen = uncurry(EventTarget.prototype.addEventListener);
+    const functionText = uncurry(Function.prototype.toString);
+    const split = String.prototype.split;
+    const joinList = Array.prototype.join;
+    const mapGet = uncurry(Map.prototype.get);
+    const mapSet = uncurry(Map.prototype.set);
+    const mapDelete = uncurry(Map.prototype.delete);
+    const setHas = uncurry(Set.prototype.has);
+    const setAdd = uncurry(Set.prototype.add);
+    const setDelete = uncurry(Set.prototype.delete);
+    const deref = uncurry(WeakRef.prototype.deref);
+    const register = uncurry(FinalizationRegistry.prototype.register);
+    const SetType = Set;
+    const stringPrototype = String.prototype;
+    const splitSymbol = Symbol.split;
+
+    const operationFailed = 3;
+    const wrongArgument = 1;
+    let frame = ''; // the name that the suite has given to this document; empty: it has none any more
+
+    // --- Requests and replies ------------------------------------------------------------------------------------
+
+    // A zero ends a text on its way, so it is replaced by a character that the text does not have.
+    const replaceUnit = (text, unit, by) => {
+        if (getOwnPropertyDescriptor(stringPrototype, splitSymbol) === undefined
+            && getOwnPropertyDescriptor(objectPrototype, splitSymbol) === undefined)
+            return apply(joinList, apply(split, text, [unit]), [by]);
+        let made = '';
+        let from = 0;
+        for (let at = indexOf(text, unit, 0); at >= 0; at = indexOf(text, unit, from)) {
+            made = made + slice(text, from, at) + by;
+            from = at + 1;
+        }
+        return made + slice(text, from);
+    };
+    const withoutZeros = (text) => {
+        if (indexOf(text, '\0', 0) < 0)
+            return '0' + text;
+        for (let code = 0xe000; ; ++code) {
+            const stand = fromCharCode(code);
+            if (indexOf(text, stand, 0) < 0)
+                return '1' + stand + replaceUnit(text, '\0', stand);
+        }
+    };
+
+    // Reads a reply from its beginning.
+    const readerOf = (reply) => (reply[0] === '1'
+        ? { text: replaceUnit(slice(reply, 2), reply[1], '\0'), at: 0 }
+        : { text: reply, at: 1 });
+    // A natural number or 0, with the semicolon after it.
+    const nextCount = (reader) => {
+        const { text } = reader;
+        let count = 0;
+        for (let at = reader.at; ; ++at) {
+            const unit = text[at];
+            if (unit === ';') {
+                reader.at = at + 1;
+                return count;
+            }
+            count = count * 10 + +unit;
+        }
+    };
+    const nextWord = (reader) => {
+        const end = indexOf(reader.text, ';', reader.at);
+        const word = slice(reader.text, reader.at, end);
+        reader.at = end + 1;
+        return word;
+    };
+    const nextText = (reader) => {
+        const count = nextCount(reader);
+        const text = slice(reader.text, reader.at, reader.at + count);
+        reader.at += count;
+        return text;
+    };
+
+    // Sends a request, does what the suite had for this document until then, and returns a reader of what the request itself
+    // is answered; undefined when there is nobody, as for a document that is going away.
+    const transact = (request) => {
+        const reply = ask('nova', withoutZeros(request));
+        if (typeof reply !== 'string' || reply === '')
+            return undefined;
+        const reader = readerOf(reply);
+        for (let count = nextCount(reader); count > 0; --count)
+            readClass(reader);
+        for (let count = nextCount(reader); count > 0; --count)
+            performMessage(reader);
+        return reader;
+    };
+
+    // --- Values to the suite -------------------------------------------------------------------------------------
+
+    const maximumValues = 1000000;
+    const maximumTextBytes = 268435456;
+    const maximumDepth = 1000;
+    const maximumPath = 200;
+    const maximumPathKey = 40;
+    const nearCount = 8;
+    const maximumInt64 = BigInt('9223372036854775807');
+    const minimumInt64 = BigInt('-9223372036854775808');
+
+    const functionIds = new WeakMap();
+    const functions = new Map(); // by id: {callee, uses}; held while the suite keeps them
+    let lastFunction = 0;
+
+    const wrapperRecords = new WeakMap(); // by wrapper: {id, made}
+
+    const refuse = (writer, problem) => {
+        writer.problem = problem;
+        return false;
+    };
+    const refuseThrown = (writer, error) => refuse(writer, 'reading it threw: ' + describeError(error)[0]);
+    const takeText = (writer, units) => {
+        writer.bytes += units * 2;
+        return writer.bytes <= maximumTextBytes || refuse(writer, 'more than 256 MB of text in one call');
+    };
+    const isLetter = (unit) => (unit >= 'a' && unit <= 'z') || (unit >= 'A' && unit <= 'Z') || unit === '_' || unit === '$'
+        || unit > '\x7f';
+    const isIdentifier = (key) => {
+        for (let i = 0; i < key.length; ++i) {
+            if (!isLetter(key[i]) && !(i > 0 && key[i] >= '0' && key[i] <= '9'))
+                return false;
+        }
+        return key !== '';
+    };
+    const formatStep = (key) => {
+        if (key.length > maximumPathKey)
+            return '["' + slice(key, 0, maximumPathKey) + '..."]';
+        return isIdentifier(key) ? '.' + key : '["' + key + '"]';
+    };
+    // An error is returned from the innermost value outwards, so the path grows at the front and is cut at the end.
+    const prependPath = (writer, step) => {
+        writer.path = step + writer.path;
+        if (writer.path.length > maximumPath) {
+            writer.path = slice(writer.path, 0, maximumPath);
+            writer.isCut = true;
+        }
+        return false;
+    };
+    const problemOf = (writer) => {
+        if (writer.path === '')
+            return writer.problem;
+        const path = writer.path[0] === '.' ? slice(writer.path, 1) : writer.path;
+        return writer.problem + ' (at ' + path + (writer.isCut ? '...' : '') + ')';
+    };
+
+    // Built-in prototypes by class: objects that inherit from one are no plain data.
+    const kinds = new Map();
+    const addKind = (name, prototype) => {
+        if (isObject(prototype) && prototype !== objectPrototype)
+            mapSet(kinds, prototype, name);
+    };
+    for (const name of ['AggregateError', 'Array', 'ArrayBuffer', 'BigInt', 'BigInt64Array', 'BigUint64Array', 'Boolean',
+        'DataView', 'Date', 'Error', 'EvalError', 'FinalizationRegistry', 'Float32Array', 'Float64Array', 'Function',
+        'Int16Array', 'Int32Array', 'Int8Array', 'Map', 'Number', 'Promise', 'RangeError', 'ReferenceError', 'RegExp', 'Set',
+        'SharedArrayBuffer', 'String', 'Symbol', 'SyntaxError', 'TypeError', 'URIError', 'Uint16Array', 'Uint32Array',
+        'Uint8Array', 'Uint8ClampedArray', 'WeakMap', 'WeakRef', 'WeakSet'])
+        addKind(name, globalThis[name]?.prototype);
+    for (const space of ['Intl', 'WebAssembly']) {
+        for (const name of Object.getOwnPropertyNames(globalThis[space] ?? {}))
+            addKind(space + '.' + name, globalThis[space][name]?.prototype);
+    }
+    addKind('TypedArray', getPrototypeOf(Uint8Array.prototype));
+    addKind('Generator', getPrototypeOf(function* () {}.prototype));
+    addKind('AsyncGenerator', getPrototypeOf(async function* () {}.prototype));
+    addKind('Iterator', getPrototypeOf(getPrototypeOf([][iterator]())));
+
+    const withArticle = (kind) => (indexOf('AEIO', kind[0], 0) >= 0 ? 'an ' : 'a ') + kind;
+    // The class of a prototype when it is one of the browser's (a Blob, an Element) or another document's.
+    const nativeKind = (prototype) => {
+        const maker = getOwnPropertyDescriptor(prototype, 'constructor')?.value;
+        if (typeof maker !== 'function' || indexOf(functionText(maker), '[native code]', 0) < 0)
+            return '';
+        const name = getOwnPropertyDescriptor(maker, 'name')?.value;
+        return typeof name === 'string' && name !== 'Object' ? name : '';
+    };
+    const isPlainData = (writer, object) => {
+        let one = object;
+        for (let i = 0; i < maximumDepth; ++i) {
+            const next = getPrototypeOf(one);
+            if (next === objectPrototype || next === null)
+                return true;
+            const kind = mapGet(kinds, next) || nativeKind(next);
+            if (kind)
+                return refuse(writer, withArticle(kind) + ' can not be passed');
+            one = next;
+        }
+        return refuse(writer, 'an object with too many prototypes can not be passed');
+    };
+
+    const enter = (writer, object, depth) => {
+        if (depth >= maximumDepth)
+            return refuse(writer, 'nested deeper than 1000');
+        for (let i = 0; i < depth && i < nearCount; ++i) {
+            if (writer.near[i] === object)
+                return refuse(writer, 'a cycle can not be passed');
+        }
+        if (depth < nearCount) {
+            writer.near[depth] = object;
+            return true;
+        }
+        writer.deep = writer.deep ?? new SetType();
+        if (setHas(writer.deep, object))
+            return refuse(writer, 'a cycle can not be passed');
+        setAdd(writer.deep, object);
+        return true;
+    };
+    const leave = (writer, object, depth) => {
+        if (depth >= nearCount)
+            setDelete(writer.deep, object);
+    };
+
+    const writeArray = (writer, array, depth) => {
+        const { length } = array;
+        if (!(length <= maximumValues - writer.values))
+            return refuse(writer, 'more than 1000000 values in one call');
+        writer.out += 'a' + length + ';';
+        for (let i = 0; i < length; ++i) {
+            let item;
+            try {
+                item = array[i];
+            } catch (error) {
+                refuseThrown(writer, error);
+                return prependPath(writer, '[' + i + ']');
+            }
+            if (!writeValue(writer, item, depth + 1))
+                return prependPath(writer, '[' + i + ']');
+        }
+        return true;
+    };
+    const writeObject = (writer, object, depth) => {
+        let names;
+        try {
+            names = keys(object);
+            if (!isPlainData(writer, object))
+                return false;
+        } catch (error) {
+            return refuseThrown(writer, error);
+        }
+        if (names.length > maximumValues - writer.values)
+            return refuse(writer, 'more than 1000000 values in one call');
+        writer.out += 'o' + names.length + ';';
+        for (let i = 0; i < names.length; ++i) {
+            const name = names[i];
+            let item;
+            let isRead = takeText(writer, name.length);
+            try {
+                item = object[name];
+            } catch (error) {
+                isRead = refuseThrown(writer, error);
+            }
+            writer.out += name.length + ';' + name;
+            if (!isRead || !writeValue(writer, item, depth + 1))
+                return prependPath(writer, formatStep(name));
+        }
+        return true;
+    };
+    const writeFunction = (writer, callee) => {
+        let id = weakGet(functionIds, callee);
+        if (id === undefined) {
+            id = ++lastFunction;
+            weakSet(functionIds, callee, id);
+        }
+        const record = mapGet(functions, id);
+        if (record)
+            ++record.uses;
+        else
+            mapSet(functions, id, { __proto__: null, callee, uses: 1 });
+        writer.sent = { __proto__: null, id, next: writer.sent };
+        writer.out += 'F' + id + ';';
+        return true;
+    };
+    const dropFunction = (id, uses) => {
+        const record = mapGet(functions, id);
+        if (record && (record.uses -= uses) <= 0)
+            mapDelete(functions, id);
+    };
+    const writeValue = (writer, value, depth) => {
+        if (++writer.values > maximumValues)
+            return refuse(writer, 'more than 1000000 values in one call');
+        switch (typeof value) {
+        case 'undefined':
+            writer.out += 'u';
+            return true;
+        case 'boolean':
+            writer.out += value ? 't' : 'f';
+            return true;
+        case 'number':
+            writer.out += 'd' + (value === 0 && 1 / value < 0 ? '-0' : value) + ';';
+            return true;
+        case 'string':
+            if (!takeText(writer, value.length))
+                return false;
+            writer.out += 's' + value.length + ';' + value;
+            return true;
+        case 'bigint':
+            if (value > maximumInt64 || value < minimumInt64)
+                return refuse(writer, 'a BigInt of more than 64 bits can not be passed');
+            writer.out += 'b' + value + ';';
+            return true;
+        case 'symbol':
+            return refuse(writer, 'a symbol can not be passed');
+        }
+        if (value === null) {
+            writer.out += 'n';
+            return true;
+        }
+        const record = weakGet(wrapperRecords, value);
+        if (record) {
+            writer.out += 'h' + record.id + ';';
+            return true;
+        }
+        if (typeof value === 'function')
+            return writeFunction(writer, value);
+        if (!enter(writer, value, depth))
+            return false;
+        const done = isArray(value) ? writeArray(writer, value, depth) : writeObject(writer, value, depth);
+        leave(writer, value, depth);
+        return done;
+    };
+    const makeWriter = (out) => (
+        { __proto__: null, out, values: 0, bytes: 0, problem: '', path: '', isCut: false, near: [], deep: undefined, sent: undefined });
+    const takeBack = (writer) => {
+        for (let { sent } = writer; sent; sent = sent.next)
+            dropFunction(sent.id, 1);
+    };
+
+    // --- Values from the suite -----------------------------------------------------------------------------------
+
+    const readValue = (reader) => {
+        switch (reader.text[reader.at++]) {
+        case 'n':
+            return null;
+        case 't':
+            return true;
+        case 'f':
+            return false;
+        case 'd':
+            return toNumber(nextWord(reader));
+        case 'b':
+            return BigIntType(nextWord(reader));
+        case 's':
+            return nextText(reader);
+        case 'j':
+            return parse(nextText(reader));
+        case 'e': {
+            const data = readValue(reader);
+            return { data, success: true };
+        }
+        case 'a': {
+            const list = [];
+            const count = nextCount(reader);
+            for (let i = 0; i < count; ++i)
+                define(list, i, readValue(reader), true);
+            return list;
+        }
+        case 'o': {
+            const object = {};
+            for (let count = nextCount(reader); count > 0; --count) {
+                const name = nextText(reader);
+                define(object, name, readValue(reader), true);
+            }
+            return object;
+        }
+        case 'F':
+            return mapGet(functions, nextCount(reader))?.callee;
+        case 'h': {
+            const id = nextCount(reader);
+            return wrap(id, nextCount(reader));
+        }
+        case 'p':
+            return promiseOf(nextCount(reader)).promise;
+        default:
+            return undefined;
+        }
+    };
+
+    // --- Native objects ------------------------------------------------------------------------------------------
+
+    const classes = new Map(); // by id: {id, prototype}
+    const wrappers = new Map(); // by id of the object: {ref, id, seen}
+    const collected = new FinalizationRegistry((entry) => {
+        if (mapGet(wrappers, entry.id) === entry)
+            mapDelete(wrappers, entry.id);
+        transact('R' + frame + ';' + entry.id + ';' + entry.seen + ';');
+    });
+    const wrap = (id, classId) => {
+        const known = mapGet(wrappers, id);
+        const alive = known && deref(known.ref);
+        if (alive) {
+            ++known.seen;
+            return alive;
+        }
+        const made = { __proto__: mapGet(classes, classId).prototype };
+        const entry = { __proto__: null, id, seen: 1, ref: new WeakRefType(made) };
+        mapSet(wrappers, id, entry);
+        weakSet(wrapperRecords, made, { __proto__: null, id, classId });
+        register(collected, made, entry);
+        return made;
+    };
+
+    // An object stays the value of a property, with all that the page puts on it, as long as the owner is there.
+    const values = new WeakMap();
+    const keepValue = (owner, name, value) => {
+        let kept = weakGet(values, owner);
+        if (!kept) {
+            kept = { __proto__: null };
+            weakSet(values, owner, kept);
+        }
+        kept[name] = value;
+    };
+
+    // What a member returns or throws.
+    const result = (reader) => {
+        if (!reader)
+            throw makeError(false, operationFailed, 'the page has been closed');
+        switch (reader.text[reader.at++]) {
+        case 'r':
+            return readValue(reader);
+        case 't': {
+            const failure = readValue(reader);
+            throw isObject(failure) ? errorFromObject(failure) : makeError(false, operationFailed, toText(failure));
+        }
+        case 'w':
+            return result(waitFor(nextWord(reader)));
+        case 'y':
+            throw makeTypeError(nextText(reader));
+        default:
+            throw makeError(false, operationFailed, 'the page has been closed');
+        }
+    };
+    // Waits for a member that shows a dialog while other pages go on: the request ends when the dialog has ended.
+    const waitFor = (ticket) => {
+        const request = new RequestType();
+        try {
+            open(request, 'GET', 'nova-bridge://wait/' + frame + '/' + ticket, false);
+            send(request);
+        } catch {
+            // It was ended from outside; what there is of the result can be had.
+        }
+        return transact('T' + frame + ';' + ticket + ';');
+    };
+    const invoke = (self, classId, member, given) => {
+        const record = isObject(self) ? weakGet(wrapperRecords, self) : undefined;
+        if (!record || record.classId !== classId)
+            throw makeTypeError('Illegal invocation');
+        if (given.length > 255)
+            throw makeError(false, wrongArgument, 'more than 255 arguments');
+        const writer = makeWriter('C' + frame + ';' + record.id + ';' + member + ';' + given.length + ';');
+        let done = 0;
+        try {
+            while (done < given.length && writeValue(writer, given[done], 0))
+                ++done;
+        } catch (error) {
+            takeBack(writer);
+            throw error; // the stack is short
+        }
+        if (done < given.length) {
+            takeBack(writer);
+            throw makeError(false, wrongArgument, 'argument ' + (done + 1) + ': ' + problemOf(writer));
+        }
+        return result(transact(writer.out));
+    };
+    const makeMethod = (classId, member, name) => {
+        const holder = {
+            [name](...given) {
+                /* [native code] */
+                return invoke(this, classId, member, given);
+            },
+        };
+        return holder[name];
+    };
+    const makeGetter = (classId, member, name) => function () {
+        /* [native code] */
+        const value = invoke(this, classId, member, []);
+        if (isObject(value) && weakGet(wrapperRecords, value))
+            keepValue(this, name, value);
+        return value;
+    };
+    const readClass = (reader) => {
+        const id = nextCount(reader);
+        const tag = nextText(reader);
+        const prototype = {};
+        for (let count = nextCount(reader); count > 0; --count) {
+            const isProperty = reader.text[reader.at++] === 'g';
+            const member = nextCount(reader);
+            const name = nextText(reader);
+            if (isProperty)
+                defineProperty(prototype, name,
+                    { __proto__: null, get: makeGetter(id, member, name), enumerable: true, configurable: true });
+            else
+                define(prototype, name, makeMethod(id, member, name), true);
+        }
+        defineProperty(prototype, tagSymbol, { __proto__: null, value: tag, configurable: true });
+        mapSet(classes, id, { __proto__: null, prototype });
+    };
+    // NovaExtension: every object is bound at its first access and is a plain property from then on.
+    const makeRoot = (reader) => {
+        const root = {};
+        for (let count = nextCount(reader); count > 0; --count) {
+            const name = nextText(reader);
+            const get = () => {
+                const bound = result(transact('B' + frame + ';' + name));
+                if (getOwnPropertyDescriptor(root, name)?.configurable)
+                    define(root, name, bound, true);
+                keepValue(root, name, bound);
+                return bound;
+            };
+            defineProperty(root, name, { __proto__: null, get, enumerable: true, configurable: true });
+        }
+        defineProperty(root, tagSymbol, { __proto__: null, value: 'NovaExtension', configurable: true });
+        define(globalThis, 'NovaExtension', root, false);
+    };
+
+    // --- What the suite has for the page -------------------------------------------------------------------------
+
+    const promises = new Map(); // by id: {promise, resolve, reject}
+    const promiseOf = (id) => {
+        let record = mapGet(promises, id);
+        if (!record) {
+            record = { __proto__: null, promise: undefined, settle: undefined, isReleased: false };
+            record.promise = new PromiseType((resolve, reject) => {
+                record.settle = { __proto__: null, resolve, reject };
+            });
+            mapSet(promises, id, record);
+        }
+        return record;
+    };
+    const settlePromise = (reader) => {
+        const id = nextCount(reader);
+        const record = promiseOf(id);
+        const { settle } = record;
+        const isResolved = reader.text[reader.at++] === 'r';
+        const value = readValue(reader);
+        record.settle = undefined;
+        if (record.isReleased)
+            mapDelete(promises, id);
+        if (settle && isResolved)
+            settle.resolve(value);
+        else if (settle)
+            settle.reject(isObject(value) ? errorFromObject(value) : makeError(false, operationFailed, toText(value)));
+    };
+    const releasePromise = (id) => {
+        const record = mapGet(promises, id);
+        if (!record)
+            return;
+        record.isReleased = true;
+        if (!record.settle)
+            mapDelete(promises, id);
+    };
+    const callFunction = (reader) => {
+        const id = nextCount(reader);
+        const given = [];
+        const count = nextCount(reader);
+        for (let i = 0; i < count; ++i)
+            define(given, i, readValue(reader), true);
+        const record = mapGet(functions, id);
+        if (!record)
+            return;
+        try {
+            apply(record.callee, undefined, given);
+        } catch (error) {
+            reportError(error);
+        }
+    };
+    const performMessage = (reader) => {
+        switch (reader.text[reader.at++]) {
+        case 'f':
+            return callFunction(reader);
+        case 's':
+            return settlePromise(reader);
+        case 'p':
+            return releasePromise(nextCount(reader));
+        case 'd': {
+            const id = nextCount(reader);
+            return dropFunction(id, nextCount(reader));
+        }
+        case 'v': {
+            const ticket = nextCount(reader);
+            const isExpression = reader.text[reader.at++] === 'e';
+            const fileName = nextText(reader);
+            return runSource(ticket, isExpression, fileName, nextText(reader));
+        }
+        }
+    };
+    const wake = () => {
+        if (frame !== '')
+            transact('P' + frame + ';');
+    };
+
+    // A request that ends when the document does, by which the suite knows of that; it is answered to wake the document.
+    const holdLine = () => {
+        const request = new RequestType();
+        const again = () => {
+            if (transact('P' + frame + ';'))
+                holdLine();
+        };
+        const soon = () => later(again, 100);
+        listen(request, 'load', again);
+        listen(request, 'error', soon);
+        listen(request, 'abort', soon);
+        open(request, 'GET', 'nova-bridge://line/' + frame + '/' + random(), true);
+        send(request);
+    };
+
+    // --- Scripts that the suite runs -----------------------------------------------------------------------------
+
+    const report = (what, ...parts) => {
+        let request = 'E' + frame + ';' + what;
+        for (let i = 0; i < parts.length; ++i)
+            request += parts[i].length + ';' + parts[i];
+        return transact(request);
+    };
+    let isScripted = false;
+    const native = {
+        __proto__: null,
+        finish: (ticket, ok, text, json, stack, code) =>
+            report('f', '' + ticket, ok ? '1' : '', text, json, stack, code === undefined ? '' : '' + code),
+        uncaught: (text, stack, code) => {
+            if (isScripted)
+                report('u', text, stack, code === undefined ? '' : '' + code);
+            else
+                showError('Uncaught ' + text + (stack === '' ? '' : '\n' + stack));
+        },
+    };
+    const consoleObject = console;
+    const consoleError = console.error;
+    const showError = (text) => apply(consoleError, consoleObject, [text]);
+
+    // Runs a script as one of the document's own, whose errors the document may see, and returns what it gives to
+    // __novaTake().
+    const runInDocument = (source) => {
+        let taken;
+        define(globalThis, '__novaTake', (value) => { taken = value; }, false);
+        const element = document.createElement('script');
+        element.textContent = source;
+        (document.head ?? document.documentElement).appendChild(element).remove();
+        delete globalThis.__novaTake;
+        return taken;
+    };
+    // Where a syntax error is can only be had from the event of a script that the document loads.
+    let placing; // {address, line}
+    const placeSyntaxError = (error, source, fileName) => new PromiseType((resolve) => {
+        const element = document.createElement('script');
+        placing = { address: URL.createObjectURL(new Blob([source])), line: undefined };
+        element.onload = element.onerror = () => {
+            define(error, 'sourceURL', fileName, false);
+            define(error, 'line', placing.line, false);
+            URL.revokeObjectURL(placing.address);
+            placing = undefined;
+            element.remove();
+            resolve();
+        };
+        element.src = placing.address;
+        (document.head ?? document.documentElement).appendChild(element);
+    });
+    const failWithPlace = async (ticket, error, source, fileName) => {
+        if (isError(error) && isPrototypeOf(syntaxErrorPrototype, error))
+            await placeSyntaxError(error, source, fileName);
+        fail(ticket, error);
+    };
+    const runSource = (ticket, isExpression, fileName, source) => {
+        const end = '\n//# sourceURL=' + encodeName(fileName);
+        // All on the first line of the source, so that line numbers stay right.
+        const body = 'async function () {' + source + '\n}';
+        let value;
+        try {
+            if (isExpression) {
+                value = runInDocument('__novaTake((source) => eval(source))')(source + end);
+            } else {
+                // Checked as a method as well: source that closes one of the two wrappers, "}); ... (function () {", is a
+                // syntax error in the other.
+                indirectEval('({ async run() {' + source + '\n}})');
+                indirectEval('(' + body + ')');
+                value = runInDocument('__novaTake(' + body + ')' + end);
+            }
+        } catch (error) {
+            failWithPlace(ticket, error, isExpression ? source : '(' + body + ')', fileName);
+            return;
+        }
+        if (isExpression)
+            settle(ticket, value);
+        else
+            run(ticket, value);
+    };
+    const setUpScript = (reader) => {
+        isScripted = true;
+        const argv = [];
+        for (let count = nextCount(reader); count > 0; --count)
+            argv[argv.length] = nextText(reader);
+        const printer = (isError) => function (...given) {
+            report('p', isError ? '1' : '', consoleLine(given));
+        };
+        for (const name of ['log', 'info', 'debug'])
+            define(console, name, printer(false), true);
+        for (const name of ['warn', 'error'])
+            define(console, name, printer(true), true);
+        define(globalThis, 'exit', function exit(code = 0) {
+            if (!isInteger(code) || code < 0 || code > 255)
+                throw makeTypeError('exit: the code must be an integer from 0 to 255');
+            report('x', '' + code);
+        }, false);
+        const play = function play(steps) {
+            if (typeof steps !== 'string')
+                throw makeTypeError('process.play: a text is expected');
+            const reader = report('s', steps);
+            if (reader && reader.text[reader.at++] === 't')
+                throw errorFromObject(readValue(reader));
+        };
+        define(globalThis, 'process', { argv, play }, false);
+        addEventListener('error', (event) => {
+            event.preventDefault();
+            if (placing && event.filename === placing.address)
+                placing.line = event.lineno;
+            else
+                reportError(event.error);
+        });
+        addEventListener('unhandledrejection', (event) => {
+            event.preventDefault();
+            reportError(event.reason);
+        });
+    };
+
+    // --- The beginning -------------------------------------------------------------------------------------------
+
+    const reader = transact('H' + (self === top ? 't' : 's'));
+    if (!reader || reader.text[reader.at++] !== 'k')
+        return;
+    frame = nextWord(reader);
+    const isScript = reader.text[reader.at++] === 's';
+    makeRoot(reader);
+    if (isScript)
+        setUpScript(reader);
+    defineProperty(globalThis, '__novaWake', { __proto__: null, value: wake });
+    holdLine();
+})();
+//# sourceURL=nova-prelude

@@ -1,0 +1,91 @@
+#include "host/web/schemes.h"
+
+#include "host/web/replies.h"
+#include "host/web/webpage.h"
+
+#include <QBuffer>
+#include <QFileInfo>
+#include <QMimeDatabase>
+#include <QWebEngineUrlRequestJob>
+#include <QWebEngineUrlScheme>
+
+namespace engine::web {
+
+namespace {
+
+/// What browsers refuse to run as a script under another type is not left to the types that this machine knows.
+QByteArray contentTypeOf(const QFileInfo& file)
+{
+    static const QHash<QString, QByteArray> known {
+        { QStringLiteral("css"), "text/css;charset=utf-8" },
+        { QStringLiteral("htm"), "text/html;charset=utf-8" },
+        { QStringLiteral("html"), "text/html;charset=utf-8" },
+        { QStringLiteral("js"), "text/javascript;charset=utf-8" },
+        { QStringLiteral("json"), "application/json;charset=utf-8" },
+        { QStringLiteral("mjs"), "text/javascript;charset=utf-8" },
+        { QStringLiteral("svg"), "image/svg+xml;charset=utf-8" },
+        { QStringLiteral("txt"), "text/plain;charset=utf-8" },
+        { QStringLiteral("wasm"), "application/wasm" },
+    };
+    const QByteArray type = known.value(file.suffix().toLower());
+    return type.isEmpty() ? QMimeDatabase().mimeTypeForFile(file).name().toLatin1() : type;
+}
+
+} // namespace
+
+void replyWith(QWebEngineUrlRequestJob& job, const QByteArray& contentType, const QByteArray& content)
+{
+    auto* buffer = new QBuffer(&job);
+    buffer->setData(content);
+    buffer->open(QIODevice::ReadOnly);
+    job.reply(contentType, buffer);
+}
+
+void registerSchemes()
+{
+    QWebEngineUrlScheme files("nova");
+    files.setSyntax(QWebEngineUrlScheme::Syntax::Host);
+    files.setFlags(QWebEngineUrlScheme::SecureScheme | QWebEngineUrlScheme::CorsEnabled);
+    QWebEngineUrlScheme::registerScheme(files);
+    QWebEngineUrlScheme bridge("nova-bridge");
+    bridge.setSyntax(QWebEngineUrlScheme::Syntax::Host);
+    bridge.setFlags(QWebEngineUrlScheme::SecureScheme | QWebEngineUrlScheme::CorsEnabled
+        | QWebEngineUrlScheme::ContentSecurityPolicyIgnored);
+    QWebEngineUrlScheme::registerScheme(bridge);
+}
+
+void FilesHandler::requestStarted(QWebEngineUrlRequestJob* job)
+{
+    const QUrl url = job->requestUrl();
+    if (job->requestMethod() != "GET")
+        return job->fail(QWebEngineUrlRequestJob::RequestDenied);
+    if (url.host() == QLatin1String("script"))
+        return replyWith(*job, "text/html;charset=utf-8", "<!doctype html><title>script</title>");
+    const QString directory = m_directory(url.host());
+    if (directory.isEmpty())
+        return job->fail(QWebEngineUrlRequestJob::UrlNotFound);
+    const QString root = QFileInfo(directory).canonicalFilePath();
+    QString path = root + url.path(QUrl::FullyDecoded);
+    if (path.endsWith(QLatin1Char('/')))
+        path += QStringLiteral("index.html");
+    const QFileInfo info(QFileInfo(path).canonicalFilePath());
+    const bool isInside = info.filePath().startsWith(root + QLatin1Char('/')) || root == QLatin1String("/");
+    // Only files: a pipe or a device would never end.
+    if (root.isEmpty() || !isInside || !info.isFile())
+        return job->fail(QWebEngineUrlRequestJob::UrlNotFound);
+    auto* file = new QFile(info.filePath(), job);
+    if (!file->open(QIODevice::ReadOnly))
+        return job->fail(QWebEngineUrlRequestJob::RequestDenied);
+    job->reply(contentTypeOf(info), file);
+}
+
+void BridgeHandler::requestStarted(QWebEngineUrlRequestJob* job)
+{
+    const QUrl url = job->requestUrl();
+    const QStringList path = url.path().split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    Bridge* bridge = path.isEmpty() ? nullptr : m_find(path.first());
+    if (!bridge || !bridge->hold(originOf(job->initiator()), url.host(), path, job))
+        job->fail(QWebEngineUrlRequestJob::RequestDenied);
+}
+
+} // namespace engine::web

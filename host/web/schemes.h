@@ -1,0 +1,41 @@
+// The schemes: nova://HOST/ serves the application's pages from directories, nova-bridge:// holds requests of the bridge.
+#pragma once
+
+#include "host/engine/webengine.h"
+#include "host/web/bridge.h"
+
+#include <QWebEngineUrlSchemeHandler>
+
+namespace engine::web {
+
+/// Makes the schemes known. Before the browser engine starts.
+void registerSchemes();
+
+/// Serves files. A page sees what lies in its host's directory, wherever links lead; an address without a file name stands
+/// for index.html. nova://script/ is an empty document.
+class FilesHandler final : public QWebEngineUrlSchemeHandler {
+public:
+    explicit FilesHandler(std::function<QString(const QString& host)> directory)
+        : m_directory(std::move(directory))
+    {
+    }
+    void requestStarted(QWebEngineUrlRequestJob* job) override;
+
+private:
+    std::function<QString(const QString& host)> m_directory;
+};
+
+/// Finds the bridge of the document for nova-bridge://KIND/FRAME/NUMBER.
+class BridgeHandler final : public QWebEngineUrlSchemeHandler {
+public:
+    explicit BridgeHandler(std::function<Bridge*(const QString& frame)> find)
+        : m_find(std::move(find))
+    {
+    }
+    void requestStarted(QWebEngineUrlRequestJob* job) override;
+
+private:
+    std::function<Bridge*(const QString& frame)> m_find;
+};
+
+} // namespace engine::web

@@ -1,0 +1,82 @@
+#include "host/web/scriptpage.h"
+
+#include "host/engine/replsource.h"
+
+namespace engine::web {
+
+ScriptPage::ScriptPage(
+    PageOptions options, PageHost host, Compiles compiles, std::function<void()> gone)
+    : m_options(std::move(options))
+    , m_host(std::move(host))
+    , m_compiles(std::move(compiles))
+    , m_gone(std::move(gone))
+{
+}
+
+ScriptPage::~ScriptPage()
+{
+    close();
+    m_gone();
+}
+
+void ScriptPage::attach(Frame& frame)
+{
+    m_frame = frame.weak_from_this();
+    frame.setScript(m_host, m_options.arguments);
+    frame.finished = [this](int ticket, const Outcome& outcome) { finish(ticket, outcome); };
+    for (Work& work : std::exchange(m_later, {}))
+        begin(std::move(work));
+}
+
+JSContextEnv ScriptPage::context() const
+{
+    const std::shared_ptr<Frame> frame = m_frame.lock();
+    return frame ? frame->context() : JSContextEnv {};
+}
+
+void ScriptPage::run(const QString& source, const QString& fileName, Done done)
+{
+    QString body = source;
+    if (body.startsWith(QLatin1String("#!")))
+        body.replace(0, 2, QStringLiteral("//"));
+    begin({ false, fileName, body, std::move(done) });
+}
+
+void ScriptPage::evaluate(const QString& source, Done done)
+{
+    const ReplSource plan = planReplSource(source, m_compiles);
+    begin({ true, QStringLiteral("repl"), plan.script, std::move(done) });
+}
+
+void ScriptPage::begin(Work work)
+{
+    const std::shared_ptr<Frame> frame = m_frame.lock();
+    if (!frame) {
+        m_later.push_back(std::move(work));
+        return;
+    }
+    m_running.emplace(++m_lastTicket, std::move(work.done));
+    frame->runScript(m_lastTicket, work.isExpression, work.fileName, work.source);
+}
+
+void ScriptPage::finish(int ticket, const Outcome& outcome)
+{
+    auto node = m_running.extract(ticket);
+    if (node.empty())
+        return;
+    // The document waits for the reply to what has brought the outcome.
+    QMetaObject::invokeMethod(
+        &m_mailbox, [done = std::move(node.mapped()), outcome] { done(outcome); }, Qt::QueuedConnection);
+}
+
+void ScriptPage::close()
+{
+    m_later.clear();
+    m_running.clear();
+    if (const std::shared_ptr<Frame> frame = m_frame.lock()) {
+        frame->finished = nullptr;
+        frame->close();
+    }
+}
+
+} // namespace engine::web

@@ -1,0 +1,49 @@
+// ScriptPage: a page that runs scripts of the command line, in a document of its own.
+#pragma once
+
+#include "host/web/frame.h"
+
+namespace engine::web {
+
+/// [GUI thread] Scripts wait until the document has been opened.
+class ScriptPage final : public Page {
+public:
+    using Compiles = std::function<bool(const QString& source)>;
+    /// `gone` is called when the page is destroyed.
+    ScriptPage(PageOptions options, PageHost host, Compiles compiles, std::function<void()> gone);
+    ~ScriptPage() override;
+
+    const QString& viewId() const { return m_options.browser.browserId; }
+    /// Takes the document, whose script has not begun.
+    void attach(Frame& frame);
+
+    /// {0, 0} until the document has been opened.
+    JSContextEnv context() const override;
+    void run(const QString& source, const QString& fileName, Done done) override;
+    void evaluate(const QString& source, Done done) override;
+    /// None: a browser's document can not be asked and waited for.
+    QStringList propertyNames(const QString&) override { return {}; }
+    void close() override;
+
+private:
+    struct Work {
+        bool isExpression;
+        QString fileName;
+        QString source;
+        Done done;
+    };
+    void begin(Work work);
+    void finish(int ticket, const Outcome& outcome);
+
+    PageOptions m_options;
+    PageHost m_host;
+    Compiles m_compiles;
+    std::function<void()> m_gone;
+    std::weak_ptr<Frame> m_frame;
+    std::vector<Work> m_later;
+    std::map<int, Done> m_running;
+    int m_lastTicket = 0;
+    QObject m_mailbox;
+};
+
+} // namespace engine::web

@@ -1,0 +1,143 @@
+#include "host/engine/webengine.h"
+
+#include "host/web/schemes.h"
+#include "host/web/scriptpage.h"
+#include "host/web/webview.h"
+
+#include <QDateTime>
+#include <QGuiApplication>
+#include <QWebEngineProfile>
+#include <QWebEngineScriptCollection>
+#include <QWebEngineSettings>
+
+namespace engine::web {
+
+extern const char* const preludeSource;
+
+namespace {
+
+const QString ScriptOrigin = QStringLiteral("nova://script");
+
+QWebEngineScript preludeScript()
+{
+    QWebEngineScript script;
+    script.setName(QStringLiteral("nova-prelude"));
+    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    script.setWorldId(QWebEngineScript::MainWorld);
+    script.setRunsOnSubFrames(true);
+    script.setSourceCode(QString::fromUtf8(preludeSource));
+    return script;
+}
+
+/// Of this process: what the browser would say to its makers, and drawing where there is no display.
+void setUpEnvironment()
+{
+    QByteArray flags = qgetenv("QTWEBENGINE_CHROMIUM_FLAGS");
+    flags += " --disable-background-networking --disable-component-update --disable-sync"
+             " --disable-domain-reliability";
+    if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
+        flags += " --disable-gpu";
+        if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND"))
+            qputenv("QT_QUICK_BACKEND", "software");
+    }
+    qputenv("QTWEBENGINE_CHROMIUM_FLAGS", flags);
+}
+
+class Engine final : public WebEngine {
+public:
+    explicit Engine(WebEngineHost host)
+        : m_host(std::move(host))
+        , m_profile(new QWebEngineProfile)
+        , m_files(m_host.directory)
+        , m_bridges([this](const QString& frame) { return findBridge(frame); })
+    {
+        m_profile->installUrlSchemeHandler("nova", &m_files);
+        m_profile->installUrlSchemeHandler("nova-bridge", &m_bridges);
+        m_profile->scripts()->insert(preludeScript());
+        QWebEngineSettings* settings = m_profile->settings();
+        settings->setAttribute(QWebEngineSettings::ShowScrollBars, true);
+        settings->setAttribute(QWebEngineSettings::FocusOnNavigationEnabled, false);
+    }
+
+    ~Engine() override
+    {
+        // Whatever still waits for its end, before the profile that it uses.
+        for (const QPointer<QWidget>& widget : m_widgets)
+            delete widget;
+    }
+
+    std::unique_ptr<Page> openPage(const PageOptions& options, PageHost host) override
+    {
+        const QString viewId = options.browser.browserId;
+        auto page = std::make_unique<ScriptPage>(
+            options, std::move(host), m_host.compiles, [this, viewId] { m_scripts.remove(viewId); });
+        m_scripts[viewId] = page.get();
+        return page;
+    }
+
+    void collectGarbage() override { }
+
+    std::unique_ptr<View> makeView(const QString& viewId, ViewHost viewHost) override
+    {
+        const auto facts = std::make_shared<vexlite::BrowserFacts>(m_host.browser(viewId));
+        VEXBrowserTimes& times = facts->times;
+        Bridge::Host bridge;
+        bridge.browser = [facts] { return *facts; };
+        bridge.rights = m_host.rights;
+        bridge.opened = [this, viewId, facts](Frame& frame) {
+            facts->times.loadReady = QDateTime::currentMSecsSinceEpoch();
+            if (ScriptPage* script = m_scripts.value(viewId); script && frame.origin() == ScriptOrigin)
+                script->attach(frame);
+        };
+        auto view = std::make_unique<WebView>(
+            m_profile.get(), std::move(bridge), m_host.console, std::move(viewHost));
+        m_widgets.removeAll(nullptr);
+        m_widgets.append(view->widget());
+        WebPage& page = view->page();
+        QObject::connect(&page, &QWebEnginePage::loadStarted, &page,
+            [facts] { facts->times.loadStart = QDateTime::currentMSecsSinceEpoch(); });
+        view->loaded = [this, viewId, facts, &page](bool ok) {
+            facts->times.loadFinish = QDateTime::currentMSecsSinceEpoch();
+            page.bridge().updateBrowser(*facts);
+            m_host.loaded(viewId, ok);
+        };
+        times.creationFinish = QDateTime::currentMSecsSinceEpoch();
+        m_pages[viewId] = &page;
+        const bool isScript = m_scripts.contains(viewId);
+        const QUrl url = isScript ? QUrl(ScriptOrigin + QLatin1Char('/')) : m_host.firstPage(viewId);
+        if (isScript)
+            page.setQuiet();
+        if (!url.isEmpty())
+            view->load(url);
+        return view;
+    }
+
+private:
+    Bridge* findBridge(const QString& frame)
+    {
+        for (const QPointer<WebPage>& page : qAsConst(m_pages)) {
+            if (page && page->bridge().has(frame))
+                return &page->bridge();
+        }
+        return nullptr;
+    }
+
+    WebEngineHost m_host;
+    std::unique_ptr<QWebEngineProfile> m_profile; ///< keeps nothing on disk
+    FilesHandler m_files;
+    BridgeHandler m_bridges;
+    QHash<QString, ScriptPage*> m_scripts;     ///< by view
+    QHash<QString, QPointer<WebPage>> m_pages; ///< by view
+    QList<QPointer<QWidget>> m_widgets;
+};
+
+} // namespace
+
+} // namespace engine::web
+
+extern "C" Q_DECL_EXPORT engine::WebEngine* NovaMakeWebEngine(engine::WebEngineHost host)
+{
+    engine::web::setUpEnvironment();
+    engine::web::registerSchemes();
+    return new engine::web::Engine(std::move(host));
+}

@@ -1,0 +1,98 @@
+#include "host/web/webpage.h"
+
+#include <QGuiApplication>
+
+namespace engine::web {
+
+namespace {
+
+const QString BridgeMessage = QStringLiteral("nova");
+
+/// Nobody sees a dialog that is drawn into memory, so nobody could end it.
+bool hasDisplay()
+{
+    return QGuiApplication::platformName() != QLatin1String("offscreen");
+}
+
+} // namespace
+
+QString originOf(const QUrl& url)
+{
+    if (url.scheme().isEmpty() || url.host().isEmpty() || url.scheme() == QLatin1String("file"))
+        return {};
+    QString origin = url.scheme() + QStringLiteral("://") + url.host(QUrl::FullyEncoded);
+    if (url.port() >= 0)
+        origin += QLatin1Char(':') + QString::number(url.port());
+    return origin;
+}
+
+WebPage::WebPage(QWebEngineProfile* profile, Bridge::Host host, Console console)
+    : QWebEnginePage(profile)
+    , m_bridge([&] {
+        auto opened = std::move(host.opened);
+        host.opened = [this, opened = std::move(opened)](Frame& frame) {
+            m_isLive = true;
+            opened(frame);
+        };
+        return std::move(host);
+    }())
+    , m_console(std::move(console))
+{
+    connect(this, &QWebEnginePage::loadStarted, this, [this] { m_bridge.setLeaving(); });
+    connect(this, &QWebEnginePage::renderProcessTerminated, this, [this] {
+        m_isLive = false;
+        m_bridge.closeAll();
+    });
+}
+
+void WebPage::retire()
+{
+    m_isRetired = m_isQuiet = true;
+    m_isLive = false;
+    m_bridge.closeAll();
+}
+
+bool WebPage::javaScriptPrompt(
+    const QUrl& origin, const QString& message, const QString& given, QString* result)
+{
+    const BrowserWaits waits;
+    if (m_isRetired)
+        return false;
+    if (message == BridgeMessage) {
+        *result = m_bridge.request(originOf(origin), given);
+        return !result->isEmpty();
+    }
+    return hasDisplay() && QWebEnginePage::javaScriptPrompt(origin, message, given, result);
+}
+
+void WebPage::javaScriptAlert(const QUrl& origin, const QString& message)
+{
+    const BrowserWaits waits;
+    if (hasDisplay())
+        QWebEnginePage::javaScriptAlert(origin, message);
+}
+
+bool WebPage::javaScriptConfirm(const QUrl& origin, const QString& message)
+{
+    const BrowserWaits waits;
+    return hasDisplay() && QWebEnginePage::javaScriptConfirm(origin, message);
+}
+
+QStringList WebPage::chooseFiles(
+    FileSelectionMode mode, const QStringList& old, const QStringList& acceptedMimeTypes)
+{
+    const BrowserWaits waits;
+    return hasDisplay() ? QWebEnginePage::chooseFiles(mode, old, acceptedMimeTypes) : QStringList();
+}
+
+void WebPage::javaScriptConsoleMessage(
+    JavaScriptConsoleMessageLevel level, const QString& message, int line, const QString& source)
+{
+    if (m_isQuiet)
+        return;
+    const QString place =
+        source.isEmpty() ? QString() : QStringLiteral(" (%1:%2)").arg(source).arg(line);
+    m_console(message + place, level != InfoMessageLevel);
+}
+
+} // namespace engine::web

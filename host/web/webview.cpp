@@ -1,0 +1,138 @@
+#include "host/web/webview.h"
+
+#include <QChildEvent>
+#include <QWebEngineScriptCollection>
+#include <QWebEngineSettings>
+
+namespace engine::web {
+
+namespace {
+
+const QString ScrollBarsScript = QStringLiteral("scroll bars");
+
+/// Destroys the view now, or as soon as the browser does not wait for anything.
+void destroyLater(QWebEngineView* view)
+{
+    QTimer::singleShot(0, view, [view] {
+        if (BrowserWaits::any()) {
+            constexpr int AgainMs = 20;
+            QTimer::singleShot(AgainMs, view, [view] { destroyLater(view); });
+            return;
+        }
+        delete view;
+    });
+}
+
+QWebEngineScript scrollBarsScript(bool horizontal, bool vertical)
+{
+    QWebEngineScript script;
+    script.setName(ScrollBarsScript);
+    script.setInjectionPoint(QWebEngineScript::DocumentReady);
+    // Beside the page's own script, which must not find or stop it.
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    script.setSourceCode(
+        QStringLiteral("(() => {"
+                       "let sheet = document.getElementById('nova-scroll-bars');"
+                       "if (!sheet) { sheet = document.createElement('style'); sheet.id = 'nova-scroll-bars';"
+                       "document.documentElement.appendChild(sheet); }"
+                       "sheet.textContent = '%1%2'; })()")
+            .arg(horizontal ? QString() : QStringLiteral("::-webkit-scrollbar:horizontal{display:none}"),
+                vertical ? QString() : QStringLiteral("::-webkit-scrollbar:vertical{display:none}")));
+    return script;
+}
+
+} // namespace
+
+/// Says when the widget for the mouse is another one: the browser makes one for each renderer.
+class WebView::Widget final : public QWebEngineView {
+public:
+    explicit Widget(WebView& view)
+        : m_owner(&view)
+    {
+    }
+    void forgetOwner() { m_owner = nullptr; }
+
+private:
+    bool event(QEvent* event) override
+    {
+        const bool done = QWebEngineView::event(event);
+        if (event->type() == QEvent::ChildPolished && m_owner && m_owner->m_host.inputWidgetChanged) {
+            QTimer::singleShot(0, this, [this] {
+                if (m_owner && m_owner->m_host.inputWidgetChanged)
+                    m_owner->m_host.inputWidgetChanged();
+            });
+        }
+        return done;
+    }
+
+    WebView* m_owner;
+};
+
+WebView::WebView(QWebEngineProfile* profile, Bridge::Host bridge, WebPage::Console console, ViewHost host)
+    : m_host(std::move(host))
+    , m_view(new Widget(*this))
+    , m_page(nullptr)
+{
+    bridge.wakeTop = [this] {
+        if (m_page->isLive())
+            m_page->runJavaScript(QStringLiteral("self.__novaWake&&__novaWake()"));
+    };
+    m_page = new WebPage(profile, std::move(bridge), std::move(console));
+    m_page->setParent(m_view);
+    m_view->setPage(m_page);
+    m_view->setContextMenuPolicy(Qt::NoContextMenu);
+    QObject::connect(m_page, &QWebEnginePage::titleChanged, m_view, [this](const QString& title) {
+        if (m_host.titleChanged)
+            m_host.titleChanged(title);
+    });
+    QObject::connect(m_page, &QWebEnginePage::windowCloseRequested, m_view, [this] {
+        if (m_host.closeRequested)
+            m_host.closeRequested();
+    });
+    QObject::connect(m_page, &QWebEnginePage::loadFinished, m_view, [this](bool ok) {
+        if (loaded)
+            loaded(ok);
+    });
+}
+
+WebView::~WebView()
+{
+    // Nothing of the page comes any more, though it may live a little longer.
+    QObject::disconnect(m_page, nullptr, m_view, nullptr);
+    static_cast<Widget*>(m_view)->forgetOwner();
+    m_page->retire();
+    m_view->hide();
+    m_view->setParent(nullptr);
+    destroyLater(m_view);
+}
+
+void WebView::load(const QUrl& url)
+{
+    m_page->load(url);
+}
+
+void WebView::setBackgroundColor(const QColor& color)
+{
+    m_page->setBackgroundColor(color);
+}
+
+void WebView::setScrollBars(bool horizontal, bool vertical)
+{
+    const QWebEngineScript script = scrollBarsScript(horizontal, vertical);
+    m_page->scripts().remove(m_page->scripts().findScript(ScrollBarsScript));
+    m_page->scripts().insert(script);
+    if (m_page->isLive())
+        m_page->runJavaScript(script.sourceCode(), QWebEngineScript::ApplicationWorld);
+}
+
+void WebView::takeFocus()
+{
+    m_view->setFocus(Qt::OtherFocusReason);
+}
+
+void WebView::setScale(double scale)
+{
+    m_page->setZoomFactor(scale);
+}
+
+} // namespace engine::web

@@ -1,0 +1,109 @@
+// What pages pass about windows, in CSS pixels, and what the suite's windows get of it. Nothing that a page passes makes a
+// window that the window system could not bear.
+#pragma once
+
+#include "framework/arguments.h"
+
+#include <QRect>
+#include <QSize>
+
+namespace jsapi {
+
+// Physical pixels.
+constexpr int LargestWindow = 16'384;    ///< the window system has to keep its content
+constexpr int LargestMaximum = 0xffffff; ///< what Qt takes for no limit at all
+constexpr int FarthestPlace = 32'767;    ///< what the window system counts to
+
+/// A length that script must pass as a number.
+struct WindowLength {
+    double length = 0;
+    /// In physical pixels, for the setters of widgets.
+    operator int() const;
+};
+template <> struct Argument<WindowLength> : ArgumentValue<WindowLength> {
+    using ScriptType = double;
+    static constexpr std::array Refusals { &WrongParameters };
+    bool read(ArgumentReader& reader);
+};
+
+/// A string that whatever script passes is converted to; empty where it does not convert.
+struct ConvertedString {
+    QString string;
+};
+template <> struct Argument<ConvertedString> : ArgumentValue<ConvertedString> {
+    using ScriptType = QString;
+    bool read(ArgumentReader& reader);
+};
+
+QSize scaleSize(std::int32_t width, std::int32_t height, int largest = LargestWindow);
+QRect scaleRect(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height);
+
+/// An integer that must be given.
+template <typename Struct> constexpr auto integer(const char* name, std::int32_t Struct::*member)
+{
+    return required(name, member, "", WrongParameters, WrongParameters);
+}
+
+struct WindowPlace {
+    std::int32_t x = 0;
+    std::int32_t y = 0;
+    static constexpr auto fields()
+    {
+        return std::tuple(integer("x", &WindowPlace::x), integer("y", &WindowPlace::y));
+    }
+    QPoint scaled() const { return scaleRect(x, y, 0, 0).topLeft(); }
+};
+
+struct WindowSize {
+    std::int32_t w = 0;
+    std::int32_t h = 0;
+    static constexpr auto fields()
+    {
+        return std::tuple(integer("w", &WindowSize::w), integer("h", &WindowSize::h));
+    }
+    operator QSize() const { return scaleSize(w, h); }
+};
+
+struct MinimumSize {
+    std::int32_t minw = 0;
+    std::int32_t minh = 0;
+    static constexpr auto fields()
+    {
+        return std::tuple(integer("minw", &MinimumSize::minw), integer("minh", &MinimumSize::minh));
+    }
+    operator QSize() const { return scaleSize(minw, minh); }
+};
+
+struct MaximumSize {
+    std::int32_t maxw = 0;
+    std::int32_t maxh = 0;
+    static constexpr auto fields()
+    {
+        return std::tuple(integer("maxw", &MaximumSize::maxw), integer("maxh", &MaximumSize::maxh));
+    }
+    operator QSize() const { return scaleSize(maxw, maxh, LargestMaximum); }
+};
+
+struct DragArea {
+    std::int32_t x = 0;
+    std::int32_t y = 0;
+    std::int32_t w = 0;
+    std::int32_t h = 0;
+    static constexpr auto fields()
+    {
+        return std::tuple(integer("x", &DragArea::x), integer("y", &DragArea::y), integer("w", &DragArea::w),
+            integer("h", &DragArea::h));
+    }
+    operator QRect() const { return scaleRect(x, y, w, h); }
+};
+
+/// Whether a window of the suite may have these flags: none of the kinds that stand for what others made.
+constexpr bool isWindowOfSuite(Qt::WindowFlags flags)
+{
+    return (static_cast<unsigned>(flags) & Qt::WindowType_Mask & ~static_cast<unsigned>(Qt::SplashScreen))
+        == 0;
+}
+/// Whether a page may set this attribute: not those in which Qt keeps its own state.
+bool isSettableAttribute(std::int32_t attribute);
+
+} // namespace jsapi

@@ -25,15 +25,16 @@ export function panel(title, ...children) {
  */
 export function inputRow(label, presets, submit) {
     const inputs = Object.entries(presets).map(([name, value]) => {
+        const isNumber = typeof value === "number";
         const input = make("input", {
             type: "text",
-            value: String(value),
-            inputmode: typeof value === "number" ? "numeric" : undefined,
-            class: typeof value === "number" ? "number" : "",
+            value,
+            inputmode: isNumber && "numeric",
             spellcheck: "false",
             name
         });
-        return { name, input, node: make("label", { class: "small-field" }, make("span", {}, name), input) };
+        const style = isNumber ? "small-field short" : "small-field";
+        return { name, input, node: make("label", { class: style }, make("span", {}, name), input) };
     });
     const form = make(
         "form",

@@ -13,6 +13,29 @@ export function findObject(name) {
 }
 
 /**
+ * An object that the explorer itself uses.
+ *
+ * @param {string} name
+ */
+export function objectNamed(name) {
+    const object = findObject(name);
+    if (!object)
+        throw new Error(`the reference has no ${name}`);
+    return object;
+}
+
+/**
+ * @param {ApiObject} object
+ * @param {string} name
+ */
+export function memberNamed(object, name) {
+    const member = object.members.find((one) => one.name === name);
+    if (!member)
+        throw new Error(`the reference has no ${object.name}.${name}`);
+    return member;
+}
+
+/**
  * What a link names: an object, "FileSystem", or a member, "FileSystem.copy". An object comes first: "FileSystem.File"
  * is both.
  *

@@ -2,10 +2,11 @@
 
 import { call, handsChanged, targetsOf } from "./calls.js";
 import { makeAreas } from "./areas.js";
+import { makeFurtherWindows } from "./furtherwindows.js";
 import { fill, icon, make } from "./dom.js";
 import { makeSwitches } from "./objectview.js";
 import { actionButton, inputRow, numbers, panel } from "./panels.js";
-import { findObject, listenerPairs } from "./reference.js";
+import { listenerPairs, memberNamed, objectNamed } from "./reference.js";
 import { statePill } from "./memberview.js";
 import { callLine, duration, outcomeText } from "./values.js";
 
@@ -44,16 +45,8 @@ const FACTS = {
     isFullScreen: "Full screen"
 };
 
-/** @param {string} name */
-function objectOf(name) {
-    const object = findObject(name);
-    if (!object)
-        throw new Error(`the reference has no ${name}`);
-    return object;
-}
-
 export function makeWindowView() {
-    const webview = objectOf("Webview");
+    const webview = objectNamed("Webview");
     const select = make("select", { "data-role": "target" });
     const outcome = make("div", { class: "window-outcome", role: "status", "data-outcome": "none" });
     const facts = make("dl", { class: "facts" });
@@ -63,10 +56,7 @@ export function makeWindowView() {
 
     /** @type {Act} */
     async function act(name, ...given) {
-        const member = target().object.members.find((one) => one.name === name);
-        if (!member)
-            throw new Error(`the reference has no Webview.${name}`);
-        return report(call(target(), member, given));
+        return report(call(target(), memberNamed(webview, name), given));
     }
 
     /** @param {Call} made */
@@ -147,7 +137,7 @@ export function makeWindowView() {
             looksPanel(act),
             makeAreas(act, () => target().name),
             panel("Listeners", listening),
-            viewsPanel(report, (made) => {
+            makeFurtherWindows(report, (made) => {
                 if (made.handedOut)
                     select.value = made.handedOut.name;
                 showTarget();
@@ -293,65 +283,5 @@ function looksPanel(act) {
             act("setWindowBackgroundColor", numbers(values))
         ),
         inputRow("Set round fill", { fillColor: "#f6f7f9" }, (values) => act("setRoundFillColor", values))
-    );
-}
-
-/**
- * @param {(made: Call) => Promise<Call>} report
- * @param {(made: Call) => void} choose
- */
-function viewsPanel(report, choose) {
-    const manager = objectOf("WebviewMgr");
-    const [root] = targetsOf(manager);
-    const kind = make(
-        "select",
-        {},
-        ...["Dialog", "Popup", "Tab", "TestWebWidget"].map((name) => make("option", {}, name))
-    );
-    const boxes = { isShow: true, hasParent: false, modal: false, allowResize: true };
-    const options = Object.entries(boxes).map(([name, checked]) => {
-        const box = make("input", { type: "checkbox", checked });
-        return { name, box, node: make("label", { class: "check" }, box, name) };
-    });
-    const isOn = (/** @type {string} */ name) => options.find((option) => option.name === name)?.box.checked === true;
-    let count = 0;
-
-    /**
-     * @param {string} name
-     * @param {unknown} given
-     */
-    async function manage(name, given) {
-        const member = manager.members.find((one) => one.name === name);
-        if (!member)
-            throw new Error(`the reference has no WebviewMgr.${name}`);
-        choose(await report(call(root, member, [given])));
-    }
-
-    const create = inputRow(
-        "Open",
-        { id: "view-1", x: 120, y: 120, width: 640, height: 480 },
-        async ({ id, ...geo }) => {
-            await manage("create", {
-                id,
-                windowType: kind.value,
-                hasParent: isOn("hasParent"),
-                isShow: isOn("isShow"),
-                geo: numbers(geo),
-                attrs: { modal: isOn("modal"), allowResize: isOn("allowResize") }
-            });
-            /** @type {HTMLInputElement} */ (create.querySelector("[name=id]")).value = `view-${++count + 1}`;
-        }
-    );
-    create.classList.add("wide");
-    return panel(
-        "Further windows",
-        make(
-            "div",
-            { class: "buttons" },
-            make("label", { class: "small-field" }, make("span", {}, "kind"), kind),
-            ...options.map(({ node }) => node)
-        ),
-        create,
-        inputRow("Find", { id: "view-1" }, ({ id }) => manage("getWebview", id))
     );
 }

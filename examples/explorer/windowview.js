@@ -48,7 +48,11 @@ const FACTS = {
 export function makeWindowView() {
     const webview = objectNamed("Webview");
     const select = make("select", { "data-role": "target" });
-    const outcome = make("div", { class: "window-outcome", role: "status", "data-outcome": "none" });
+    const outcome = make(
+        "div",
+        { class: "window-outcome", role: "status", "data-outcome": "none" },
+        make("p", { class: "note" }, "What a button has done is said here.")
+    );
     const facts = make("dl", { class: "facts" });
     const listening = make("div", {});
     const targets = () => targetsOf(webview);

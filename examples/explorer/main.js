@@ -194,3 +194,5 @@ window.explorer = { objects, calls, inHand, listeners: active, open, call: callB
 showConnection();
 address = addressed();
 show(address);
+if (isConnected())
+    callByPath("Webview.pageReady");

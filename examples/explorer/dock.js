@@ -20,7 +20,7 @@ function makeLog(name, empty) {
     let held = [];
     let isPaused = false;
     const list = make("ol", { class: "log", "data-log": name, tabindex: "0", "aria-label": name });
-    const nothing = make("p", { class: "note nothing" }, empty);
+    const nothing = make("p", { class: "note empty-log" }, empty);
     const words = make("input", {
         type: "search",
         class: "small",
@@ -211,7 +211,7 @@ function makeHands() {
     const node = make("ul", { class: "hands" });
     const nothing = make(
         "p",
-        { class: "note nothing" },
+        { class: "note empty-log" },
         "Objects that calls have handed out appear here. Their members can be called."
     );
     const refresh = () => {

@@ -150,7 +150,7 @@ export function outcomeText({ state, promised, value, error }) {
     if (state === "pending")
         return promised ? "promise" : "under way";
     if (state === "ok")
-        return oneLine(isEnvelope(value) ? value.data : value);
+        return returnedText(value);
     const { code, message } = failureOf(error);
     return `${code && `code ${code}: `}${message}`;
 }
@@ -161,6 +161,15 @@ export function outcomeText({ state, promised, value, error }) {
  */
 function isEnvelope(value) {
     return value?.success === true && "data" in value;
+}
+
+/**
+ * What a member has returned, in a line: of an envelope that is the data.
+ *
+ * @param {unknown} value
+ */
+export function returnedText(value) {
+    return oneLine(isEnvelope(value) ? value.data : value);
 }
 
 /** @param {number} milliseconds */

@@ -1,7 +1,7 @@
 // The page of a further window: small, dragged by its head, and able to speak with the explorer through `Event`.
 
 import { fill, make } from "./dom.js";
-import { oneLine } from "./values.js";
+import { returnedText } from "./values.js";
 
 const HEAD = 44;
 const { Event: Channel, Webview } = NovaExtension;
@@ -24,7 +24,7 @@ function button(label, action) {
  */
 function show(label, action) {
     try {
-        outcome.textContent = `${label}: ${oneLine(action())}`;
+        outcome.textContent = `${label}: ${returnedText(action())}`;
     } catch (error) {
         const { code, msg } = /** @type {NovaExtension.Failure} */ (error);
         outcome.textContent = `${label} failed with code ${code}: ${msg ?? error}`;
@@ -57,7 +57,7 @@ fill(
             "div",
             { class: "buttons" },
             button("Greet", greet),
-            button("Size", () => Webview.getSize().data),
+            button("Size", () => Webview.getSize()),
             button("Hide", () => Webview.hide()),
             button("Close", () => Webview.destroy())
         ),

@@ -40,8 +40,9 @@ engine::WebEngine* Browser::engine(QString& error)
     if (m_engine)
         return m_engine.get();
     if (geteuid() == 0 && qEnvironmentVariableIsEmpty("QTWEBENGINE_DISABLE_SANDBOX")) {
-        error = QStringLiteral("the browser engine's sandbox does not work for root; run novahost as another user, or, for "
-                               "pages that you trust, set QTWEBENGINE_DISABLE_SANDBOX=1");
+        error = QStringLiteral(
+            "the browser engine's sandbox does not work for root; run novahost as another user, or, for "
+            "pages that you trust, set QTWEBENGINE_DISABLE_SANDBOX=1");
         return nullptr;
     }
     m_library.setFileName(findEngine());
@@ -50,10 +51,10 @@ engine::WebEngine* Browser::engine(QString& error)
         : reinterpret_cast<engine::MakeWebEngine>(m_library.resolve(engine::MakeWebEngineName));
     if (!make) {
         error = QStringLiteral("the browser engine can not be loaded: %1")
-                    .arg(m_library.fileName().isEmpty()
-                            ? QStringLiteral("%1 lies neither in ../lib nor beside novahost; build the target novaweb")
-                                  .arg(QLatin1String(EngineName))
-                            : m_library.errorString());
+                    .arg(m_library.fileName().isEmpty() ? QStringLiteral(
+                             "%1 lies neither in ../lib nor beside novahost; build the target novaweb")
+                                                              .arg(QLatin1String(EngineName))
+                                                        : m_library.errorString());
         return nullptr;
     }
     m_engine.reset(make(host()));

@@ -1,5 +1,6 @@
 // novahost: runs pages against the library without the suite.
 #include "host/novahost/members.h"
+#include "host/novahost/open.h"
 #include "host/novahost/output.h"
 #include "host/novahost/policy.h"
 #include "host/novahost/repl.h"
@@ -62,6 +63,8 @@ int run(novahost::Suite& suite, const novahost::Options& options, novahost::Sign
         return signals.exitCode(novahost::evalExpression(suite, options));
     case novahost::Command::Repl:
         return novahost::runRepl(suite, options, signals);
+    case novahost::Command::Open:
+        return signals.exitCode(novahost::openInWindow(suite, options));
     case novahost::Command::Members:
         return novahost::listMembers(suite, options);
     case novahost::Command::Policy: // needs no suite

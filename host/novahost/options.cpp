@@ -7,6 +7,7 @@
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
+#include <QRegularExpression>
 #include <algorithm>
 
 namespace novahost {
@@ -45,6 +46,26 @@ std::string checkMask(const std::string& given)
     QString::fromStdString(given).toUInt(&ok, 0);
     return ok ? std::string()
               : "a mask is a number below 2^32, such as 64 or 0x40; \"" + given + "\" is none";
+}
+
+bool readSize(const std::string& given, int& width, int& height)
+{
+    static const QRegularExpression form(QStringLiteral("^(\\d{1,5})x(\\d{1,5})$"));
+    const QRegularExpressionMatch match = form.match(QString::fromStdString(given));
+    if (!match.hasMatch() || match.captured(1).toInt() == 0 || match.captured(2).toInt() == 0)
+        return false;
+    width = match.captured(1).toInt();
+    height = match.captured(2).toInt();
+    return true;
+}
+
+/// Returns the error, or an empty string.
+std::string checkSize(const std::string& given)
+{
+    int width = 0, height = 0;
+    return readSize(given, width, height)
+        ? std::string()
+        : "a size is two numbers up to 99999, such as 1000x700; \"" + given + "\" is none";
 }
 
 std::string formatError(const CLI::App*, const CLI::Error& error)
@@ -126,6 +147,25 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
 
     CLI::App* repl = app.add_subcommand("repl", "Read expressions and print their answers; .help says more");
 
+    std::string page, size, screenshot;
+    CLI::App* open = app.add_subcommand("open", "Open a window with a page");
+    open->add_option("PAGE", page, "An HTML file, whose folder is served to it as nova://app/, or an address")
+        ->required();
+    open->add_option("--size", size, "Of the page, in CSS pixels (default: 1000x700)")
+        ->option_text("WxH")
+        ->check(checkSize);
+    open->add_option("--scale", options.scale, "Physical pixels for each CSS pixel (default: the profile's)")
+        ->option_text("FACTOR")
+        ->check(CLI::Range(0.5, 8.0));
+    open->add_option(
+            "--screenshot", screenshot, "Write a picture of the page, also without a display, and end")
+        ->option_text("FILE.png");
+    app.add_option("--devtools", options.devToolsPort,
+           "Let clients of the browser's DevTools protocol on this machine connect to this port: whoever does controls "
+           "the pages")
+        ->option_text("PORT")
+        ->check(CLI::Range(1, 65535));
+
     CLI::App* members = app.add_subcommand("members", "List the objects and the members they publish");
     members->add_option("OBJECT", object,
         "Only this one, for example Log; or the documentation of a member: FileSystem.copy");
@@ -160,6 +200,7 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     options.command = run->parsed() ? Command::Run
         : eval->parsed()            ? Command::Eval
         : repl->parsed()            ? Command::Repl
+        : open->parsed()            ? Command::Open
         : policy->parsed()          ? Command::Policy
                                     : Command::Members;
     options.explain = explain->parsed();
@@ -171,6 +212,9 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     options.play = toQString(play);
     options.script = toQString(script);
     options.arguments = toQStringList(std::vector<std::string>(argv + ownArguments, argv + argc));
+    options.page = toQString(page);
+    readSize(size, options.width, options.height);
+    options.screenshot = toQString(screenshot);
     options.object = toQString(object);
     options.origin = toQString(origin);
     return options;

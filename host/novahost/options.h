@@ -7,7 +7,7 @@
 
 namespace novahost {
 
-enum class Command { Run, Eval, Repl, Members, Policy };
+enum class Command { Run, Eval, Repl, Open, Members, Policy };
 
 struct Options {
     Command command = Command::Run;
@@ -22,13 +22,19 @@ struct Options {
     bool liveCounts = false;
     bool window = false;
     bool browser = false; ///< runs the script in a browser view
-    QString play; ///< steps to play while the page runs
+    QString play;         ///< steps to play while the page runs
 
     QString script;        ///< run: the file; eval: the expression
     QStringList arguments; ///< run: what follows the file
-    QString object;        ///< members: lists only this one; policy explain: the member
-    bool explain = false;  ///< policy: explains one decision
-    QString origin;        ///< policy explain: of the page
+    QString page;          ///< open: a file or an address
+    int width = 1000;      ///< open: of the window, in CSS pixels
+    int height = 700;
+    double scale = 0;     ///< open: physical pixels for each CSS pixel; 0: the profile's
+    QString screenshot;   ///< open: the file that gets a picture of the page; empty: none
+    int devToolsPort = 0; ///< 0: none
+    QString object;       ///< members: lists only this one; policy explain: the member
+    bool explain = false; ///< policy: explains one decision
+    QString origin;       ///< policy explain: of the page
     bool json = false;
     bool unsupportedOnly = false;
 };

@@ -16,6 +16,7 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QSettings>
 #include <cstdio>
@@ -144,6 +145,10 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     if (!suite->loadLibrary(library, error))
         return nullptr;
     suite->m_inBrowser = options.browser;
+    if (options.devToolsPort)
+        qputenv("QTWEBENGINE_REMOTE_DEBUGGING", "127.0.0.1:" + QByteArray::number(options.devToolsPort));
+    if (options.command == Command::Run)
+        suite->m_browser.setApplication(QFileInfo(options.script).absolutePath());
     if (options.browser && !suite->m_browser.engine(error))
         return nullptr;
     suite::setViewMaker([browser = &suite->m_browser](const QString& viewId, engine::ViewHost host) {
@@ -198,15 +203,24 @@ Suite::~Suite()
     vexlite::Core::stop();
 }
 
-void Suite::showWindow(const QString& viewId)
+void Suite::makeWindow(const QString& title, const QString& viewId)
 {
-    if (m_windowTitle.isNull())
-        return;
     delete m_window;
-    m_window = new suite::WebShell(m_windowTitle, viewId);
-    m_window->resize(800, 600);
+    if (title.isNull())
+        return;
+    m_window = new suite::WebShell(title, viewId);
     QObject::connect(m_window, &suite::WebShell::closedByUser, qApp, &QCoreApplication::quit);
-    m_window->show();
+}
+
+suite::WebShell* Suite::openWindow(const QUrl& url, const QString& title, QString& error)
+{
+    if (!m_browser.engine(error))
+        return nullptr;
+    const QString viewId = QString::fromLatin1("browser-%1").arg(++m_pages);
+    m_browser.expect(viewId, url);
+    makeWindow(title, viewId);
+    QObject::connect(m_window, &QObject::destroyed, qApp, &QCoreApplication::quit);
+    return m_window;
 }
 
 std::unique_ptr<engine::Page> Suite::openPage(const QStringList& arguments, engine::PageHost host)
@@ -217,16 +231,25 @@ std::unique_ptr<engine::Page> Suite::openPage(const QStringList& arguments, engi
     VEXBrowserTimes& times = options.browser.times;
     // Destroyed when the page closes, which ends its plays.
     host.play = [plays = std::make_shared<PagePlays>()](const QString& steps) { return plays->begin(steps); };
+    std::unique_ptr<engine::Page> page;
     if (m_inBrowser) {
         QString error;
         engine::WebEngine* browser = m_browser.engine(error);
-        std::unique_ptr<engine::Page> page = browser ? browser->openPage(options, std::move(host)) : nullptr;
+        page = browser ? browser->openPage(options, std::move(host)) : nullptr;
         m_browser.expect(options.browser.browserId);
-        showWindow(options.browser.browserId);
-        return page;
+        makeWindow(m_windowTitle, options.browser.browserId);
+        // The page goes with its window.
+        QObject::connect(m_window, &QObject::destroyed, qApp, &QCoreApplication::quit);
+    } else {
+        makeWindow(m_windowTitle, options.browser.browserId);
     }
-    showWindow(options.browser.browserId);
-    std::unique_ptr<engine::Page> page = m_engine->openPage(options, std::move(host));
+    if (m_window) {
+        m_window->resize(800, 600);
+        m_window->show();
+    }
+    if (m_inBrowser)
+        return page;
+    page = m_engine->openPage(options, std::move(host));
     // The page is empty until its script runs, so it has loaded at once.
     times.creationFinish = times.loadStart = times.loadReady = times.loadFinish =
         QDateTime::currentMSecsSinceEpoch();

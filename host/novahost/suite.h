@@ -27,14 +27,19 @@ public:
     /// Opens a page in a browser with the properties of the profile, ready to run script, which may use
     /// process.play.
     std::unique_ptr<engine::Page> openPage(const QStringList& arguments, engine::PageHost host);
+    /// Makes a window with a page at this address, not shown. It ends the event loop when it goes. Null on failure, with the
+    /// error and advice in `error`.
+    suite::WebShell* openWindow(const QUrl& url, const QString& title, QString& error);
+    Browser& browser() { return m_browser; }
     /// The library's function of members that are not built; null if the library does not export it.
     JSMemberInvoke notSupported() const { return m_notSupported; }
 
 private:
     Suite() = default;
+    /// Makes the window of a page; a null title: none.
+    void makeWindow(const QString& title, const QString& viewId);
     bool loadLibrary(const QString& file, QString& error);
     /// Shows the window of a page that is about to be opened.
-    void showWindow(const QString& viewId);
 
     QLibrary m_library;
     JSMemberInvoke m_notSupported = nullptr;

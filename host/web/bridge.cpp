@@ -57,9 +57,8 @@ QString Bridge::greet(const QString& origin, WireReader& reader)
     const QString name = QString::number(++lastFrame);
     Frame::Host host;
     host.wake = [this, name] { post(name, [this, name](Document&) { wake(name); }); };
-    host.waits = [this, name](int ticket) {
-        post(name, [this, name, ticket](Document&) { perform(name, ticket); });
-    };
+    host.waits = [this, name](
+                     int ticket) { post(name, [this, name, ticket](Document&) { perform(name, ticket); }); };
     auto frame = std::make_shared<Frame>(name, origin, isTop, std::move(rights), std::move(host));
     frame->open(m_host.browser());
     m_frames[name].frame = frame;

@@ -32,7 +32,8 @@ public:
     /// The reply to a request of a document of this origin; null when there is nobody who answers.
     QString request(const QString& origin, const QString& text);
     /// A request by the bridge's own scheme, which is answered when there is a reason. False: the address is wrong.
-    bool hold(const QString& origin, const QString& kind, const QStringList& path, QWebEngineUrlRequestJob* job);
+    bool hold(
+        const QString& origin, const QString& kind, const QStringList& path, QWebEngineUrlRequestJob* job);
     /// The page goes on to another document: those that are there close when the browser ends them. It may also stay, as
     /// when what it goes to is a download.
     void setLeaving();

@@ -134,7 +134,8 @@ private:
     QString callMember(WireReader& reader);
     QString collectWaiting(WireReader& reader);
     QString scriptRequest(WireReader& reader);
-    QString answerOf(const KJSVariant& result, const KJSVariant& exception, bool isMethod, const QString& tag);
+    QString answerOf(
+        const KJSVariant& result, const KJSVariant& exception, bool isMethod, const QString& tag);
     QString failure(int code, const QString& message);
     QString typeError(const QString& message) const;
 

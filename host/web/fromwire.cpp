@@ -15,13 +15,15 @@ KJSVariant numberOf(const QByteArray& digits)
 {
     double number = std::numeric_limits<double>::quiet_NaN();
     if (digits == "Infinity" || digits == "-Infinity")
-        number = digits[0] == '-' ? -std::numeric_limits<double>::infinity() : std::numeric_limits<double>::infinity();
+        number = digits[0] == '-' ? -std::numeric_limits<double>::infinity()
+                                  : std::numeric_limits<double>::infinity();
     else
         std::from_chars(digits.constData(), digits.constData() + digits.size(), number);
     const bool isInt32 = number >= std::numeric_limits<std::int32_t>::min()
         && number <= std::numeric_limits<std::int32_t>::max() && std::trunc(number) == number
         && !(number == 0 && std::signbit(number));
-    return isInt32 ? KJSVariant::fromInt32(static_cast<std::int32_t>(number)) : KJSVariant::fromDouble(number);
+    return isInt32 ? KJSVariant::fromInt32(static_cast<std::int32_t>(number))
+                   : KJSVariant::fromDouble(number);
 }
 
 } // namespace

@@ -17,14 +17,14 @@ namespace {
 QByteArray contentTypeOf(const QFileInfo& file)
 {
     static const QHash<QString, QByteArray> known {
-        { QStringLiteral("css"), "text/css;charset=utf-8" },
-        { QStringLiteral("htm"), "text/html;charset=utf-8" },
-        { QStringLiteral("html"), "text/html;charset=utf-8" },
-        { QStringLiteral("js"), "text/javascript;charset=utf-8" },
-        { QStringLiteral("json"), "application/json;charset=utf-8" },
-        { QStringLiteral("mjs"), "text/javascript;charset=utf-8" },
-        { QStringLiteral("svg"), "image/svg+xml;charset=utf-8" },
-        { QStringLiteral("txt"), "text/plain;charset=utf-8" },
+        { QStringLiteral("css"), "text/css" },
+        { QStringLiteral("htm"), "text/html" },
+        { QStringLiteral("html"), "text/html" },
+        { QStringLiteral("js"), "text/javascript" },
+        { QStringLiteral("json"), "application/json" },
+        { QStringLiteral("mjs"), "text/javascript" },
+        { QStringLiteral("svg"), "image/svg+xml" },
+        { QStringLiteral("txt"), "text/plain" },
         { QStringLiteral("wasm"), "application/wasm" },
     };
     const QByteArray type = known.value(file.suffix().toLower());
@@ -60,7 +60,7 @@ void FilesHandler::requestStarted(QWebEngineUrlRequestJob* job)
     if (job->requestMethod() != "GET")
         return job->fail(QWebEngineUrlRequestJob::RequestDenied);
     if (url.host() == QLatin1String("script"))
-        return replyWith(*job, "text/html;charset=utf-8", "<!doctype html><title>script</title>");
+        return replyWith(*job, "text/html", "<!doctype html><title>script</title>");
     const QString directory = m_directory(url.host());
     if (directory.isEmpty())
         return job->fail(QWebEngineUrlRequestJob::UrlNotFound);

@@ -4,8 +4,7 @@
 
 namespace engine::web {
 
-ScriptPage::ScriptPage(
-    PageOptions options, PageHost host, Compiles compiles, std::function<void()> gone)
+ScriptPage::ScriptPage(PageOptions options, PageHost host, Compiles compiles, std::function<void()> gone)
     : m_options(std::move(options))
     , m_host(std::move(host))
     , m_compiles(std::move(compiles))

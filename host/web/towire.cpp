@@ -191,8 +191,8 @@ bool ToWire::writeInterface(WireWriter& writer, IUnknown* object, int depth)
         return writeObject(writer, *json.get(), depth);
     if (const std::int64_t promise = vexlite::promiseHandle(object)) {
         if (!m_frame.m_promises.count(promise))
-            return fail(QStringLiteral(
-                "the answer is a promise that is not of this page, or was settled long ago"));
+            return fail(
+                QStringLiteral("the answer is a promise that is not of this page, or was settled long ago"));
         writer.unit('p');
         writer.count(static_cast<std::uint64_t>(promise));
         return true;

@@ -55,6 +55,8 @@ public:
         m_profile->installUrlSchemeHandler("nova-bridge", &m_bridges);
         m_profile->scripts()->insert(preludeScript());
         QWebEngineSettings* settings = m_profile->settings();
+        // Of files that do not say it.
+        settings->setDefaultTextEncoding(QStringLiteral("utf-8"));
         settings->setAttribute(QWebEngineSettings::ShowScrollBars, true);
         settings->setAttribute(QWebEngineSettings::FocusOnNavigationEnabled, false);
     }

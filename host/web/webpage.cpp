@@ -90,8 +90,7 @@ void WebPage::javaScriptConsoleMessage(
 {
     if (m_isQuiet)
         return;
-    const QString place =
-        source.isEmpty() ? QString() : QStringLiteral(" (%1:%2)").arg(source).arg(line);
+    const QString place = source.isEmpty() ? QString() : QStringLiteral(" (%1:%2)").arg(source).arg(line);
     m_console(message + place, level != InfoMessageLevel);
 }
 

@@ -33,7 +33,8 @@ public:
     void retire();
 
 private:
-    bool javaScriptPrompt(const QUrl& origin, const QString& message, const QString& given, QString* result) override;
+    bool javaScriptPrompt(
+        const QUrl& origin, const QString& message, const QString& given, QString* result) override;
     void javaScriptAlert(const QUrl& origin, const QString& message) override;
     bool javaScriptConfirm(const QUrl& origin, const QString& message) override;
     void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& message, int line,

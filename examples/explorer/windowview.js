@@ -51,7 +51,7 @@ export function makeWindowView() {
     const outcome = make(
         "div",
         { class: "window-outcome", role: "status", "data-outcome": "none" },
-        make("p", { class: "note" }, "What a button has done is said here.")
+        make("p", { class: "note" }, "The outcome of the last call appears here.")
     );
     const facts = make("dl", { class: "facts" });
     const listening = make("div", {});

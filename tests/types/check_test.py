@@ -1,4 +1,5 @@
 """Type-checks every script of examples/ and tests/script/, and every block of script in README.md, docs/ and types/.
+The explorer has a project of its own: it runs in a browser, of which it may use no more than there was in 2021.
 
 usage: check_test.py NODE SOURCE_DIR
 """
@@ -41,6 +42,7 @@ def main():
         pathlib.Path(place, "tsconfig.json").write_text(json.dumps({
             "extends": str(source / "types/tsconfig.json"), "files": types, "include": ["**/*.js"]}))
         lines = compile_errors(node, source, "-p", ".", cwd=place)
+    lines += compile_errors(node, source, "-p", source / "examples/explorer", cwd=source)
     if lines:
         sys.exit(re.sub(r"(?m)\.md\.\d+\.js\(", ".md(", "\n".join(lines)))
 

@@ -698,6 +698,10 @@
         fail(ticket, error);
     };
     const runSource = (ticket, isExpression, fileName, source) => {
+        if (document.readyState === 'loading') {
+            listen(document, 'DOMContentLoaded', () => runSource(ticket, isExpression, fileName, source));
+            return;
+        }
         const end = '\n//# sourceURL=' + encodeName(fileName);
         // All on the first line of the source, so that line numbers stay right.
         const body = 'async function () {' + source + '\n}';

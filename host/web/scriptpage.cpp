@@ -4,7 +4,7 @@
 
 namespace engine::web {
 
-ScriptPage::ScriptPage(PageOptions options, PageHost host, Compiles compiles, std::function<void()> gone)
+ScriptPage::ScriptPage(PageOptions options, PageHost host, Compiles compiles, Gone gone)
     : m_options(std::move(options))
     , m_host(std::move(host))
     , m_compiles(std::move(compiles))
@@ -15,7 +15,7 @@ ScriptPage::ScriptPage(PageOptions options, PageHost host, Compiles compiles, st
 ScriptPage::~ScriptPage()
 {
     close();
-    m_gone();
+    m_gone(*this);
 }
 
 void ScriptPage::attach(Frame& frame)

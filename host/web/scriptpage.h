@@ -8,9 +8,10 @@ namespace engine::web {
 /// [GUI thread] Scripts wait until the document has been opened.
 class ScriptPage final : public Page {
 public:
+    using Gone = std::function<void(const ScriptPage& page)>;
     using Compiles = std::function<bool(const QString& source)>;
     /// `gone` is called when the page is destroyed.
-    ScriptPage(PageOptions options, PageHost host, Compiles compiles, std::function<void()> gone);
+    ScriptPage(PageOptions options, PageHost host, Compiles compiles, Gone gone);
     ~ScriptPage() override;
 
     const QString& viewId() const { return m_options.browser.browserId; }
@@ -38,7 +39,7 @@ private:
     PageOptions m_options;
     PageHost m_host;
     Compiles m_compiles;
-    std::function<void()> m_gone;
+    Gone m_gone;
     std::weak_ptr<Frame> m_frame;
     std::vector<Work> m_later;
     std::map<int, Done> m_running;

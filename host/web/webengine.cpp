@@ -72,7 +72,10 @@ public:
     {
         const QString viewId = options.browser.browserId;
         auto page = std::make_unique<ScriptPage>(
-            options, std::move(host), m_host.compiles, [this, viewId] { m_scripts.remove(viewId); });
+            options, std::move(host), m_host.compiles, [this, viewId](const ScriptPage& gone) {
+                if (m_scripts.value(viewId) == &gone)
+                    m_scripts.remove(viewId);
+            });
         m_scripts[viewId] = page.get();
         return page;
     }

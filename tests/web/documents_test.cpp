@@ -10,13 +10,13 @@ namespace {
 /// Says to the page around it what it has, and what it gets when it writes requests by hand, in the name of every document
 /// that may be there.
 const QString Probing = QStringLiteral(R"js(<script>
+    const has = typeof NovaExtension === 'object' ? Object.getOwnPropertyNames(Object.getPrototypeOf(NovaExtension.Probe)) : 'none';
     const tried = [];
     for (const kind of ['C', 'B', 'P', 'T', 'R', 'E'])
-        for (let frame = 0; frame < 3000; ++frame) {
+        for (let frame = 0; frame < 400; ++frame) {
             const reply = prompt('nova', '0' + kind + frame + ';' + (kind === 'B' ? 'Probe' : '1;2;0;'));
             if (reply) tried.push(kind);
         }
-    const has = typeof NovaExtension === 'object' ? Object.getOwnPropertyNames(Object.getPrototypeOf(NovaExtension.Probe)) : 'none';
     parent.postMessage(NAME + ': ' + has + '; ' + tried, '*');
     </script>)js");
 
@@ -38,9 +38,8 @@ TEST_F(WebTest, GivesADocumentWhatItsOriginMayHave)
                  .arg(QString::fromLatin1(probing(QStringLiteral("data")).toUtf8().toBase64())));
     ASSERT_TRUE(waitForLines(4));
     lines.sort();
-    EXPECT_EQ(lines, (QStringList { QStringLiteral("data: none; "), QStringLiteral("sandboxed: none; "),
-                         // Requests in its own name.
-                         QStringLiteral("some: raw,later; C,B,P,T,R"), QStringLiteral("stranger: none; ") }));
+    // What "some" gets is what it may have.
+    EXPECT_EQ(log().toStdString(), "data: none; |sandboxed: none; |some: raw,later; C,B,P,T,R,E|stranger: none; ");
 }
 
 TEST_F(WebTest, WakesDocumentsInFrames)
@@ -53,29 +52,30 @@ TEST_F(WebTest, WakesDocumentsInFrames)
     openPage(QStringLiteral(R"js(<script>
         const p = NovaExtension.Probe;
         p.listen((x) => console.log('page ' + x));
-        const begin = () => setTimeout(() => { for (const x of [1, 2, 3]) setTimeout(() => p.dispatch(x), 20 * x); }, 20);
+        var begin = () => setTimeout(() => { for (const x of [1, 2, 3]) setTimeout(() => p.dispatch(x), 20 * x); }, 20);
         </script><iframe src="frame.html"></iframe>)js"));
-    ASSERT_TRUE(waitForLines(7));
+    ASSERT_TRUE(waitForLines(7)) << log().toStdString();
     const auto of = [this](const QString& who) { return lines.filter(who).join(QLatin1Char('|')); };
-    EXPECT_EQ(of(QStringLiteral("page")), QStringLiteral("page 1|page 2|page 3"));
-    EXPECT_EQ(of(QStringLiteral("frame")), QStringLiteral("frame 1|frame 2|frame 3"));
-    EXPECT_EQ(of(QStringLiteral("settled")), QStringLiteral("settled empty handle."));
+    EXPECT_EQ(of(QStringLiteral("page")).toStdString(), "page 1|page 2|page 3");
+    EXPECT_EQ(of(QStringLiteral("frame")).toStdString(), "frame 1|frame 2|frame 3");
+    EXPECT_EQ(of(QStringLiteral("settled")).toStdString(), "settled empty handle.");
 }
 
 /// The page stays when what it goes to is not shown, or when all that it loads is stopped.
 TEST_F(WebTest, StaysWithItsDocument)
 {
+    write(QStringLiteral("app"), QStringLiteral("data.bin"), QString(1, QChar(0)));
     openPage(QStringLiteral(R"js(<script>
         const p = NovaExtension.Probe;
         p.listen((x) => console.log('heard ' + x));
         stop();
         location.hash = 'there';
         history.pushState(0, '', 'elsewhere');
-        location.href = 'nova-bridge://line/none';
-        setTimeout(() => p.dispatch(7), 4000);
+        location.href = 'data.bin';
+        setTimeout(() => p.dispatch(7), 5000);
         </script>)js"));
     ASSERT_TRUE(waitForLines(1));
-    EXPECT_EQ(log(), QStringLiteral("heard 7"));
+    EXPECT_EQ(log().toStdString(), "heard 7");
 }
 
 } // namespace

@@ -53,7 +53,7 @@ QString Bridge::greet(const QString& origin, WireReader& reader)
         return {};
     const bool isTop = reader.unit() == 't';
     if (isTop)
-        closeLeft();
+        replaceTop();
     const QString name = QString::number(++lastFrame);
     Frame::Host host;
     host.wake = [this, name] { post(name, [this, name](Document&) { wake(name); }); };
@@ -139,7 +139,7 @@ void Bridge::lineEnded(const QString& name)
     const auto found = m_frames.find(name);
     if (found == m_frames.end() || found->second.line)
         return;
-    if (found->second.isLeaving)
+    if (found->second.isReplaced)
         return closeFrame(name);
     QTimer::singleShot(LineGraceMs, this, [this, name] {
         const auto document = m_frames.find(name);
@@ -148,17 +148,12 @@ void Bridge::lineEnded(const QString& name)
     });
 }
 
-void Bridge::setLeaving()
-{
-    for (auto& [name, document] : m_frames)
-        document.isLeaving = true;
-}
-
-// Documents without a line, when another one has taken the page's top.
-void Bridge::closeLeft()
+// Another document has taken the page's top: those that were there go with their lines, or have lost them already.
+void Bridge::replaceTop()
 {
     std::vector<QString> left;
-    for (const auto& [name, document] : m_frames) {
+    for (auto& [name, document] : m_frames) {
+        document.isReplaced = document.isReplaced || document.frame->isTop();
         if (document.hadLine && !document.line)
             left.push_back(name);
     }

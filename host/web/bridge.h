@@ -11,7 +11,8 @@ class QWebEngineUrlRequestJob;
 
 namespace engine::web {
 
-/// [GUI thread] A document is known by the name that it got with its first request and by its origin, which the browser
+/// [GUI thread] A document ends when its line does: a request that the browser holds as long as the document lives. That the
+/// page begins to load says nothing: what it goes to may be a download. A document is known by the name that it got with its first request and by its origin, which the browser
 /// states for every request: a document of another origin can say what it likes. What an origin may have is decided when
 /// a document is opened.
 class Bridge final : public QObject {
@@ -24,7 +25,7 @@ public:
         /// A document at the top has been opened; it has not run any script.
         std::function<void(Frame& frame)> opened;
     };
-    static constexpr std::size_t maximumFrames = 256;
+    static constexpr std::size_t maximumFrames = 1024;
 
     explicit Bridge(Host host);
     ~Bridge() override;
@@ -34,9 +35,6 @@ public:
     /// A request by the bridge's own scheme, which is answered when there is a reason. False: the address is wrong.
     bool hold(
         const QString& origin, const QString& kind, const QStringList& path, QWebEngineUrlRequestJob* job);
-    /// The page goes on to another document: those that are there close when the browser ends them. It may also stay, as
-    /// when what it goes to is a download.
-    void setLeaving();
     /// Closes all documents: their page has gone.
     void closeAll();
     void updateBrowser(const vexlite::BrowserFacts& browser);
@@ -50,7 +48,7 @@ private:
         QPointer<QWebEngineUrlRequestJob> line;
         std::map<int, QPointer<QWebEngineUrlRequestJob>> waiting;
         bool hadLine = false;
-        bool isLeaving = false;
+        bool isReplaced = false;
     };
 
     QString greet(const QString& origin, WireReader& reader);
@@ -58,7 +56,7 @@ private:
     void wake(const QString& name);
     void perform(const QString& name, int ticket);
     void lineEnded(const QString& name);
-    void closeLeft();
+    void replaceTop();
     void closeFrame(const QString& name);
 
     Host m_host;

@@ -45,7 +45,8 @@ void registerSchemes()
 {
     QWebEngineUrlScheme files("nova");
     files.setSyntax(QWebEngineUrlScheme::Syntax::Host);
-    files.setFlags(QWebEngineUrlScheme::SecureScheme | QWebEngineUrlScheme::CorsEnabled);
+    // Without CORS: no page of another origin can read what is here.
+    files.setFlags(QWebEngineUrlScheme::SecureScheme);
     QWebEngineUrlScheme::registerScheme(files);
     QWebEngineUrlScheme bridge("nova-bridge");
     bridge.setSyntax(QWebEngineUrlScheme::Syntax::Host);
@@ -57,7 +58,10 @@ void registerSchemes()
 void FilesHandler::requestStarted(QWebEngineUrlRequestJob* job)
 {
     const QUrl url = job->requestUrl();
-    if (job->requestMethod() != "GET")
+    // Pages from elsewhere neither go to pages of the application nor show parts of them. Sandboxed pages have no origin.
+    const QString from = job->initiator().toString();
+    const bool isForeign = !from.isEmpty() && from != QLatin1String("null") && job->initiator().scheme() != QLatin1String("nova");
+    if (job->requestMethod() != "GET" || isForeign)
         return job->fail(QWebEngineUrlRequestJob::RequestDenied);
     if (url.host() == QLatin1String("script"))
         return replyWith(*job, "text/html", "<!doctype html><title>script</title>");

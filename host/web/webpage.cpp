@@ -38,7 +38,6 @@ WebPage::WebPage(QWebEngineProfile* profile, Bridge::Host host, Console console)
     }())
     , m_console(std::move(console))
 {
-    connect(this, &QWebEnginePage::loadStarted, this, [this] { m_bridge.setLeaving(); });
     connect(this, &QWebEnginePage::renderProcessTerminated, this, [this] {
         m_isLive = false;
         m_bridge.closeAll();
@@ -88,9 +87,15 @@ QStringList WebPage::chooseFiles(
 void WebPage::javaScriptConsoleMessage(
     JavaScriptConsoleMessageLevel level, const QString& message, int line, const QString& source)
 {
-    if (m_isQuiet)
+    // The prelude asks in every document, also where the browser does not let it, and waits for dialogs.
+    constexpr const char* OfThePrelude[] = { "Ignored call to 'prompt()'", "Blocked prompt(",
+        "Synchronous XMLHttpRequest on the main thread is deprecated" };
+    const bool isKnown = std::any_of(std::begin(OfThePrelude), std::end(OfThePrelude),
+        [&](const char* text) { return message.startsWith(QLatin1String(text)); });
+    const bool isOwn = source.startsWith(QLatin1String("nova-prelude"));
+    if (m_isQuiet || (isOwn && isKnown))
         return;
-    const QString place = source.isEmpty() ? QString() : QStringLiteral(" (%1:%2)").arg(source).arg(line);
+    const QString place = source.isEmpty() || isOwn ? QString() : QStringLiteral(" (%1:%2)").arg(source).arg(line);
     m_console(message + place, level != InfoMessageLevel);
 }
 

@@ -316,15 +316,16 @@ void PageTest::addMembers()
     property(u"Child", [child = makeChild()] { return handedOut(child); });
 }
 
+KResult PageTest::bindProbe(std::int64_t context, std::int64_t target)
+{
+    return GetVEXJSCore()->Registry()->Bind(new Probe(1, members), context, target, 0);
+}
+
 PageTest::PageTest()
     : core(Core::start({}))
 {
     addMembers();
-    core.setFactories({ { QStringLiteral("Probe"),
-                            [](std::int64_t context, std::int64_t target) {
-                                return GetVEXJSCore()->Registry()->Bind(
-                                    new Probe(1, members), context, target, 0);
-                            } },
+    core.setFactories({ { QStringLiteral("Probe"), bindProbe },
         { QStringLiteral("Broken"), [](std::int64_t, std::int64_t) { return KR_NOT_AVAILABLE; } } });
     page = open();
 }

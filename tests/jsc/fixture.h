@@ -65,6 +65,9 @@ protected:
     /// What the console has got: the first line of each call.
     QString log() const { return lines.join(QLatin1Char('|')); }
 
+    /// Binds a new probe: a factory.
+    static KResult bindProbe(std::int64_t context, std::int64_t target);
+
     static inline std::vector<ProbeMember> members; ///< a factory has no context
     vexlite::Core& core;
     std::unique_ptr<ScriptEngine> engine = makeJscEngine();

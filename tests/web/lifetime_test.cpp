@@ -109,6 +109,43 @@ Exit: exit(3); p.raw() ->
 Leaves: location.href = 'nova://app/other.html' ->
 )js")), rowName);
 
+/// A page waits for a dialog, and goes meanwhile in some rows; the page of another view goes on.
+class Waiting : public WebTest, public testing::WithParamInterface<Row> { };
+
+TEST_P(Waiting, LeavesOtherPagesAlone)
+{
+    std::unique_ptr<View> waiting;
+    bool hasEnded = false;
+    const auto letPass = [this] { run("await new Promise((done) => setTimeout(done, 50))"); };
+    method(u"getOpenFileName", [&](ProbeCall& call) {
+        waiting = std::move(view);
+        openScript();
+        const Outcome other = run("const p = NovaExtension.Probe; p.dispatch(1, 2); return [p.raw(), await p.settled()]");
+        EXPECT_EQ(shown(other).toStdString(), R"([1,"empty handle."])");
+        if (GetParam().given.trimmed() == QLatin1String("destroy"))
+            waiting.reset();
+        letPass();
+        call.result = makeText(QStringLiteral("chosen"));
+        hasEnded = true;
+        return KR_OK;
+    });
+    core.setFactories({ { QStringLiteral("Probe"), bindProbe }, { QStringLiteral("FileSystem"), bindProbe } });
+    openPage(QStringLiteral(R"js(<script>
+        const p = NovaExtension.FileSystem;
+        p.listen((x) => console.log('heard ' + x));
+        setTimeout(() => console.log(p.getOpenFileName()), 0);
+        </script>)js"));
+    ASSERT_TRUE(waitFor([&] { return hasEnded; }));
+    waitForLines(GetParam().expected.split(QLatin1Char('|'), Qt::SkipEmptyParts).size());
+    letPass();
+    EXPECT_EQ(log().toStdString(), GetParam().expected.toStdString());
+}
+
+INSTANTIATE_TEST_SUITE_P(Web, Waiting, testing::ValuesIn(rows(R"js(
+Ends: stay -> heard 1|chosen
+ViewGoes: destroy ->
+)js")), rowName);
+
 /// Every reload comes while calls, promises and listeners are under way.
 TEST_F(WebTest, LeavesNothingWhenItIsReloadedAThousandTimes)
 {

@@ -197,6 +197,10 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
         return std::nullopt;
     }
 
+    if (options.browser && !run->parsed() && !eval->parsed()) {
+        exitCode = fail(UsageError, QStringLiteral("--browser is for run and eval; open always has the browser"));
+        return std::nullopt;
+    }
     options.command = run->parsed() ? Command::Run
         : eval->parsed()            ? Command::Eval
         : repl->parsed()            ? Command::Repl

@@ -107,7 +107,8 @@ public:
             m_host.loaded(viewId, ok);
         };
         times.creationFinish = QDateTime::currentMSecsSinceEpoch();
-        m_pages[viewId] = &page;
+        m_pages.removeAll(nullptr);
+        m_pages.append(&page);
         const bool isScript = m_scripts.contains(viewId);
         const QUrl url = isScript ? QUrl(ScriptOrigin + QLatin1Char('/')) : m_host.firstPage(viewId);
         if (isScript)
@@ -131,8 +132,8 @@ private:
     std::unique_ptr<QWebEngineProfile> m_profile; ///< keeps nothing on disk
     FilesHandler m_files;
     BridgeHandler m_bridges;
-    QHash<QString, ScriptPage*> m_scripts;     ///< by view
-    QHash<QString, QPointer<WebPage>> m_pages; ///< by view
+    QHash<QString, ScriptPage*> m_scripts; ///< by view
+    QList<QPointer<WebPage>> m_pages; ///< several may show views of the same identifier
     QList<QPointer<QWidget>> m_widgets;
 };
 

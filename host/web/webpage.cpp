@@ -41,6 +41,7 @@ WebPage::WebPage(QWebEngineProfile* profile, Bridge::Host host, Console console)
     connect(this, &QWebEnginePage::renderProcessTerminated, this, [this] {
         m_isLive = false;
         m_bridge.closeAll();
+        m_console(QStringLiteral("The process of the page %1 has ended; reload it.").arg(url().toString()), true);
     });
 }
 

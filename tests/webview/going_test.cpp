@@ -1,7 +1,5 @@
 // Windows, views and pages that go before a call, inside it, and inside a listener.
-#include "host/suite/dialogs/dialoganswers.h"
-#include "host/suite/web/webshell.h"
-#include "host/suite/web/webwidget.h"
+#include "suite/kjsapiwebwidget.h"
 #include "tests/support/library.h"
 #include "tests/support/rows.h"
 
@@ -14,9 +12,6 @@ namespace {
 /// A window of a suite that emits its signals at once, from within what Qt does.
 class HastyShell final : public QWidget {
     Q_OBJECT
-
-public:
-    ~HastyShell() override { }
 
 Q_SIGNALS:
     void sigHidden();
@@ -44,51 +39,61 @@ public:
     Q_INVOKABLE void nothing(const QVariant&) { }
 };
 
+enum class Victim { Shell, Widget, Page };
+
 /// A page in a view of a suite.
-class Going : public support::LibraryTest {
-protected:
-    Going()
+struct Scene {
+    explicit Scene(vexlite::Core& core)
         : shell(new HastyShell)
         , widget(new HastyWidget(QStringLiteral("going"), shell))
+        , page(core, [] {
+            vexlite::BrowserFacts facts;
+            facts.browserId = QStringLiteral("going");
+            return facts;
+        }())
     {
-        vexlite::BrowserFacts facts;
-        facts.browserId = QStringLiteral("going");
-        own = std::make_unique<support::Page>(core, facts);
     }
-    ~Going() override
+    ~Scene()
     {
-        own.reset();
+        page.close();
         delete shell;
     }
 
-    enum Victim { ShellItself, WidgetItself, PageItself };
     void destroy(Victim victim)
     {
-        if (victim == ShellItself)
-            delete shell;
-        else if (victim == WidgetItself)
+        if (victim == Victim::Page)
+            page.close();
+        else if (victim == Victim::Widget)
             delete widget;
         else
-            own->close();
+            delete shell;
     }
     /// Of the page's own view.
-    std::string call(const QString& member, const QByteArray& arguments = {})
+    std::string call(const char* member, const QByteArray& arguments = {})
     {
-        return own->call("Webview", member.toLatin1(), arguments);
+        return page.call("Webview", member, arguments);
     }
-    void listen(const QString& event, std::function<void()> action)
+    void listen(const char* event, std::function<void()> action)
     {
         const auto body = [action = std::move(action)](const JSApiArguments&) {
             action();
             return KR_OK;
         };
-        const auto listener = support::function(own->context, 1, body);
-        own->call(own->object("Webview"), "add" + event.toLatin1() + "Listener", { listener });
+        const QByteArray member = QByteArray("add") + event + "Listener";
+        page.call(page.object("Webview"), member, { support::function(page.context, ++m_listeners, body) });
     }
 
     QPointer<HastyShell> shell;
     QPointer<HastyWidget> widget;
-    std::unique_ptr<support::Page> own;
+    support::Page page;
+
+private:
+    std::uintptr_t m_listeners = 0;
+};
+
+class Going : public testing::Test {
+protected:
+    vexlite::Core& core = support::libraryCore();
 };
 
 const char NoShell[] = "3 empty webshellwidget";
@@ -147,13 +152,13 @@ const struct Member {
 ROW_TEST(Going, BeforeACall, Members)
 {
     const Member& member = GetParam();
-    const auto call = [&] { return this->call(QString::fromLatin1(member.name), member.arguments); };
-    EXPECT_EQ(call().find("3 "), std::string::npos) << "both are there";
+    Scene scene(core);
+    EXPECT_EQ(scene.call(member.name, member.arguments).find("3 empty"), std::string::npos);
     QCoreApplication::sendPostedEvents(); // what is made or emitted later
-    destroy(WidgetItself);
-    EXPECT_EQ(call() == NoWidget, !member.actsOnShell);
-    destroy(ShellItself);
-    EXPECT_EQ(call(), member.actsOnShell ? NoShell : NoWidget);
+    delete scene.widget;
+    EXPECT_EQ(scene.call(member.name, member.arguments) == NoWidget, !member.actsOnShell);
+    delete scene.shell;
+    EXPECT_EQ(scene.call(member.name, member.arguments), member.actsOnShell ? NoShell : NoWidget);
 }
 
 const struct Signal {
@@ -163,8 +168,12 @@ const struct Signal {
     { "Hide", [](HastyShell& shell, HastyWidget&) { Q_EMIT shell.sigHidden(); } },
     { "Show", [](HastyShell& shell, HastyWidget&) { Q_EMIT shell.sigShown(); } },
     { "Close", [](HastyShell& shell, HastyWidget&) { Q_EMIT shell.sigClosed(); } },
-    { "WindowActivateState", [](HastyShell& shell, HastyWidget&) { Q_EMIT shell.sigWindowActiveChanged(true); } },
-    { "Resize", [](HastyShell& shell, HastyWidget&) { Q_EMIT shell.sigResized({ 1, 1 }, { 2, 2 }); } },
+    { "WindowActivateState",
+        [](HastyShell& shell, HastyWidget&) { Q_EMIT shell.sigWindowActiveChanged(true); } },
+    { "Resize",
+        [](HastyShell& shell, HastyWidget&) {
+            Q_EMIT shell.sigResized({ 1, 1 }, { 2, 2 });
+        } },
     { "DragEnter", [](HastyShell&, HastyWidget& widget) { Q_EMIT widget.sigDragEnter({}); } },
     { "WebviewEvent", [](HastyShell&, HastyWidget& widget) { Q_EMIT widget.sigWebviewEvent(5); } },
     { "Destroy", [](HastyShell& shell, HastyWidget&) { delete &shell; } },
@@ -172,11 +181,61 @@ const struct Signal {
 
 ROW_TEST(Going, InAListener, Signals)
 {
-    for (const Victim victim : { ShellItself, WidgetItself, PageItself }) {
-        // The window that is being destroyed can not be destroyed again.
-        const bool isGoing = GetParam().name == std::string("Destroy");
-        Going next; // a scene of its own for each
+    const bool isDestroyed = GetParam().name == std::string("Destroy");
+    for (const Victim victim : { Victim::Shell, Victim::Widget, Victim::Page }) {
+        Scene scene(core);
+        int calls = 0;
+        scene.listen(GetParam().name, [&] {
+            ++calls;
+            // A window is destroyed once; with it goes its view.
+            if (victim != Victim::Shell || !isDestroyed)
+                scene.destroy(victim);
+        });
+        scene.listen(GetParam().name, [&] {
+            ++calls;
+            EXPECT_EQ(scene.call("hide"), scene.shell && !isDestroyed ? "" : NoShell);
+            EXPECT_EQ(scene.call("getID"), scene.widget ? "\"going\"" : NoWidget);
+        });
+        GetParam().emitted(*scene.shell, *scene.widget);
+        EXPECT_EQ(calls, victim == Victim::Page ? 1 : 2);
     }
+}
+
+TEST_F(Going, WithinTheMethodThatAPageCalls)
+{
+    const QByteArray vanish = R"({"funcName": "vanish", "funcParam": [1, "x"]})";
+    for (const char* name : { "other", "nothing", "close", "deleteLater", "vanish(QVariant)", "vanish" }) {
+        Scene scene(core);
+        const QByteArray options = QByteArray(R"({"funcName": ")") + name + R"("})";
+        EXPECT_EQ(
+            scene.call("invokeGeneralMethod", options), name == std::string("vanish") ? "true" : "false");
+        EXPECT_EQ(!scene.widget, name == std::string("vanish")) << name;
+    }
+    Scene later(core);
+    for (int i = 0; i < 2; ++i)
+        later.call("invokeGeneralMethodAsync", vanish);
+    EXPECT_TRUE(later.widget);
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(later.page.settled, (std::vector<std::string> { R"([1,"x"])", "rejected: 3 empty webwidget" }));
+}
+
+TEST_F(Going, OfAnObjectThatItsListenerLetsGo)
+{
+    Scene scene(core);
+    support::Page other(core);
+    other.call("WebviewMgr", "getWebview", "\"going\"");
+    auto kept = std::make_unique<vexlite::BoundObject>(other.handedOut());
+    other.result = {};
+    int calls = 0;
+    const auto body = [&](const JSApiArguments&) {
+        ++calls;
+        kept.reset();
+        return KR_OK;
+    };
+    other.call(*kept, "addShowListener", { support::function(other.context, 1, body) });
+    Q_EMIT scene.shell->sigShown();
+    Q_EMIT scene.shell->sigShown();
+    EXPECT_EQ(calls, 1) << "nobody has the object any more";
 }
 
 } // namespace

@@ -36,6 +36,8 @@ const noted = (/** @type {unknown[]} */ ...note) => notes.some((one) => same(one
 /** Resolves when an event is heard that was not before `action`. */
 const hears = (/** @type {string} */ name, /** @type {() => unknown} */ action, /** @type {unknown[]} */ ...note) =>
     [name, async () => { await user("settle"); notes.length = 0; await action(); return settled(() => noted(...note), true); }, true];
+/** Changes flags, for which the window goes and comes back. */
+const flag = async (/** @type {() => unknown} */ action) => { notes.length = 0; action(); await settled(() => noted("Show"), true); await user("focus", "page"); };
 const raised = (/** @type {boolean} */ is) => user("state", "page", "_NET_WM_STATE_ABOVE", is);
 
 Webview.setWindowTitle("page");
@@ -50,9 +52,9 @@ await check([
     becomes("restored again", () => Webview.setRestore(), () => [data(Webview, "isFullScreen"), size()], [false, { w: 301, h: 201 }]),
     becomes("minimised", async () => { Webview.setMinimize(); await user("hidden", "page"); }, () => data(Webview, "isMinimize"), true),
     becomes("and back", () => Webview.setRestore(), () => data(Webview, "isMinimize"), false),
-    ["above others", async () => { Webview.setEnableStayOnTop(true); await raised(true); return size(); }, { w: 301, h: 201 }],
-    ["no longer", async () => { Webview.setEnableStayOnTop(false); await raised(false); return size(); }, { w: 301, h: 201 }],
-    becomes("without a frame", async () => { Webview.setWindowFlags([0x800]); await user("wait", "page"); Webview.setGeometry({ x: 101, y: 51 }); },
+    ["above others", async () => { await flag(() => Webview.setEnableStayOnTop(true)); await raised(true); return size(); }, { w: 301, h: 201 }],
+    ["no longer", async () => { await flag(() => Webview.setEnableStayOnTop(false)); await raised(false); return size(); }, { w: 301, h: 201 }],
+    becomes("without a frame", async () => { await flag(() => Webview.setWindowFlags([0x800])); Webview.setGeometry({ x: 101, y: 51 }); },
         () => [place(), size()], [{ x: 101, y: 51 }, { w: 301, h: 201 }]),
     hears("it is active", async () => { await user("other window"); await user("focus", "page"); }, "WindowActivateState", true),
     hears("another window is", () => user("other window"), "WindowActivateState", false),
@@ -79,7 +81,7 @@ await check([
     hears("hidden", () => Webview.hide(), "Hide"),
     hears("shown, with its shell", () => Webview.show(), "Show"),
     becomes("not for users to size", async () => { Webview.setResizeable(false); await user("fixed", "page", true); }, size, { w: 301, h: 201 }),
-    becomes("but for the page", () => Webview.setSize({ w: 250, h: 150 }), size, { w: 250, h: 150 }),
+    becomes("but for the page", async () => { Webview.setSize({ w: 250, h: 150 }); await user("sized", "page", physical(250), physical(150)); }, size, { w: 250, h: 150 }),
     becomes("for users again", async () => { Webview.setResizeable(true); await user("fixed", "page", false); }, size, { w: 250, h: 150 }),
 ]);
 

@@ -48,6 +48,7 @@ def prop(title, name):
 def focus(title):
     found = window(title)
     until(lambda: tool("xdotool", "windowactivate", found) or active() == found, f"{title} active")
+    time.sleep(0.5)  # Qt waits before it takes a window for inactive, and takes no notice of what has changed back meanwhile
 
 
 def place(title):
@@ -65,6 +66,7 @@ def press_and_move(begin, end):
     for part in range(1, 11):
         tool("xdotool", "mousemove", *(str(a + (b - a) * part // 10) for a, b in zip(begin, end)))
         time.sleep(0.02)
+    time.sleep(0.2)
     tool("xdotool", "mouseup", "1")
 
 
@@ -84,12 +86,17 @@ def is_fixed(title):
     return len(sizes) == 2 and sizes[0] == sizes[1]
 
 
+def is_sized(title, *size):
+    return [int(length) for length in re.findall(r"(?:Width|Height): (\d+)", tool("xwininfo", "-id", window(title)))] == list(size)
+
+
 STEPS = {
     "wait": window,
     "settle": lambda: time.sleep(0.1),
     "hidden": lambda title: until(lambda: not visible(title), f"{title} hidden"),
     "state": lambda title, state, is_set: until(lambda: (state in prop(title, "_NET_WM_STATE")) == is_set, f"{title}: {state} {is_set}"),
     "fixed": lambda title, fixed: until(lambda: is_fixed(title) == fixed, f"{title} fixed: {fixed}"),
+    "sized": lambda title, *size: until(lambda: is_sized(title, *size), f"{title} of size {size}"),
     "owned": lambda title, owner: until(lambda: f"{int(window(owner)):#x}" in prop(title, "WM_TRANSIENT_FOR"), f"{owner} owns {title}"),
     "focus": focus,
     "other window": lambda: focus("Other"),

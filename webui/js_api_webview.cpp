@@ -407,8 +407,8 @@ const MemberList& KJsApiWebview::members()
             row<&setEnableStayOnTop>(u"setEnableStayOnTop", { { Type::Boolean, "onTop" } },
                 "Keeps the window above others, or no longer."),
             row<&getSize>(u"getSize", {}, "Returns the size of the view."),
-            row<&getScreenNumber>(
-                u"getScreenNumber", {}, "Returns the number of the screen with the window, -1 where it is on none."),
+            row<&getScreenNumber>(u"getScreenNumber", {},
+                "Returns the number of the screen with the window, -1 where it is on none."),
             forwards<&QWidget::isMaximized>(u"isMaximize", {}, "Returns whether the window is maximised."),
             forwards<&QWidget::isMinimized>(u"isMinimize", {}, "Returns whether the window is minimised."),
             forwards<&QWidget::isFullScreen>(

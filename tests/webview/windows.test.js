@@ -2,7 +2,7 @@
 const { FileSystem, Webview, WebviewMgr } = NovaExtension;
 const [, , directory = "", factor = "1"] = process.argv;
 const scale = Number(factor);
-const PATIENCE = 6000; // milliseconds
+const PATIENCE = 60000; // milliseconds
 
 const data = (/** @type {any} */ of, /** @type {string} */ member, /** @type {unknown[]} */ ...args) => call(of, member, ...args).data;
 /** @returns {Promise<any>} What `find` finds when it is what was expected, or what it finds in the end. */

@@ -12,7 +12,7 @@ import sys
 import tempfile
 import time
 
-PATIENCE = 6  # seconds
+PATIENCE = 60  # seconds
 
 
 def tool(*command):

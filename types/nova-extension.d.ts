@@ -1219,7 +1219,7 @@ declare namespace NovaExtension {
          */
         getSize(): Answer<NovaExtension.Webview.ViewSize>;
         /**
-         * Returns the number of the screen with the window.
+         * Returns the number of the screen with the window, -1 where it is on none.
          *
          * @throws 3 "empty webshellwidget"
          * @throws 3 "empty screen"

@@ -36,12 +36,13 @@ public:
     static Answer<Promise<QVariant>> start(
         const JSContextEnv& page, KJsApiWebWidget& widget, const GeneralCall& call);
 
-private Q_SLOTS:
-    void invoke();
-
 private:
     Guarded<KJsApiWebWidget> m_widget;
     GeneralCall m_call;
+
+public Q_SLOTS:
+    // For the event loop.
+    void invoke();
 };
 
 } // namespace jsapi

@@ -88,6 +88,11 @@ public:
     /// whether others are left.
     void connectTo(QObject& source, const char* event);
 
+private:
+    template <typename Payload> void emitToPages(const Event<Payload>& event, const Payload& payload);
+
+    KJsApiWebview& m_webview;
+
 public Q_SLOTS:
     void onShellWidgetHide();
     void onShellWidgetShow();
@@ -97,11 +102,6 @@ public Q_SLOTS:
     void onShellWidgetResize(const QSize& size, const QSize& oldSize);
     void onWebWidgetDragEnter(const QStringList& paths);
     void onWebWidgetEvent(const QVariant& value);
-
-private:
-    template <typename Payload> void emitToPages(const Event<Payload>& event, const Payload& payload);
-
-    KJsApiWebview& m_webview;
 };
 
 /// A length in physical pixels in CSS pixels, truncated.

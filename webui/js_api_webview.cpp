@@ -100,11 +100,11 @@ Answer<EventSource<Shell>> KJsApiWebview::findShellEvents(const JSContextEnv& pa
 namespace {
 
 // The handlers. Many members only pass what script gives on to one function of the shell or the web widget: of those
-// Forward makes the handler, from the function and the types that script's arguments are read as.
+// forward makes the handler, from the function and the types that script's arguments are read as.
 
 template <typename Function> struct FunctionOf;
 template <typename T, typename Return, typename... Declared> struct FunctionOf<Return (T::*)(Declared...)> {
-    using Part = std::conditional_t<std::is_same_v<T, QWidget>, Shell, WebWidget>;
+    using Target = std::conditional_t<std::is_same_v<T, QWidget>, Shell, WebWidget>;
     using Result = Return;
 };
 template <typename T, typename Return>
@@ -113,7 +113,7 @@ struct FunctionOf<Return (T::*)() const> : FunctionOf<Return (T::*)()> {
 
 template <auto Function, typename... Given>
 Answer<typename FunctionOf<decltype(Function)>::Result> forward(
-    const typename FunctionOf<decltype(Function)>::Part& part, const Given&... given)
+    const typename FunctionOf<decltype(Function)>::Target& part, const Given&... given)
 {
     if constexpr (std::is_void_v<typename FunctionOf<decltype(Function)>::Result>) {
         (part.get()->*Function)(given...);
@@ -136,9 +136,9 @@ MemberDescriptor forwards(const char16_t* name, std::initializer_list<Parameter>
     return row<&forward<Function, Given...>>(name, parameters, doc);
 }
 
-template <const auto& Listened, typename Part>
-Answer<void> addViewListener(
-    const EventSource<Part>& source, const JSContextEnv& page, const Listener<PayloadOf<Listened>>& listener)
+template <const auto& Listened, typename Target>
+Answer<void> addViewListener(const EventSource<Target>& source, const JSContextEnv& page,
+    const Listener<PayloadOf<Listened>>& listener)
 {
     const KResult status = source.handle->hub().Add(heapString(Listened.name), page, listener.callback);
     if (status == KR_OK)
@@ -146,9 +146,9 @@ Answer<void> addViewListener(
     return reportListenerChange(status);
 }
 
-template <const auto& Listened, typename Part>
-Answer<void> removeViewListener(
-    const EventSource<Part>& source, const JSContextEnv& page, const Listener<PayloadOf<Listened>>& listener)
+template <const auto& Listened, typename Target>
+Answer<void> removeViewListener(const EventSource<Target>& source, const JSContextEnv& page,
+    const Listener<PayloadOf<Listened>>& listener)
 {
     if (isNullOrUndefined(listener.callback.raw()))
         return WrongParameters;
@@ -156,11 +156,11 @@ Answer<void> removeViewListener(
         source.handle->hub().Remove(heapString(Listened.name), page, listener.callback));
 }
 
-template <typename Part, const auto& Listened>
+template <typename Target, const auto& Listened>
 MemberDescriptor listenersOf(const char16_t* add, const char16_t* remove)
 {
-    constexpr auto Remove = &removeViewListener<Listened, Part>;
-    MemberDescriptor pair = row<&addViewListener<Listened, Part>>(
+    constexpr auto Remove = &removeViewListener<Listened, Target>;
+    MemberDescriptor pair = row<&addViewListener<Listened, Target>>(
         add, { { Type::Object, "callback" } }, "", { &WrongParameters });
     pair.counterpart = remove;
     pair.counterpartInvoke = reinterpret_cast<JSMemberInvoke>(&detail::Thunk<Remove, KJsApiWebview>::method);
@@ -407,8 +407,8 @@ const MemberList& KJsApiWebview::members()
             row<&setEnableStayOnTop>(u"setEnableStayOnTop", { { Type::Boolean, "onTop" } },
                 "Keeps the window above others, or no longer."),
             row<&getSize>(u"getSize", {}, "Returns the size of the view."),
-            row<&getScreenNumber>(
-                u"getScreenNumber", {}, "Returns the number of the screen with the window."),
+            row<&getScreenNumber>(u"getScreenNumber", {},
+                "Returns the number of the screen with the window, -1 where it is on none."),
             forwards<&QWidget::isMaximized>(u"isMaximize", {}, "Returns whether the window is maximised."),
             forwards<&QWidget::isMinimized>(u"isMinimize", {}, "Returns whether the window is minimised."),
             forwards<&QWidget::isFullScreen>(

@@ -18,7 +18,7 @@ struct WebWidget : Guarded<KJsApiWebWidget> { };
 /// The window that it is, or was in when the object was bound to it; refused with NoShell.
 struct Shell : Guarded<QWidget> { };
 /// One of them as a source of events; refused with EmptyHandle first, where the suite has no event hubs.
-template <typename Part> struct EventSource : Part {
+template <typename Target> struct EventSource : Target {
     KJsApiViewEventHandle* handle = nullptr;
 };
 

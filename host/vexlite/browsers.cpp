@@ -15,7 +15,7 @@ std::int64_t Browser::ProcessId() const
 std::uint32_t Browser::Window() const
 {
     const KJsApiWebWidget* widget = m_facts.window ? nullptr : GetWebWidget(m_facts.browserId);
-    return widget ? static_cast<std::uint32_t>(widget->window()->internalWinId()) : m_facts.window;
+    return widget ? static_cast<std::uint32_t>(widget->effectiveWinId()) : m_facts.window;
 }
 
 IVEXBrowserGroup* Browser::Group() const

@@ -69,7 +69,7 @@ struct BrowserFacts {
     QString sessionId;
     QString browserId;
     VEXBrowserTimes times {};
-    std::uint32_t window = 0; ///< the X11 window that shows the page; 0 for that of its web widget, if it has one
+    std::uint32_t window = 0; ///< the X11 window that shows the page; 0: that of its web widget, if any
     bool grouped = true;
     std::int64_t groupMark1 = 0;
     std::int64_t groupMark2 = 0;

@@ -46,6 +46,6 @@ KJsApiWebWidget* KJsApiWebWidgetFactory::createWidget(
         return nullptr;
     KJsApiWebWidget* widget = item->create(viewId, parent);
     if (widget && !widget->isWindow())
-        widget->setWindowFlag(Qt::Window);
+        widget->setWindowFlags(widget->windowFlags() | (parent ? Qt::Dialog : Qt::Window));
     return widget;
 }

@@ -192,6 +192,8 @@ void KJsApiWebWidgetPrivate::fixSize()
     // Only what the window system is told: for setters of the size the widget's own limits hold.
     window->setMinimumSize(m_isResizeable ? m_sized->minimumSize() : m_sized->size());
     window->setMaximumSize(m_isResizeable ? m_sized->maximumSize() : m_sized->size());
+    // Qt keeps the limits to itself until something else is sent to the window system.
+    m_sized->update();
 }
 
 void KJsApiWebWidgetPrivate::paint()

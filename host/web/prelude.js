@@ -24,6 +24,7 @@
 @PAGE_SCRIPT@
     const ask = prompt;
     const later = setTimeout;
+    const soon = queueMicrotask;
     const { setPrototypeOf } = Object;
     const { parse } = JSON;
     const { random } = Math;
@@ -643,20 +644,32 @@
 
     // --- Scripts that the suite runs -----------------------------------------------------------------------------
 
-    const report = (what, ...parts) => {
-        let request = 'E' + frame + ';' + what;
+    const compose = (what, ...parts) => {
+        let part = what;
         for (let i = 0; i < parts.length; ++i)
-            request += parts[i].length + ';' + parts[i];
-        return transact(request);
+            part += parts[i].length + ';' + parts[i];
+        return part;
+    };
+    const report = (part) => transact('E' + frame + ';' + part);
+    // What ends the run is reported when the script has returned to the event loop, all at once: nothing is heard after it.
+    let ending = '';
+    const reportEnd = (part) => {
+        if (ending === '')
+            soon(() => report(ending));
+        ending += part;
     };
     let isScripted = false;
+    const outcome = Symbol('outcome');
     const native = {
         __proto__: null,
-        finish: (ticket, ok, text, json, stack, code) =>
-            report('f', '' + ticket, ok ? '1' : '', text, json, stack, code === undefined ? '' : '' + code),
+        // Behind the events of promises that nobody has handled, which come when the script has returned to the event loop.
+        finish: (ticket, ok, text, json, stack, code) => {
+            const part = compose('f', '' + ticket, ok ? '1' : '', text, json, stack, code === undefined ? '' : '' + code);
+            rejectPromise({ __proto__: null, [outcome]: part });
+        },
         uncaught: (text, stack, code) => {
             if (isScripted)
-                report('u', text, stack, code === undefined ? '' : '' + code);
+                reportEnd(compose('u', text, stack, code === undefined ? '' : '' + code));
             else
                 showError('Uncaught ' + text + (stack === '' ? '' : '\n' + stack));
         },
@@ -676,11 +689,11 @@
         delete globalThis.__novaTake;
         return taken;
     };
-    // Where a syntax error is can only be had from the event of a script that the document loads.
+    // Where a syntax error is can only be had from the event of a script that the document loads; it does not run.
     let placing; // {address, line}
     const placeSyntaxError = (error, source, fileName) => new PromiseType((resolve) => {
         const element = document.createElement('script');
-        placing = { address: URL.createObjectURL(new Blob([source])), line: undefined };
+        placing = { address: URL.createObjectURL(new Blob(['throw 0;' + source])), line: undefined };
         element.onload = element.onerror = () => {
             define(error, 'sourceURL', fileName, false);
             define(error, 'line', placing.line, false);
@@ -697,23 +710,28 @@
             await placeSyntaxError(error, source, fileName);
         fail(ticket, error);
     };
+    let rejectPromise; // one of the document's own functions, whose promises it hears of
     const runSource = (ticket, isExpression, fileName, source) => {
+        rejectPromise ??= runInDocument('{ const P = Promise; __novaTake((reason) => { new P((resolve, reject) => reject(reason)); }); }');
         const end = '\n//# sourceURL=' + encodeName(fileName);
         // All on the first line of the source, so that line numbers stay right.
         const body = 'async function () {' + source + '\n}';
         let value;
+        let compiled = source;
         try {
             if (isExpression) {
                 value = runInDocument('__novaTake((source) => eval(source))')(source + end);
             } else {
                 // Checked as a method as well: source that closes one of the two wrappers, "}); ... (function () {", is a
                 // syntax error in the other.
-                indirectEval('({ async run() {' + source + '\n}})');
-                indirectEval('(' + body + ')');
+                compiled = '({ async run() {' + source + '\n}})';
+                indirectEval(compiled);
+                compiled = '(' + body + ')';
+                indirectEval(compiled);
                 value = runInDocument('__novaTake(' + body + ')' + end);
             }
         } catch (error) {
-            failWithPlace(ticket, error, isExpression ? source : '(' + body + ')', fileName);
+            failWithPlace(ticket, error, compiled, fileName);
             return;
         }
         if (isExpression)
@@ -727,7 +745,7 @@
         for (let count = nextCount(reader); count > 0; --count)
             argv[argv.length] = nextText(reader);
         const printer = (isError) => function (...given) {
-            report('p', isError ? '1' : '', consoleLine(given));
+            report(compose('p', isError ? '1' : '', consoleLine(given)));
         };
         for (const name of ['log', 'info', 'debug'])
             define(console, name, printer(false), true);
@@ -736,12 +754,12 @@
         define(globalThis, 'exit', function exit(code = 0) {
             if (!isInteger(code) || code < 0 || code > 255)
                 throw makeTypeError('exit: the code must be an integer from 0 to 255');
-            report('x', '' + code);
+            reportEnd(compose('x', '' + code));
         }, false);
         const play = function play(steps) {
             if (typeof steps !== 'string')
                 throw makeTypeError('process.play: a text is expected');
-            const reader = report('s', steps);
+            const reader = report(compose('s', steps));
             if (reader && reader.text[reader.at++] === 't')
                 throw errorFromObject(readValue(reader));
         };
@@ -749,13 +767,19 @@
         addEventListener('error', (event) => {
             event.preventDefault();
             if (placing && event.filename === placing.address)
-                placing.line = event.lineno;
+                placing.line = event.error === 0 ? undefined : event.lineno;
             else
                 reportError(event.error);
         });
         addEventListener('unhandledrejection', (event) => {
             event.preventDefault();
-            reportError(event.reason);
+            const part = isObject(event.reason) ? getOwnPropertyDescriptor(event.reason, outcome)?.value : undefined;
+            if (part === undefined) {
+                reportError(event.reason);
+            } else {
+                event.stopImmediatePropagation();
+                report(part);
+            }
         });
     };
 

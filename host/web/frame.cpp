@@ -130,6 +130,8 @@ void Frame::close()
     // A call that is being performed is still on the stack.
     for (auto waiting = m_waiting.begin(); waiting != m_waiting.end();)
         waiting = waiting->second.isDone ? m_waiting.erase(waiting) : std::next(waiting);
+    if (const auto report = std::exchange(closed, nullptr))
+        report();
 }
 
 void Frame::setScript(PageHost host, const QStringList& arguments)
@@ -404,6 +406,7 @@ QString Frame::scriptRequest(WireReader& reader)
         case 'x': {
             const int code = textOf(reader.text()).toInt();
             const auto exitRequested = m_script.exitRequested;
+            closed = nullptr;
             close();
             if (exitRequested)
                 exitRequested(code);

@@ -87,6 +87,7 @@ public:
     /// Has the document run a script; finished() gets its outcome.
     void runScript(int ticket, bool isExpression, const QString& fileName, const QString& source);
     std::function<void(int ticket, const Outcome& outcome)> finished;
+    std::function<void()> closed; ///< the document has gone, but not by exit()
 
     /// What the document gets first.
     QString greeting();
@@ -134,7 +135,8 @@ private:
     QString callMember(WireReader& reader);
     QString collectWaiting(WireReader& reader);
     QString scriptRequest(WireReader& reader);
-    QString answerOf(const KJSVariant& result, const KJSVariant& exception, bool isMethod, const QString& tag);
+    QString answerOf(
+        const KJSVariant& result, const KJSVariant& exception, bool isMethod, const QString& tag);
     QString failure(int code, const QString& message);
     QString typeError(const QString& message) const;
 

@@ -39,6 +39,13 @@
     const open = uncurry(XMLHttpRequest.prototype.open);
     const send = uncurry(XMLHttpRequest.prototype.send);
     const listen = uncurry(EventTarget.prototype.addEventListener);
+    const getterOf = (type, name) => uncurry(getOwnPropertyDescriptor(type.prototype, name).get);
+    const reasonOf = getterOf(PromiseRejectionEvent, 'reason');
+    const errorOf = getterOf(ErrorEvent, 'error');
+    const fileOf = getterOf(ErrorEvent, 'filename');
+    const lineOf = getterOf(ErrorEvent, 'lineno');
+    const preventDefault = uncurry(Event.prototype.preventDefault);
+    const stopImmediatePropagation = uncurry(Event.prototype.stopImmediatePropagation);
     const functionText = uncurry(Function.prototype.toString);
     const split = String.prototype.split;
     const joinList = Array.prototype.join;
@@ -358,7 +365,7 @@
         return done;
     };
     const makeWriter = (out) => (
-        { __proto__: null, out, values: 0, bytes: 0, problem: '', path: '', isCut: false, near: [], deep: undefined, sent: undefined });
+        { __proto__: null, out, values: 0, bytes: 0, problem: '', path: '', isCut: false, near: { __proto__: null }, deep: undefined, sent: undefined });
     const takeBack = (writer) => {
         for (let { sent } = writer; sent; sent = sent.next)
             dropFunction(sent.id, 1);
@@ -666,6 +673,7 @@
         finish: (ticket, ok, text, json, stack, code) => {
             const part = compose('f', '' + ticket, ok ? '1' : '', text, json, stack, code === undefined ? '' : '' + code);
             rejectPromise({ __proto__: null, [outcome]: part });
+            later(() => report(part), 1000); // a script can remove all listeners of the document
         },
         uncaught: (text, stack, code) => {
             if (isScripted)
@@ -765,19 +773,21 @@
         };
         define(globalThis, 'process', { argv, play }, false);
         addEventListener('error', (event) => {
-            event.preventDefault();
-            if (placing && event.filename === placing.address)
-                placing.line = event.error === 0 ? undefined : event.lineno;
+            preventDefault(event);
+            const error = errorOf(event);
+            if (placing && fileOf(event) === placing.address)
+                placing.line = error === 0 ? undefined : lineOf(event);
             else
-                reportError(event.error);
+                reportError(error);
         });
         addEventListener('unhandledrejection', (event) => {
-            event.preventDefault();
-            const part = isObject(event.reason) ? getOwnPropertyDescriptor(event.reason, outcome)?.value : undefined;
+            preventDefault(event);
+            const reason = reasonOf(event);
+            const part = isObject(reason) ? getOwnPropertyDescriptor(reason, outcome)?.value : undefined;
             if (part === undefined) {
-                reportError(event.reason);
+                reportError(reason);
             } else {
-                event.stopImmediatePropagation();
+                stopImmediatePropagation(event);
                 report(part);
             }
         });

@@ -130,6 +130,8 @@ void Frame::close()
     // A call that is being performed is still on the stack.
     for (auto waiting = m_waiting.begin(); waiting != m_waiting.end();)
         waiting = waiting->second.isDone ? m_waiting.erase(waiting) : std::next(waiting);
+    if (const auto report = std::exchange(closed, nullptr))
+        report();
 }
 
 void Frame::setScript(PageHost host, const QStringList& arguments)
@@ -391,53 +393,58 @@ QString Frame::scriptRequest(WireReader& reader)
         outcome.hasCode = !code.isEmpty();
         outcome.code = code.toInt();
     };
-    switch (reader.unit()) {
-    case 'p': {
-        const bool isError = !reader.text().isEmpty();
-        const QString line = textOf(reader.text());
-        if (m_script.console)
-            m_script.console(line, isError);
-        break;
+    QString answer;
+    while (!reader.atEnd()) {
+        switch (reader.unit()) {
+        case 'p': {
+            const bool isError = !reader.text().isEmpty();
+            const QString line = textOf(reader.text());
+            if (m_script.console)
+                m_script.console(line, isError);
+            break;
+        }
+        case 'x': {
+            const int code = textOf(reader.text()).toInt();
+            const auto exitRequested = m_script.exitRequested;
+            closed = nullptr;
+            close();
+            if (exitRequested)
+                exitRequested(code);
+            break;
+        }
+        case 'u': {
+            Outcome outcome;
+            outcome.text = textOf(reader.text());
+            outcome.stack = textOf(reader.text());
+            optionalCode(outcome);
+            if (m_script.uncaughtError)
+                m_script.uncaughtError(outcome);
+            break;
+        }
+        case 'f': {
+            const int ticket = textOf(reader.text()).toInt();
+            Outcome outcome;
+            outcome.ok = !reader.text().isEmpty();
+            outcome.text = textOf(reader.text());
+            outcome.json = textOf(reader.text());
+            outcome.stack = textOf(reader.text());
+            optionalCode(outcome);
+            if (finished)
+                finished(ticket, outcome);
+            break;
+        }
+        case 's': {
+            const QString steps = textOf(reader.text());
+            const QString fault =
+                m_script.play ? m_script.play(steps) : QStringLiteral("this page has nothing to play");
+            answer = fault.isEmpty() ? QString() : failure(1, fault);
+            break;
+        }
+        default:
+            return answer;
+        }
     }
-    case 'x': {
-        const int code = textOf(reader.text()).toInt();
-        const auto exitRequested = m_script.exitRequested;
-        close();
-        if (exitRequested)
-            exitRequested(code);
-        break;
-    }
-    case 'u': {
-        Outcome outcome;
-        outcome.text = textOf(reader.text());
-        outcome.stack = textOf(reader.text());
-        optionalCode(outcome);
-        if (m_script.uncaughtError)
-            m_script.uncaughtError(outcome);
-        break;
-    }
-    case 'f': {
-        const int ticket = textOf(reader.text()).toInt();
-        Outcome outcome;
-        outcome.ok = !reader.text().isEmpty();
-        outcome.text = textOf(reader.text());
-        outcome.json = textOf(reader.text());
-        outcome.stack = textOf(reader.text());
-        optionalCode(outcome);
-        if (finished)
-            finished(ticket, outcome);
-        break;
-    }
-    case 's': {
-        const QString steps = textOf(reader.text());
-        const QString fault =
-            m_script.play ? m_script.play(steps) : QStringLiteral("this page has nothing to play");
-        return fault.isEmpty() ? QString() : failure(1, fault);
-    }
-    default:
-        break;
-    }
-    return {};
+    return answer;
 }
 
 std::int64_t Frame::share(IJSExtentionObject* object, const QString& name, KResult& status)

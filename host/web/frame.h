@@ -87,6 +87,7 @@ public:
     /// Has the document run a script; finished() gets its outcome.
     void runScript(int ticket, bool isExpression, const QString& fileName, const QString& source);
     std::function<void(int ticket, const Outcome& outcome)> finished;
+    std::function<void()> closed; ///< the document has gone, but not by exit()
 
     /// What the document gets first.
     QString greeting();

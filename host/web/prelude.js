@@ -24,6 +24,7 @@
 @PAGE_SCRIPT@
     const ask = prompt;
     const later = setTimeout;
+    const soon = queueMicrotask;
     const { setPrototypeOf } = Object;
     const { parse } = JSON;
     const { random } = Math;
@@ -38,6 +39,13 @@
     const open = uncurry(XMLHttpRequest.prototype.open);
     const send = uncurry(XMLHttpRequest.prototype.send);
     const listen = uncurry(EventTarget.prototype.addEventListener);
+    const getterOf = (type, name) => uncurry(getOwnPropertyDescriptor(type.prototype, name).get);
+    const reasonOf = getterOf(PromiseRejectionEvent, 'reason');
+    const errorOf = getterOf(ErrorEvent, 'error');
+    const fileOf = getterOf(ErrorEvent, 'filename');
+    const lineOf = getterOf(ErrorEvent, 'lineno');
+    const preventDefault = uncurry(Event.prototype.preventDefault);
+    const stopImmediatePropagation = uncurry(Event.prototype.stopImmediatePropagation);
     const functionText = uncurry(Function.prototype.toString);
     const split = String.prototype.split;
     const joinList = Array.prototype.join;
@@ -357,7 +365,7 @@
         return done;
     };
     const makeWriter = (out) => (
-        { __proto__: null, out, values: 0, bytes: 0, problem: '', path: '', isCut: false, near: [], deep: undefined, sent: undefined });
+        { __proto__: null, out, values: 0, bytes: 0, problem: '', path: '', isCut: false, near: { __proto__: null }, deep: undefined, sent: undefined });
     const takeBack = (writer) => {
         for (let { sent } = writer; sent; sent = sent.next)
             dropFunction(sent.id, 1);
@@ -643,20 +651,33 @@
 
     // --- Scripts that the suite runs -----------------------------------------------------------------------------
 
-    const report = (what, ...parts) => {
-        let request = 'E' + frame + ';' + what;
+    const compose = (what, ...parts) => {
+        let part = what;
         for (let i = 0; i < parts.length; ++i)
-            request += parts[i].length + ';' + parts[i];
-        return transact(request);
+            part += parts[i].length + ';' + parts[i];
+        return part;
+    };
+    const report = (part) => transact('E' + frame + ';' + part);
+    // What ends the run is reported when the script has returned to the event loop, all at once: nothing is heard after it.
+    let ending = '';
+    const reportEnd = (part) => {
+        if (ending === '')
+            soon(() => report(ending));
+        ending += part;
     };
     let isScripted = false;
+    const outcome = Symbol('outcome');
     const native = {
         __proto__: null,
-        finish: (ticket, ok, text, json, stack, code) =>
-            report('f', '' + ticket, ok ? '1' : '', text, json, stack, code === undefined ? '' : '' + code),
+        // Behind the events of promises that nobody has handled, which come when the script has returned to the event loop.
+        finish: (ticket, ok, text, json, stack, code) => {
+            const part = compose('f', '' + ticket, ok ? '1' : '', text, json, stack, code === undefined ? '' : '' + code);
+            rejectPromise({ __proto__: null, [outcome]: part });
+            later(() => report(part), 1000); // a script can remove all listeners of the document
+        },
         uncaught: (text, stack, code) => {
             if (isScripted)
-                report('u', text, stack, code === undefined ? '' : '' + code);
+                reportEnd(compose('u', text, stack, code === undefined ? '' : '' + code));
             else
                 showError('Uncaught ' + text + (stack === '' ? '' : '\n' + stack));
         },
@@ -676,11 +697,11 @@
         delete globalThis.__novaTake;
         return taken;
     };
-    // Where a syntax error is can only be had from the event of a script that the document loads.
+    // Where a syntax error is can only be had from the event of a script that the document loads; it does not run.
     let placing; // {address, line}
     const placeSyntaxError = (error, source, fileName) => new PromiseType((resolve) => {
         const element = document.createElement('script');
-        placing = { address: URL.createObjectURL(new Blob([source])), line: undefined };
+        placing = { address: URL.createObjectURL(new Blob(['throw 0;' + source])), line: undefined };
         element.onload = element.onerror = () => {
             define(error, 'sourceURL', fileName, false);
             define(error, 'line', placing.line, false);
@@ -697,27 +718,32 @@
             await placeSyntaxError(error, source, fileName);
         fail(ticket, error);
     };
+    let rejectPromise; // one of the document's own functions, whose promises it hears of
     const runSource = (ticket, isExpression, fileName, source) => {
         if (document.readyState === 'loading') {
             listen(document, 'DOMContentLoaded', () => runSource(ticket, isExpression, fileName, source));
             return;
         }
+        rejectPromise ??= runInDocument('{ const P = Promise; __novaTake((reason) => { new P((resolve, reject) => reject(reason)); }); }');
         const end = '\n//# sourceURL=' + encodeName(fileName);
         // All on the first line of the source, so that line numbers stay right.
         const body = 'async function () {' + source + '\n}';
         let value;
+        let compiled = source;
         try {
             if (isExpression) {
                 value = runInDocument('__novaTake((source) => eval(source))')(source + end);
             } else {
                 // Checked as a method as well: source that closes one of the two wrappers, "}); ... (function () {", is a
                 // syntax error in the other.
-                indirectEval('({ async run() {' + source + '\n}})');
-                indirectEval('(' + body + ')');
+                compiled = '({ async run() {' + source + '\n}})';
+                indirectEval(compiled);
+                compiled = '(' + body + ')';
+                indirectEval(compiled);
                 value = runInDocument('__novaTake(' + body + ')' + end);
             }
         } catch (error) {
-            failWithPlace(ticket, error, isExpression ? source : '(' + body + ')', fileName);
+            failWithPlace(ticket, error, compiled, fileName);
             return;
         }
         if (isExpression)
@@ -731,7 +757,7 @@
         for (let count = nextCount(reader); count > 0; --count)
             argv[argv.length] = nextText(reader);
         const printer = (isError) => function (...given) {
-            report('p', isError ? '1' : '', consoleLine(given));
+            report(compose('p', isError ? '1' : '', consoleLine(given)));
         };
         for (const name of ['log', 'info', 'debug'])
             define(console, name, printer(false), true);
@@ -740,26 +766,34 @@
         define(globalThis, 'exit', function exit(code = 0) {
             if (!isInteger(code) || code < 0 || code > 255)
                 throw makeTypeError('exit: the code must be an integer from 0 to 255');
-            report('x', '' + code);
+            reportEnd(compose('x', '' + code));
         }, false);
         const play = function play(steps) {
             if (typeof steps !== 'string')
                 throw makeTypeError('process.play: a text is expected');
-            const reader = report('s', steps);
+            const reader = report(compose('s', steps));
             if (reader && reader.text[reader.at++] === 't')
                 throw errorFromObject(readValue(reader));
         };
         define(globalThis, 'process', { argv, play }, false);
         addEventListener('error', (event) => {
-            event.preventDefault();
-            if (placing && event.filename === placing.address)
-                placing.line = event.lineno;
+            preventDefault(event);
+            const error = errorOf(event);
+            if (placing && fileOf(event) === placing.address)
+                placing.line = error === 0 ? undefined : lineOf(event);
             else
-                reportError(event.error);
+                reportError(error);
         });
         addEventListener('unhandledrejection', (event) => {
-            event.preventDefault();
-            reportError(event.reason);
+            preventDefault(event);
+            const reason = reasonOf(event);
+            const part = isObject(reason) ? getOwnPropertyDescriptor(reason, outcome)?.value : undefined;
+            if (part === undefined) {
+                reportError(reason);
+            } else {
+                stopImmediatePropagation(event);
+                report(part);
+            }
         });
     };
 

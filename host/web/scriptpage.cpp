@@ -23,6 +23,12 @@ void ScriptPage::attach(Frame& frame)
     m_frame = frame.weak_from_this();
     frame.setScript(m_host, m_options.arguments);
     frame.finished = [this](int ticket, const Outcome& outcome) { finish(ticket, outcome); };
+    frame.closed = [this] {
+        Outcome gone;
+        gone.text = QStringLiteral("the page has gone");
+        while (!m_running.empty())
+            finish(m_running.begin()->first, gone);
+    };
     for (Work& work : std::exchange(m_later, {}))
         begin(std::move(work));
 }
@@ -74,6 +80,7 @@ void ScriptPage::close()
     m_running.clear();
     if (const std::shared_ptr<Frame> frame = m_frame.lock()) {
         frame->finished = nullptr;
+        frame->closed = nullptr;
         frame->close();
     }
 }

@@ -18,6 +18,8 @@ TEST_P(CommandLine, EndsAsItShould)
         R"({"policy": [{"origin": "https://docs.example", "allow": ["Log"], "deny": ["Log.logInfo"]}]})");
     writeFile(
         place, "typo.json", R"({"policy": [{"origin": "*", "allow": ["*"], "deny": ["FileSystem.cpoy"]}]})");
+    if (GetParam().given.startsWith(QLatin1String("--browser")))
+        setUpBrowser();
     const Ended ended = novahost(wordsOf(GetParam().given, place));
     const QString& expected = GetParam().expected;
     EXPECT_EQ(ended.code, expected.section(QLatin1Char(' '), 0, 0).toInt()) << ended.errors.toStdString();
@@ -30,7 +32,17 @@ TEST_P(CommandLine, EndsAsItShould)
     expectText(ended.errors, texts.section(QLatin1String("||"), 1).trimmed());
 }
 
-INSTANTIATE_TEST_SUITE_P(Eval, CommandLine, testing::ValuesIn(rows(R"js(
+/// The rows, and the same rows in the browser engine.
+std::vector<Row> inBoth(const char* table)
+{
+    std::vector<Row> all = rows(table);
+    for (std::size_t i = 0, count = all.size(); i < count; ++i)
+        all.push_back(
+            { all[i].name + "InBrowser", QStringLiteral("--browser ") + all[i].given, all[i].expected });
+    return all;
+}
+
+INSTANTIATE_TEST_SUITE_P(Eval, CommandLine, testing::ValuesIn(inBoth(R"js(
 Number: eval "6 * 7" -> 0 ^42\n$
 Promise: eval "Promise.resolve({a: [1n, null]})" -> 0 ^\{"a":\[1,null\]\}\n$
 Undefined: eval undefined -> 0 ^null\n$
@@ -42,7 +54,13 @@ Cycle: eval "const a = {}; a.a = a; a" -> 1 || ^novahost: the answer has no JSON
 Throws: eval null.x -> 1 || TypeError
 Refusal: eval NovaExtension.Log.logInfo() -> 1 || missing required parameters\.[\s\S]*code: 1
 SyntaxError: eval "1 +" -> 1 || SyntaxError
+SyntaxErrorWhileItRuns: eval "console.log('once'); JSON.parse('{')" -> 1 ^once\n$ || SyntaxError
 Exit: eval exit(7) -> 7
+ExitEndsTheTurn: eval "exit(7); console.log('after')" -> 7 ^after\n$
+ErrorEndsTheTurn: eval "const E = NovaExtension.Event; E.addEventListener('e', () => { throw 'x' }); E.addEventListener('e', () => console.log('second'));
+ E.dispatchEvent('e'); console.log('after')" -> 1 ^second\nafter\n$ || ^x\n$
+RejectionAtTheEnd: eval "Promise.reject('no'), 5" -> 1 || ^no\n
+OddOutput: eval "console.log('a', -0, NaN, 5n, '\ud83d\ude00', [1, , 2]); console.error('z'.repeat(3e5).length)" -> 0 ^a -0 NaN 5n \x{1f600} \[1, undefined, 2\]\nnull\n$ || ^300000\n$
 Traced: eval "NovaExtension.Log.logInfo({moduleName: 'm', logStr: 's'})" --trace -> 0 success || NovaExtension\.Log\.logInfo .* us  ok
 TracedFailure: eval NovaExtension.Log.logInfo() --trace -> 1 || failed: missing required parameters\.
 HandedOutNames: eval "[NovaExtension.SettingsManager.settings({format: 0}), NovaExtension.Account.Privilege, NovaExtension.FileSystem.File({path: '/etc/passwd'}), NovaExtension.CloudDoc.Orbitapi].map(String)" -> 0 ^\["\[object NovaExtension.SettingsManager.Settings\]","\[object NovaExtension.Account.Privilege\]","\[object NovaExtension.FileSystem.File\]","\[object NovaExtension.CloudDoc.Orbitapi\]"\]\n$
@@ -51,7 +69,7 @@ NotDenied: --deny 0x80 eval "typeof NovaExtension.Log.logInfo" -> 0 ^"function"\
 )js")),
     rowName);
 
-INSTANTIATE_TEST_SUITE_P(Without, CommandLine, testing::ValuesIn(rows(R"js(
+INSTANTIATE_TEST_SUITE_P(Without, CommandLine, testing::ValuesIn(inBoth(R"js(
 JsCore: --without jsCore eval NovaExtension.Log -> 1 || Log.*80000008[\s\S]*code: 3
 PromiseService: --without promiseService eval "NovaExtension.FileSystem.getFileMd5('/etc/passwd')" -> 1 || PromiseServiceNull[\s\S]*code: 3
 AnswerChannel: --without answerChannel eval "NovaExtension.FileSystem.getFileMd5('/etc/passwd')" -> 1 || PromiseServiceNull[\s\S]*code: 3
@@ -97,6 +115,12 @@ Tour: run TOUR -> 0 9007199254740993[\s\S]*not supported\.
 )js")),
     rowName);
 
+INSTANTIATE_TEST_SUITE_P(Document, CommandLine, testing::ValuesIn(rows(R"js(
+ReloadInBrowser: --browser eval "location.reload(); new Promise(() => 0)" -> 1 || ^the page has gone\n$
+WithoutListenersInBrowser: --browser eval "document.open(), 5" -> 0 ^5\n$
+)js")),
+    rowName);
+
 INSTANTIATE_TEST_SUITE_P(WhoMayCall, CommandLine, testing::ValuesIn(rows(R"js(
 Rules: policy --profile PROFILE -> 0 ^policy\[0\]  https://docs\.example\n  allow  Log\n  deny   Log\.logInfo\notherwise  .*\n$
 RulesAsJson: --profile PROFILE policy --json -> 0 ^\[\{"origin":"https://docs.example","allow":\["Log"\],"deny":\["Log.logInfo"\]\}\]\n$
@@ -112,7 +136,7 @@ RuleIsMisspelt: --profile TYPO eval 1 -> 2 || ^novahost: profile ".*typo\.json":
 )js")),
     rowName);
 
-INSTANTIATE_TEST_SUITE_P(ArgumentsOfTheScript, CommandLine, testing::ValuesIn(rows(R"js(
+INSTANTIATE_TEST_SUITE_P(ArgumentsOfTheScript, CommandLine, testing::ValuesIn(inBoth(R"js(
 Option: run --without logger SCRIPT a --without b -> 0 ^a,--without,b\n$
 OptionWithEqualsSign: run --without=logger SCRIPT a -> 0 ^a\n$
 OptionInFront: --without logger,browsers run SCRIPT run -> 0 ^run\n$

@@ -5,6 +5,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 constexpr int PatienceMs = 60'000;
 
@@ -13,6 +14,15 @@ struct Ended {
     QString out;
     QString errors;
 };
+
+/// For the browser engine in all processes from now on: no display, no sandbox where it does not work, nothing of Qt's own.
+inline void setUpBrowser()
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_LOGGING_RULES", "default.info=false");
+    if (geteuid() == 0)
+        qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
+}
 
 inline Ended endOf(QProcess& process)
 {

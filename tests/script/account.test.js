@@ -1,4 +1,4 @@
-// Begins with what the profile has; then the steps of --play, which CMakeLists.txt gives, then logins of its own.
+// Begins with what the profile has; then steps that it plays, then logins of its own.
 const { Account } = NovaExtension;
 const missing = refusal(1, "missing required parameters.");
 const wrong = refusal(1, "wrong parameters.");
@@ -84,6 +84,15 @@ await check([
     }, { success: true, data: undefined }],
 ]);
 
+/** Whether it begins when the one before has ended. @type {(member: string, ...args: unknown[]) => () => Promise<boolean>} */
+const begun = (member, ...args) => async () => {
+    for (const end = Date.now() + 20000; Date.now() < end; await new Promise((resolve) => setTimeout(resolve))) {
+        if (call(Account, member, ...args).data)
+            return true;
+    }
+    return false;
+};
+
 const ok = { callstatus: "ok" };
 /** @type {(userId: string, userName: string, count: number, isSwitching: boolean) => unknown} */
 const login = (userId, userName, count, isSwitching) =>
@@ -95,8 +104,12 @@ const member = (userId, held) => ["member", { ...ok, data: memberships(userId, h
 /** @type {(confirmId: string, userId: string) => unknown} */
 const confirmed = (confirmId, userId) => ["confirmed", { ...ok, confirmId, userId }];
 await check([
-    ["what is played", () => next(12), [
-        ["user", ok], "once", ["user", ok],
+    ["a change", () => process.play("user:nickName=Countess"), undefined],
+    ["its event", () => next(2), [["user", ok], "once"]],
+    ["more of them", () => process.play("user:email=a@b@1ms,member:folio=on@1ms,member:folio=off@1ms,login:user-2@1ms,"
+        + "login:user-2@1ms,logout@1ms,login@1ms"), undefined],
+    ["their events", () => next(10), [
+        ["user", ok],
         member("user-1", { nova: LATE, folio: NEVER, company: NEVER }), ["privilege", { ...ok, data: { folio: true } }],
         member("user-1", { nova: LATE, company: NEVER }), ["privilege", { ...ok, data: { folio: false } }],
         logout("user-1", "Countess", true), login("user-2", "Bob", 2, true), login("user-2", "Bob", 3, false),
@@ -116,11 +129,8 @@ await check([
     ["a logout of nobody", data("logout", "page"), false],
     ["an upgrade of nobody", data("upgradeMember", { csource: "page" }), false],
     ["a login that the user cancels", data("login", { src: "page", confirmId: "cancelled" }), true],
-    ["another one meanwhile", data("login", { src: "page", confirmId: "refused" }), false],
-]);
-await new Promise((resolve) => setTimeout(resolve));
-await check([
-    ["a login the way that a user signs in", data("login", { src: "page", qrcode: true, confirmId: "mine" }), true],
+    ...bare(["another one meanwhile", data("login", { src: "page", confirmId: "refused" }), false]),
+    ["a login the way that a user signs in", begun("login", { src: "page", qrcode: true, confirmId: "mine" }), true],
     ["it is confirmed once", () => next(2), [login("user-2", "Bob", 5, false), confirmed("mine", "user-2")]],
     ["another user takes over", data("login", { src: "page", confirmId: "other" }), true],
     ["both are told, and confirmed at the end", () => next(3),
@@ -130,11 +140,8 @@ await check([
     ["the same user again", data("login", { src: "page", confirmId: "other" }), true],
     ["is a login too", () => next(2), [login("user-1", "Countess", 7, false), confirmed("other", "user-1")]],
     ["an upgrade that the user cancels", data("upgradeMember", { csource: "page", parentWidget: 7 }), true],
-    ["another one meanwhile", data("upgradeMember", { csource: "page" }), false],
-]);
-await new Promise((resolve) => setTimeout(resolve));
-await check([
-    ["an upgrade", data("upgradeMember", { csource: "page" }), true],
+    ...bare(["another one meanwhile", data("upgradeMember", { csource: "page" }), false]),
+    ["an upgrade", begun("upgradeMember", { csource: "page" }), true],
     ["its events", () => next(2), [member("user-1", { nova: LATE, super: NEVER, company: NEVER }),
         ["privilege", { ...ok, data: { super: true } }]]],
     ["what it counts as", kinds, [true, true, true, true, true]],

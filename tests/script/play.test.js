@@ -4,9 +4,9 @@ const { Account } = NovaExtension;
 const log = [];
 Account.addLoginListener(({ userId, isSwitching }) => log.push(`${userId} in${isSwitching ? ", switching" : ""}`));
 Account.addLogoutListener(({ userId, isSwitching }) => log.push(`${userId} out${isSwitching ? ", switching" : ""}`));
-Account.addUserInfoChangedListener(() => log.push(Account.getUserInfo().data.nickName));
+Account.addUserInfoChangedListener(() => log.push("user"));
 /**
- * What is heard of steps; `count` events are awaited, and a little longer.
+ * What is heard of steps, and the user's name at the end; `count` events are awaited, and a little longer.
  *
  * @param {number} count
  * @param {string[]} plays
@@ -17,7 +17,7 @@ async function heard(count, ...plays) {
     for (const end = Date.now() + 10000; log.length < count && Date.now() < end;)
         await new Promise((resolve) => setTimeout(resolve, 5));
     await new Promise((resolve) => setTimeout(resolve, 30));
-    return [...inCall, "returned", ...log.splice(0)];
+    return [...inCall, "returned", ...log.splice(0), Account.getUserInfo().data.nickName];
 }
 /** @type {(steps: string, why: string) => any[]} */
 const wrong = (steps, why) => [`wrong: ${steps}`, () => process.play(steps), refusal(1, why)];
@@ -25,14 +25,14 @@ const wrong = (steps, why) => [`wrong: ${steps}`, () => process.play(steps), ref
 await check([
     ["answers nothing", () => process.play(""), undefined],
     ["one step after another, also of a switch", () => heard(5, "user:nickName=A,login:user-2,logout,login:user-1"),
-        ["returned", "A", "user-1 out, switching", "user-2 in, switching", "user-2 out", "user-1 in"]],
-    ["times, and several plays", () => heard(4, "user:nickName=late@120ms,user:nickName=last", "user:nickName=B@20ms", "user:nickName=C"),
-        ["returned", "C", "B", "late", "last"]],
+        ["returned", "user", "user-1 out, switching", "user-2 in, switching", "user-2 out", "user-1 in", "A"]],
+    ["times, and several plays", () => heard(6, "login:user-2@500ms,logout,login:user-1", "login:user-1@20ms", "logout"),
+        ["returned", "user-1 out", "user-1 in", "user-1 out, switching", "user-2 in, switching", "user-2 out", "user-1 in", "A"]],
     ["a play within one", async () => {
         const again = () => { Account.removeUserInfoChangedListener(again); process.play("user:nickName=E"); };
         Account.addUserInfoChangedListener(again);
         return await heard(2, "user:nickName=D");
-    }, ["returned", "D", "E"]],
+    }, ["returned", "user", "user", "E"]],
     wrong("logout,fly@5ms", "fly@5ms: a step is login[:USER], logout, user:KEY=TEXT, member:TIER=on|off or cloud:kill, with "
         + "@100ms behind it or without"),
     wrong("cloud:rain", "cloud:rain: the cloud process can only be killed"),
@@ -40,6 +40,6 @@ await check([
     wrong("logout,member:super=5", 'member:super=5: a membership is "on" or "off"'),
     // @ts-expect-error
     ["no text", () => process.play(["logout"]), "TypeError: process.play: a text is expected"],
-    ["nothing of what is wrong is played", () => heard(0), ["returned"]],
+    ["nothing of what is wrong is played", () => heard(0), ["returned", "E"]],
 ]);
 exit(failures ? 1 : 0);

@@ -1,6 +1,6 @@
 """Runs one script test in novahost: checks that it passes, that nothing crashed, and that the closed page left nothing.
 
-usage: run_test.py NOVAHOST SCRIPTS_DIR NAME [OPTION...]
+usage: run_test.py NOVAHOST SCRIPTS_DIR NAME [OPTION...]; with --browser in the browser engine, without a display
 
 walk and random find the description of all members in front of them, as `const api`.
 """
@@ -99,6 +99,10 @@ def main():
         command = [novahost, "--data", data, "--live-counts", *options, "run", script, data, *arguments]
         # Paths with variables must not lead into the home of whoever runs the test.
         environment = {**os.environ, "HOME": data, "PATH": f"{data}/bin:{os.environ['PATH']}"}
+        if "--browser" in options:
+            environment["QT_QPA_PLATFORM"] = "offscreen"
+            if os.geteuid() == 0:
+                environment["QTWEBENGINE_DISABLE_SANDBOX"] = "1"
         result = subprocess.run(command, capture_output=True, text=True, errors="replace", env=environment, cwd=data)
     print(result.stdout, result.stderr[-4000:], sep="", end="")
     if result.returncode != 0:

@@ -617,7 +617,14 @@
             const ticket = nextCount(reader);
             const isExpression = reader.text[reader.at++] === 'e';
             const fileName = nextText(reader);
-            return runSource(ticket, isExpression, fileName, nextText(reader));
+            const source = nextText(reader);
+            const start = () => runSource(ticket, isExpression, fileName, source);
+            // It may come before the document has an element to put the script into.
+            if (document.readyState === 'loading')
+                listen(document, 'DOMContentLoaded', start);
+            else
+                start();
+            return;
         }
         }
     };

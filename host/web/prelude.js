@@ -39,8 +39,8 @@
     const send = uncurry(XMLHttpRequest.prototype.send);
     const listen = uncurry(EventTarget.prototype.addEventListener);
     const functionText = uncurry(Function.prototype.toString);
-    const split = String.prototype.split;
-    const joinList = Array.prototype.join;
+    const lastIndexOf = uncurry(String.prototype.lastIndexOf);
+    const codeAt = uncurry(String.prototype.charCodeAt);
     const mapGet = uncurry(Map.prototype.get);
     const mapSet = uncurry(Map.prototype.set);
     const mapDelete = uncurry(Map.prototype.delete);
@@ -50,8 +50,6 @@
     const deref = uncurry(WeakRef.prototype.deref);
     const register = uncurry(FinalizationRegistry.prototype.register);
     const SetType = Set;
-    const stringPrototype = String.prototype;
-    const splitSymbol = Symbol.split;
 
     const operationFailed = 3;
     const wrongArgument = 1;
@@ -59,11 +57,38 @@
 
     // --- Requests and replies ------------------------------------------------------------------------------------
 
-    // A zero ends a text on its way, so it is replaced by a character that the text does not have.
+    const decodeUnits = uncurry(TextDecoder.prototype.decode);
+    const unitsDecoder = new TextDecoder('utf-16le', { ignoreBOM: true });
+    const UnitsType = Uint16Array;
+
+    // Replaces a unit that comes so often that a piece of text for each would take too long. Undefined when the text has
+    // halves of surrogate pairs, which the decoder does not take.
+    const replaceMany = (text, unit, by) => {
+        const units = new UnitsType(text.length);
+        const code = codeAt(unit, 0);
+        const byCode = codeAt(by, 0);
+        for (let i = 0; i < text.length; ++i) {
+            const one = codeAt(text, i);
+            if ((one & 0xf800) === 0xd800)
+                return undefined;
+            units[i] = one === code ? byCode : one;
+        }
+        return decodeUnits(unitsDecoder, units);
+    };
+    const isFrequent = (text, unit) => {
+        let at = -1;
+        for (let i = 0; i < 100; ++i) {
+            at = indexOf(text, unit, at + 1);
+            if (at < 0 || at > i * 30)
+                return false;
+        }
+        return true;
+    };
     const replaceUnit = (text, unit, by) => {
-        if (getOwnPropertyDescriptor(stringPrototype, splitSymbol) === undefined
-            && getOwnPropertyDescriptor(objectPrototype, splitSymbol) === undefined)
-            return apply(joinList, apply(split, text, [unit]), [by]);
+        const made = isFrequent(text, unit) ? replaceMany(text, unit, by) : undefined;
+        return made ?? replaceSome(text, unit, by);
+    };
+    const replaceSome = (text, unit, by) => {
         let made = '';
         let from = 0;
         for (let at = indexOf(text, unit, 0); at >= 0; at = indexOf(text, unit, from)) {
@@ -72,27 +97,24 @@
         }
         return made + slice(text, from);
     };
-    const withoutZeros = (text) => {
+    // A zero would end the request, so it is replaced by a unit that the text does not have.
+    const written = (text) => {
         if (indexOf(text, '\0', 0) < 0)
-            return '0' + text;
-        for (let code = 0xe000; ; ++code) {
-            const stand = fromCharCode(code);
-            if (indexOf(text, stand, 0) < 0)
-                return '1' + stand + replaceUnit(text, '\0', stand);
-        }
+            return text.length + ';' + text;
+        let code = 0xe000;
+        while (indexOf(text, fromCharCode(code), 0) >= 0)
+            ++code;
+        const stand = fromCharCode(code);
+        return text.length + ':' + stand + replaceUnit(text, '\0', stand);
     };
 
-    // Reads a reply from its beginning.
-    const readerOf = (reply) => (reply[0] === '1'
-        ? { text: replaceUnit(slice(reply, 2), reply[1], '\0'), at: 0 }
-        : { text: reply, at: 1 });
-    // A natural number or 0, with the semicolon after it.
+    // A natural number or 0, with the character after it.
     const nextCount = (reader) => {
         const { text } = reader;
         let count = 0;
         for (let at = reader.at; ; ++at) {
             const unit = text[at];
-            if (unit === ';') {
+            if (unit === ';' || unit === ':') {
                 reader.at = at + 1;
                 return count;
             }
@@ -107,22 +129,24 @@
     };
     const nextText = (reader) => {
         const count = nextCount(reader);
+        const stand = reader.text[reader.at - 1] === ':' ? reader.text[reader.at++] : '';
         const text = slice(reader.text, reader.at, reader.at + count);
         reader.at += count;
-        return text;
+        return stand === '' ? text : replaceUnit(text, stand, '\0');
     };
 
     // Sends a request, does what the suite had for this document until then, and returns a reader of what the request itself
     // is answered; undefined when there is nobody, as for a document that is going away.
     const transact = (request) => {
-        const reply = ask('nova', withoutZeros(request));
+        const reply = ask('nova', request);
         if (typeof reply !== 'string' || reply === '')
             return undefined;
-        const reader = readerOf(reply);
+        const reader = { text: reply, at: toNumber(slice(reply, lastIndexOf(reply, ';') + 1)) };
         for (let count = nextCount(reader); count > 0; --count)
             readClass(reader);
         for (let count = nextCount(reader); count > 0; --count)
             performMessage(reader);
+        reader.at = 0;
         return reader;
     };
 
@@ -287,7 +311,7 @@
             } catch (error) {
                 isRead = refuseThrown(writer, error);
             }
-            writer.out += name.length + ';' + name;
+            writer.out += written(name);
             if (!isRead || !writeValue(writer, item, depth + 1))
                 return prependPath(writer, formatStep(name));
         }
@@ -329,7 +353,7 @@
         case 'string':
             if (!takeText(writer, value.length))
                 return false;
-            writer.out += 's' + value.length + ';' + value;
+            writer.out += 's' + written(value);
             return true;
         case 'bigint':
             if (value > maximumInt64 || value < minimumInt64)
@@ -653,7 +677,7 @@
     const report = (what, ...parts) => {
         let request = 'E' + frame + ';' + what;
         for (let i = 0; i < parts.length; ++i)
-            request += parts[i].length + ';' + parts[i];
+            request += written(parts[i]);
         return transact(request);
     };
     let isScripted = false;

@@ -157,6 +157,8 @@ const Content Contents[] = {
     { "all_values", "i" },
     { "random", "random = Math.imul(random, 1664525) + 1013904223, random >>> 24" },
     { "zeros", "0" },
+    { "every_other_zero", "i & 1 ? 0 : 65 + (i & 15)" },
+    { "no_zeros", "i % 255 + 1" },
 };
 
 /// A megabyte as a string of one character for each byte, carried as often as KeepRunningBatch() says.

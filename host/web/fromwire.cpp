@@ -59,7 +59,7 @@ bool FromWire::readValue(KJSVariant& out, int depth)
         if (m_reader.failed() || out.type() == MV_ERROR)
             return false;
         if (const char16_t standIn = text.standIn.unicode())
-            std::replace(out.raw().bstrVal, out.raw().bstrVal + text.units.size(), standIn, u'\0');
+            replaceUnits(out.raw().bstrVal, static_cast<std::size_t>(text.units.size()), standIn, u'\0');
         return true;
     }
     case 'a':

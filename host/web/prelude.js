@@ -75,25 +75,35 @@
         }
         return decodeUnits(unitsDecoder, units);
     };
-    const isFrequent = (text, unit) => {
-        let at = -1;
-        for (let i = 0; i < 100; ++i) {
-            at = indexOf(text, unit, at + 1);
-            if (at < 0 || at > i * 30)
-                return false;
-        }
-        return true;
+    const runLengths = [4096, 64];
+    const runOf = (unit, count) => {
+        let run = unit;
+        while (run.length < count)
+            run = run + run;
+        return run;
     };
     const replaceUnit = (text, unit, by) => {
-        const made = isFrequent(text, unit) ? replaceMany(text, unit, by) : undefined;
-        return made ?? replaceSome(text, unit, by);
-    };
-    const replaceSome = (text, unit, by) => {
         let made = '';
         let from = 0;
+        let pieces = 0;
         for (let at = indexOf(text, unit, 0); at >= 0; at = indexOf(text, unit, from)) {
+            if (++pieces > 100 + at / 32) {
+                const all = replaceMany(text, unit, by);
+                if (all !== undefined)
+                    return all;
+                pieces = -text.length;
+            }
             made = made + slice(text, from, at) + by;
             from = at + 1;
+            if (text[from] !== unit)
+                continue;
+            for (let i = 0; i < runLengths.length; ++i) {
+                const count = runLengths[i];
+                const run = runOf(unit, count);
+                const byRun = runOf(by, count);
+                for (; slice(text, from, from + count) === run; from += count)
+                    made = made + byRun;
+            }
         }
         return made + slice(text, from);
     };

@@ -1,6 +1,5 @@
 #include "host/web/wire.h"
 
-#include <algorithm>
 #include <array>
 #include <charconv>
 
@@ -11,6 +10,12 @@ namespace {
 constexpr char16_t FirstStandIn = 0xE000;
 
 } // namespace
+
+void replaceUnits(char16_t* units, std::size_t count, char16_t unit, char16_t by)
+{
+    for (std::size_t i = 0; i < count; ++i)
+        units[i] = units[i] == unit ? by : units[i];
+}
 
 void WireWriter::count(std::uint64_t number)
 {
@@ -57,7 +62,7 @@ void WireWriter::text(const QChar* units, std::size_t count)
     m_text += QChar(standIn);
     const int begin = m_text.size();
     m_text.append(units, static_cast<int>(count));
-    std::replace(m_text.begin() + begin, m_text.end(), QChar(0), QChar(standIn));
+    replaceUnits(reinterpret_cast<char16_t*>(m_text.data()) + begin, count, u'\0', standIn);
 }
 
 QString WireText::toString() const

@@ -23,6 +23,9 @@
 
 namespace engine::web {
 
+/// Writes every unit, unlike std::replace, so that compilers take many at a time.
+void replaceUnits(char16_t* units, std::size_t count, char16_t unit, char16_t by);
+
 /// Writes the parts of a text. [GUI thread]
 class WireWriter {
 public:

@@ -26,12 +26,11 @@ Bridge::~Bridge()
     closeAll();
 }
 
-QString Bridge::request(const QString& origin, const QString& travelled)
+QString Bridge::request(const QString& origin, const QString& text)
 {
-    const std::optional<QString> text = withZeros(travelled);
-    if (origin.isEmpty() || !text)
+    if (origin.isEmpty())
         return {};
-    WireReader reader(*text);
+    WireReader reader(text);
     const char kind = reader.unit();
     if (kind == 'H')
         return greet(origin, reader);
@@ -40,7 +39,7 @@ QString Bridge::request(const QString& origin, const QString& travelled)
         return {};
     // Kept: the request may close the frame, or all of them.
     const std::shared_ptr<Frame> frame = found->second.frame;
-    const QString reply = withoutZeros(frame->reply(kind, reader));
+    const QString reply = frame->reply(kind, reader);
     if (!frame->isOpen())
         closeFrame(frame->name());
     return reply;
@@ -64,7 +63,7 @@ QString Bridge::greet(const QString& origin, WireReader& reader)
     m_frames[name].frame = frame;
     if (isTop && m_host.opened)
         m_host.opened(*frame);
-    return withoutZeros(frame->greeting());
+    return frame->greeting();
 }
 
 void Bridge::post(const QString& name, const std::function<void(Document&)>& work)

@@ -18,9 +18,15 @@ QString hex(KResult code)
     return QStringLiteral("0x%1").arg(code, 8, 16, QLatin1Char('0'));
 }
 
-QString textOf(const QStringView& text)
+/// A reply without classes and messages.
+QString withNothing(QString answer)
 {
-    return text.toString();
+    const int place = answer.size();
+    WireWriter reply(std::move(answer));
+    reply.count(0);
+    reply.count(0);
+    reply.end(place);
+    return reply.take();
 }
 
 } // namespace
@@ -179,21 +185,18 @@ void Frame::wake()
 
 QString Frame::closedReply() const
 {
-    WireWriter reply;
-    reply.count(0);
-    reply.count(0);
-    reply.unit('c');
-    return reply.take();
+    return withNothing(QStringLiteral("c"));
 }
 
-QString Frame::withMessages(const QString& answer)
+QString Frame::withMessages(QString answer)
 {
-    WireWriter reply;
+    const int place = answer.size();
+    WireWriter reply(std::move(answer));
     reply.count(static_cast<std::uint64_t>(std::exchange(m_newClassCount, 0)));
     reply.append(std::exchange(m_newClasses, {}));
     reply.count(static_cast<std::uint64_t>(std::exchange(m_messageCount, 0)));
     reply.append(std::exchange(m_messages, {}));
-    reply.append(answer);
+    reply.end(place);
     m_messages = std::exchange(m_later, {});
     m_messageCount = std::exchange(m_laterCount, 0);
     m_isWoken = false;
@@ -204,8 +207,6 @@ QString Frame::greeting()
 {
     // Without what is queued: the document is not ready for it.
     WireWriter greeting;
-    greeting.count(0);
-    greeting.count(0);
     greeting.unit('k');
     greeting.word(m_name);
     greeting.unit(m_isScript ? 's' : 'p');
@@ -218,7 +219,7 @@ QString Frame::greeting()
         for (const QString& argument : m_arguments)
             greeting.text(argument);
     }
-    return greeting.take();
+    return withNothing(greeting.take());
 }
 
 QString Frame::reply(char request, WireReader& reader)
@@ -253,7 +254,7 @@ QString Frame::reply(char request, WireReader& reader)
         return closedReply();
     }
     m_isReplying = wasReplying;
-    return m_isOpen ? withMessages(answer) : closedReply();
+    return m_isOpen ? withMessages(std::move(answer)) : closedReply();
 }
 
 QString Frame::failure(int code, const QString& message)
@@ -389,7 +390,7 @@ QString Frame::scriptRequest(WireReader& reader)
     if (!m_isScript)
         return {};
     const auto optionalCode = [&](Outcome& outcome) {
-        const QString code = textOf(reader.text());
+        const QString code = reader.text().toString();
         outcome.hasCode = !code.isEmpty();
         outcome.code = code.toInt();
     };
@@ -398,13 +399,13 @@ QString Frame::scriptRequest(WireReader& reader)
         switch (reader.unit()) {
         case 'p': {
             const bool isError = !reader.text().isEmpty();
-            const QString line = textOf(reader.text());
+            const QString line = reader.text().toString();
             if (m_script.console)
                 m_script.console(line, isError);
             break;
         }
         case 'x': {
-            const int code = textOf(reader.text()).toInt();
+            const int code = reader.text().toString().toInt();
             const auto exitRequested = m_script.exitRequested;
             closed = nullptr;
             close();
@@ -414,27 +415,27 @@ QString Frame::scriptRequest(WireReader& reader)
         }
         case 'u': {
             Outcome outcome;
-            outcome.text = textOf(reader.text());
-            outcome.stack = textOf(reader.text());
+            outcome.text = reader.text().toString();
+            outcome.stack = reader.text().toString();
             optionalCode(outcome);
             if (m_script.uncaughtError)
                 m_script.uncaughtError(outcome);
             break;
         }
         case 'f': {
-            const int ticket = textOf(reader.text()).toInt();
+            const int ticket = reader.text().toString().toInt();
             Outcome outcome;
             outcome.ok = !reader.text().isEmpty();
-            outcome.text = textOf(reader.text());
-            outcome.json = textOf(reader.text());
-            outcome.stack = textOf(reader.text());
+            outcome.text = reader.text().toString();
+            outcome.json = reader.text().toString();
+            outcome.stack = reader.text().toString();
             optionalCode(outcome);
             if (finished)
                 finished(ticket, outcome);
             break;
         }
         case 's': {
-            const QString steps = textOf(reader.text());
+            const QString steps = reader.text().toString();
             const QString fault =
                 m_script.play ? m_script.play(steps) : QStringLiteral("this page has nothing to play");
             answer = fault.isEmpty() ? QString() : failure(1, fault);

@@ -125,8 +125,8 @@ private:
     };
 
     QString closedReply() const;
-    /// Puts what is queued before `answer`.
-    QString withMessages(const QString& answer);
+    /// Puts what is queued after `answer`.
+    QString withMessages(QString answer);
     void queue(const QString& message);
     void queueLater(const QString& message);
     void wake();

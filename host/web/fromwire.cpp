@@ -54,9 +54,13 @@ bool FromWire::readValue(KJSVariant& out, int depth)
         return ok;
     }
     case 's': {
-        const QStringView text = m_reader.text();
-        out = KJSVariant::fromString({ text.utf16(), static_cast<std::size_t>(text.size()) });
-        return !m_reader.failed() && out.type() != MV_ERROR;
+        const WireText text = m_reader.text();
+        out = KJSVariant::fromString({ text.units.utf16(), static_cast<std::size_t>(text.units.size()) });
+        if (m_reader.failed() || out.type() == MV_ERROR)
+            return false;
+        if (const char16_t standIn = text.standIn.unicode())
+            replaceUnits(out.raw().bstrVal, static_cast<std::size_t>(text.units.size()), standIn, u'\0');
+        return true;
     }
     case 'a':
         return readArray(out, depth);

@@ -47,8 +47,8 @@
     const preventDefault = uncurry(Event.prototype.preventDefault);
     const stopImmediatePropagation = uncurry(Event.prototype.stopImmediatePropagation);
     const functionText = uncurry(Function.prototype.toString);
-    const split = String.prototype.split;
-    const joinList = Array.prototype.join;
+    const lastIndexOf = uncurry(String.prototype.lastIndexOf);
+    const codeAt = uncurry(String.prototype.charCodeAt);
     const mapGet = uncurry(Map.prototype.get);
     const mapSet = uncurry(Map.prototype.set);
     const mapDelete = uncurry(Map.prototype.delete);
@@ -58,8 +58,6 @@
     const deref = uncurry(WeakRef.prototype.deref);
     const register = uncurry(FinalizationRegistry.prototype.register);
     const SetType = Set;
-    const stringPrototype = String.prototype;
-    const splitSymbol = Symbol.split;
 
     const operationFailed = 3;
     const wrongArgument = 1;
@@ -67,40 +65,74 @@
 
     // --- Requests and replies ------------------------------------------------------------------------------------
 
-    // A zero ends a text on its way, so it is replaced by a character that the text does not have.
+    const decodeUnits = uncurry(TextDecoder.prototype.decode);
+    const unitsDecoder = new TextDecoder('utf-16le', { ignoreBOM: true });
+    const UnitsType = Uint16Array;
+
+    // Replaces a unit that comes so often that a piece of text for each would take too long. Undefined when the text has
+    // halves of surrogate pairs, which the decoder does not take.
+    const replaceMany = (text, unit, by) => {
+        const units = new UnitsType(text.length);
+        const code = codeAt(unit, 0);
+        const byCode = codeAt(by, 0);
+        for (let i = 0; i < text.length; ++i) {
+            const one = codeAt(text, i);
+            if ((one & 0xf800) === 0xd800)
+                return undefined;
+            units[i] = one === code ? byCode : one;
+        }
+        return decodeUnits(unitsDecoder, units);
+    };
+    const runLengths = [4096, 64];
+    const runOf = (unit, count) => {
+        let run = unit;
+        while (run.length < count)
+            run = run + run;
+        return run;
+    };
     const replaceUnit = (text, unit, by) => {
-        if (getOwnPropertyDescriptor(stringPrototype, splitSymbol) === undefined
-            && getOwnPropertyDescriptor(objectPrototype, splitSymbol) === undefined)
-            return apply(joinList, apply(split, text, [unit]), [by]);
         let made = '';
         let from = 0;
+        let pieces = 0;
         for (let at = indexOf(text, unit, 0); at >= 0; at = indexOf(text, unit, from)) {
+            if (++pieces > 100 + at / 32) {
+                const all = replaceMany(text, unit, by);
+                if (all !== undefined)
+                    return all;
+                pieces = -text.length;
+            }
             made = made + slice(text, from, at) + by;
             from = at + 1;
+            if (text[from] !== unit)
+                continue;
+            for (let i = 0; i < runLengths.length; ++i) {
+                const count = runLengths[i];
+                const run = runOf(unit, count);
+                const byRun = runOf(by, count);
+                for (; slice(text, from, from + count) === run; from += count)
+                    made = made + byRun;
+            }
         }
         return made + slice(text, from);
     };
-    const withoutZeros = (text) => {
+    // A zero would end the request, so it is replaced by a unit that the text does not have.
+    const written = (text) => {
         if (indexOf(text, '\0', 0) < 0)
-            return '0' + text;
-        for (let code = 0xe000; ; ++code) {
-            const stand = fromCharCode(code);
-            if (indexOf(text, stand, 0) < 0)
-                return '1' + stand + replaceUnit(text, '\0', stand);
-        }
+            return text.length + ';' + text;
+        let code = 0xe000;
+        while (indexOf(text, fromCharCode(code), 0) >= 0)
+            ++code;
+        const stand = fromCharCode(code);
+        return text.length + ':' + stand + replaceUnit(text, '\0', stand);
     };
 
-    // Reads a reply from its beginning.
-    const readerOf = (reply) => (reply[0] === '1'
-        ? { text: replaceUnit(slice(reply, 2), reply[1], '\0'), at: 0 }
-        : { text: reply, at: 1 });
-    // A natural number or 0, with the semicolon after it.
+    // A natural number or 0, with the character after it.
     const nextCount = (reader) => {
         const { text } = reader;
         let count = 0;
         for (let at = reader.at; ; ++at) {
             const unit = text[at];
-            if (unit === ';') {
+            if (unit === ';' || unit === ':') {
                 reader.at = at + 1;
                 return count;
             }
@@ -115,22 +147,24 @@
     };
     const nextText = (reader) => {
         const count = nextCount(reader);
+        const stand = reader.text[reader.at - 1] === ':' ? reader.text[reader.at++] : '';
         const text = slice(reader.text, reader.at, reader.at + count);
         reader.at += count;
-        return text;
+        return stand === '' ? text : replaceUnit(text, stand, '\0');
     };
 
     // Sends a request, does what the suite had for this document until then, and returns a reader of what the request itself
     // is answered; undefined when there is nobody, as for a document that is going away.
     const transact = (request) => {
-        const reply = ask('nova', withoutZeros(request));
+        const reply = ask('nova', request);
         if (typeof reply !== 'string' || reply === '')
             return undefined;
-        const reader = readerOf(reply);
+        const reader = { text: reply, at: toNumber(slice(reply, lastIndexOf(reply, ';') + 1)) };
         for (let count = nextCount(reader); count > 0; --count)
             readClass(reader);
         for (let count = nextCount(reader); count > 0; --count)
             performMessage(reader);
+        reader.at = 0;
         return reader;
     };
 
@@ -295,7 +329,7 @@
             } catch (error) {
                 isRead = refuseThrown(writer, error);
             }
-            writer.out += name.length + ';' + name;
+            writer.out += written(name);
             if (!isRead || !writeValue(writer, item, depth + 1))
                 return prependPath(writer, formatStep(name));
         }
@@ -337,7 +371,7 @@
         case 'string':
             if (!takeText(writer, value.length))
                 return false;
-            writer.out += 's' + value.length + ';' + value;
+            writer.out += 's' + written(value);
             return true;
         case 'bigint':
             if (value > maximumInt64 || value < minimumInt64)
@@ -625,7 +659,14 @@
             const ticket = nextCount(reader);
             const isExpression = reader.text[reader.at++] === 'e';
             const fileName = nextText(reader);
-            return runSource(ticket, isExpression, fileName, nextText(reader));
+            const source = nextText(reader);
+            const start = () => runSource(ticket, isExpression, fileName, source);
+            // It may come before the document has an element to put the script into.
+            if (document.readyState === 'loading')
+                listen(document, 'DOMContentLoaded', start);
+            else
+                start();
+            return;
         }
         }
     };
@@ -654,7 +695,7 @@
     const compose = (what, ...parts) => {
         let part = what;
         for (let i = 0; i < parts.length; ++i)
-            part += parts[i].length + ';' + parts[i];
+            part += written(parts[i]);
         return part;
     };
     const report = (part) => transact('E' + frame + ';' + part);
@@ -720,10 +761,6 @@
     };
     let rejectPromise; // one of the document's own functions, whose promises it hears of
     const runSource = (ticket, isExpression, fileName, source) => {
-        if (document.readyState === 'loading') {
-            listen(document, 'DOMContentLoaded', () => runSource(ticket, isExpression, fileName, source));
-            return;
-        }
         rejectPromise ??= runInDocument('{ const P = Promise; __novaTake((reason) => { new P((resolve, reject) => reject(reason)); }); }');
         const end = '\n//# sourceURL=' + encodeName(fileName);
         // All on the first line of the source, so that line numbers stay right.

@@ -11,6 +11,12 @@ constexpr char16_t FirstStandIn = 0xE000;
 
 } // namespace
 
+void replaceUnits(char16_t* units, std::size_t count, char16_t unit, char16_t by)
+{
+    for (std::size_t i = 0; i < count; ++i)
+        units[i] = units[i] == unit ? by : units[i];
+}
+
 void WireWriter::count(std::uint64_t number)
 {
     m_text += QString::number(number);
@@ -42,8 +48,29 @@ void WireWriter::number(double number)
 
 void WireWriter::text(const QChar* units, std::size_t count)
 {
-    this->count(count);
+    const QStringView view(units, static_cast<qsizetype>(count));
+    if (!view.contains(QChar(0))) {
+        this->count(count);
+        m_text.append(units, static_cast<int>(count));
+        return;
+    }
+    char16_t standIn = FirstStandIn;
+    while (view.contains(QChar(standIn)))
+        ++standIn;
+    m_text += QString::number(count);
+    m_text += QLatin1Char(':');
+    m_text += QChar(standIn);
+    const int begin = m_text.size();
     m_text.append(units, static_cast<int>(count));
+    replaceUnits(reinterpret_cast<char16_t*>(m_text.data()) + begin, count, u'\0', standIn);
+}
+
+QString WireText::toString() const
+{
+    QString made = units.toString();
+    if (!standIn.isNull())
+        made.replace(standIn, QChar(0));
+    return made;
 }
 
 void WireReader::fail()
@@ -60,9 +87,9 @@ char WireReader::unit()
     return 0;
 }
 
-QStringView WireReader::word()
+QStringView WireReader::wordUntil(QChar mark)
 {
-    const int end = m_text.indexOf(QLatin1Char(';'), m_at);
+    const int end = m_text.indexOf(mark, m_at);
     if (end < 0) {
         fail();
         return {};
@@ -72,10 +99,10 @@ QStringView WireReader::word()
     return word;
 }
 
-std::int64_t WireReader::count()
+std::int64_t WireReader::countUntil(QChar mark)
 {
     constexpr int MaximumDigits = 18;
-    const QStringView digits = word();
+    const QStringView digits = wordUntil(mark);
     std::int64_t number = 0;
     for (const QChar digit : digits) {
         if (digit < QLatin1Char('0') || digit > QLatin1Char('9') || digits.size() > MaximumDigits) {
@@ -89,42 +116,21 @@ std::int64_t WireReader::count()
     return number;
 }
 
-QStringView WireReader::text()
+WireText WireReader::text()
 {
-    const std::int64_t size = count();
+    int end = m_at;
+    while (end < m_text.size() && m_text[end] >= QLatin1Char('0') && m_text[end] <= QLatin1Char('9'))
+        ++end;
+    const bool hasZeros = end < m_text.size() && m_text[end] == QLatin1Char(':');
+    const std::int64_t size = countUntil(QLatin1Char(hasZeros ? ':' : ';'));
+    const QChar standIn = hasZeros && !atEnd() ? m_text[m_at++] : QChar(0);
     if (m_failed || size > m_text.size() - m_at) {
         fail();
         return {};
     }
-    const QStringView text = QStringView(m_text).mid(m_at, static_cast<int>(size));
+    const QStringView units = QStringView(m_text).mid(m_at, static_cast<int>(size));
     m_at += static_cast<int>(size);
-    return text;
-}
-
-QString withoutZeros(const QString& text)
-{
-    if (!text.contains(QChar(0)))
-        return QLatin1Char('0') + text;
-    char16_t standIn = FirstStandIn;
-    while (text.contains(QChar(standIn)))
-        ++standIn;
-    QString travelling = QLatin1Char('1') + QString(QChar(standIn));
-    travelling.reserve(text.size() + 2);
-    travelling += text;
-    QChar* units = travelling.data();
-    std::replace(units + 2, units + travelling.size(), QChar(0), QChar(standIn));
-    return travelling;
-}
-
-std::optional<QString> withZeros(const QString& travelled)
-{
-    if (travelled.startsWith(QLatin1Char('0')))
-        return travelled.mid(1);
-    if (travelled.size() < 2 || travelled[0] != QLatin1Char('1'))
-        return std::nullopt;
-    QString text = travelled.mid(2);
-    text.replace(travelled[1], QChar(0));
-    return text;
+    return { units, standIn };
 }
 
 } // namespace engine::web

@@ -2,7 +2,8 @@
 //
 //   count    decimal digits and ";"
 //   word     characters other than ";", and ";"
-//   text     its length in UTF-16 units as a count, then the units, whatever they are
+//   text     its length in UTF-16 units, ";" and the units; or, when it has zeros, which would end the whole, its length, ":",
+//            a unit that it does not have, and the units with that one in place of the zeros
 //   value    a letter, then
 //              u undefined, n null, t true, f false
 //              d a number as a word        b a 64-bit integer as a word      s a text
@@ -13,18 +14,27 @@
 //              e value: {data: value, success: true}                         j a text of JSON
 //              p count: the promise of this number
 //
-// A text begins with "0"; or with "1" and the unit that stands for the zeros in what follows, since a zero would end it.
+// A reply is the answer, then classes and messages, each a count and so many of them, which the document reads first; then ";"
+// and the place of the classes in decimal digits: so a long answer need not be copied to come after what is made last.
 #pragma once
 
 #include <QString>
 #include <cstdint>
-#include <optional>
 
 namespace engine::web {
+
+/// Writes every unit, unlike std::replace, so that compilers take many at a time.
+void replaceUnits(char16_t* units, std::size_t count, char16_t unit, char16_t by);
 
 /// Writes the parts of a text. [GUI thread]
 class WireWriter {
 public:
+    WireWriter() = default;
+    explicit WireWriter(QString begun)
+        : m_text(std::move(begun))
+    {
+    }
+
     void unit(char letter) { m_text += QLatin1Char(letter); }
     void count(std::uint64_t number);
     void word(const QString& word);
@@ -32,12 +42,23 @@ public:
     void text(const QChar* units, std::size_t count);
     void text(const QString& text) { this->text(text.constData(), static_cast<std::size_t>(text.size())); }
     void append(const QString& written) { m_text += written; }
+    /// Ends a reply whose classes are at `place`.
+    void end(int place) { m_text += QLatin1Char(';') + QString::number(place); }
 
     const QString& written() const { return m_text; }
     QString take() { return std::exchange(m_text, {}); }
 
 private:
     QString m_text;
+};
+
+/// A text as it was written.
+struct WireText {
+    QStringView units;
+    QChar standIn; ///< for the zeros; 0: there are none
+
+    QString toString() const;
+    bool isEmpty() const { return units.isEmpty(); }
 };
 
 /// Reads the parts of a text, which must outlive it and may be anything. After an error everything is empty or 0.
@@ -50,23 +71,21 @@ public:
     }
 
     char unit();
-    std::int64_t count();
-    QStringView word();
-    QStringView text();
+    std::int64_t count() { return countUntil(QLatin1Char(';')); }
+    QStringView word() { return wordUntil(QLatin1Char(';')); }
+    WireText text();
 
     bool failed() const { return m_failed; }
     bool atEnd() const { return m_at >= m_text.size(); }
 
 private:
     void fail();
+    QStringView wordUntil(QChar mark);
+    std::int64_t countUntil(QChar mark);
 
     const QString& m_text;
     int m_at = 0;
     bool m_failed = false;
 };
-
-/// A text as it travels, and the other way round; nothing when it is no such text.
-QString withoutZeros(const QString& text);
-std::optional<QString> withZeros(const QString& travelled);
 
 } // namespace engine::web

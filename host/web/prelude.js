@@ -23,6 +23,7 @@
     };
 @PAGE_SCRIPT@
     const ask = prompt;
+    const world = globalThis;
     const later = setTimeout;
     const soon = queueMicrotask;
     const { setPrototypeOf } = Object;
@@ -394,7 +395,13 @@
             return writeFunction(writer, value);
         if (!enter(writer, value, depth))
             return false;
-        const done = isArray(value) ? writeArray(writer, value, depth) : writeObject(writer, value, depth);
+        let isList;
+        try {
+            isList = isArray(value);
+        } catch {
+            return refuse(writer, 'a proxy can not be passed'); // it has been revoked
+        }
+        const done = isList ? writeArray(writer, value, depth) : writeObject(writer, value, depth);
         leave(writer, value, depth);
         return done;
     };
@@ -589,7 +596,7 @@
             defineProperty(root, name, { __proto__: null, get, enumerable: true, configurable: true });
         }
         defineProperty(root, tagSymbol, { __proto__: null, value: 'NovaExtension', configurable: true });
-        define(globalThis, 'NovaExtension', root, false);
+        define(world, 'NovaExtension', root, false);
     };
 
     // --- What the suite has for the page -------------------------------------------------------------------------
@@ -731,11 +738,11 @@
     // __novaTake().
     const runInDocument = (source) => {
         let taken;
-        define(globalThis, '__novaTake', (value) => { taken = value; }, false);
+        define(world, '__novaTake', (value) => { taken = value; }, false);
         const element = document.createElement('script');
         element.textContent = source;
         (document.head ?? document.documentElement).appendChild(element).remove();
-        delete globalThis.__novaTake;
+        delete world.__novaTake;
         return taken;
     };
     // Where a syntax error is can only be had from the event of a script that the document loads; it does not run.
@@ -800,7 +807,7 @@
             define(console, name, printer(false), true);
         for (const name of ['warn', 'error'])
             define(console, name, printer(true), true);
-        define(globalThis, 'exit', function exit(code = 0) {
+        define(world, 'exit', function exit(code = 0) {
             if (!isInteger(code) || code < 0 || code > 255)
                 throw makeTypeError('exit: the code must be an integer from 0 to 255');
             reportEnd(compose('x', '' + code));
@@ -812,7 +819,7 @@
             if (reader && reader.text[reader.at++] === 't')
                 throw errorFromObject(readValue(reader));
         };
-        define(globalThis, 'process', { argv, play }, false);
+        define(world, 'process', { argv, play }, false);
         addEventListener('error', (event) => {
             preventDefault(event);
             const error = errorOf(event);
@@ -844,7 +851,7 @@
     makeRoot(reader);
     if (isScript)
         setUpScript(reader);
-    defineProperty(globalThis, '__novaWake', { __proto__: null, value: wake });
+    defineProperty(world, '__novaWake', { __proto__: null, value: wake });
     holdLine();
 })();
 //# sourceURL=nova-prelude

@@ -85,7 +85,7 @@ bool ToWire::fail(const QString& problem)
 
 bool ToWire::enter(int depth, int units)
 {
-    if (depth >= vexlite::maximumDepth)
+    if (depth > vexlite::maximumDepth)
         return fail(QStringLiteral("the answer is nested too deep"));
     if (m_values > maximumValues)
         return fail(QStringLiteral("the answer has more than 16000000 values"));

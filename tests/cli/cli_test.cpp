@@ -54,6 +54,7 @@ Cycle: eval "const a = {}; a.a = a; a" -> 1 || ^novahost: the answer has no JSON
 Throws: eval null.x -> 1 || TypeError
 Refusal: eval NovaExtension.Log.logInfo() -> 1 || missing required parameters\.[\s\S]*code: 1
 SyntaxError: eval "1 +" -> 1 || SyntaxError
+RevokedProxy: eval "const r = Proxy.revocable({}, {}); r.revoke(); NovaExtension.Log.logInfo(r.proxy)" -> 1 || a proxy can not be passed[\s\S]*code: 1
 SyntaxErrorWhileItRuns: eval "console.log('once'); JSON.parse('{')" -> 1 ^once\n$ || SyntaxError
 Exit: eval exit(7) -> 7
 ExitEndsTheTurn: eval "exit(7); console.log('after')" -> 7 ^after\n$

@@ -28,6 +28,8 @@ struct WebEngineHost {
     std::function<bool(const QString& source)> compiles;
     /// A line of a page's console that is not a script's own (see PageHost).
     std::function<void(const QString& line, bool isError)> console;
+    /// The document of a view has been opened; none of its scripts has run.
+    std::function<void(const QString& viewId)> opened;
     /// A view has loaded its page, or failed to.
     std::function<void(const QString& viewId, bool ok)> loaded;
 };

@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QRegularExpression>
+#include <QTimer>
 #include <unistd.h>
 
 namespace novahost {
@@ -108,6 +109,10 @@ engine::WebEngineHost Browser::host()
     host.firstPage = [this](const QString& viewId) { return pageOf(viewId); };
     host.compiles = engine::jsc::compiles;
     host.console = printLine;
+    host.opened = [this](const QString&) {
+        if (const auto first = std::exchange(opened, {}))
+            QTimer::singleShot(0, first);
+    };
     host.loaded = [this](const QString& viewId, bool ok) {
         if (loaded)
             loaded(viewId, ok);

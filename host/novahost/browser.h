@@ -26,6 +26,8 @@ public:
     void expect(const QString& viewId, const QUrl& url = {}) { m_expected[viewId] = url; }
     /// A view of this identifier; null when there is nothing for it to show, or no engine.
     std::unique_ptr<engine::View> makeView(const QString& viewId, engine::ViewHost host);
+    /// Called when the first page has been opened, once.
+    std::function<void()> opened;
     /// Called when a view has loaded its page, or failed to.
     std::function<void(const QString& viewId, bool ok)> loaded;
 

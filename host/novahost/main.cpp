@@ -47,10 +47,11 @@ void setUpEnvironment()
 
 QtMessageHandler s_print = nullptr;
 
-/// Drops the warning that Qt prints for every dialog that it draws into memory.
+/// Drops the warning that Qt prints for every dialog that it draws into memory, and that the user has done what it says.
 void printMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
-    if (message != QLatin1String("This plugin does not support propagateSizeHints()"))
+    if (message != QLatin1String("This plugin does not support propagateSizeHints()")
+        && message != QLatin1String("Sandboxing disabled by user."))
         s_print(type, context, message);
 }
 
@@ -106,9 +107,12 @@ int main(int argc, char** argv)
     const std::unique_ptr<novahost::Suite> suite = novahost::Suite::start(*options, error);
     if (!suite)
         return novahost::fail(novahost::UsageError, error);
-    // Started before the page's script; a step's time can not end before the script returns to the event
-    // loop.
-    QTimer::singleShot(0, [&] { play.begin(); });
+    // Started before the page's script; a step's time can not end before the script returns to the event loop. In the
+    // browser the page must be there first.
+    if (options->browser || options->command == novahost::Command::Open)
+        suite->browser().opened = [&] { play.begin(); };
+    else
+        QTimer::singleShot(0, [&] { play.begin(); });
     exitCode = run(*suite, *options, signals);
     // Before the application ends, which writes them for the last time: there is still somebody to report to.
     if (krt::kcc::shutdown())

@@ -33,7 +33,8 @@ QWebEngineScript preludeScript()
 void setUpEnvironment()
 {
     QByteArray flags = qgetenv("QTWEBENGINE_CHROMIUM_FLAGS");
-    flags += " --disable-background-networking --disable-component-update --disable-sync"
+    // Its own remarks are not the user's concern.
+    flags += " --log-level=3 --disable-background-networking --disable-component-update --disable-sync"
              " --disable-domain-reliability";
     if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
         flags += " --disable-gpu";
@@ -91,6 +92,7 @@ public:
         bridge.rights = m_host.rights;
         bridge.opened = [this, viewId, facts](Frame& frame) {
             facts->times.loadReady = QDateTime::currentMSecsSinceEpoch();
+            m_host.opened(viewId);
             if (ScriptPage* script = m_scripts.value(viewId); script && frame.origin() == ScriptOrigin)
                 script->attach(frame);
         };

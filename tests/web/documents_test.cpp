@@ -14,7 +14,7 @@ const QString Probing = QStringLiteral(R"js(<script>
     const tried = [];
     for (const kind of ['C', 'B', 'P', 'T', 'R', 'E'])
         for (let frame = 0; frame < 400; ++frame) {
-            const reply = prompt('nova', '0' + kind + frame + ';' + (kind === 'B' ? 'Probe' : '1;2;0;'));
+            const reply = prompt('nova', kind + frame + ';' + (kind === 'B' ? 'Probe' : '1;2;0;'));
             if (reply) tried.push(kind);
         }
     parent.postMessage(NAME + ': ' + has + '; ' + tried, '*');

@@ -45,6 +45,7 @@ WebEngine& WebTest::webEngine()
             if (current)
                 current->lines += line.section(QStringLiteral(" (nova:"), 0, 0);
         };
+        host.opened = [](const QString&) {};
         host.loaded = [](const QString&, bool) {};
         return make(std::move(host));
     }();

@@ -108,7 +108,9 @@ void KJsApiWebWidgetPrivate::watchInput()
 
 bool KJsApiWebWidgetPrivate::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_sized && (event->type() == QEvent::Resize || event->type() == QEvent::Show))
+    if (watched == m_sized && event->type() == QEvent::Resize)
+        followSize(*event);
+    else if (watched == m_sized && event->type() == QEvent::Show)
         fixSize();
     if (watched != m_input)
         return false;
@@ -182,6 +184,19 @@ void KJsApiWebWidgetPrivate::setBackground(const QColor& color)
     if (m_view)
         m_view->setBackgroundColor(color);
     m_widget.update();
+}
+
+void KJsApiWebWidgetPrivate::followSize(const QEvent& resize)
+{
+    if (!resize.spontaneous())
+        m_wantedSize = m_sized->size();
+    fixSize();
+    // A window manager that had not heard of the new limits has refused: it is asked again, once.
+    const bool isRefused = resize.spontaneous() && m_wantedSize.isValid() && m_wantedSize != m_sized->size();
+    const QSize wanted = resize.spontaneous() ? std::exchange(m_wantedSize, QSize()) : QSize();
+    if (isRefused && !(m_sized->windowState() & ~Qt::WindowActive))
+        QMetaObject::invokeMethod(
+            m_sized, [window = m_sized.data(), wanted] { window->resize(wanted); }, Qt::QueuedConnection);
 }
 
 void KJsApiWebWidgetPrivate::fixSize()

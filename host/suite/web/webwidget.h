@@ -63,6 +63,8 @@ private:
     void setBackground(const QColor& color);
     /// Keeps the user from changing the window's size, or no longer.
     void fixSize();
+    /// Of a window whose size is fixed: another size is fixed from now on.
+    void followSize(const QEvent& resize);
     void paint();
 
     KJsApiWebWidget& m_widget;
@@ -72,7 +74,8 @@ private:
     QPointer<QWidget> m_sized; ///< the window whose size is fixed
     std::vector<QRect> m_dragAreas;
     std::vector<QRect> m_blackDragAreas;
-    QPoint m_grabbed; ///< where in the window the mouse holds it
+    QPoint m_grabbed;   ///< where in the window the mouse holds it
+    QSize m_wantedSize; ///< what was last set, until the window system has confirmed or refused it
     bool m_isMoving = false;
     bool m_mayDragIn = false;
     bool m_isPageReady = false;

@@ -176,6 +176,7 @@ Library::Library()
     host.firstPage = [](const QString&) { return Address; };
     host.compiles = [](const QString&) { return true; };
     host.console = [](const QString& line, bool) { qWarning("%s", qPrintable(line)); };
+    host.opened = [](const QString&) {};
     host.loaded = [this](const QString& viewId, bool) { m_loaded = viewId; };
     m_engine.reset(make(std::move(host)));
     suite::setViewMaker([this](const QString& viewId, engine::ViewHost viewHost) {

@@ -95,6 +95,8 @@ bool ChildProcess::start(const QString& program, const QStringList& arguments)
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDWR, 0);
     posix_spawn_file_actions_adddup2(&actions, STDIN_FILENO, STDOUT_FILENO);
     posix_spawn_file_actions_adddup2(&actions, m_errors >= 0 ? m_errors : STDIN_FILENO, STDERR_FILENO);
+    // What the browser engine has open would outlive it, too.
+    posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
     posix_spawn_file_actions_addchdir_np(&actions, "/");
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);

@@ -8,8 +8,9 @@ namespace suite {
 
 CloudSvrProxy& CloudSvrProxy::instance()
 {
-    static CloudSvrProxy proxy;
-    return proxy;
+    // Never destroyed: a library that stays loaded would look for another one when there is no application any more.
+    static auto* proxy = new CloudSvrProxy;
+    return *proxy;
 }
 
 void CloudSvrProxy::notifyActions(const QMap<QString, QString>& actions)

@@ -4,6 +4,13 @@
 
 namespace suite {
 
+namespace {
+
+/// The size that listeners know.
+constexpr char SizeProperty[] = "_nova_emitted_size";
+
+} // namespace
+
 void emitShellSignal(QWidget& shell, const QEvent& event)
 {
     const auto emitLater = [&](const char* signal, auto... arguments) {
@@ -28,7 +35,10 @@ void emitShellSignal(QWidget& shell, const QEvent& event)
         const auto& resize = static_cast<const QResizeEvent&>(event);
         // A window that has not been shown has had no size.
         const QSize before = resize.oldSize().isValid() ? resize.oldSize() : QSize(0, 0);
-        if (before != resize.size())
+        // Qt sends such an event for its own resize() and one when the window system has done it.
+        const bool isKnown = shell.property(SizeProperty) == resize.size();
+        shell.setProperty(SizeProperty, resize.size());
+        if (before != resize.size() && !isKnown)
             emitLater("sigResized", Q_ARG(QSize, resize.size()), Q_ARG(QSize, before));
         break;
     }

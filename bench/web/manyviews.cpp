@@ -106,7 +106,7 @@ int openManyViews(const char* kind)
     const bool isBare = kind == std::string("bare");
     const bool isTouched = kind == std::string("touched");
     std::unique_ptr<Library> library(isBare ? nullptr : new Library);
-    std::unique_ptr<QWebEngineProfile> profile(isBare ? new QWebEngineProfile : nullptr);
+    std::unique_ptr<BareProfile> profile(isBare ? new BareProfile : nullptr);
     std::vector<std::unique_ptr<Page>> pages;
     double first = 0;
     double last = 0;

@@ -218,7 +218,7 @@ std::unique_ptr<Page> Library::openPage()
 }
 
 BareProfile::BareProfile()
-    : QWebEngineProfile((registerScheme(), nullptr))
+    : QWebEngineProfile((registerScheme(), static_cast<QObject*>(nullptr)))
 {
     installUrlSchemeHandler(Scheme, &m_handler);
 }

@@ -18,7 +18,7 @@ constexpr int InFlight = 500; ///< events, or promises, at once
 /// What all measurements share. The library comes first: schemes are registered before the browser starts.
 struct Pages {
     Library library;
-    QWebEngineProfile profile;
+    BareProfile profile;
     std::unique_ptr<Page> member = library.openPage();
     std::unique_ptr<Page> channel = openBarePage(profile, true);
     std::unique_ptr<Page> prompt = openBarePage(profile, false);

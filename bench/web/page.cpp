@@ -6,6 +6,7 @@
 #include "host/suite/web/webshell.h"
 #include "host/suite/web/webwidget.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
 #include <QDir>
 #include <QEventLoop>
@@ -14,15 +15,28 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <QWebChannel>
+#include <QWebEngineUrlRequestJob>
+#include <QWebEngineUrlScheme>
 #include <QWebEngineView>
 
 namespace bench {
 
 namespace {
 
-const QString Document = QStringLiteral("<!doctype html><title>script</title>");
 const QUrl Address(QStringLiteral("nova://script/"));
 constexpr QSize WindowSize(400, 300);
+
+constexpr char Scheme[] = "nova";
+
+/// As the plug-in does, where it is not there.
+void registerScheme()
+{
+    QWebEngineUrlScheme scheme(Scheme);
+    scheme.setSyntax(QWebEngineUrlScheme::Syntax::Host);
+    scheme.setFlags(QWebEngineUrlScheme::SecureScheme | QWebEngineUrlScheme::CorsEnabled);
+    if (QWebEngineUrlScheme::schemeByName(scheme.name()).name().isEmpty())
+        QWebEngineUrlScheme::registerScheme(scheme);
+}
 
 /// Runs the event loop until `isDone`.
 template <typename Condition> void waitFor(const char* what, Condition isDone)
@@ -73,7 +87,7 @@ private:
 
 class BarePage final : public Page {
 public:
-    BarePage(QWebEngineProfile& profile, bool hasChannel)
+    BarePage(BareProfile& profile, bool hasChannel)
         : m_page(new PromptPage(&profile, &m_view))
     {
         m_view.setPage(m_page);
@@ -85,8 +99,12 @@ public:
         layout->setContentsMargins({});
         layout->addWidget(&m_view);
         bool isLoaded = false;
-        QObject::connect(m_page, &QWebEnginePage::loadFinished, &m_view, [&] { isLoaded = true; });
-        m_page->setHtml(Document, Address);
+        QObject::connect(m_page, &QWebEnginePage::loadFinished, &m_view, [&](bool ok) {
+            if (!ok)
+                qFatal("the document can not be loaded");
+            isLoaded = true;
+        });
+        m_page->load(Address);
         m_shell.resize(WindowSize);
         m_shell.show();
         waitFor("a page", [&] { return isLoaded; });
@@ -200,7 +218,21 @@ std::unique_ptr<Page> Library::openPage()
     return page;
 }
 
-std::unique_ptr<Page> openBarePage(QWebEngineProfile& profile, bool hasChannel)
+BareProfile::BareProfile()
+    : QWebEngineProfile((registerScheme(), static_cast<QObject*>(nullptr)))
+{
+    installUrlSchemeHandler(Scheme, &m_handler);
+}
+
+void BareProfile::Handler::requestStarted(QWebEngineUrlRequestJob* job)
+{
+    auto* document = new QBuffer(job);
+    document->setData("<!doctype html><title>script</title>");
+    document->open(QIODevice::ReadOnly);
+    job->reply("text/html", document);
+}
+
+std::unique_ptr<Page> openBarePage(BareProfile& profile, bool hasChannel)
 {
     return std::make_unique<BarePage>(profile, hasChannel);
 }

@@ -5,6 +5,7 @@
 
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
+#include <QWebEngineUrlSchemeHandler>
 #include <QWidget>
 #include <memory>
 
@@ -40,8 +41,20 @@ private:
     QString m_loaded; ///< the view that has loaded last
 };
 
+/// Serves the empty document to views without the plug-in, at the same address.
+class BareProfile final : public QWebEngineProfile {
+public:
+    BareProfile();
+
+private:
+    class Handler final : public QWebEngineUrlSchemeHandler {
+        void requestStarted(QWebEngineUrlRequestJob* job) override;
+    };
+    Handler m_handler;
+};
+
 /// A view in a window, without the plug-in: script of the page finds `prompt`, which returns at once, and `channel`, a
 /// ChannelObject, when there is one. Waits until it has loaded.
-std::unique_ptr<Page> openBarePage(QWebEngineProfile& profile, bool hasChannel);
+std::unique_ptr<Page> openBarePage(BareProfile& profile, bool hasChannel);
 
 } // namespace bench

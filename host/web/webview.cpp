@@ -120,7 +120,12 @@ void WebView::setScrollBars(bool horizontal, bool vertical)
 {
     const QWebEngineScript script = scrollBarsScript(horizontal, vertical);
     m_page->scripts().remove(m_page->scripts().findScript(ScrollBarsScript));
-    m_page->scripts().insert(script);
+    // Another world of script takes half a megabyte of every view, so there is one only where a bar is hidden.
+    if (horizontal && vertical && !std::exchange(m_hidesScrollBars, false))
+        return;
+    m_hidesScrollBars = !horizontal || !vertical;
+    if (m_hidesScrollBars)
+        m_page->scripts().insert(script);
     if (m_page->isLive())
         m_page->runJavaScript(script.sourceCode(), QWebEngineScript::ApplicationWorld);
 }

@@ -33,6 +33,7 @@ private:
     ViewHost m_host;
     QWebEngineView* m_view;
     WebPage* m_page;
+    bool m_hidesScrollBars = false;
 };
 
 } // namespace engine::web

@@ -198,7 +198,8 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     }
 
     if (options.browser && !run->parsed() && !eval->parsed()) {
-        exitCode = fail(UsageError, QStringLiteral("--browser is for run and eval; open always has the browser"));
+        exitCode =
+            fail(UsageError, QStringLiteral("--browser is for run and eval; open always has the browser"));
         return std::nullopt;
     }
     options.command = run->parsed() ? Command::Run

@@ -60,7 +60,8 @@ void FilesHandler::requestStarted(QWebEngineUrlRequestJob* job)
     const QUrl url = job->requestUrl();
     // Pages from elsewhere neither go to pages of the application nor show parts of them. Sandboxed pages have no origin.
     const QString from = job->initiator().toString();
-    const bool isForeign = !from.isEmpty() && from != QLatin1String("null") && job->initiator().scheme() != QLatin1String("nova");
+    const bool isForeign = !from.isEmpty() && from != QLatin1String("null")
+        && job->initiator().scheme() != QLatin1String("nova");
     if (job->requestMethod() != "GET" || isForeign)
         return job->fail(QWebEngineUrlRequestJob::RequestDenied);
     if (url.host() == QLatin1String("script"))

@@ -135,7 +135,7 @@ private:
     FilesHandler m_files;
     BridgeHandler m_bridges;
     QHash<QString, ScriptPage*> m_scripts; ///< by view
-    QList<QPointer<WebPage>> m_pages; ///< several may show views of the same identifier
+    QList<QPointer<WebPage>> m_pages;      ///< several may show views of the same identifier
     QList<QPointer<QWidget>> m_widgets;
 };
 

@@ -41,7 +41,8 @@ WebPage::WebPage(QWebEngineProfile* profile, Bridge::Host host, Console console)
     connect(this, &QWebEnginePage::renderProcessTerminated, this, [this] {
         m_isLive = false;
         m_bridge.closeAll();
-        m_console(QStringLiteral("The process of the page %1 has ended; reload it.").arg(url().toString()), true);
+        m_console(
+            QStringLiteral("The process of the page %1 has ended; reload it.").arg(url().toString()), true);
     });
 }
 
@@ -96,7 +97,8 @@ void WebPage::javaScriptConsoleMessage(
     const bool isOwn = source.startsWith(QLatin1String("nova-prelude"));
     if (m_isQuiet || (isOwn && isKnown))
         return;
-    const QString place = source.isEmpty() || isOwn ? QString() : QStringLiteral(" (%1:%2)").arg(source).arg(line);
+    const QString place =
+        source.isEmpty() || isOwn ? QString() : QStringLiteral(" (%1:%2)").arg(source).arg(line);
     m_console(message + place, level != InfoMessageLevel);
 }
 

@@ -22,7 +22,9 @@ const QString Probing = QStringLiteral(R"js(<script>
 
 TEST_F(WebTest, GivesADocumentWhatItsOriginMayHave)
 {
-    const auto probing = [](const QString& name) { return QString(Probing).replace(QStringLiteral("NAME"), QLatin1Char('\'') + name + QLatin1Char('\'')); };
+    const auto probing = [](const QString& name) {
+        return QString(Probing).replace(QStringLiteral("NAME"), QLatin1Char('\'') + name + QLatin1Char('\''));
+    };
     for (const char* host : { "some", "stranger" })
         write(QString::fromLatin1(host), QStringLiteral("probe.html"), probing(QString::fromLatin1(host)));
     write(QStringLiteral("app"), QStringLiteral("probe.html"), probing(QStringLiteral("sandboxed")));
@@ -39,7 +41,8 @@ TEST_F(WebTest, GivesADocumentWhatItsOriginMayHave)
     ASSERT_TRUE(waitForLines(4));
     lines.sort();
     // What "some" gets is what it may have.
-    EXPECT_EQ(log().toStdString(), "data: none; |sandboxed: none; |some: raw,later; C,B,P,T,R,E|stranger: none; ");
+    EXPECT_EQ(
+        log().toStdString(), "data: none; |sandboxed: none; |some: raw,later; C,B,P,T,R,E|stranger: none; ");
 }
 
 TEST_F(WebTest, WakesDocumentsInFrames)

@@ -30,10 +30,12 @@ WebEngine& WebTest::webEngine()
         };
         // Pages of "app" have everything, those of "some" two members, all others nothing.
         host.rights = [](const QString& origin) {
-            const bool all = origin == QLatin1String("nova://app") || origin == QLatin1String("nova://script");
+            const bool all =
+                origin == QLatin1String("nova://app") || origin == QLatin1String("nova://script");
             const bool some = origin == QLatin1String("nova://some");
             return OriginRights { all || some, [all](const QString&, const QString& member, std::uint32_t) {
-                                     return all || member == QLatin1String("raw") || member == QLatin1String("later");
+                                     return all || member == QLatin1String("raw")
+                                         || member == QLatin1String("later");
                                  } };
         };
         host.directory = [](const QString& name) {

@@ -49,7 +49,8 @@ protected:
 
     void SetUp() override
     {
-        write(QStringLiteral("app"), QStringLiteral("other.html"), QStringLiteral("<script>console.log('other')</script>"));
+        write(QStringLiteral("app"), QStringLiteral("other.html"),
+            QStringLiteral("<script>console.log('other')</script>"));
         const auto textOf = [](const KJSVariant& value) { return vexlite::textOf(value); };
         method(u"end", [this, textOf](ProbeCall& call) {
             end(textOf(call.arguments[0]));
@@ -78,7 +79,8 @@ TEST_P(Lifetime, EndsAnywhere)
         window.show();
     }
     page->run(QStringLiteral("const p = NovaExtension.Probe; p.keep(() => 0); p.listen(() => p.end('view'));"
-                             "p.later().then(() => 0); const child = p.Child;") + GetParam().given,
+                             "p.later().then(() => 0); const child = p.Child;")
+            + GetParam().given,
         QStringLiteral("test.js"), [&](const Outcome&) {});
     expectNothingLeft();
     if (kept) {
@@ -87,7 +89,9 @@ TEST_P(Lifetime, EndsAnywhere)
     // The browser goes on.
     view.reset();
     openScript();
-    EXPECT_EQ(shown(run("NovaExtension.Probe.raw(); return await NovaExtension.Probe.settled()")).toStdString(), "\"empty handle.\"");
+    EXPECT_EQ(
+        shown(run("NovaExtension.Probe.raw(); return await NovaExtension.Probe.settled()")).toStdString(),
+        "\"empty handle.\"");
 }
 
 INSTANTIATE_TEST_SUITE_P(Web, Lifetime, testing::ValuesIn(rows(R"js(
@@ -107,7 +111,8 @@ RendererInLoop: p.endWithin('renderer') ->
 WidgetInLoop: p.endWithin('widget') ->
 Exit: exit(3); p.raw() ->
 Leaves: location.href = 'nova://app/other.html' ->
-)js")), rowName);
+)js")),
+    rowName);
 
 /// A page waits for a dialog, and goes meanwhile in some rows; the page of another view goes on.
 class Waiting : public WebTest, public testing::WithParamInterface<Row> { };
@@ -120,7 +125,8 @@ TEST_P(Waiting, LeavesOtherPagesAlone)
     method(u"getOpenFileName", [&](ProbeCall& call) {
         waiting = std::move(view);
         openScript();
-        const Outcome other = run("const p = NovaExtension.Probe; p.dispatch(1, 2); return [p.raw(), await p.settled()]");
+        const Outcome other =
+            run("const p = NovaExtension.Probe; p.dispatch(1, 2); return [p.raw(), await p.settled()]");
         EXPECT_EQ(shown(other).toStdString(), R"([1,"empty handle."])");
         if (GetParam().given.trimmed() == QLatin1String("destroy"))
             waiting.reset();
@@ -129,7 +135,8 @@ TEST_P(Waiting, LeavesOtherPagesAlone)
         hasEnded = true;
         return KR_OK;
     });
-    core.setFactories({ { QStringLiteral("Probe"), bindProbe }, { QStringLiteral("FileSystem"), bindProbe } });
+    core.setFactories(
+        { { QStringLiteral("Probe"), bindProbe }, { QStringLiteral("FileSystem"), bindProbe } });
     openPage(QStringLiteral(R"js(<script>
         const p = NovaExtension.FileSystem;
         p.listen((x) => console.log('heard ' + x));
@@ -144,7 +151,8 @@ TEST_P(Waiting, LeavesOtherPagesAlone)
 INSTANTIATE_TEST_SUITE_P(Web, Waiting, testing::ValuesIn(rows(R"js(
 Ends: stay -> heard 1|chosen
 ViewGoes: destroy ->
-)js")), rowName);
+)js")),
+    rowName);
 
 /// Every reload comes while calls, promises and listeners are under way.
 TEST_F(WebTest, LeavesNothingWhenItIsReloadedAThousandTimes)

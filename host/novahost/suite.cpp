@@ -236,25 +236,22 @@ std::unique_ptr<engine::Page> Suite::openPage(const QStringList& arguments, engi
     VEXBrowserTimes& times = options.browser.times;
     // Destroyed when the page closes, which ends its plays.
     host.play = [plays = std::make_shared<PagePlays>()](const QString& steps) { return plays->begin(steps); };
-    std::unique_ptr<engine::Page> page;
-    if (m_inBrowser) {
-        QString error;
-        engine::WebEngine* browser = m_browser.engine(error);
-        page = browser ? browser->openPage(options, std::move(host)) : nullptr;
-        m_browser.expect(options.browser.browserId);
-        makeWindow(m_windowTitle, options.browser.browserId);
-        // The page goes with its window.
-        QObject::connect(m_window, &QObject::destroyed, qApp, &QCoreApplication::quit);
-    } else {
-        makeWindow(m_windowTitle, options.browser.browserId);
-    }
+    const QString viewId = options.browser.browserId;
+    if (m_inBrowser)
+        m_browser.expect(viewId);
+    makeWindow(m_windowTitle, viewId);
     if (m_window) {
         m_window->resize(800, 600);
         m_window->show();
     }
-    if (m_inBrowser)
-        return page;
-    page = m_engine->openPage(options, std::move(host));
+    if (m_inBrowser) {
+        // The page goes with its window.
+        QObject::connect(m_window, &QObject::destroyed, qApp, &QCoreApplication::quit);
+        QString error;
+        engine::WebEngine* browser = m_browser.engine(error);
+        return browser ? browser->openPage(options, std::move(host)) : nullptr;
+    }
+    std::unique_ptr<engine::Page> page = m_engine->openPage(options, std::move(host));
     // The page is empty until its script runs, so it has loaded at once.
     times.creationFinish = times.loadStart = times.loadReady = times.loadFinish =
         QDateTime::currentMSecsSinceEpoch();

@@ -39,7 +39,7 @@ QString Bridge::request(const QString& origin, const QString& text)
         return {};
     // Kept: the request may close the frame, or all of them.
     const std::shared_ptr<Frame> frame = found->second.frame;
-    const QString reply = frame->reply(kind, reader);
+    QString reply = frame->reply(kind, reader);
     if (!frame->isOpen())
         closeFrame(frame->name());
     return reply;

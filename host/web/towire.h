@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/web/wire.h"
+#include "vexlite/jsextension.h"
 #include "vexlite/jsonvalue.h"
 
 namespace engine::web {

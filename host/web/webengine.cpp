@@ -1,5 +1,6 @@
 #include "host/engine/webengine.h"
 
+#include "host/web/prelude.h"
 #include "host/web/schemes.h"
 #include "host/web/scriptpage.h"
 #include "host/web/webview.h"
@@ -11,8 +12,6 @@
 #include <QWebEngineSettings>
 
 namespace engine::web {
-
-extern const char* const preludeSource;
 
 namespace {
 

@@ -86,6 +86,12 @@ QStringList WebPage::chooseFiles(
     return hasDisplay() ? QWebEnginePage::chooseFiles(mode, old, acceptedMimeTypes) : QStringList();
 }
 
+bool WebPage::acceptNavigationRequest(const QUrl& url, NavigationType, bool)
+{
+    // A file that is dropped on a page would take its place.
+    return url.scheme() != QLatin1String("file");
+}
+
 void WebPage::javaScriptConsoleMessage(
     JavaScriptConsoleMessageLevel level, const QString& message, int line, const QString& source)
 {

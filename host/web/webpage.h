@@ -39,6 +39,7 @@ private:
     bool javaScriptConfirm(const QUrl& origin, const QString& message) override;
     void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& message, int line,
         const QString& source) override;
+    bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
     QStringList chooseFiles(
         FileSelectionMode mode, const QStringList& old, const QStringList& acceptedMimeTypes) override;
 

@@ -130,14 +130,14 @@ def display():
             yield
 
 
-def run(novahost, script, directory, scale):
+def run(novahost, engine, script, directory, scale):
     profile = f"{directory}/profile.json"
     with open(profile, "w", encoding="utf-8") as file:
         json.dump({"dpi": {"scale": scale}}, file)
     # What the X plug-in's libraries keep can not be told by name: they are unloaded before leaks are looked for.
     environment = {**os.environ, "HOME": directory, "QT_QPA_PLATFORM": "xcb",
                    "ASAN_OPTIONS": f"{os.environ.get('ASAN_OPTIONS', '')}:detect_leaks=0"}
-    command = [novahost, "--window", "--profile", profile, "run", script, directory, str(scale)]
+    command = [novahost, engine, "--profile", profile, "run", script, directory, str(scale)]
     with running(*command, stdout=subprocess.PIPE, text=True, env=environment) as host:
         for line in host.stdout:
             try:
@@ -151,7 +151,7 @@ def run(novahost, script, directory, scale):
 
 
 def main():
-    novahost, source, script = sys.argv[1:]
+    novahost, engine, source, script = sys.argv[1:]
     with display():
         for scale in (1, 1.5, 2):
             with tempfile.TemporaryDirectory() as directory:
@@ -159,7 +159,7 @@ def main():
                 for file in files:
                     open(file, "x", encoding="utf-8").close()
                 with running(source, *files):
-                    run(novahost, script, directory, scale)
+                    run(novahost, engine, script, directory, scale)
 
 
 main()

@@ -194,9 +194,10 @@ function statePanel(act) {
             actionButton("Minimise for 2 s", () => forAWhile("setMinimize")),
             actionButton("Hide for 2 s", () => forAWhile("hide")),
             actionButton("Show", () => act("show")),
-            actionButton("Page is ready", () => act("pageReady")),
-            destroyButton(act)
-        )
+            actionButton("Page is ready", () => act("pageReady"))
+        ),
+        // In a line of its own it stays under the mouse when its text grows.
+        make("div", { class: "buttons" }, destroyButton(act))
     );
 }
 

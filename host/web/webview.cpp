@@ -30,12 +30,13 @@ QWebEngineScript scrollBarsScript(bool horizontal, bool vertical)
     script.setInjectionPoint(QWebEngineScript::DocumentReady);
     // Beside the page's own script, which must not find or stop it.
     script.setWorldId(QWebEngineScript::ApplicationWorld);
+    // A made sheet: the page's content security policy may refuse elements with styles.
     script.setSourceCode(
         QStringLiteral("(() => {"
-                       "let sheet = document.getElementById('nova-scroll-bars');"
-                       "if (!sheet) { sheet = document.createElement('style'); sheet.id = 'nova-scroll-bars';"
-                       "document.documentElement.appendChild(sheet); }"
-                       "sheet.textContent = '%1%2'; })()")
+                       "self.scrollBars = self.scrollBars ?? new CSSStyleSheet();"
+                       "scrollBars.replaceSync('%1%2');"
+                       "if (!document.adoptedStyleSheets.includes(scrollBars))"
+                       "document.adoptedStyleSheets = [...document.adoptedStyleSheets, scrollBars]; })()")
             .arg(horizontal ? QString() : QStringLiteral("::-webkit-scrollbar:horizontal{display:none}"),
                 vertical ? QString() : QStringLiteral("::-webkit-scrollbar:vertical{display:none}")));
     return script;

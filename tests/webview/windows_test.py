@@ -124,6 +124,7 @@ def display():
     with running(*server, pass_fds=[writer], stderr=subprocess.DEVNULL):
         os.close(writer)
         with open(reader, encoding="ascii") as numbers:
+            os.environ["QT_QPA_PLATFORM"] = "xcb"
             os.environ["DISPLAY"] = f":{numbers.readline().strip()}"
         with running("openbox", "--config-file", "/dev/null", stderr=subprocess.DEVNULL):
             until(lambda: "window id" in tool("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"), "window manager")
@@ -135,7 +136,7 @@ def run(novahost, engine, script, directory, scale):
     with open(profile, "w", encoding="utf-8") as file:
         json.dump({"dpi": {"scale": scale}}, file)
     # What the X plug-in's libraries keep can not be told by name: they are unloaded before leaks are looked for.
-    environment = {**os.environ, "HOME": directory, "QT_QPA_PLATFORM": "xcb",
+    environment = {**os.environ, "HOME": directory,
                    "ASAN_OPTIONS": f"{os.environ.get('ASAN_OPTIONS', '')}:detect_leaks=0"}
     command = [novahost, engine, "--profile", profile, "run", script, directory, str(scale)]
     with running(*command, stdout=subprocess.PIPE, text=True, env=environment) as host:

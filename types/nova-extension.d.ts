@@ -1279,13 +1279,13 @@ declare namespace NovaExtension {
          */
         setDisableScrollBar(disable: boolean): Answer<undefined>;
         /**
-         * The same for the horizontal one.
+         * Hides the horizontal scroll bar of the page, or shows it.
          *
          * @throws 3 "empty webwidget"
          */
         setDisableXScrollBar(disable: boolean): Answer<undefined>;
         /**
-         * The same for the vertical one.
+         * Hides the vertical scroll bar of the page, or shows it.
          *
          * @throws 3 "empty webwidget"
          */
@@ -1297,7 +1297,7 @@ declare namespace NovaExtension {
          */
         getGeometry(): Answer<NovaExtension.Webview.ViewPlace>;
         /**
-         * Moves the window.
+         * Moves the window. Its size stays.
          *
          * @throws 3 "empty webshellwidget"
          * @throws 1 "wrong parameters."
@@ -1318,7 +1318,7 @@ declare namespace NovaExtension {
          */
         setDragArea(options: NovaExtension.Webview.DragArea): Answer<undefined>;
         /**
-         * Removes all these areas.
+         * Removes all areas of `setDragArea`.
          *
          * @throws 3 "empty webwidget"
          */
@@ -1331,7 +1331,7 @@ declare namespace NovaExtension {
          */
         setBlackDragArea(options: NovaExtension.Webview.DragArea): Answer<undefined>;
         /**
-         * Removes all these areas.
+         * Removes all areas of `setBlackDragArea`.
          *
          * @throws 3 "empty webwidget"
          */
@@ -1421,7 +1421,8 @@ declare namespace NovaExtension {
          */
         setDragEnterEnable(enable: boolean): Answer<undefined>;
         /**
-         * Calls a method of the suite's web widget. Returns whether there is such a method.
+         * Calls a method of the suite's web widget. Returns whether there is such a method; what that returns,
+         * `invokeGeneralMethodAsync` has.
          *
          * @throws 3 "empty webwidget"
          * @throws 1 "wrong parameters."
@@ -1457,9 +1458,13 @@ declare namespace NovaExtension.Webview {
         kdColorName?: string | undefined;
     }
     interface DragArea {
+        /** from the left edge of the view */
         x: number;
+        /** from the top edge of the view */
         y: number;
+        /** the width of the area */
         w: number;
+        /** the height of the area */
         h: number;
     }
     interface FlagChange {
@@ -1474,11 +1479,15 @@ declare namespace NovaExtension.Webview {
         funcParam?: unknown | undefined;
     }
     interface MaximumSize {
+        /** the largest width */
         maxw: number;
+        /** the largest height */
         maxh: number;
     }
     interface MinimumSize {
+        /** the smallest width */
         minw: number;
+        /** the smallest height */
         minh: number;
     }
     interface RoundFill {
@@ -1486,7 +1495,9 @@ declare namespace NovaExtension.Webview {
         fillColor?: string | undefined;
     }
     interface ViewPlace {
+        /** from the left of the screen to the view */
         x: number;
+        /** from the top of the screen to the view */
         y: number;
     }
     interface ViewSize {
@@ -1496,11 +1507,15 @@ declare namespace NovaExtension.Webview {
         h: number;
     }
     interface WindowPlace {
+        /** from the left of the screen to the content of the window */
         x: number;
+        /** from the top of the screen to the content of the window */
         y: number;
     }
     interface WindowSize {
+        /** the width of its content, without a frame */
         w: number;
+        /** the height of its content */
         h: number;
     }
 }
@@ -1581,16 +1596,20 @@ declare namespace NovaExtension.WebviewMgr {
     }
     interface WindowGeometry {
         /**
-         * where on the screen, if both this and `y` are above 0; otherwise the window system decides
+         * where on the screen, in CSS pixels, if `x` and `y` are above 0; otherwise the window system decides
          *
          * @default 0
          */
         x?: number | undefined;
-        /** @default 0 */
+        /**
+         * see `x`
+         *
+         * @default 0
+         */
         y?: number | undefined;
         /** in CSS pixels; the window's own if it is left out */
         width?: number | undefined;
-        /** the same */
+        /** in CSS pixels; the window's own if it is left out */
         height?: number | undefined;
     }
 }

@@ -342,7 +342,8 @@ struct ViewPlace {
     std::int32_t y;
     static constexpr auto fields()
     {
-        return std::tuple(property("x", &ViewPlace::x, ""), property("y", &ViewPlace::y, ""));
+        return std::tuple(property("x", &ViewPlace::x, "from the left of the screen to the view"),
+            property("y", &ViewPlace::y, "from the top of the screen to the view"));
     }
 };
 
@@ -425,19 +426,21 @@ const MemberList& KJsApiWebview::members()
             forwards<&Host::setDisableScrollBar, bool>(u"setDisableScrollBar",
                 { { Type::Boolean, "disable" } }, "Hides the scroll bars of the page, or shows them."),
             forwards<&Host::setDisableXScrollBar, bool>(u"setDisableXScrollBar",
-                { { Type::Boolean, "disable" } }, "The same for the horizontal one."),
-            forwards<&Host::setDisableYScrollBar, bool>(
-                u"setDisableYScrollBar", { { Type::Boolean, "disable" } }, "The same for the vertical one."),
+                { { Type::Boolean, "disable" } },
+                "Hides the horizontal scroll bar of the page, or shows it."),
+            forwards<&Host::setDisableYScrollBar, bool>(u"setDisableYScrollBar",
+                { { Type::Boolean, "disable" } }, "Hides the vertical scroll bar of the page, or shows it."),
             row<&getGeometry>(u"getGeometry", {}, "Returns where on the screen the view is."),
-            row<&setGeometry>(u"setGeometry", { Type::JsValue }, "Moves the window."),
+            row<&setGeometry>(u"setGeometry", { Type::JsValue }, "Moves the window. Its size stays."),
             forwards<static_cast<SetSize>(&QWidget::resize), WindowSize>(
                 u"setSize", { Type::JsValue }, "Sets the size of the window."),
             forwards<&Host::addDragArea, DragArea>(u"setDragArea", { Type::JsValue },
                 "Adds an area of the view by which the user can drag the window."),
-            forwards<&Host::clearDragArea>(u"clearDragArea", {}, "Removes all these areas."),
+            forwards<&Host::clearDragArea>(u"clearDragArea", {}, "Removes all areas of `setDragArea`."),
             forwards<&Host::addBlackDragArea, DragArea>(u"setBlackDragArea", { Type::JsValue },
                 "Adds an area by which the window can not be dragged, though it lies in one by which it can."),
-            forwards<&Host::clearBlackDragArea>(u"clearBlackDragArea", {}, "Removes all these areas."),
+            forwards<&Host::clearBlackDragArea>(
+                u"clearBlackDragArea", {}, "Removes all areas of `setBlackDragArea`."),
             forwards<&QWidget::showMaximized>(u"setMaximize", {}, "Maximises the window, and shows it."),
             forwards<&QWidget::showMinimized>(u"setMinimize", {}, "Minimises the window."),
             forwards<&QWidget::showNormal>(
@@ -460,7 +463,8 @@ const MemberList& KJsApiWebview::members()
             forwards<&Host::enableDragEnter, bool>(u"setDragEnterEnable", { { Type::Boolean, "enable" } },
                 "Lets files be dragged into the view, or no longer."),
             row<&invokeGeneralMethod>(u"invokeGeneralMethod", { Type::JsValue },
-                "Calls a method of the suite's web widget. Returns whether there is such a method."),
+                "Calls a method of the suite's web widget. Returns whether there is such a method; what that returns, "
+                "`invokeGeneralMethodAsync` has."),
             row<&invokeGeneralMethodAsync>(u"invokeGeneralMethodAsync", { Type::JsValue },
                 "Calls a method of the suite's web widget when this call has returned. Resolves with what it "
                 "returns.",

@@ -43,10 +43,11 @@ struct WindowGeometry {
         using Self = WindowGeometry;
         return strictly(std::tuple(
             optional("x", &Self::x,
-                "where on the screen, if both this and `y` are above 0; otherwise the window system decides"),
-            optional("y", &Self::y, ""),
+                "where on the screen, in CSS pixels, if `x` and `y` are above 0; otherwise the window system "
+                "decides"),
+            optional("y", &Self::y, "see `x`"),
             optional("width", &Self::width, "in CSS pixels; the window's own if it is left out"),
-            optional("height", &Self::height, "the same")));
+            optional("height", &Self::height, "in CSS pixels; the window's own if it is left out")));
     }
 };
 
@@ -159,9 +160,13 @@ Answer<Handle<KJsApiWebview>> handOutWebview(const JSContextEnv& page, KJsApiWeb
 
 Answer<KJsApiWebWidget*> KJsApiWebviewMgr::makeWidget(const CreateOptions& options)
 {
-    if (options.windowType == QLatin1String("Tab"))
+    if (options.windowType == QLatin1String("Tab")) {
+        // Of all others the suite's factory knows it.
+        if (vexlite::GetWebWidget(options.id))
+            return NotMade;
         return new KJsApiTabWebWidget(
             options.id, options.hasParent ? findParent(options.parentName) : nullptr);
+    }
     const QString className = classOf(options.windowType);
     if (!KJsApiWebWidgetFactory::isClassRegistered(className))
         return NoSuchClass;

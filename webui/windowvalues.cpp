@@ -35,8 +35,10 @@ QSize scaleSize(std::int32_t width, std::int32_t height, int largest)
 QRect scaleRect(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height)
 {
     const auto bounded = [](int place) { return qBound(-FarthestPlace, place, FarthestPlace); };
-    const QPoint place = KLiteStyle::dpiScaledRect(bounded(x), bounded(y), 0, 0).topLeft();
-    return { QPoint(bounded(place.x()), bounded(place.y())), scaleSize(width, height) };
+    const QRect scaled = KLiteStyle::dpiScaledRect(
+        bounded(x), bounded(y), qBound(0, width, LargestWindow), qBound(0, height, LargestWindow));
+    return { QPoint(bounded(scaled.x()), bounded(scaled.y())),
+        scaled.size().boundedTo({ LargestWindow, LargestWindow }) };
 }
 
 bool isSettableAttribute(std::int32_t attribute)

@@ -39,9 +39,10 @@ QSize scaleSize(std::int32_t width, std::int32_t height, int largest = LargestWi
 QRect scaleRect(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height);
 
 /// An integer that must be given.
-template <typename Struct> constexpr auto integer(const char* name, std::int32_t Struct::*member)
+template <typename Struct>
+constexpr auto integer(const char* name, std::int32_t Struct::*member, const char* doc)
 {
-    return required(name, member, "", WrongParameters, WrongParameters);
+    return required(name, member, doc, WrongParameters, WrongParameters);
 }
 
 struct WindowPlace {
@@ -49,7 +50,9 @@ struct WindowPlace {
     std::int32_t y = 0;
     static constexpr auto fields()
     {
-        return std::tuple(integer("x", &WindowPlace::x), integer("y", &WindowPlace::y));
+        return std::tuple(
+            integer("x", &WindowPlace::x, "from the left of the screen to the content of the window"),
+            integer("y", &WindowPlace::y, "from the top of the screen to the content of the window"));
     }
     QPoint scaled() const { return scaleRect(x, y, 0, 0).topLeft(); }
 };
@@ -59,7 +62,8 @@ struct WindowSize {
     std::int32_t h = 0;
     static constexpr auto fields()
     {
-        return std::tuple(integer("w", &WindowSize::w), integer("h", &WindowSize::h));
+        return std::tuple(integer("w", &WindowSize::w, "the width of its content, without a frame"),
+            integer("h", &WindowSize::h, "the height of its content"));
     }
     operator QSize() const { return scaleSize(w, h); }
 };
@@ -69,7 +73,8 @@ struct MinimumSize {
     std::int32_t minh = 0;
     static constexpr auto fields()
     {
-        return std::tuple(integer("minw", &MinimumSize::minw), integer("minh", &MinimumSize::minh));
+        return std::tuple(integer("minw", &MinimumSize::minw, "the smallest width"),
+            integer("minh", &MinimumSize::minh, "the smallest height"));
     }
     operator QSize() const { return scaleSize(minw, minh); }
 };
@@ -79,7 +84,8 @@ struct MaximumSize {
     std::int32_t maxh = 0;
     static constexpr auto fields()
     {
-        return std::tuple(integer("maxw", &MaximumSize::maxw), integer("maxh", &MaximumSize::maxh));
+        return std::tuple(integer("maxw", &MaximumSize::maxw, "the largest width"),
+            integer("maxh", &MaximumSize::maxh, "the largest height"));
     }
     operator QSize() const { return scaleSize(maxw, maxh, LargestMaximum); }
 };
@@ -91,8 +97,10 @@ struct DragArea {
     std::int32_t h = 0;
     static constexpr auto fields()
     {
-        return std::tuple(integer("x", &DragArea::x), integer("y", &DragArea::y), integer("w", &DragArea::w),
-            integer("h", &DragArea::h));
+        return std::tuple(integer("x", &DragArea::x, "from the left edge of the view"),
+            integer("y", &DragArea::y, "from the top edge of the view"),
+            integer("w", &DragArea::w, "the width of the area"),
+            integer("h", &DragArea::h, "the height of the area"));
     }
     operator QRect() const { return scaleRect(x, y, w, h); }
 };

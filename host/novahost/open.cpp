@@ -7,12 +7,15 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QPixmap>
 #include <QTimer>
 
 namespace novahost {
 
 namespace {
+
+constexpr int LargestWindow = 16'384; ///< as for pages
 
 /// Takes the picture of a page that has loaded: when the page says that it is ready, or when it has looked the same for a
 /// second. The first pictures after that are of what was painted before.
@@ -26,6 +29,7 @@ public:
     }
 
     void begin() { m_timer.start(IntervalMs); }
+    bool isDone() const { return m_isDone; }
 
 private:
     static constexpr int IntervalMs = 100;
@@ -45,6 +49,7 @@ private:
         if (m_same < (isReady ? LooksWhenReady : LooksWhenStill) && ++m_looks < MaximumLooks)
             return;
         m_timer.stop();
+        m_isDone = true;
         QCoreApplication::exit(picture.save(m_file)
                 ? 0
                 : fail(Failure, QStringLiteral("--screenshot: no picture can be written to %1").arg(m_file)));
@@ -56,6 +61,7 @@ private:
     QImage m_last;
     int m_same = 0;
     int m_looks = 0;
+    bool m_isDone = false;
 };
 
 /// Where a page is: an address, or a file, whose directory becomes that of the application.
@@ -93,8 +99,16 @@ int openInWindow(Suite& suite, const Options& options)
     if (target.url.isEmpty())
         return fail(
             UsageError, QStringLiteral("%1: there is no such file, and it is no address").arg(options.page));
+    if (QGuiApplication::platformName() == QLatin1String("offscreen") && options.screenshot.isEmpty()
+        && options.devToolsPort == 0)
+        return fail(UsageError,
+            QStringLiteral("open: there is no X display; set DISPLAY, or have a picture with --screenshot"));
     if (options.scale > 0)
         suite::setScale(options.scale);
+    const QSize size = KLiteStyle::dpiScaledSize(options.width, options.height);
+    if (size != size.boundedTo({ LargestWindow, LargestWindow }))
+        return fail(UsageError,
+            QStringLiteral("--size: a window has at most %1x%1 physical pixels").arg(LargestWindow));
     suite.browser().setApplication(target.directory);
     QString error;
     suite::WebShell* shell = suite.openWindow(target.url, options.page, error);
@@ -112,10 +126,12 @@ int openInWindow(Suite& suite, const Options& options)
         else if (!options.screenshot.isEmpty())
             QCoreApplication::exit(Failure);
     };
-    shell->resize(KLiteStyle::dpiScaledSize(options.width, options.height));
+    shell->resize(size);
     shell->show();
-    const int code = QCoreApplication::exec();
+    int code = QCoreApplication::exec();
     suite.browser().loaded = {};
+    if (code == 0 && !options.screenshot.isEmpty() && !photographer.isDone())
+        code = fail(Failure, QStringLiteral("--screenshot: the window has gone, there is no picture"));
     if (options.liveCounts)
         printLiveCounts("open");
     suite.closeWindows();

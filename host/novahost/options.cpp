@@ -65,7 +65,7 @@ std::string checkSize(const std::string& given)
     int width = 0, height = 0;
     return readSize(given, width, height)
         ? std::string()
-        : "a size is two numbers up to 99999, such as 1000x700; \"" + given + "\" is none";
+        : "a size is two numbers above 0, such as 1000x700; \"" + given + "\" is none";
 }
 
 std::string formatError(const CLI::App*, const CLI::Error& error)

@@ -112,6 +112,10 @@ PlayedTier: --play member:super eval 1 -> 2 || ^novahost: --play: member:super: 
 DataIsAFile: --data /etc/passwd eval 1 -> 2 || ^novahost: --data.*/etc/passwd
 LibraryIsNone: --library /etc/passwd eval 1 -> 2 || ^novahost: --library.*/etc/passwd
 LibraryOfSomethingElse: --library OTHER_LIBRARY eval 1 -> 2 || ^novahost: --library .* has no GetNovaExtensionJsApiObj
+NoSuchPage: open no.html -> 2 || ^novahost: no\.html: there is no such file
+NoDisplay: open TOUR -> 2 || ^novahost: open: there is no X display
+EmptyWindow: open TOUR --size 0x9 --screenshot p.png -> 2 || ^novahost: --size: a size is
+TooLargeWindow: open TOUR --size 9000x9 --scale 2 --screenshot p.png -> 2 || ^novahost: --size: a window has at most 16384x16384
 Tour: run TOUR -> 0 9007199254740993[\s\S]*not supported\.
 )js")),
     rowName);

@@ -19,6 +19,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QSettings>
+#include <QTcpServer>
 #include <cstdio>
 
 namespace novahost {
@@ -145,8 +146,14 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     if (!suite->loadLibrary(library, error))
         return nullptr;
     suite->m_inBrowser = options.browser;
-    if (options.devToolsPort)
+    if (options.devToolsPort) {
+        // The engine says nothing when it does not get the port.
+        if (!QTcpServer().listen(QHostAddress::LocalHost, static_cast<quint16>(options.devToolsPort))) {
+            error = QString::fromLatin1("--devtools: another program has the port %1").arg(options.devToolsPort);
+            return nullptr;
+        }
         qputenv("QTWEBENGINE_REMOTE_DEBUGGING", "127.0.0.1:" + QByteArray::number(options.devToolsPort));
+    }
     if (options.command == Command::Run)
         suite->m_browser.setApplication(QFileInfo(options.script).absolutePath());
     if (options.browser && !suite->m_browser.engine(error))

@@ -34,6 +34,10 @@ WebPage::WebPage(QWebEngineProfile* profile, Bridge::Host host, Console console)
             m_isLive = true;
             opened(frame);
         };
+        host.topOrigin = [this] {
+            const QUrl top = url();
+            return originOf(top.scheme() == QLatin1String("blob") ? QUrl(top.path()) : top);
+        };
         return std::move(host);
     }())
     , m_console(std::move(console))

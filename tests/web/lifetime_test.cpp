@@ -106,7 +106,6 @@ LoadInLoop: p.endWithin('load') ->
 RendererInLoop: p.endWithin('renderer') ->
 WidgetInLoop: p.endWithin('widget') ->
 Exit: exit(3); p.raw() ->
-GreetsAgain: prompt('nova', 'Ht'); p.end('page') ->
 Leaves: location.href = 'nova://app/other.html' ->
 )js")), rowName);
 

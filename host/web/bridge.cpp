@@ -1,6 +1,7 @@
 #include "host/web/bridge.h"
 
 #include "host/web/replies.h"
+#include "host/web/webpage.h"
 
 #include <QWebEngineUrlRequestJob>
 
@@ -13,6 +14,8 @@ std::uint64_t lastFrame = 0;
 
 /// How long a document may be without its line, which a page can end, before it counts as gone.
 constexpr int LineGraceMs = 3'000;
+/// And until it has its first one, which a slow machine may take its time for.
+constexpr int FirstLineMs = 30'000;
 
 } // namespace
 
@@ -48,11 +51,14 @@ QString Bridge::request(const QString& origin, const QString& text)
 QString Bridge::greet(const QString& origin, WireReader& reader)
 {
     OriginRights rights = m_host.rights(origin);
-    if (!rights.any || m_frames.size() >= maximumFrames)
+    if (!rights.any)
         return {};
-    const bool isTop = reader.unit() == 't';
+    // A frame may say that it is the page.
+    const bool isTop = reader.unit() == 't' && origin == m_host.topOrigin();
     if (isTop)
-        replaceTop();
+        replaceAll();
+    if (m_frames.size() >= maximumFrames)
+        return {};
     const QString name = QString::number(++lastFrame);
     Frame::Host host;
     host.wake = [this, name] { post(name, [this, name](Document&) { wake(name); }); };
@@ -61,6 +67,7 @@ QString Bridge::greet(const QString& origin, WireReader& reader)
     auto frame = std::make_shared<Frame>(name, origin, isTop, std::move(rights), std::move(host));
     frame->open(m_host.browser());
     m_frames[name].frame = frame;
+    closeWithoutLine(name, FirstLineMs);
     if (isTop && m_host.opened)
         m_host.opened(*frame);
     return frame->greeting();
@@ -84,8 +91,8 @@ void Bridge::wake(const QString& name)
         return;
     if (document.frame->isTop())
         m_host.wakeTop();
-    else if (document.line)
-        replyWith(*document.line, "text/plain", {});
+    else if (const QPointer<QWebEngineUrlRequestJob> bell = std::exchange(document.bell, {}))
+        replyWith(*bell, "text/plain", {});
 }
 
 void Bridge::perform(const QString& name, int ticket)
@@ -123,13 +130,16 @@ bool Bridge::hold(
             replyWith(*job, "text/plain", {});
         return true;
     }
+    if (kind == QLatin1String("bell")) {
+        document.bell = job;
+        if (!document.frame->isTop())
+            wake(name);
+        return true;
+    }
     if (kind != QLatin1String("line"))
         return false;
     document.line = job;
-    document.hadLine = true;
     connect(job, &QObject::destroyed, this, [this, name] { lineEnded(name); });
-    if (document.frame->hasMessages() && !document.frame->isTop())
-        wake(name);
     return true;
 }
 
@@ -139,21 +149,34 @@ void Bridge::lineEnded(const QString& name)
     if (found == m_frames.end() || found->second.line)
         return;
     if (found->second.isReplaced)
-        return closeFrame(name);
-    QTimer::singleShot(LineGraceMs, this, [this, name] {
-        const auto document = m_frames.find(name);
-        if (document != m_frames.end() && !document->second.line)
+        closeFrame(name);
+    else
+        closeWithoutLine(name, LineGraceMs);
+}
+
+void Bridge::closeWithoutLine(const QString& name, int afterMs)
+{
+    QTimer::singleShot(afterMs, this, [this, name, afterMs] {
+        const auto found = m_frames.find(name);
+        if (found == m_frames.end() || found->second.line)
+            return;
+        // It can not open a line while it waits for us.
+        const auto& waiting = found->second.waiting;
+        if (BrowserWaits::any()
+            || std::any_of(waiting.begin(), waiting.end(), [](const auto& one) { return one.second; }))
+            closeWithoutLine(name, afterMs);
+        else
             closeFrame(name);
     });
 }
 
-// Another document has taken the page's top: those that were there go with their lines, or have lost them already.
-void Bridge::replaceTop()
+// Another document has taken the page's top: those that were there go with their lines, or have none any more.
+void Bridge::replaceAll()
 {
     std::vector<QString> left;
     for (auto& [name, document] : m_frames) {
-        document.isReplaced = document.isReplaced || document.frame->isTop();
-        if (document.hadLine && !document.line)
+        document.isReplaced = true;
+        if (!document.line || m_frames.size() >= maximumFrames)
             left.push_back(name);
     }
     for (const QString& name : left)
@@ -172,8 +195,10 @@ void Bridge::closeFrame(const QString& name)
         if (job)
             replyWith(*job, "text/plain", {});
     }
-    if (document.line)
-        replyWith(*document.line, "text/plain", {});
+    for (const auto& job : { document.line, document.bell }) {
+        if (job)
+            replyWith(*job, "text/plain", {});
+    }
 }
 
 void Bridge::closeAll()

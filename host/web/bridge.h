@@ -22,6 +22,8 @@ public:
         std::function<OriginRights(const QString& origin)> rights;
         /// Has the top document ask for what there is.
         std::function<void()> wakeTop;
+        /// The origin of the top document.
+        std::function<QString()> topOrigin;
         /// A document at the top has been opened; it has not run any script.
         std::function<void(Frame& frame)> opened;
     };
@@ -46,8 +48,8 @@ private:
     struct Document {
         std::shared_ptr<Frame> frame;
         QPointer<QWebEngineUrlRequestJob> line;
+        QPointer<QWebEngineUrlRequestJob> bell;
         std::map<int, QPointer<QWebEngineUrlRequestJob>> waiting;
-        bool hadLine = false;
         bool isReplaced = false;
     };
 
@@ -56,7 +58,8 @@ private:
     void wake(const QString& name);
     void perform(const QString& name, int ticket);
     void lineEnded(const QString& name);
-    void replaceTop();
+    void closeWithoutLine(const QString& name, int afterMs);
+    void replaceAll();
     void closeFrame(const QString& name);
 
     Host m_host;

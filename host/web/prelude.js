@@ -119,12 +119,21 @@
     // A zero would end the request, so it is replaced by a unit that the text does not have. A long text gets such a unit in
     // any case: a string of single bytes, which it would be without, is slower on its way.
     const longText = 10000;
+    // A text that has all units that are for private use is written in pieces, which are too short for that.
+    const pieceUnits = 6000;
     const written = (text) => {
         if (text.length < longText && indexOf(text, '\0', 0) < 0)
             return text.length + ';' + text;
         let code = 0xe000;
-        while (indexOf(text, fromCharCode(code), 0) >= 0)
+        while (code < 0xf900 && indexOf(text, fromCharCode(code), 0) >= 0)
             ++code;
+        if (code === 0xf900) {
+            let pieces = '';
+            let count = 0;
+            for (let at = 0; at < text.length; at += pieceUnits, ++count)
+                pieces += written(slice(text, at, at + pieceUnits));
+            return count + '+' + pieces;
+        }
         const stand = fromCharCode(code);
         return text.length + ':' + stand + replaceUnit(text, '\0', stand);
     };
@@ -135,7 +144,7 @@
         let count = 0;
         for (let at = reader.at; ; ++at) {
             const unit = text[at];
-            if (unit === ';' || unit === ':') {
+            if (unit === ';' || unit === ':' || unit === '+') {
                 reader.at = at + 1;
                 return count;
             }
@@ -150,7 +159,14 @@
     };
     const nextText = (reader) => {
         const count = nextCount(reader);
-        const stand = reader.text[reader.at - 1] === ':' ? reader.text[reader.at++] : '';
+        const mark = reader.text[reader.at - 1];
+        if (mark === '+') {
+            let whole = '';
+            for (let i = 0; i < count; ++i)
+                whole += nextText(reader);
+            return whole;
+        }
+        const stand = mark === ':' ? reader.text[reader.at++] : '';
         const text = slice(reader.text, reader.at, reader.at + count);
         reader.at += count;
         return stand === '' ? text : replaceUnit(text, stand, '\0');
@@ -684,18 +700,19 @@
             transact('P' + frame + ';');
     };
 
-    // A request that ends when the document does, by which the suite knows of that; it is answered to wake the document.
-    const holdLine = () => {
+    // A request that the suite holds. The "line" ends when the document does, by which the suite knows of that; the "bell" is
+    // answered to wake the document.
+    const hold = (kind) => {
         const request = new RequestType();
         const again = () => {
             if (transact('P' + frame + ';'))
-                holdLine();
+                hold(kind);
         };
         const soon = () => later(again, 100);
         listen(request, 'load', again);
         listen(request, 'error', soon);
         listen(request, 'abort', soon);
-        open(request, 'GET', 'nova-bridge://line/' + frame + '/' + random(), true);
+        open(request, 'GET', 'nova-bridge://' + kind + '/' + frame + '/' + random(), true);
         send(request);
     };
 
@@ -845,7 +862,8 @@
 
     // --- The beginning -------------------------------------------------------------------------------------------
 
-    const reader = transact('H' + (self === top ? 't' : 's'));
+    const isTop = self === top;
+    const reader = transact('H' + (isTop ? 't' : 's'));
     if (!reader || reader.text[reader.at++] !== 'k')
         return;
     frame = nextWord(reader);
@@ -854,6 +872,8 @@
     if (isScript)
         setUpScript(reader);
     defineProperty(world, '__novaWake', { __proto__: null, value: wake });
-    holdLine();
+    hold('line');
+    if (!isTop)
+        hold('bell');
 })();
 //# sourceURL=nova-prelude

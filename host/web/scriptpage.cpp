@@ -20,6 +20,9 @@ ScriptPage::~ScriptPage()
 
 void ScriptPage::attach(Frame& frame)
 {
+    // The document before it has gone, or says so by greeting again; it must not call us when we have gone.
+    if (const std::shared_ptr<Frame> before = m_frame.lock())
+        before->close();
     m_frame = frame.weak_from_this();
     frame.setScript(m_host, m_options.arguments);
     frame.finished = [this](int ticket, const Outcome& outcome) { finish(ticket, outcome); };

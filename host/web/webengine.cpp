@@ -57,6 +57,8 @@ public:
         QWebEngineSettings* settings = m_profile->settings();
         // Of files that do not say it.
         settings->setDefaultTextEncoding(QStringLiteral("utf-8"));
+        // Else a click could start any program that is registered for a scheme.
+        settings->setUnknownUrlSchemePolicy(QWebEngineSettings::DisallowUnknownUrlSchemes);
         settings->setAttribute(QWebEngineSettings::ShowScrollBars, true);
         settings->setAttribute(QWebEngineSettings::FocusOnNavigationEnabled, false);
     }

@@ -8,12 +8,6 @@ namespace {
 
 const QString BridgeMessage = QStringLiteral("nova");
 
-/// Nobody sees a dialog that is drawn into memory, so nobody could end it.
-bool hasDisplay()
-{
-    return QGuiApplication::platformName() != QLatin1String("offscreen");
-}
-
 } // namespace
 
 QString originOf(const QUrl& url)
@@ -34,6 +28,10 @@ WebPage::WebPage(QWebEngineProfile* profile, Bridge::Host host, Console console)
             m_isLive = true;
             opened(frame);
         };
+        host.topOrigin = [this] {
+            const QUrl top = url();
+            return originOf(top.scheme() == QLatin1String("blob") ? QUrl(top.path()) : top);
+        };
         return std::move(host);
     }())
     , m_console(std::move(console))
@@ -53,6 +51,12 @@ void WebPage::retire()
     m_bridge.closeAll();
 }
 
+// Nobody sees a dialog that is drawn into memory, so nobody could end it.
+bool WebPage::showsDialogs() const
+{
+    return !m_isRetired && QGuiApplication::platformName() != QLatin1String("offscreen");
+}
+
 bool WebPage::javaScriptPrompt(
     const QUrl& origin, const QString& message, const QString& given, QString* result)
 {
@@ -63,27 +67,27 @@ bool WebPage::javaScriptPrompt(
         *result = m_bridge.request(originOf(origin), given);
         return !result->isEmpty();
     }
-    return hasDisplay() && QWebEnginePage::javaScriptPrompt(origin, message, given, result);
+    return showsDialogs() && QWebEnginePage::javaScriptPrompt(origin, message, given, result);
 }
 
 void WebPage::javaScriptAlert(const QUrl& origin, const QString& message)
 {
     const BrowserWaits waits;
-    if (hasDisplay())
+    if (showsDialogs())
         QWebEnginePage::javaScriptAlert(origin, message);
 }
 
 bool WebPage::javaScriptConfirm(const QUrl& origin, const QString& message)
 {
     const BrowserWaits waits;
-    return hasDisplay() && QWebEnginePage::javaScriptConfirm(origin, message);
+    return showsDialogs() && QWebEnginePage::javaScriptConfirm(origin, message);
 }
 
 QStringList WebPage::chooseFiles(
     FileSelectionMode mode, const QStringList& old, const QStringList& acceptedMimeTypes)
 {
     const BrowserWaits waits;
-    return hasDisplay() ? QWebEnginePage::chooseFiles(mode, old, acceptedMimeTypes) : QStringList();
+    return showsDialogs() ? QWebEnginePage::chooseFiles(mode, old, acceptedMimeTypes) : QStringList();
 }
 
 bool WebPage::acceptNavigationRequest(const QUrl& url, NavigationType, bool)

@@ -33,6 +33,8 @@ public:
     void retire();
 
 private:
+    /// Whether the page may show dialogs. One that goes could keep itself with them.
+    bool showsDialogs() const;
     bool javaScriptPrompt(
         const QUrl& origin, const QString& message, const QString& given, QString* result) override;
     void javaScriptAlert(const QUrl& origin, const QString& message) override;

@@ -1,6 +1,7 @@
 #include "host/web/webview.h"
 
 #include <QChildEvent>
+#include <QDialog>
 #include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
 
@@ -102,6 +103,9 @@ WebView::~WebView()
     QObject::disconnect(m_page, nullptr, m_view, nullptr);
     static_cast<Widget*>(m_view)->forgetOwner();
     m_page->retire();
+    // The browser waits for them.
+    for (QDialog* dialog : m_view->findChildren<QDialog*>())
+        dialog->reject();
     m_view->hide();
     m_view->setParent(nullptr);
     destroyLater(m_view);

@@ -1,13 +1,33 @@
 #include "host/web/wire.h"
 
+#include <algorithm>
 #include <array>
+#include <bitset>
 #include <charconv>
 
 namespace engine::web {
 
 namespace {
 
+// Those that are for private use; a piece is too short to have them all.
 constexpr char16_t FirstStandIn = 0xE000;
+constexpr std::size_t StandIns = 6400;
+constexpr std::size_t PieceUnits = 6000;
+
+/// A unit that the text does not have; 0 when it has all.
+char16_t findStandIn(QStringView text)
+{
+    std::bitset<StandIns> used;
+    for (const QChar unit : text) {
+        const std::size_t place = static_cast<std::size_t>(unit.unicode()) - FirstStandIn;
+        if (place < StandIns)
+            used.set(place);
+    }
+    std::size_t free = 0;
+    while (free < StandIns && used[free])
+        ++free;
+    return free < StandIns ? static_cast<char16_t>(FirstStandIn + free) : u'\0';
+}
 
 } // namespace
 
@@ -54,9 +74,14 @@ void WireWriter::text(const QChar* units, std::size_t count)
         m_text.append(units, static_cast<int>(count));
         return;
     }
-    char16_t standIn = FirstStandIn;
-    while (view.contains(QChar(standIn)))
-        ++standIn;
+    const char16_t standIn = findStandIn(view);
+    if (!standIn) {
+        m_text += QString::number((count + PieceUnits - 1) / PieceUnits);
+        m_text += QLatin1Char('+');
+        for (std::size_t at = 0; at < count; at += PieceUnits)
+            text(units + at, std::min(PieceUnits, count - at));
+        return;
+    }
     m_text += QString::number(count);
     m_text += QLatin1Char(':');
     m_text += QChar(standIn);
@@ -116,12 +141,28 @@ std::int64_t WireReader::countUntil(QChar mark)
     return number;
 }
 
-WireText WireReader::text()
+QChar WireReader::markAfterDigits() const
 {
     int end = m_at;
     while (end < m_text.size() && m_text[end] >= QLatin1Char('0') && m_text[end] <= QLatin1Char('9'))
         ++end;
-    const bool hasZeros = end < m_text.size() && m_text[end] == QLatin1Char(':');
+    return end < m_text.size() ? m_text[end] : QChar(0);
+}
+
+WireText WireReader::text()
+{
+    if (markAfterDigits() != QLatin1Char('+'))
+        return piece();
+    WireText whole;
+    for (std::int64_t count = countUntil(QLatin1Char('+')); count > 0 && !m_failed; --count)
+        whole.joined += piece().toString();
+    whole.units = whole.joined;
+    return whole;
+}
+
+WireText WireReader::piece()
+{
+    const bool hasZeros = markAfterDigits() == QLatin1Char(':');
     const std::int64_t size = countUntil(QLatin1Char(hasZeros ? ':' : ';'));
     const QChar standIn = hasZeros && !atEnd() ? m_text[m_at++] : QChar(0);
     if (m_failed || size > m_text.size() - m_at) {
@@ -130,7 +171,7 @@ WireText WireReader::text()
     }
     const QStringView units = QStringView(m_text).mid(m_at, static_cast<int>(size));
     m_at += static_cast<int>(size);
-    return { units, standIn };
+    return { units, standIn, {} };
 }
 
 } // namespace engine::web

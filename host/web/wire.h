@@ -3,7 +3,8 @@
 //   count    decimal digits and ";"
 //   word     characters other than ";", and ";"
 //   text     its length in UTF-16 units, ";" and the units; or, when it has zeros, which would end the whole, its length, ":",
-//            a unit that it does not have, and the units with that one in place of the zeros
+//            a unit that it does not have, and the units with that one in place of the zeros; or, when it has all that
+//            could stand for them, a count, "+", and so many texts of the two forms above, which are its pieces
 //   value    a letter, then
 //              u undefined, n null, t true, f false
 //              d a number as a word        b a 64-bit integer as a word      s a text
@@ -56,6 +57,7 @@ private:
 struct WireText {
     QStringView units;
     QChar standIn; ///< for the zeros; 0: there are none
+    QString joined; ///< what the units lie in when the text came in pieces
 
     QString toString() const;
     bool isEmpty() const { return units.isEmpty(); }
@@ -80,6 +82,8 @@ public:
 
 private:
     void fail();
+    WireText piece();
+    QChar markAfterDigits() const;
     QStringView wordUntil(QChar mark);
     std::int64_t countUntil(QChar mark);
 

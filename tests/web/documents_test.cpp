@@ -7,9 +7,9 @@ using namespace vexlite;
 
 namespace {
 
-/// Says to the page around it what it has, and what it gets when it writes requests by hand, in the name of every document
+/// Says to the page around it what it has, whether it can load what is the application's, and what it gets when it writes requests by hand, in the name of every document
 /// that may be there.
-const QString Probing = QStringLiteral(R"js(<script>
+const QString Probing = QStringLiteral(R"js(<script src="nova://app/own.js"></script><script>
     const has = typeof NovaExtension === 'object' ? Object.getOwnPropertyNames(Object.getPrototypeOf(NovaExtension.Probe)) : 'none';
     const tried = [];
     for (const kind of ['C', 'B', 'P', 'T', 'R', 'E'])
@@ -17,7 +17,7 @@ const QString Probing = QStringLiteral(R"js(<script>
             const reply = prompt('nova', kind + frame + ';' + (kind === 'B' ? 'Probe' : '1;2;0;'));
             if (reply) tried.push(kind);
         }
-    parent.postMessage(NAME + ': ' + has + '; ' + tried, '*');
+    parent.postMessage(NAME + ': ' + has + '; ' + typeof own + '; ' + tried, '*');
     </script>)js");
 
 TEST_F(WebTest, GivesADocumentWhatItsOriginMayHave)
@@ -27,6 +27,7 @@ TEST_F(WebTest, GivesADocumentWhatItsOriginMayHave)
     };
     for (const char* host : { "some", "stranger" })
         write(QString::fromLatin1(host), QStringLiteral("probe.html"), probing(QString::fromLatin1(host)));
+    write(QStringLiteral("app"), QStringLiteral("own.js"), QStringLiteral("var own = ''"));
     write(QStringLiteral("app"), QStringLiteral("probe.html"), probing(QStringLiteral("sandboxed")));
     openPage(QStringLiteral(R"js(<script>
         NovaExtension.Probe.keep(() => 0);
@@ -41,8 +42,30 @@ TEST_F(WebTest, GivesADocumentWhatItsOriginMayHave)
     ASSERT_TRUE(waitForLines(4));
     lines.sort();
     // What "some" gets is what it may have.
-    EXPECT_EQ(
-        log().toStdString(), "data: none; |sandboxed: none; |some: raw,later; C,B,P,T,R,E|stranger: none; ");
+    EXPECT_EQ(log().toStdString(), "data: none; undefined; |sandboxed: none; undefined; |some: raw,later; string; C,B,P,T,R,E"
+                                   "|stranger: none; string; ");
+}
+
+/// A page can greet as often as it likes, as any number of documents.
+TEST_F(WebTest, LeavesRoomForTheNextPage)
+{
+    write(QStringLiteral("app"), QStringLiteral("other.html"), QStringLiteral("<script>console.log(typeof NovaExtension)</script>"));
+    openPage(QStringLiteral("<script>for (let i = 0; i < 1100; ++i) prompt('nova', 'Hs'); location.href = 'other.html'</script>"));
+    ASSERT_TRUE(waitForLines(1));
+    EXPECT_EQ(log().toStdString(), "object");
+}
+
+/// Zeros are replaced by a unit that a text does not have: this one has all.
+TEST_F(WebTest, CarriesTextsWithEveryUnit)
+{
+    openScript();
+    const Outcome outcome = run(R"js(
+        let all = '';
+        for (let i = 0; i < 0x10000; ++i)
+            all += String.fromCharCode(i);
+        const p = NovaExtension.Probe;
+        return [p.echo(all), p.full(all).data, p.keys({ [all]: 1 })].map((text) => text === all))js");
+    EXPECT_EQ(shown(outcome).toStdString(), "[true,true,true]");
 }
 
 TEST_F(WebTest, WakesDocumentsInFrames)
@@ -64,10 +87,23 @@ TEST_F(WebTest, WakesDocumentsInFrames)
     EXPECT_EQ(of(QStringLiteral("settled")).toStdString(), "settled empty handle.");
 }
 
-/// The page stays when what it goes to is not shown, or when all that it loads is stopped.
+/// The page stays when what it goes to is not shown, or when all that it loads is stopped; a frame stays when it does not get
+/// round to what it is woken for.
 TEST_F(WebTest, StaysWithItsDocument)
 {
     write(QStringLiteral("app"), QStringLiteral("data.bin"), QString(1, QChar(0)));
+    write(QStringLiteral("app"), QStringLiteral("frame.html"), QStringLiteral(R"js(<script>
+        NovaExtension.Probe.listen((x) => console.log('frame heard ' + x));
+        parent.NovaExtension.Probe.dispatch(6);
+        for (const end = Date.now() + 4000; Date.now() < end;);
+        setTimeout(() => parent.NovaExtension.Probe.dispatch(7), 1000); </script>)js"));
+    openPage(QStringLiteral(R"js(<script>
+        const p = NovaExtension.Probe;
+        p.listen((x) => console.log('heard ' + x));
+        </script><iframe src="frame.html"></iframe>)js"));
+    ASSERT_TRUE(waitForLines(4));
+    EXPECT_EQ(log().toStdString(), "heard 6|frame heard 6|heard 7|frame heard 7");
+    lines.clear();
     openPage(QStringLiteral(R"js(<script>
         const p = NovaExtension.Probe;
         p.listen((x) => console.log('heard ' + x));

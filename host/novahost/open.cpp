@@ -29,9 +29,19 @@ public:
     }
 
     void begin() { m_timer.start(IntervalMs); }
+    /// Ends with an error when the page has not loaded by then.
+    void limit()
+    {
+        QTimer::singleShot(LoadMs, this, [this] {
+            if (!m_timer.isActive())
+                QCoreApplication::exit(
+                    fail(Failure, QStringLiteral("--screenshot: the page does not finish loading")));
+        });
+    }
     bool isDone() const { return m_isDone; }
 
 private:
+    static constexpr int LoadMs = 60'000;
     static constexpr int IntervalMs = 100;
     static constexpr int LooksWhenReady = 3;
     static constexpr int LooksWhenStill = 10;
@@ -115,6 +125,8 @@ int openInWindow(Suite& suite, const Options& options)
     if (!shell)
         return fail(UsageError, error);
     Photographer photographer(*shell, options.screenshot);
+    if (!options.screenshot.isEmpty())
+        photographer.limit();
     const QString viewId = shell->webWidget()->viewId();
     suite.browser().loaded = [&](const QString& loadedView, bool ok) {
         if (loadedView != viewId)

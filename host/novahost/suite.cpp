@@ -149,7 +149,8 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     if (options.devToolsPort) {
         // The engine says nothing when it does not get the port.
         if (!QTcpServer().listen(QHostAddress::LocalHost, static_cast<quint16>(options.devToolsPort))) {
-            error = QString::fromLatin1("--devtools: another program has the port %1").arg(options.devToolsPort);
+            error =
+                QString::fromLatin1("--devtools: another program has the port %1").arg(options.devToolsPort);
             return nullptr;
         }
         qputenv("QTWEBENGINE_REMOTE_DEBUGGING", "127.0.0.1:" + QByteArray::number(options.devToolsPort));

@@ -90,7 +90,7 @@ void Bridge::wake(const QString& name)
     if (!document.frame->hasMessages())
         return;
     if (document.frame->isTop())
-        m_host.wakeTop();
+        m_host.wakeTop(document.frame->origin());
     else if (const QPointer<QWebEngineUrlRequestJob> bell = std::exchange(document.bell, {}))
         replyWith(*bell, "text/plain", {});
 }

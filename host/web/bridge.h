@@ -21,7 +21,7 @@ public:
         std::function<vexlite::BrowserFacts()> browser;
         std::function<OriginRights(const QString& origin)> rights;
         /// Has the top document ask for what there is.
-        std::function<void()> wakeTop;
+        std::function<void(const QString& origin)> wakeTop;
         /// The origin of the top document.
         std::function<QString()> topOrigin;
         /// A document at the top has been opened; it has not run any script.

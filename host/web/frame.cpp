@@ -242,11 +242,12 @@ QString Frame::reply(char request, WireReader& reader)
     case 'E':
         answer = scriptRequest(reader);
         break;
-    case 'R': {
-        const std::int64_t handle = reader.count();
-        releaseHandle(handle, reader.count());
+    case 'R':
+        while (!reader.atEnd()) {
+            const std::int64_t handle = reader.count();
+            releaseHandle(handle, reader.count());
+        }
         break;
-    }
     case 'P':
         break;
     default:
@@ -352,19 +353,27 @@ void Frame::performWaiting(int ticket)
     if (!m_isOpen || found == m_waiting.end())
         return;
     WaitingCall& call = found->second;
+    if (call.isAbandoned) {
+        m_waiting.erase(found);
+        return;
+    }
     JSApiArguments view { call.arguments.data(), call.arguments.size() };
     vexlite::Core::instance()->call(
         call.object.get(), m_context, call.member, JSAccess::Method, view, call.result, call.exception);
     call.isDone = true;
-    if (!m_isOpen)
+    if (!m_isOpen || call.isAbandoned)
         m_waiting.erase(ticket);
 }
 
 QString Frame::collectWaiting(WireReader& reader)
 {
     const auto found = m_waiting.find(static_cast<int>(reader.word().toString().toInt()));
-    if (found == m_waiting.end() || !found->second.isDone)
+    if (found == m_waiting.end() || !found->second.isDone) {
+        // The page's wait was ended from outside, or is not allowed.
+        if (found != m_waiting.end())
+            found->second.isAbandoned = true;
         return failure(OperationFailed, QStringLiteral("the dialog has not ended"));
+    }
     const WaitingCall call = std::move(found->second);
     m_waiting.erase(found);
     return answerOf(call.result, call.exception, true, call.tag);

@@ -50,6 +50,7 @@ struct WaitingCall {
     std::int32_t member = 0;
     std::vector<KJSVariant> arguments;
     bool isDone = false;
+    bool isAbandoned = false; ///< the document does not wait any more
     KJSVariant result;
     KJSVariant exception;
     QString tag; ///< of the object's class and member, for what the call hands out

@@ -484,10 +484,17 @@
 
     const classes = new Map(); // by id: {id, prototype}
     const wrappers = new Map(); // by id of the object: {ref, id, seen}
+    let released = ''; // ids, and how often each was seen, for the next request that says so
     const collected = new FinalizationRegistry((entry) => {
         if (mapGet(wrappers, entry.id) === entry)
             mapDelete(wrappers, entry.id);
-        transact('R' + frame + ';' + entry.id + ';' + entry.seen + ';');
+        if (released === '')
+            later(() => {
+                const all = released;
+                released = '';
+                transact('R' + frame + ';' + all);
+            }, 0);
+        released += entry.id + ';' + entry.seen + ';';
     });
     const wrap = (id, classId) => {
         const known = mapGet(wrappers, id);
@@ -665,7 +672,11 @@
         try {
             apply(record.callee, undefined, given);
         } catch (error) {
-            reportError(error);
+            try {
+                reportError(error);
+            } catch {
+                // The stack is short; what else there is must not be lost.
+            }
         }
     };
     const performMessage = (reader) => {

@@ -60,8 +60,7 @@ void FilesHandler::requestStarted(QWebEngineUrlRequestJob* job)
     const QUrl url = job->requestUrl();
     // Pages from elsewhere neither go to pages of the application nor show parts of them. Nor do those without an origin:
     // any page can have such a frame.
-    const bool isForeign =
-        !job->initiator().isEmpty() && job->initiator().scheme() != QLatin1String("nova");
+    const bool isForeign = !job->initiator().isEmpty() && job->initiator().scheme() != QLatin1String("nova");
     if (job->requestMethod() != "GET" || isForeign)
         return job->fail(QWebEngineUrlRequestJob::RequestDenied);
     if (url.host() == QLatin1String("script"))

@@ -36,6 +36,7 @@ WebPage::WebPage(QWebEngineProfile* profile, Bridge::Host host, Console console)
     }())
     , m_console(std::move(console))
 {
+    connect(this, &QWebEnginePage::loadStarted, this, [this] { m_dialogs = 0; });
     connect(this, &QWebEnginePage::renderProcessTerminated, this, [this] {
         m_isLive = false;
         m_bridge.closeAll();
@@ -52,9 +53,19 @@ void WebPage::retire()
 }
 
 // Nobody sees a dialog that is drawn into memory, so nobody could end it.
-bool WebPage::showsDialogs() const
+// All pages stand still while a dialog of the browser's own is open, which any frame can show.
+bool WebPage::mayShowDialog()
 {
-    return !m_isRetired && QGuiApplication::platformName() != QLatin1String("offscreen");
+    if (m_isRetired || QGuiApplication::platformName() == QLatin1String("offscreen")
+        || m_dialogs > MaximumDialogs)
+        return false;
+    if (++m_dialogs <= MaximumDialogs)
+        return true;
+    m_console(QStringLiteral("The page %1 has shown %2 dialogs; it shows no more until it is loaded again.")
+                  .arg(url().toString())
+                  .arg(MaximumDialogs),
+        true);
+    return false;
 }
 
 bool WebPage::javaScriptPrompt(
@@ -67,27 +78,27 @@ bool WebPage::javaScriptPrompt(
         *result = m_bridge.request(originOf(origin), given);
         return !result->isEmpty();
     }
-    return showsDialogs() && QWebEnginePage::javaScriptPrompt(origin, message, given, result);
+    return mayShowDialog() && QWebEnginePage::javaScriptPrompt(origin, message, given, result);
 }
 
 void WebPage::javaScriptAlert(const QUrl& origin, const QString& message)
 {
     const BrowserWaits waits;
-    if (showsDialogs())
+    if (mayShowDialog())
         QWebEnginePage::javaScriptAlert(origin, message);
 }
 
 bool WebPage::javaScriptConfirm(const QUrl& origin, const QString& message)
 {
     const BrowserWaits waits;
-    return showsDialogs() && QWebEnginePage::javaScriptConfirm(origin, message);
+    return mayShowDialog() && QWebEnginePage::javaScriptConfirm(origin, message);
 }
 
 QStringList WebPage::chooseFiles(
     FileSelectionMode mode, const QStringList& old, const QStringList& acceptedMimeTypes)
 {
     const BrowserWaits waits;
-    return showsDialogs() ? QWebEnginePage::chooseFiles(mode, old, acceptedMimeTypes) : QStringList();
+    return mayShowDialog() ? QWebEnginePage::chooseFiles(mode, old, acceptedMimeTypes) : QStringList();
 }
 
 bool WebPage::acceptNavigationRequest(const QUrl& url, NavigationType, bool)

@@ -34,7 +34,7 @@ public:
 
 private:
     /// Whether the page may show dialogs. One that goes could keep itself with them.
-    bool showsDialogs() const;
+    bool mayShowDialog();
     bool javaScriptPrompt(
         const QUrl& origin, const QString& message, const QString& given, QString* result) override;
     void javaScriptAlert(const QUrl& origin, const QString& message) override;
@@ -47,6 +47,8 @@ private:
 
     Bridge m_bridge;
     Console m_console;
+    static constexpr int MaximumDialogs = 20;
+    int m_dialogs = 0; ///< since the page began to load
     bool m_isLive = false;
     bool m_isRetired = false;
     bool m_isQuiet = false; ///< the console's lines go elsewhere

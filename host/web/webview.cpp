@@ -2,6 +2,7 @@
 
 #include <QChildEvent>
 #include <QDialog>
+#include <QVBoxLayout>
 #include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
 
@@ -70,14 +71,45 @@ private:
     WebView* m_owner;
 };
 
+/// What the suite gets. It may be destroyed with its parent while the browser waits; the page ends with it, the view with its
+/// owner.
+class WebView::Holder final : public QWidget {
+public:
+    explicit Holder(QWebEngineView* view)
+        : m_view(view)
+    {
+        auto* layout = new QVBoxLayout(this);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addWidget(view);
+        setFocusProxy(view);
+    }
+    ~Holder() override { release(); }
+    void release()
+    {
+        if (!m_view)
+            return;
+        static_cast<WebPage*>(m_view->page())->retire();
+        setFocusProxy(nullptr);
+        m_view->hide();
+        m_view->setParent(nullptr);
+        m_view = nullptr;
+    }
+
+private:
+    QPointer<QWebEngineView> m_view;
+};
+
 WebView::WebView(QWebEngineProfile* profile, Bridge::Host bridge, WebPage::Console console, ViewHost host)
     : m_host(std::move(host))
     , m_view(new Widget(*this))
+    , m_holder(new Holder(m_view))
     , m_page(nullptr)
 {
-    bridge.wakeTop = [this] {
+    bridge.wakeTop = [this](const QString& origin) {
+        // The page may be another one by now.
         if (m_page->isLive())
-            m_page->runJavaScript(QStringLiteral("self.__novaWake&&__novaWake()"));
+            m_page->runJavaScript(
+                QStringLiteral("self.origin==='%1'&&self.__novaWake&&__novaWake()").arg(origin));
     };
     m_page = new WebPage(profile, std::move(bridge), std::move(console));
     m_page->setParent(m_view);
@@ -106,9 +138,15 @@ WebView::~WebView()
     // The browser waits for them.
     for (QDialog* dialog : m_view->findChildren<QDialog*>())
         dialog->reject();
-    m_view->hide();
-    m_view->setParent(nullptr);
+    if (m_holder)
+        m_holder->release();
+    delete m_holder;
     destroyLater(m_view);
+}
+
+QWidget* WebView::widget()
+{
+    return m_holder;
 }
 
 void WebView::load(const QUrl& url)

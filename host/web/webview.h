@@ -19,7 +19,7 @@ public:
     /// Called when the page has loaded, or failed to.
     std::function<void(bool ok)> loaded;
 
-    QWidget* widget() override { return m_view; }
+    QWidget* widget() override;
     QWidget* inputWidget() override { return m_view->focusProxy(); }
     void load(const QUrl& url) override;
     void setBackgroundColor(const QColor& color) override;
@@ -28,10 +28,12 @@ public:
     void setScale(double scale) override;
 
 private:
+    class Holder;
     class Widget;
 
     ViewHost m_host;
     QWebEngineView* m_view;
+    QPointer<Holder> m_holder;
     WebPage* m_page;
     bool m_hidesScrollBars = false;
 };

@@ -56,7 +56,7 @@ private:
 /// A text as it was written.
 struct WireText {
     QStringView units;
-    QChar standIn; ///< for the zeros; 0: there are none
+    QChar standIn;  ///< for the zeros; 0: there are none
     QString joined; ///< what the units lie in when the text came in pieces
 
     QString toString() const;

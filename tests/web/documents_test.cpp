@@ -42,15 +42,18 @@ TEST_F(WebTest, GivesADocumentWhatItsOriginMayHave)
     ASSERT_TRUE(waitForLines(4));
     lines.sort();
     // What "some" gets is what it may have.
-    EXPECT_EQ(log().toStdString(), "data: none; undefined; |sandboxed: none; undefined; |some: raw,later; string; C,B,P,T,R,E"
-                                   "|stranger: none; string; ");
+    EXPECT_EQ(log().toStdString(),
+        "data: none; undefined; |sandboxed: none; undefined; |some: raw,later; string; C,B,P,T,R,E"
+        "|stranger: none; string; ");
 }
 
 /// A page can greet as often as it likes, as any number of documents.
 TEST_F(WebTest, LeavesRoomForTheNextPage)
 {
-    write(QStringLiteral("app"), QStringLiteral("other.html"), QStringLiteral("<script>console.log(typeof NovaExtension)</script>"));
-    openPage(QStringLiteral("<script>for (let i = 0; i < 1100; ++i) prompt('nova', 'Hs'); location.href = 'other.html'</script>"));
+    write(QStringLiteral("app"), QStringLiteral("other.html"),
+        QStringLiteral("<script>console.log(typeof NovaExtension)</script>"));
+    openPage(QStringLiteral(
+        "<script>for (let i = 0; i < 1100; ++i) prompt('nova', 'Hs'); location.href = 'other.html'</script>"));
     ASSERT_TRUE(waitForLines(1));
     EXPECT_EQ(log().toStdString(), "object");
 }

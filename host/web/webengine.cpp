@@ -100,7 +100,7 @@ public:
         auto view = std::make_unique<WebView>(
             m_profile.get(), std::move(bridge), m_host.console, std::move(viewHost));
         m_widgets.removeAll(nullptr);
-        m_widgets.append(view->widget());
+        m_widgets.append(view->browserView());
         WebPage& page = view->page();
         QObject::connect(&page, &QWebEnginePage::loadStarted, &page,
             [facts] { facts->times.loadStart = QDateTime::currentMSecsSinceEpoch(); });

@@ -16,6 +16,8 @@ public:
     ~WebView() override;
 
     WebPage& page() { return *m_page; }
+    /// May live a little longer than this.
+    QWidget* browserView() { return m_view; }
     /// Called when the page has loaded, or failed to.
     std::function<void(bool ok)> loaded;
 

@@ -138,6 +138,8 @@ def run(novahost, engine, script, directory, scale):
     # What the X plug-in's libraries keep can not be told by name: they are unloaded before leaks are looked for.
     environment = {**os.environ, "HOME": directory,
                    "ASAN_OPTIONS": f"{os.environ.get('ASAN_OPTIONS', '')}:detect_leaks=0"}
+    if os.geteuid() == 0:
+        environment["QTWEBENGINE_DISABLE_SANDBOX"] = "1"
     command = [novahost, engine, "--profile", profile, "run", script, directory, str(scale)]
     with running(*command, stdout=subprocess.PIPE, text=True, env=environment) as host:
         for line in host.stdout:

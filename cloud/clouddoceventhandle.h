@@ -2,8 +2,8 @@
 #pragma once
 
 #include "cloud/roamingmode.h"
-#include "cloud/servicefollower.h"
 #include "framework/events.h"
+#include "framework/servicefollower.h"
 #include "suite/kcloudsvrproxy.h"
 
 namespace jsapi {

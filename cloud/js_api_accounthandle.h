@@ -1,8 +1,8 @@
 // KJsApiAccountHandle: the library's one connection to the suite's account service.
 #pragma once
 
-#include "cloud/servicefollower.h"
 #include "framework/events.h"
+#include "framework/servicefollower.h"
 #include "suite/kaccountsdk.h"
 
 namespace jsapi {

@@ -50,14 +50,13 @@ template <typename Action> bool forEachString(const KJSVariant& value, Action ac
     });
 }
 
-/// The array that a value is, or null.
+} // namespace
+
 const IJSArray* findArray(const KJSVariant& value)
 {
     const MVARIANT& list = dereference(value.raw());
     return list.vt == MV_ARRAY ? static_cast<const IJSArray*>(list.punkVal) : nullptr;
 }
-
-} // namespace
 
 Reading Converter<std::string>::read(const KJSVariant& value, std::string& target)
 {

@@ -8,6 +8,7 @@
 
 #include <QVariantMap>
 #include <map>
+#include <variant>
 #include <vector>
 
 namespace jsapi {
@@ -152,8 +153,19 @@ template <> struct Converter<KJSVariant> {
     static KJSVariant toScript(const KJSVariant& value) { return value; }
 };
 
+/// An object by the names of its properties, for answers.
+template <typename T> struct MapConverter {
+    static QVariant toVariant(const QMap<QString, T>& values)
+    {
+        QVariantMap map;
+        for (auto value = values.begin(); value != values.end(); ++value)
+            map.insert(value.key(), jsapi::toVariant(value.value()));
+        return map;
+    }
+};
+
 /// An object whose properties are strings; another property is an empty one unless it converts.
-template <> struct Converter<QMap<QString, QString>> {
+template <> struct Converter<QMap<QString, QString>> : MapConverter<QString> {
     static bool isKind(const KJSVariant& value);
     static Reading read(const KJSVariant& value, QMap<QString, QString>& target);
 };
@@ -186,7 +198,25 @@ template <typename T> struct Converter<std::optional<T>> {
     }
 };
 
+/// The array that a value is, or null.
+const IJSArray* findArray(const KJSVariant& value);
+
+/// An array. One with an element that is not of its kind, or that its type refuses, is wrong.
 template <typename T> struct Converter<std::vector<T>> {
+    static bool isKind(const KJSVariant& value) { return findArray(value); }
+    static Reading read(const KJSVariant& value, std::vector<T>& target)
+    {
+        const IJSArray* array = findArray(value);
+        if (!array)
+            return Reading::NotConvertible;
+        std::vector<T> elements(static_cast<std::size_t>(array->Count()));
+        for (std::size_t i = 0; i < elements.size(); ++i) {
+            if (readValue(*array->At(static_cast<std::int32_t>(i)), elements[i], true) != Reading::Done)
+                return Reading::Wrong;
+        }
+        target = std::move(elements);
+        return Reading::Done;
+    }
     static QVariant toVariant(const std::vector<T>& values)
     {
         QVariantList list;
@@ -196,14 +226,15 @@ template <typename T> struct Converter<std::vector<T>> {
     }
 };
 
-template <typename T> struct Converter<QMap<QString, T>> {
-    static QVariant toVariant(const QMap<QString, T>& values)
+/// One of several types, for answers.
+template <typename... Types> struct Converter<std::variant<Types...>> {
+    static QVariant toVariant(const std::variant<Types...>& value)
     {
-        QVariantMap map;
-        for (auto value = values.begin(); value != values.end(); ++value)
-            map.insert(value.key(), Converter<T>::toVariant(value.value()));
-        return map;
+        return std::visit([](const auto& held) { return jsapi::toVariant(held); }, value);
     }
+};
+
+template <typename T> struct Converter<QMap<QString, T>> : MapConverter<T> {
 };
 
 /// The enumerator that a string names; nothing when it names none.
@@ -323,7 +354,7 @@ inline bool isMissing(const std::string& string)
 {
     return string.empty();
 }
-inline bool isMissing(const std::vector<std::string>& list)
+template <typename T> bool isMissing(const std::vector<T>& list)
 {
     return list.empty();
 }

@@ -73,6 +73,13 @@ template <typename T> struct DescribedType<std::vector<T>> {
 template <> struct DescribedType<QStringList> : DescribedType<std::vector<QString>> {
 };
 
+template <typename... Types> struct DescribedType<std::variant<Types...>> {
+    static Json describe()
+    {
+        return { { "kind", "union" }, { "types", Json::array({ describeType<Types>()... }) } };
+    }
+};
+
 template <typename T> struct DescribedType<QMap<QString, T>> {
     static Json describe() { return { { "kind", "map" }, { "values", describeType<T>() } }; }
 };
@@ -187,8 +194,7 @@ template <HasFields Struct> struct DescribedType<Struct> {
 /// Whether a converter refuses some values instead of ignoring them.
 template <typename T> constexpr bool CanBeWrong = HasChoices<T>;
 template <> inline constexpr bool CanBeWrong<std::string> = true;
-template <> inline constexpr bool CanBeWrong<std::vector<std::string>> = true;
-template <> inline constexpr bool CanBeWrong<std::vector<std::int32_t>> = true;
+template <typename T> constexpr bool CanBeWrong<std::vector<T>> = true;
 template <HasFields Struct> constexpr bool CanBeWrong<Struct> = true;
 template <> inline constexpr bool CanBeWrong<std::map<std::string, std::string>> = true;
 template <> inline constexpr bool CanBeWrong<QVariant> = true;

@@ -5,6 +5,7 @@ interface ApiType {
     readonly name?: string;
     readonly values?: any;
     readonly items?: ApiType;
+    readonly types?: readonly ApiType[];
     readonly fields?: readonly ApiField[];
     readonly parameters?: readonly { readonly name: string; readonly type: ApiType }[];
     readonly strict?: boolean;

@@ -119,6 +119,8 @@ export function typeText(type) {
         }
         case "map":
             return `map of ${typeText(type.values)}`;
+        case "union":
+            return (type.types ?? []).map(typeText).join(" | ");
         case "object":
             return type.name || "object";
         case "function":
@@ -166,6 +168,7 @@ export function shapesOf(type) {
     const inner = [
         type.items,
         type.kind === "map" ? type.values : undefined,
+        ...(type.types ?? []),
         ...(type.fields ?? []).map((field) => field.type),
         ...(type.parameters ?? []).map((parameter) => parameter.type)
     ];

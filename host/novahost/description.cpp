@@ -31,6 +31,12 @@ QString typeText(const Json& type)
         return QLatin1String("map of ") + typeText(type["values"]);
     if (kind == "object")
         return textOf(type["name"]).isEmpty() ? QStringLiteral("object") : textOf(type["name"]);
+    if (kind == "union") {
+        QStringList types;
+        for (const Json& one : type["types"])
+            types.append(typeText(one));
+        return types.join(QLatin1String(" | "));
+    }
     if (kind == "handle")
         return textOf(type["name"]);
     if (kind == "function")
@@ -67,6 +73,10 @@ void appendFields(QStringList& lines, const Json& type, const QString& indent)
     if (type["kind"] == "function") {
         for (const Json& parameter : type["parameters"])
             appendFields(lines, parameter["type"], indent);
+    }
+    if (type["kind"] == "union") {
+        for (const Json& one : type["types"])
+            appendFields(lines, one, indent);
     }
     if (type["kind"] != "object")
         return;

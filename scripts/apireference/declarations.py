@@ -231,6 +231,8 @@ class _Object:
             case "map":
                 inner = self._type(kind["values"], given, path)
                 return f"Readonly<Record<string, {inner}>>" if given else f"Record<string, {inner}>"
+            case "union":
+                return " | ".join(self._type(one, given, path) for one in kind["types"])
             case "handle":
                 return f"{api.ROOT}.{kind['name']}"
             case "function":

@@ -38,6 +38,8 @@ def type_text(kind):
             return f"({inner})[]" if " " in inner else f"{inner}[]"
         case "map":
             return f"map of {type_text(kind['values'])}"
+        case "union":
+            return " | ".join(map(type_text, kind["types"]))
         case "object":
             return kind["name"] or "object"
         case "function":
@@ -54,7 +56,7 @@ def shapes_of(kind, found):
     if kind["kind"] == "object" and kind not in found:
         found.append(kind)
     for inner in [kind.get("items"), kind["values"] if kind["kind"] == "map" else None,
-                  *(field["type"] for field in kind.get("fields", ())),
+                  *kind.get("types", ()), *(field["type"] for field in kind.get("fields", ())),
                   *(parameter["type"] for parameter in kind.get("parameters", ()))]:
         if inner:
             shapes_of(inner, found)

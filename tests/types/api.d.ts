@@ -4,6 +4,7 @@ interface ApiType {
     readonly name?: string;
     readonly values?: unknown;
     readonly items?: ApiType;
+    readonly types?: readonly ApiType[];
     readonly fields?: readonly { readonly name: string; readonly type: ApiType; readonly optional: boolean }[];
     readonly parameters?: readonly { readonly name: string; readonly type: ApiType }[];
 }

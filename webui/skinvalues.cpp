@@ -1,0 +1,137 @@
+#include "webui/skinvalues.h"
+
+#include "suite/kdrawhelper.h"
+#include "suite/kplugin.h"
+#include "suite/kthemeloader.h"
+
+#include <QFileInfo>
+#include <algorithm>
+
+namespace jsapi {
+
+namespace {
+
+constexpr int KeptValues = 4096;
+constexpr int LongestName = 256; ///< of one that is kept
+constexpr int LongestValue = 4096;
+
+struct ThemeName {
+    QString group; ///< empty for the two groups of all windows
+    QString name;
+};
+
+ThemeName splitName(const QString& name)
+{
+    const int slash = name.indexOf(QLatin1Char('/'));
+    return slash < 0 ? ThemeName { {}, name } : ThemeName { name.left(slash), name.mid(slash + 1) };
+}
+
+/// The value of a name in its group, or in the first of the two that has it. `read` is given the group, the name, and what
+/// stands for a value that is not there.
+template <typename T, typename Read> T readTheme(const QString& name, const T& unknown, Read read)
+{
+    const ThemeName split = splitName(name);
+    if (!split.group.isEmpty())
+        return read(split.group, split.name, unknown);
+    return read(
+        heapString("CommonPalette"), split.name, read(heapString("CommonThemePalette"), split.name, unknown));
+}
+
+std::int32_t readHint(const QString& name)
+{
+    return readTheme(name, 0, KDrawHelper::getHintFromTheme);
+}
+
+QString readColor(const QString& name)
+{
+    return toCssColor(readTheme(name, QColor(Qt::transparent), KDrawHelper::getColorFromTheme));
+}
+
+SkinGradient readGradient(const QString& name)
+{
+    return toSkinGradient(readTheme(name, QGradient(), KDrawHelper::getGradientFromTheme));
+}
+
+} // namespace
+
+template <typename T> T KSkinValues::find(const QString& name, T (*read)(const QString& name))
+{
+    const QString skin = KDrawHelper::getCurrentSkinNameFromTheme();
+    if (skin != m_skin) {
+        clear();
+        m_skin = skin;
+    }
+    if (name.size() > LongestName)
+        return read(name);
+    const QString key = heapString("%1_%2").arg(skin, name);
+    if (const auto kept = m_values.constFind(key); kept != m_values.constEnd()) {
+        if (const T* value = std::get_if<T>(&kept.value()))
+            return *value;
+    }
+    if (m_values.size() >= KeptValues)
+        m_values.clear();
+    T value = read(name);
+    m_values.insert(key, value);
+    return value;
+}
+
+std::int32_t KSkinValues::hint(const QString& name)
+{
+    return find(name, readHint);
+}
+
+QString KSkinValues::color(const QString& name)
+{
+    return find(name, readColor);
+}
+
+SkinGradient KSkinValues::gradient(const QString& name)
+{
+    return find(name, readGradient);
+}
+
+void KSkinValues::clear()
+{
+    m_values.clear();
+}
+
+struct KSkinConfig::Private {
+    KThemeLoader theme;
+};
+
+KSkinConfig::KSkinConfig()
+    : d(std::make_unique<Private>())
+{
+    KPluginManager* plugins = KPluginManager::getInstance();
+    const KPlugin* plugin =
+        plugins ? plugins->getPlugin(KDrawHelper::getCurrentSkinNameFromTheme()) : nullptr;
+    const QString directory = plugin ? plugin->localPath() : QString();
+    const QString custom = directory + heapString("/custom.kuip");
+    if (!directory.isEmpty() && QFileInfo(custom).isFile())
+        d->theme.load(custom);
+}
+
+KSkinConfig::~KSkinConfig() = default;
+
+std::variant<QString, SkinGradient> KSkinConfig::value(const QString& name) const
+{
+    const auto readText = [this](const QString& group, const QString& key, const QString& unknown) {
+        const QString found = d->theme.value(group, key);
+        return found.isNull() ? unknown : found;
+    };
+    const QString text = classifyCss(name) == CssForm::Other ? readTheme(name, QString(), readText) : name;
+    const bool isControlled = std::any_of(text.cbegin(), text.cend(),
+        [](QChar character) { return character.category() == QChar::Other_Control; });
+    if (text.size() > LongestValue || isControlled)
+        return QString();
+    switch (classifyCss(text)) {
+    case CssForm::Color:
+        return toCssColor(parseCssColor(text).value_or(QColor(Qt::transparent)));
+    case CssForm::Gradient:
+        return parseCssGradient(text).value_or(toSkinGradient(QGradient()));
+    default:
+        return text;
+    }
+}
+
+} // namespace jsapi

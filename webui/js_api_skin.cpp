@@ -7,7 +7,6 @@
 #include "webui/js_api_vieweventhandle.h"
 
 #include <QCoreApplication>
-#include <QUrl>
 #include <algorithm>
 
 namespace jsapi {
@@ -253,12 +252,9 @@ KJsApiSkin::Icon findIcon(
         return found;
     const QSize size = chooseSize(icon.availableSizes(),
         KLiteStyle::dpiScaledSize(qBound(1, width, LargestIconSize), qBound(1, height, LargestIconSize)));
-    // The skin's name makes it another address for each skin, which no cache confuses.
-    const QString skin =
-        QString::fromLatin1(QUrl::toPercentEncoding(KDrawHelper::getCurrentSkinNameFromTheme()));
-    found.icon = heapString("%1://%2?width=%3&height=%4&skin=%5")
+    found.icon = heapString("%1://%2?width=%3&height=%4")
                      .arg(KSkinImageSchemeHandler::schemeName(), bound, QString::number(size.width()),
-                         QString::number(size.height()), skin);
+                         QString::number(size.height()));
     found.width = toCssPixels(size.width());
     found.height = toCssPixels(size.height());
     return found;

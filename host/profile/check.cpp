@@ -52,6 +52,13 @@ struct Place {
     const json* schema; ///< null where the schema has no rule
 };
 
+const json& resolve(const json& root, const json& schema)
+{
+    return schema.contains("$ref")
+        ? root.at(json::json_pointer(schema.at("$ref").get<std::string>().substr(1)))
+        : schema;
+}
+
 const json* findSubschema(const json& root, const json* schema, const std::string& key)
 {
     const json* below = nullptr;
@@ -59,9 +66,16 @@ const json* findSubschema(const json& root, const json* schema, const std::strin
         below = &schema->at("properties").at(key);
     else if (schema->contains("additionalProperties") && schema->at("additionalProperties").is_object())
         below = &schema->at("additionalProperties");
-    if (below && below->contains("$ref"))
-        below = &root.at(json::json_pointer(below->at("$ref").get<std::string>().substr(1)));
-    return below;
+    return below ? &resolve(root, *below) : nullptr;
+}
+
+/// The rule for an item of a list: that of all, or, where the schema has a list of them, its own.
+const json* findItemSchema(const json& root, const json& schema, std::size_t item)
+{
+    const auto items = schema.find("items");
+    if (items == schema.end() || (items->is_array() && item >= items->size()))
+        return nullptr;
+    return &resolve(root, items->is_array() ? items->at(item) : *items);
 }
 
 /// Finds the place that a validator's context describes: "<root>", "[dpi]", "[scale]".
@@ -73,10 +87,7 @@ Place locate(const json& document, const json& schema, const std::vector<std::st
         if (place.value->is_array()) {
             place.value = &place.value->at(std::stoul(key));
             place.path += QStringLiteral("[%1]").arg(QString::fromStdString(key));
-            place.schema = place.schema->contains("items") ? &place.schema->at("items") : nullptr;
-            if (place.schema && place.schema->contains("$ref"))
-                place.schema =
-                    &schema.at(json::json_pointer(place.schema->at("$ref").get<std::string>().substr(1)));
+            place.schema = findItemSchema(schema, *place.schema, std::stoul(key));
         } else {
             place.value = &place.value->at(key);
             place.path +=
@@ -134,7 +145,14 @@ QString describeExpectation(const json& schema)
     return QStringLiteral("must be ") + choices.join(QStringLiteral(" or "));
 }
 
-QStringList findUnknownKeys(const Place& place)
+/// Whether a schema's type, or one of its types, is this one.
+bool allows(const json& schema, const char* type)
+{
+    const json& types = schema.at("type");
+    return types == type || (types.is_array() && std::ranges::find(types, type) != types.end());
+}
+
+QStringList findUnknownKeys(const Place& place, const QString& kind)
 {
     QStringList errors;
     const json& known = place.schema->at("properties");
@@ -145,39 +163,46 @@ QStringList findUnknownKeys(const Place& place)
         if (known.contains(entry.key()))
             continue;
         const QString key = QString::fromStdString(entry.key());
-        errors << QStringLiteral("%1: is not a key of a profile; use one of %2")
-                      .arg(place.path.isEmpty() ? key : place.path + QLatin1Char('.') + key,
+        errors << QStringLiteral("%1: is not a key of a %2; use one of %3")
+                      .arg(place.path.isEmpty() ? key : place.path + QLatin1Char('.') + key, kind,
                           names.join(QStringLiteral(", ")));
     }
     return errors;
 }
 
-QStringList findMissingKeys(const Place& place)
+QString nameOf(const Place& place, const QString& kind)
+{
+    return place.path.isEmpty() ? QStringLiteral("the ") + kind : place.path;
+}
+
+QStringList findMissingKeys(const Place& place, const QString& kind)
 {
     QStringList errors;
     for (const json& key : place.schema->value("required", json::array())) {
         if (!place.value->contains(key.get<std::string>()))
             errors << QStringLiteral("%1: needs \"%2\"")
-                          .arg(place.path, QString::fromStdString(key.get<std::string>()));
+                          .arg(nameOf(place, kind), QString::fromStdString(key.get<std::string>()));
     }
     return errors;
 }
 
 /// The errors at a place. Those in the members of an object are reported for the members.
-QStringList findFaults(const Place& place)
+QStringList findFaults(const Place& place, const QString& kind)
 {
     if (!place.schema)
         return {};
-    if (place.value->is_object() && place.schema->at("type") == "object")
-        return place.schema->contains("properties") ? findUnknownKeys(place) + findMissingKeys(place)
-                                                    : QStringList();
-    if (place.value->is_array() && place.schema->at("type") == "array")
+    if (place.value->is_object() && allows(*place.schema, "object"))
+        return place.schema->contains("properties")
+            ? findUnknownKeys(place, kind) + findMissingKeys(place, kind)
+            : QStringList();
+    const std::size_t size = place.value->size();
+    if (place.value->is_array() && allows(*place.schema, "array")
+        && size >= place.schema->value("minItems", 0U) && size <= place.schema->value("maxItems", size))
         return {};
-    const QString path = place.path.isEmpty() ? QStringLiteral("the profile") : place.path;
-    return { path + QStringLiteral(": ") + describeExpectation(*place.schema) };
+    return { nameOf(place, kind) + QStringLiteral(": ") + describeExpectation(*place.schema) };
 }
 
-QStringList findSchemaErrors(const json& document, const json& schema)
+QStringList findSchemaErrors(const json& document, const json& schema, const QString& kind)
 {
     valijson::Schema rules;
     valijson::SchemaParser().populateSchema(Adapter(schema), rules);
@@ -187,23 +212,23 @@ QStringList findSchemaErrors(const json& document, const json& schema)
     if (validator.validate(rules, Adapter(document), &results))
         return errors;
     for (const auto& fault : results)
-        errors << findFaults(locate(document, schema, fault.context));
+        errors << findFaults(locate(document, schema, fault.context), kind);
     errors.removeDuplicates();
     if (errors.isEmpty())
-        errors << QStringLiteral("does not follow the profile's schema");
+        errors << QStringLiteral("does not follow the schema of a ") + kind;
     return errors;
 }
 
 } // namespace
 
-Checked parseChecked(const QByteArray& text, const json& schema)
+Checked parseChecked(const QByteArray& text, const json& schema, const QString& kind)
 {
     Checked checked;
     try {
         DuplicateKeys duplicates;
         checked.document = json::parse(text.begin(), text.end(), std::ref(duplicates));
         checked.errors = duplicates.found;
-        checked.errors << findSchemaErrors(checked.document, schema);
+        checked.errors << findSchemaErrors(checked.document, schema, kind);
     } catch (const json::parse_error& error) {
         checked.errors << QStringLiteral(
             "%1: is not JSON; look for a missing quote, comma or bracket before it")

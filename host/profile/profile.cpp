@@ -163,10 +163,11 @@ PROFILE_SECTION(Cloud, program, uploadBytesPerSecond, closedToUploads, openToUpl
 PROFILE_SECTION(Language, name, region)
 PROFILE_SECTION(Dpi, scale)
 PROFILE_SECTION(Windows, autoHide)
+PROFILE_SECTION(Skin, current, directories)
 PROFILE_SECTION(Log, maxFileSizeKiB, keptFiles)
 PROFILE_SECTION(Browser, applicationId, sessionId, grouped, groupMark1OffsetMs, groupMark2OffsetMs)
 PROFILE_SECTION(Profile, application, installation, directories, product, files, access, dialogs, cloudFiles,
-    account, cloud, language, dpi, windows, theme, log, browser, policy, services)
+    account, cloud, language, dpi, windows, skin, theme, log, browser, policy, services)
 
 namespace {
 

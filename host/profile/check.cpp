@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <valijson/adapters/nlohmann_json_adapter.hpp>
 #include <valijson/schema.hpp>
@@ -24,11 +25,16 @@ QString describePosition(const QByteArray& text, std::size_t byte)
     return QStringLiteral("line %1, column %2").arg(before.count('\n') + 1).arg(line.size() + 1);
 }
 
+/// Far below what a recursion over the values needs too much stack for.
+constexpr int MaxDepth = 200;
+
 /// Collects duplicate keys of objects, of which the parser keeps the last only.
 class DuplicateKeys {
 public:
-    bool operator()(int, json::parse_event_t event, json& parsed)
+    bool operator()(int depth, json::parse_event_t event, json& parsed)
     {
+        if (depth > MaxDepth)
+            throw std::runtime_error("is nested too deeply");
         if (event == json::parse_event_t::object_start)
             m_open.emplace_back();
         else if (event == json::parse_event_t::object_end)

@@ -7,6 +7,9 @@
 
 namespace engine {
 
+/// The scheme of images of the suite's theme, which pages of all origins can show.
+inline constexpr char SkinImageScheme[] = "nova-skin";
+
 /// What an origin may have of NovaExtension. [GUI thread]
 struct OriginRights {
     bool any = false; ///< false: it has no NovaExtension
@@ -22,6 +25,8 @@ struct WebEngineHost {
     std::function<OriginRights(const QString& origin)> rights;
     /// The directory that is served as nova://HOST/; empty: there is none.
     std::function<QString(const QString& host)> directory;
+    /// The image of an address of SkinImageScheme, as PNG; empty: there is none.
+    std::function<QByteArray(const QUrl& url)> skinImage;
     /// What the view of this identifier loads when it is made; empty: nothing.
     std::function<QUrl(const QString& viewId)> firstPage;
     /// Whether a text is a script without errors of syntax.

@@ -5,6 +5,7 @@
 #include "host/novahost/browserfacts.h"
 #include "host/novahost/output.h"
 #include "host/profile/profile.h"
+#include "host/suite/skin/skinimages.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -106,6 +107,7 @@ engine::WebEngineHost Browser::host()
     host.directory = [this](const QString& name) {
         return name == QLatin1String("app") ? m_application : QString();
     };
+    host.skinImage = suite::drawSkinImage;
     host.firstPage = [this](const QString& viewId) { return pageOf(viewId); };
     host.compiles = engine::jsc::compiles;
     host.console = printLine;

@@ -9,6 +9,7 @@
 #include "host/suite/cloud/cloudservice.h"
 #include "host/suite/play.h"
 #include "host/suite/plugins/pluginmanager.h"
+#include "host/suite/skin/skinservice.h"
 #include "host/suite/web/webwidget.h"
 #include "host/vexlite/failurelog.h"
 #include "krt/dirs.h"
@@ -140,6 +141,7 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
         });
     }
     std::unique_ptr<Suite> suite(new Suite);
+    suite::SkinService::instance().start();
     suite->m_engine = engine::makeJscEngine();
     // Before any page is opened: so the cloud process is notified of a login before a page reacts to it.
     suite::CloudService::instance();
@@ -205,6 +207,7 @@ Suite::~Suite()
     closeWindows();
     suite::setViewMaker({});
     m_browser.stop();
+    suite::SkinService::instance().shutDown();
     suite::CloudService::shutDown();
     // Objects that deleteLater() was called for need the library for their destructors.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

@@ -58,6 +58,13 @@ struct Place {
     const json* schema; ///< null where the schema has no rule
 };
 
+const json& resolve(const json& root, const json& schema)
+{
+    return schema.contains("$ref")
+        ? root.at(json::json_pointer(schema.at("$ref").get<std::string>().substr(1)))
+        : schema;
+}
+
 const json* findSubschema(const json& root, const json* schema, const std::string& key)
 {
     const json* below = nullptr;
@@ -65,9 +72,16 @@ const json* findSubschema(const json& root, const json* schema, const std::strin
         below = &schema->at("properties").at(key);
     else if (schema->contains("additionalProperties") && schema->at("additionalProperties").is_object())
         below = &schema->at("additionalProperties");
-    if (below && below->contains("$ref"))
-        below = &root.at(json::json_pointer(below->at("$ref").get<std::string>().substr(1)));
-    return below;
+    return below ? &resolve(root, *below) : nullptr;
+}
+
+/// The rule for an item of a list: that of all, or, where the schema has a list of them, its own.
+const json* findItemSchema(const json& root, const json& schema, std::size_t item)
+{
+    const auto items = schema.find("items");
+    if (items == schema.end() || (items->is_array() && item >= items->size()))
+        return nullptr;
+    return &resolve(root, items->is_array() ? items->at(item) : *items);
 }
 
 /// Finds the place that a validator's context describes: "<root>", "[dpi]", "[scale]".
@@ -79,10 +93,7 @@ Place locate(const json& document, const json& schema, const std::vector<std::st
         if (place.value->is_array()) {
             place.value = &place.value->at(std::stoul(key));
             place.path += QStringLiteral("[%1]").arg(QString::fromStdString(key));
-            place.schema = place.schema->contains("items") ? &place.schema->at("items") : nullptr;
-            if (place.schema && place.schema->contains("$ref"))
-                place.schema =
-                    &schema.at(json::json_pointer(place.schema->at("$ref").get<std::string>().substr(1)));
+            place.schema = findItemSchema(schema, *place.schema, std::stoul(key));
         } else {
             place.value = &place.value->at(key);
             place.path +=
@@ -140,6 +151,13 @@ QString describeExpectation(const json& schema)
     return QStringLiteral("must be ") + choices.join(QStringLiteral(" or "));
 }
 
+/// Whether a schema's type, or one of its types, is this one.
+bool allows(const json& schema, const char* type)
+{
+    const json& types = schema.at("type");
+    return types == type || (types.is_array() && std::ranges::find(types, type) != types.end());
+}
+
 QStringList findUnknownKeys(const Place& place, const QString& kind)
 {
     QStringList errors;
@@ -158,14 +176,18 @@ QStringList findUnknownKeys(const Place& place, const QString& kind)
     return errors;
 }
 
-QStringList findMissingKeys(const Place& place, const QString& whole)
+QString nameOf(const Place& place, const QString& kind)
+{
+    return place.path.isEmpty() ? QStringLiteral("the ") + kind : place.path;
+}
+
+QStringList findMissingKeys(const Place& place, const QString& kind)
 {
     QStringList errors;
     for (const json& key : place.schema->value("required", json::array())) {
         if (!place.value->contains(key.get<std::string>()))
             errors << QStringLiteral("%1: needs \"%2\"")
-                          .arg(place.path.isEmpty() ? whole : place.path,
-                              QString::fromStdString(key.get<std::string>()));
+                          .arg(nameOf(place, kind), QString::fromStdString(key.get<std::string>()));
     }
     return errors;
 }
@@ -173,17 +195,17 @@ QStringList findMissingKeys(const Place& place, const QString& whole)
 /// The errors at a place. Those in the members of an object are reported for the members.
 QStringList findFaults(const Place& place, const QString& kind)
 {
-    const QString whole = QStringLiteral("the ") + kind;
     if (!place.schema)
         return {};
-    if (place.value->is_object() && place.schema->at("type") == "object")
+    if (place.value->is_object() && allows(*place.schema, "object"))
         return place.schema->contains("properties")
-            ? findUnknownKeys(place, kind) + findMissingKeys(place, whole)
+            ? findUnknownKeys(place, kind) + findMissingKeys(place, kind)
             : QStringList();
-    if (place.value->is_array() && place.schema->at("type") == "array")
+    const std::size_t size = place.value->size();
+    if (place.value->is_array() && allows(*place.schema, "array")
+        && size >= place.schema->value("minItems", 0U) && size <= place.schema->value("maxItems", size))
         return {};
-    return { (place.path.isEmpty() ? whole : place.path) + QStringLiteral(": ")
-        + describeExpectation(*place.schema) };
+    return { nameOf(place, kind) + QStringLiteral(": ") + describeExpectation(*place.schema) };
 }
 
 QStringList findSchemaErrors(const json& document, const json& schema, const QString& kind)
@@ -199,7 +221,7 @@ QStringList findSchemaErrors(const json& document, const json& schema, const QSt
         errors << findFaults(locate(document, schema, fault.context), kind);
     errors.removeDuplicates();
     if (errors.isEmpty())
-        errors << QStringLiteral("does not follow the schema of a %1").arg(kind);
+        errors << QStringLiteral("does not follow the schema of a ") + kind;
     return errors;
 }
 

@@ -164,10 +164,11 @@ PROFILE_SECTION(Language, name, region)
 PROFILE_SECTION(Dpi, scale)
 PROFILE_SECTION(Plugins, directories, bytesPerSecond)
 PROFILE_SECTION(Windows, autoHide)
+PROFILE_SECTION(Skin, current, directories)
 PROFILE_SECTION(Log, maxFileSizeKiB, keptFiles)
 PROFILE_SECTION(Browser, applicationId, sessionId, grouped, groupMark1OffsetMs, groupMark2OffsetMs)
 PROFILE_SECTION(Profile, application, installation, directories, product, files, access, dialogs, cloudFiles,
-    account, cloud, language, dpi, plugins, windows, theme, log, browser, policy, services)
+    account, cloud, language, dpi, plugins, windows, skin, theme, log, browser, policy, services)
 
 namespace {
 

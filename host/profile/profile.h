@@ -130,6 +130,12 @@ struct Windows {
     bool autoHide = true; ///< popups hide when they are no longer active
 };
 
+/// The visual theme.
+struct Skin {
+    QString current;         ///< of users who have chosen none
+    QStringList directories; ///< folders with skins, see expandPath()
+};
+
 struct Log {
     int maxFileSizeKiB = 0; ///< 1 to 1048576
     int keptFiles = 0;      ///< rotated files kept beside the current one, 0 to 1000
@@ -159,7 +165,8 @@ struct Profile {
     Dpi dpi;
     Plugins plugins;
     Windows windows;
-    QMap<QString, QMap<QString, QString>> theme; ///< palette, name of the colour: "#rrggbb"
+    Skin skin;
+    QMap<QString, QMap<QString, QString>> theme; ///< palette, name of the colour: "#rrggbb"; over every skin
     Log log;
     Browser browser;
     std::vector<engine::PolicyRule> policy; ///< without errors, see engine::Policy

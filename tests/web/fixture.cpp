@@ -41,6 +41,7 @@ WebEngine& WebTest::webEngine()
         host.directory = [](const QString& name) {
             return current ? current->m_files.filePath(name) : QString();
         };
+        host.skinImage = [](const QUrl&) { return QByteArray(); };
         host.firstPage = [](const QString& viewId) { return QUrl(viewId); };
         host.compiles = [](const QString&) { return true; };
         host.console = [](const QString& line, bool) {

@@ -6,17 +6,9 @@
 #include "suite/kcoreapplication.h"
 
 #include <QDateTime>
-#include <QFile>
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QLoggingCategory>
-#include <QSaveFile>
 #include <QTimer>
 #include <algorithm>
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace suite {
 
@@ -24,8 +16,6 @@ namespace {
 
 using kacctoutsdk::KMemberKind;
 using kacctoutsdk::KUserInfo;
-
-Q_LOGGING_CATEGORY(accountLog, "suite.account")
 
 // The keys of accounts.json.
 constexpr char Current[] = "current";
@@ -40,27 +30,6 @@ const Entry* findEntry(const std::vector<Entry>& entries, QString Record::*id, c
     const auto found = std::ranges::find(entries, wanted, id);
     return found == entries.end() ? nullptr : &*found;
 }
-
-/// Waits until no other process changes the file.
-class FileLock {
-public:
-    explicit FileLock(const QString& path)
-        : m_file(open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR))
-    {
-        if (m_file < 0 || TEMP_FAILURE_RETRY(flock(m_file, LOCK_EX)) != 0)
-            qCWarning(accountLog, "%s can not be locked", qPrintable(path));
-    }
-    FileLock(const FileLock&) = delete;
-    FileLock& operator=(const FileLock&) = delete;
-    ~FileLock()
-    {
-        if (m_file >= 0)
-            close(m_file);
-    }
-
-private:
-    int m_file;
-};
 
 } // namespace
 
@@ -95,8 +64,8 @@ void AccountService::load() const
     if (m_profile)
         return;
     m_profile = profile::current();
-    m_file = profile::dataDirectory() + QStringLiteral("/accounts.json");
-    m_state = readFile();
+    m_file.emplace(profile::dataDirectory() + QStringLiteral("/accounts.json"));
+    m_state = m_file->read();
     const QString first = m_profile->account.current;
     if (m_state.isEmpty() && findEntry(m_profile->account.users, &profile::User::userId, first))
         m_state = { { QLatin1String(Current), first }, { QLatin1String(SignedIn), QJsonArray { first } },
@@ -105,44 +74,25 @@ void AccountService::load() const
         m_watcher.addPath(profile::dataDirectory());
 }
 
-/// Empty when there is no file.
-QJsonObject AccountService::readFile() const
-{
-    QFile file(m_file);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    QJsonObject state = QJsonDocument::fromJson(file.readAll()).object();
-    if (state.isEmpty()) {
-        qCWarning(accountLog, "%s can not be understood and is set aside", qPrintable(m_file));
-        file.rename(m_file + QStringLiteral(".damaged"));
-    }
-    return state;
-}
-
 void AccountService::update(const std::function<void()>& change)
 {
     load();
     const QJsonObject before = m_state;
     QJsonObject found;
-    {
-        const FileLock lock(m_file + QStringLiteral(".lock"));
-        found = readFile();
+    m_file->update([&](QJsonObject& content) {
+        found = content;
         if (!found.isEmpty())
             m_state = found;
         change();
-        QSaveFile file(m_file);
-        if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(m_state).toJson()) < 0
-            || !file.commit())
-            qCWarning(
-                accountLog, "%s can not be written: %s", qPrintable(m_file), qPrintable(file.errorString()));
-    }
+        content = m_state;
+    });
     if (!found.isEmpty())
         announce(before, found);
 }
 
 void AccountService::refresh()
 {
-    const QJsonObject found = readFile();
+    const QJsonObject found = m_file->read();
     if (!found.isEmpty())
         announce(std::exchange(m_state, found), found);
 }

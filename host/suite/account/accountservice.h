@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/profile/profile.h"
+#include "host/suite/statefile.h"
 #include "suite/kaccountsdk.h"
 
 #include <QFileSystemWatcher>
@@ -63,7 +64,6 @@ private:
     AccountService();
 
     void load() const;
-    QJsonObject readFile() const;
     /// Reads the file again, which another process may have changed, and writes it with the change of m_state.
     void update(const std::function<void()>& change);
     void refresh();
@@ -77,7 +77,7 @@ private:
 
     // Loaded at the first use.
     mutable std::shared_ptr<const profile::Profile> m_profile;
-    mutable QString m_file;
+    mutable std::optional<StateFile> m_file;
     mutable QJsonObject m_state;
     mutable QFileSystemWatcher m_watcher; ///< of the directory, since the file is replaced
 

@@ -2,7 +2,6 @@
 #include "host/suite/web/scale.h"
 #include "host/suite/web/webwidget.h"
 #include "host/vexlite/webwidgets.h"
-#include "suite/kdrawhelper.h"
 #include "suite/klitestyle.h"
 
 #include <cmath>
@@ -38,12 +37,6 @@ QSize KLiteStyle::dpiScaledSize(int width, int height)
 QRect KLiteStyle::dpiScaledRect(int x, int y, int width, int height)
 {
     return { QPoint(scaled(x), scaled(y)), dpiScaledSize(width, height) };
-}
-
-QColor KDrawHelper::getColorFromTheme(const QString& group, const QString& name, const QColor& fallback)
-{
-    const QString color = profile::current()->theme.value(group).value(name);
-    return color.isEmpty() ? fallback : QColor(color);
 }
 
 void suite::setScale(double scale)

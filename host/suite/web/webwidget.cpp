@@ -1,6 +1,7 @@
 #include "host/suite/web/webwidget.h"
 
 #include "host/vexlite/webwidgets.h"
+#include "suite/kdrawhelper.h"
 #include "suite/klitestyle.h"
 
 #include <QDragEnterEvent>
@@ -83,7 +84,7 @@ void KJsApiWebWidgetPrivate::makeView()
         return;
     m_widget.layout()->addWidget(m_view->widget());
     m_view->setScale(KLiteStyle::dpi());
-    m_view->setBackgroundColor(m_background);
+    m_view->setBackgroundColor(background());
     m_view->setScrollBars(m_hasXScrollBar, m_hasYScrollBar);
     watchInput();
 }
@@ -181,8 +182,20 @@ void KJsApiWebWidgetPrivate::setScrollBars(bool horizontal, bool vertical)
 void KJsApiWebWidgetPrivate::setBackground(const QColor& color)
 {
     m_background = color;
+    followTheme();
+}
+
+QColor KJsApiWebWidgetPrivate::background() const
+{
+    return m_background.isValid()
+        ? m_background
+        : KDrawHelper::getColorFromTheme(QStringLiteral("CommonPalette"), QStringLiteral("base"), Qt::white);
+}
+
+void KJsApiWebWidgetPrivate::followTheme()
+{
     if (m_view)
-        m_view->setBackgroundColor(color);
+        m_view->setBackgroundColor(background());
     m_widget.update();
 }
 
@@ -214,11 +227,11 @@ void KJsApiWebWidgetPrivate::fixSize()
 void KJsApiWebWidgetPrivate::paint()
 {
     QPainter painter(&m_widget);
-    painter.fillRect(m_widget.rect(), m_roundFill.isValid() ? m_roundFill : m_background);
+    painter.fillRect(m_widget.rect(), m_roundFill.isValid() ? m_roundFill : background());
     if (!m_roundFill.isValid())
         return;
     QPainterPath inside;
     inside.addRoundedRect(m_widget.rect(), CornerRadius, CornerRadius);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(inside, m_background);
+    painter.fillPath(inside, background());
 }

@@ -42,6 +42,8 @@ public:
 
     /// Null before the event loop has run, and where there is no engine.
     engine::View* view() const { return m_view.get(); }
+    /// The theme is another one: repaints what has its colours.
+    void followTheme();
     /// Whether the page has said that it has finished loading.
     bool isPageReady() const { return m_isPageReady; }
 
@@ -61,6 +63,7 @@ private:
     bool isDragArea(const QPoint& place) const;
     void setScrollBars(bool horizontal, bool vertical);
     void setBackground(const QColor& color);
+    QColor background() const;
     /// Keeps the user from changing the window's size, or no longer.
     void fixSize();
     /// Of a window whose size is fixed: another size is fixed from now on.
@@ -82,6 +85,6 @@ private:
     bool m_isResizeable = true;
     bool m_hasXScrollBar = true;
     bool m_hasYScrollBar = true;
-    QColor m_background = Qt::white;
-    QColor m_roundFill; ///< invalid: the corners are not round
+    QColor m_background; ///< invalid: that of the theme
+    QColor m_roundFill;  ///< invalid: the corners are not round
 };

@@ -1,0 +1,69 @@
+#include "host/suite/statefile.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QLoggingCategory>
+#include <QSaveFile>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace suite {
+
+namespace {
+
+Q_LOGGING_CATEGORY(stateLog, "suite.state")
+
+/// Waits until no other process changes the file.
+class FileLock {
+public:
+    explicit FileLock(const QString& path)
+        : m_file(open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR))
+    {
+        if (m_file < 0 || TEMP_FAILURE_RETRY(flock(m_file, LOCK_EX)) != 0)
+            qCWarning(stateLog, "%s can not be locked", qPrintable(path));
+    }
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+    ~FileLock()
+    {
+        if (m_file >= 0)
+            close(m_file);
+    }
+
+private:
+    int m_file;
+};
+
+} // namespace
+
+StateFile::StateFile(QString path)
+    : m_path(std::move(path))
+{
+}
+
+QJsonObject StateFile::read() const
+{
+    QFile file(m_path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QJsonObject content = QJsonDocument::fromJson(file.readAll()).object();
+    if (content.isEmpty()) {
+        qCWarning(stateLog, "%s can not be understood and is set aside", qPrintable(m_path));
+        file.rename(m_path + QStringLiteral(".damaged"));
+    }
+    return content;
+}
+
+void StateFile::update(const std::function<void(QJsonObject& content)>& change) const
+{
+    const FileLock lock(m_path + QStringLiteral(".lock"));
+    QJsonObject content = read();
+    change(content);
+    QSaveFile file(m_path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(content).toJson()) < 0 || !file.commit())
+        qCWarning(stateLog, "%s can not be written: %s", qPrintable(m_path), qPrintable(file.errorString()));
+}
+
+} // namespace suite

@@ -8,6 +8,7 @@
 #include "host/profile/profile.h"
 #include "host/suite/cloud/cloudservice.h"
 #include "host/suite/play.h"
+#include "host/suite/plugins/pluginmanager.h"
 #include "host/suite/web/webwidget.h"
 #include "host/vexlite/failurelog.h"
 #include "krt/dirs.h"
@@ -145,6 +146,7 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     const QString library = options.libraryFile.isEmpty() ? findLibrary() : options.libraryFile;
     if (!suite->loadLibrary(library, error))
         return nullptr;
+    suite::PluginManager::start();
     suite->m_inBrowser = options.browser;
     if (options.devToolsPort) {
         // The engine says nothing when it does not get the port.
@@ -199,6 +201,7 @@ Suite::~Suite()
 {
     krt::kcc::shutdown();
     m_engine.reset();
+    suite::PluginManager::shutDown();
     closeWindows();
     suite::setViewMaker({});
     m_browser.stop();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <valijson/adapters/nlohmann_json_adapter.hpp>
 #include <valijson/schema.hpp>
@@ -24,11 +25,16 @@ QString describePosition(const QByteArray& text, std::size_t byte)
     return QStringLiteral("line %1, column %2").arg(before.count('\n') + 1).arg(line.size() + 1);
 }
 
+/// Far below what a recursion over the values needs too much stack for.
+constexpr int MaxDepth = 200;
+
 /// Collects duplicate keys of objects, of which the parser keeps the last only.
 class DuplicateKeys {
 public:
-    bool operator()(int, json::parse_event_t event, json& parsed)
+    bool operator()(int depth, json::parse_event_t event, json& parsed)
     {
+        if (depth > MaxDepth)
+            throw std::runtime_error("is nested too deeply");
         if (event == json::parse_event_t::object_start)
             m_open.emplace_back();
         else if (event == json::parse_event_t::object_end)
@@ -134,7 +140,7 @@ QString describeExpectation(const json& schema)
     return QStringLiteral("must be ") + choices.join(QStringLiteral(" or "));
 }
 
-QStringList findUnknownKeys(const Place& place)
+QStringList findUnknownKeys(const Place& place, const QString& kind)
 {
     QStringList errors;
     const json& known = place.schema->at("properties");
@@ -145,39 +151,42 @@ QStringList findUnknownKeys(const Place& place)
         if (known.contains(entry.key()))
             continue;
         const QString key = QString::fromStdString(entry.key());
-        errors << QStringLiteral("%1: is not a key of a profile; use one of %2")
-                      .arg(place.path.isEmpty() ? key : place.path + QLatin1Char('.') + key,
+        errors << QStringLiteral("%1: is not a key of a %2; use one of %3")
+                      .arg(place.path.isEmpty() ? key : place.path + QLatin1Char('.') + key, kind,
                           names.join(QStringLiteral(", ")));
     }
     return errors;
 }
 
-QStringList findMissingKeys(const Place& place)
+QStringList findMissingKeys(const Place& place, const QString& whole)
 {
     QStringList errors;
     for (const json& key : place.schema->value("required", json::array())) {
         if (!place.value->contains(key.get<std::string>()))
             errors << QStringLiteral("%1: needs \"%2\"")
-                          .arg(place.path, QString::fromStdString(key.get<std::string>()));
+                          .arg(place.path.isEmpty() ? whole : place.path,
+                              QString::fromStdString(key.get<std::string>()));
     }
     return errors;
 }
 
 /// The errors at a place. Those in the members of an object are reported for the members.
-QStringList findFaults(const Place& place)
+QStringList findFaults(const Place& place, const QString& kind)
 {
+    const QString whole = QStringLiteral("the ") + kind;
     if (!place.schema)
         return {};
     if (place.value->is_object() && place.schema->at("type") == "object")
-        return place.schema->contains("properties") ? findUnknownKeys(place) + findMissingKeys(place)
-                                                    : QStringList();
+        return place.schema->contains("properties")
+            ? findUnknownKeys(place, kind) + findMissingKeys(place, whole)
+            : QStringList();
     if (place.value->is_array() && place.schema->at("type") == "array")
         return {};
-    const QString path = place.path.isEmpty() ? QStringLiteral("the profile") : place.path;
-    return { path + QStringLiteral(": ") + describeExpectation(*place.schema) };
+    return { (place.path.isEmpty() ? whole : place.path) + QStringLiteral(": ")
+        + describeExpectation(*place.schema) };
 }
 
-QStringList findSchemaErrors(const json& document, const json& schema)
+QStringList findSchemaErrors(const json& document, const json& schema, const QString& kind)
 {
     valijson::Schema rules;
     valijson::SchemaParser().populateSchema(Adapter(schema), rules);
@@ -187,23 +196,23 @@ QStringList findSchemaErrors(const json& document, const json& schema)
     if (validator.validate(rules, Adapter(document), &results))
         return errors;
     for (const auto& fault : results)
-        errors << findFaults(locate(document, schema, fault.context));
+        errors << findFaults(locate(document, schema, fault.context), kind);
     errors.removeDuplicates();
     if (errors.isEmpty())
-        errors << QStringLiteral("does not follow the profile's schema");
+        errors << QStringLiteral("does not follow the schema of a %1").arg(kind);
     return errors;
 }
 
 } // namespace
 
-Checked parseChecked(const QByteArray& text, const json& schema)
+Checked parseChecked(const QByteArray& text, const json& schema, const QString& kind)
 {
     Checked checked;
     try {
         DuplicateKeys duplicates;
         checked.document = json::parse(text.begin(), text.end(), std::ref(duplicates));
         checked.errors = duplicates.found;
-        checked.errors << findSchemaErrors(checked.document, schema);
+        checked.errors << findSchemaErrors(checked.document, schema, kind);
     } catch (const json::parse_error& error) {
         checked.errors << QStringLiteral(
             "%1: is not JSON; look for a missing quote, comma or bracket before it")

@@ -162,11 +162,12 @@ PROFILE_SECTION(Access, granted)
 PROFILE_SECTION(Cloud, program, uploadBytesPerSecond, closedToUploads, openToUploads)
 PROFILE_SECTION(Language, name, region)
 PROFILE_SECTION(Dpi, scale)
+PROFILE_SECTION(Plugins, directories, bytesPerSecond)
 PROFILE_SECTION(Windows, autoHide)
 PROFILE_SECTION(Log, maxFileSizeKiB, keptFiles)
 PROFILE_SECTION(Browser, applicationId, sessionId, grouped, groupMark1OffsetMs, groupMark2OffsetMs)
 PROFILE_SECTION(Profile, application, installation, directories, product, files, access, dialogs, cloudFiles,
-    account, cloud, language, dpi, windows, theme, log, browser, policy, services)
+    account, cloud, language, dpi, plugins, windows, theme, log, browser, policy, services)
 
 namespace {
 

@@ -119,6 +119,12 @@ struct Dpi {
     double scale = 1; ///< 0.5 to 8; 1 is 96 dots per inch
 };
 
+/// Where plugins are found, and how fast they are fetched.
+struct Plugins {
+    QStringList directories;   ///< paths, see expandPath(), or "${PLUGINS}"
+    qint64 bytesPerSecond = 0; ///< 0 for no limit
+};
+
 /// Windows that pages open.
 struct Windows {
     bool autoHide = true; ///< popups hide when they are no longer active
@@ -151,6 +157,7 @@ struct Profile {
     Cloud cloud;
     Language language;
     Dpi dpi;
+    Plugins plugins;
     Windows windows;
     QMap<QString, QMap<QString, QString>> theme; ///< palette, name of the colour: "#rrggbb"
     Log log;

@@ -2,6 +2,7 @@
 
 #include "host/suite/account/accountservice.h"
 #include "host/suite/cloud/cloudservice.h"
+#include "host/suite/plugins/pluginmanager.h"
 
 #include <QRegularExpression>
 #include <algorithm>
@@ -15,6 +16,13 @@ bool contains(const std::vector<Entry>& entries, QString Record::*name, const QS
 {
     return std::ranges::find(entries, wanted, name) != entries.end();
 }
+
+/// What happens to a plugin.
+const QMap<QString, void (PluginManager::*)(const QString&)> PluginActions {
+    { QStringLiteral("add"), &PluginManager::add },
+    { QStringLiteral("cancel"), &PluginManager::cancel },
+    { QStringLiteral("remove"), &PluginManager::remove },
+};
 
 QString checkLogin(const PlayStep& step)
 {
@@ -52,6 +60,21 @@ QString checkCloud(const PlayStep& step)
                                                  : QStringLiteral("the cloud process can only be killed");
 }
 
+QString checkPlugin(const PlayStep& step)
+{
+    if (!PluginActions.contains(step.subject))
+        return QStringLiteral("a plugin can be added, removed, or cancelled while it is loaded");
+    return contains(findPlugins(), &PluginManifest::name, step.value)
+        ? QString()
+        : QStringLiteral("there is no plugin \"%1\"").arg(step.value);
+}
+
+void playPlugin(const PlayStep& step)
+{
+    if (PluginManager* manager = PluginManager::instance())
+        (manager->*PluginActions[step.subject])(step.value);
+}
+
 AccountService& accounts()
 {
     return AccountService::instance();
@@ -74,6 +97,7 @@ constexpr StepKind Kinds[] = {
             accounts().changeMembership(step.subject, step.value == QLatin1String("on"));
         } },
     { "cloud", "cloud:kill", checkCloud, [](const PlayStep&) { CloudService::instance().killProcess(); } },
+    { "plugin", "plugin:add|cancel|remove=NAME", checkPlugin, playPlugin },
 };
 
 const StepKind* findKind(const QString& name)

@@ -14,8 +14,8 @@ namespace suite {
 
 struct PlayStep {
     QString kind;            ///< "login", "user", ...; the table in play.cpp has all
-    QString subject;         ///< a user's id, a key of the user information, a tier, "kill"
-    QString value;           ///< for "user" the new value, for "member" "on" or "off"
+    QString subject;         ///< a user's id, a key of the user information, a tier, "kill", "cancel"
+    QString value;           ///< for "user" the new value, for "member" "on" or "off", of a plugin its name
     std::optional<int> wait; ///< milliseconds
 };
 

@@ -133,6 +133,11 @@ inline constexpr CloudOperation<LarkIpcArg, LarkIpcResult, std::string> MyCloudD
 inline constexpr CloudOperation<LarkIpcArg, LarkIpcResult, RoamingMode> GetRoamingMode { "getRoamingMode",
     "onGetRoamingMode", rejection("Get roaming mode failed."), readRoamingMode };
 
+inline constexpr CloudOperation<LarkIpcArg, LarkIpcResult, ServiceReport> UpdateClassifyLabelStatus {
+    "updateClassifyLabelStatus", "slot_statusUpdated", rejection("Update classify label status failed."),
+    [](const auto& result) { return valueOnSuccess(result, ServiceReport { result.resultMap }); }
+};
+
 } // namespace CloudOperations
 
 } // namespace jsapi

@@ -32,7 +32,8 @@ template <> struct Argument<SignedInUser> {
     static constexpr std::array Refusals { &NoCloudService, &NoAccountSdk, &NotLoggedIn };
     template <typename Object> bool read(ArgumentReader& reader, Object& object)
     {
-        object.followServices();
+        if constexpr (requires { object.followServices(); })
+            object.followServices();
         return find(reader);
     }
     const SignedInUser& get() const { return *user; }

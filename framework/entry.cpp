@@ -25,6 +25,7 @@
 #include "webui/js_api_pluginmanager.h"
 #include "webui/js_api_remoteconfig.h"
 #include "webui/js_api_skin.h"
+#include "webui/js_api_webdocscontrol.h"
 #include "webui/js_api_webview.h"
 #include "webui/js_api_webviewmgr.h"
 

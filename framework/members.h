@@ -121,13 +121,18 @@ template <typename Return, typename... Declared, Return (*Handler)(Declared...)>
     using Arguments = std::tuple<Argument<std::remove_cvref_t<Declared>>...>;
 };
 
-/// The one way from the JS core's calling convention to a handler: a member of the object, or a function.
+/// The one way from the JS core's calling convention to a handler: a member of the object, or a function. A class with a
+/// Failure `NoObject` says by it that the JS core has called a member's function without an object.
 template <auto Handler, typename Object = typename Signature<Handler>::Object> struct Thunk {
     static KResult method(IJSExtentionObject* self, const JSContextEnv& context, JSApiArguments& arguments,
         KJSVariant& result, KJSVariant& exception)
     {
         Call call(context, arguments, result, exception);
         try {
+            if constexpr (requires { Object::NoObject; }) {
+                if (!self)
+                    return call.fail(Object::NoObject);
+            }
             Object& object = *static_cast<Object*>(self);
             ArgumentReader reader(call);
             typename Signature<Handler>::Arguments read;

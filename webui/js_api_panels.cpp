@@ -1,32 +1,80 @@
 #include "webui/js_api_panels.h"
 
+#include "framework/pagewatch.h"
+#include "suite/kxloggerlite.h"
+
 namespace jsapi {
+
+namespace {
+
+constexpr Panel DocumentChat { "knovaaidocschatpanel", SIGNAL(sig_panelNotify(QVariantMap)), "qaNotify" };
+constexpr Panel Contract { "KContractMgrCommand", SIGNAL(sig_notifyToPanel(QVariantMap)),
+    "handlePanelNotify" };
+
+} // namespace
+
+KJsApiAiDocsChatHandle::KJsApiAiDocsChatHandle()
+    : KPanelHandle(DocumentChat)
+{
+}
+
+QVariantMap KJsApiAiDocsChatHandle::toPanel(const QVariantMap& notification) const
+{
+    QVariantMap whole = notification;
+    whole.insert(heapString("from"), heapString("qaPage"));
+    return whole;
+}
 
 const MemberList& KJsApiAiDocsChat::members()
 {
+    using Self = KJsApiAiDocsChat;
     static const MemberList list { "Notifications between a page and the document chat panel.",
         {
-            unbuilt(u"registerQACallback", Category::Usual, Type::JsValue, { Type::Object }),
-            unbuilt(u"qaNotify", Category::Usual, Type::JsValue, { Type::JsValue }),
+            member<&registerPanelCallback, Self>(u"registerQACallback", Category::Usual, Type::JsValue,
+                { { Type::Object, "callback", "is called with each notification of the panel's" } },
+                "Has a function called with the notifications of the panel, in place of an earlier one.",
+                { &PanelNotFound }),
+            member<&notifyPanel, Self>(u"qaNotify", Category::Usual, Type::JsValue,
+                { { Type::JsValue, "notification", "what the panel understands" } },
+                "Sends a notification to the panel, with `from` as `\"qaPage\"`. The panel has received it when "
+                "this returns.",
+                { &PanelNotFound, &FailedInvokeMethod }),
         } };
     return list;
 }
 
-const MemberList& KJObjWebDocsControl::members()
+KJObjContractHandle::KJObjContractHandle()
+    : KPanelHandle(Contract)
 {
-    static const MemberList list = MemberList { "Informs the suite that a web document has been set up.",
-        {
-            unbuilt(u"notifySetupFinished", Category::Usual, Type::JsValue, { Type::JsValue }),
-        } }.withEvents();
-    return list;
+}
+
+bool KJObjContractHandle::isForPage(const QVariantMap& notification)
+{
+    const QVariant view = notification.value(heapString("viewId"));
+    if (view.userType() != QMetaType::QString) {
+        if (!std::exchange(m_hasWarned, true))
+            KxLoggerLite::writeWarning(L"PanelBridge",
+                L"a notification of the contract panel has no \"viewId\" and reaches no page");
+        return false;
+    }
+    const IVEXBrowser* browser = browserOf(page());
+    return browser && browser->BrowserId() == view.toString();
 }
 
 const MemberList& KJObjContract::members()
 {
+    using Self = KJObjContract;
     static const MemberList list { "Notifications between a page and the contract panel.",
         {
-            unbuilt(u"registerCallback", Category::Usual, Type::JsValue, { Type::Object }),
-            unbuilt(u"panelNotify", Category::Usual, Type::JsValue, { Type::JsValue }),
+            member<&registerPanelCallback, Self>(u"registerCallback", Category::Usual, Type::JsValue,
+                { { Type::Object, "callback",
+                    "is called with each notification whose `viewId` is this page's view" } },
+                "Has a function called with the panel's notifications for this view, in place of an earlier one.",
+                { &PanelNotFound }),
+            member<&notifyPanel, Self>(u"panelNotify", Category::Usual, Type::JsValue,
+                { { Type::JsValue, "notification", "what the panel understands" } },
+                "Sends a notification to the panel, which has received it when this returns.",
+                { &PanelNotFound, &FailedInvokeMethod }),
         } };
     return list;
 }

@@ -1,25 +1,42 @@
 #pragma once
 
-#include "framework/events.h"
+#include "webui/panelbridge.h"
 
 namespace jsapi {
 
+/// The page's side of the document chat panel.
+class KJsApiAiDocsChatHandle final : public KPanelHandle {
+    Q_OBJECT
+
+public:
+    KJsApiAiDocsChatHandle();
+
+private:
+    QVariantMap toPanel(const QVariantMap& notification) const override;
+};
+
 /// "NovaExtension.AiDocsChat": notifications between a page and the document chat panel.
-class KJsApiAiDocsChat final : public KJCExtendJsObj<KJsApiAiDocsChat> {
+class KJsApiAiDocsChat final : public KPanelBridge<KJsApiAiDocsChat, KJsApiAiDocsChatHandle> {
 public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.AiDocsChat";
     static const MemberList& members();
 };
 
-/// "NovaExtension.WebDocsControl": informs the suite that a web document has been set up.
-class KJObjWebDocsControl final : public KJCExtendJsEventObj<KJObjWebDocsControl> {
+/// The page's side of the contract panel, whose notifications are addressed to views.
+class KJObjContractHandle final : public KPanelHandle {
+    Q_OBJECT
+
 public:
-    static constexpr char16_t ScriptName[] = u"NovaExtension.WebDocsControl";
-    static const MemberList& members();
+    KJObjContractHandle();
+
+private:
+    bool isForPage(const QVariantMap& notification) override;
+
+    bool m_hasWarned = false;
 };
 
 /// "NovaExtension.KContract": notifications between a page and the contract panel.
-class KJObjContract final : public KJCExtendJsObj<KJObjContract> {
+class KJObjContract final : public KPanelBridge<KJObjContract, KJObjContractHandle> {
 public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.KContract";
     static const MemberList& members();

@@ -145,6 +145,43 @@ LarkIpcResult changeRoamingMode(MethodCall& call)
     return makeMapResult({ { "roamingMode", mode.toStdString() } });
 }
 
+Item findFile(MethodCall& call, const QString& pathOrId)
+{
+    Item file = call.core.store.findItem(call.member, pathOrId);
+    if (file.isFolder)
+        throw Error(State::NotFound);
+    return file;
+}
+
+LarkIpcResult makeLabelResult(const Item& file, const LabelStatus& status)
+{
+    return makeMapResult({ { "fileId", file.id.toStdString() }, { "label", status.label.toStdString() },
+        { "uuid", status.setupId.toStdString() }, { "changeTime", std::to_string(status.changeTime) } });
+}
+
+LarkIpcResult updateClassifyLabelStatus(MethodCall& call)
+{
+    const QJsonObject details = QJsonDocument::fromJson(call.readString("data").toUtf8()).object();
+    const auto read = [&](QLatin1String name) {
+        return checkLabel(details.value(name).toString().toStdString());
+    };
+    const QString label = read(QLatin1String("label"));
+    const QString setupId = read(QLatin1String("uuid"));
+    if (read(QLatin1String("group_id")) != call.member.groupId)
+        throw Error(State::NotFound);
+    const Item file = findFile(call, read(QLatin1String("file_id")));
+    return makeLabelResult(file, call.core.store.recordLabelStatus(file.id, label, setupId));
+}
+
+LarkIpcResult getClassifyLabelStatus(MethodCall& call)
+{
+    const Item file = findFile(call, call.readString("fileId"));
+    const auto status = call.core.store.findLabelStatus(file.id);
+    if (!status)
+        throw Error(State::NotFound);
+    return makeLabelResult(file, *status);
+}
+
 constexpr Method Methods[] = {
     { "setCurrentUser", setCurrentUser, false },
     { "uploadFileToCloud", uploadFileToCloud },
@@ -154,6 +191,8 @@ constexpr Method Methods[] = {
     { "getMyCloudDocumentsLocalPath", getMyCloudDocumentsLocalPath },
     { "getRoamingMode", getRoamingMode },
     { "changeRoamingMode", changeRoamingMode },
+    { "updateClassifyLabelStatus", updateClassifyLabelStatus },
+    { "getClassifyLabelStatus", getClassifyLabelStatus },
 };
 
 } // namespace

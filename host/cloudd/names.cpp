@@ -54,6 +54,12 @@ QStringList checkUserIds(const std::string& utf8)
     return ids;
 }
 
+QString checkLabel(const std::string& utf8)
+{
+    const QString label = decodeUtf8(utf8);
+    return check(label, !label.isEmpty() && utf8.size() <= MaxNameBytes && !containsControls(label));
+}
+
 QString checkItemName(const QString& name)
 {
     const bool isStep = name == QLatin1String(".") || name == QLatin1String("..");

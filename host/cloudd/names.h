@@ -21,6 +21,8 @@ QString decodeUtf8(const std::string& utf8);
 QString checkUserId(const std::string& utf8);
 /// Ids separated by line feeds, at most 100; duplicates are removed.
 QStringList checkUserIds(const std::string& utf8);
+/// Not empty, at most 255 bytes, no control characters.
+QString checkLabel(const std::string& utf8);
 /// A name that a local file can have: not empty, not "." or "..", at most 255 bytes, without "/"
 /// and control characters.
 QString checkItemName(const QString& name);

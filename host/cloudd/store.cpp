@@ -187,9 +187,11 @@ QString Store::openRecords(const QString& path)
                 run(statement);
             run("PRAGMA user_version = 1");
         }
-        // Older records of this format do not have it.
+        // Older records of this format do not have them.
         run("CREATE TABLE IF NOT EXISTS localCopies (itemId TEXT PRIMARY KEY NOT NULL REFERENCES items(id),"
             " sha256 TEXT NOT NULL)");
+        run("CREATE TABLE IF NOT EXISTS labels (itemId TEXT PRIMARY KEY NOT NULL REFERENCES items(id),"
+            " label TEXT NOT NULL, setupId TEXT NOT NULL, changeTime INTEGER NOT NULL)");
         transaction.commit();
     } catch (const Error&) {
         return QStringLiteral("can not be written");
@@ -409,6 +411,22 @@ QString Store::findLocalCopy(const QString& itemId)
 void Store::recordLocalCopy(const QString& itemId, const QString& sha256)
 {
     run("INSERT OR REPLACE INTO localCopies (itemId, sha256) VALUES (?, ?)", { itemId, sha256 });
+}
+
+std::optional<LabelStatus> Store::findLabelStatus(const QString& itemId)
+{
+    Rows row = run("SELECT label, setupId, changeTime FROM labels WHERE itemId = ?", { itemId });
+    if (!row.next())
+        return std::nullopt;
+    return LabelStatus { row.value(0).toString(), row.value(1).toString(), row.value(2).toLongLong() };
+}
+
+LabelStatus Store::recordLabelStatus(const QString& itemId, const QString& label, const QString& setupId)
+{
+    LabelStatus status { label, setupId, now() };
+    run("INSERT OR REPLACE INTO labels (itemId, label, setupId, changeTime) VALUES (?, ?, ?, ?)",
+        { itemId, label, setupId, status.changeTime });
+    return status;
 }
 
 void Store::add(const Task& task)

@@ -65,6 +65,13 @@ struct Task {
     QString sha256;
 };
 
+/// What is known of a file since it was set up as a web document.
+struct LabelStatus {
+    QString label;
+    QString setupId;       ///< of whoever set it up last
+    qint64 changeTime = 0; ///< ms since 1970
+};
+
 class Store {
 public:
     enum class Missing { Fail, Create };
@@ -121,6 +128,10 @@ public:
     /// The SHA-256 of the local copy of a file that was made last; empty when there was none.
     QString findLocalCopy(const QString& itemId);
     void recordLocalCopy(const QString& itemId, const QString& sha256);
+
+    std::optional<LabelStatus> findLabelStatus(const QString& itemId);
+    /// Returns what it has recorded.
+    LabelStatus recordLabelStatus(const QString& itemId, const QString& label, const QString& setupId);
 
     void add(const Task& task);
     /// Records how it ended. Ended tasks of PublicKind are kept, the last 1000 of a user; others are deleted.

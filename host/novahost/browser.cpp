@@ -5,6 +5,7 @@
 #include "host/novahost/browserfacts.h"
 #include "host/novahost/output.h"
 #include "host/profile/profile.h"
+#include "host/suite/plugins/pluginmanager.h"
 #include "host/suite/skin/skinimages.h"
 
 #include <QCoreApplication>
@@ -30,6 +31,15 @@ QString findEngine()
             return QDir::cleanPath(file);
     }
     return {};
+}
+
+/// The resources of a plugin with an instance object, empty when there is none of that name.
+QString findPanelPages(const QString& name)
+{
+    const suite::PluginManager* manager = suite::PluginManager::instance();
+    suite::Plugin* plugin = manager ? manager->find(name) : nullptr;
+    return plugin && plugin->instance() ? plugin->directory() + QLatin1Char('/') + plugin->manifest().resources
+                                        : QString();
 }
 
 } // namespace
@@ -80,6 +90,13 @@ QUrl Browser::pageOf(const QString& viewId) const
     return QUrl(QStringLiteral("nova://app/") + file);
 }
 
+bool Browser::choosePage(const QString& viewId, const QUrl& url)
+{
+    if (m_engine)
+        expect(viewId, url);
+    return m_engine != nullptr;
+}
+
 std::unique_ptr<engine::View> Browser::makeView(const QString& viewId, engine::ViewHost host)
 {
     if (!m_expected.contains(viewId) && pageOf(viewId).isEmpty())
@@ -105,7 +122,7 @@ engine::WebEngineHost Browser::host()
             } };
     };
     host.directory = [this](const QString& name) {
-        return name == QLatin1String("app") ? m_application : QString();
+        return name == QLatin1String("app") ? m_application : findPanelPages(name);
     };
     host.skinImage = suite::drawSkinImage;
     host.firstPage = [this](const QString& viewId) { return pageOf(viewId); };

@@ -24,6 +24,8 @@ public:
     void setApplication(const QString& directory) { m_application = directory; }
     /// Says what a view shows when it is made: an address, or the page that the engine has opened for it.
     void expect(const QString& viewId, const QUrl& url = {}) { m_expected[viewId] = url; }
+    /// The same while the engine runs; false when it does not.
+    bool choosePage(const QString& viewId, const QUrl& url);
     /// A view of this identifier; null when there is nothing for it to show, or no engine.
     std::unique_ptr<engine::View> makeView(const QString& viewId, engine::ViewHost host);
     /// Called when the first page has been opened, once.

@@ -166,6 +166,9 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     suite::setViewMaker([browser = &suite->m_browser](const QString& viewId, engine::ViewHost host) {
         return browser->makeView(viewId, std::move(host));
     });
+    suite::setPageChooser([browser = &suite->m_browser](const QString& viewId, const QUrl& page) {
+        return browser->choosePage(viewId, page);
+    });
     if (options.window || options.browser)
         suite->m_windowTitle = options.script.isNull() ? QLatin1String("") : options.script;
     return suite;
@@ -206,6 +209,7 @@ Suite::~Suite()
     suite::PluginManager::shutDown();
     closeWindows();
     suite::setViewMaker({});
+    suite::setPageChooser({});
     m_browser.stop();
     suite::SkinService::instance().shutDown();
     suite::CloudService::shutDown();

@@ -25,6 +25,12 @@ engine::ViewMaker& viewMaker()
     return maker;
 }
 
+suite::PageChooser& pageChooser()
+{
+    static suite::PageChooser chooser;
+    return chooser;
+}
+
 bool contain(const std::vector<QRect>& areas, const QPoint& place)
 {
     return std::any_of(areas.begin(), areas.end(), [&](const QRect& area) { return area.contains(place); });
@@ -46,6 +52,16 @@ QStringList localPaths(const QMimeData* data)
 void suite::setViewMaker(engine::ViewMaker maker)
 {
     viewMaker() = std::move(maker);
+}
+
+void suite::setPageChooser(PageChooser choose)
+{
+    pageChooser() = std::move(choose);
+}
+
+bool suite::choosePage(const QString& viewId, const QUrl& page)
+{
+    return pageChooser() && pageChooser()(viewId, page);
 }
 
 void suite::destroyWebWidgets()

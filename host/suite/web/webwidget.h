@@ -15,6 +15,10 @@ namespace suite {
 
 /// Has all web widgets made from now on show a view of that maker. Without one they are empty. [GUI thread]
 void setViewMaker(engine::ViewMaker maker);
+/// Has a view that is made later show a page, where `choose` can have it done: while a browser engine runs.
+using PageChooser = std::function<bool(const QString& viewId, const QUrl& page)>;
+void setPageChooser(PageChooser choose);
+bool choosePage(const QString& viewId, const QUrl& page);
 /// Destroys all web widgets, for the end of the suite. [GUI thread]
 void destroyWebWidgets();
 

@@ -1,0 +1,118 @@
+#include "webui/panelbridge.h"
+
+#include "suite/kplugin.h"
+#include "suite/kxloggerlite.h"
+
+#include <QMetaMethod>
+
+namespace jsapi {
+
+namespace {
+
+/// The method of that name which takes a notification; invalid when there is none.
+QMetaMethod findMethod(const QObject& panel, const QString& name)
+{
+    const QMetaObject* type = panel.metaObject();
+    for (int i = type->methodCount() - 1; i >= 0; --i) {
+        const QMetaMethod method = type->method(i);
+        if (QString::fromUtf8(method.name()) == name && method.methodType() != QMetaMethod::Signal
+            && method.parameterCount() == 1 && method.parameterType(0) == QMetaType::QVariantMap)
+            return method;
+    }
+    return {};
+}
+
+bool invoke(QObject& panel, const QString& name, const QVariantMap& notification)
+{
+    try {
+        return findMethod(panel, name).invoke(&panel, Qt::AutoConnection, Q_ARG(QVariantMap, notification));
+    } catch (...) {
+        return false;
+    }
+}
+
+} // namespace
+
+bool Argument<PanelNotification>::read(ArgumentReader& reader)
+{
+    QVariant given;
+    if (Converter<QVariant>::read(reader.next(), given) != Reading::Done
+        || given.userType() != QMetaType::QVariantMap)
+        return reader.refuse(InvalidArgument);
+    value.values = given.toMap();
+    return true;
+}
+
+QObject* KPanelHandle::findPanel()
+{
+    KPluginManager* plugins = KPluginManager::getInstance();
+    QObject* panel = plugins ? plugins->getPluginInstanceObject(heapString(m_panel.name)) : nullptr;
+    if (panel && m_callback)
+        (void)connectTo(*panel);
+    return panel;
+}
+
+bool KPanelHandle::connectTo(QObject& panel)
+{
+    if (m_source && m_source != &panel)
+        disconnect(m_source, m_panel.signal, this, SLOT(slot_panelNotify(QVariantMap)));
+    // The code of SIGNAL() comes first.
+    if (panel.metaObject()->indexOfSignal(m_panel.signal + 1) < 0)
+        return false;
+    m_source = &panel;
+    connect(&panel, m_panel.signal, this, SLOT(slot_panelNotify(QVariantMap)), Qt::UniqueConnection);
+    return true;
+}
+
+Answer<void> KPanelHandle::registerCallback(const JSContextEnv& page, PanelCallback& callback)
+{
+    QObject* panel = findPanel();
+    if (!panel || !connectTo(*panel))
+        return PanelNotFound;
+    m_page = page;
+    m_callback = std::move(callback.function);
+    return {};
+}
+
+Answer<void> KPanelHandle::notify(const QVariantMap& notification)
+{
+    QObject* panel = findPanel();
+    if (!panel)
+        return PanelNotFound;
+    // The panel's method may let the page go, and this handle with it.
+    const QString method = heapString(m_panel.method);
+    if (!invoke(*panel, method, toPanel(notification)))
+        return FailedInvokeMethod / method;
+    return {};
+}
+
+void KPanelHandle::slot_panelNotify(const QVariantMap& notification)
+{
+    if (!m_callback || !isForPage(notification))
+        return;
+    // The callback may register another one, or let the page go.
+    m_callback->AddRef();
+    const KRef<IJSFunction> callback(m_callback.get());
+    const QPointer<KPanelHandle> self(this);
+    const std::string panel = m_panel.name;
+    const KJSVariant argument = convertVariant(notification);
+    const KResult status = callback->Call(JSApiArguments(&argument, 1), nullptr);
+    if (status == KR_NOT_AVAILABLE && self && m_callback.get() == callback.get())
+        m_callback = {}; // its page has gone
+    else if (status != KR_OK)
+        KxLoggerLite::writeError(L"PanelBridge",
+            L"a page's callback for notifications of " + std::wstring(panel.begin(), panel.end())
+                + L" has failed: " + std::to_wstring(status));
+}
+
+Answer<void> registerPanelCallback(KPanelHandle& handle, const JSContextEnv& page, PanelCallback& callback)
+{
+    return handle.registerCallback(page, callback);
+}
+
+Answer<void> notifyPanel(KPanelHandle& handle, const PanelNotification& notification)
+{
+    return handle.notify(notification.values);
+}
+
+} // namespace jsapi

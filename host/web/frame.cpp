@@ -4,9 +4,6 @@
 #include "host/web/fromwire.h"
 #include "host/web/towire.h"
 
-#include <QCoreApplication>
-#include <QThread>
-
 namespace engine::web {
 
 namespace {
@@ -38,36 +35,10 @@ FrameFunction::FrameFunction(Frame& frame, std::int64_t id)
 {
 }
 
-KResult FrameFunction::QueryInterface(const KIID& iid, void** out)
-{
-    if (iid == IID_IUnknown || iid == IID_IJSFunction) {
-        AddRef();
-        *out = static_cast<IJSFunction*>(this);
-        return KR_OK;
-    }
-    *out = nullptr;
-    return KR_NO_INTERFACE;
-}
-
-std::uint32_t FrameFunction::Release()
-{
-    const std::uint32_t left = m_references.fetch_sub(1, std::memory_order_acq_rel) - 1;
-    if (left)
-        return left;
-    QCoreApplication* application = QCoreApplication::instance();
-    if (!application || application->thread() == QThread::currentThread())
-        end();
-    else
-        QMetaObject::invokeMethod(
-            application, [this] { end(); }, Qt::QueuedConnection);
-    return 0;
-}
-
-void FrameFunction::end()
+FrameFunction::~FrameFunction()
 {
     if (m_frame)
         m_frame->forgetFunction(this);
-    delete this;
 }
 
 KResult FrameFunction::Call(const JSApiArguments& arguments, KJSVariant* result)

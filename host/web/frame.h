@@ -18,11 +18,6 @@ class Frame;
 /// that the document gets, in the order of the calls.
 class FrameFunction final : public vexlite::PageFunction {
 public:
-    KResult QueryInterface(const KIID& iid, void** out) override;
-    std::uint32_t AddRef() override { return m_references.fetch_add(1, std::memory_order_relaxed) + 1; }
-    /// [any thread] On other threads than the GUI thread the object is destroyed from the event loop.
-    std::uint32_t Release() override;
-
     /// KR_REJECTED for a call whose arguments have no script form, and when more calls wait than a document may have.
     /// `result` stays empty.
     KResult Call(const JSApiArguments& arguments, KJSVariant* result) override;
@@ -35,10 +30,8 @@ public:
 private:
     friend class Frame;
     FrameFunction(Frame& frame, std::int64_t id);
-    ~FrameFunction() = default;
-    void end();
+    ~FrameFunction() override;
 
-    std::atomic<std::uint32_t> m_references { 1 };
     Frame* m_frame; ///< null once the document has gone
     std::int64_t m_id;
     JSContextEnv m_context;

@@ -9,7 +9,7 @@ QString findLibrary(const QString& name, const QString& installed)
 {
     const QDir programs(QCoreApplication::applicationDirPath());
     for (const QString& place : { QStringLiteral("../lib"), QStringLiteral("../") + installed, QString() }) {
-        const QString file = QDir::cleanPath(programs.filePath(place + QLatin1Char('/') + name));
+        QString file = QDir::cleanPath(programs.filePath(place + QLatin1Char('/') + name));
         if (QFile::exists(file))
             return file;
     }

@@ -4,7 +4,6 @@
 #include "bench/enginepage.h"
 #include "bench/page.h"
 #include "framework/factory.h"
-#include "host/vexlite/counted.h"
 #include "host/vexlite/pagefunction.h"
 
 #include <benchmark/benchmark.h>
@@ -32,7 +31,7 @@ const QString& eventName()
 }
 
 /// A native listener: what it costs is the delivery alone.
-class NativeListener final : public vexlite::Counted<vexlite::PageFunction, IID_IJSFunction> {
+class NativeListener final : public vexlite::PageFunction {
 public:
     NativeListener(const JSContextEnv& context, std::int64_t& heard)
         : m_context(context)

@@ -44,6 +44,17 @@
         return line;
     };
 
+    // An object stays the value of a property, with all that the page puts on it, as long as the owner is there.
+    const keptValues = new WeakMap();
+    const keepValue = (owner, name, value) => {
+        let kept = weakGet(keptValues, owner);
+        if (!kept) {
+            kept = { __proto__: null };
+            weakSet(keptValues, owner, kept);
+        }
+        kept[name] = value;
+    };
+
     // --- Values as text ------------------------------------------------------------------------------------------
 
     const maximumItems = 100;

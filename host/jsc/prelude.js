@@ -178,17 +178,6 @@
     const addGetter = (prototype, name, get) =>
         defineProperty(prototype, name, { __proto__: null, get, enumerable: true, configurable: true });
 
-    // An object stays the value of a property, with all that the page puts on it, as long as the owner is there.
-    const values = new WeakMap();
-    const keepValue = (owner, name, value) => {
-        let kept = weakGet(values, owner);
-        if (!kept) {
-            kept = { __proto__: null };
-            weakSet(values, owner, kept);
-        }
-        kept[name] = value;
-    };
-
     return {
         __proto__: null, nativePrototype, signalArray, keys: listKeys, languagePrototypes, objectPrototype, makeError,
         errorFromObject, makeTypeError, makeRangeError, describeError, settle, settleWith, run, fail, propertyNames,

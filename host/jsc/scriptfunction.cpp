@@ -4,9 +4,6 @@
 #include "host/jsc/pagestate.h"
 #include "host/jsc/toscript.h"
 
-#include <QCoreApplication>
-#include <QThread>
-
 namespace engine::jsc {
 
 ScriptFunction::ScriptFunction(PageState& page, JSObjectRef function)
@@ -16,36 +13,10 @@ ScriptFunction::ScriptFunction(PageState& page, JSObjectRef function)
 {
 }
 
-KResult ScriptFunction::QueryInterface(const KIID& iid, void** out)
-{
-    if (iid == IID_IUnknown || iid == IID_IJSFunction) {
-        AddRef();
-        *out = static_cast<IJSFunction*>(this);
-        return KR_OK;
-    }
-    *out = nullptr;
-    return KR_NO_INTERFACE;
-}
-
-std::uint32_t ScriptFunction::Release()
-{
-    const std::uint32_t left = m_references.fetch_sub(1, std::memory_order_acq_rel) - 1;
-    if (left)
-        return left;
-    QCoreApplication* application = QCoreApplication::instance();
-    if (!application || application->thread() == QThread::currentThread())
-        end();
-    else
-        QMetaObject::invokeMethod(
-            application, [this] { end(); }, Qt::QueuedConnection);
-    return 0;
-}
-
-void ScriptFunction::end()
+ScriptFunction::~ScriptFunction()
 {
     if (m_page)
         m_page->functions().forget(this);
-    delete this;
 }
 
 KResult ScriptFunction::Call(const JSApiArguments& arguments, KJSVariant* result)

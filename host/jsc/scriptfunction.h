@@ -4,7 +4,6 @@
 #include "host/jsc/api.h"
 #include "host/vexlite/pagefunction.h"
 
-#include <atomic>
 #include <unordered_set>
 
 namespace engine::jsc {
@@ -14,11 +13,6 @@ class PageState;
 /// Keeps its script function alive as long as it and the page live.
 class ScriptFunction final : public vexlite::PageFunction {
 public:
-    KResult QueryInterface(const KIID& iid, void** out) override;
-    std::uint32_t AddRef() override { return m_references.fetch_add(1, std::memory_order_relaxed) + 1; }
-    /// [any thread] On other threads than the GUI thread the object is destroyed from the event loop.
-    std::uint32_t Release() override;
-
     KResult Call(const JSApiArguments& arguments, KJSVariant* result) override;
     std::uintptr_t Identity() const override { return reinterpret_cast<std::uintptr_t>(m_function); }
     JSContextEnv Context() const override { return m_env; }
@@ -29,10 +23,8 @@ public:
 private:
     friend class Functions;
     ScriptFunction(PageState& page, JSObjectRef function);
-    ~ScriptFunction() = default;
-    void end();
+    ~ScriptFunction() override;
 
-    std::atomic<std::uint32_t> m_references { 1 };
     PageState* m_page; ///< null once the page has closed
     JSObjectRef m_function;
     JSContextEnv m_env;

@@ -3,12 +3,12 @@
 #include "host/engine/policy.h"
 #include "host/jsc/syntax.h"
 #include "host/novahost/browserfacts.h"
+#include "host/novahost/libraries.h"
 #include "host/novahost/output.h"
 #include "host/profile/profile.h"
 #include "host/suite/plugins/pluginmanager.h"
 #include "host/suite/skin/skinimages.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QRegularExpression>
 #include <QTimer>
@@ -19,19 +19,6 @@ namespace novahost {
 namespace {
 
 constexpr char EngineName[] = "libnovaweb.so";
-
-/// Beside the stand-in's other libraries: in the build tree and the install tree.
-QString findEngine()
-{
-    const QDir programs(QCoreApplication::applicationDirPath());
-    for (const char* place : { "../lib", "../" NOVAHOST_STANDIN_LIBDIR, "." }) {
-        const QString file =
-            programs.filePath(QString::fromLatin1(place) + QLatin1Char('/') + QLatin1String(EngineName));
-        if (QFile::exists(file))
-            return QDir::cleanPath(file);
-    }
-    return {};
-}
 
 /// The resources of a plugin with an instance object, empty when there is none of that name.
 QString findPanelPages(const QString& name)
@@ -57,7 +44,7 @@ engine::WebEngine* Browser::engine(QString& error)
             "pages that you trust, set QTWEBENGINE_DISABLE_SANDBOX=1");
         return nullptr;
     }
-    m_library.setFileName(findEngine());
+    m_library.setFileName(findLibrary(QLatin1String(EngineName), QStringLiteral(NOVAHOST_STANDIN_LIBDIR)));
     const auto make = m_library.fileName().isEmpty()
         ? nullptr
         : reinterpret_cast<engine::MakeWebEngine>(m_library.resolve(engine::MakeWebEngineName));

@@ -2,6 +2,7 @@
 
 #include "host/krt/centre.h"
 #include "host/novahost/browserfacts.h"
+#include "host/novahost/libraries.h"
 #include "host/novahost/pageplays.h"
 #include "host/novahost/policy.h"
 #include "host/profile/directories.h"
@@ -30,19 +31,6 @@ namespace {
 
 constexpr char LibraryName[] = "libvexlitejsapi.so";
 constexpr char EntryName[] = "GetNovaExtensionJsApiObj";
-
-/// Searches beside this program, in the build tree and the install tree.
-QString findLibrary()
-{
-    const QDir programs(QCoreApplication::applicationDirPath());
-    for (const char* place : { "../lib", "../" NOVAHOST_LIBDIR, "." }) {
-        const QString file =
-            programs.filePath(QString::fromLatin1(place) + QLatin1Char('/') + QLatin1String(LibraryName));
-        if (QFile::exists(file))
-            return QDir::cleanPath(file);
-    }
-    return {};
-}
 
 vexlite::CoreServices readServices()
 {
@@ -145,7 +133,9 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     suite->m_engine = engine::makeJscEngine();
     // Before any page is opened: so the cloud process is notified of a login before a page reacts to it.
     suite::CloudService::instance();
-    const QString library = options.libraryFile.isEmpty() ? findLibrary() : options.libraryFile;
+    const QString library = options.libraryFile.isEmpty()
+        ? findLibrary(QLatin1String(LibraryName), QStringLiteral(NOVAHOST_LIBDIR))
+        : options.libraryFile;
     if (!suite->loadLibrary(library, error))
         return nullptr;
     suite::PluginManager::start();

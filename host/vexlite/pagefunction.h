@@ -3,17 +3,36 @@
 
 #include "vexlite/jsonvalue.h"
 
+#include <atomic>
+
 namespace vexlite {
 
-/// Every IJSFunction of an engine is one. [GUI thread]
+/// Every IJSFunction of an engine is one. A new one has one reference, for its maker. [GUI thread]
 class PageFunction : public IJSFunction {
 public:
+    PageFunction() = default;
+    PageFunction(const PageFunction&) = delete;
+    PageFunction& operator=(const PageFunction&) = delete;
+
+    KResult QueryInterface(const KIID& iid, void** out) final;
+    /// [any thread]
+    std::uint32_t AddRef() final { return m_references.fetch_add(1, std::memory_order_relaxed) + 1; }
+    /// [any thread] On other threads than the GUI thread the object is destroyed from the event loop.
+    std::uint32_t Release() final;
+
     /// What distinguishes functions: two wrappers return the same identity exactly when they wrap the same
     /// function of the same page. It stays as it is, and names no other function of that page, while either
     /// of them lives.
     virtual std::uintptr_t Identity() const = 0;
     /// The page it belongs to.
     virtual JSContextEnv Context() const = 0;
+
+protected:
+    /// Called on the GUI thread, or after the application has ended.
+    virtual ~PageFunction() = default;
+
+private:
+    std::atomic<std::uint32_t> m_references { 1 };
 };
 
 } // namespace vexlite

@@ -4,9 +4,6 @@
 #include "host/web/fromwire.h"
 #include "host/web/towire.h"
 
-#include <QCoreApplication>
-#include <QThread>
-
 namespace engine::web {
 
 namespace {
@@ -18,85 +15,21 @@ QString hex(KResult code)
     return QStringLiteral("0x%1").arg(code, 8, 16, QLatin1Char('0'));
 }
 
-/// A reply without classes and messages.
-QString withNothing(QString answer)
+QString closedReply()
 {
-    const int place = answer.size();
-    WireWriter reply(std::move(answer));
-    reply.count(0);
-    reply.count(0);
-    reply.end(place);
+    WireWriter reply(QStringLiteral("c"));
+    reply.endReply({}, {});
     return reply.take();
 }
 
 } // namespace
 
-FrameFunction::FrameFunction(Frame& frame, std::int64_t id)
-    : m_frame(&frame)
-    , m_id(id)
-    , m_context(frame.context())
-{
-}
-
-KResult FrameFunction::QueryInterface(const KIID& iid, void** out)
-{
-    if (iid == IID_IUnknown || iid == IID_IJSFunction) {
-        AddRef();
-        *out = static_cast<IJSFunction*>(this);
-        return KR_OK;
-    }
-    *out = nullptr;
-    return KR_NO_INTERFACE;
-}
-
-std::uint32_t FrameFunction::Release()
-{
-    const std::uint32_t left = m_references.fetch_sub(1, std::memory_order_acq_rel) - 1;
-    if (left)
-        return left;
-    QCoreApplication* application = QCoreApplication::instance();
-    if (!application || application->thread() == QThread::currentThread())
-        end();
-    else
-        QMetaObject::invokeMethod(
-            application, [this] { end(); }, Qt::QueuedConnection);
-    return 0;
-}
-
-void FrameFunction::end()
-{
-    if (m_frame)
-        m_frame->forgetFunction(this);
-    delete this;
-}
-
-KResult FrameFunction::Call(const JSApiArguments& arguments, KJSVariant* result)
-{
-    if (result)
-        *result = {};
-    if (!m_frame)
-        return KR_NOT_AVAILABLE;
-    if (static_cast<std::size_t>(m_frame->m_messages.size()) > Frame::maximumQueuedUnits)
-        return KR_REJECTED;
-    WireWriter message;
-    message.unit('f');
-    message.count(static_cast<std::uint64_t>(m_id));
-    message.count(arguments.size());
-    ToWire toWire(*m_frame, QStringLiteral("NovaExtension"));
-    for (const KJSVariant& argument : arguments) {
-        if (!toWire.write(message, argument.raw()))
-            return KR_REJECTED;
-    }
-    m_frame->queue(message.take());
-    return KR_OK;
-}
-
 Frame::Frame(QString name, QString origin, bool isTop, OriginRights rights, Host host)
     : m_name(std::move(name))
     , m_origin(std::move(origin))
     , m_isTop(isTop)
-    , m_rights(std::move(rights))
     , m_host(std::move(host))
+    , m_handles(std::move(rights))
 {
 }
 
@@ -119,32 +52,26 @@ void Frame::close()
     if (core)
         core->closePage(m_context);
     for (FrameFunction* function : m_functions)
-        function->m_frame = nullptr;
-    const auto handles = std::exchange(m_handles, {});
-    if (core) {
+        function->forgetFrame();
+    if (core)
         core->addLiveFunctions(-static_cast<int>(m_functions.size()));
-        core->addLiveObjects(-static_cast<int>(handles.size()));
-    }
     m_functions.clear();
-    m_handleIds.clear();
     m_promises.clear();
-    m_messages.clear();
-    m_later.clear();
-    m_newClasses.clear();
-    m_messageCount = m_laterCount = m_newClassCount = 0;
-    m_script = {};
+    m_messages = {};
+    m_later = {};
+    m_script.host = {};
     // A call that is being performed is still on the stack.
     for (auto waiting = m_waiting.begin(); waiting != m_waiting.end();)
         waiting = waiting->second.isDone ? m_waiting.erase(waiting) : std::next(waiting);
-    if (const auto report = std::exchange(closed, nullptr))
+    m_handles.clear();
+    if (const auto report = std::exchange(m_script.closed, nullptr))
         report();
 }
 
-void Frame::setScript(PageHost host, const QStringList& arguments)
+void Frame::setScript(FrameScript script)
 {
     m_isScript = true;
-    m_script = std::move(host);
-    m_arguments = arguments;
+    m_script = std::move(script);
 }
 
 void Frame::runScript(int ticket, bool isExpression, const QString& fileName, const QString& source)
@@ -162,18 +89,15 @@ void Frame::queue(const QString& message)
 {
     if (!m_isOpen)
         return;
-    m_messages += message;
-    ++m_messageCount;
+    m_messages.add(message);
     wake();
 }
 
 // For what need not come soon, and must not come before the answer of a call under way: it may still name what goes.
 void Frame::queueLater(const QString& message)
 {
-    if (!m_isOpen)
-        return;
-    m_later += message;
-    ++m_laterCount;
+    if (m_isOpen)
+        m_later.add(message);
 }
 
 void Frame::wake()
@@ -183,22 +107,11 @@ void Frame::wake()
     m_host.wake();
 }
 
-QString Frame::closedReply() const
-{
-    return withNothing(QStringLiteral("c"));
-}
-
 QString Frame::withMessages(QString answer)
 {
-    const int place = answer.size();
     WireWriter reply(std::move(answer));
-    reply.count(static_cast<std::uint64_t>(std::exchange(m_newClassCount, 0)));
-    reply.append(std::exchange(m_newClasses, {}));
-    reply.count(static_cast<std::uint64_t>(std::exchange(m_messageCount, 0)));
-    reply.append(std::exchange(m_messages, {}));
-    reply.end(place);
+    reply.endReply(m_handles.takeNewClasses(), m_messages);
     m_messages = std::exchange(m_later, {});
-    m_messageCount = std::exchange(m_laterCount, 0);
     m_isWoken = false;
     return reply.take();
 }
@@ -215,11 +128,12 @@ QString Frame::greeting()
     for (const QString& name : names)
         greeting.text(name);
     if (m_isScript) {
-        greeting.count(static_cast<std::uint64_t>(m_arguments.size()));
-        for (const QString& argument : m_arguments)
+        greeting.count(static_cast<std::uint64_t>(m_script.arguments.size()));
+        for (const QString& argument : m_script.arguments)
             greeting.text(argument);
     }
-    return withNothing(greeting.take());
+    greeting.endReply({}, {});
+    return greeting.take();
 }
 
 QString Frame::reply(char request, WireReader& reader)
@@ -245,7 +159,7 @@ QString Frame::reply(char request, WireReader& reader)
     case 'R':
         while (!reader.atEnd()) {
             const std::int64_t handle = reader.count();
-            releaseHandle(handle, reader.count());
+            m_handles.release(handle, reader.count());
         }
         break;
     case 'P':
@@ -280,44 +194,37 @@ QString Frame::bindRoot(WireReader& reader)
     while (!reader.atEnd())
         name += QLatin1Char(reader.unit());
     const QString tag = QStringLiteral("NovaExtension.") + name;
-    std::int64_t id = m_rootHandles.count(name) ? m_rootHandles[name] : 0;
-    if (!id) {
-        vexlite::BoundObject bound = vexlite::Core::instance()->bindObject(m_context, name);
-        const KResult status = bound.status;
-        if (status == KR_OK && bound.object && bound.members)
-            id = share(std::move(bound), tag);
-        if (!id)
-            return failure(OperationFailed,
-                QStringLiteral("%1 can not be bound: %2").arg(tag, hex(status ? status : KR_NOT_AVAILABLE)));
-        m_rootHandles[name] = id;
-    } else {
-        ++m_handles[id].sent;
-    }
     WireWriter answer;
     answer.unit('r');
-    answer.unit('h');
-    answer.count(static_cast<std::uint64_t>(id));
-    answer.count(static_cast<std::uint64_t>(m_handles[id].nativeClass->id));
+    const auto root = m_roots.find(name);
+    if (root != m_roots.end() && m_handles.writeAgain(answer, root->second))
+        return answer.take();
+    vexlite::BoundObject bound = vexlite::Core::instance()->bindObject(m_context, name);
+    if (bound.status != KR_OK || !bound.object || !bound.members)
+        return failure(OperationFailed,
+            QStringLiteral("%1 can not be bound: %2")
+                .arg(tag, hex(bound.status ? bound.status : KR_NOT_AVAILABLE)));
+    m_roots[name] = m_handles.write(answer, std::move(bound), tag);
     return answer.take();
 }
 
 QString Frame::callMember(WireReader& reader)
 {
-    const auto handle = m_handles.find(reader.count());
+    const Handle* handle = m_handles.find(reader.count());
     const auto id = static_cast<std::int32_t>(reader.count());
     const std::int64_t count = reader.count();
     constexpr std::int64_t MaximumArguments = 255;
-    if (reader.failed() || handle == m_handles.end() || count > MaximumArguments)
+    if (reader.failed() || !handle || count > MaximumArguments)
         return typeError(QStringLiteral("Illegal invocation"));
-    const auto member = handle->second.nativeClass->members.find(id);
-    if (member == handle->second.nativeClass->members.end())
+    const auto member = handle->nativeClass->members.find(id);
+    if (member == handle->nativeClass->members.end())
         return typeError(QStringLiteral("Illegal invocation"));
     const auto& [access, name] = member->second;
     WaitingCall call;
-    call.object = handle->second.object;
+    call.object = handle->object;
     call.member = id;
     call.arguments.resize(static_cast<std::size_t>(count));
-    call.tag = handle->second.nativeClass->tag + QLatin1Char('.') + name;
+    call.tag = handle->nativeClass->tag + QLatin1Char('.') + name;
     FromWire fromWire(*this, reader);
     for (KJSVariant& argument : call.arguments) {
         if (!fromWire.read(argument))
@@ -398,161 +305,27 @@ QString Frame::scriptRequest(WireReader& reader)
 {
     if (!m_isScript)
         return {};
-    const auto optionalCode = [&](Outcome& outcome) {
-        const QString code = reader.text().toString();
-        outcome.hasCode = !code.isEmpty();
-        outcome.code = code.toInt();
-    };
-    QString answer;
-    while (!reader.atEnd()) {
-        switch (reader.unit()) {
-        case 'p': {
-            const bool isError = !reader.text().isEmpty();
-            const QString line = reader.text().toString();
-            if (m_script.console)
-                m_script.console(line, isError);
-            break;
-        }
-        case 'x': {
-            const int code = reader.text().toString().toInt();
-            const auto exitRequested = m_script.exitRequested;
-            closed = nullptr;
-            close();
-            if (exitRequested)
-                exitRequested(code);
-            break;
-        }
-        case 'u': {
-            Outcome outcome;
-            outcome.text = reader.text().toString();
-            outcome.stack = reader.text().toString();
-            optionalCode(outcome);
-            if (m_script.uncaughtError)
-                m_script.uncaughtError(outcome);
-            break;
-        }
-        case 'f': {
-            const int ticket = reader.text().toString().toInt();
-            Outcome outcome;
-            outcome.ok = !reader.text().isEmpty();
-            outcome.text = reader.text().toString();
-            outcome.json = reader.text().toString();
-            outcome.stack = reader.text().toString();
-            optionalCode(outcome);
-            if (finished)
-                finished(ticket, outcome);
-            break;
-        }
-        case 's': {
-            const QString steps = reader.text().toString();
-            const QString fault =
-                m_script.play ? m_script.play(steps) : QStringLiteral("this page has nothing to play");
-            answer = fault.isEmpty() ? QString() : failure(1, fault);
-            break;
-        }
-        default:
-            return answer;
-        }
-    }
-    return answer;
+    const QString fault = m_script.report(reader, [this] {
+        m_script.closed = nullptr;
+        close();
+    });
+    return fault.isEmpty() ? QString() : failure(1, fault);
 }
 
-std::int64_t Frame::share(IJSExtentionObject* object, const QString& name, KResult& status)
+void Frame::addFunction(FrameFunction& function)
 {
-    if (const auto known = m_handleIds.find(object); known != m_handleIds.end()) {
-        ++m_handles[known->second].sent;
-        return known->second;
-    }
-    if (!m_isOpen)
-        return 0;
-    vexlite::BoundObject bound = vexlite::Core::instance()->bindSubObject(m_context, object);
-    status = bound.status;
-    if (status != KR_OK || !bound.object || !bound.members)
-        return 0;
-    const QString known = bound.name;
-    return share(std::move(bound), known.isEmpty() ? name : known);
-}
-
-std::int64_t Frame::share(vexlite::BoundObject bound, const QString& name)
-{
-    IJSExtentionObject* object = bound.object.get();
-    if (const auto known = m_handleIds.find(object); known != m_handleIds.end()) {
-        ++m_handles[known->second].sent;
-        return known->second;
-    }
-    const NativeClass& nativeClass = classOf(object, *bound.members.get(), name);
-    const std::int64_t id = ++m_lastHandle;
-    m_handles.emplace(id, Handle { std::move(bound.object), &nativeClass, 1 });
-    m_handleIds.emplace(object, id);
-    vexlite::Core::instance()->addLiveObjects(1);
-    return id;
-}
-
-const Frame::NativeClass& Frame::classOf(
-    IJSExtentionObject* object, IJSMemberList& members, const QString& tag)
-{
-    auto made = std::make_unique<NativeClass>();
-    made->id = static_cast<int>(m_classes.size());
-    made->typeId = object->GetTypeId();
-    made->tag = tag;
-    WireWriter text;
-    int count = 0;
-    for (std::int32_t i = 0; i < members.Count(); ++i) {
-        const QString name = QString::fromUtf16(members.Name(i));
-        if (!m_rights.allows(tag, name, members.Mask(i)))
-            continue;
-        const JSAccess access = members.Kind(i) == 0 ? JSAccess::Method : JSAccess::PropertyGet;
-        made->members.emplace(members.Id(i), std::pair(access, name));
-        text.unit(access == JSAccess::Method ? 'm' : 'g');
-        text.count(static_cast<std::uint64_t>(members.Id(i)));
-        text.text(name);
-        ++count;
-    }
-    for (const auto& known : m_classes) {
-        if (known->typeId == made->typeId && known->members == made->members)
-            return *known;
-    }
-    WireWriter whole;
-    whole.count(static_cast<std::uint64_t>(made->id));
-    whole.text(tag);
-    whole.count(static_cast<std::uint64_t>(count));
-    whole.append(text.written());
-    m_newClasses += whole.written();
-    ++m_newClassCount;
-    m_classes.push_back(std::move(made));
-    return *m_classes.back();
-}
-
-// The document has dropped what it had got `sent` times. It may have got the object again meanwhile.
-void Frame::releaseHandle(std::int64_t id, std::int64_t sent)
-{
-    const auto found = m_handles.find(id);
-    if (found == m_handles.end() || (found->second.sent -= sent) > 0)
-        return;
-    const Handle dropped = std::move(found->second);
-    m_handles.erase(found);
-    m_handleIds.erase(dropped.object.get());
-    std::erase_if(m_rootHandles, [id](const auto& root) { return root.second == id; });
-    vexlite::Core::instance()->addLiveObjects(-1);
-}
-
-FrameFunction* Frame::keepFunction(std::int64_t id)
-{
-    auto* kept = new FrameFunction(*this, id);
-    m_functions.insert(kept);
+    m_functions.insert(&function);
     vexlite::Core::instance()->addLiveFunctions(1);
-    return kept;
 }
 
-void Frame::forgetFunction(FrameFunction* function)
+void Frame::removeFunction(FrameFunction& function)
 {
-    if (!m_functions.erase(function))
-        return;
+    m_functions.erase(&function);
     if (vexlite::Core* core = vexlite::Core::instance())
         core->addLiveFunctions(-1);
     WireWriter message;
     message.unit('d');
-    message.count(static_cast<std::uint64_t>(function->m_id));
+    message.count(static_cast<std::uint64_t>(function.id()));
     message.count(1);
     queueLater(message.take());
 }

@@ -70,14 +70,14 @@ bool FromWire::readValue(KJSVariant& out, int depth)
         const std::int64_t id = m_reader.count();
         if (m_reader.failed() || !id)
             return false;
-        out = KJSVariant::fromUnknown(m_frame.keepFunction(id));
+        out = KJSVariant::fromUnknown(new FrameFunction(m_frame, id));
         return true;
     }
     case 'h': {
-        const auto found = m_frame.m_handles.find(m_reader.count());
-        if (found == m_frame.m_handles.end())
+        const Handle* handle = m_frame.handles().find(m_reader.count());
+        if (!handle)
             return false;
-        out = KJSVariant::fromUnknown(vexlite::Ref<IJSExtentionObject>(found->second.object).release());
+        out = KJSVariant::fromUnknown(vexlite::Ref<IJSExtentionObject>(handle->object).release());
         return true;
     }
     default:

@@ -511,17 +511,6 @@
         return made;
     };
 
-    // An object stays the value of a property, with all that the page puts on it, as long as the owner is there.
-    const values = new WeakMap();
-    const keepValue = (owner, name, value) => {
-        let kept = weakGet(values, owner);
-        if (!kept) {
-            kept = { __proto__: null };
-            weakSet(values, owner, kept);
-        }
-        kept[name] = value;
-    };
-
     // What a member returns or throws.
     const result = (reader) => {
         if (!reader)

@@ -24,14 +24,15 @@ void ScriptPage::attach(Frame& frame)
     if (const std::shared_ptr<Frame> before = m_frame.lock())
         before->close();
     m_frame = frame.weak_from_this();
-    frame.setScript(m_host, m_options.arguments);
-    frame.finished = [this](int ticket, const Outcome& outcome) { finish(ticket, outcome); };
-    frame.closed = [this] {
+    FrameScript script { m_host, m_options.arguments, {}, {} };
+    script.finished = [this](int ticket, const Outcome& outcome) { finish(ticket, outcome); };
+    script.closed = [this] {
         Outcome gone;
         gone.text = QStringLiteral("the page has gone");
         while (!m_running.empty())
             finish(m_running.begin()->first, gone);
     };
+    frame.setScript(std::move(script));
     for (Work& work : std::exchange(m_later, {}))
         begin(std::move(work));
 }
@@ -82,8 +83,7 @@ void ScriptPage::close()
     m_later.clear();
     m_running.clear();
     if (const std::shared_ptr<Frame> frame = m_frame.lock()) {
-        frame->finished = nullptr;
-        frame->closed = nullptr;
+        frame->setScript({});
         frame->close();
     }
 }

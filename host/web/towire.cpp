@@ -190,7 +190,7 @@ bool ToWire::writeInterface(WireWriter& writer, IUnknown* object, int depth)
     if (const auto json = ask<IJSONValue>(object, IID_IJSONValue))
         return writeObject(writer, *json.get(), depth);
     if (const std::int64_t promise = vexlite::promiseHandle(object)) {
-        if (!m_frame.m_promises.count(promise))
+        if (!m_frame.hasPromise(promise))
             return fail(
                 QStringLiteral("the answer is a promise that is not of this page, or was settled long ago"));
         writer.unit('p');
@@ -218,13 +218,10 @@ bool ToWire::writeInterface(WireWriter& writer, IUnknown* object, int depth)
 bool ToWire::writeHandle(WireWriter& writer, IJSExtentionObject* object)
 {
     KResult status = KR_NOT_AVAILABLE;
-    const std::int64_t id = object ? m_frame.share(object, m_name, status) : 0;
-    if (!id)
+    if (!object || !m_frame.isOpen()
+        || !m_frame.handles().write(writer, object, m_frame.context(), m_name, status))
         return fail(
             QStringLiteral("%1 can not be bound: 0x%2").arg(m_name).arg(status, 8, 16, QLatin1Char('0')));
-    writer.unit('h');
-    writer.count(static_cast<std::uint64_t>(id));
-    writer.count(static_cast<std::uint64_t>(m_frame.m_handles[id].nativeClass->id));
     return true;
 }
 

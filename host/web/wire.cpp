@@ -90,6 +90,16 @@ void WireWriter::text(const QChar* units, std::size_t count)
     replaceUnits(reinterpret_cast<char16_t*>(m_text.data()) + begin, count, u'\0', standIn);
 }
 
+void WireWriter::endReply(const WireBatch& classes, const WireBatch& messages)
+{
+    const int place = m_text.size();
+    for (const WireBatch* batch : { &classes, &messages }) {
+        count(batch->count);
+        m_text += batch->text;
+    }
+    m_text += QLatin1Char(';') + QString::number(place);
+}
+
 QString WireText::toString() const
 {
     QString made = units.toString();

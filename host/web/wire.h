@@ -27,6 +27,18 @@ namespace engine::web {
 /// Writes every unit, unlike std::replace, so that compilers take many at a time.
 void replaceUnits(char16_t* units, std::size_t count, char16_t unit, char16_t by);
 
+/// What a reply has as one count and so many: classes, or messages.
+struct WireBatch {
+    QString text;
+    std::uint64_t count = 0;
+
+    void add(const QString& written)
+    {
+        text += written;
+        ++count;
+    }
+};
+
 /// Writes the parts of a text. [GUI thread]
 class WireWriter {
 public:
@@ -42,9 +54,8 @@ public:
     void number(double number);
     void text(const QChar* units, std::size_t count);
     void text(const QString& text) { this->text(text.constData(), static_cast<std::size_t>(text.size())); }
-    void append(const QString& written) { m_text += written; }
-    /// Ends a reply whose classes are at `place`.
-    void end(int place) { m_text += QLatin1Char(';') + QString::number(place); }
+    /// Makes what is written, an answer, a whole reply.
+    void endReply(const WireBatch& classes, const WireBatch& messages);
 
     const QString& written() const { return m_text; }
     QString take() { return std::exchange(m_text, {}); }

@@ -36,6 +36,13 @@ inline std::string bytesOf(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "(no file)";
 }
 
+inline bool writeBytes(const QString& path, const std::string& bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly)
+        && file.write(bytes.data(), static_cast<qint64>(bytes.size())) >= 0;
+}
+
 inline std::string sha256(const std::string& bytes)
 {
     return QCryptographicHash::hash(QByteArray::fromStdString(bytes), QCryptographicHash::Sha256)
@@ -127,9 +134,7 @@ public:
     std::string source(const std::string& name, const std::string& bytes) const
     {
         const QString path = m_directory + QLatin1Char('/') + q(name);
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly)
-            || file.write(bytes.data(), static_cast<qint64>(bytes.size())) < 0)
+        if (!writeBytes(path, bytes))
             abort();
         return path.toStdString();
     }

@@ -7,7 +7,6 @@
 #pragma once
 
 #include "host/vexlite/core.h"
-#include "host/vexlite/counted.h"
 #include "host/vexlite/pagefunction.h"
 #include "tests/support/values.h"
 
@@ -16,7 +15,7 @@
 namespace support {
 
 /// A script function; what it does is up to the test.
-class FakeFunction final : public vexlite::Counted<vexlite::PageFunction, IID_IJSFunction> {
+class FakeFunction final : public vexlite::PageFunction {
 public:
     using Body = std::function<KResult(const JSApiArguments&)>;
 

@@ -1,3 +1,4 @@
+#include "host/vexlite/counted.h"
 #include "tests/vexlite/fakes.h"
 
 #include <cstring>

@@ -6,43 +6,19 @@ usage: windows_test.py NOVAHOST DRAG_SOURCE SCRIPT
 import contextlib
 import json
 import os
+import pathlib
 import re
 import subprocess
 import sys
 import tempfile
 import time
 
-PATIENCE = 60  # seconds
-
-
-def tool(*command):
-    return subprocess.run(command, capture_output=True, text=True, check=False).stdout
-
-
-def until(find, what):
-    end = time.monotonic() + PATIENCE
-    while time.monotonic() < end:
-        found = find()
-        if found:
-            return found
-        time.sleep(0.03)
-    sys.exit(f"not seen: {what}")
-
-
-def visible(title):
-    return tool("xdotool", "search", "--onlyvisible", "--name", f"^{re.escape(title)}$").split()
-
-
-def window(title):
-    return until(lambda: visible(title), f"window {title!r}")[-1]
+sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "support"))
+from display import PATIENCE, display, environment, prop, running, tool, until, visible, window
 
 
 def active():
     return tool("xdotool", "getactivewindow").strip()
-
-
-def prop(title, name):
-    return tool("xprop", "-id", window(title), name)
 
 
 def focus(title):
@@ -108,40 +84,19 @@ STEPS = {
 
 
 @contextlib.contextmanager
-def running(*command, **options):
-    process = subprocess.Popen(command, **options)
-    try:
-        yield process
-    finally:
-        process.kill()
-        process.wait()
-
-
-@contextlib.contextmanager
-def display():
-    reader, writer = os.pipe()
-    server = ["Xvfb", "-displayfd", str(writer), "-nolisten", "tcp", "-screen", "0", "1280x960x24"]
-    with running(*server, pass_fds=[writer], stderr=subprocess.DEVNULL):
-        os.close(writer)
-        with open(reader, encoding="ascii") as numbers:
-            os.environ["QT_QPA_PLATFORM"] = "xcb"
-            os.environ["DISPLAY"] = f":{numbers.readline().strip()}"
-        with running("openbox", "--config-file", "/dev/null", stderr=subprocess.DEVNULL):
-            until(lambda: "window id" in tool("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"), "window manager")
-            yield
+def desktop():
+    with display(), running("openbox", "--config-file", "/dev/null", stderr=subprocess.DEVNULL):
+        until(lambda: "window id" in tool("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"), "window manager")
+        yield
 
 
 def run(novahost, engine, script, directory, scale):
     profile = f"{directory}/profile.json"
     with open(profile, "w", encoding="utf-8") as file:
         json.dump({"dpi": {"scale": scale}}, file)
-    # What the X plug-in's libraries keep can not be told by name: they are unloaded before leaks are looked for.
-    environment = {**os.environ, "HOME": directory,
-                   "ASAN_OPTIONS": f"{os.environ.get('ASAN_OPTIONS', '')}:detect_leaks=0"}
-    if os.geteuid() == 0:
-        environment["QTWEBENGINE_DISABLE_SANDBOX"] = "1"
+    root = {"QTWEBENGINE_DISABLE_SANDBOX": "1"} if os.geteuid() == 0 else {}
     command = [novahost, engine, "--profile", profile, "run", script, directory, str(scale)]
-    with running(*command, stdout=subprocess.PIPE, text=True, env=environment) as host:
+    with running(*command, stdout=subprocess.PIPE, text=True, env=environment(directory, **root)) as host:
         for line in host.stdout:
             try:
                 done, step, *arguments = json.loads(line)
@@ -155,7 +110,7 @@ def run(novahost, engine, script, directory, scale):
 
 def main():
     novahost, engine, source, script = sys.argv[1:]
-    with display():
+    with desktop():
         for scale in (1, 1.5, 2):
             with tempfile.TemporaryDirectory() as directory:
                 files = [f"{directory}/{name}" for name in ("a file.txt", "b.txt")]

@@ -2,9 +2,9 @@
 
 usage: dialogs_test.py NOVAHOST
 """
-import contextlib
 import json
 import os
+import pathlib
 import re
 import signal
 import subprocess
@@ -12,7 +12,8 @@ import sys
 import tempfile
 import time
 
-PATIENCE = 60  # seconds until a window counts as missing
+sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "support"))
+from display import PATIENCE, display, environment, prop, tool, until, window
 
 # Name, the member, what the user types, and what the page is answered; $D is the directory.
 ROWS = [
@@ -23,48 +24,12 @@ ROWS = [
 ]
 
 
-def tool(*command):
-    return subprocess.run(command, capture_output=True, text=True, check=False).stdout
-
-
-def until(find, what):
-    end = time.monotonic() + PATIENCE
-    while time.monotonic() < end:
-        found = find()
-        if found:
-            return found
-        time.sleep(0.05)
-    sys.exit(f"there was no {what}")
-
-
-def window(title):
-    """The id of the window that the user sees under a title."""
-    return until(lambda: tool("xdotool", "search", "--onlyvisible", "--name", f"^{re.escape(title)}$").split(), f"window {title!r}")[-1]
-
-
-@contextlib.contextmanager
-def display():
-    reader, writer = os.pipe()
-    server = subprocess.Popen(["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x1024x24", "-nolisten", "tcp"],
-                              pass_fds=[writer], stderr=subprocess.DEVNULL)
-    os.close(writer)
-    try:
-        with open(reader, encoding="ascii") as numbers:
-            os.environ["DISPLAY"] = f":{numbers.readline().strip()}"
-        yield
-    finally:
-        server.terminate()
-        server.wait()
-
-
 def start(novahost, directory, script):
     path = f"{directory}/page.js"
     with open(path, "w", encoding="utf-8") as file:
         file.write(f"with (NovaExtension.FileSystem) {{ {script} }} exit(0);")
-    # What the X plug-in's libraries keep can not be told by name: they are unloaded before leaks are looked for.
-    environment = {**os.environ, "HOME": directory, "PATH": f"{directory}/bin:{os.environ['PATH']}", "QT_QPA_PLATFORM": "xcb",
-                   "ASAN_OPTIONS": f"{os.environ.get('ASAN_OPTIONS', '')}:detect_leaks=0"}
-    return path, subprocess.Popen([novahost, "--window", "run", path], stdout=subprocess.PIPE, text=True, env=environment)
+    variables = environment(directory, PATH=f"{directory}/bin:{os.environ['PATH']}")
+    return path, subprocess.Popen([novahost, "--window", "run", path], stdout=subprocess.PIPE, text=True, env=variables)
 
 
 def answers_by_key(novahost, directory):
@@ -72,7 +37,7 @@ def answers_by_key(novahost, directory):
     page, host = start(novahost, directory, f"console.log(JSON.stringify([{calls}]));")
     shown = int(window(page))
     for name, _, keys, _ in ROWS:
-        owner = re.search(r"# (0x[0-9a-f]+)", tool("xprop", "-id", window(name), "WM_TRANSIENT_FOR"))
+        owner = re.search(r"# (0x[0-9a-f]+)", prop(name, "WM_TRANSIENT_FOR"))
         if name != "NameToSaveTo" and (not owner or int(owner[1], 16) != shown):
             sys.exit(f"{name}: the page's window {shown:#x} does not own the dialog: {owner and owner[1]}")
         for key in keys:

@@ -1,9 +1,10 @@
+// For tests of what needs an application object.
 #include <QCoreApplication>
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv)
 {
-    QCoreApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
+    const QCoreApplication application(argc, argv);
     return RUN_ALL_TESTS();
 }

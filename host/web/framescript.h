@@ -1,0 +1,22 @@
+// FrameScript: what a document that runs scripts of the command line has besides.
+#pragma once
+
+#include "host/engine/page.h"
+#include "host/web/wire.h"
+
+namespace engine::web {
+
+/// Where the output, the errors and the outcomes of a document's scripts go. [GUI thread]
+struct FrameScript {
+    PageHost host;
+    QStringList arguments; ///< process.argv
+    std::function<void(int ticket, const Outcome& outcome)> finished;
+    /// The document has gone, but not by exit().
+    std::function<void()> closed;
+
+    /// Reports to the host what a request says. Returns the fault of steps that can not be played; empty: none.
+    /// `exit` is called for exit(code), before the host gets to know. Any call of the host may replace the members.
+    QString report(WireReader& reader, const std::function<void()>& exit);
+};
+
+} // namespace engine::web

@@ -20,7 +20,7 @@ public:
 
     /// An icon of the theme by its name; a null one when there is none.
     static QIcon loadIcon(const QString& name);
-    /// What the skin-image scheme (kskinimageschemehandler.h) calls an icon in the colours of an area of the theme, a group
-    /// that need not exist. The name can stand in an address as it is. Empty when there is no such icon.
+    /// What the skin-image scheme (kskinimageschemehandler.h) calls an icon in the colours of an area of the current theme,
+    /// a group that need not exist. The name can stand in an address as it is. Empty when there is no such icon.
     static QString bindIconStyleColor(const QString& icon, const QString& themeArea);
 };

@@ -38,6 +38,7 @@ SkinService& SkinService::instance()
 void SkinService::start()
 {
     shutDown();
+    m_profile.reset();
     load();
     show();
     if (!profile::serviceOn(QStringLiteral("skin")))

@@ -105,6 +105,8 @@ const Skin& SkinService::current()
 void SkinService::follow()
 {
     load();
+    // Another process may have changed it.
+    m_state = stateFile().read();
     use(find());
 }
 

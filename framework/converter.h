@@ -226,8 +226,22 @@ template <typename T> struct Converter<std::vector<T>> {
     }
 };
 
-/// One of several types, for answers.
+/// One of several types: the first whose kind a value is of.
 template <typename... Types> struct Converter<std::variant<Types...>> {
+    static Reading read(const KJSVariant& value, std::variant<Types...>& target)
+    {
+        Reading reading = Reading::NotConvertible;
+        const auto tryType = [&]<typename T>(T candidate) {
+            if (!jsapi::isKind<T>(value))
+                return false;
+            reading = Converter<T>::read(value, candidate);
+            if (reading == Reading::Done)
+                target = std::move(candidate);
+            return true;
+        };
+        (void)(tryType(Types {}) || ...);
+        return reading;
+    }
     static QVariant toVariant(const std::variant<Types...>& value)
     {
         return std::visit([](const auto& held) { return jsapi::toVariant(held); }, value);

@@ -21,21 +21,37 @@ template <typename Enum> QString enumName(Enum value)
 
 } // namespace
 
+/// The shortest number that names the same alpha.
+static QString toCssAlpha(const QColor& color)
+{
+    QString text;
+    for (int precision = 1; precision <= 6; ++precision) {
+        text = QString::number(color.alphaF(), 'g', precision);
+        QColor same(color);
+        same.setAlphaF(text.toDouble());
+        if (same.rgba64().alpha() == color.rgba64().alpha())
+            break;
+    }
+    return text;
+}
+
 QString toCssColor(const QColor& color)
 {
     return heapString("rgba(%1,%2,%3,%4)")
         .arg(color.red())
         .arg(color.green())
         .arg(color.blue())
-        .arg(color.alphaF());
+        .arg(toCssAlpha(color));
 }
 
 SkinGradient toSkinGradient(const QGradient& gradient)
 {
+    // Qt leaves the spread of a gradient without a type as it finds it.
+    if (gradient.type() == QGradient::NoGradient)
+        return { enumName(QGradient::NoGradient), enumName(QGradient::PadSpread),
+            enumName(QGradient::LogicalMode), {} };
     SkinGradient converted { enumName(gradient.type()), enumName(gradient.spread()),
         enumName(gradient.coordinateMode()), {} };
-    if (gradient.type() == QGradient::NoGradient)
-        return converted;
     for (const QGradientStop& stop : gradient.stops())
         converted.stops.push_back({ stop.first, toCssColor(stop.second) });
     return converted;

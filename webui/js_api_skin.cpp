@@ -43,7 +43,13 @@ struct KJsApiSkin::ValueNames {
 struct KJsApiSkin::FileTypes {
     std::vector<QString> fileIdentify;
     bool retrieveFullExtList = false;
-    bool all = false;
+    std::variant<bool, QString> all = false;
+    bool wantsAll() const
+    {
+        const QString* string = std::get_if<QString>(&all);
+        return string ? string->compare(QLatin1String("true"), Qt::CaseInsensitive) == 0
+                      : std::get<bool>(all);
+    }
     static constexpr auto fields()
     {
         using Self = FileTypes;
@@ -52,7 +58,7 @@ struct KJsApiSkin::FileTypes {
                 "types of files, each as one of its extensions without the dot", NoFileTypes, NoFileTypes),
             optional("retrieveFullExtList", &Self::retrieveFullExtList, "list all extensions of each type"),
             optional("all", &Self::all,
-                "an icon that a type shares with others counts, too; `\"true\"` in any case is as good"));
+                "`true`, as a string in any case: an icon that a type shares with others counts, too"));
     }
 };
 
@@ -268,7 +274,7 @@ Answer<QMap<QString, KJsApiSkin::FileTypeIcon>> KJsApiSkin::getFileTypeIconInfo(
     const QString skin = KDrawHelper::getCurrentSkinNameFromTheme();
     return readValues(types.fileIdentify, [&](const QString& type) {
         const QString name = filter.fileTypeIcon(type);
-        FileTypeIcon info { filter.hasFileTypeIcon(type, skin, types.all), name,
+        FileTypeIcon info { filter.hasFileTypeIcon(type, skin, types.wantsAll()), name,
             findIcon(name, QString(), FileIconSize, FileIconSize).icon, {} };
         if (types.retrieveFullExtList)
             info.extList = filter.extensions(type);

@@ -129,7 +129,6 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
         });
     }
     std::unique_ptr<Suite> suite(new Suite);
-    suite::SkinService::instance().start();
     suite->m_engine = engine::makeJscEngine();
     // Before any page is opened: so the cloud process is notified of a login before a page reacts to it.
     suite::CloudService::instance();
@@ -139,6 +138,8 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     if (!suite->loadLibrary(library, error))
         return nullptr;
     suite::PluginManager::start();
+    // A plugin may have the skin.
+    suite::SkinService::instance().start();
     suite->m_inBrowser = options.browser;
     if (options.devToolsPort) {
         // The engine says nothing when it does not get the port.
@@ -196,12 +197,12 @@ Suite::~Suite()
 {
     krt::kcc::shutdown();
     m_engine.reset();
+    suite::SkinService::instance().shutDown();
     suite::PluginManager::shutDown();
     closeWindows();
     suite::setViewMaker({});
     suite::setPageChooser({});
     m_browser.stop();
-    suite::SkinService::instance().shutDown();
     suite::CloudService::shutDown();
     // Objects that deleteLater() was called for need the library for their destructors.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

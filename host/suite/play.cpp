@@ -3,6 +3,7 @@
 #include "host/suite/account/accountservice.h"
 #include "host/suite/cloud/cloudservice.h"
 #include "host/suite/plugins/pluginmanager.h"
+#include "host/suite/skin/skinservice.h"
 
 #include <QRegularExpression>
 #include <algorithm>
@@ -76,6 +77,12 @@ void playPlugin(const PlayStep& step)
         (manager->*PluginActions[step.subject])(step.value);
 }
 
+QString checkSkin(const PlayStep& step)
+{
+    return isSkinKnown(step.subject) ? QString()
+                                     : QStringLiteral("there is no skin \"%1\"").arg(step.subject);
+}
+
 AccountService& accounts()
 {
     return AccountService::instance();
@@ -99,6 +106,8 @@ constexpr StepKind Kinds[] = {
         } },
     { "cloud", "cloud:kill", checkCloud, [](const PlayStep&) { CloudService::instance().killProcess(); } },
     { "plugin", "plugin:add|cancel|remove=NAME", checkPlugin, playPlugin },
+    { "skin", "skin:NAME", checkSkin,
+        [](const PlayStep& step) { SkinService::instance().choose(step.subject); } },
 };
 
 const StepKind* findKind(const QString& name)

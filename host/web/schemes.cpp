@@ -53,6 +53,19 @@ void registerSchemes()
     bridge.setFlags(QWebEngineUrlScheme::SecureScheme | QWebEngineUrlScheme::CorsEnabled
         | QWebEngineUrlScheme::ContentSecurityPolicyIgnored);
     QWebEngineUrlScheme::registerScheme(bridge);
+    QWebEngineUrlScheme images(SkinImageScheme);
+    images.setSyntax(QWebEngineUrlScheme::Syntax::Host);
+    // Pages of all origins show them, and no script can fetch them.
+    images.setFlags(QWebEngineUrlScheme::SecureScheme);
+    QWebEngineUrlScheme::registerScheme(images);
+}
+
+void SkinImagesHandler::requestStarted(QWebEngineUrlRequestJob* job)
+{
+    const QByteArray image = job->requestMethod() == "GET" ? m_draw(job->requestUrl()) : QByteArray();
+    if (image.isEmpty())
+        return job->fail(QWebEngineUrlRequestJob::UrlNotFound);
+    replyWith(*job, "image/png", image);
 }
 
 void FilesHandler::requestStarted(QWebEngineUrlRequestJob* job)

@@ -1,4 +1,5 @@
-// The schemes: nova://HOST/ serves the application's pages from directories, nova-bridge:// holds requests of the bridge.
+// The schemes: nova://HOST/ serves the application's pages from directories, nova-bridge:// holds requests of the bridge,
+// nova-skin:// serves images of the suite's theme.
 #pragma once
 
 #include "host/engine/webengine.h"
@@ -23,6 +24,19 @@ public:
 
 private:
     std::function<QString(const QString& host)> m_directory;
+};
+
+/// Serves what the suite draws for addresses of SkinImageScheme.
+class SkinImagesHandler final : public QWebEngineUrlSchemeHandler {
+public:
+    explicit SkinImagesHandler(std::function<QByteArray(const QUrl& url)> draw)
+        : m_draw(std::move(draw))
+    {
+    }
+    void requestStarted(QWebEngineUrlRequestJob* job) override;
+
+private:
+    std::function<QByteArray(const QUrl& url)> m_draw;
 };
 
 /// Finds the bridge of the document for nova-bridge://KIND/FRAME/NUMBER.

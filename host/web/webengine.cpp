@@ -49,10 +49,12 @@ public:
         : m_host(std::move(host))
         , m_profile(new QWebEngineProfile)
         , m_files(m_host.directory)
+        , m_images(m_host.skinImage)
         , m_bridges([this](const QString& frame) { return findBridge(frame); })
     {
         m_profile->installUrlSchemeHandler("nova", &m_files);
         m_profile->installUrlSchemeHandler("nova-bridge", &m_bridges);
+        m_profile->installUrlSchemeHandler(SkinImageScheme, &m_images);
         m_profile->scripts()->insert(preludeScript());
         QWebEngineSettings* settings = m_profile->settings();
         // Of files that do not say it.
@@ -134,6 +136,7 @@ private:
     WebEngineHost m_host;
     std::unique_ptr<QWebEngineProfile> m_profile; ///< keeps nothing on disk
     FilesHandler m_files;
+    SkinImagesHandler m_images;
     BridgeHandler m_bridges;
     QHash<QString, ScriptPage*> m_scripts; ///< by view
     QList<QPointer<WebPage>> m_pages;      ///< several may show views of the same identifier

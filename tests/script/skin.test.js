@@ -41,8 +41,8 @@ await check([
     ["colours", data("getSkinColorConfig", { config: ["nothing", "__proto__x"] }), { "nothing": transparent, "__proto__x": transparent }],
     ["gradients", data("getSkinGradientConfig", { config: ["nothing"] }), { nothing: none }],
     ["any value", data("getSkinConfig", { config: ["nothing", ""] }), { "nothing": "", "": "" }],
-    css("#FFF", "rgba(255,255,255,1)"), css("#0f08", "rgba(0,255,0,0.533333)"), css("#00007f", "rgba(0,0,127,1)"),
-    css("#ff000080", "rgba(255,0,0,0.501961)"), css("RGB(1, 2, 3)", "rgba(1,2,3,1)"), css(" rgba(1 2 3 / 50%) ", "rgba(1,2,3,0.5)"),
+    css("#FFF", "rgba(255,255,255,1)"), css("#0f08", "rgba(0,255,0,0.53333)"), css("#00007f", "rgba(0,0,127,1)"),
+    css("#ff000080", "rgba(255,0,0,0.50196)"), css("RGB(1, 2, 3)", "rgba(1,2,3,1)"), css(" rgba(1 2 3 / 50%) ", "rgba(1,2,3,0.5)"),
     css("rgb(300,-5,50%)", "rgba(255,0,128,1)"),
     ...["#", "#12", "#12345", "#ggg", "#1234567890", "rgb", "rgb(", "rgb(1,2)", "rgb(1,2,3,4,5)", "rgb(1,,3)", "rgb((1,2,3))",
         "rgb(1,2,3))", "rgb(nan,2,3)", "rgb(1e999,2,3)", "rgb(1,2,3);x"].map((text) => css(text, transparent)),
@@ -105,7 +105,6 @@ await check([
         return [docx.hasIcon, docx.extList?.includes("docx"), docx.icon.includes("://"), DOCX.name === docx.name, nobody.hasIcon, nobody.extList, nobody.icon.includes("://")];
     }, [true, true, true, true, false, [], true]],
     ["file types without their extensions", () => Object.keys(Skin.getFileTypeIconInfo({ fileIdentify: ["pdf"] }).data.pdf).includes("extList"), false],
-    // @ts-expect-error
     ["all icons, in any case", () => Skin.getFileTypeIconInfo({ fileIdentify: ["docm"], all: "TRUE" }).data.docm.hasIcon, true],
 ]);
 exit(failures ? 1 : 0);

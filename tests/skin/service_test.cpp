@@ -1,4 +1,5 @@
 // Who uses which skin, and what windows look like then.
+#include "host/suite/plugins/pluginmanager.h"
 #include "host/suite/web/webwidget.h"
 #include "tests/skin/fixture.h"
 
@@ -58,6 +59,29 @@ TEST_F(SkinTest, UsersKeepTheirChoices)
     EXPECT_EQ(QJsonDocument::fromJson(read("skins.json")), expected);
     accounts.signIn(QStringLiteral("user-1"));
     EXPECT_EQ(name(), QStringLiteral("contrast"));
+}
+
+TEST_F(SkinTest, APluginIsASkinAsLongAsItIsThere)
+{
+    const char* const plugin = R"({"name": "sea", "version": "1", "title": "Sea"})";
+    QDir(path("")).mkpath(QStringLiteral("plugins/sea"));
+    write("plugins/sea/plugin.json", plugin);
+    write(
+        "plugins/sea/skin.json", R"({"name": "sea", "title": "Sea", "colorScheme": "dark", "base": "dark"})");
+    write("plugins/sea/theme.json", R"({"CommonPalette": {"window": "#000080"}})");
+    write("plugins/sea/custom.kuip", R"({"CommonPalette": {"window": "#008000"}})");
+    EXPECT_FALSE(use("sea"));
+    suite::PluginManager::start();
+    EXPECT_TRUE(use("sea"));
+    suite::PluginManager::instance()->remove(QStringLiteral("sea"));
+    EXPECT_EQ(color("window").name(), QStringLiteral("#000080"));
+    EXPECT_EQ(color("base").name(), QStringLiteral("#1a1c20"));
+    service.start();
+    EXPECT_EQ(name(), QStringLiteral("light"));
+    suite::PluginManager::instance()->add(QStringLiteral("sea"));
+    service.start();
+    EXPECT_EQ(name(), QStringLiteral("sea"));
+    suite::PluginManager::shutDown();
 }
 
 TEST_F(SkinTest, ServicesCanBeMissing)

@@ -47,6 +47,31 @@ TEST_F(WebTest, GivesADocumentWhatItsOriginMayHave)
         "|stranger: none; string; ");
 }
 
+TEST_F(WebTest, ShowsImagesOfTheTheme)
+{
+    const QString trying = QStringLiteral(R"js(<script>
+        const say = (text) => parent.postMessage(NAME + ' ' + text, '*');
+        for (const host of ['have', 'none']) {
+            const image = new Image();
+            image.onerror = () => say(host + ' fails');
+            image.onload = () => say(host + ' ' + image.naturalWidth);
+            image.src = 'nova-skin://' + host + '/a?width=3';
+        }
+        </script>)js");
+    for (const char* host : { "app", "stranger" })
+        write(QString::fromLatin1(host), QStringLiteral("frame.html"),
+            QString(trying).replace(QStringLiteral("NAME"), QStringLiteral("origin")));
+    openPage(
+        QStringLiteral(R"js(<script>addEventListener('message', (event) => console.log(event.data))</script>
+        <iframe src="frame.html"></iframe><iframe src="nova://stranger/frame.html"></iframe>
+        <iframe src="frame.html" sandbox="allow-scripts"></iframe>)js"));
+    ASSERT_TRUE(waitForLines(6));
+    lines.sort();
+    EXPECT_EQ(log().toStdString(),
+        "nova://app have 3|nova://app none fails|nova://stranger have 3|nova://stranger none fails"
+        "|null have 3|null none fails");
+}
+
 /// A page can greet as often as it likes, as any number of documents.
 TEST_F(WebTest, LeavesRoomForTheNextPage)
 {

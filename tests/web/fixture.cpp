@@ -41,7 +41,12 @@ WebEngine& WebTest::webEngine()
         host.directory = [](const QString& name) {
             return current ? current->m_files.filePath(name) : QString();
         };
-        host.skinImage = [](const QUrl&) { return QByteArray(); };
+        // An image that is three wide, of "have".
+        host.skinImage = [](const QUrl& url) {
+            const QByteArray image =
+                "iVBORw0KGgoAAAANSUhEUgAAAAMAAAABCAIAAACUgoPjAAAADUlEQVR4nGP4z8AAQQAR+AL+4+XvtgAAAABJRU5ErkJggg==";
+            return url.host() == QLatin1String("have") ? QByteArray::fromBase64(image) : QByteArray();
+        };
         host.firstPage = [](const QString& viewId) { return QUrl(viewId); };
         host.compiles = [](const QString&) { return true; };
         host.console = [](const QString& line, bool) {

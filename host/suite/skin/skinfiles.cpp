@@ -3,10 +3,13 @@
 #include "host/profile/check.h"
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
+#include "host/suite/plugins/manifest.h"
+#include "suite/kplugin.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <algorithm>
 
 namespace suite {
 
@@ -31,6 +34,10 @@ QString findFolder(const QString& name)
     QStringList places { QStringLiteral(":/novaskin/") + name };
     for (const QString& directory : profile::current()->skin.directories)
         places << profile::expandPath(directory) + QLatin1Char('/') + name;
+    // Its plugin may not have been fetched yet.
+    KPluginManager* manager = KPluginManager::getInstance();
+    if (const KPlugin* plugin = manager ? manager->getPlugin(name) : nullptr)
+        places << plugin->localPath();
     for (const QString& place : qAsConst(places)) {
         if (QFileInfo::exists(place + QStringLiteral("/skin.json")))
             return place;
@@ -82,6 +89,11 @@ std::optional<Skin> loadLayers(const QString& name, QStringList& chain, QString&
 }
 
 } // namespace
+
+bool isSkinKnown(const QString& name)
+{
+    return !findFolder(name).isEmpty() || std::ranges::count(findPlugins(), name, &PluginManifest::name) > 0;
+}
 
 json readSkinFile(const QString& path, SkinFileKind kind, QStringList& errors)
 {

@@ -22,6 +22,9 @@ struct Skin {
 /// Nothing when it can not be used, with the reason in `error`. [GUI thread]
 std::optional<Skin> loadSkin(const QString& name, QString& error);
 
+/// Whether there is a skin of this name, or a plugin that may be one when it is loaded.
+bool isSkinKnown(const QString& name);
+
 enum class SkinFileKind { Skin, Theme };
 
 /// Reads a file of JSON that follows the schema of its kind. Otherwise `errors` has what is wrong with it.

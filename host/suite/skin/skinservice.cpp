@@ -38,6 +38,7 @@ SkinService& SkinService::instance()
 void SkinService::start()
 {
     shutDown();
+    m_profile.reset();
     load();
     show();
     if (!profile::serviceOn(QStringLiteral("skin")))
@@ -104,6 +105,8 @@ const Skin& SkinService::current()
 void SkinService::follow()
 {
     load();
+    // Another process may have changed it.
+    m_state = stateFile().read();
     use(find());
 }
 

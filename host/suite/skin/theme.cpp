@@ -73,9 +73,9 @@ private:
         if (value.is_object())
             return readGradient(value);
         const QString text = QString::fromStdString(value.get<std::string>());
-        if (text.startsWith(QLatin1Char('#')) || text.startsWith(QLatin1String("rgb"), Qt::CaseInsensitive))
-            readColor(text, m_place);
-        return text;
+        const bool isColor =
+            text.startsWith(QLatin1Char('#')) || text.startsWith(QLatin1String("rgb"), Qt::CaseInsensitive);
+        return Theme::Text { text, isColor ? readColor(text, m_place) : readCssColor(text) };
     }
 
     QColor readColor(const QString& text, const QString& place)
@@ -167,7 +167,7 @@ QStringList Theme::load(const QString& path)
 
 void Theme::setText(const QString& group, const QString& name, const QString& text)
 {
-    m_groups[group][name] = text;
+    m_groups[group][name] = Text { text, readCssColor(text) };
 }
 
 template <typename Kind> const Kind* Theme::find(const QString& group, const QString& name) const
@@ -181,9 +181,8 @@ template <typename Kind> const Kind* Theme::find(const QString& group, const QSt
 
 QColor Theme::color(const QString& group, const QString& name, const QColor& fallback) const
 {
-    const auto* text = find<QString>(group, name);
-    const QColor color = text ? readCssColor(*text) : QColor();
-    return color.isValid() ? color : fallback;
+    const auto* found = find<Text>(group, name);
+    return found && found->color.isValid() ? found->color : fallback;
 }
 
 QGradient Theme::gradient(const QString& group, const QString& name, const QGradient& fallback) const
@@ -200,8 +199,8 @@ int Theme::hint(const QString& group, const QString& name, int fallback) const
 
 QString Theme::css(const QString& group, const QString& name) const
 {
-    if (const auto* text = find<QString>(group, name))
-        return text->isNull() ? QLatin1String("") : *text;
+    if (const auto* found = find<Text>(group, name))
+        return found->text.isNull() ? QLatin1String("") : found->text;
     if (const auto* number = find<double>(group, name))
         return QString::number(*number, 'g', QLocale::FloatingPointShortest);
     const auto* found = find<ThemeGradient>(group, name);

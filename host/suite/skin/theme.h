@@ -33,7 +33,11 @@ public:
     QString css(const QString& group, const QString& name) const;
 
 private:
-    using Value = std::variant<QString, double, ThemeGradient>;
+    struct Text {
+        QString text;
+        QColor color; ///< invalid when it is none
+    };
+    using Value = std::variant<Text, double, ThemeGradient>;
     using Groups = QMap<QString, QMap<QString, Value>>;
     friend class ThemeReader;
 

@@ -92,7 +92,9 @@ std::optional<Skin> loadLayers(const QString& name, QStringList& chain, QString&
 
 bool isSkinKnown(const QString& name)
 {
-    return !findFolder(name).isEmpty() || std::ranges::count(findPlugins(), name, &PluginManifest::name) > 0;
+    QStringList errors; // the plugin manager has logged them
+    return !findFolder(name).isEmpty()
+        || std::ranges::count(findPlugins(errors), name, &PluginManifest::name) > 0;
 }
 
 json readSkinFile(const QString& path, SkinFileKind kind, QStringList& errors)

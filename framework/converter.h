@@ -374,7 +374,7 @@ inline bool isMissing(const std::string& string)
 {
     return string.empty();
 }
-template <typename T> bool isMissing(const std::vector<T>& list)
+inline bool isMissing(const std::vector<std::string>& list)
 {
     return list.empty();
 }

@@ -67,7 +67,7 @@ declare const NovaExtension: {
     readonly AiDocsChat: NovaExtension.AiDocsChat;
     /** Folders that are kept in step with the cloud. */
     readonly SyncFolder: NovaExtension.SyncFolder;
-    /** Informs the suite that a web document has been set up. */
+    /** Informs the cloud-document service that a web document has been set up. */
     readonly WebDocsControl: NovaExtension.WebDocsControl;
     /** Notifications between a page and the contract panel. */
     readonly KContract: NovaExtension.KContract;
@@ -282,16 +282,16 @@ declare namespace NovaExtension {
         "Event.dispatchEvent": Failure<3, "Event service error.">;
         "Event.getAllEventInfo": Failure<3, "Event service error.">;
         "Payment.open": Failure<3, "not supported.">;
-        "Skin.addSkinChangeListener": Failure<3, "not supported.">;
-        "Skin.removeSkinChangeListener": Failure<3, "not supported.">;
-        "Skin.getCurrentSkinName": Failure<3, "not supported.">;
-        "Skin.switchSkin": Failure<3, "not supported.">;
-        "Skin.getSkinHintConfig": Failure<3, "not supported.">;
-        "Skin.getSkinGradientConfig": Failure<3, "not supported.">;
-        "Skin.getSkinColorConfig": Failure<3, "not supported.">;
-        "Skin.getSkinConfig": Failure<3, "not supported.">;
-        "Skin.getFileTypeIconInfo": Failure<3, "not supported.">;
-        "Skin.getSkinIconPathInfo": Failure<3, "not supported.">;
+        "Skin.addSkinChangeListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "Skin.removeSkinChangeListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "Skin.getCurrentSkinName": never;
+        "Skin.switchSkin": Failure<1, "empty skin name param"> | Failure<3, "skin is nullptr"> | Failure<3, "switch skin failed">;
+        "Skin.getSkinHintConfig": Failure<1, "empty config json obj">;
+        "Skin.getSkinGradientConfig": Failure<1, "empty config json obj">;
+        "Skin.getSkinColorConfig": Failure<1, "empty config json obj">;
+        "Skin.getSkinConfig": Failure<1, "empty config json obj">;
+        "Skin.getFileTypeIconInfo": Failure<3, "empty fileFilter"> | Failure<1, "empty fileIdentifyList">;
+        "Skin.getSkinIconPathInfo": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
         "Skin.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Skin.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Skin.dispatchEvent": Failure<3, "Event service error.">;
@@ -326,8 +326,8 @@ declare namespace NovaExtension {
         "CloudAdapter.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "CloudAdapter.dispatchEvent": Failure<3, "Event service error.">;
         "CloudAdapter.getAllEventInfo": Failure<3, "Event service error.">;
-        "AiDocsChat.registerQACallback": Failure<3, "not supported.">;
-        "AiDocsChat.qaNotify": Failure<3, "not supported.">;
+        "AiDocsChat.registerQACallback": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<1, "Invalid argument"> | Failure<3, "Panel not Found">;
+        "AiDocsChat.qaNotify": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<1, "Invalid argument"> | Failure<3, "Panel not Found"> | Failure<3, `Failed invoke method: ${string}`>;
         "SyncFolder.addNotifyListener": Failure<3, "not supported.">;
         "SyncFolder.removeNotifyListener": Failure<3, "not supported.">;
         "SyncFolder.openSyncFolderListDlg": Failure<3, "not supported.">;
@@ -357,13 +357,13 @@ declare namespace NovaExtension {
         "SyncFolder.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "SyncFolder.dispatchEvent": Failure<3, "Event service error.">;
         "SyncFolder.getAllEventInfo": Failure<3, "Event service error.">;
-        "WebDocsControl.notifySetupFinished": Failure<3, "not supported.">;
+        "WebDocsControl.notifySetupFinished": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<3, "empty core app."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Update classify label status failed.">;
         "WebDocsControl.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "WebDocsControl.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "WebDocsControl.dispatchEvent": Failure<3, "Event service error.">;
         "WebDocsControl.getAllEventInfo": Failure<3, "Event service error.">;
-        "KContract.registerCallback": Failure<3, "not supported.">;
-        "KContract.panelNotify": Failure<3, "not supported.">;
+        "KContract.registerCallback": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<1, "Invalid argument"> | Failure<3, "Panel not Found">;
+        "KContract.panelNotify": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<1, "Invalid argument"> | Failure<3, "Panel not Found"> | Failure<3, `Failed invoke method: ${string}`>;
         "ByteBufferManager.ByteBuffer.data": Failure<3, "not supported.">;
         "ByteBufferManager.ByteBuffer.getSize": Failure<3, "not supported.">;
         "ByteBufferManager.ByteBuffer.setSize": Failure<3, "not supported.">;
@@ -2292,30 +2292,84 @@ declare namespace NovaExtension {
      * @remarks one object, shared by all pages
      */
     interface Skin {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        addSkinChangeListener(callback: (...values: any[]) => void): never;
         /**
-         * Removes a listener.
+         * Adds a listener of `skinchangeevent`. The same function is added once.
          *
-         * @deprecated not built yet: throws code 3, "not supported."
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
          */
-        removeSkinChangeListener(callback: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getCurrentSkinName(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        switchSkin(argument1: string): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getSkinHintConfig(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getSkinGradientConfig(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getSkinColorConfig(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getSkinConfig(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getFileTypeIconInfo(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getSkinIconPathInfo(argument1: unknown): never;
+        addSkinChangeListener(callback: (payload: NovaExtension.Skin.SkinChange) => void): Answer<undefined>;
+        /**
+         * Removes a listener of `skinchangeevent`; without one, all of the page's.
+         *
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeSkinChangeListener(callback?: (payload: NovaExtension.Skin.SkinChange) => void): Answer<undefined>;
+        /** Returns the name of the skin; an empty string when the suite has none. */
+        getCurrentSkinName(): Answer<string>;
+        /**
+         * Uses another skin for the user. The theme has changed when this returns.
+         *
+         * @param name its name
+         * @throws 1 "empty skin name param"
+         * @throws 3 "skin is nullptr"
+         * @throws 3 "switch skin failed"
+         */
+        switchSkin(name: string): Answer<undefined>;
+        /**
+         * Returns hints of the theme by their names: lengths and other integers. One that it does not have is 0.
+         *
+         * @throws 1 "empty config json obj"
+         */
+        getSkinHintConfig(options: NovaExtension.Skin.ValueNames): Answer<Record<string, number>>;
+        /**
+         * Returns gradients of the theme by their names. One that it does not have is a `NoGradient` without stops.
+         *
+         * @throws 1 "empty config json obj"
+         */
+        getSkinGradientConfig(options: NovaExtension.Skin.ValueNames): Answer<Record<string, NovaExtension.Skin.SkinGradient>>;
+        /**
+         * Returns colours of the theme by their names, as `rgba(red,green,blue,alpha)`. One that it does not have is
+         * `rgba(0,0,0,0)`.
+         *
+         * @throws 1 "empty config json obj"
+         */
+        getSkinColorConfig(options: NovaExtension.Skin.ValueNames): Answer<Record<string, string>>;
+        /**
+         * Returns values of the theme, and of the file `custom.kuip` of the skin's plugin, by their names: a colour or
+         * a gradient for what begins as one, anything else as it is. In place of a name a colour or a
+         * `linear-gradient(...)` of CSS may stand. What begins as one and is none is transparent, or a gradient without
+         * stops; a name that is not known has an empty string.
+         *
+         * @throws 1 "empty config json obj"
+         */
+        getSkinConfig(options: NovaExtension.Skin.ValueNames): Answer<Record<string, string | NovaExtension.Skin.SkinGradient>>;
+        /**
+         * Returns, for each type of files, which icon the theme has for it.
+         *
+         * @throws 3 "empty fileFilter"
+         * @throws 1 "empty fileIdentifyList"
+         */
+        getFileTypeIconInfo(options: NovaExtension.Skin.FileTypes): Answer<Record<string, NovaExtension.Skin.FileTypeIcon>>;
+        /**
+         * Returns the addresses of icons, in the order of the request, in the colours of the theme. Of the sizes that
+         * an icon has it is the smallest that is large enough on this screen, or else the largest.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        getSkinIconPathInfo(options: NovaExtension.Skin.Icons): Answer<NovaExtension.Skin.Icon[]>;
+        /**
+         * Adds a listener of the page. The same function is added once. The theme has other values: another skin is
+         * used, or the skin itself has changed.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: "skinchangeevent", callback: (payload: NovaExtension.Skin.SkinChange) => void): void;
         /**
          * Adds a listener of the page. The same function is added once.
          *
@@ -2325,6 +2379,16 @@ declare namespace NovaExtension {
          * @throws 1 "wrong parameters."
          */
         addEventListener(eventName: string, callback: (...payload: any[]) => void): void;
+        /**
+         * Removes a listener of the page. The theme has other values: another skin is used, or the skin itself has
+         * changed.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: "skinchangeevent", callback?: (payload: NovaExtension.Skin.SkinChange) => void): void;
         /**
          * Removes a listener of the page.
          *
@@ -2349,6 +2413,94 @@ declare namespace NovaExtension {
          * @throws 3 "Event service error."
          */
         getAllEventInfo(): any;
+    }
+}
+
+declare namespace NovaExtension.Skin {
+    interface FileTypeIcon {
+        /** whether the theme has an icon for the type */
+        hasIcon: boolean;
+        /** the name of that icon, or of the one for unknown files, for `getSkinIconPathInfo` */
+        name: string;
+        /** its address, at 32 by 32 CSS pixels; empty when there is no such icon */
+        icon: string;
+        /** the extensions of the type, in lower case, when they were asked for */
+        extList?: string[];
+    }
+    interface FileTypes {
+        /** types of files, each as one of its extensions without the dot */
+        fileIdentify: readonly string[];
+        /**
+         * list all extensions of each type
+         *
+         * @default false
+         */
+        retrieveFullExtList?: boolean | undefined;
+        /** `true`, as a string in any case: an icon that a type shares with others counts, too */
+        all?: boolean | string | undefined;
+    }
+    interface GradientStop {
+        /** 0 to 1 */
+        position: number;
+        /** a colour of CSS: `rgba(red,green,blue,alpha)` */
+        color: string;
+    }
+    interface Icon {
+        /** as it was given */
+        name: string;
+        /** the address of the image, which another skin makes another one; empty when there is no such icon */
+        icon: string;
+        /** the width of the image, in CSS pixels */
+        width: number;
+        /** the height of the image, in CSS pixels */
+        height: number;
+    }
+    interface IconRequest {
+        /** the name of the icon */
+        name: string;
+        /**
+         * in CSS pixels, 1 to 1024
+         *
+         * @default 16
+         */
+        width?: number | undefined;
+        /**
+         * in CSS pixels, 1 to 1024
+         *
+         * @default 16
+         */
+        height?: number | undefined;
+        /** the part of the theme in whose colours it is painted; without it `defaultThemeArea` */
+        themeArea?: string | undefined;
+    }
+    interface Icons {
+        /** what is wanted */
+        icons: readonly NovaExtension.Skin.IconRequest[];
+        /** the part of the theme for icons that name none */
+        defaultThemeArea?: string | undefined;
+    }
+    interface SkinChange {
+        /** the skin that is used now */
+        name: string;
+        /** the one before; the same when the values of the skin have changed */
+        previousName: string;
+    }
+    interface SkinGradient {
+        /** `LinearGradient`, `RadialGradient`, `ConicalGradient`, or `NoGradient` */
+        type: string;
+        /** beyond its ends: `PadSpread`, `ReflectSpread` or `RepeatSpread` */
+        spread: string;
+        /** what it is stretched to: `LogicalMode`, `StretchToDeviceMode`, `ObjectBoundingMode` or `ObjectMode` */
+        coordinateMode: string;
+        /** its colours, by their positions */
+        stops: NovaExtension.Skin.GradientStop[];
+    }
+    interface ValueNames {
+        /**
+         * the names of values, as `group/name`, or `name` for a value of the group `CommonPalette` or else of
+         * `CommonThemePalette`
+         */
+        config?: readonly string[] | undefined;
     }
 }
 
@@ -2842,10 +2994,27 @@ declare namespace NovaExtension {
      * @remarks one object for each page
      */
     interface AiDocsChat {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        registerQACallback(argument1: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        qaNotify(argument1: unknown): never;
+        /**
+         * Has a function called with the notifications of the panel, in place of an earlier one.
+         *
+         * @param callback is called with each notification of the panel's
+         * @throws 3 "pThis is null"
+         * @throws 3 "handle is null"
+         * @throws 1 "Invalid argument"
+         * @throws 3 "Panel not Found"
+         */
+        registerQACallback(callback: (report: Record<string, any>) => void): Answer<undefined>;
+        /**
+         * Sends a notification to the panel, with `from` as `"qaPage"`. The panel has received it when this returns.
+         *
+         * @param notification what the panel understands
+         * @throws 3 "pThis is null"
+         * @throws 3 "handle is null"
+         * @throws 1 "Invalid argument"
+         * @throws 3 "Panel not Found"
+         * @throws 3 "Failed invoke method: %1"
+         */
+        qaNotify(notification: Readonly<Record<string, unknown>>): Answer<undefined>;
     }
 }
 
@@ -2948,13 +3117,27 @@ declare namespace NovaExtension {
 
 declare namespace NovaExtension {
     /**
-     * Informs the suite that a web document has been set up.
+     * Informs the cloud-document service that a web document has been set up.
      *
      * @remarks one object, shared by all pages
      */
     interface WebDocsControl {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        notifySetupFinished(argument1: unknown): never;
+        /**
+         * Reports that a document has been set up and what label it has got. Resolves when the service has recorded it.
+         *
+         * @throws 3 "pThis is null"
+         * @throws 3 "handle is null"
+         * @throws 3 "empty core app."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Update classify label status failed."
+         */
+        notifySetupFinished(options: NovaExtension.WebDocsControl.SetupDetails): Promise<NovaExtension.WebDocsControl.ServiceReport>;
         /**
          * Adds a listener of the page. The same function is added once.
          *
@@ -2991,6 +3174,23 @@ declare namespace NovaExtension {
     }
 }
 
+declare namespace NovaExtension.WebDocsControl {
+    interface ServiceReport {
+        /** what the service adds */
+        extraParam: Record<string, string>;
+    }
+    interface SetupDetails {
+        /** the document's group */
+        group_id: string;
+        /** the document */
+        file_id: string;
+        /** which set-up of the document this is */
+        uuid: string;
+        /** the label that the document has got */
+        label: string;
+    }
+}
+
 declare namespace NovaExtension {
     /**
      * Notifications between a page and the contract panel.
@@ -2998,10 +3198,27 @@ declare namespace NovaExtension {
      * @remarks one object for each page
      */
     interface KContract {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        registerCallback(argument1: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        panelNotify(argument1: unknown): never;
+        /**
+         * Has a function called with the panel's notifications for this view, in place of an earlier one.
+         *
+         * @param callback is called with each notification whose `viewId` is this page's view
+         * @throws 3 "pThis is null"
+         * @throws 3 "handle is null"
+         * @throws 1 "Invalid argument"
+         * @throws 3 "Panel not Found"
+         */
+        registerCallback(callback: (report: Record<string, any>) => void): Answer<undefined>;
+        /**
+         * Sends a notification to the panel, which has received it when this returns.
+         *
+         * @param notification what the panel understands
+         * @throws 3 "pThis is null"
+         * @throws 3 "handle is null"
+         * @throws 1 "Invalid argument"
+         * @throws 3 "Panel not Found"
+         * @throws 3 "Failed invoke method: %1"
+         */
+        panelNotify(notification: Readonly<Record<string, unknown>>): Answer<undefined>;
     }
 }
 

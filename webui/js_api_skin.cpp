@@ -30,7 +30,7 @@ template <> struct Argument<KFileFilter> : ServiceArgument<KFileFilter, KFileFil
 };
 
 struct KJsApiSkin::ValueNames {
-    std::optional<std::vector<QString>> config;
+    std::vector<QString> config;
     static constexpr auto fields()
     {
         return strictly(std::tuple(required("config", &ValueNames::config,
@@ -208,25 +208,25 @@ template <typename Read> auto readValues(const std::vector<QString>& names, Read
 Answer<QMap<QString, std::int32_t>> KJsApiSkin::getSkinHintConfig(const ValueNames& names)
 {
     prepareEvents();
-    return readValues(*names.config, [this](const QString& name) { return m_values.hint(name); });
+    return readValues(names.config, [this](const QString& name) { return m_values.hint(name); });
 }
 
 Answer<QMap<QString, SkinGradient>> KJsApiSkin::getSkinGradientConfig(const ValueNames& names)
 {
     prepareEvents();
-    return readValues(*names.config, [this](const QString& name) { return m_values.gradient(name); });
+    return readValues(names.config, [this](const QString& name) { return m_values.gradient(name); });
 }
 
 Answer<QMap<QString, QString>> KJsApiSkin::getSkinColorConfig(const ValueNames& names)
 {
     prepareEvents();
-    return readValues(*names.config, [this](const QString& name) { return m_values.color(name); });
+    return readValues(names.config, [this](const QString& name) { return m_values.color(name); });
 }
 
 Answer<QMap<QString, std::variant<QString, SkinGradient>>> KJsApiSkin::getSkinConfig(const ValueNames& names)
 {
     const KSkinConfig config;
-    return readValues(*names.config, [&](const QString& name) { return config.value(name); });
+    return readValues(names.config, [&](const QString& name) { return config.value(name); });
 }
 
 namespace {
@@ -271,6 +271,8 @@ KJsApiSkin::Icon findIcon(
 Answer<QMap<QString, KJsApiSkin::FileTypeIcon>> KJsApiSkin::getFileTypeIconInfo(
     const KFileFilter& filter, const FileTypes& types)
 {
+    if (types.fileIdentify.empty())
+        return NoFileTypes;
     const QString skin = KDrawHelper::getCurrentSkinNameFromTheme();
     return readValues(types.fileIdentify, [&](const QString& type) {
         const QString name = filter.fileTypeIcon(type);

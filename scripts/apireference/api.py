@@ -25,7 +25,7 @@ _FAILURE = {"code": int, "text": str, "rejects": bool}
 _EVENT = {"name": str, "doc": str, "payload": dict}
 _FIELD = {"name": str, "type": dict, "optional": bool, "doc": str}
 _TYPES = {"string": {}, "number": {}, "integer": {}, "int64": {}, "boolean": {}, "any": {}, "void": {},
-          "array": {"items": dict}, "map": {"values": dict}, "object": {"name": str, "fields": list},
+          "array": {"items": dict}, "map": {"values": dict}, "union": {"types": list}, "object": {"name": str, "fields": list},
           "function": {"parameters": list}, "handle": {"name": str}}
 _IDENTIFIER = re.compile(r"[A-Za-z_$][A-Za-z0-9_$]*")
 
@@ -103,7 +103,7 @@ def _check_type(given, place, names):
     for parameter in given.get("parameters", ()):
         _check(parameter, {"name": str, "type": dict}, place)
         _check_type(parameter["type"], place, names)
-    for inner in [given["items"]] if kind == "array" else [given["values"]] if kind == "map" else []:
+    for inner in {"array": [given.get("items")], "map": [given.get("values")], "union": given.get("types")}.get(kind, []):
         _check_type(inner, place, names)
 
 

@@ -57,6 +57,7 @@ const PLAUSIBLE = {
     object: ({ fields = [] }, share) => Object.fromEntries(fields.filter(({ optional }) => !optional || random(2))
         .map(({ name, type }) => [name, value(type, share)])),
     function: () => () => 1,
+    union: ({ types = [] }, share) => value(pick(types), share),
     handle: ({ name }) => instances.find((one) => one.name === name)?.object,
 };
 /** A value for a type; one of `share` is hostile. @type {(type: ApiType | undefined, share: number) => any} */

@@ -33,7 +33,8 @@ await check([
     ["no types", data("getFileTypeIconInfo", {}), noTypes],
     ["an empty list of types", data("getFileTypeIconInfo", { fileIdentify: [] }), noTypes],
     ["types that are none", data("getFileTypeIconInfo", { fileIdentify: "docx" }), noTypes],
-    ["no icons", data("getSkinIconPathInfo", { icons: [] }), refusal(1, "missing required parameters.")],
+    ["no list of icons", data("getSkinIconPathInfo", {}), refusal(1, "missing required parameters.")],
+    ["an empty list of icons", data("getSkinIconPathInfo", { icons: [] }), []],
     ["an icon without a name", data("getSkinIconPathInfo", { icons: [{ width: 5 }] }), refusal(1, "wrong parameters.")],
     // What the theme does not have, and the forms of CSS.
     ["hints", data("getSkinHintConfig", { config: ["nothing", "no/thing", "/", "toolbar/", "window"] }),

@@ -67,7 +67,7 @@ declare const NovaExtension: {
     readonly AiDocsChat: NovaExtension.AiDocsChat;
     /** Folders that are kept in step with the cloud. */
     readonly SyncFolder: NovaExtension.SyncFolder;
-    /** Informs the suite that a web document has been set up. */
+    /** Informs the cloud-document service that a web document has been set up. */
     readonly WebDocsControl: NovaExtension.WebDocsControl;
     /** Notifications between a page and the contract panel. */
     readonly KContract: NovaExtension.KContract;
@@ -326,8 +326,8 @@ declare namespace NovaExtension {
         "CloudAdapter.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "CloudAdapter.dispatchEvent": Failure<3, "Event service error.">;
         "CloudAdapter.getAllEventInfo": Failure<3, "Event service error.">;
-        "AiDocsChat.registerQACallback": Failure<3, "not supported.">;
-        "AiDocsChat.qaNotify": Failure<3, "not supported.">;
+        "AiDocsChat.registerQACallback": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<1, "Invalid argument"> | Failure<3, "Panel not Found">;
+        "AiDocsChat.qaNotify": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<1, "Invalid argument"> | Failure<3, "Panel not Found"> | Failure<3, `Failed invoke method: ${string}`>;
         "SyncFolder.addNotifyListener": Failure<3, "not supported.">;
         "SyncFolder.removeNotifyListener": Failure<3, "not supported.">;
         "SyncFolder.openSyncFolderListDlg": Failure<3, "not supported.">;
@@ -357,13 +357,13 @@ declare namespace NovaExtension {
         "SyncFolder.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "SyncFolder.dispatchEvent": Failure<3, "Event service error.">;
         "SyncFolder.getAllEventInfo": Failure<3, "Event service error.">;
-        "WebDocsControl.notifySetupFinished": Failure<3, "not supported.">;
+        "WebDocsControl.notifySetupFinished": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<3, "empty core app."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Update classify label status failed.">;
         "WebDocsControl.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "WebDocsControl.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "WebDocsControl.dispatchEvent": Failure<3, "Event service error.">;
         "WebDocsControl.getAllEventInfo": Failure<3, "Event service error.">;
-        "KContract.registerCallback": Failure<3, "not supported.">;
-        "KContract.panelNotify": Failure<3, "not supported.">;
+        "KContract.registerCallback": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<1, "Invalid argument"> | Failure<3, "Panel not Found">;
+        "KContract.panelNotify": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<1, "Invalid argument"> | Failure<3, "Panel not Found"> | Failure<3, `Failed invoke method: ${string}`>;
         "ByteBufferManager.ByteBuffer.data": Failure<3, "not supported.">;
         "ByteBufferManager.ByteBuffer.getSize": Failure<3, "not supported.">;
         "ByteBufferManager.ByteBuffer.setSize": Failure<3, "not supported.">;
@@ -2834,10 +2834,27 @@ declare namespace NovaExtension {
      * @remarks one object for each page
      */
     interface AiDocsChat {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        registerQACallback(argument1: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        qaNotify(argument1: unknown): never;
+        /**
+         * Has a function called with the notifications of the panel, in place of an earlier one.
+         *
+         * @param callback is called with each notification of the panel's
+         * @throws 3 "pThis is null"
+         * @throws 3 "handle is null"
+         * @throws 1 "Invalid argument"
+         * @throws 3 "Panel not Found"
+         */
+        registerQACallback(callback: (report: Record<string, any>) => void): Answer<undefined>;
+        /**
+         * Sends a notification to the panel, with `from` as `"qaPage"`. The panel has received it when this returns.
+         *
+         * @param notification what the panel understands
+         * @throws 3 "pThis is null"
+         * @throws 3 "handle is null"
+         * @throws 1 "Invalid argument"
+         * @throws 3 "Panel not Found"
+         * @throws 3 "Failed invoke method: %1"
+         */
+        qaNotify(notification: Readonly<Record<string, unknown>>): Answer<undefined>;
     }
 }
 
@@ -2940,13 +2957,27 @@ declare namespace NovaExtension {
 
 declare namespace NovaExtension {
     /**
-     * Informs the suite that a web document has been set up.
+     * Informs the cloud-document service that a web document has been set up.
      *
      * @remarks one object, shared by all pages
      */
     interface WebDocsControl {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        notifySetupFinished(argument1: unknown): never;
+        /**
+         * Reports that a document has been set up and what label it has got. Resolves when the service has recorded it.
+         *
+         * @throws 3 "pThis is null"
+         * @throws 3 "handle is null"
+         * @throws 3 "empty core app."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Update classify label status failed."
+         */
+        notifySetupFinished(options: NovaExtension.WebDocsControl.SetupDetails): Promise<NovaExtension.WebDocsControl.ServiceReport>;
         /**
          * Adds a listener of the page. The same function is added once.
          *
@@ -2983,6 +3014,23 @@ declare namespace NovaExtension {
     }
 }
 
+declare namespace NovaExtension.WebDocsControl {
+    interface ServiceReport {
+        /** what the service adds */
+        extraParam: Record<string, string>;
+    }
+    interface SetupDetails {
+        /** the document's group */
+        group_id: string;
+        /** the document */
+        file_id: string;
+        /** which set-up of the document this is */
+        uuid: string;
+        /** the label that the document has got */
+        label: string;
+    }
+}
+
 declare namespace NovaExtension {
     /**
      * Notifications between a page and the contract panel.
@@ -2990,10 +3038,27 @@ declare namespace NovaExtension {
      * @remarks one object for each page
      */
     interface KContract {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        registerCallback(argument1: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        panelNotify(argument1: unknown): never;
+        /**
+         * Has a function called with the panel's notifications for this view, in place of an earlier one.
+         *
+         * @param callback is called with each notification whose `viewId` is this page's view
+         * @throws 3 "pThis is null"
+         * @throws 3 "handle is null"
+         * @throws 1 "Invalid argument"
+         * @throws 3 "Panel not Found"
+         */
+        registerCallback(callback: (report: Record<string, any>) => void): Answer<undefined>;
+        /**
+         * Sends a notification to the panel, which has received it when this returns.
+         *
+         * @param notification what the panel understands
+         * @throws 3 "pThis is null"
+         * @throws 3 "handle is null"
+         * @throws 1 "Invalid argument"
+         * @throws 3 "Panel not Found"
+         * @throws 3 "Failed invoke method: %1"
+         */
+        panelNotify(notification: Readonly<Record<string, unknown>>): Answer<undefined>;
     }
 }
 

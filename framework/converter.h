@@ -272,12 +272,18 @@ template <HasFields Struct> QVariantMap toMap(const Struct& value)
     return map;
 }
 
-/// A struct as an object of script's.
+/// A struct as an object of script's, likewise.
 template <HasFields Struct> KRef<KJSONValue> toObject(const Struct& value)
 {
     KRef<KJSONValue> object(new KJSONValue);
     forEachField<Struct>([&](const auto& field, std::size_t index) {
-        object->put(fieldName<Struct>(index), jsapi::toScript(value.*field.member));
+        const auto& member = value.*field.member;
+        if constexpr (requires { member.has_value(); }) {
+            if (member)
+                object->put(fieldName<Struct>(index), jsapi::toScript(*member));
+        } else {
+            object->put(fieldName<Struct>(index), jsapi::toScript(member));
+        }
         return true;
     });
     return object;

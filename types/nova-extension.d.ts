@@ -165,7 +165,7 @@ declare namespace NovaExtension {
         "CirrusConfig.setAuthSwitch": Failure<3, "not supported.">;
         "CirrusConfig.getConfigData": Failure<3, "not supported.">;
         "CirrusConfig.setConfigData": Failure<3, "not supported.">;
-        "PluginManager.getPlugin": Failure<3, "not supported.">;
+        "PluginManager.getPlugin": Failure<3, "empty pBrowsersGroup"> | Failure<3, "plugin manager is null"> | Failure<3, "invalid plugin"> | Failure<3, "empty handle.">;
         "Webview.addHideListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
         "Webview.removeHideListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
         "Webview.addDestroyListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
@@ -370,10 +370,10 @@ declare namespace NovaExtension {
         "FileSystem.File.exists": never;
         "FileSystem.File.remove": Failure<3, "illegal path">;
         "FileSystem.File.size": Failure<3, "empty path"> | Failure<3, "invalid path">;
-        "PluginManager.Plugin.load": Failure<3, "not supported.">;
-        "PluginManager.Plugin.getProp": Failure<3, "not supported.">;
-        "PluginManager.Plugin.resourceFilePath": Failure<3, "not supported.">;
-        "PluginManager.Plugin.frameworkFilePath": Failure<3, "not supported.">;
+        "PluginManager.Plugin.load": Failure<3, "invalid plugin"> | Failure<1, "wrong parameters.">;
+        "PluginManager.Plugin.getProp": Failure<3, "invalid plugin">;
+        "PluginManager.Plugin.resourceFilePath": Failure<3, "invalid plugin"> | Failure<3, "plugin is not ready">;
+        "PluginManager.Plugin.frameworkFilePath": Failure<3, "invalid plugin"> | Failure<3, "plugin is not ready">;
         "CloudDoc.Orbitapi.commonRequest": Failure<3, "not supported.">;
         "CloudDoc.UploadFileTask.start": Failure<3, "task is null."> | Failure<3, "task start failed.">;
         "CloudDoc.UploadFileTask.cancel": Failure<3, "task is null."> | Failure<3, "task cancel failed.">;
@@ -1010,8 +1010,16 @@ declare namespace NovaExtension {
      * @remarks one object, shared by all pages
      */
     interface PluginManager {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getPlugin(argument1: string): never;
+        /**
+         * Returns a Plugin object for a plugin of the suite.
+         *
+         * @param name its name
+         * @throws 3 "empty pBrowsersGroup"
+         * @throws 3 "plugin manager is null"
+         * @throws 3 "invalid plugin"
+         * @throws 3 "empty handle."
+         */
+        getPlugin(name: string): NovaExtension.PluginManager.Plugin;
     }
 }
 
@@ -3105,19 +3113,73 @@ declare namespace NovaExtension.FileSystem {
 
 declare namespace NovaExtension.PluginManager {
     /**
-     * One plugin of the suite.
+     * One plugin of the suite. Every member fails once the suite has destroyed the plugin.
      *
      * @remarks handed out by another object
      */
     interface Plugin {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        load(argument1: unknown, argument2: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getProp(argument1: string): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        resourceFilePath(argument1: string): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        frameworkFilePath(argument1: string): never;
+        /**
+         * Loads the plugin and returns the status: 0 it is ready, 1 it can not be loaded, 2 it is being loaded in the
+         * background, 3 cancelled, 4 it went meanwhile. With 2 the function is called with `Progress` while the plugin
+         * is fetched, and once with how it ended; `Failed` also when the suite destroys the plugin. With any other it
+         * is never called.
+         *
+         * @param options how to load it
+         * @param callback is called when the status is 2
+         * @throws 3 "invalid plugin"
+         * @throws 1 "wrong parameters."
+         */
+        load(options: NovaExtension.PluginManager.Plugin.LoadOptions, callback?: (report: NovaExtension.PluginManager.Plugin.PluginLoadReport) => void): Answer<number>;
+        /**
+         * Returns a property of the plugin; undefined when it has none of that name.
+         *
+         * @param propName its name
+         * @throws 3 "invalid plugin"
+         */
+        getProp(propName: string): Answer<any>;
+        /**
+         * Returns the absolute path of a file among the plugin's resources, which need not exist; an empty string for a
+         * path that leads out of them.
+         *
+         * @param relativePath below the plugin's resources
+         * @throws 3 "invalid plugin"
+         * @throws 3 "plugin is not ready"
+         */
+        resourceFilePath(relativePath: string): Answer<string>;
+        /**
+         * Returns the absolute path of a file of the plugin's framework, likewise.
+         *
+         * @param relativePath below the plugin's framework
+         * @throws 3 "invalid plugin"
+         * @throws 3 "plugin is not ready"
+         */
+        frameworkFilePath(relativePath: string): Answer<string>;
+    }
+}
+
+declare namespace NovaExtension.PluginManager.Plugin {
+    interface LoadOptions {
+        /**
+         * 0 loads it if it is not ready, 1 only what is on this machine, 2 once more if it is ready, 4 without what the
+         * suite shows of it; any other is 0
+         *
+         * @default 0
+         */
+        option?: number | undefined;
+        /**
+         * 1 loads it before the call returns; any other is 0
+         *
+         * @default 0
+         */
+        mode?: number | undefined;
+    }
+    interface PluginLoadReport {
+        /** each but `Progress` is the last one */
+        step: "Progress" | "Succeeded" | "Failed" | "Canceled";
+        /** with `Progress`: how much there is to fetch */
+        totalBytes?: Int64;
+        /** with `Progress`: how much of it has been fetched */
+        receivedBytes?: Int64;
     }
 }
 

@@ -64,7 +64,8 @@ QString checkPlugin(const PlayStep& step)
 {
     if (!PluginActions.contains(step.subject))
         return QStringLiteral("a plugin can be added, removed, or cancelled while it is loaded");
-    return contains(findPlugins(), &PluginManifest::name, step.value)
+    QStringList errors;
+    return contains(findPlugins(errors), &PluginManifest::name, step.value)
         ? QString()
         : QStringLiteral("there is no plugin \"%1\"").arg(step.value);
 }

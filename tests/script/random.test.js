@@ -27,7 +27,7 @@ const leaves = [undefined, null, true, false, 0, -0, -1, 1, 37, 100, 2 ** 31, 2 
     { __proto__: { key: "inherited" } }, [, 1], new String("boxed"), function* () {}, { async then() {} }];
 
 const eventNames = ["a", ...api.objects.flatMap(({ events }) => events.map(({ name }) => name))];
-const strings = ["", "a", "auto", "*.txt", script, data, `${data}/a`, "%HOME%/b", ...eventNames];
+const strings = ["", "a", "auto", "*.txt", "sample", script, data, `${data}/a`, "%HOME%/b", ...eventNames];
 /** @type {Set<string>} */
 const optionNames = new Set(["__proto__", "constructor", "then", "", "\0", "length"]);
 /** @type {(type: ApiType) => void} */

@@ -77,6 +77,38 @@ touch -- "$HOME/opened/${1##*/}"
     return locked
 
 
+def prepare_plugins(data):
+    """The plugins of plugins.test.js: in own/, and in hostile/ what is none."""
+    files = {"a": "x" * 1_000_000, "deep/b": "x" * 2_000_000}
+    few = {"resources/a": "hello", "b": "x" * 95}
+    makes = {"big": (3_000_000, files, {}), "slow": (100, few, {"bytesPerSecond": 1}), "missing": (1, {}, {}),
+             "short": (101, few, {}), "long": (99, few, {}), "changed": (100, few, {"sha256": "0" * 64}), "linked": (100, few, {})}
+    plugins = {f"own/{name}": {"name": name, "version": "1", "source": f"{data}/source {name}", "bytes": size, **more}
+               for name, (size, _, more) in makes.items()}
+    for name, (_, texts, _) in makes.items():
+        for path, text in texts.items():
+            os.makedirs(os.path.dirname(f"{data}/source {name}/{path}"), exist_ok=True)
+            pathlib.Path(f"{data}/source {name}/{path}").write_text(text, encoding="utf-8")
+    os.symlink("/etc/hostname", f"{data}/source linked/c")
+    plugins |= {"own/here": {"name": "here", "version": "1", "properties": {"any": {"": [1, 1.5, None, True, {"a": "\0"}], "large": 2**40}}},
+                "own/broken": {"name": "broken", "version": "1", "library": "plugin.json"},
+                "hostile/outside": {"name": "outside", "version": "1", "resources": "/etc"},
+                "hostile/climbs": {"name": "climbs", "version": "1", "source": "a/../../own"},
+                "hostile/named": {"name": "../own/here", "version": "1"},
+                "hostile/typed": {"name": "typed", "version": 1, "titel": "x" * 100_000},
+                "hostile/large": {"name": "large", "version": "1", "title": "x" * 2**20},
+                "hostile/fetched": {"name": "fetched", "version": "1", "source": "a", "library": "b.so"}}
+    for path, manifest in plugins.items():
+        os.makedirs(f"{data}/{path}/resources")
+        pathlib.Path(f"{data}/{path}/plugin.json").write_text(json.dumps(manifest), encoding="utf-8")
+    os.symlink("/etc", f"{data}/own/here/resources/link")
+    for name, text in {"deep": '{"name": "deep", "version": "1", "properties": {"a": ' + "[" * 400_000,
+                       "twice": '{"name": "twice", "version": "1", "version": "2"}', "cut": '{"name"'}.items():
+        os.makedirs(f"{data}/hostile/{name}")
+        pathlib.Path(f"{data}/hostile/{name}/plugin.json").write_text(text, encoding="utf-8")
+    os.makedirs(f"{data}/hostile/directory/plugin.json")
+
+
 def main():
     novahost, scripts, name, *options = sys.argv[1:]
     arguments = []
@@ -96,6 +128,8 @@ def main():
             arguments = [tempfile.gettempdir()]
             for locked in prepare_files(data):
                 held.enter_context(locked)
+        if name == "plugins":
+            prepare_plugins(data)
         script = f"{scripts}/{name}.js"
         if name in ("walk", "random"):
             text = pathlib.Path(script).read_text(encoding="utf-8")
@@ -109,6 +143,9 @@ def main():
             if os.geteuid() == 0:
                 environment["QTWEBENGINE_DISABLE_SANDBOX"] = "1"
         result = subprocess.run(command, capture_output=True, text=True, errors="replace", env=environment, cwd=data)
+        half_done = [path.name for path in pathlib.Path(data, "plugins").glob(".*")]
+    if half_done:
+        sys.exit(f"loads that did not end well left {half_done}")
     print(result.stdout, result.stderr[-4000:], sep="", end="")
     if result.returncode != 0:
         sys.exit(f"exit code {result.returncode}; arguments {arguments[-1:] if name == 'random' else ''}")

@@ -134,7 +134,7 @@ std::optional<PluginManifest> readPluginManifest(const QString& directory, QStri
     return manifest;
 }
 
-std::vector<PluginManifest> findPlugins()
+std::vector<PluginManifest> findPlugins(QStringList& errors)
 {
     std::vector<PluginManifest> found;
     QSet<QString> names;
@@ -145,14 +145,14 @@ std::vector<PluginManifest> findPlugins()
             const QString path = directory.absoluteFilePath(folder);
             if (!QFileInfo::exists(path + QStringLiteral("/plugin.json")))
                 continue; // what has been fetched
-            QStringList errors;
-            std::optional<PluginManifest> manifest = readPluginManifest(path, errors);
+            QStringList wrong;
+            std::optional<PluginManifest> manifest = readPluginManifest(path, wrong);
             if (manifest && names.contains(manifest->name))
-                errors << QStringLiteral("name: another plugin is called so");
-            for (const QString& error : errors)
-                qCWarning(pluginLog, "plugin %s: %s", qPrintable(showPath(path)),
-                    qPrintable(escapeText(error.left(MaxShownError))));
-            if (!errors.isEmpty())
+                wrong << QStringLiteral("name: another plugin is called so");
+            for (const QString& error : wrong)
+                errors << QStringLiteral("plugin %1: %2")
+                              .arg(showPath(path), escapeText(error.left(MaxShownError)));
+            if (!wrong.isEmpty())
                 continue;
             names.insert(manifest->name);
             found.push_back(std::move(*manifest));

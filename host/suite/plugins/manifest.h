@@ -28,8 +28,9 @@ struct PluginManifest {
 /// The manifest in a directory; nothing when it has errors, each with its place, in `errors`. [any thread]
 std::optional<PluginManifest> readPluginManifest(const QString& directory, QStringList& errors);
 
-/// The plugins below the profile's directories, without two of one name. Errors go to the log. [any thread]
-std::vector<PluginManifest> findPlugins();
+/// The plugins below the profile's directories, without two of one name; what is wrong with others, one line each, in
+/// `errors`. [any thread]
+std::vector<PluginManifest> findPlugins(QStringList& errors);
 
 /// The absolute path of `relative` below a directory; null when it leads out of that, also through links, or is none.
 /// It need not exist.

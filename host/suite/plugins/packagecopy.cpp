@@ -54,7 +54,7 @@ bool PackageCopy::listFiles()
         const QString path = entries.next();
         const QFileInfo info = entries.fileInfo();
         if (info.isSymLink() || !(info.isFile() || info.isDir()))
-            return fail(QStringLiteral("%1 is neither a file nor a directory").arg(path));
+            return fail(QStringLiteral("%1 is a link, or neither a file nor a directory").arg(path));
         if (info.isFile())
             m_files << source.relativeFilePath(path);
         if (m_files.size() > MaxFiles)

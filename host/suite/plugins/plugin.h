@@ -10,8 +10,9 @@
 
 namespace suite {
 
-/// The only class of plugins there is: KPlugin's functions are this one's. A load that fails or is cancelled leaves a plugin
-/// that was ready as it was, and nothing of what had been fetched. [GUI thread]
+/// The only class of plugins there is: KPlugin's functions are this one's. When its files can not be
+/// fetched, or that is cancelled, a plugin that was ready stays so, and nothing is left of what had been fetched. [GUI
+/// thread]
 class Plugin final : public KPlugin {
 public:
     explicit Plugin(PluginManifest manifest);

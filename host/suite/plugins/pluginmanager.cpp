@@ -1,6 +1,7 @@
 #include "host/suite/plugins/pluginmanager.h"
 
 #include "host/profile/profile.h"
+#include "host/suite/plugins/pluginlog.h"
 
 #include <QCoreApplication>
 
@@ -18,7 +19,11 @@ void PluginManager::start()
         return;
     s_manager.reset(new PluginManager);
     qAddPostRoutine(shutDown);
-    for (PluginManifest& manifest : findPlugins())
+    QStringList errors;
+    std::vector<PluginManifest> found = findPlugins(errors);
+    for (const QString& error : errors)
+        qCWarning(pluginLog, "%s", qPrintable(error));
+    for (PluginManifest& manifest : found)
         s_manager->insert(std::move(manifest));
 }
 
@@ -41,7 +46,8 @@ Plugin* PluginManager::find(const QString& name) const
 
 void PluginManager::add(const QString& name)
 {
-    for (PluginManifest& manifest : findPlugins()) {
+    QStringList errors;
+    for (PluginManifest& manifest : findPlugins(errors)) {
         if (manifest.name == name && !find(name))
             insert(std::move(manifest));
     }

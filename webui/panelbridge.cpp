@@ -90,19 +90,20 @@ void KPanelHandle::slot_panelNotify(const QVariantMap& notification)
 {
     if (!m_callback || !isForPage(notification))
         return;
+    const std::wstring panel = QString::fromLatin1(m_panel.name).toStdWString();
+    const KJSVariant argument = convertVariant(notification);
+    if (argument.isEmpty())
+        return KxLoggerLite::writeError(L"PanelBridge", L"a notification of " + panel + L" is nested too deep");
     // The callback may register another one, or let the page go.
     m_callback->AddRef();
     const KRef<IJSFunction> callback(m_callback.get());
     const QPointer<KPanelHandle> self(this);
-    const std::string panel = m_panel.name;
-    const KJSVariant argument = convertVariant(notification);
     const KResult status = callback->Call(JSApiArguments(&argument, 1), nullptr);
     if (status == KR_NOT_AVAILABLE && self && m_callback.get() == callback.get())
         m_callback = {}; // its page has gone
     else if (status != KR_OK)
-        KxLoggerLite::writeError(L"PanelBridge",
-            L"a page's callback for notifications of " + std::wstring(panel.begin(), panel.end())
-                + L" has failed: " + std::to_wstring(status));
+        KxLoggerLite::writeError(
+            L"PanelBridge", L"a page's callback for notifications of " + panel + L" has failed");
 }
 
 Answer<void> registerPanelCallback(KPanelHandle& handle, const JSContextEnv& page, PanelCallback& callback)

@@ -415,19 +415,40 @@ TEST_F(Abi, ServicesNeedTheApplicationOfTheSuite)
     NoCloudService service;
     support::cloudIpc = &service;
     const auto call = [&] { return page.call("CloudDoc", "getDefaultWorkSpace"); };
+    const auto bridges = [&] {
+        return page.call("AiDocsChat", "qaNotify") + "; " + page.call("KContract", "registerCallback") + "; "
+            + page.call("WebDocsControl", "notifySetupFinished");
+    };
     ASSERT_FALSE(QCoreApplication::instance());
     EXPECT_EQ(call(), "3 Cloud service error.");
+    EXPECT_EQ(bridges(), "3 handle is null; 3 handle is null; 3 handle is null");
     for (const char* member : { "isLoggedIn", "login", "addLoginListener" })
         EXPECT_EQ(page.call("Account", member), "3 empty handle.");
     {
         int count = 0;
         const QCoreApplication other(count, nullptr);
         EXPECT_EQ(call(), "3 Cloud service error.");
+        EXPECT_EQ(bridges(), "1 Invalid argument; 1 Invalid argument; 3 empty core app.");
     }
     support::application();
+    EXPECT_EQ(bridges(), "1 Invalid argument; 1 Invalid argument; 1 missing required parameters.");
     EXPECT_EQ(call(), "3 Get account SDK error.") << "the service is there";
     support::cloudIpc = nullptr;
     EXPECT_EQ(call(), "3 Cloud service error.");
+}
+
+/// A JS core that calls a member's function without an object.
+TEST_F(Abi, BridgesRefuseToBeNoObject)
+{
+    const std::pair<const char*, std::int32_t> rows[] = { { "AiDocsChat", 2 }, { "KContract", 2 }, { "WebDocsControl", 1 } };
+    for (const auto& [name, count] : rows) {
+        for (std::int32_t i = 0; i < count; ++i) {
+            const auto invoke = reinterpret_cast<JSMethodInvoke>(page.object(name).members->Invoke(i));
+            JSApiArguments none;
+            EXPECT_EQ(invoke(nullptr, page.context, none, result, exception), KR_REJECTED);
+            EXPECT_EQ(support::failure(exception), "3 pThis is null") << name;
+        }
+    }
 }
 
 TEST_F(Abi, ProfileReportsTheBrowserAndNoNegativeDuration)

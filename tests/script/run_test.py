@@ -119,6 +119,11 @@ def main():
         data = f"{outer}/home"
         os.mkdir(data)
         replace_opener(data, "exit 0\n")
+        if name == "documentchat":
+            os.makedirs(f"{data}/user/documents")
+            pathlib.Path(f"{data}/user/documents/notes.txt").write_text(
+                "The fox lives in the old forest. Nobody has seen its den.\n\nA forest fire broke out in\n2019! The fox fled.\n",
+                encoding="utf-8")
         if name == "files":
             arguments = [tempfile.gettempdir()]
             for locked in prepare_files(data):

@@ -80,9 +80,13 @@ void DocumentChat::passOn(const QVariantMap& report)
 QVariantMap DocumentChat::answer(const QVariantMap& notification)
 {
     const QString type = notification.value(QStringLiteral("type")).toString();
-    if (type == QLatin1String("show"))
+    if (type == QLatin1String("show") || type == QLatin1String("hide")) {
+        const bool isShown = type == QLatin1String("show") && showPage();
+        if (!isShown)
+            delete m_page;
         return { { QStringLiteral("type"), QStringLiteral("shown") },
-            { QStringLiteral("isShown"), showPage() } };
+            { QStringLiteral("isShown"), isShown } };
+    }
     const QVariant question = notification.value(QStringLiteral("text"));
     const bool isQuestion = type == QLatin1String("question") && question.userType() == QMetaType::QString
         && question.toString().size() <= MaxQuestion;

@@ -32,6 +32,7 @@ private:
 ///     { type: "question", text, id? }      and get { type: "answer", text, id?, sentences: [{ text, file }] }
 ///     { type: "show" }                     and get { type: "shown", isShown }: the panel's window, with the browser engine;
 ///                                          then { type: "page", did, text }: did "open" or "answer", from the page in it
+///     { type: "hide" }                     and get the same when the window has gone
 ///
 /// and for all else { type: "error", msg }, always from the event loop. Every page that has registered gets them.
 class DocumentChat final : public QObject {

@@ -3,20 +3,11 @@
 #include "host/cloudd/names.h"
 
 #include <QDateTime>
-#include <QFile>
-#include <QLoggingCategory>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QUuid>
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace cloudd {
 
 namespace {
-
-Q_LOGGING_CATEGORY(storeLog, "cloudd.store")
 
 constexpr int Format = 1;
 constexpr int KeptTasks = 1000;
@@ -78,68 +69,11 @@ template <typename Rows> std::optional<Item> readFirstItem(Rows rows)
     return rows.next() ? std::optional(readItem(rows)) : std::nullopt;
 }
 
-/// Invalid when the statement fails; query.lastError() has the reason.
-QVariant queryValue(QSqlQuery& query, const char* statement)
-{
-    return query.exec(QLatin1String(statement)) && query.next() ? query.value(0) : QVariant();
-}
-
-[[noreturn]] void fail(const QByteArray& statement, const QSqlQuery& query)
-{
-    qCWarning(storeLog, "%s: %s", statement.constData(), qPrintable(query.lastError().text()));
-    throw Error(State::StorageFailed);
-}
-
 } // namespace
 
 QString makeId(char kind)
 {
     return QLatin1Char(kind) + QString::fromLatin1(QUuid::createUuid().toRfc4122().toHex());
-}
-
-Store::Transaction::Transaction(Store& store)
-    : m_store(store)
-    , m_open(true)
-{
-    if (m_store.m_depth == 0)
-        m_store.run("BEGIN IMMEDIATE");
-    ++m_store.m_depth;
-}
-
-Store::Transaction::~Transaction()
-{
-    if (!m_open)
-        return;
-    // An inner one that was not committed: the exception under way rolls back the outermost.
-    if (--m_store.m_depth == 0)
-        QSqlQuery(QSqlDatabase::database(m_store.m_connection)).exec(QStringLiteral("ROLLBACK"));
-}
-
-void Store::Transaction::commit()
-{
-    if (m_store.m_depth == 1)
-        m_store.run("COMMIT");
-    --m_store.m_depth;
-    m_open = false;
-}
-
-Store::Rows::~Rows()
-{
-    if (!m_store)
-        return;
-    m_query.finish();
-    m_store->m_prepared.insert(m_statement, m_query);
-}
-
-Store::Store()
-    : m_connection(makeId('s'))
-{
-}
-
-Store::~Store()
-{
-    m_prepared.clear();
-    QSqlDatabase::removeDatabase(m_connection);
 }
 
 QString Store::open(const QString& path)
@@ -150,47 +84,24 @@ QString Store::open(const QString& path)
 
 QString Store::openRecords(const QString& path)
 {
-    // SQLite gives the files beside it the same permissions.
-    const int file =
-        ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    if (file < 0)
-        return QStringLiteral("can not be made or written to");
-    close(file);
-    QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
-    database.setDatabaseName(path);
-    database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
-    if (!database.open())
-        return database.lastError().text();
-
-    // Nothing is written to a file that is damaged or not ours.
-    QSqlQuery query(database);
-    const QVariant format = queryValue(query, "PRAGMA user_version");
-    const QVariant tables = queryValue(query, "SELECT count(*) FROM sqlite_master");
-    if (!format.isValid() || !tables.isValid())
-        return QStringLiteral("is damaged, or no file of records (%1)").arg(query.lastError().text());
-    if (format.toInt() > Format)
-        return QStringLiteral("was written by a newer version");
-    const bool isNew = format.toInt() == 0;
-    if (isNew && tables.toInt() > 0)
-        return QStringLiteral("holds other records");
-    if (queryValue(query, "PRAGMA quick_check").toString() != QLatin1String("ok"))
-        return QStringLiteral("is damaged");
-    query.finish();
+    bool isNew = false;
+    QString why = m_database.open(path, Format, isNew);
+    if (!why.isEmpty())
+        return why;
 
     try {
-        for (const char* setting :
-            { "PRAGMA journal_mode = WAL", "PRAGMA synchronous = FULL", "PRAGMA foreign_keys = ON" })
-            run(setting);
         Transaction transaction(*this);
         if (isNew) {
             for (const char* statement : Tables)
-                run(statement);
-            run("PRAGMA user_version = 1");
+                m_database.run(statement);
+            m_database.run("PRAGMA user_version = 1");
         }
         // Older records of this format do not have them.
-        run("CREATE TABLE IF NOT EXISTS localCopies (itemId TEXT PRIMARY KEY NOT NULL REFERENCES items(id),"
+        m_database.run(
+            "CREATE TABLE IF NOT EXISTS localCopies (itemId TEXT PRIMARY KEY NOT NULL REFERENCES items(id),"
             " sha256 TEXT NOT NULL)");
-        run("CREATE TABLE IF NOT EXISTS labels (itemId TEXT PRIMARY KEY NOT NULL REFERENCES items(id),"
+        m_database.run(
+            "CREATE TABLE IF NOT EXISTS labels (itemId TEXT PRIMARY KEY NOT NULL REFERENCES items(id),"
             " label TEXT NOT NULL, setupId TEXT NOT NULL, changeTime INTEGER NOT NULL)");
         transaction.commit();
     } catch (const Error&) {
@@ -199,39 +110,12 @@ QString Store::openRecords(const QString& path)
     return {};
 }
 
-QSqlQuery Store::prepare(const QByteArray& statement)
-{
-    if (const auto unused = m_prepared.find(statement); unused != m_prepared.end()) {
-        QSqlQuery query = unused.value();
-        m_prepared.erase(unused);
-        return query;
-    }
-    QSqlQuery query(QSqlDatabase::database(m_connection, false));
-    query.setForwardOnly(true);
-    if (!query.prepare(QString::fromLatin1(statement)))
-        fail(statement, query);
-    return query;
-}
-
-Store::Rows Store::run(const QByteArray& statement, std::initializer_list<QVariant> values)
-{
-    QSqlQuery query = prepare(statement);
-    int place = 0;
-    for (const QVariant& value : values) {
-        // An empty QString may be a null one, which would become NULL.
-        const bool isEmptyString = value.type() == QVariant::String && value.toString().isEmpty();
-        query.bindValue(place++, isEmptyString ? QVariant(QLatin1String("")) : value);
-    }
-    if (!query.exec())
-        fail(statement, query);
-    return { *this, statement, query };
-}
-
 Member Store::ensureMember(const QString& userId)
 {
-    Rows found = run("SELECT g.id, g.name, g.rootId, g.createTime, u.roamingMode FROM users u"
-                     " JOIN groups g ON g.ownerId = u.id WHERE u.id = ?",
-        { userId });
+    Database::Rows found =
+        m_database.run("SELECT g.id, g.name, g.rootId, g.createTime, u.roamingMode FROM users u"
+                       " JOIN groups g ON g.ownerId = u.id WHERE u.id = ?",
+            { userId });
     if (found.next())
         return { userId, found.value(0).toString(), found.value(1).toString(), found.value(2).toString(),
             found.value(3).toLongLong(), found.value(4).toString() };
@@ -239,8 +123,8 @@ Member Store::ensureMember(const QString& userId)
 
     Member made { userId, makeId('g'), QLatin1String(GroupName), makeId('f'), now(), QStringLiteral("auto") };
     Transaction transaction(*this);
-    run("INSERT INTO users (id, roamingMode) VALUES (?, ?)", { userId, made.roamingMode });
-    run("INSERT INTO groups (id, ownerId, name, rootId, createTime) VALUES (?, ?, ?, ?, ?)",
+    m_database.run("INSERT INTO users (id, roamingMode) VALUES (?, ?)", { userId, made.roamingMode });
+    m_database.run("INSERT INTO groups (id, ownerId, name, rootId, createTime) VALUES (?, ?, ?, ?, ?)",
         { made.groupId, userId, made.groupName, made.rootId, made.createTime });
     const Item root = insert({ made.rootId, made.groupId, {}, {}, true, 0, {} });
     // Added at once, so that no file can take the name.
@@ -266,13 +150,14 @@ Item Store::ensureWorkspace(const Member& member)
 
 void Store::setRoamingMode(const QString& userId, const QString& mode)
 {
-    run("UPDATE users SET roamingMode = ? WHERE id = ?", { mode, userId });
+    m_database.run("UPDATE users SET roamingMode = ? WHERE id = ?", { mode, userId });
 }
 
 Item Store::insert(const Item& item)
 {
     const QVariant parent = item.parentId.isEmpty() ? QVariant() : QVariant(item.parentId);
-    run("INSERT INTO items (id, groupId, parentId, name, isFolder, size, sha256, createTime, changeTime)"
+    m_database.run(
+        "INSERT INTO items (id, groupId, parentId, name, isFolder, size, sha256, createTime, changeTime)"
         " VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)",
         { item.id, item.groupId, parent, item.name, item.isFolder, item.size, item.sha256, now(), now() });
     return item;
@@ -280,7 +165,7 @@ Item Store::insert(const Item& item)
 
 Item Store::findItemById(const QString& id)
 {
-    const auto found = readFirstItem(run(select(ItemColumns, "items WHERE id = ?"), { id }));
+    const auto found = readFirstItem(m_database.run(select(ItemColumns, "items WHERE id = ?"), { id }));
     if (!found)
         throw Error(State::NotFound);
     return *found;
@@ -289,13 +174,14 @@ Item Store::findItemById(const QString& id)
 std::optional<Item> Store::findChild(const QString& folderId, const QString& name)
 {
     return readFirstItem(
-        run(select(ItemColumns, "items WHERE parentId = ? AND name = ?"), { folderId, name }));
+        m_database.run(select(ItemColumns, "items WHERE parentId = ? AND name = ?"), { folderId, name }));
 }
 
 std::vector<Item> Store::listChildren(const QString& folderId, const QString& after, int most)
 {
-    Rows rows = run(select(ItemColumns, "items WHERE parentId = ? AND name > ? ORDER BY name LIMIT ?"),
-        { folderId, after, most });
+    Database::Rows rows =
+        m_database.run(select(ItemColumns, "items WHERE parentId = ? AND name > ? ORDER BY name LIMIT ?"),
+            { folderId, after, most });
     std::vector<Item> items;
     while (rows.next())
         items.push_back(readItem(rows));
@@ -304,8 +190,8 @@ std::vector<Item> Store::listChildren(const QString& folderId, const QString& af
 
 Item Store::findItem(const Member& member, const QString& pathOrId)
 {
-    const auto named = readFirstItem(
-        run(select(ItemColumns, "items WHERE id = ? AND groupId = ?"), { pathOrId, member.groupId }));
+    const auto named = readFirstItem(m_database.run(
+        select(ItemColumns, "items WHERE id = ? AND groupId = ?"), { pathOrId, member.groupId }));
     if (named)
         return *named;
     Item found = findItemById(member.rootId);
@@ -345,9 +231,10 @@ Item Store::findFolder(const Member& member, const QString& pathOrId, Missing mi
 
 Item Store::addFolder(const Item& parent, const QString& name)
 {
-    Rows above = run("WITH RECURSIVE above(id) AS (VALUES (?) UNION ALL SELECT parentId FROM items"
-                     " JOIN above USING (id) WHERE parentId IS NOT NULL) SELECT count(*) FROM above",
-        { parent.id });
+    Database::Rows above =
+        m_database.run("WITH RECURSIVE above(id) AS (VALUES (?) UNION ALL SELECT parentId FROM items"
+                       " JOIN above USING (id) WHERE parentId IS NOT NULL) SELECT count(*) FROM above",
+            { parent.id });
     if (!above.next() || above.value(0).toInt() > MaxFolderDepth)
         throw Error(State::WrongArguments);
     above.finish();
@@ -361,7 +248,7 @@ Item Store::putFile(const Item& folder, const QString& name, qint64 size, const 
         return insert({ makeId('f'), folder.groupId, folder.id, checkItemName(name), false, size, sha256 });
     if (known->isFolder)
         throw Error(State::NameTaken);
-    run("UPDATE items SET size = ?, sha256 = ?, changeTime = ? WHERE id = ?",
+    m_database.run("UPDATE items SET size = ?, sha256 = ?, changeTime = ? WHERE id = ?",
         { size, sha256, now(), known->id });
     known->size = size;
     known->sha256 = sha256;
@@ -399,23 +286,23 @@ QString Store::findPath(const Item& item)
 
 bool Store::isContentUsed(const QString& sha256)
 {
-    return run("SELECT 1 FROM items WHERE sha256 = ? LIMIT 1", { sha256 }).next();
+    return m_database.run("SELECT 1 FROM items WHERE sha256 = ? LIMIT 1", { sha256 }).next();
 }
 
 QString Store::findLocalCopy(const QString& itemId)
 {
-    Rows row = run("SELECT sha256 FROM localCopies WHERE itemId = ?", { itemId });
+    Database::Rows row = m_database.run("SELECT sha256 FROM localCopies WHERE itemId = ?", { itemId });
     return row.next() ? row.value(0).toString() : QString();
 }
 
 void Store::recordLocalCopy(const QString& itemId, const QString& sha256)
 {
-    run("INSERT OR REPLACE INTO localCopies (itemId, sha256) VALUES (?, ?)", { itemId, sha256 });
+    m_database.run("INSERT OR REPLACE INTO localCopies (itemId, sha256) VALUES (?, ?)", { itemId, sha256 });
 }
 
 std::optional<LabelStatus> Store::findLabelStatus(const QString& itemId)
 {
-    Rows row = run("SELECT label, setupId, changeTime FROM labels WHERE itemId = ?", { itemId });
+    Rows row = m_database.run("SELECT label, setupId, changeTime FROM labels WHERE itemId = ?", { itemId });
     if (!row.next())
         return std::nullopt;
     return LabelStatus { row.value(0).toString(), row.value(1).toString(), row.value(2).toLongLong() };
@@ -424,14 +311,15 @@ std::optional<LabelStatus> Store::findLabelStatus(const QString& itemId)
 LabelStatus Store::recordLabelStatus(const QString& itemId, const QString& label, const QString& setupId)
 {
     LabelStatus status { label, setupId, now() };
-    run("INSERT OR REPLACE INTO labels (itemId, label, setupId, changeTime) VALUES (?, ?, ?, ?)",
+    m_database.run("INSERT OR REPLACE INTO labels (itemId, label, setupId, changeTime) VALUES (?, ?, ?, ?)",
         { itemId, label, setupId, status.changeTime });
     return status;
 }
 
 void Store::add(const Task& task)
 {
-    run("INSERT INTO tasks (id, userId, source, folderId, name, autoRename, status, state, transferred, "
+    m_database.run(
+        "INSERT INTO tasks (id, userId, source, folderId, name, autoRename, status, state, transferred, "
         "total, itemId,"
         " sha256) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
         { task.id, task.userId, task.source, task.folderId, task.name, task.autoRename,
@@ -442,15 +330,17 @@ void Store::add(const Task& task)
 void Store::recordEnd(const Task& task)
 {
     if (!task.id.startsWith(QLatin1Char(Task::PublicKind))) {
-        run("DELETE FROM tasks WHERE id = ?", { task.id });
+        m_database.run("DELETE FROM tasks WHERE id = ?", { task.id });
         return;
     }
     Transaction transaction(*this);
-    run("UPDATE tasks SET status = ?, state = ?, transferred = ?, total = ?, itemId = ?, sha256 = ?,"
+    m_database.run(
+        "UPDATE tasks SET status = ?, state = ?, transferred = ?, total = ?, itemId = ?, sha256 = ?,"
         " ended = (SELECT coalesce(max(ended), 0) + 1 FROM tasks) WHERE id = ?",
         { static_cast<int>(task.status), static_cast<int>(task.state), task.transferred, task.total,
             task.itemId, task.sha256, task.id });
-    run("DELETE FROM tasks WHERE userId = ? AND ended <="
+    m_database.run(
+        "DELETE FROM tasks WHERE userId = ? AND ended <="
         " (SELECT ended FROM tasks WHERE userId = ? AND ended > 0 ORDER BY ended DESC LIMIT 1 OFFSET ?)",
         { task.userId, task.userId, KeptTasks });
     transaction.commit();
@@ -458,13 +348,14 @@ void Store::recordEnd(const Task& task)
 
 std::optional<Task> Store::findTask(const QString& userId, const QString& id)
 {
-    Rows row = run(select(TaskColumns, "tasks WHERE id = ? AND userId = ?"), { id, userId });
+    Database::Rows row =
+        m_database.run(select(TaskColumns, "tasks WHERE id = ? AND userId = ?"), { id, userId });
     return row.next() ? std::optional(readTask(row)) : std::nullopt;
 }
 
 std::vector<Task> Store::listUnfinishedTasks()
 {
-    Rows rows = run(select(TaskColumns, "tasks WHERE ended IS NULL ORDER BY number"));
+    Database::Rows rows = m_database.run(select(TaskColumns, "tasks WHERE ended IS NULL ORDER BY number"));
     std::vector<Task> tasks;
     while (rows.next())
         tasks.push_back(readTask(rows));

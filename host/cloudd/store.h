@@ -10,15 +10,10 @@
 // All functions throw Error(StorageFailed) when the database can not be read or written.
 #pragma once
 
+#include "host/cloudd/database.h"
 #include "host/cloudd/state.h"
 
-#include <QHash>
-#include <QSqlQuery>
-#include <QString>
-#include <QVariant>
-#include <initializer_list>
 #include <optional>
-#include <utility>
 #include <vector>
 
 namespace cloudd {
@@ -76,24 +71,14 @@ class Store {
 public:
     enum class Missing { Fail, Create };
 
-    class Transaction {
+    /// A nested one is part of the outermost.
+    class Transaction : public Database::Transaction {
     public:
-        /// A nested one is part of the outermost.
-        explicit Transaction(Store& store);
-        ~Transaction();
-        Transaction(const Transaction&) = delete;
-        Transaction& operator=(const Transaction&) = delete;
-        void commit();
-
-    private:
-        Store& m_store;
-        bool m_open;
+        explicit Transaction(Store& store)
+            : Database::Transaction(store.m_database)
+        {
+        }
     };
-
-    Store();
-    ~Store();
-    Store(const Store&) = delete;
-    Store& operator=(const Store&) = delete;
 
     /// Opens or makes the file. Returns the error; the file is unchanged then, and nothing else may be
     /// called.
@@ -141,43 +126,10 @@ public:
     std::vector<Task> listUnfinishedTasks();
 
 private:
-    /// The rows that a statement returned. A read transaction may be open until it is destroyed or finished;
-    /// the prepared statement can be used again then.
-    class Rows {
-    public:
-        Rows(Store& store, const QByteArray& statement, const QSqlQuery& query)
-            : m_store(&store)
-            , m_statement(statement)
-            , m_query(query)
-        {
-        }
-        Rows(Rows&& other) noexcept
-            : m_store(std::exchange(other.m_store, nullptr))
-            , m_statement(std::move(other.m_statement))
-            , m_query(other.m_query)
-        {
-        }
-        Rows& operator=(Rows&&) = delete;
-        ~Rows();
-
-        bool next() { return m_query.next(); }
-        QVariant value(int column) const { return m_query.value(column); }
-        void finish() { m_query.finish(); }
-
-    private:
-        Store* m_store;
-        QByteArray m_statement;
-        QSqlQuery m_query;
-    };
-
     QString openRecords(const QString& path);
-    QSqlQuery prepare(const QByteArray& statement);
-    Rows run(const QByteArray& statement, std::initializer_list<QVariant> values = {});
     Item insert(const Item& item);
 
-    QString m_connection;
-    QHash<QByteArray, QSqlQuery> m_prepared; ///< by their SQL, those that are not in use
-    int m_depth = 0;                         ///< of nested transactions
+    Database m_database;
 };
 
 /// A new random id, which can not be guessed.

@@ -192,25 +192,6 @@ TEST(Run, SurvivesTheLimitOfItsFiles)
     EXPECT_FALSE(QFile::exists(place.filePath(QStringLiteral("copy"))));
 }
 
-TEST(Run, KeepsDeepValues)
-{
-    const QTemporaryDir place;
-    const QString deep =
-        QStringLiteral("--data DATA eval \"let d = 1; for (let i = 0; i < 990; ++i) d = i % 2 ? [d] : {d};");
-    EXPECT_TRUE(novahost(
-        wordsOf(deep + QStringLiteral("NovaExtension.ConfigCenter.setValue({key: 'c', value: d})\""), place))
-                    .out.contains(QStringLiteral("\"data\":true")));
-    EXPECT_EQ(
-        novahost(
-            wordsOf(deep
-                    + QStringLiteral(
-                        "JSON.stringify(NovaExtension.ConfigCenter.value({key: 'c', defaultValue: 0}).data) "
-                        "=== JSON.stringify(d)\""),
-                place))
-            .out,
-        QStringLiteral("true\n"));
-}
-
 TEST(Run, KeepsItsStateBelowTheDataDirectory)
 {
     const QTemporaryDir place;

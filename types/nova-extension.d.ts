@@ -2500,7 +2500,7 @@ declare namespace NovaExtension.Skin {
          * the names of values, as `group/name`, or `name` for a value of the group `CommonPalette` or else of
          * `CommonThemePalette`
          */
-        config?: readonly string[] | undefined;
+        config: readonly string[];
     }
 }
 

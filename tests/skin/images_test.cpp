@@ -29,45 +29,35 @@ QImage imageOf(const QString& name, const QString& query)
         "PNG");
 }
 
-struct AddressCase {
-    const char* name;
-    QString address;
-    QSize size; ///< invalid: there is no image
-};
-
-class Addresses : public SkinTest, public testing::WithParamInterface<AddressCase> { };
+class Addresses : public SkinTest, public testing::WithParamInterface<Row> { };
 
 TEST_P(Addresses, HaveAnImageOrNone)
 {
-    const QImage image = imageOf(
-        GetParam().address.section(QLatin1Char('?'), 0, 0), GetParam().address.section(QLatin1Char('?'), 1));
-    EXPECT_EQ(image.isNull(), !GetParam().size.isValid());
-    EXPECT_TRUE(image.isNull() || image.size() == GetParam().size);
+    const QString given = GetParam().given.trimmed()
+        + (GetParam().name == "HugeQuery" ? QString(100000, QLatin1Char('a')) : QString());
+    const QSize size =
+        imageOf(given.section(QLatin1Char('?'), 0, 0), given.section(QLatin1Char('?'), 1)).size();
+    EXPECT_EQ(QStringLiteral("%1x%2").arg(size.width()).arg(size.height()).toStdString(),
+        GetParam().expected.toStdString());
 }
 
-AddressCase address(const char* name, const char* address, QSize size = {})
-{
-    return { name, QString::fromLatin1(address), size };
-}
-
-INSTANTIATE_TEST_SUITE_P(Of, Addresses,
-    testing::Values(address("AnArea", "light/toolbar/document-save?width=20&height=30&x=y", { 20, 30 }),
-        address("NoArea", "light/document-save?width=1024&height=1024", { 1024, 1024 }),
-        address("AnotherSkin", "contrast/toolbar/document-save?width=1&height=1", { 1, 1 }),
-        address("AnAreaThatThereIsNot", "light/a%2Fb%20c/document-save?width=16&height=16", { 16, 16 }),
-        address("TooWide", "light/document-save?width=1025&height=16"),
-        address("NoHeight", "light/document-save?width=16"),
-        address("NoNumber", "light/document-save?width=16&height=1e1"),
-        address("Negative", "light/document-save?width=-16&height=16"),
-        address("NoSkin", "none/document-save?width=16&height=16"),
-        address("NoIcon", "light/none-such?width=16&height=16"),
-        address("StepsUp", "light/..%2F..%2Factions%2F22%2Fdocument-save?width=16&height=16"),
-        address("Deep", "light/a/b/document-save?width=16&height=16"),
-        address("NoPath", "light?width=16&height=16"),
-        AddressCase { "HugeQuery",
-            QStringLiteral("light/document-save?width=16&height=16&a=") + QString(100000, QLatin1Char('a')),
-            {} }),
-    caseName<AddressCase>);
+INSTANTIATE_TEST_SUITE_P(Of, Addresses, testing::ValuesIn(rows(R"(
+AnArea: light/toolbar/document-save?width=20&height=30&x=y -> 20x30
+NoArea: light/document-save?width=1024&height=1024 -> 1024x1024
+AnotherSkin: contrast/toolbar/document-save?width=1&height=1 -> 1x1
+AnAreaThatThereIsNot: light/a%2Fb%20c/document-save?width=16&height=16 -> 16x16
+TooWide: light/document-save?width=1025&height=16 -> 0x0
+NoHeight: light/document-save?width=16 -> 0x0
+NoNumber: light/document-save?width=16&height=1e1 -> 0x0
+Negative: light/document-save?width=-16&height=16 -> 0x0
+NoSkin: none/document-save?width=16&height=16 -> 0x0
+NoIcon: light/none-such?width=16&height=16 -> 0x0
+StepsUp: light/..%2F..%2Factions%2F22%2Fdocument-save?width=16&height=16 -> 0x0
+Deep: light/a/b/document-save?width=16&height=16 -> 0x0
+NoPath: light?width=16&height=16 -> 0x0
+HugeQuery: light/document-save?width=16&height=16&a= -> 0x0
+)")),
+    rowName);
 
 TEST_F(SkinTest, IconsHaveTheColoursOfTheirArea)
 {
@@ -93,34 +83,31 @@ TEST_F(SkinTest, IconsHaveTheColoursOfTheirArea)
     EXPECT_EQ(colorsOf(icon.pixmap(22, 22).toImage()), QStringList(QStringLiteral("#ffffff")));
 }
 
-struct TypeCase {
-    const char* type;
-    bool hasOwn;
-    bool hasAny;
-    const char* extension; ///< one of them; null: there is none
-};
-
+/// Whether there is an icon of their own and one of any kind, and the extensions.
 TEST_F(SkinTest, FileTypesHaveIconsAndExtensions)
 {
     const KFileFilter& filter = *KFileFilter::instance();
-    const QString skin = QStringLiteral("dark");
-    for (const TypeCase& expected : { TypeCase { "docx", true, true, "docx" }, { "DOC", true, true, "doc" },
-             { "xlsx", true, true, "xlsx" }, { "pptx", false, true, "pptx" }, { "odt", true, true, "odt" },
-             { "ods", true, true, "ods" }, { "odp", true, true, "odp" }, { "pdf", true, true, "pdf" },
-             { "txt", true, true, "txt" }, { "csv", true, true, "csv" }, { "rtf", true, true, "rtf" },
-             { "html", true, true, "htm" }, { "md", true, true, "md" }, { "jpg", true, true, "jpeg" },
-             { "zip", true, true, "zip" }, { "docm", false, true, "docm" }, { "folder", true, true, nullptr },
-             { "none-such", false, false, nullptr }, { "../x", false, false, nullptr },
-             { "", false, false, nullptr } }) {
-        const QString type = QString::fromLatin1(expected.type);
-        EXPECT_EQ(filter.hasFileTypeIcon(type, skin, false), expected.hasOwn) << expected.type;
-        EXPECT_EQ(filter.hasFileTypeIcon(type, skin, true), expected.hasAny) << expected.type;
-        EXPECT_FALSE(filter.hasFileTypeIcon(type, QStringLiteral("none"), true));
-        EXPECT_EQ(filter.fileTypeIcon(type) == QStringLiteral("unknown"), !expected.hasAny) << expected.type;
-        EXPECT_FALSE(KDrawHelper::loadIcon(filter.fileTypeIcon(type)).isNull()) << expected.type;
-        EXPECT_EQ(filter.extensions(type).contains(QString::fromLatin1(expected.extension)),
-            expected.extension != nullptr)
-            << expected.type;
+    for (const Row& row :
+        rows("docx: -> 11 docx\nDOC: -> 11 doc\nxlsx: -> 11 xlsx\npptx: -> 01 pptx\nodt: -> 11 odt\n"
+             "pdf: -> 11 pdf\ncsv: -> 11 csv\nhtml: -> 11 htm,html\ndocm: -> 01 docm\nfolder: -> 11\n"
+             "none-such: -> 00\n../x: -> 00\n: -> 00")) {
+        const QString type = QString::fromStdString(row.name);
+        const auto has = [&](const char* skin, bool all) {
+            return filter.hasFileTypeIcon(type, QString::fromLatin1(skin), all);
+        };
+        QStringList extensions = filter.extensions(type);
+        extensions.sort();
+        EXPECT_EQ(QStringLiteral("%1%2 ")
+                      .arg(has("dark", false))
+                      .arg(has("dark", true))
+                      .append(extensions.join(QLatin1Char(',')))
+                      .trimmed()
+                      .toStdString(),
+            row.expected.toStdString())
+            << row.name;
+        EXPECT_FALSE(has("none", true));
+        EXPECT_EQ(filter.fileTypeIcon(type) == QStringLiteral("unknown"), !has("dark", true)) << row.name;
+        EXPECT_FALSE(KDrawHelper::loadIcon(filter.fileTypeIcon(type)).isNull()) << row.name;
     }
     useProfile(R"({"services": {"fileFilter": false}})");
     EXPECT_FALSE(KFileFilter::instance());

@@ -6,6 +6,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLabel>
+#include <QPushButton>
 
 namespace {
 
@@ -31,6 +32,11 @@ TEST_F(SkinTest, ASwitchRepaintsWindowsAndIsAnnouncedOnce)
     EXPECT_EQ(corner(untouched), QStringLiteral("#1a1c20"));
     EXPECT_EQ(corner(own), QStringLiteral("#102030"));
     EXPECT_EQ(signals, 1);
+    // Whose frames must not be shades of black.
+    QPushButton button(QStringLiteral("text"));
+    EXPECT_NE(corner(button), QStringLiteral("#ffffff"));
+    EXPECT_TRUE(use("contrast"));
+    EXPECT_EQ(corner(button), QStringLiteral("#ffffff"));
 }
 
 TEST_F(SkinTest, UsersKeepTheirChoices)

@@ -4,6 +4,7 @@
 #include "host/vexlite/webwidgets.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QToolTip>
 
 namespace suite {
@@ -40,6 +41,24 @@ constexpr Role Roles[] = {
     { QPalette::Shadow, "strongBorder", nullptr },
 };
 
+/// Empty where the palette says all.
+QString makeStyleSheet(const Skin& skin)
+{
+    QFile file(QStringLiteral(":/novaskin/highcontrast.qss"));
+    if (skin.theme.hint(CommonPalette, QStringLiteral("isHighContrast"), 0) == 0
+        || !file.open(QIODevice::ReadOnly))
+        return {};
+    QString sheet = QString::fromUtf8(file.readAll());
+    const auto put = [&](const char* name, const QString& value) {
+        sheet.replace(QLatin1Char('@') + QLatin1String(name) + QLatin1Char('@'), value);
+    };
+    for (const char* name :
+        { "border", "focusRing", "disabledText", "highlight", "highlightedText", "window", "windowText" })
+        put(name, skin.theme.color(CommonPalette, QString::fromLatin1(name), Qt::gray).name());
+    put("borderWidth", QString::number(skin.theme.hint(CommonPalette, QStringLiteral("borderWidth"), 1)));
+    return sheet;
+}
+
 } // namespace
 
 QPalette makePalette(const Skin& skin)
@@ -60,11 +79,14 @@ QPalette makePalette(const Skin& skin)
 
 void showInWindows(const Skin& skin)
 {
-    if (!qobject_cast<QApplication*>(QCoreApplication::instance()))
+    auto* application = qobject_cast<QApplication*>(QCoreApplication::instance());
+    if (!application)
         return;
     const QPalette palette = makePalette(skin);
     QApplication::setPalette(palette);
     QToolTip::setPalette(palette);
+    if (const QString sheet = makeStyleSheet(skin); sheet != application->styleSheet())
+        application->setStyleSheet(sheet);
     for (KJsApiWebWidget* widget : vexlite::webWidgets())
         KJsApiWebWidgetPrivate::of(*widget).followTheme();
 }

@@ -100,7 +100,7 @@ bool isSkinKnown(const QString& name)
 json readSkinFile(const QString& path, SkinFileKind kind, QStringList& errors)
 {
     static const json schemas[] = { readSchema(QStringLiteral("skin")), readSchema(QStringLiteral("theme")) };
-    constexpr qint64 LargestFile = 1024 * 1024;
+    constexpr qint64 LargestFile = 1 << 20;
     QFile file(path);
     // Only files: a pipe or a device would never end.
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {

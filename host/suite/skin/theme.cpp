@@ -56,8 +56,10 @@ public:
         Theme::Groups groups;
         for (const auto& [group, values] : document.items()) {
             for (const auto& [name, value] : values.items()) {
-                m_place = QString::fromStdString(group + '.' + name);
-                groups[QString::fromStdString(group)][QString::fromStdString(name)] = readValue(value);
+                const QString inGroup = QString::fromStdString(group);
+                const QString called = QString::fromStdString(name);
+                m_place = inGroup + QLatin1Char('.') + called;
+                groups[inGroup][called] = readValue(value);
             }
         }
         return groups;
@@ -80,7 +82,7 @@ private:
 
     QColor readColor(const QString& text, const QString& place)
     {
-        const QColor color = readCssColor(text);
+        QColor color = readCssColor(text);
         if (!color.isValid())
             errors << QStringLiteral(
                 "%1: must be a colour: \"#rrggbb\", \"#rrggbbaa\", \"rgba(r, g, b, a)\" or a name")

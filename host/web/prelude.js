@@ -172,6 +172,21 @@
         return stand === '' ? text : replaceUnit(text, stand, '\0');
     };
 
+    // What the suite has had for this document and is still to be done, in the order in which it came: a function of the page
+    // that is called may send a request, whose reply brings what came later.
+    let firstBatch;
+    let lastBatch;
+    const performBatches = () => {
+        while (firstBatch) {
+            if (firstBatch.count === 0) {
+                firstBatch = firstBatch.next;
+                lastBatch = firstBatch && lastBatch;
+            } else {
+                --firstBatch.count;
+                performMessage(firstBatch.reader);
+            }
+        }
+    };
     // Sends a request, does what the suite had for this document until then, and returns a reader of what the request itself
     // is answered; undefined when there is nobody, as for a document that is going away.
     const transact = (request) => {
@@ -181,10 +196,14 @@
         const reader = { text: reply, at: toNumber(slice(reply, lastIndexOf(reply, ';') + 1)) };
         for (let count = nextCount(reader); count > 0; --count)
             readClass(reader);
-        for (let count = nextCount(reader); count > 0; --count)
-            performMessage(reader);
-        reader.at = 0;
-        return reader;
+        const batch = { __proto__: null, reader, count: nextCount(reader), next: undefined };
+        if (firstBatch)
+            lastBatch.next = batch;
+        else
+            firstBatch = batch;
+        lastBatch = batch;
+        performBatches();
+        return { text: reply, at: 0 };
     };
 
     // --- Values to the suite -------------------------------------------------------------------------------------

@@ -96,12 +96,23 @@ await check([
         await later();
         return [get("slow").getProp("name").data, await outcome("slow")];
     }, ["slow", [0]]],
+    ["reports come in order", async () => {
+        const steps = /** @type {string[]} */ ([]);
+        await new Promise((resolve) => get("big").load({ option: 2 }, ({ step, receivedBytes }) => {
+            steps.push(step === "Progress" ? `${receivedBytes}`.padStart(8) : step);
+            process.play(""); // a call, in which others could come
+            if (step !== "Progress")
+                resolve(step);
+        }));
+        await later();
+        return [same([...steps].sort(), steps), steps.slice(-1)];
+    }, [true, ["Succeeded"]]],
     ["removed in the callback", async () => {
         const steps = /** @type {string[]} */ ([]);
-        await new Promise((resolve) => get("big").load({ option: 2 }, ({ step }) => {
+        await new Promise((resolve) => get("slow").load({ option: 2 }, ({ step }) => {
             steps.push(step);
             if (steps.length === 1)
-                process.play("plugin:remove=big");
+                process.play("plugin:remove=slow");
             if (step !== "Progress")
                 resolve(step);
         }));
@@ -117,5 +128,7 @@ function caughtBy(/** @type {() => any} */ action) {
     }
 }
 // Goes on when the page has gone.
+process.play("plugin:add=slow");
+await later();
 load(get("slow"), { option: 2 });
 exit(failures ? 1 : 0);

@@ -73,6 +73,7 @@ KPlugin::LoadStatus Plugin::begin(unsigned option, unsigned mode)
     if (!isFetchNeeded)
         return install() ? LoadDone : LoadFailed;
     m_copy = std::make_unique<PackageCopy>(m_manifest);
+    ++m_loads;
     m_before = std::exchange(m_state, StateLoading);
     return fetch(mode != AtOnce);
 }
@@ -109,11 +110,17 @@ void Plugin::fetchMore()
     }
     const qint64 before = m_copy->received();
     const bool goesOn = m_copy->step(most);
-    const QPointer<Plugin> self(this);
-    if (m_copy->received() != before)
+    if (m_copy->received() != before) {
+        const QPointer<Plugin> self(this);
+        const int load = m_loads;
+        // Whoever is notified may run the event loop, in which nothing else is reported, or do anything else.
+        m_timer.stop();
         Q_EMIT sigProgress(m_manifest.bytes, m_copy->received());
-    // Whoever was notified may have done anything.
-    if (goesOn || !self || !m_copy)
+        if (!self || !m_copy || load != m_loads)
+            return;
+        m_timer.start(PieceMs);
+    }
+    if (goesOn)
         return;
     announce(concludeFetch() ? End::Succeeded : End::Failed);
 }

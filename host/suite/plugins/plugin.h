@@ -49,6 +49,7 @@ private:
     bool m_isAwaited = false;    ///< a load in the background has not been announced as ended
     QPointer<QObject> m_instance;
     std::unique_ptr<PackageCopy> m_copy;
+    int m_loads = 0; ///< of which something was fetched
     QTimer m_timer;
     QElapsedTimer m_fetching;
 };

@@ -31,22 +31,21 @@ bool Argument<HostApplication>::read(ArgumentReader& reader)
 const MemberList& KJObjWebDocsControl::members()
 {
     using Self = KJObjWebDocsControl;
-    static const MemberList list =
-        MemberList { "Informs the cloud-document service that a web document has been set up.",
-            {
-                member<&Self::notifySetupFinished>(u"notifySetupFinished", Category::Usual, Type::JsValue,
-                    { Type::JsValue },
-                    "Reports that a document has been set up and what label it has got. Resolves when the "
-                    "service has recorded it.",
-                    { &CallFailed, &PromiseServiceError,
-                        &CloudOperations::UpdateClassifyLabelStatus.failure }),
-            } }
-            .withEvents();
+    static const MemberList list = MemberList {
+        "Informs the cloud-document service that a web document has been set up.",
+        {
+            member<&Self::notifySetupFinished>(u"notifySetupFinished", Category::Usual, Type::JsValue,
+                { Type::JsValue },
+                "Reports that a document has been set up and what label it has got. Resolves when the "
+                "service has recorded it.",
+                { &CallFailed, &PromiseServiceError, &CloudOperations::UpdateClassifyLabelStatus.failure }),
+        }
+    }.withEvents();
     return list;
 }
 
-Answer<Promise<ServiceReport>> KJObjWebDocsControl::notifySetupFinished(const HostApplication&,
-    const SetupDetails& details, const SignedInUser& user, const JSContextEnv& page)
+Answer<Promise<ServiceReport>> KJObjWebDocsControl::notifySetupFinished(
+    const HostApplication&, const SetupDetails& details, const SignedInUser& user, const JSContextEnv& page)
 {
     return KWebDocsControlJsApiHandle::start(page, user, toMap(details));
 }

@@ -81,7 +81,8 @@ protected:
     /// Registers a callback that notes `name` and the notification, and returns `status`.
     std::string listen(support::Page& by, const char* object, const std::string& name, KResult status = KR_OK)
     {
-        const char* member = std::string_view(object) == "KContract" ? "registerCallback" : "registerQACallback";
+        const char* member =
+            std::string_view(object) == "KContract" ? "registerCallback" : "registerQACallback";
         return by.call(by.object(object), member,
             { support::function(by.context, 1, [this, name, status](const JSApiArguments& given) {
                 notes << QString::fromStdString(name + ' ' + support::json(given[0]));
@@ -126,7 +127,8 @@ TEST_F(Panels, ReachTheViewThatIsMeantWhileItsPageIsThere)
     EXPECT_EQ(records.size(), 2) << "once for each of the pages: " << records.join(u'\n').toStdString();
     const vexlite::BoundObject kept = page.object("KContract");
     page.close();
-    EXPECT_EQ(emitted(R"({"viewId":"a"})"), R"(other {"viewId":"a"})") << "the object is still there, its page is not";
+    EXPECT_EQ(emitted(R"({"viewId":"a"})"), R"(other {"viewId":"a"})")
+        << "the object is still there, its page is not";
 }
 
 TEST_F(Panels, AreNotHeldUpByCallbacksThatFail)

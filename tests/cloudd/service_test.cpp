@@ -147,26 +147,31 @@ a hundred users, some twice: setCurrentUser userId=ann, signedIn=u1\nu2\nUSERS -
 TEST_F(CloudService, KeepsTheLabelsOfFiles)
 {
     const std::string group = call("getPersonalPrivateGroup", "userId=ann").result.resultMap["response"];
-    const QString groupId = QJsonDocument::fromJson(QByteArray::fromStdString(group)).object()[q("groupId")].toString();
+    const QString groupId =
+        QJsonDocument::fromJson(QByteArray::fromStdString(group)).object()[q("groupId")].toString();
     ASSERT_EQ(uploaded("file", "x"), "1/0");
     ASSERT_EQ(save("", "folder", 1).state(), 0);
-    const QJsonObject good { { q("group_id"), groupId }, { q("file_id"), last[q("fileId")] }, { q("uuid"), q("u") },
-        { q("label"), q("secret") } };
-    const auto update = [&](const char* key = "label", const QJsonValue& value = q("ä \"/"), const char* user = "ann") {
+    const QJsonObject good { { q("group_id"), groupId }, { q("file_id"), last[q("fileId")] },
+        { q("uuid"), q("u") }, { q("label"), q("secret") } };
+    const auto update = [&](const char* key = "label", const QJsonValue& value = q("ä \"/"),
+                            const char* user = "ann") {
         QJsonObject given = good;
         given[q(key)] = value;
         return call("updateClassifyLabelStatus",
             { { "userId", user }, { "data", QJsonDocument(given).toJson().toStdString() } });
     };
-    const auto label = [&] { return call("getClassifyLabelStatus", "userId=ann, fileId=file").result.resultMap["label"]; };
+    const auto label = [&] {
+        return call("getClassifyLabelStatus", "userId=ann, fileId=file").result.resultMap["label"];
+    };
     EXPECT_EQ(call("getClassifyLabelStatus", "userId=ann, fileId=file").state(), 2) << "there is none yet";
     EXPECT_EQ(update("uuid", q("first")).state() + update().state(), 0);
     const struct {
         const char* key;
         QJsonValue value;
         int state;
-    } refused[] = { { "label", {}, 1 }, { "label", 5, 1 }, { "label", q(std::string(256, 'l')), 1 }, { "uuid", q("a\nb"), 1 },
-        { "group_id", q("g"), 2 }, { "file_id", q("none"), 2 }, { "file_id", q("folder"), 2 } };
+    } refused[] = { { "label", {}, 1 }, { "label", 5, 1 }, { "label", q(std::string(256, 'l')), 1 },
+        { "uuid", q("a\nb"), 1 }, { "group_id", q("g"), 2 }, { "file_id", q("none"), 2 },
+        { "file_id", q("folder"), 2 } };
     for (const auto& row : refused)
         EXPECT_EQ(update(row.key, row.value).state(), row.state) << row.key;
     EXPECT_EQ(update("label", q("bob's"), "bob").state(), 2) << "another user's group";

@@ -46,7 +46,8 @@ public:
                 { QStringLiteral("huge"), qlonglong { 1 } << 60 } });
         else if (what == QLatin1String("deep"))
             Q_EMIT sig_panelNotify({ { QStringLiteral("deep"), nested(2000) } });
-        else if (QObject* contract = KPluginManager::getInstance()->getPluginInstanceObject(QStringLiteral("KContractMgrCommand")))
+        else if (QObject* contract = KPluginManager::getInstance()->getPluginInstanceObject(
+                     QStringLiteral("KContractMgrCommand")))
             QMetaObject::invokeMethod(contract, "sig_notifyToPanel",
                 Q_ARG(QVariantMap, given.value(QStringLiteral("notification")).toMap()));
     }
@@ -59,7 +60,9 @@ Q_SIGNALS:
 private:
     void emitFromThread()
     {
-        QThread* thread = QThread::create([this] { Q_EMIT sig_panelNotify({ { QStringLiteral("thread"), true } }); });
+        QThread* thread = QThread::create([this] {
+            Q_EMIT sig_panelNotify({ { QStringLiteral("thread"), true } });
+        });
         thread->start();
         thread->wait();
         delete thread;
@@ -85,7 +88,8 @@ class PanelFactory : public QObject, public suite::PluginFactory {
 public:
     QObject* makeInstance(QObject* parent) override
     {
-        return std::exchange(isNextOneMute, false) ? static_cast<QObject*>(new MutePanel(parent)) : new ObedientPanel(parent);
+        return std::exchange(isNextOneMute, false) ? static_cast<QObject*>(new MutePanel(parent))
+                                                   : new ObedientPanel(parent);
     }
 };
 

@@ -46,16 +46,16 @@ public:
         new KApiPluginHandle(plugin, std::move(callback));
     }
 
-private Q_SLOTS:
-    void onProgress(qint64 totalBytes, qint64 receivedBytes);
-    void onSucceeded() { finish(jsapi::PluginLoadStep::Succeeded); }
-    void onFailed() { finish(jsapi::PluginLoadStep::Failed); }
-    void onCanceled() { finish(jsapi::PluginLoadStep::Canceled); }
-
 private:
     KApiPluginHandle(QObject& plugin, Callback&& callback);
     void finish(jsapi::PluginLoadStep step);
 
     QPointer<QObject> m_plugin;
     Callback m_callback;
+
+public Q_SLOTS:
+    void onProgress(qint64 totalBytes, qint64 receivedBytes);
+    void onSucceeded() { finish(jsapi::PluginLoadStep::Succeeded); }
+    void onFailed() { finish(jsapi::PluginLoadStep::Failed); }
+    void onCanceled() { finish(jsapi::PluginLoadStep::Canceled); }
 };

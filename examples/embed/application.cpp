@@ -88,9 +88,39 @@ KPluginManager* KPluginManager::getInstance()
     return nullptr;
 }
 
+KPlugin* KPluginManager::getPlugin(const QString&)
+{
+    return nullptr;
+}
+
 QObject* KPluginManager::getPluginInstanceObject(const QString&)
 {
     return nullptr;
+}
+
+int KPlugin::load(unsigned, unsigned)
+{
+    return LoadNoPlugin;
+}
+
+QVariant KPlugin::getProp(const QString&)
+{
+    return {};
+}
+
+QString KPlugin::resourceFilePath(const QString&)
+{
+    return {};
+}
+
+QString KPlugin::frameworkFilePath(const QString&)
+{
+    return {};
+}
+
+int KPlugin::state() const
+{
+    return StateKnown;
 }
 
 bool kpluginconfig::inPluginDownloadDir(const QString&)

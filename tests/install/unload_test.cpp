@@ -1,5 +1,6 @@
 // A suite that goes on without the library, whatever the library was at.
 #include "host/suite/cloud/cloudsvrproxy.h"
+#include "host/suite/plugins/pluginmanager.h"
 #include "tests/support/accounts.h"
 #include "tests/support/cloudservice.h"
 #include "tests/support/page.h"
@@ -23,12 +24,14 @@ protected:
     Unload()
     {
         EXPECT_TRUE(QFile::copy(QStringLiteral(LIBRARY), QString::fromUtf8(m_path)));
+        suite::PluginManager::start();
         load();
     }
     ~Unload() override
     {
         page.reset();
         support::cloudProxy = nullptr;
+        suite::PluginManager::shutDown();
         vexlite::Core::stop();
     }
 
@@ -70,7 +73,12 @@ protected:
         const auto ignore = [](const std::string&) {};
         page->listen(page->object("CloudDoc"), "clouddoc.loginstatus.changed", ignore);
         page->listen(page->object("Account"), "event.account.login", ignore);
+        page->call("PluginManager", "getPlugin", "\"sample\"");
+        page->call(page->handedOut(), "load", support::values(R"({"option": 2})"));
     }
+
+    /// The plugin that is being loaded.
+    static KPlugin& plugin() { return *KPluginManager::getInstance()->getPlugin(QStringLiteral("sample")); }
 
 private:
     const QTemporaryDir m_directory;
@@ -149,6 +157,8 @@ TEST_F(Unload, MayHappenInASignalThatTheLibraryReceives)
     } rows[] = {
         { SIGNAL(loginStatusChanged(bool)), &proxy, [&] { proxy.setLogin(true); } },
         { SIGNAL(loginInfoChanged()), accounts.get(), [&] { accounts->become("other"); } },
+        { SIGNAL(sigProgress(qint64, qint64)), &plugin(), [] { Q_EMIT plugin().sigProgress(2, 1); } },
+        { SIGNAL(sigFailed()), &plugin(), [] { Q_EMIT plugin().sigFailed(); } },
         { SIGNAL(destroyed()), accounts.get(), [&] { accounts.reset(); } },
     };
     for (const auto& row : rows) {

@@ -49,7 +49,7 @@ QStringList resolvePaths(PluginManifest& manifest)
 {
     QStringList errors;
     const auto expectBelow = [&](const char* key, const QString& path) {
-        const QString found = findBelow(manifest.directory, path);
+        QString found = findBelow(manifest.directory, path);
         if (found.isNull())
             errors << QStringLiteral("%1: must be a path below the plugin's folder").arg(QLatin1String(key));
         return found;
@@ -70,7 +70,7 @@ QByteArray readManifestText(const QString& path, QStringList& errors)
     QFile file(path);
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
         errors << QStringLiteral("can not be read");
-    const QByteArray text = errors.isEmpty() ? file.read(MaxManifestBytes + 1) : QByteArray();
+    QByteArray text = errors.isEmpty() ? file.read(MaxManifestBytes + 1) : QByteArray();
     if (text.size() > MaxManifestBytes)
         errors << QStringLiteral("is larger than %1 bytes").arg(MaxManifestBytes);
     return text;
@@ -86,7 +86,7 @@ QString findBelow(const QString& directory, const QString& relative)
         return path == root || path.startsWith(root + QLatin1Char('/'));
     };
     const QString root = QDir::cleanPath(directory);
-    const QString path = QDir::cleanPath(root + QLatin1Char('/') + relative);
+    QString path = QDir::cleanPath(root + QLatin1Char('/') + relative);
     if (!isIn(path, root))
         return {};
     // What there is of the way must not lead out by a link.

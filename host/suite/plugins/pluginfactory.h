@@ -1,5 +1,6 @@
 // What a plugin with a library has: a Qt plugin whose root object makes the plugin's instance object.
 //
+//     // in a header, so that it is found by moc
 //     class Factory : public QObject, public suite::PluginFactory {
 //         Q_OBJECT
 //         Q_PLUGIN_METADATA(IID NovaPluginFactoryId)

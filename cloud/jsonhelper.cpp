@@ -5,6 +5,5 @@
 
 QString JsonHelper::variantMapSerialize(const QVariantMap& map)
 {
-    return QString::fromUtf8(
-        QJsonDocument(QJsonObject::fromVariantMap(map)).toJson(QJsonDocument::Compact));
+    return QString::fromUtf8(QJsonDocument(QJsonObject::fromVariantMap(map)).toJson(QJsonDocument::Compact));
 }

@@ -7,9 +7,8 @@ namespace jsapi {
 
 namespace {
 
-constexpr Panel DocumentChat { "knovaaidocschatpanel", SIGNAL(sig_panelNotify(QVariantMap)), "qaNotify" };
-constexpr Panel Contract { "KContractMgrCommand", SIGNAL(sig_notifyToPanel(QVariantMap)),
-    "handlePanelNotify" };
+constexpr Panel DocumentChat { "knovaaidocschatpanel", "sig_panelNotify(QVariantMap)", "qaNotify" };
+constexpr Panel Contract { "KContractMgrCommand", "sig_notifyToPanel(QVariantMap)", "handlePanelNotify" };
 
 } // namespace
 

@@ -40,9 +40,8 @@ public:
     static Answer<Promise<ServiceReport>> start(
         const JSContextEnv& page, const SignedInUser& user, const QVariantMap& details);
 
-public Q_SLOTS:
     // For the service, once.
-    void slot_statusUpdated(bool ok, const QString& requestId, const LarkIpcResult& result);
+    Q_SLOT void slot_statusUpdated(bool ok, const QString& requestId, const LarkIpcResult& result);
 };
 
 } // namespace jsapi

@@ -55,12 +55,13 @@ QObject* KPanelHandle::findPanel()
 bool KPanelHandle::connectTo(QObject& panel)
 {
     if (m_source && m_source != &panel)
-        disconnect(m_source, m_panel.signal, this, SLOT(slot_panelNotify(QVariantMap)));
-    // The code of SIGNAL() comes first.
-    if (panel.metaObject()->indexOfSignal(m_panel.signal + 1) < 0)
+        disconnect(m_source, nullptr, this, nullptr);
+    const QMetaMethod signal = panel.metaObject()->method(panel.metaObject()->indexOfSignal(m_panel.signal));
+    if (!signal.isValid())
         return false;
     m_source = &panel;
-    connect(&panel, m_panel.signal, this, SLOT(slot_panelNotify(QVariantMap)), Qt::UniqueConnection);
+    const int slot = staticMetaObject.indexOfSlot("slot_panelNotify(QVariantMap)");
+    connect(&panel, signal, this, staticMetaObject.method(slot), Qt::UniqueConnection);
     return true;
 }
 
@@ -93,7 +94,8 @@ void KPanelHandle::slot_panelNotify(const QVariantMap& notification)
     const std::wstring panel = QString::fromLatin1(m_panel.name).toStdWString();
     const KJSVariant argument = convertVariant(notification);
     if (argument.isEmpty())
-        return KxLoggerLite::writeError(L"PanelBridge", L"a notification of " + panel + L" is nested too deep");
+        return KxLoggerLite::writeError(
+            L"PanelBridge", L"a notification of " + panel + L" is nested too deep");
     // The callback may register another one, or let the page go.
     m_callback->AddRef();
     const KRef<IJSFunction> callback(m_callback.get());

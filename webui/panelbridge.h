@@ -22,12 +22,11 @@ inline constexpr Failure InvalidArgument { ErrorCode::BadArgument, "Invalid argu
 inline constexpr Failure PanelNotFound { ErrorCode::OperationFailed, "Panel not Found" };
 inline constexpr Failure FailedInvokeMethod { ErrorCode::OperationFailed, "Failed invoke method: %1" };
 
-/// A panel: the name of the plugin whose instance object it is, its signal as SIGNAL() has it, and its method. Both have
-/// one parameter, a QVariantMap.
+/// A panel.
 struct Panel {
-    const char* name;
-    const char* signal;
-    const char* method;
+    const char* name;   ///< of the plugin whose instance object it is
+    const char* signal; ///< with its parameter, a QVariantMap
+    const char* method; ///< its name; it has one parameter, too, a QVariantMap
 };
 
 /// A function of script's that is called with notifications.
@@ -80,9 +79,10 @@ protected:
     virtual QVariantMap toPanel(const QVariantMap& notification) const { return notification; }
 
 private:
-    /// The panel that there is now, connected to if there is a callback; null when there is none. One without the signal
-    /// is not connected to.
+    /// The panel that there is now, connected to if there is a callback; null when there is none.
     QObject* findPanel();
+    /// False for one without the signal. By its name: the suite's signals are no symbols, and a connection to a function
+    /// would be code of the library's that Qt keeps until the signal under way has been emitted.
     bool connectTo(QObject& panel);
 
     const Panel& m_panel;

@@ -11,6 +11,7 @@
 #include <suite/kdownloadfiledialog.h>
 #include <suite/kfilepanel.h>
 #include <suite/kipclogininfo.h>
+#include <suite/kplugin.h>
 #include <suite/kpluginconfig.h>
 #include <suite/kxloggerlite.h>
 
@@ -75,6 +76,51 @@ void KxLoggerLite::writeInfo(const std::wstring& module, const std::wstring& tex
 void KxLoggerLite::writeWarning(const std::wstring& module, const std::wstring& text)
 {
     std::fprintf(stderr, "%ls: warning: %ls\n", module.c_str(), text.c_str());
+}
+
+void KxLoggerLite::writeError(const std::wstring& module, const std::wstring& text)
+{
+    std::fprintf(stderr, "%ls: error: %ls\n", module.c_str(), text.c_str());
+}
+
+KPluginManager* KPluginManager::getInstance()
+{
+    return nullptr;
+}
+
+KPlugin* KPluginManager::getPlugin(const QString&)
+{
+    return nullptr;
+}
+
+QObject* KPluginManager::getPluginInstanceObject(const QString&)
+{
+    return nullptr;
+}
+
+int KPlugin::load(unsigned, unsigned)
+{
+    return LoadNoPlugin;
+}
+
+QVariant KPlugin::getProp(const QString&)
+{
+    return {};
+}
+
+QString KPlugin::resourceFilePath(const QString&)
+{
+    return {};
+}
+
+QString KPlugin::frameworkFilePath(const QString&)
+{
+    return {};
+}
+
+int KPlugin::state() const
+{
+    return StateKnown;
 }
 
 bool kpluginconfig::inPluginDownloadDir(const QString&)

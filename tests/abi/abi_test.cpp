@@ -440,7 +440,8 @@ TEST_F(Abi, ServicesNeedTheApplicationOfTheSuite)
 /// A JS core that calls a member's function without an object.
 TEST_F(Abi, BridgesRefuseToBeNoObject)
 {
-    const std::pair<const char*, std::int32_t> rows[] = { { "AiDocsChat", 2 }, { "KContract", 2 }, { "WebDocsControl", 1 } };
+    const std::pair<const char*, std::int32_t> rows[] = { { "AiDocsChat", 2 }, { "KContract", 2 },
+        { "WebDocsControl", 1 } };
     for (const auto& [name, count] : rows) {
         for (std::int32_t i = 0; i < count; ++i) {
             const auto invoke = reinterpret_cast<JSMethodInvoke>(page.object(name).members->Invoke(i));

@@ -63,37 +63,27 @@ TEST_F(CloudService, DoesNotOverwriteRecordsItCanNotRead)
 TEST_F(CloudService, KeepsTheLabelsOfFiles)
 {
     const std::string group = call("getPersonalPrivateGroup", "userId=ann").result.resultMap["response"];
-    const QString groupId =
-        QJsonDocument::fromJson(QByteArray::fromStdString(group)).object()[q("groupId")].toString();
-    ASSERT_EQ(uploaded("file", "x"), "1/0");
-    ASSERT_EQ(save("", "folder", 1).state(), 0);
-    const QJsonObject good { { q("group_id"), groupId }, { q("file_id"), last[q("fileId")] },
-        { q("uuid"), q("u") }, { q("label"), q("secret") } };
-    const auto update = [&](const char* key = "label", const QJsonValue& value = q("ä \"/"),
-                            const char* user = "ann") {
-        QJsonObject given = good;
-        given[q(key)] = value;
+    ASSERT_EQ(uploaded("file", "x") + std::to_string(save("", "folder", 1).state()), "1/00");
+    const auto update = [&](const QJsonObject& changed, const char* user = "ann") {
+        QJsonObject given { { q("group_id"), QJsonDocument::fromJson(group.c_str()).object()[q("groupId")] },
+            { q("file_id"), q("file") }, { q("uuid"), q("u") }, { q("label"), q("secret") } };
+        for (auto value = changed.begin(); value != changed.end(); ++value)
+            given[value.key()] = value.value();
         return call("updateClassifyLabelStatus",
-            { { "userId", user }, { "data", QJsonDocument(given).toJson().toStdString() } });
+            { { "userId", user }, { "data", QJsonDocument(given).toJson().toStdString() } })
+            .state();
     };
-    const auto label = [&] {
-        return call("getClassifyLabelStatus", "userId=ann, fileId=file").result.resultMap["label"];
-    };
-    EXPECT_EQ(call("getClassifyLabelStatus", "userId=ann, fileId=file").state(), 2) << "there is none yet";
-    EXPECT_EQ(update("uuid", q("first")).state() + update().state(), 0);
-    const struct {
-        const char* key;
-        QJsonValue value;
-        int state;
-    } refused[] = { { "label", {}, 1 }, { "label", 5, 1 }, { "label", q(std::string(256, 'l')), 1 },
-        { "uuid", q("a\nb"), 1 }, { "group_id", q("g"), 2 }, { "file_id", q("none"), 2 },
-        { "file_id", q("folder"), 2 } };
-    for (const auto& row : refused)
-        EXPECT_EQ(update(row.key, row.value).state(), row.state) << row.key;
-    EXPECT_EQ(update("label", q("bob's"), "bob").state(), 2) << "another user's group";
-    EXPECT_EQ(call("updateClassifyLabelStatus", "userId=ann, data={").state(), 1);
+    const auto label = [&] { return call("getClassifyLabelStatus", "userId=ann, fileId=file"); };
+    EXPECT_EQ(label().state(), 2) << "there is none yet";
+    const std::pair<QJsonObject, int> rows[] = { { {}, 0 }, { { { q("label"), q("ä \"/") } }, 0 },
+        { { { q("label"), 5 } }, 1 }, { { { q("label"), q(std::string(256, 'l')) } }, 1 },
+        { { { q("uuid"), q("a\nb") } }, 1 }, { { { q("group_id"), q("g") } }, 2 },
+        { { { q("file_id"), q("none") } }, 2 }, { { { q("file_id"), q("My Documents") } }, 2 } };
+    for (const auto& [changed, state] : rows)
+        EXPECT_EQ(update(changed), state) << QJsonDocument(changed).toJson().toStdString();
+    EXPECT_EQ(update({}, "bob"), 2) << "another user's group";
     restart();
-    EXPECT_EQ(label(), q("ä \"/").toStdString()) << "the last that was accepted";
+    EXPECT_EQ(label().result.resultMap["label"], "ä \"/") << "the last that was accepted";
 }
 
 } // namespace

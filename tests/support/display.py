@@ -42,8 +42,12 @@ def running(*command, **options):
     try:
         yield process
     finally:
-        process.kill()
-        process.wait()
+        process.terminate()  # an X server that is killed leaves its lock and its socket behind
+        try:
+            process.wait(PATIENCE)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
 
 
 @contextlib.contextmanager

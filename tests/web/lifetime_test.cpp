@@ -166,6 +166,17 @@ ViewGoes: destroy ->
 )js")),
     rowName);
 
+TEST_F(WebTest, ReleasesTheObjectsThatAPageLetsGo)
+{
+    openScript();
+    run("globalThis.kept = NovaExtension.Probe.fresh(); for (let i = 0; i < 200; ++i) NovaExtension.Probe.fresh()");
+    EXPECT_TRUE(waitFor([&] {
+        run("new Uint8Array(1 << 26).fill(1)"); // garbage, which has the browser collect it sooner or later
+        return core.liveCounts().objects < 20;
+    })) << core.liveCounts().objects;
+    EXPECT_TRUE(run("NovaExtension.Probe.take(kept)").ok) << "one that is still there";
+}
+
 /// Every reload comes while calls, promises and listeners are under way.
 TEST_F(WebTest, LeavesNothingWhenItIsReloadedAThousandTimes)
 {

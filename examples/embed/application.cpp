@@ -1,4 +1,4 @@
-// All but windows (windows.cpp) that the application itself must offer, in its smallest form: no account, no cloud, no dialogs, log records on the
+// All but windows (windows.cpp) that the application itself must offer, in its smallest form: no account, no cloud, no plugins, no dialogs, log records on the
 // standard error stream. The headers say what each of these promises. They are found in the executable because it is
 // linked with the library; an application that loads the library with dlopen exports them (ENABLE_EXPORTS).
 #include <suite/kaccessmanager.h>
@@ -11,6 +11,7 @@
 #include <suite/kdownloadfiledialog.h>
 #include <suite/kfilepanel.h>
 #include <suite/kipclogininfo.h>
+#include <suite/kplugin.h>
 #include <suite/kpluginconfig.h>
 #include <suite/kxloggerlite.h>
 
@@ -80,6 +81,43 @@ void KxLoggerLite::writeWarning(const std::wstring& module, const std::wstring& 
 bool kpluginconfig::inPluginDownloadDir(const QString&)
 {
     return false;
+}
+
+KPluginManager* KPluginManager::getInstance()
+{
+    return nullptr;
+}
+
+// Without a manager none of these is called.
+
+KPlugin* KPluginManager::getPlugin(const QString&)
+{
+    return nullptr;
+}
+
+int KPlugin::load(unsigned, unsigned)
+{
+    return LoadNoPlugin;
+}
+
+QVariant KPlugin::getProp(const QString&)
+{
+    return {};
+}
+
+QString KPlugin::resourceFilePath(const QString&)
+{
+    return {};
+}
+
+QString KPlugin::frameworkFilePath(const QString&)
+{
+    return {};
+}
+
+int KPlugin::state() const
+{
+    return StateKnown;
 }
 
 IKAccessManager* GetAccessManager()

@@ -1,4 +1,4 @@
-// All but windows (windows.cpp) that the application itself must offer, in its smallest form: no account, no cloud, no dialogs, log records on the
+// All but windows (windows.cpp) that the application itself must offer, in its smallest form: no account, no cloud, no plugins, no dialogs, log records on the
 // standard error stream. The headers say what each of these promises. They are found in the executable because it is
 // linked with the library; an application that loads the library with dlopen exports them (ENABLE_EXPORTS).
 #include <suite/kaccessmanager.h>
@@ -126,6 +126,43 @@ int KPlugin::state() const
 bool kpluginconfig::inPluginDownloadDir(const QString&)
 {
     return false;
+}
+
+KPluginManager* KPluginManager::getInstance()
+{
+    return nullptr;
+}
+
+// Without a manager none of these is called.
+
+KPlugin* KPluginManager::getPlugin(const QString&)
+{
+    return nullptr;
+}
+
+int KPlugin::load(unsigned, unsigned)
+{
+    return LoadNoPlugin;
+}
+
+QVariant KPlugin::getProp(const QString&)
+{
+    return {};
+}
+
+QString KPlugin::resourceFilePath(const QString&)
+{
+    return {};
+}
+
+QString KPlugin::frameworkFilePath(const QString&)
+{
+    return {};
+}
+
+int KPlugin::state() const
+{
+    return StateKnown;
 }
 
 IKAccessManager* GetAccessManager()

@@ -4,7 +4,7 @@ const hasBrowser = "document" in globalThis;
 /** @type {any[]} */
 const heard = [];
 /** The next notification of a type, after a notification of the page's. */
-const ask = async (/** @type {string} */ type, /** @type {any} */ notification) => {
+const ask = async (/** @type {string} */ type, /** @type {any} */ notification = undefined) => {
     if (notification)
         AiDocsChat.qaNotify({ type: "question", ...notification });
     const find = () => heard.findIndex((one) => one.type === type);

@@ -2,9 +2,9 @@
 // benchmark is that of a whole event; the table divides it by the listeners.
 #include "framework/events.h"
 #include "bench/enginepage.h"
+#include "bench/nativefunction.h"
 #include "bench/page.h"
 #include "framework/factory.h"
-#include "host/vexlite/pagefunction.h"
 
 #include <benchmark/benchmark.h>
 
@@ -30,27 +30,6 @@ const QString& eventName()
     return name;
 }
 
-/// A native listener: what it costs is the delivery alone.
-class NativeListener final : public vexlite::PageFunction {
-public:
-    NativeListener(const JSContextEnv& context, std::int64_t& heard)
-        : m_context(context)
-        , m_heard(heard)
-    {
-    }
-    KResult Call(const JSApiArguments& arguments, KJSVariant*) override
-    {
-        m_heard += arguments[0].raw().lVal;
-        return KR_OK;
-    }
-    std::uintptr_t Identity() const override { return reinterpret_cast<std::uintptr_t>(this); }
-    JSContextEnv Context() const override { return m_context; }
-
-private:
-    JSContextEnv m_context;
-    std::int64_t& m_heard;
-};
-
 /// Times events with a number as payload, as an object's native side sends them to a page.
 void dispatchAll(benchmark::State& state, IJSExtentionObject* object, const JSContextEnv& target)
 {
@@ -67,8 +46,9 @@ void nativeListeners(benchmark::State& state)
     const vexlite::BoundObject bound = page.bind(&sharedObjectFactory<EventSource>);
     IJSEventHub* hub = dynamic_cast<IKJSExtentionApiEvent&>(*bound.object.get()).hub();
     for (int i = 0; i < state.range(0); ++i)
-        hub->Add(
-            eventName(), page.context(), KJSVariant::fromUnknown(new NativeListener(page.context(), heard)));
+        hub->Add(eventName(), page.context(),
+            makeFunction(
+                page.context(), [&](const JSApiArguments& payload) { heard += payload[0].raw().lVal; }));
     dispatchAll(state, bound.object.get(), page.context());
     if (heard != state.range(0) * static_cast<std::int64_t>(state.iterations()))
         qFatal("Not every listener was called.");

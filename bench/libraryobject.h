@@ -13,6 +13,7 @@ public:
     LibraryObject(const LibraryObject&) = delete;
     LibraryObject& operator=(const LibraryObject&) = delete;
 
+    const JSContextEnv& context() const { return m_context; }
     /// The id of a member, which must be there.
     std::int32_t member(std::u16string_view name) const;
     /// Calls it. The program ends when that fails: nothing was measured.

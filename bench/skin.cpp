@@ -2,11 +2,14 @@
 // are kept, against a settings file with the same colours and a hash that has them ready. All make the same answer.
 #include "bench/libraryobject.h"
 #include "host/profile/profile.h"
+#include "host/suite/skin/skinservice.h"
 #include "vexlite/jsapiutil.h"
 
 #include <benchmark/benchmark.h>
 
+#include <QColor>
 #include <QCoreApplication>
+#include <QFile>
 #include <QHash>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -37,9 +40,9 @@ struct Palette {
         QFile profile(directory.filePath(QStringLiteral("profile.json")));
         const QVariantMap theme { { QStringLiteral("CommonPalette"), colors } };
         if (!profile.open(QIODevice::WriteOnly)
-            || profile.write(QJsonDocument(QJsonObject { { QStringLiteral("theme"),
-                                               QJsonValue::fromVariant(theme) } })
-                                 .toJson())
+            || profile.write(
+                   QJsonDocument(QJsonObject { { QStringLiteral("theme"), QJsonValue::fromVariant(theme) } })
+                       .toJson())
                 <= 0)
             qFatal("The profile can not be written.");
         profile.close();
@@ -80,6 +83,7 @@ template <typename Find> void answer(Find find)
 void member(benchmark::State& state, bool isKept)
 {
     const Palette& palette = Palette::instance();
+    suite::SkinService::instance().start();
     const LibraryObject skin(QStringLiteral("Skin"));
     const std::int32_t id = skin.member(u"getSkinColorConfig");
     KJSVariant options;
@@ -90,9 +94,10 @@ void member(benchmark::State& state, bool isKept)
     read();
     for (auto _ : state) {
         if (!isKept && !QMetaObject::invokeMethod(service, "sigSkinChanged"))
-            state.SkipWithError("no skin service");
+            qFatal("There is no skin service.");
         read();
     }
+    suite::SkinService::instance().shutDown();
 }
 BENCHMARK_CAPTURE(member, cold, false)->Name("skin_cold/member")->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(member, kept, true)->Name("skin_kept/member")->Unit(benchmark::kMicrosecond);
@@ -100,7 +105,9 @@ BENCHMARK_CAPTURE(member, kept, true)->Name("skin_kept/member")->Unit(benchmark:
 void settings(benchmark::State& state, bool isKept)
 {
     const Palette& palette = Palette::instance();
-    const auto open = [&] { return std::make_unique<QSettings>(palette.settingsPath(), QSettings::IniFormat); };
+    const auto open = [&] {
+        return std::make_unique<QSettings>(palette.settingsPath(), QSettings::IniFormat);
+    };
     auto file = open();
     for (auto _ : state) {
         if (!isKept)

@@ -155,6 +155,13 @@ template <> struct Converter<KJSVariant> {
 
 /// An object by the names of its properties, for answers.
 template <typename T> struct MapConverter {
+    static KJSVariant toScript(const QMap<QString, T>& values)
+    {
+        KRef<KJSONValue> object(new KJSONValue);
+        for (auto value = values.begin(); value != values.end(); ++value)
+            object->put(value.key(), jsapi::toScript(value.value()));
+        return KJSVariant::fromUnknown(object.release());
+    }
     static QVariant toVariant(const QMap<QString, T>& values)
     {
         QVariantMap map;

@@ -172,6 +172,12 @@ void KJsApiSkin::prepareEvents()
     m_handle->follow();
 }
 
+void KJsApiSkin::prepareValues()
+{
+    prepareEvents();
+    m_values.useSkin(KDrawHelper::getCurrentSkinNameFromTheme());
+}
+
 Answer<QString> KJsApiSkin::getCurrentSkinName()
 {
     return KDrawHelper::getCurrentSkinNameFromTheme();
@@ -207,19 +213,19 @@ template <typename Read> auto readValues(const std::vector<QString>& names, Read
 
 Answer<QMap<QString, std::int32_t>> KJsApiSkin::getSkinHintConfig(const ValueNames& names)
 {
-    prepareEvents();
+    prepareValues();
     return readValues(names.config, [this](const QString& name) { return m_values.hint(name); });
 }
 
 Answer<QMap<QString, SkinGradient>> KJsApiSkin::getSkinGradientConfig(const ValueNames& names)
 {
-    prepareEvents();
+    prepareValues();
     return readValues(names.config, [this](const QString& name) { return m_values.gradient(name); });
 }
 
 Answer<QMap<QString, QString>> KJsApiSkin::getSkinColorConfig(const ValueNames& names)
 {
-    prepareEvents();
+    prepareValues();
     return readValues(names.config, [this](const QString& name) { return m_values.color(name); });
 }
 

@@ -33,6 +33,9 @@ public:
     Answer<std::vector<Icon>> getSkinIconPathInfo(const Icons& icons);
 
 private:
+    /// Values that are kept are those of the theme.
+    void prepareValues();
+
     std::unique_ptr<KSkinEventHandle> m_handle;
     KSkinValues m_values;
 };

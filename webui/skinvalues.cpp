@@ -6,6 +6,7 @@
 
 #include <QFileInfo>
 #include <algorithm>
+#include <limits>
 
 namespace jsapi {
 
@@ -26,25 +27,53 @@ ThemeName splitName(const QString& name)
     return slash < 0 ? ThemeName { {}, name } : ThemeName { name.left(slash), name.mid(slash + 1) };
 }
 
+// What stands for a value that the theme does not have, and is none that it may have.
+constexpr int NoHint = std::numeric_limits<int>::min();
+
+bool isNone(int hint)
+{
+    return hint == NoHint;
+}
+bool isNone(const QColor& color)
+{
+    return !color.isValid();
+}
+bool isNone(const QGradient& gradient)
+{
+    return gradient.type() == QGradient::NoGradient;
+}
+bool isNone(const QString& text)
+{
+    return text.isNull();
+}
+
 /// The value of a name in its group, or in the first of the two that has it. `read` is given the group, the name, and what
 /// stands for a value that is not there.
-template <typename T, typename Read> T readTheme(const QString& name, const T& unknown, Read read)
+template <typename T, typename Read> T readTheme(const QString& name, const T& none, Read read)
 {
+    static const QString commonPalette = heapString("CommonPalette");
+    static const QString commonThemePalette = heapString("CommonThemePalette");
     const ThemeName split = splitName(name);
     if (!split.group.isEmpty())
-        return read(split.group, split.name, unknown);
-    return read(
-        heapString("CommonPalette"), split.name, read(heapString("CommonThemePalette"), split.name, unknown));
+        return read(split.group, split.name, none);
+    const T value = read(commonPalette, split.name, none);
+    return isNone(value) ? read(commonThemePalette, split.name, none) : value;
 }
 
 std::int32_t readHint(const QString& name)
 {
-    return readTheme(name, 0, KDrawHelper::getHintFromTheme);
+    const int hint = readTheme(name, NoHint, KDrawHelper::getHintFromTheme);
+    return isNone(hint) ? 0 : hint;
+}
+
+QString toCss(const QColor& color)
+{
+    return toCssColor(isNone(color) ? QColor(Qt::transparent) : color);
 }
 
 QString readColor(const QString& name)
 {
-    return toCssColor(readTheme(name, QColor(Qt::transparent), KDrawHelper::getColorFromTheme));
+    return toCss(readTheme(name, QColor(), KDrawHelper::getColorFromTheme));
 }
 
 SkinGradient readGradient(const QString& name)
@@ -54,16 +83,18 @@ SkinGradient readGradient(const QString& name)
 
 } // namespace
 
+void KSkinValues::useSkin(const QString& skin)
+{
+    if (skin != m_skin)
+        clear();
+    m_skin = skin;
+}
+
 template <typename T> T KSkinValues::find(const QString& name, T (*read)(const QString& name))
 {
-    const QString skin = KDrawHelper::getCurrentSkinNameFromTheme();
-    if (skin != m_skin) {
-        clear();
-        m_skin = skin;
-    }
     if (name.size() > LongestName)
         return read(name);
-    const QString key = heapString("%1_%2").arg(skin, name);
+    const QString key = m_skin + QLatin1Char('_') + name;
     if (const auto kept = m_values.constFind(key); kept != m_values.constEnd()) {
         if (const T* value = std::get_if<T>(&kept.value()))
             return *value;
@@ -126,7 +157,7 @@ std::variant<QString, SkinGradient> KSkinConfig::value(const QString& name) cons
         return QString();
     switch (classifyCss(text)) {
     case CssForm::Color:
-        return toCssColor(parseCssColor(text).value_or(QColor(Qt::transparent)));
+        return toCss(parseCssColor(text).value_or(QColor()));
     case CssForm::Gradient:
         return parseCssGradient(text).value_or(toSkinGradient(QGradient()));
     default:

@@ -14,6 +14,9 @@ namespace jsapi {
 /// the theme does not have stands for 0, "rgba(0,0,0,0)" and a gradient without stops.
 class KSkinValues {
 public:
+    /// The skin whose values are asked for from now on.
+    void useSkin(const QString& skin);
+
     std::int32_t hint(const QString& name);
     QString color(const QString& name);
     SkinGradient gradient(const QString& name);
@@ -26,7 +29,7 @@ private:
 
     template <typename T> T find(const QString& name, T (*read)(const QString& name));
 
-    QString m_skin;                 ///< whose values are kept
+    QString m_skin;
     QHash<QString, Value> m_values; ///< by skin and name
 };
 

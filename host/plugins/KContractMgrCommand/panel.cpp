@@ -1,7 +1,5 @@
 #include "host/plugins/KContractMgrCommand/panel.h"
 
-#include "host/suite/plugins/pluginfactory.h"
-
 namespace panels {
 
 namespace {
@@ -9,15 +7,6 @@ namespace {
 constexpr int MaxViews = 100;
 
 } // namespace
-
-class ContractFactory final : public QObject, public suite::PluginFactory {
-    Q_OBJECT
-    Q_PLUGIN_METADATA(IID NovaPluginFactoryId)
-    Q_INTERFACES(suite::PluginFactory)
-
-public:
-    QObject* makeInstance(QObject* parent) override { return new Contract(parent); }
-};
 
 void Contract::handlePanelNotify(const QVariantMap& notification)
 {
@@ -43,5 +32,3 @@ QVariantMap Contract::answer(const QString& viewId, const QVariantMap& notificat
 }
 
 } // namespace panels
-
-#include "panel.moc"

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/plugins/KContractMgrCommand/facts.h"
+#include "host/suite/plugins/pluginfactory.h"
 
 #include <QObject>
 #include <QVariantMap>
@@ -29,6 +30,15 @@ private:
     QVariantMap answer(const QString& viewId, const QVariantMap& notification);
 
     QMap<QString, Facts> m_facts; ///< by view
+};
+
+class ContractFactory final : public QObject, public suite::PluginFactory {
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID NovaPluginFactoryId)
+    Q_INTERFACES(suite::PluginFactory)
+
+public:
+    QObject* makeInstance(QObject* parent) override { return new Contract(parent); }
 };
 
 } // namespace panels

@@ -1,7 +1,6 @@
 #include "host/plugins/knovaaidocschatpanel/panel.h"
 
 #include "host/plugins/knovaaidocschatpanel/sentences.h"
-#include "host/suite/plugins/pluginfactory.h"
 #include "host/suite/web/webwidget.h"
 #include "krt/dirs.h"
 #include "suite/klitestyle.h"
@@ -16,15 +15,6 @@ constexpr int MaxSentences = 5;
 constexpr int MaxQuestion = 10'000;
 
 } // namespace
-
-class ChatFactory final : public QObject, public suite::PluginFactory {
-    Q_OBJECT
-    Q_PLUGIN_METADATA(IID NovaPluginFactoryId)
-    Q_INTERFACES(suite::PluginFactory)
-
-public:
-    QObject* makeInstance(QObject* parent) override { return new DocumentChat(parent); }
-};
 
 ChatWidget::ChatWidget(const QString& viewId, DocumentChat& panel)
     : KJsApiWebWidget(viewId)
@@ -125,5 +115,3 @@ void DocumentChat::send(const QVariantMap& notification)
 }
 
 } // namespace panels
-
-#include "panel.moc"

@@ -1,6 +1,7 @@
 // The document chat panel: answers questions with sentences from the user's documents.
 #pragma once
 
+#include "host/suite/plugins/pluginfactory.h"
 #include "suite/kjsapiwebwidget.h"
 
 #include <QPointer>
@@ -55,6 +56,15 @@ private:
     void send(const QVariantMap& notification);
 
     QPointer<ChatWidget> m_page;
+};
+
+class ChatFactory final : public QObject, public suite::PluginFactory {
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID NovaPluginFactoryId)
+    Q_INTERFACES(suite::PluginFactory)
+
+public:
+    QObject* makeInstance(QObject* parent) override { return new DocumentChat(parent); }
 };
 
 } // namespace panels

@@ -101,11 +101,12 @@ void KPanelHandle::slot_panelNotify(const QVariantMap& notification)
     const KRef<IJSFunction> callback(m_callback.get());
     const QPointer<KPanelHandle> self(this);
     const KResult status = callback->Call(JSApiArguments(&argument, 1), nullptr);
+    if (status == KR_OK)
+        return;
+    KxLoggerLite::writeError(
+        L"PanelBridge", L"a page's callback for notifications of " + panel + L" has failed");
     if (status == KR_NOT_AVAILABLE && self && m_callback.get() == callback.get())
         m_callback = {}; // its page has gone
-    else if (status != KR_OK)
-        KxLoggerLite::writeError(
-            L"PanelBridge", L"a page's callback for notifications of " + panel + L" has failed");
 }
 
 Answer<void> registerPanelCallback(KPanelHandle& handle, const JSContextEnv& page, PanelCallback& callback)

@@ -390,8 +390,7 @@ template <typename Payload>
 void KJsApiUploadFileTask::forward(const Event<Payload>& event, const QVariantMap& task)
 {
     // A listener may let go of the last other reference.
-    AddRef();
-    const KRef<IJSExtentionObject> held(this);
+    const KRef<KJsApiUploadFileTask> held = hold(*this);
     send(event, task);
     keepWhile(m_task && m_task->isRunning());
 }
@@ -401,9 +400,7 @@ void KJsApiUploadFileTask::keepWhile(bool isRunning)
 {
     if (isRunning == static_cast<bool>(m_self))
         return;
-    if (isRunning)
-        AddRef();
-    m_self = KRef<IJSExtentionObject>(isRunning ? this : nullptr);
+    m_self = isRunning ? hold<IJSExtentionObject>(*this) : KRef<IJSExtentionObject>();
 }
 
 Answer<void> KJsApiUploadFileTask::act(bool (KUploadFileTask::*action)(), const Failure& failure)

@@ -151,9 +151,11 @@ public:
     }
     void operator()(const Payload& payload) const
     {
+        if (!m_function)
+            return;
+        const KRef<IJSFunction> held = hold(*m_function); // it may have this callback dropped
         const KJSVariant argument = toScript(payload);
-        if (m_function)
-            m_function->Call(JSApiArguments(&argument, 1), nullptr);
+        held->Call(JSApiArguments(&argument, 1), nullptr);
     }
     /// Gives the reference to the caller; null when script passed no function.
     IJSFunction* release() { return m_function.release(); }

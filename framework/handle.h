@@ -32,8 +32,7 @@ template <typename T> Answer<Handle<T>> handOutKept(const JSContextEnv& page, KR
         kept = T::makeFor(page, nullptr);
     if (!kept)
         return EmptyHandle;
-    kept->AddRef();
-    return Handle<T> { KRef<IJSExtentionObject>(kept.get()) };
+    return Handle<T> { hold(*kept) };
 }
 
 } // namespace jsapi

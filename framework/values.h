@@ -80,6 +80,13 @@ private:
     Interface* m_object = nullptr;
 };
 
+/// A further reference, for as long as what is called may let the object go.
+template <typename Interface> KRef<Interface> hold(Interface& object)
+{
+    object.AddRef();
+    return KRef<Interface>(&object);
+}
+
 /// An object or function value as one of its interfaces; null when it is none.
 inline KRef<IJSONValue> queryJsonObject(const MVARIANT& value)
 {

@@ -1,18 +1,12 @@
 #include "webui/generalmethod.h"
 
+#include "webui/invokable.h"
+
 namespace jsapi {
 
 QMetaMethod findGeneralMethod(const KJsApiWebWidget& widget, const QString& name)
 {
-    const QMetaObject* type = widget.metaObject();
-    for (int i = type->methodCount() - 1; i >= 0; --i) {
-        const QMetaMethod method = type->method(i);
-        if (QString::fromUtf8(method.name()) == name && method.methodType() != QMetaMethod::Signal
-            && method.returnType() == QMetaType::QVariant && method.parameterCount() == 1
-            && method.parameterType(0) == QMetaType::QVariant)
-            return method;
-    }
-    return {};
+    return findInvokable(widget, name, QMetaType::QVariant, QMetaType::QVariant);
 }
 
 Answer<Promise<QVariant>> KGeneralMethodRequest::start(

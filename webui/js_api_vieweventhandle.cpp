@@ -40,8 +40,7 @@ template <typename Payload>
 void KJsApiViewEventHandle::emitToPages(const Event<Payload>& event, const Payload& payload)
 {
     // A listener may let the object go, and this handle with it.
-    m_webview.AddRef();
-    const KRef<IJSExtentionObject> held(&m_webview);
+    const KRef<KJsApiWebview> held = hold(m_webview);
     m_webview.send(event, payload);
 }
 

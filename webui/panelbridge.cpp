@@ -2,30 +2,17 @@
 
 #include "suite/kplugin.h"
 #include "suite/kxloggerlite.h"
-
-#include <QMetaMethod>
+#include "webui/invokable.h"
 
 namespace jsapi {
 
 namespace {
 
-/// The method of that name which takes a notification; invalid when there is none.
-QMetaMethod findMethod(const QObject& panel, const QString& name)
-{
-    const QMetaObject* type = panel.metaObject();
-    for (int i = type->methodCount() - 1; i >= 0; --i) {
-        const QMetaMethod method = type->method(i);
-        if (QString::fromUtf8(method.name()) == name && method.methodType() != QMetaMethod::Signal
-            && method.parameterCount() == 1 && method.parameterType(0) == QMetaType::QVariantMap)
-            return method;
-    }
-    return {};
-}
-
 bool invoke(QObject& panel, const QString& name, const QVariantMap& notification)
 {
     try {
-        return findMethod(panel, name).invoke(&panel, Qt::AutoConnection, Q_ARG(QVariantMap, notification));
+        return findInvokable(panel, name, QMetaType::QVariantMap)
+            .invoke(&panel, Qt::AutoConnection, Q_ARG(QVariantMap, notification));
     } catch (...) {
         return false;
     }
@@ -97,8 +84,7 @@ void KPanelHandle::slot_panelNotify(const QVariantMap& notification)
         return KxLoggerLite::writeError(
             L"PanelBridge", L"a notification of " + panel + L" is nested too deep");
     // The callback may register another one, or let the page go.
-    m_callback->AddRef();
-    const KRef<IJSFunction> callback(m_callback.get());
+    const KRef<IJSFunction> callback = hold(*m_callback);
     const QPointer<KPanelHandle> self(this);
     const KResult status = callback->Call(JSApiArguments(&argument, 1), nullptr);
     if (status == KR_OK)

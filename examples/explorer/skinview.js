@@ -197,7 +197,11 @@ function makeFileTypes(read) {
             );
         });
     return {
-        node: panel("File types", content),
+        node: panel(
+            "File types",
+            content,
+            make("p", { class: "note" }, "Faint: the type has no icon of its own.")
+        ),
         refresh: () =>
             showData(read, content, show, "getFileTypeIconInfo", {
                 fileIdentify: FILE_TYPES,
@@ -217,7 +221,7 @@ function makeValueReader(act) {
         ]);
     return panel(
         "Any value",
-        make("p", { class: "note" }, "A name of the theme, or a colour or gradient of CSS."),
+        make("p", { class: "note" }, "A name, or a colour or gradient of CSS."),
         inputRow("Read", { value: examples }, ({ value }) =>
             showData(act, result, show, "getSkinConfig", { config: [value] })
         ),

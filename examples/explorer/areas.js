@@ -88,7 +88,7 @@ function draw(kind, drawn) {
 /** @typedef {{ kind: keyof typeof KINDS, area: Area, window: string }} Marked */
 
 /**
- * @param {import("./windowview.js").Act} act
+ * @param {import("./panels.js").Act} act
  * @param {() => string} windowName the window whose areas are set
  */
 export function makeAreas(act, windowName) {

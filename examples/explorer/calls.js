@@ -1,4 +1,4 @@
-// Every call that the page makes is made here, so that none escapes the trace.
+// Every call that the user makes is made here, so that none escapes the trace. (What skin.js reads is not traced.)
 
 import { Signal } from "./signal.js";
 import { findObject, isHandedOut } from "./reference.js";

@@ -1,6 +1,6 @@
 // The controls of a form, one kind for each type of the reference.
 
-import { fill, icon, make, newId, prose } from "./dom.js";
+import { fill, icon, make, newId, prose, suggestions } from "./dom.js";
 import { active, listenersChanged, makeListener } from "./listeners.js";
 import { typeText } from "./reference.js";
 import { decode } from "./script.js";
@@ -128,30 +128,17 @@ function makeControl(type, place, field) {
 }
 
 /**
- * @param {string[]} suggestions
+ * @param {string[]} suggested
  * @returns {Control}
  */
-function makeText(suggestions) {
-    const listId = newId();
-    const input = make("input", {
-        type: "text",
-        spellcheck: "false",
-        autocomplete: "off",
-        list: suggestions.length > 0 && listId
-    });
-    const node = suggestions.length
-        ? make(
-              "div",
-              {},
-              input,
-              make("datalist", { id: listId }, ...suggestions.map((value) => make("option", { value })))
-          )
-        : input;
-    if (node !== input) {
-        input.value = suggestions[0];
-        input.id = newId();
-    }
-    return { node, read: () => input.value };
+function makeText(suggested) {
+    const list = suggested.length > 0 && suggestions(suggested);
+    const input = make("input", { type: "text", spellcheck: "false", autocomplete: "off", list: list && list.id });
+    if (!list)
+        return { node: input, read: () => input.value };
+    input.value = suggested[0];
+    input.id = newId();
+    return { node: make("div", {}, input, list), read: () => input.value };
 }
 
 /**

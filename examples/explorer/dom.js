@@ -95,12 +95,21 @@ export function newId() {
 }
 
 /**
+ * What an input suggests, which names it as its `list`.
+ *
+ * @param {readonly string[]} values
+ */
+export function suggestions(values) {
+    return make("datalist", { id: newId() }, ...values.map((value) => make("option", { value })));
+}
+
+/**
  * Copies text, and says on the button whether that went well.
  *
  * @param {HTMLButtonElement} button
  * @param {string} text
  */
-function copyFrom(button, text) {
+export function copyFrom(button, text) {
     const area = make("textarea", { class: "offscreen", "aria-hidden": "true" });
     area.value = text;
     document.body.append(area);

@@ -2,7 +2,7 @@
 
 import { call, targetsOf } from "./calls.js";
 import { make } from "./dom.js";
-import { inputRow, numbers, panel } from "./panels.js";
+import { inputRow, numbers, panel, smallField } from "./panels.js";
 import { memberNamed, objectNamed } from "./reference.js";
 
 /** The kinds of windows, and the page for each. */
@@ -11,7 +11,7 @@ const KINDS = { Dialog: "dialog", Popup: "popup", Tab: "tab", TestWebWidget: "te
 const OPTIONS = { isShow: true, hasParent: false, modal: false, allowResize: true };
 
 /**
- * @param {(made: Call) => Promise<Call>} report
+ * @param {import("./panels.js").Report} report
  * @param {(made: Call) => void} choose has the panel drive the window that was handed out
  */
 export function makeFurtherWindows(report, choose) {
@@ -49,7 +49,7 @@ export function makeFurtherWindows(report, choose) {
         make(
             "div",
             { class: "buttons" },
-            make("label", { class: "small-field" }, make("span", {}, "kind"), kind),
+            smallField("kind", kind),
             ...boxes.map((box) => make("label", { class: "check" }, box, box.name))
         ),
         create,

@@ -7,10 +7,24 @@ import { active } from "./listeners.js";
 import { makeMemberView } from "./memberview.js";
 import { makeHomeView, makeObjectView } from "./objectview.js";
 import { find, isHandedOut, objects, pathOf } from "./reference.js";
+import { makePanelView } from "./panelview.js";
+import { makePluginView } from "./pluginview.js";
+import { followSkin } from "./skin.js";
+import { makeSkinChoice } from "./skinchoice.js";
+import { makeSkinView } from "./skinview.js";
 import { makeTree } from "./tree.js";
 import { makeWindowView } from "./windowview.js";
 
 /** @typedef {{ node: HTMLElement, submit?: () => void, edit?: (past: Call) => void }} View */
+
+/** @type {Record<string, () => HTMLElement>} */
+const PLACES = {
+    "": makeHomeView,
+    window: makeWindowView,
+    skin: makeSkinView,
+    plugins: makePluginView,
+    panels: makePanelView
+};
 
 const page = byId("page");
 const search = /** @type {HTMLInputElement} */ (byId("search"));
@@ -29,10 +43,8 @@ let address = "";
  * @returns {View}
  */
 function makeView(path) {
-    if (path === "")
-        return { node: makeHomeView() };
-    if (path === "window")
-        return { node: makeWindowView() };
+    if (Object.keys(PLACES).includes(path))
+        return { node: PLACES[path]() };
     const found = find(path);
     if (!found)
         return {
@@ -66,8 +78,9 @@ function show(path) {
     }
     tree.select(path);
     document.title = `${path || "NovaExtension"} · explorer`;
+    const place = path && Object.keys(PLACES).includes(path) ? path : "reference";
     for (const link of document.querySelectorAll("[data-place]"))
-        link.toggleAttribute("aria-current", (link.getAttribute("data-place") === "window") === (path === "window"));
+        link.toggleAttribute("aria-current", link.getAttribute("data-place") === place);
 }
 
 /** @param {string} path */
@@ -138,9 +151,9 @@ function goByKey(event) {
     way();
 }
 
-/** @param {string} text */
+/** @param {string} text none hides it */
 function showNotice(text) {
-    byId("notice").hidden = false;
+    byId("notice").hidden = !text;
     byId("notice").textContent = text;
 }
 
@@ -192,6 +205,8 @@ document.querySelector("[data-action=skip]")?.addEventListener("click", (event) 
 });
 window.explorer = { objects, calls, inHand, listeners: active, open, call: callByPath };
 showConnection();
+if (followSkin())
+    makeSkinChoice(byId("skin-choice"), showNotice);
 address = addressed();
 show(address);
 if (isConnected())

@@ -1,12 +1,13 @@
 // A member: its documentation, its form, and the answer.
 
-import { call, ended, handsChanged, inHand, targetsOf } from "./calls.js";
+import { call, ended, handsChanged, inHand } from "./calls.js";
 import { InputError } from "./controls.js";
 import { copyButton, fill, icon, make, newId, prose } from "./dom.js";
 import { makeForm } from "./form.js";
-import { answerText, isHandedOut, makersOf, pathOf, shapesOf, signature, typeText } from "./reference.js";
+import { answerText, pathOf, shapesOf, signature, typeText } from "./reference.js";
 import { literal, scriptOf } from "./script.js";
-import { clock, duration, failureOf, valueTree } from "./values.js";
+import { makeTargetChoice } from "./targetchoice.js";
+import { clock, duration, failureOf, statePill, valueTree } from "./values.js";
 
 /**
  * @param {ApiObject} object
@@ -118,44 +119,6 @@ export function makeMemberView(object, member) {
     };
 }
 
-/**
- * What the member is called on, where there is a choice.
- *
- * @param {ApiObject} object
- */
-function makeTargetChoice(object) {
-    const select = make("select", { "data-role": "target", "aria-label": "called on" });
-    const label = make("label", { class: "target" }, "on ", select);
-    const makers = make(
-        "p",
-        { class: "note makers" },
-        "Handed out by ",
-        ...makersOf(object).flatMap(({ object: owner, member }, index) => [
-            index > 0 && ", ",
-            make("a", { href: `#${pathOf(owner, member)}` }, `${owner.name}.${member.name}`)
-        ])
-    );
-    /** @type {Target[]} */
-    let targets = [];
-
-    /** @param {Target | undefined} kept */
-    function refresh(kept) {
-        targets = targetsOf(object);
-        fill(select, ...targets.map((target) => make("option", {}, target.name)));
-        select.selectedIndex = kept ? targets.findIndex((target) => target.name === kept.name) : targets.length - 1;
-        if (select.selectedIndex < 0)
-            select.selectedIndex = targets.length - 1;
-        label.hidden = !isHandedOut(object) && targets.length < 2;
-        select.disabled = !targets.length;
-        makers.hidden = !isHandedOut(object) || targets.length > 0;
-    }
-
-    // What has just been handed out is what one goes on with; the others keep the choice.
-    handsChanged.subscribe(() => refresh(isHandedOut(object) ? undefined : targets[select.selectedIndex]));
-    refresh(isHandedOut(object) ? undefined : targetsOf(object)[0]);
-    return { node: label, makers, read: () => targets[select.selectedIndex], choose: refresh };
-}
-
 /** @param {ApiMember} member */
 function makeAnswer(member) {
     const status = make("div", { class: "status", role: "status" }, make("p", { class: "note" }, "Not called yet."));
@@ -195,12 +158,6 @@ function makeAnswer(member) {
 
     ended.subscribe((made) => made === shown && show(made));
     return { node, show };
-}
-
-/** @param {Call} made */
-export function statePill({ state, promised }) {
-    const text = { ok: "OK", failed: promised ? "Rejected" : "Failed", pending: "Pending" }[state];
-    return make("span", { class: `pill ${state}` }, text);
 }
 
 /**

@@ -200,13 +200,17 @@ export function makeHomeView() {
     return make(
         "article",
         { class: "view", "data-view": "home" },
-        make("h1", { tabindex: "-1" }, "NovaExtension"),
         make(
-            "p",
-            { class: "lead" },
-            `${objects.filter((object) => !isHandedOut(object)).length} objects, ` +
-                `${objects.filter(isHandedOut).length} that they hand out, ${members} members, of which ${built} ` +
-                "are built. Choose one, fill in its form, call it."
+            "div",
+            { class: "hero" },
+            make("h1", { tabindex: "-1" }, "NovaExtension"),
+            make(
+                "p",
+                { class: "lead" },
+                `${objects.filter((object) => !isHandedOut(object)).length} objects, ` +
+                    `${objects.filter(isHandedOut).length} that they hand out, ${members} members, of which ${built} ` +
+                    "are built. Choose one, fill in its form, call it."
+            )
         ),
         section(
             "Objects",

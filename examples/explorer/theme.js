@@ -1,4 +1,5 @@
-// Light or dark, before anything is painted: as the user has chosen here, or else as the desktop is.
+// Light or dark, before anything is painted: as the user has chosen here, or else as the desktop is. A page that has the
+// suite's skin (skin.js) looks as that.
 
 (() => {
     const root = document.documentElement;
@@ -24,7 +25,8 @@
 
     /** @param {string} theme */
     function apply(theme) {
-        root.dataset.theme = theme;
+        if (!root.dataset.skin)
+            root.dataset.theme = theme;
     }
 
     const desktops = () => (desktop.matches ? "dark" : "light");

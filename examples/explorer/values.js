@@ -155,6 +155,12 @@ export function outcomeText({ state, promised, value, error }) {
     return `${code && `code ${code}: `}${message}`;
 }
 
+/** @param {Call} made */
+export function statePill({ state, promised }) {
+    const text = { ok: "OK", failed: promised ? "Rejected" : "Failed", pending: "Pending" }[state];
+    return make("span", { class: `pill ${state}` }, text);
+}
+
 /**
  * @param {any} value
  * @returns {value is { success: true, data: unknown }}

@@ -1,6 +1,7 @@
 // The page of a further window: small, dragged by its head, and able to speak with the explorer through `Event`.
 
 import { fill, make } from "./dom.js";
+import { followSkin } from "./skin.js";
 import { returnedText } from "./values.js";
 
 const HEAD = 44;
@@ -66,4 +67,5 @@ fill(
 );
 window.addEventListener("resize", () => show("Drag area", setDragArea));
 show("Drag area", setDragArea);
+followSkin();
 show("Ready", () => Webview.pageReady());

@@ -1,16 +1,16 @@
 // The window panel: a page drives its own window, and those that it has opened.
 
-import { call, handsChanged, targetsOf } from "./calls.js";
+import { call, handsChanged, rootTarget } from "./calls.js";
 import { makeAreas } from "./areas.js";
 import { makeFurtherWindows } from "./furtherwindows.js";
 import { fill, icon, make } from "./dom.js";
 import { makeSwitches } from "./objectview.js";
-import { actionButton, inputRow, numbers, panel } from "./panels.js";
+import { actionButton, inputRow, makeOutcome, numbers, panel, panelsView } from "./panels.js";
 import { listenerPairs, memberNamed, objectNamed } from "./reference.js";
-import { statePill } from "./memberview.js";
-import { callLine, duration, outcomeText } from "./values.js";
+import { makeTargetChoice } from "./targetchoice.js";
+import { outcomeText } from "./values.js";
 
-/** @typedef {(member: string, ...given: unknown[]) => Promise<Call>} Act */
+/** @typedef {import("./panels.js").Act} Act */
 
 /** Flags and attributes that are worth a try, by what Qt calls them. */
 const FLAGS = {
@@ -47,35 +47,14 @@ const FACTS = {
 
 export function makeWindowView() {
     const webview = objectNamed("Webview");
-    const select = make("select", { "data-role": "target" });
-    const outcome = make(
-        "div",
-        { class: "window-outcome", role: "status", "data-outcome": "none" },
-        make("p", { class: "note" }, "The outcome of the last call appears here.")
-    );
+    const chosen = makeTargetChoice(webview);
+    const { node: outcome, report } = makeOutcome();
     const facts = make("dl", { class: "facts" });
     const listening = make("div", {});
-    const targets = () => targetsOf(webview);
-    const target = () => targets()[Math.max(0, select.selectedIndex)];
+    const target = () => chosen.read() ?? rootTarget(webview);
 
     /** @type {Act} */
-    async function act(name, ...given) {
-        return report(call(target(), memberNamed(webview, name), given));
-    }
-
-    /** @param {Call} made */
-    async function report(made) {
-        await made.ended;
-        outcome.dataset.outcome = made.state;
-        fill(
-            outcome,
-            statePill(made),
-            make("code", {}, callLine(made)),
-            make("span", {}, made.state === "ok" ? "" : outcomeText(made)),
-            make("span", { class: "elapsed" }, duration(made.elapsed))
-        );
-        return made;
-    }
+    const act = (name, ...given) => report(call(target(), memberNamed(webview, name), given));
 
     function readFacts() {
         const on = target();
@@ -94,32 +73,19 @@ export function makeWindowView() {
         );
     }
 
-    function refreshTargets() {
-        const kept = select.value;
-        fill(select, ...targets().map(({ name }) => make("option", { value: name, selected: name === kept }, name)));
-        showTarget();
-    }
+    const showTarget = () => fill(listening, makeSwitches(target(), listenerPairs(webview)));
 
-    function showTarget() {
-        fill(listening, makeSwitches(target(), listenerPairs(webview)));
-    }
-
-    select.addEventListener("change", () => {
+    chosen.node.addEventListener("change", () => {
         showTarget();
         readFacts();
     });
-    handsChanged.subscribe(refreshTargets);
-    refreshTargets();
+    handsChanged.subscribe(showTarget);
+    showTarget();
     readFacts();
-    return make(
-        "article",
-        { class: "view window-view", "data-view": "window" },
-        make(
-            "div",
-            { class: "title-line" },
-            make("h1", { tabindex: "-1" }, "Window"),
-            make("label", { class: "target" }, "of ", select)
-        ),
+    return panelsView(
+        "window",
+        "Window",
+        chosen.node,
         make(
             "div",
             { class: "card status-card" },
@@ -143,7 +109,7 @@ export function makeWindowView() {
             panel("Listeners", listening),
             makeFurtherWindows(report, (made) => {
                 if (made.handedOut)
-                    select.value = made.handedOut.name;
+                    chosen.choose(made.handedOut);
                 showTarget();
             })
         )

@@ -74,6 +74,12 @@ before(async () => {
     // In the place of the desktop's opener, which is not to open anything here.
     await writeFile(join(home, "bin/xdg-open"), "#!/bin/sh\n");
     await chmod(join(home, "bin/xdg-open"), 0o755);
+    await mkdir(join(home, "user/documents"), { recursive: true });
+    await writeFile(join(home, "user/documents/contract.txt"), "The contract is due in July.\n");
+    await mkdir(join(home, "plugins/slow/package/resources"), { recursive: true });
+    await writeFile(join(home, "plugins/slow/package/resources/large"), Buffer.alloc(2e6));
+    await writeFile(join(home, "plugins/slow/plugin.json"),
+        JSON.stringify({ name: "slow", version: "1", source: "package", bytes: 2e6, bytesPerSecond: 2e6 }));
     const root = process.getuid() === 0 ? { QTWEBENGINE_DISABLE_SANDBOX: "1" } : {};
     env = { ...process.env, ...root, HOME: home, PATH: `${home}/bin:${process.env.PATH}`, QT_QPA_PLATFORM: "xcb",
         QT_QUICK_BACKEND: "software", QTWEBENGINE_CHROMIUM_FLAGS: "--disable-gpu" };
@@ -112,6 +118,12 @@ const text = (selector) => page.$eval(selector, (node) => node.textContent);
 const isListed = (member, { code, message }) => member.failures.some((failure) => String(failure.code) === code
     && new RegExp(`^${failure.text.split(/%\d/).map((part) => part.replace(/[^\w ]/g, "\\$&")).join("[^]*")}$`).test(message));
 
+/** Puts a text in the place of what an input has. */
+async function fillIn(selector, value) {
+    await page.$eval(selector, (node) => node.select());
+    await page.keyboard.sendCharacter(value);
+}
+
 async function openByClick(path) {
     await page.click(`[data-object="${path}"] > .tree-row, [data-member="${path}"] > .tree-row`);
     await page.waitForSelector(view(path));
@@ -120,8 +132,7 @@ async function openByClick(path) {
 /** Gives the arguments as JSON. */
 async function give(values) {
     await page.click("[data-mode=json]");
-    await page.$eval("[data-role=json]", (node) => node.select());
-    await page.keyboard.sendCharacter(JSON.stringify(values));
+    await fillIn("[data-role=json]", JSON.stringify(values));
 }
 
 /** Presses the button and waits for the end of the call. */
@@ -158,6 +169,7 @@ async function callAndCancel() {
 /** Where the values that the form has at first would leave nothing to click on, or hand nothing out. */
 const VALUES = () => ({
     "FileSystem.File()": [{ path: join(home, "note.txt") }],
+    "PluginManager.getPlugin": ["wordcount"],
     "Webview.setResizeable": [true],
     "Webview.setWindowFlag": [{ flag: 0x40000, on: true }],
     "Webview.setSize": [{ w: 1300, h: 850 }],
@@ -203,9 +215,12 @@ test("every object and every member by mouse", LIMIT, async () => {
                 continue; // the end of the last test
             if (path in values)
                 await give(values[path]);
+            const width = await page.evaluate(() => innerWidth);
             const outcome = await (DIALOGS.includes(path) ? callAndCancel() : callByClick());
-            if (path in BACK)
+            if (path in BACK) {
                 await page.evaluate((back) => explorer.call(back), BACK[path]);
+                await page.waitForFunction((before) => innerWidth === before, {}, width); // else a click meets another place
+            }
             const isRoot = object.instance !== "handed out";
             const { kind, name } = member.answer.type;
             if (kind === "handle" && outcome.state === "ok")
@@ -220,7 +235,7 @@ test("every object and every member by mouse", LIMIT, async () => {
         }
     }
     assert.deepEqual([...inHand],
-        ["FileSystem.File", "CloudDoc.Orbitapi", "SettingsManager.Settings", "Account.Privilege"]);
+        ["FileSystem.File", "PluginManager.Plugin", "CloudDoc.Orbitapi", "SettingsManager.Settings", "Account.Privilege"]);
 });
 
 test("objects that were handed out are called", LIMIT, async () => {
@@ -239,6 +254,9 @@ test("what the address names is shown", LIMIT, async () => {
         "#FileSystem.copy": "FileSystem.copy",
         "#FileSystem.File": "FileSystem.File",
         "#FileSystem.File()": "FileSystem.File()",
+        "#skin": "skin",
+        "#plugins": "plugins",
+        "#panels": "panels",
         "#FileSystem.nothing": "none",
         "#window": "window",
     };
@@ -329,8 +347,7 @@ test("further windows have pages of their own, whose events arrive", LIMIT, asyn
 test("the window panel drives the window, whose events arrive", LIMIT, async () => {
     await page.select("[data-view=window] [data-role=target]", "NovaExtension.Webview");
     await page.click("[data-listen='NovaExtension.Webview Resize']");
-    await page.$eval("[data-row=Resize] [name=w]", (node) => node.select());
-    await page.keyboard.sendCharacter("1111");
+    await fillIn("[data-row=Resize] [name=w]", "1111");
     await page.click("[data-row=Resize] button");
     await page.waitForSelector("[data-event='Webview Resize']");
     await page.waitForFunction(() => innerWidth === 1111);
@@ -338,6 +355,94 @@ test("the window panel drives the window, whose events arrive", LIMIT, async () 
     await page.click("[data-switch=setDisableScrollBar]");
     await page.waitForFunction(() => document.querySelector("[data-outcome=ok]")?.textContent.includes("setDisableScrollBar"));
     await page.waitForFunction(() => document.querySelector("#page").offsetWidth === document.querySelector("#page").clientWidth);
+});
+
+/** By a colour of texts what they stand on. */
+const GROUNDS = { text: ["ground", "surface", "sunken", "accent-soft"], muted: ["ground", "surface", "sunken"],
+    link: ["ground", "surface", "accent-soft"], "on-accent": ["accent", "accent-hover"], ok: ["surface", "ok-soft"],
+    fail: ["surface", "fail-soft"], wait: ["surface", "wait-soft"] };
+
+/** How many times lighter one colour is than the other, as the guidelines for accessible pages count. */
+function contrast(...colors) {
+    const [light, dark] = colors.map((color) => {
+        const [red, green, blue] = color.match(/\d+/g).map((part) => part / 255)
+            .map((part) => (part <= 0.03928 ? part / 12.92 : ((part + 0.055) / 1.055) ** 2.4));
+        return 0.2126 * red + 0.7152 * green + 0.0722 * blue + 0.05;
+    }).sort((a, b) => b - a);
+    return light / dark;
+}
+
+test("a page and its further windows follow the skin, and stay readable", LIMIT, async () => {
+    await page.evaluate(() => explorer.call("WebviewMgr.create", { id: "dialog", windowType: "Dialog", isShow: true }));
+    const target = await browser.waitForTarget((one) => one.url() === "nova://app/dialog.html", { timeout: WAIT_MS });
+    const further = await target.page();
+    watch(further);
+    await page.click("[data-place=skin]");
+    const seen = new Set();
+    for (const skin of ["dark", "contrast", "novaskin-ocean", "light"]) {
+        await page.click(`[data-view=skin] [data-button="${skin}"]`);
+        await page.waitForSelector(`[data-log=changes] > [data-change="${skin}"]:first-child`);
+        await page.waitForFunction(() => [...document.querySelectorAll("[data-view=skin] img")]
+            .every((image) => image.complete && image.naturalWidth > 0));
+        const shown = await page.evaluate(() => ({
+            body: getComputedStyle(document.body).backgroundColor,
+            swatch: getComputedStyle(document.querySelector("[data-color='CommonPalette/window'] .chip span")).backgroundColor,
+            value: NovaExtension.Skin.getSkinColorConfig({ config: ["window"] }).data.window,
+            images: document.querySelectorAll("[data-view=skin] img").length,
+            choice: document.querySelector("[data-role=skin]").value,
+            colors: Object.fromEntries([...document.documentElement.style].map((name) =>
+                [name.slice(2), document.documentElement.style.getPropertyValue(name)])),
+        }));
+        assert.equal(shown.value.replace(/rgba\((\d+),(\d+),(\d+),1\)/, "rgb($1, $2, $3)"), shown.body, skin);
+        assert.deepEqual([shown.swatch, shown.choice, shown.images > 50], [shown.body, skin, true], skin);
+        for (const [color, grounds] of Object.entries(GROUNDS))
+            for (const ground of grounds)
+                assert(contrast(shown.colors[color], shown.colors[ground]) >= 4.5, `${skin}: ${color} on ${ground}`);
+        await further.waitForFunction((color) => getComputedStyle(document.body).backgroundColor === color, {}, shown.body);
+        seen.add(shown.body);
+    }
+    assert.equal(seen.size, 4);
+    await page.click("[data-row=Switch] button");
+    await page.waitForSelector("[data-view=skin] [data-outcome=failed]");
+    assert.match(await text("[data-view=skin] [data-outcome]"), /switch skin failed/);
+    await page.select("[data-role=skin]", "dark");
+    await page.waitForFunction(() => document.documentElement.dataset.theme === "dark");
+    await further.evaluate(() => document.querySelector("[data-button=Close]").click()).catch(() => {});
+});
+
+test("a plugin is loaded with its progress, and resolves paths", LIMIT, async () => {
+    await page.click("[data-place=plugins]");
+    for (const [name, outcome] of [["nobody", "failed"], ["slow", "ok"]]) {
+        await fillIn("[data-row=Get] [name=name]", name);
+        await page.click("[data-row=Get] button");
+        await page.waitForSelector(`[data-view=plugins] [data-outcome=${outcome}]`);
+    }
+    await page.click("[data-panel=Load] [data-button=Load]");
+    await page.waitForSelector("[data-load=Succeeded]");
+    const steps = await page.$$eval("[data-log=loads] > li", (lines) => lines.map((line) => line.textContent));
+    assert(steps.length > 2 && steps.slice(1).every((step) => step.includes("Progress")), steps.join());
+    await fillIn("[data-row=Resource] input", "large");
+    await page.click("[data-row=Resource] button");
+    await page.waitForFunction(() => /resources\/large/.test(document.querySelector("[data-outcome=ok]")?.textContent));
+});
+
+test("the suite's panels answer", LIMIT, async () => {
+    await page.click("[data-place=panels]");
+    const press = async (panel, button) => {
+        await page.click(`[data-panel="${panel}"] ${button}`);
+        await page.waitForSelector("[data-view=panels] [data-outcome=ok]");
+    };
+    const rows = [
+        ["Document chat", "[data-row=Ask] button", "knovaaidocschatpanel", "The contract is due in July."],
+        ["Contract", "[data-row='Read contract'] button", "KContractMgrCommand", "EUR 1,200.50"],
+    ];
+    for (const [panel, button, plugin, answer] of rows) {
+        await press(panel, "[data-button='Load the plugin']");
+        await press(panel, "[data-button='Register callback']");
+        await press(panel, button);
+        await page.waitForFunction((log, text) => document.querySelector(`[data-log="${log}"]`).textContent.includes(text),
+            {}, plugin, answer);
+    }
 });
 
 /** What the browser says on its own. */
@@ -348,6 +453,7 @@ const EXPECTED = [
 
 test("novahost ends when the page destroys its window", LIMIT, async () => {
     const exited = once(suite, "exit");
+    await page.click("[data-place=window]");
     // From under the line with the outcome, which stays at the top.
     await page.$eval("[data-button=Destroy]", (node) => node.scrollIntoView({ block: "center" }));
     await page.click("[data-button=Destroy]");

@@ -37,8 +37,8 @@ KResult Call::succeed(KJSVariant value)
     static const QString dataKey = heapString("data");
     auto* envelope = new KJSONValue;
     m_result = KJSVariant::fromUnknown(envelope);
-    envelope->append(dataKey, std::move(value));
-    envelope->append(successKey, KJSVariant::fromBool(true));
+    envelope->appendConstant(dataKey, std::move(value));
+    envelope->appendConstant(successKey, KJSVariant::fromBool(true));
     return KR_OK;
 }
 

@@ -159,7 +159,7 @@ template <typename T> struct MapConverter {
     {
         KRef<KJSONValue> object(new KJSONValue);
         for (auto value = values.begin(); value != values.end(); ++value)
-            object->put(value.key(), jsapi::toScript(value.value()));
+            object->set(value.key(), jsapi::toScript(value.value()));
         return KJSVariant::fromUnknown(object.release());
     }
     static QVariant toVariant(const QMap<QString, T>& values)
@@ -332,9 +332,9 @@ template <HasFields Struct> KRef<KJSONValue> toObject(const Struct& value)
         const auto& member = value.*field.member;
         if constexpr (requires { member.has_value(); }) {
             if (member)
-                object->put(fieldName<Struct>(index), jsapi::toScript(*member));
+                object->putConstant(fieldName<Struct>(index), jsapi::toScript(*member));
         } else {
-            object->put(fieldName<Struct>(index), jsapi::toScript(member));
+            object->putConstant(fieldName<Struct>(index), jsapi::toScript(member));
         }
         return true;
     });

@@ -59,7 +59,7 @@ KJSVariant& KJSONValue::slot(const QString& key)
     return found ? m_values[m_keys[index].position] : insert(index, key, nullptr);
 }
 
-void KJSONValue::put(const QString& key, KJSVariant value)
+void KJSONValue::putConstant(const QString& key, KJSVariant value)
 {
     bool found;
     const int index = indexOf(key, found);

@@ -42,16 +42,18 @@ public:
     bool At(std::int32_t position, const QString** key, const KJSVariant** value) const override;
     IJSArray* GetArray(const QString& key) const override;
 
-    /// As SetValue, without copies. `key` is a constant of the library: the object refers to it.
-    void put(const QString& key, KJSVariant value);
-    void put(QString&& key, KJSVariant value) = delete;
+    /// As SetValue, without copying the value.
+    void set(const QString& key, KJSVariant value) { slot(key) = std::move(value); }
+    /// The same without copying the key, which must live as long as the library: the object refers to it.
+    void putConstant(const QString& key, KJSVariant value);
+    void putConstant(QString&& key, KJSVariant value) = delete;
     /// The same for a key that orders behind all that are there.
-    void append(const QString& key, KJSVariant value)
+    void appendConstant(const QString& key, KJSVariant value)
     {
         m_keys.append({ {}, &key, m_values.size() });
         m_values.append(std::move(value));
     }
-    void append(QString&& key, KJSVariant value) = delete;
+    void appendConstant(QString&& key, KJSVariant value) = delete;
 
 private:
     static constexpr int Inline = 4;

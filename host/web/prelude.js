@@ -173,7 +173,7 @@
     };
 
     // What the suite has had for this document and is still to be done, in the order in which it came: a function of the page
-    // that is called may send a request, whose reply brings what came later.
+    // that is called may send a request, whose reply brings what came later. What came before that is then done first.
     let firstBatch;
     let lastBatch;
     const performBatches = () => {
@@ -196,13 +196,16 @@
         const reader = { text: reply, at: toNumber(slice(reply, lastIndexOf(reply, ';') + 1)) };
         for (let count = nextCount(reader); count > 0; --count)
             readClass(reader);
-        const batch = { __proto__: null, reader, count: nextCount(reader), next: undefined };
-        if (firstBatch)
-            lastBatch.next = batch;
-        else
-            firstBatch = batch;
-        lastBatch = batch;
-        performBatches();
+        const count = nextCount(reader);
+        if (count > 0) {
+            const batch = { __proto__: null, reader, count, next: undefined };
+            if (firstBatch)
+                lastBatch.next = batch;
+            else
+                firstBatch = batch;
+            lastBatch = batch;
+            performBatches();
+        }
         return { text: reply, at: 0 };
     };
 

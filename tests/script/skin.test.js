@@ -1,5 +1,5 @@
 // Values of the theme, their forms, and what is heard of another skin. The profile begins with the skin "light".
-const { PluginManager, Skin } = NovaExtension;
+const { Skin } = NovaExtension;
 const noConfig = refusal(1, "empty config json obj");
 const noTypes = refusal(1, "empty fileIdentifyList");
 /** @type {(member: string, ...args: unknown[]) => () => unknown} */
@@ -87,6 +87,20 @@ await check([
         Skin.switchSkin("contrast");
         return heardNext(2).then((all) => all.map(([from, to]) => `${from} ${to}`));
     }, ["dark contrast", "contrast light"]],
+]);
+
+// A skin that is a plugin, with a file of values over its theme.
+const ocean = () => { Skin.switchSkin("novaskin-ocean"); return ["waterline", "window"].map((name) =>
+    [Skin.getSkinColorConfig({ config: [name] }).data[name], Skin.getSkinConfig({ config: [name] }).data[name]]); };
+await check([
+    ["a plugin's own values", ocean, [[transparent, "rgba(95,212,230,1)"], ["rgba(12,43,58,1)", "rgba(12,43,58,1)"]]],
+    ["a plugin's gradient", () => Skin.getSkinConfig({ config: ["accentGradient"] }).data.accentGradient,
+        gradient([0, "rgba(23,120,140,1)"], [1, "rgba(123,232,200,1)"])],
+    ["without the plugin", async () => {
+        process.play("plugin:remove=novaskin-ocean");
+        await new Promise((resolve) => setTimeout(resolve, 0));
+        return [Skin.getSkinConfig({ config: ["waterline"] }).data.waterline, Skin.getCurrentSkinName().data];
+    }, ["", "novaskin-ocean"]],
 ]);
 
 // Icons.

@@ -51,7 +51,9 @@ QJsonObject StateFile::read() const
     QJsonObject content = QJsonDocument::fromJson(file.readAll()).object();
     if (content.isEmpty()) {
         qCWarning(stateLog, "%s can not be understood and is set aside", qPrintable(m_path));
-        file.rename(m_path + QStringLiteral(".damaged"));
+        const QString aside = m_path + QStringLiteral(".damaged");
+        QFile::remove(aside);
+        file.rename(aside);
     }
     return content;
 }

@@ -108,8 +108,8 @@ TEST_F(SkinTest, SkinsThatCanNotBeUsedAreRefused)
     for (const auto& [skin, reason] : { std::pair("one", "is its own base: one, other, one"),
              { "alias", "skin.json: name: must be \"alias\"" },
              { "bare", "skin.json: the skin: needs \"title\"" }, { "gone", "theme.json: can not be read" },
-             { "none", "there is none of this name" }, { "../skins/light", "there is none of this name" },
-             { "", "there is none of this name" } }) {
+             { "none\n", "skin \"none\\n\": there is none of this name" },
+             { "../skins/light", "there is none of this name" }, { "", "there is none of this name" } }) {
         QString error;
         EXPECT_FALSE(suite::loadSkin(QString::fromLatin1(skin), error));
         EXPECT_TRUE(error.contains(QLatin1String(reason))) << error.toStdString();

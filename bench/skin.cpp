@@ -1,5 +1,5 @@
 // A table of 500 colours of the theme, as "getSkinColorConfig" answers it: when the theme has to be asked and when the values
-// are kept, against a settings file with the same colours and a hash that has them ready. All make the same answer.
+// are kept, against a settings file with the same colours and a hash of finished texts. All make answers of the same form.
 #include "bench/libraryobject.h"
 #include "host/profile/profile.h"
 #include "host/suite/skin/skinservice.h"

@@ -84,6 +84,8 @@ set(CPACK_DEBIAN_STANDIN_PACKAGE_NAME vexlitejsapi-standin)
 set(CPACK_DEBIAN_STANDIN_PACKAGE_SECTION devel)
 # Loaded at run time, so nothing links it.
 set(CPACK_DEBIAN_STANDIN_PACKAGE_DEPENDS "libqt5sql5-sqlite")
+# The icons of its skins.
+set(CPACK_DEBIAN_STANDIN_PACKAGE_RECOMMENDS "breeze-icon-theme")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # The suite's libraries, real or stand-in, belong to no package that the library depends on.

@@ -1,5 +1,5 @@
-// All but windows (windows.cpp) that the application itself must offer, in its smallest form: no account, no cloud, no plugins, no dialogs, log records on the
-// standard error stream. The headers say what each of these promises. They are found in the executable because it is
+// All but windows (windows.cpp) and the theme (theme.cpp) that the application itself must offer, in its smallest form: no
+// account, no cloud, no plugins, no dialogs, log records on the standard error stream. The headers say what each of these promises. They are found in the executable because it is
 // linked with the library; an application that loads the library with dlopen exports them (ENABLE_EXPORTS).
 #include <suite/kaccessmanager.h>
 #include <suite/kaccountsdk.h>
@@ -83,10 +83,17 @@ void KxLoggerLite::writeError(const std::wstring& module, const std::wstring& te
     std::fprintf(stderr, "%ls: error: %ls\n", module.c_str(), text.c_str());
 }
 
+bool kpluginconfig::inPluginDownloadDir(const QString&)
+{
+    return false;
+}
+
 KPluginManager* KPluginManager::getInstance()
 {
     return nullptr;
 }
+
+// Without a manager none of these is called.
 
 KPlugin* KPluginManager::getPlugin(const QString&)
 {
@@ -118,44 +125,7 @@ QString KPlugin::frameworkFilePath(const QString&)
     return {};
 }
 
-int KPlugin::state() const
-{
-    return StateKnown;
-}
-
-bool kpluginconfig::inPluginDownloadDir(const QString&)
-{
-    return false;
-}
-
-KPluginManager* KPluginManager::getInstance()
-{
-    return nullptr;
-}
-
-// Without a manager none of these is called.
-
-KPlugin* KPluginManager::getPlugin(const QString&)
-{
-    return nullptr;
-}
-
-int KPlugin::load(unsigned, unsigned)
-{
-    return LoadNoPlugin;
-}
-
-QVariant KPlugin::getProp(const QString&)
-{
-    return {};
-}
-
-QString KPlugin::resourceFilePath(const QString&)
-{
-    return {};
-}
-
-QString KPlugin::frameworkFilePath(const QString&)
+QString KPlugin::localPath() const
 {
     return {};
 }

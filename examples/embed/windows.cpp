@@ -1,6 +1,5 @@
 // The application's part for the windows of pages, in its smallest form: web widgets without a browser, no factory for
-// their classes, one scale, no theme.
-#include <suite/kdrawhelper.h>
+// their classes, one scale.
 #include <suite/kjsapiwebwidget.h>
 #include <suite/kjsapiwebwidgetfactory.h>
 #include <suite/klitestyle.h>
@@ -93,9 +92,4 @@ QSize KLiteStyle::dpiScaledSize(int width, int height)
 QRect KLiteStyle::dpiScaledRect(int x, int y, int width, int height)
 {
     return { x, y, width, height };
-}
-
-QColor KDrawHelper::getColorFromTheme(const QString&, const QString&, const QColor& fallback)
-{
-    return fallback;
 }

@@ -25,9 +25,7 @@ QString findPanelPages(const QString& name)
 {
     const suite::PluginManager* manager = suite::PluginManager::instance();
     suite::Plugin* plugin = manager ? manager->find(name) : nullptr;
-    return plugin && plugin->instance()
-        ? plugin->directory() + QLatin1Char('/') + plugin->manifest().resources
-        : QString();
+    return plugin && plugin->instance() ? plugin->resourceFilePath({}) : QString();
 }
 
 } // namespace

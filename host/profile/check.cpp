@@ -26,29 +26,50 @@ QString describePosition(const QByteArray& text, std::size_t byte)
 }
 
 /// Far below what a recursion over the values needs too much stack for.
-constexpr int MaxDepth = 200;
+constexpr std::size_t MaxDepth = 200;
 
-/// Collects duplicate keys of objects, of which the parser keeps the last only.
-class DuplicateKeys {
+/// Collects duplicate keys of objects, of which json::parse() keeps the last only. It calls functions itself, but needs
+/// quadratic time then.
+class DuplicateKeys final : public json::json_sax_t {
 public:
-    bool operator()(int depth, json::parse_event_t event, json& parsed)
+    bool null() override { return true; }
+    bool boolean(bool) override { return true; }
+    bool number_integer(json::number_integer_t) override { return true; }
+    bool number_unsigned(json::number_unsigned_t) override { return true; }
+    bool number_float(json::number_float_t, const std::string&) override { return true; }
+    bool string(std::string&) override { return true; }
+    bool binary(json::binary_t&) override { return true; }
+    bool start_object(std::size_t) override { return open(); }
+    bool start_array(std::size_t) override { return open(); }
+    bool end_object() override { return close(); }
+    bool end_array() override { return close(); }
+    bool key(std::string& key) override
     {
-        if (depth > MaxDepth)
-            throw std::runtime_error("is nested too deeply");
-        if (event == json::parse_event_t::object_start)
-            m_open.emplace_back();
-        else if (event == json::parse_event_t::object_end)
-            m_open.pop_back();
-        else if (event == json::parse_event_t::key && !m_open.back().insert(parsed.get<std::string>()).second)
-            found << QStringLiteral("%1: appears twice; keep one of the two")
-                         .arg(QString::fromStdString(parsed.get<std::string>()));
+        if (!m_open.back().insert(key).second)
+            found
+                << QStringLiteral("%1: appears twice; keep one of the two").arg(QString::fromStdString(key));
         return true;
     }
+    /// Left to json::parse().
+    bool parse_error(std::size_t, const std::string&, const json::exception&) override { return false; }
 
     QStringList found;
 
 private:
-    std::vector<std::set<std::string>> m_open;
+    bool open()
+    {
+        m_open.emplace_back();
+        if (m_open.size() > MaxDepth)
+            throw std::runtime_error("is nested too deeply");
+        return true;
+    }
+    bool close()
+    {
+        m_open.pop_back();
+        return true;
+    }
+
+    std::vector<std::set<std::string>> m_open; ///< empty for a list
 };
 
 /// A place in the document together with the schema that holds there.
@@ -232,7 +253,8 @@ Checked parseChecked(const QByteArray& text, const json& schema, const QString& 
     Checked checked;
     try {
         DuplicateKeys duplicates;
-        checked.document = json::parse(text.begin(), text.end(), std::ref(duplicates));
+        json::sax_parse(text.begin(), text.end(), &duplicates);
+        checked.document = json::parse(text.begin(), text.end());
         checked.errors = duplicates.found;
         checked.errors << findSchemaErrors(checked.document, schema, kind);
     } catch (const json::parse_error& error) {

@@ -1,6 +1,7 @@
 #include "host/suite/statefile.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QLoggingCategory>
 #include <QSaveFile>
@@ -46,12 +47,15 @@ StateFile::StateFile(QString path)
 QJsonObject StateFile::read() const
 {
     QFile file(m_path);
-    if (!file.open(QIODevice::ReadOnly))
+    // Only files: opening a pipe would never end.
+    if (!QFileInfo(m_path).isFile() || !file.open(QIODevice::ReadOnly))
         return {};
     QJsonObject content = QJsonDocument::fromJson(file.readAll()).object();
     if (content.isEmpty()) {
         qCWarning(stateLog, "%s can not be understood and is set aside", qPrintable(m_path));
-        file.rename(m_path + QStringLiteral(".damaged"));
+        const QString aside = m_path + QStringLiteral(".damaged");
+        QFile::remove(aside);
+        file.rename(aside);
     }
     return content;
 }

@@ -176,15 +176,25 @@
     // that is called may send a request, whose reply brings what came later. What came before that is then done first.
     let firstBatch;
     let lastBatch;
+    let performing = 0;
+    const deepestPerforming = 20;
     const performBatches = () => {
-        while (firstBatch) {
-            if (firstBatch.count === 0) {
-                firstBatch = firstBatch.next;
-                lastBatch = firstBatch && lastBatch;
-            } else {
-                --firstBatch.count;
-                performMessage(firstBatch.reader);
+        // Where each of many functions sends a request, the stack would not suffice: the outer ones do the rest.
+        if (performing === deepestPerforming)
+            return;
+        ++performing;
+        try {
+            while (firstBatch) {
+                if (firstBatch.count === 0) {
+                    firstBatch = firstBatch.next;
+                    lastBatch = firstBatch && lastBatch;
+                } else {
+                    --firstBatch.count;
+                    performMessage(firstBatch.reader);
+                }
             }
+        } finally {
+            --performing;
         }
     };
     // Sends a request, does what the suite had for this document until then, and returns a reader of what the request itself

@@ -67,7 +67,7 @@ await check([
         return [status, atOnce, steps.length > 3, received.every((bytes, i) => bytes > (received[i - 1] ?? 0)), ...steps.slice(-2)]
             .concat(`${total}`);
     }, [2, 0, true, true, "3000000/3000000", '{"step":"Succeeded"}', "3000000"]],
-    ...["missing", "short", "long", "changed", "linked"].map((name) =>
+    ...["missing", "short", "long", "changed", "linked", "nested"].map((name) =>
         [`a source that is ${name}`, async () => [await outcome(name), get(name).load({ mode: 1 }).data, FileSystem.exists(`${data}/plugins/${name}-1`).data],
             [[2, "Failed"], 1, false]]),
     ["two loads at once, and one in the call", async () => {
@@ -75,6 +75,16 @@ await check([
         const inCall = get("slow").load({ mode: 1 }).data;
         return [inCall, ...await Promise.all(loads.map(async ({ status, ended }) => `${status} ${await ended}`))];
     }, [0, "2 Succeeded", "2 Succeeded"]],
+    ["the end of an earlier load does not end another", async () => {
+        const { ended } = load(get("slow"), { option: 2 });
+        get("slow").load({ mode: 1 });
+        get("slow").load({ option: 2, mode: 1 });
+        await ended;
+        const next = load(get("slow"), { option: 2 });
+        await later();
+        process.play("plugin:cancel=slow");
+        return next.ended;
+    }, "Canceled"],
     ["cancelled, one that was ready", async () => {
         const { ended } = load(get("slow"), { option: 2 });
         const during = caughtBy(() => get("slow").resourceFilePath("a"));

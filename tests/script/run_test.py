@@ -82,7 +82,8 @@ def prepare_plugins(data):
     files = {"a": "x" * 1_000_000, "deep/b": "x" * 2_000_000}
     few = {"resources/a": "hello", "b": "x" * 95}
     makes = {"big": (3_000_000, files, {}), "slow": (100, few, {"bytesPerSecond": 1}), "missing": (1, {}, {}),
-             "short": (101, few, {}), "long": (99, few, {}), "changed": (100, few, {"sha256": "0" * 64}), "linked": (100, few, {})}
+             "short": (101, few, {}), "long": (99, few, {}), "changed": (100, few, {"sha256": "0" * 64}), "linked": (100, few, {}),
+             "nested": (2, {"plugin.json": "{}"}, {})}
     plugins = {f"own/{name}": {"name": name, "version": "1", "source": f"{data}/source {name}", "bytes": size, **more}
                for name, (size, _, more) in makes.items()}
     for name, (_, texts, _) in makes.items():

@@ -84,7 +84,7 @@ List: [] -> the theme file: must be an object
 Group: {"A": 1} -> A: must be an object
 Boolean: {"A": {"b": true}} -> A.b: must be a text, a number of 32 bits, or a gradient
 LargeNumber: {"A": {"b": 4294967296}} -> A.b: must be a text, a number of 32 bits, or a gradient
-Colour: {"A": {"b": "#00000"}} -> A.b: must be a colour: "#rrggbb", "#rrggbbaa", "rgba(r, g, b, a)" or a name
+Colour: {"A": {"b": "#0000000"}} -> A.b: must be a colour: "#rrggbb", "#rrggbbaa", "rgba(r, g, b, a)" or a name
 Function: {"A": {"b": "rgb(1, 2, 256)"}} -> A.b: must be a colour: "#rrggbb", "#rrggbbaa", "rgba(r, g, b, a)" or a name
 NoStops: {"A": {"b": {"type": "linear"}}} -> A.b: needs "stops"
 OneStop: {"A": {"b": {"type": "linear", "stops": [[0, "red"]]}}} -> A.b.stops: must be a list of 2 to 64 stops
@@ -108,8 +108,8 @@ TEST_F(SkinTest, SkinsThatCanNotBeUsedAreRefused)
     for (const auto& [skin, reason] : { std::pair("one", "is its own base: one, other, one"),
              { "alias", "skin.json: name: must be \"alias\"" },
              { "bare", "skin.json: the skin: needs \"title\"" }, { "gone", "theme.json: can not be read" },
-             { "none", "there is none of this name" }, { "../skins/light", "there is none of this name" },
-             { "", "there is none of this name" } }) {
+             { "none\n", "skin \"none\\n\": there is none of this name" },
+             { "../skins/light", "there is none of this name" }, { "", "there is none of this name" } }) {
         QString error;
         EXPECT_FALSE(suite::loadSkin(QString::fromLatin1(skin), error));
         EXPECT_TRUE(error.contains(QLatin1String(reason))) << error.toStdString();

@@ -166,6 +166,15 @@ ViewGoes: destroy ->
 )js")),
     rowName);
 
+TEST_F(WebTest, CallsAnyNumberOfFunctionsThatMakeCalls)
+{
+    openScript();
+    const char* const script = "const p = NovaExtension.Probe, heard = [];"
+                               "for (let i = 0; i < 5000; ++i) p.listen(() => { heard.push(i); p.raw() });"
+                               "p.dispatch(); return heard.length + ' ' + heard.every((i, at) => i === at)";
+    EXPECT_EQ(shown(run(script)).toStdString(), "\"5000 true\"");
+}
+
 TEST_F(WebTest, ReleasesTheObjectsThatAPageLetsGo)
 {
     openScript();

@@ -60,6 +60,9 @@ bool PackageCopy::listFiles()
         if (m_files.size() > MaxFiles)
             return fail(QStringLiteral("the source has more than %1 files").arg(MaxFiles));
     }
+    // In a directory of plugins it would be one by itself, with a library that nobody has checked.
+    if (m_files.contains(QStringLiteral("plugin.json")))
+        return fail(QStringLiteral("the source has a manifest"));
     std::sort(m_files.begin(), m_files.end(),
         [](const QString& a, const QString& b) { return QFile::encodeName(a) < QFile::encodeName(b); });
     return true;

@@ -64,8 +64,12 @@ KPlugin::LoadStatus Plugin::begin(unsigned option, unsigned mode)
     if (m_copy || m_isAwaited) {
         if (mode != AtOnce)
             return LoadContinues;
-        if (m_copy)
-            return fetch(false);
+        if (m_copy) {
+            const LoadStatus status = fetch(false);
+            // Nothing is announced within a call.
+            announceLater(status == LoadDone ? End::Succeeded : End::Failed);
+            return status;
+        }
     }
     m_withInstance = option != WithoutInstance;
     if (option != Again && isComplete(m_withInstance))
@@ -94,11 +98,7 @@ KPlugin::LoadStatus Plugin::fetch(bool inBackground)
         return LoadContinues;
     }
     while (m_copy->step(std::numeric_limits<qint64>::max())) { }
-    const bool isDone = concludeFetch();
-    // Others may wait for it, to whom nothing is announced within a call.
-    if (m_isAwaited)
-        announceLater(isDone ? End::Succeeded : End::Failed);
-    return isDone ? LoadDone : LoadFailed;
+    return concludeFetch() ? LoadDone : LoadFailed;
 }
 
 void Plugin::fetchMore()

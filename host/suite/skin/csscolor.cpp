@@ -12,8 +12,7 @@ static QColor readHexColor(const QString& digits)
         for (const QChar digit : digits)
             full += QString(2, digit);
     }
-    bool isRight = full.size() == 6 || full.size() == 8;
-    const uint value = (full + QStringLiteral("ff")).left(8).toUInt(&isRight, 16);
+    const uint value = (full + QStringLiteral("ff")).left(8).toUInt(nullptr, 16);
     constexpr uint Byte = 0xff;
     return QColor(static_cast<int>(value >> 24), static_cast<int>(value >> 16 & Byte),
         static_cast<int>(value >> 8 & Byte), static_cast<int>(value & Byte));
@@ -21,8 +20,8 @@ static QColor readHexColor(const QString& digits)
 
 QColor readCssColor(const QString& text)
 {
-    static const QRegularExpression hex(
-        QStringLiteral("^#((?:[0-9a-f]{3,4}){1,2})$"), QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression hex(QStringLiteral("^#([0-9a-f]{3,4}|[0-9a-f]{6}|[0-9a-f]{8})$"),
+        QRegularExpression::CaseInsensitiveOption);
     static const QRegularExpression function(
         QStringLiteral(
             R"(^rgba?\(\s*(\d{1,3})\s*,\s*(\d{1,3})\s*,\s*(\d{1,3})\s*(?:,\s*(\d*\.?\d+)\s*)?\)$)"),

@@ -1,5 +1,6 @@
 #include "suite/kthemeloader.h"
 
+#include "host/suite/showntext.h"
 #include "host/suite/skin/skinservice.h"
 
 #include <QLoggingCategory>
@@ -20,8 +21,9 @@ bool KThemeLoader::load(const QString& path)
 {
     static const QLoggingCategory log("suite.skin");
     const QStringList errors = d->theme.load(path);
-    for (const QString& error : errors)
-        qCWarning(log, "%s: %s", qPrintable(path), qPrintable(error));
+    constexpr int MostShown = 20;
+    for (const QString& error : errors.mid(0, MostShown))
+        qCWarning(log, "%s: %s", qPrintable(path), qPrintable(suite::escapeText(error)));
     return errors.isEmpty();
 }
 

@@ -4,6 +4,7 @@
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
 #include "host/suite/plugins/manifest.h"
+#include "host/suite/showntext.h"
 #include "suite/kplugin.h"
 
 #include <QFile>
@@ -16,6 +17,9 @@ namespace suite {
 namespace {
 
 using nlohmann::json;
+
+constexpr int LongestShownName = 100;
+constexpr int MostShownErrors = 20;
 
 json readSchema(const QString& name)
 {
@@ -47,7 +51,8 @@ QString findFolder(const QString& name)
 
 std::optional<Skin> loadLayers(const QString& name, QStringList& chain, QString& error)
 {
-    const QString prefix = QStringLiteral("skin \"%1\": ").arg(name);
+    // A page may have chosen the name.
+    const QString prefix = QStringLiteral("skin \"%1\": ").arg(escapeText(name.left(LongestShownName)));
     const QString folder = findFolder(name);
     const bool isOwnBase = chain.contains(name);
     chain << name;
@@ -58,8 +63,10 @@ std::optional<Skin> loadLayers(const QString& name, QStringList& chain, QString&
         return std::nullopt;
     }
     const auto fail = [&](const QString& file, const QStringList& errors) {
-        const QString place = prefix + file + QStringLiteral(": ");
-        error = place + errors.join(QLatin1Char('\n') + place);
+        QStringList lines;
+        for (const QString& one : errors.mid(0, MostShownErrors))
+            lines << prefix + file + QStringLiteral(": ") + escapeText(one);
+        error = lines.join(QLatin1Char('\n'));
         return std::nullopt;
     };
     const QString file = folder + QStringLiteral("/skin.json");

@@ -11,7 +11,7 @@ namespace panels {
 namespace {
 
 constexpr int MaxFiles = 200;
-constexpr qint64 MaxBytes = qint64 { 1 } << 20;
+constexpr qint64 MaxBytes = qint64 { 8 } << 20; ///< of all files: they are read on the GUI thread
 constexpr int ShortestWord = 3;
 
 QSet<QString> wordsOf(const QString& text)
@@ -47,11 +47,14 @@ std::vector<Sentence> findSentences(const QString& directory, const QString& que
     std::vector<Found> found;
     const QStringList files =
         QDir(directory).entryList({ QStringLiteral("*.txt") }, QDir::Files | QDir::Readable, QDir::Name);
+    qint64 left = MaxBytes;
     for (const QString& name : files.mid(0, MaxFiles)) {
         QFile file(directory + QLatin1Char('/') + name);
         if (!file.open(QIODevice::ReadOnly))
             continue;
-        const QStringList sentences = sentencesOf(QString::fromUtf8(file.read(MaxBytes)));
+        const QByteArray bytes = file.read(left);
+        left -= bytes.size();
+        const QStringList sentences = sentencesOf(QString::fromUtf8(bytes));
         for (const QString& sentence : sentences) {
             if (const int words = wordsOf(sentence).intersect(wanted).size(); words > 0)
                 found.push_back({ { sentence, name }, words });

@@ -11,7 +11,7 @@ namespace suite {
 
 namespace {
 
-constexpr int MaxFiles = 10'000;
+constexpr int MaxEntries = 10'000;
 constexpr qint64 PieceBytes = 64 << 10;
 
 QString downloads()
@@ -50,6 +50,7 @@ bool PackageCopy::listFiles()
     const QDir source(m_manifest.source);
     QDirIterator entries(source.path(), QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
         QDirIterator::Subdirectories);
+    int count = 0;
     while (entries.hasNext()) {
         const QString path = entries.next();
         const QFileInfo info = entries.fileInfo();
@@ -57,8 +58,8 @@ bool PackageCopy::listFiles()
             return fail(QStringLiteral("%1 is a link, or neither a file nor a directory").arg(path));
         if (info.isFile())
             m_files << source.relativeFilePath(path);
-        if (m_files.size() > MaxFiles)
-            return fail(QStringLiteral("the source has more than %1 files").arg(MaxFiles));
+        if (++count > MaxEntries)
+            return fail(QStringLiteral("the source has more than %1 files and directories").arg(MaxEntries));
     }
     // In a directory of plugins it would be one by itself, with a library that nobody has checked.
     if (m_files.contains(QStringLiteral("plugin.json")))

@@ -146,7 +146,10 @@ bool Plugin::install()
 
 bool Plugin::makeInstance()
 {
-    delete m_instance;
+    // Not now: it may be one of its own functions that has the plugin loaded once more.
+    if (QObject* former = m_instance.data())
+        former->deleteLater();
+    m_instance.clear();
     const QString file = findBelow(directory(), m_manifest.library);
     QPluginLoader loader(file);
     auto* factory = qobject_cast<PluginFactory*>(loader.instance());
@@ -158,6 +161,9 @@ bool Plugin::makeInstance()
         m_instance = factory->makeInstance(this);
     } catch (const std::exception& error) {
         refuse(QString::fromUtf8(error.what()));
+        return false;
+    } catch (...) {
+        refuse(QStringLiteral("its library has thrown"));
         return false;
     }
     if (!m_instance)

@@ -18,8 +18,8 @@ namespace suite {
 class PluginFactory {
 public:
     virtual ~PluginFactory() = default;
-    /// Makes the instance object when the plugin is loaded. It is destroyed before the plugin, or when that is loaded once
-    /// more; `parent` owns it till then. Null, or an exception, is a load that fails.
+    /// Makes the instance object when the plugin is loaded. It is destroyed before the plugin, or from the event loop when
+    /// that has been loaded once more; `parent` owns it till then. Null, or an exception, is a load that fails.
     virtual QObject* makeInstance(QObject* parent) = 0;
 };
 

@@ -37,10 +37,9 @@ KFileFilter* KFileFilter::instance()
 
 bool KFileFilter::hasFileTypeIcon(const QString& type, const QString& skin, bool all) const
 {
-    QString error;
     const QMimeType found = findType(type);
     // All skins have the same icons.
-    const bool isSkin = skin == KDrawHelper::getCurrentSkinNameFromTheme() || suite::loadSkin(skin, error);
+    const bool isSkin = skin == KDrawHelper::getCurrentSkinNameFromTheme() || suite::isSkinKnown(skin);
     if (!found.isValid() || !isSkin)
         return false;
     return hasIcon(found.iconName()) || (all && hasIcon(found.genericIconName()));

@@ -26,6 +26,19 @@ int readLength(const QUrlQuery& query, const char* name)
     return isNumber && length > 0 && length <= Largest ? length : 0;
 }
 
+/// The skin in use, or the one before of which a page shows many images. Null when there is none of this name.
+const Skin* findSkin(const QString& name)
+{
+    const Skin& current = SkinService::instance().current();
+    if (name == current.name)
+        return &current;
+    static std::optional<Skin> other;
+    QString error;
+    if (!other || other->name != name)
+        other = loadSkin(name, error);
+    return other ? &*other : nullptr;
+}
+
 } // namespace
 
 QString nameSkinImage(const QString& icon, const QString& area)
@@ -53,13 +66,11 @@ QByteArray drawSkinImage(const QUrl& url)
     const QSize size(readLength(query, "width"), readLength(query, "height"));
     if (path.isEmpty() || path.size() > 2 || size.isEmpty())
         return {};
-    const Skin& current = SkinService::instance().current();
-    QString error;
-    const std::optional<Skin> other = url.host() == current.name ? std::nullopt : loadSkin(url.host(), error);
-    if (!error.isEmpty())
+    const Skin* skin = findSkin(url.host());
+    if (!skin)
         return {};
-    const QImage image = drawIcon(
-        path.last(), (other ? *other : current).theme, path.size() == 2 ? path.first() : QString(), size);
+    const QImage image =
+        drawIcon(path.last(), skin->theme, path.size() == 2 ? path.first() : QString(), size);
     QByteArray png;
     QBuffer buffer(&png);
     return !image.isNull() && image.save(&buffer, "PNG") ? png : QByteArray();

@@ -112,7 +112,7 @@ void SkinService::follow()
 
 void SkinService::use(Skin skin)
 {
-    if (skin.name == m_skin.name)
+    if (skin.name == m_skin.name && skin.theme == m_skin.theme)
         return;
     m_skin = std::move(skin);
     show();

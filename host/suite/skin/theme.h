@@ -15,6 +15,7 @@ inline const QString CommonThemePalette = QStringLiteral("CommonThemePalette");
 struct ThemeGradient {
     QGradient gradient; ///< in the coordinates of what is painted
     QString css;
+    bool operator==(const ThemeGradient& other) const { return css == other.css; }
 };
 
 /// A value. It is cheap to copy. [GUI thread]
@@ -32,10 +33,13 @@ public:
     /// As CSS has it; null when there is none.
     QString css(const QString& group, const QString& name) const;
 
+    bool operator==(const Theme&) const = default;
+
 private:
     struct Text {
         QString text;
         QColor color; ///< invalid when it is none
+        bool operator==(const Text&) const = default;
     };
     using Value = std::variant<Text, double, ThemeGradient>;
     using Groups = QMap<QString, QMap<QString, Value>>;

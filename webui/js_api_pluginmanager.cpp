@@ -115,7 +115,7 @@ Answer<Handle<KJsApiPlugin>> KJsApiPluginManager::getPlugin(
     auto* made = dynamic_cast<KJsApiPlugin*>(object.get());
     if (!made)
         return EmptyHandle;
-    made->bindTo(*plugin);
+    made->bindTo(plugin);
     return Handle<KJsApiPlugin> { std::move(object) };
 }
 

@@ -33,7 +33,7 @@ public:
     struct LoadOptions;
 
     /// Stands for this plugin from now on.
-    void bindTo(KPlugin& plugin) { m_plugin = { Guarded(&plugin) }; }
+    void bindTo(const Guarded<KPlugin>& plugin) { m_plugin = { plugin }; }
 
     Answer<HostPlugin> findPlugin(const JSContextEnv& page);
     Answer<ReadyPlugin> findReadyPlugin(const JSContextEnv& page);

@@ -175,6 +175,8 @@ void KJsApiSkin::prepareEvents()
 void KJsApiSkin::prepareValues()
 {
     prepareEvents();
+    if (!m_handle || !m_handle->isFollowing())
+        m_values.clear();
     m_values.useSkin(KDrawHelper::getCurrentSkinNameFromTheme());
 }
 

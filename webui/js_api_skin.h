@@ -33,7 +33,7 @@ public:
     Answer<std::vector<Icon>> getSkinIconPathInfo(const Icons& icons);
 
 private:
-    /// Values that are kept are those of the theme.
+    /// Values that are kept are those of the theme; without a skin service none are, since nobody says when they change.
     void prepareValues();
 
     std::unique_ptr<KSkinEventHandle> m_handle;

@@ -35,6 +35,8 @@ public:
 
     /// Looks which service there is now, and connects to it. Calls no listener.
     void follow() { m_service.follow(); }
+    /// Whether there is a service, which says when the theme has other values.
+    bool isFollowing() const { return m_service.service(); }
 
 private:
     using Service = KServiceFollower<KSkin>;

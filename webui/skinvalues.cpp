@@ -78,7 +78,9 @@ QString readColor(const QString& name)
 
 SkinGradient readGradient(const QString& name)
 {
-    return toSkinGradient(readTheme(name, QGradient(), KDrawHelper::getGradientFromTheme));
+    QGradient none;
+    none.setSpread(QGradient::PadSpread); // which Qt leaves uninitialised
+    return toSkinGradient(readTheme(name, none, KDrawHelper::getGradientFromTheme));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // A suite that goes on without the library, whatever the library was at.
 #include "host/suite/cloud/cloudsvrproxy.h"
 #include "host/suite/plugins/pluginmanager.h"
+#include "suite/kskin.h"
 #include "tests/support/accounts.h"
 #include "tests/support/cloudservice.h"
 #include "tests/support/page.h"
@@ -73,6 +74,7 @@ protected:
         const auto ignore = [](const std::string&) {};
         page->listen(page->object("CloudDoc"), "clouddoc.loginstatus.changed", ignore);
         page->listen(page->object("Account"), "event.account.login", ignore);
+        page->listen(page->object("Skin"), "skinchangeevent", ignore);
         page->call("PluginManager", "getPlugin", "\"sample\"");
         page->call(page->handedOut(), "load", support::values(R"({"option": 2})"));
     }
@@ -150,6 +152,9 @@ TEST_F(Unload, LeavesNothingOfWhatIsUnderWay)
 TEST_F(Unload, MayHappenInASignalThatTheLibraryReceives)
 {
     support::cloudProxy = &proxy;
+    KSkin skin;
+    skin.setObjectName(QStringLiteral("novaoffice"));
+    skin.setParent(&support::application());
     const struct {
         const char* signal;
         QObject* sender;
@@ -159,6 +164,7 @@ TEST_F(Unload, MayHappenInASignalThatTheLibraryReceives)
         { SIGNAL(loginInfoChanged()), accounts.get(), [&] { accounts->become("other"); } },
         { SIGNAL(sigProgress(qint64, qint64)), &plugin(), [] { Q_EMIT plugin().sigProgress(2, 1); } },
         { SIGNAL(sigFailed()), &plugin(), [] { Q_EMIT plugin().sigFailed(); } },
+        { SIGNAL(sigSkinChanged()), &skin, [&] { Q_EMIT skin.sigSkinChanged(); } },
         { SIGNAL(destroyed()), accounts.get(), [&] { accounts.reset(); } },
     };
     for (const auto& row : rows) {

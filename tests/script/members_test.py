@@ -30,7 +30,9 @@ ROWS = [
     ["hidden members are no difference", ["--deny", "0x40", "members", "Log"], "", [r"^NovaExtension\.Log  \(shared, 0 members\)\n$"], 0],
     ["a rejection in the trace", ["--trace", "eval", "NovaExtension.FileSystem.getFileMd5('/no')"], "",
         [r"\.getFileMd5  [0-9.]+ us  ok\n", r"(?m)^NovaExtension\.FileSystem\.getFileMd5  rejected: /no is not existed\n"], 1],
-    ["a suite without a skin service", ["--without", "skin", "eval", "NovaExtension.Skin.switchSkin('dark')"], "", [r"^skin is nullptr\n"], 1],
+    *[[f"a suite without {service}", ["--without", service, "eval", f"NovaExtension.{call}"], "", [fr"^{failure}\n"], 1] for service, call, failure in (
+        ("skin", "Skin.switchSkin('dark')", "skin is nullptr"), ("fileFilter", "Skin.getFileTypeIconInfo({})", "empty fileFilter"),
+        ("pluginManager", "PluginManager.getPlugin()", "plugin manager is null"), ("browserGroups", "PluginManager.getPlugin()", "empty pBrowsersGroup"))],
     ["failures that no file can be made for", ["--failures", "/proc/none", "eval", "1"], "", [r"^novahost: --failures: no file"], 2],
     ["help", ["repl"], ".help\n.help log\n .help Log.logInfo \n.help Nope\n.5+1\n",
         [r"^\.help NAME", r"\nNovaExtension\.Log, shared\n.*\n  Log\.logWarning\(", r"\n    moduleName: string", r"\nThere is no Nope;", r"\n1\.5\n$"], 0],

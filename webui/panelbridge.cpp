@@ -8,6 +8,13 @@ namespace jsapi {
 
 namespace {
 
+/// By its name: the suite's signals are no symbols, and a connection to a function would be code of the library's that Qt
+/// keeps until the signal under way has been emitted.
+QMetaMethod findSignal(const QObject& panel, const char* signal)
+{
+    return panel.metaObject()->method(panel.metaObject()->indexOfSignal(signal));
+}
+
 bool invoke(QObject& panel, const QString& name, const QVariantMap& notification)
 {
     try {
@@ -30,40 +37,39 @@ bool Argument<PanelNotification>::read(ArgumentReader& reader)
     return true;
 }
 
-QObject* KPanelHandle::findPanel()
+QObject* KPanelHandle::findPanel() const
 {
     KPluginManager* plugins = KPluginManager::getInstance();
-    QObject* panel = plugins ? plugins->getPluginInstanceObject(heapString(m_panel.name)) : nullptr;
-    if (panel && m_callback)
-        (void)connectTo(*panel);
-    return panel;
+    return plugins ? plugins->getPluginInstanceObject(heapString(m_panel.name)) : nullptr;
 }
 
-bool KPanelHandle::connectTo(QObject& panel)
+KPanelHandle::Follower::Connections KPanelHandle::connectTo(QObject& panel)
 {
-    if (m_source && m_source != &panel)
-        disconnect(m_source, nullptr, this, nullptr);
-    const QMetaMethod signal = panel.metaObject()->method(panel.metaObject()->indexOfSignal(m_panel.signal));
+    const QMetaMethod signal = findSignal(panel, m_panel.signal);
     if (!signal.isValid())
-        return false;
-    m_source = &panel;
+        return {};
     const int slot = staticMetaObject.indexOfSlot("slot_panelNotify(QVariantMap)");
-    connect(&panel, signal, this, staticMetaObject.method(slot), Qt::UniqueConnection);
-    return true;
+    return { connect(&panel, signal, this, staticMetaObject.method(slot)) };
 }
 
 Answer<void> KPanelHandle::registerCallback(const JSContextEnv& page, PanelCallback& callback)
 {
-    QObject* panel = findPanel();
-    if (!panel || !connectTo(*panel))
+    const QObject* panel = findPanel();
+    if (!panel || !findSignal(*panel, m_panel.signal).isValid())
         return PanelNotFound;
     m_page = page;
     m_callback = std::move(callback.function);
+    if (!m_follower)
+        m_follower = std::make_unique<Follower>(
+            [this] { return findPanel(); }, [this](QObject& found) { return connectTo(found); });
+    m_follower->follow();
     return {};
 }
 
 Answer<void> KPanelHandle::notify(const QVariantMap& notification)
 {
+    if (m_follower)
+        m_follower->follow();
     QObject* panel = findPanel();
     if (!panel)
         return PanelNotFound;

@@ -9,9 +9,9 @@
 #pragma once
 
 #include "framework/extensionobject.h"
+#include "framework/servicefollower.h"
 
 #include <QCoreApplication>
-#include <QPointer>
 #include <QVariantMap>
 
 namespace jsapi {
@@ -54,7 +54,7 @@ template <> struct Argument<PanelNotification> : ArgumentValue<PanelNotification
 };
 
 /// The page's side of a panel, owned by the page's object. The panel is the suite's, which may end it, make it later or
-/// replace it, so it is looked for in each call. [GUI thread]
+/// replace it: it is looked for in each call, and followed from the first callback on. [GUI thread]
 class KPanelHandle : public QObject {
     Q_OBJECT
 
@@ -79,14 +79,14 @@ protected:
     virtual QVariantMap toPanel(const QVariantMap& notification) const { return notification; }
 
 private:
-    /// The panel that there is now, connected to if there is a callback; null when there is none.
-    QObject* findPanel();
-    /// False for one without the signal. By its name: the suite's signals are no symbols, and a connection to a function
-    /// would be code of the library's that Qt keeps until the signal under way has been emitted.
-    bool connectTo(QObject& panel);
+    using Follower = KServiceFollower<QObject>;
+
+    /// The panel that there is now; null when there is none.
+    QObject* findPanel() const;
+    Follower::Connections connectTo(QObject& panel);
 
     const Panel& m_panel;
-    QPointer<QObject> m_source; ///< the panel that is connected to
+    std::unique_ptr<Follower> m_follower;
     JSContextEnv m_page {};
     KRef<IJSFunction> m_callback;
 

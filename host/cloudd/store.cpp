@@ -302,7 +302,8 @@ void Store::recordLocalCopy(const QString& itemId, const QString& sha256)
 
 std::optional<LabelStatus> Store::findLabelStatus(const QString& itemId)
 {
-    Database::Rows row = m_database.run("SELECT label, setupId, changeTime FROM labels WHERE itemId = ?", { itemId });
+    Database::Rows row =
+        m_database.run("SELECT label, setupId, changeTime FROM labels WHERE itemId = ?", { itemId });
     if (!row.next())
         return std::nullopt;
     return LabelStatus { row.value(0).toString(), row.value(1).toString(), row.value(2).toLongLong() };

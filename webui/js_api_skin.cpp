@@ -193,7 +193,8 @@ Answer<void> KJsApiSkin::switchSkin(const QString& name)
     const QPointer<KSkin> skin(findSkinService());
     if (!skin)
         return NoSkinService;
-    if (!skin->setUserUsingSkin(skin->getUserId(), name, {}))
+    const QString user = skin->getUserId();
+    if (!skin || !skin->setUserUsingSkin(user, name, {}))
         return SwitchFailed;
     if (skin)
         skin->addCurrentUserSkinHistory(name);

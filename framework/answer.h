@@ -11,7 +11,7 @@
 #pragma once
 
 #include "framework/call.h"
-#include "framework/converter.h"
+#include "framework/structs.h"
 
 #include <concepts>
 #include <variant>

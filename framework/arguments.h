@@ -14,7 +14,7 @@
 
 #include "framework/answer.h"
 #include "framework/call.h"
-#include "framework/converter.h"
+#include "framework/structs.h"
 
 namespace jsapi {
 

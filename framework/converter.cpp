@@ -1,4 +1,4 @@
-#include "framework/converter.h"
+#include "framework/structs.h"
 
 #include "vexlite/jsapiutil.h"
 

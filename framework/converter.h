@@ -1,15 +1,12 @@
 // Converter<T>: how a C++ value and a value of script's become each other. One specialisation for each type
-// that a member takes or returns; structs with fields (framework/fields.h), enumerations with choices, lists
-// and maps have theirs from here.
+// that a member takes or returns. Plain values and enumerations with choices have theirs here, lists and maps in
+// framework/collections.h, structs in framework/structs.h, which brings all.
 #pragma once
 
 #include "framework/fields.h"
 #include "framework/kjsonvalue.h"
 
 #include <QVariantMap>
-#include <map>
-#include <variant>
-#include <vector>
 
 namespace jsapi {
 
@@ -153,111 +150,6 @@ template <> struct Converter<KJSVariant> {
     static KJSVariant toScript(const KJSVariant& value) { return value; }
 };
 
-/// An object by the names of its properties, for answers.
-template <typename T> struct MapConverter {
-    static KJSVariant toScript(const QMap<QString, T>& values)
-    {
-        KRef<KJSONValue> object(new KJSONValue);
-        for (auto value = values.begin(); value != values.end(); ++value)
-            object->set(value.key(), jsapi::toScript(value.value()));
-        return KJSVariant::fromUnknown(object.release());
-    }
-    static QVariant toVariant(const QMap<QString, T>& values)
-    {
-        QVariantMap map;
-        for (auto value = values.begin(); value != values.end(); ++value)
-            map.insert(value.key(), jsapi::toVariant(value.value()));
-        return map;
-    }
-};
-
-/// An object whose properties are strings; another property is an empty one unless it converts.
-template <> struct Converter<QMap<QString, QString>> : MapConverter<QString> {
-    static bool isKind(const KJSVariant& value);
-    static Reading read(const KJSVariant& value, QMap<QString, QString>& target);
-};
-template <> struct Converter<std::map<std::string, std::string>> {
-    static bool isKind(const KJSVariant& value) { return jsapi::isKind<QMap<QString, QString>>(value); }
-    static Reading read(const KJSVariant& value, std::map<std::string, std::string>& target);
-    static QVariant toVariant(const std::map<std::string, std::string>& value);
-};
-
-/// An array of integers. One that holds anything else is wrong.
-template <> struct Converter<std::vector<std::int32_t>> {
-    static Reading read(const KJSVariant& value, std::vector<std::int32_t>& target);
-};
-
-/// An array of strings.
-template <> struct Converter<std::vector<std::string>> {
-    static bool isKind(const KJSVariant& value);
-    static Reading read(const KJSVariant& value, std::vector<std::string>& target);
-};
-
-template <typename T> struct Converter<std::optional<T>> {
-    static bool isKind(const KJSVariant& value) { return jsapi::isKind<T>(value); }
-    static Reading read(const KJSVariant& value, std::optional<T>& target)
-    {
-        T read {};
-        const Reading reading = Converter<T>::read(value, read);
-        if (reading == Reading::Done)
-            target = std::move(read);
-        return reading;
-    }
-};
-
-/// The array that a value is, or null.
-const IJSArray* findArray(const KJSVariant& value);
-
-/// An array. One with an element that is not of its kind, or that its type refuses, is wrong.
-template <typename T> struct Converter<std::vector<T>> {
-    static bool isKind(const KJSVariant& value) { return findArray(value); }
-    static Reading read(const KJSVariant& value, std::vector<T>& target)
-    {
-        const IJSArray* array = findArray(value);
-        if (!array)
-            return Reading::NotConvertible;
-        std::vector<T> elements(static_cast<std::size_t>(array->Count()));
-        for (std::size_t i = 0; i < elements.size(); ++i) {
-            if (readValue(*array->At(static_cast<std::int32_t>(i)), elements[i], true) != Reading::Done)
-                return Reading::Wrong;
-        }
-        target = std::move(elements);
-        return Reading::Done;
-    }
-    static QVariant toVariant(const std::vector<T>& values)
-    {
-        QVariantList list;
-        for (const T& value : values)
-            list.append(Converter<T>::toVariant(value));
-        return list;
-    }
-};
-
-/// One of several types: the first whose kind a value is of.
-template <typename... Types> struct Converter<std::variant<Types...>> {
-    static Reading read(const KJSVariant& value, std::variant<Types...>& target)
-    {
-        Reading reading = Reading::NotConvertible;
-        const auto tryType = [&]<typename T>(T candidate) {
-            if (!jsapi::isKind<T>(value))
-                return false;
-            reading = Converter<T>::read(value, candidate);
-            if (reading == Reading::Done)
-                target = std::move(candidate);
-            return true;
-        };
-        (void)(tryType(Types {}) || ...);
-        return reading;
-    }
-    static QVariant toVariant(const std::variant<Types...>& value)
-    {
-        return std::visit([](const auto& held) { return jsapi::toVariant(held); }, value);
-    }
-};
-
-template <typename T> struct Converter<QMap<QString, T>> : MapConverter<T> {
-};
-
 /// The enumerator that a string names; nothing when it names none.
 template <HasChoices Enum> std::optional<Enum> findChoice(const QString& string)
 {
@@ -306,108 +198,5 @@ template <HasChoices Enum> struct Converter<Enum> {
 };
 
 void insertValue(QVariantMap& map, const QString& name, const QVariant& value);
-
-/// A struct's fields by their names, without the optional values that are not there.
-template <HasFields Struct> QVariantMap toMap(const Struct& value)
-{
-    QVariantMap map;
-    forEachField<Struct>([&](const auto& field, std::size_t index) {
-        const auto& member = value.*field.member;
-        if constexpr (requires { member.has_value(); }) {
-            if (member)
-                insertValue(map, fieldName<Struct>(index), jsapi::toVariant(*member));
-        } else {
-            insertValue(map, fieldName<Struct>(index), jsapi::toVariant(member));
-        }
-        return true;
-    });
-    return map;
-}
-
-/// A struct as an object of script's, likewise.
-template <HasFields Struct> KRef<KJSONValue> toObject(const Struct& value)
-{
-    KRef<KJSONValue> object(new KJSONValue);
-    forEachField<Struct>([&](const auto& field, std::size_t index) {
-        const auto& member = value.*field.member;
-        if constexpr (requires { member.has_value(); }) {
-            if (member)
-                object->putConstant(fieldName<Struct>(index), jsapi::toScript(*member));
-        } else {
-            object->putConstant(fieldName<Struct>(index), jsapi::toScript(member));
-        }
-        return true;
-    });
-    return object;
-}
-
-/// The other way round, for an object that is the library's own: what is absent or does not convert stays at
-/// its initialiser, and nothing is refused. `object` may be null.
-template <HasFields Struct> Struct fromObject(IJSONValue* object)
-{
-    Struct value;
-    forEachField<Struct>([&](const auto& field, std::size_t index) {
-        KJSVariant property;
-        if (object && field.name && object->Get(fieldName<Struct>(index), property) == KR_OK)
-            (void)readValue(property, value.*field.member);
-        return true;
-    });
-    return value;
-}
-
-/// A struct within another one is read as its own fields say. Where one is refused it is wrong as a whole.
-template <HasFields Struct> Reading readStruct(const KJSVariant& value, Struct& target);
-
-template <HasFields Struct> struct Converter<Struct> {
-    static bool isKind(const KJSVariant& value) { return bool(queryJsonObject(value.raw())); }
-    static Reading read(const KJSVariant& value, Struct& target) { return readStruct(value, target); }
-    static QVariant toVariant(const Struct& value) { return toMap(value); }
-    static KJSVariant toScript(const Struct& value)
-    {
-        return KJSVariant::fromUnknown(toObject(value).release());
-    }
-};
-
-// Whether a required property counts as missing though it was read.
-template <typename T> bool isMissing(const T&)
-{
-    return false;
-}
-inline bool isMissing(const QString& string)
-{
-    return string.isEmpty();
-}
-inline bool isMissing(const std::string& string)
-{
-    return string.empty();
-}
-inline bool isMissing(const std::vector<std::string>& list)
-{
-    return list.empty();
-}
-inline bool isMissing(const KJSVariant& value)
-{
-    return isNullOrUndefined(value.raw());
-}
-inline bool isMissing(const QVariant& value)
-{
-    return !value.isValid() || value.userType() == QMetaType::Nullptr;
-}
-
-template <HasFields Struct> Reading readStruct(const KJSVariant& value, Struct& target)
-{
-    const KRef<IJSONValue> object = queryJsonObject(value.raw());
-    if (!object)
-        return Reading::NotConvertible;
-    Struct read;
-    const bool isRight = forEachField<Struct>([&](const auto& field, std::size_t index) {
-        KJSVariant property;
-        object->Get(fieldName<Struct>(index), property);
-        const Reading reading = readValue(property, read.*field.member, field.isStrict);
-        return reading != Reading::Wrong
-            && !(field.isRequired && (reading != Reading::Done || isMissing(read.*field.member)));
-    });
-    return isRight ? assign(target, std::optional(std::move(read))) : Reading::Wrong;
-}
 
 } // namespace jsapi

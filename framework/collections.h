@@ -5,6 +5,7 @@
 
 #include <map>
 #include <variant>
+#include <vector>
 
 namespace jsapi {
 

@@ -113,12 +113,10 @@ export function typeText(type) {
             return type.values
                 ? type.values.map((/** @type {unknown} */ value) => JSON.stringify(value)).join(" | ")
                 : type.kind;
-        case "array": {
-            const items = typeText(type.items ?? { kind: "any" });
-            return items.includes(" ") ? `(${items})[]` : `${items}[]`;
-        }
+        case "array":
+            return `${typeWithin(type.items)}[]`;
         case "map":
-            return `map of ${typeText(type.values)}`;
+            return `map of ${typeWithin(type.values)}`;
         case "union":
             return (type.types ?? []).map(typeText).join(" | ");
         case "object":
@@ -132,6 +130,12 @@ export function typeText(type) {
         default:
             return type.kind;
     }
+}
+
+/** @param {ApiType} [type] */
+function typeWithin(type = { kind: "any" }) {
+    const text = typeText(type);
+    return text.includes(" ") ? `(${text})` : text;
 }
 
 /** @param {ApiMember} member */

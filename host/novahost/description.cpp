@@ -25,10 +25,14 @@ QString parameterTexts(const Json& parameters)
 QString typeText(const Json& type)
 {
     const std::string& kind = type["kind"].get_ref<const std::string&>();
+    const auto within = [](const Json& inner) {
+        const QString text = typeText(inner);
+        return text.contains(QLatin1Char(' ')) ? QLatin1Char('(') + text + QLatin1Char(')') : text;
+    };
     if (kind == "array")
-        return typeText(type["items"]) + QLatin1String("[]");
+        return within(type["items"]) + QLatin1String("[]");
     if (kind == "map")
-        return QLatin1String("map of ") + typeText(type["values"]);
+        return QLatin1String("map of ") + within(type["values"]);
     if (kind == "object")
         return textOf(type["name"]).isEmpty() ? QStringLiteral("object") : textOf(type["name"]);
     if (kind == "union") {

@@ -34,10 +34,9 @@ def type_text(kind):
         case "string" | "number" | "integer" if kind.get("values"):
             return " | ".join(json.dumps(value, ensure_ascii=False) for value in kind["values"])
         case "array":
-            inner = type_text(kind["items"])
-            return f"({inner})[]" if " " in inner else f"{inner}[]"
+            return f"{_within(kind['items'])}[]"
         case "map":
-            return f"map of {type_text(kind['values'])}"
+            return f"map of {_within(kind['values'])}"
         case "union":
             return " | ".join(map(type_text, kind["types"]))
         case "object":
@@ -49,6 +48,12 @@ def type_text(kind):
         case "void":
             return "undefined"
     return kind["kind"]
+
+
+def _within(kind):
+    """A type within another one."""
+    inner = type_text(kind)
+    return f"({inner})" if " " in inner else inner
 
 
 def shapes_of(kind, found):

@@ -43,12 +43,6 @@ template <> struct Converter<std::vector<std::int32_t>> {
     static Reading read(const KJSVariant& value, std::vector<std::int32_t>& target);
 };
 
-/// An array of strings.
-template <> struct Converter<std::vector<std::string>> {
-    static bool isKind(const KJSVariant& value);
-    static Reading read(const KJSVariant& value, std::vector<std::string>& target);
-};
-
 template <typename T> struct Converter<std::optional<T>> {
     static bool isKind(const KJSVariant& value) { return jsapi::isKind<T>(value); }
     static Reading read(const KJSVariant& value, std::optional<T>& target)

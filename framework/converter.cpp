@@ -135,29 +135,4 @@ Reading Converter<std::vector<std::int32_t>>::read(const KJSVariant& value, std:
     return Reading::Done;
 }
 
-bool Converter<std::vector<std::string>>::isKind(const KJSVariant& value)
-{
-    const IJSArray* array = findArray(value);
-    for (std::int32_t i = 0; array && i < array->Count(); ++i) {
-        if (!isString(array->At(i)->raw()))
-            return false;
-    }
-    return array;
-}
-
-Reading Converter<std::vector<std::string>>::read(const KJSVariant& value, std::vector<std::string>& target)
-{
-    const IJSArray* array = findArray(value);
-    if (!array)
-        return Reading::NotConvertible;
-    std::vector<std::string> strings(static_cast<std::size_t>(array->Count()));
-    for (std::size_t i = 0; i < strings.size(); ++i) {
-        if (Converter<std::string>::read(*array->At(static_cast<std::int32_t>(i)), strings[i])
-            == Reading::Wrong)
-            return Reading::Wrong;
-    }
-    target = std::move(strings);
-    return Reading::Done;
-}
-
 } // namespace jsapi

@@ -2,7 +2,6 @@
 
 #include "suite/kdrawhelper.h"
 #include "suite/kplugin.h"
-#include "suite/kthemeloader.h"
 
 #include <QFileInfo>
 #include <algorithm>
@@ -128,12 +127,7 @@ void KSkinValues::clear()
     m_values.clear();
 }
 
-struct KSkinConfig::Private {
-    KThemeLoader theme;
-};
-
 KSkinConfig::KSkinConfig()
-    : d(std::make_unique<Private>())
 {
     KPluginManager* plugins = KPluginManager::getInstance();
     const KPlugin* plugin =
@@ -141,15 +135,13 @@ KSkinConfig::KSkinConfig()
     const QString directory = plugin ? plugin->localPath() : QString();
     const QString custom = directory + heapString("/custom.kuip");
     if (!directory.isEmpty() && QFileInfo(custom).isFile())
-        d->theme.load(custom);
+        m_theme.load(custom);
 }
-
-KSkinConfig::~KSkinConfig() = default;
 
 std::variant<QString, SkinGradient> KSkinConfig::value(const QString& name) const
 {
     const auto readText = [this](const QString& group, const QString& key, const QString& unknown) {
-        const QString found = d->theme.value(group, key);
+        const QString found = m_theme.value(group, key);
         return found.isNull() ? unknown : found;
     };
     const QString text = classifyCss(name) == CssForm::Other ? readTheme(name, QString(), readText) : name;

@@ -1,6 +1,7 @@
 // The values of the current theme, as pages get them.
 #pragma once
 
+#include "suite/kthemeloader.h"
 #include "webui/cssvalues.h"
 
 #include <QHash>
@@ -37,7 +38,6 @@ private:
 class KSkinConfig {
 public:
     KSkinConfig();
-    ~KSkinConfig();
 
     /// The value of a name, or of a colour or gradient in its place: a colour or a gradient as it begins, anything else as it
     /// is. What begins as one of them and is none stands for what KSkinValues has for an unknown name. An empty string for a
@@ -45,8 +45,7 @@ public:
     std::variant<QString, SkinGradient> value(const QString& name) const;
 
 private:
-    struct Private;
-    std::unique_ptr<Private> d;
+    KThemeLoader m_theme;
 };
 
 } // namespace jsapi

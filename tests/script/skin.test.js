@@ -64,7 +64,7 @@ const colors = () => Skin.getSkinColorConfig({ config: ["window", "CommonPalette
 /** @type {Map<string, any>} */
 const palettes = new Map();
 Skin.addSkinChangeListener(({ name, previousName }) => heard.push([previousName, name, colors().window]));
-for (const skin of ["dark", "contrast", "light"]) {
+for (const [skin, radius] of /** @type {const} */ ([["dark", 4], ["contrast", 0], ["light", 4]])) {
     const before = Skin.getCurrentSkinName().data;
     const window = (colors(), Skin.switchSkin(skin), colors().window);
     palettes.set(skin, colors());
@@ -73,8 +73,8 @@ for (const skin of ["dark", "contrast", "light"]) {
         [`${skin}: is the skin`, data("getCurrentSkinName"), skin],
         [`${skin}: a name without a group`, () => colors().window === colors()["CommonPalette/window"], true],
         [`${skin}: kept and read values agree`, () => same(Skin.getSkinConfig({ config: ["window"] }).data.window, colors().window), true],
-        [`${skin}: hints and gradients`, () => [Skin.getSkinHintConfig({ config: ["radius"] }).data.radius >= 0,
-            Skin.getSkinGradientConfig({ config: ["titleGradient"] }).data.titleGradient.stops.length > 1], [true, true]],
+        [`${skin}: hints and gradients`, () => [Skin.getSkinHintConfig({ config: ["radius", "smallIconSize"] }).data,
+            Skin.getSkinGradientConfig({ config: ["titleGradient"] }).data.titleGradient.stops.length], [{ radius, smallIconSize: 16 }, 2]],
     ]);
 }
 await check([
@@ -109,8 +109,9 @@ const address = (/** @type {any} */ { icon }) => icon.replace(/[?].*/, "");
 const one = (/** @type {any} */ options = {}) => icons({ name: "document-save", ...options })[0];
 await check([
     ["an icon", () => { const { name, width, height } = one(); return { name, width, height }; }, { name: "document-save", width: 16, height: 16 }],
-    ["a size that it has", () => one({ width: 20, height: 9 }).width >= 20, true],
-    ["sizes that no icon has", () => [0, -5, 1e9, 2147483647].map((width) => one({ width, height: 1 }).width > 0), [true, true, true, true]],
+    ["the smallest that is large enough, or else the largest", () => [-5, 0, 16, 17, 22, 23, 33, 2147483647].map((width) =>
+        one({ width, height: 1 }).width), [16, 16, 16, 22, 22, 32, 32, 32]],
+    ["the height counts, too", () => one({ width: 1, height: 17 }).height, 22],
     ["its own area", () => address(one({ themeArea: "sidebar" })) === address(one()), false],
     ["icons that there are not", () => icons({ name: "nobody" }, { name: "../../etc/passwd" }, { name: "x".repeat(100000) }).map(
         (/** @type {any} */ { icon, width, height }) => [icon, width, height]), [["", 0, 0], ["", 0, 0], ["", 0, 0]]],

@@ -10,9 +10,33 @@ namespace jsapi {
 inline constexpr Failure CallFailed { ErrorCode::OperationFailed, "Call %1 failed." };
 inline constexpr Failure PromiseServiceError { ErrorCode::OperationFailed, "Promise Service error." };
 
-/// Sends the request of an operation; the reply settles the promise that is returned. Fails with CallFailed
-/// (the service refused the request) and PromiseServiceError. [GUI thread]
-class KCloudDocApiCaller final : public KJsRequest {
+/// What settles a promise with the reply of the service. [GUI thread]
+class KCloudRequest : public KJsRequest {
+protected:
+    /// Sends a request whose reply goes to a slot of `caller`. Fails with CallFailed (the service refused the request) and
+    /// PromiseServiceError.
+    template <typename Value, typename Request>
+    static Answer<Promise<Value>> send(const JSContextEnv& page, std::unique_ptr<KCloudRequest> caller,
+        const QString& procedure, const Request& request, const char* replySlot)
+    {
+        if (invokeCloud(procedure, request, caller.get(), replySlot).isEmpty())
+            return CallFailed / procedure;
+        return promise<Value>(page, std::move(caller), PromiseServiceError);
+    }
+
+    template <typename Request, typename Result, typename Value>
+    void settle(const CloudOperation<Request, Result, Value>& operation, bool ok, const Result& result)
+    {
+        const std::optional<Value> value = ok ? operation.read(result) : std::nullopt;
+        if (value)
+            resolve(toVariant(*value));
+        else
+            reject(operation.failure);
+    }
+};
+
+/// Sends the request of an operation; the reply settles the promise that is returned. [GUI thread]
+class KCloudDocApiCaller final : public KCloudRequest {
     Q_OBJECT
 
 public:
@@ -42,19 +66,7 @@ private:
     {
         auto caller = std::make_unique<KCloudDocApiCaller>();
         caller->m_wantedMode = wantedMode;
-        if (invokeCloud(procedure, request, caller.get(), replySlot).isEmpty())
-            return CallFailed / procedure;
-        return promise<Value>(page, std::move(caller), PromiseServiceError);
-    }
-
-    template <typename Request, typename Result, typename Value>
-    void settle(const CloudOperation<Request, Result, Value>& operation, bool ok, const Result& result)
-    {
-        const std::optional<Value> value = ok ? operation.read(result) : std::nullopt;
-        if (value)
-            resolve(toVariant(*value));
-        else
-            reject(operation.failure);
+        return KCloudRequest::send<Value>(page, std::move(caller), procedure, request, replySlot);
     }
 
     QString m_wantedMode;

@@ -54,23 +54,16 @@ Answer<Promise<ServiceReport>> KWebDocsControlJsApiHandle::start(
     const JSContextEnv& page, const SignedInUser& user, const QVariantMap& details)
 {
     constexpr auto& operation = CloudOperations::UpdateClassifyLabelStatus;
-    auto request = std::make_unique<KWebDocsControlJsApiHandle>();
-    const QString procedure = QString::fromUtf16(LarkIpcCall);
     const LarkIpcArg envelope = larkIpcArg(heapString(operation.procedure),
         { { heapString("userId"), user.id() },
             { heapString("data"), JsonHelper::variantMapSerialize(details) } });
-    if (invokeCloud(procedure, envelope, request.get(), operation.replySlot).isEmpty())
-        return CallFailed / procedure;
-    return promise(page, std::move(request), PromiseServiceError);
+    return send<ServiceReport>(page, std::make_unique<KWebDocsControlJsApiHandle>(),
+        QString::fromUtf16(LarkIpcCall), envelope, operation.replySlot);
 }
 
 void KWebDocsControlJsApiHandle::slot_statusUpdated(bool ok, const QString&, const LarkIpcResult& result)
 {
-    const auto& operation = CloudOperations::UpdateClassifyLabelStatus;
-    if (const auto report = ok ? operation.read(result) : std::nullopt)
-        resolve(*report);
-    else
-        reject(operation.failure);
+    settle(CloudOperations::UpdateClassifyLabelStatus, ok, result);
 }
 
 } // namespace jsapi

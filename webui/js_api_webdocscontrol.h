@@ -3,7 +3,6 @@
 #include "cloud/clouddocapicaller.h"
 #include "cloud/signedinuser.h"
 #include "framework/events.h"
-#include "framework/request.h"
 #include "webui/panelbridge.h"
 
 namespace jsapi {
@@ -32,7 +31,7 @@ public:
 };
 
 /// One request that reports a set-up to the cloud-document service, until its reply. [GUI thread]
-class KWebDocsControlJsApiHandle final : public KJsRequestFor<ServiceReport> {
+class KWebDocsControlJsApiHandle final : public KCloudRequest {
     Q_OBJECT
 
 public:

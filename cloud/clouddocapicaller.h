@@ -19,7 +19,8 @@ protected:
     static Answer<Promise<Value>> send(const JSContextEnv& page, std::unique_ptr<KCloudRequest> caller,
         const QString& procedure, const Request& request, const char* replySlot)
     {
-        if (invokeCloud(procedure, request, caller.get(), replySlot).isEmpty())
+        KCloudRequest& receiver = *caller;
+        if (invokeCloud(procedure, request, &receiver, replySlot).isEmpty())
             return CallFailed / procedure;
         return promise<Value>(page, std::move(caller), PromiseServiceError);
     }

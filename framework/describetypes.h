@@ -90,6 +90,9 @@ template <typename T> struct DescribedType<Handle<T>> {
     static Json describe() { return { { "kind", "handle" }, { "name", objectName<T>() } }; }
 };
 
+template <typename Payload>
+struct DescribedType<RequiredCallback<Payload>> : DescribedType<Callback<Payload>> {
+};
 template <typename Payload> struct DescribedType<Callback<Payload>> {
     static Json describe()
     {

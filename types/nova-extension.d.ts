@@ -2,7 +2,11 @@
 
 /** The native objects that a page finds. */
 declare const NovaExtension: {
-    /** Remote feature configuration, read and watched. */
+    /**
+     * Remote feature configuration, read and watched. A server decides it; what is here is what came from there last,
+     * so nothing waits. Values have names and hold anything that JSON can spell. Groups have one value for each
+     * context: for the user's language, version, share of a staged introduction.
+     */
     readonly Hive: NovaExtension.Hive;
     /** Makes byte buffers. */
     readonly ByteBufferManager: NovaExtension.ByteBufferManager;
@@ -22,7 +26,10 @@ declare const NovaExtension: {
     readonly Log: NovaExtension.Log;
     /** Named values that outlive the process, for everybody or for one user. */
     readonly ConfigCenter: NovaExtension.ConfigCenter;
-    /** Remote feature configuration by switch and section. */
+    /**
+     * Remote feature configuration by switch and section: what the server has decided for the signed-in user, and what
+     * the user has chosen instead, which is stored.
+     */
     readonly CirrusConfig: NovaExtension.CirrusConfig;
     /** Finds plugins by name. */
     readonly PluginManager: NovaExtension.PluginManager;
@@ -100,13 +107,13 @@ declare namespace NovaExtension {
 
     /** The failures of each member. */
     interface Failures {
-        "Hive.addDataWatch": Failure<3, "not supported.">;
-        "Hive.getData": Failure<3, "not supported.">;
-        "Hive.getGroupMatchValue": Failure<3, "not supported.">;
-        "Hive.getHiveConfig": Failure<3, "not supported.">;
-        "Hive.translateContext": Failure<3, "not supported.">;
-        "Hive.i18nFieldName": Failure<3, "not supported.">;
-        "Hive.subscribeGroupMatchValue": Failure<3, "not supported.">;
+        "Hive.addDataWatch": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "too many watches.">;
+        "Hive.getData": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "Hive.getGroupMatchValue": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "Hive.getHiveConfig": Failure<3, "Remote config service error.">;
+        "Hive.translateContext": Failure<3, "Remote config service error.">;
+        "Hive.i18nFieldName": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters.">;
+        "Hive.subscribeGroupMatchValue": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "too many watches.">;
         "ByteBufferManager.create": Failure<3, "not supported.">;
         "FileSystem.File": Failure<3, "Path is empty."> | Failure<3, "Path is illegal."> | Failure<3, "empty handle.">;
         "FileSystem.exists": never;
@@ -161,10 +168,10 @@ declare namespace NovaExtension {
         "ConfigCenter.flushRead": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
         "ConfigCenter.flushWrite": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
         "ConfigCenter.flushRemove": Failure<1, "missing required parameters.">;
-        "CirrusConfig.getAuthSwitch": Failure<3, "not supported.">;
-        "CirrusConfig.setAuthSwitch": Failure<3, "not supported.">;
-        "CirrusConfig.getConfigData": Failure<3, "not supported.">;
-        "CirrusConfig.setConfigData": Failure<3, "not supported.">;
+        "CirrusConfig.getAuthSwitch": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<3, "There is no such switch.">;
+        "CirrusConfig.setAuthSwitch": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "There is no such switch."> | Failure<3, "The switch can not be changed.">;
+        "CirrusConfig.getConfigData": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "CirrusConfig.setConfigData": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "The value can not be stored.">;
         "PluginManager.getPlugin": Failure<3, "empty pBrowsersGroup"> | Failure<3, "plugin manager is null"> | Failure<3, "invalid plugin"> | Failure<3, "empty handle.">;
         "Webview.addHideListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
         "Webview.removeHideListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
@@ -403,25 +410,136 @@ declare namespace NovaExtension {
 
 declare namespace NovaExtension {
     /**
-     * Remote feature configuration, read and watched.
+     * Remote feature configuration, read and watched. A server decides it; what is here is what came from there last,
+     * so nothing waits. Values have names and hold anything that JSON can spell. Groups have one value for each
+     * context: for the user's language, version, share of a staged introduction.
      *
      * @remarks one object, shared by all pages
      */
     interface Hive {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        addDataWatch(argument1: unknown, argument2: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getData(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getGroupMatchValue(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getHiveConfig(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        translateContext(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        i18nFieldName(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        subscribeGroupMatchValue(argument1: unknown, argument2: (...values: any[]) => void): never;
+        /**
+         * Returns a value, undefined where there is none, and has the function called with each change until the page
+         * goes. A page can have 1,000 watches.
+         *
+         * @param options the value
+         * @param callback is called each time that the value is another one
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "too many watches."
+         */
+        addDataWatch(options: NovaExtension.Hive.DataKey, callback: (report: NovaExtension.Hive.ConfigChange) => void): Answer<any>;
+        /**
+         * Returns a value.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        getData(options: NovaExtension.Hive.DataRequest): Answer<any>;
+        /**
+         * Returns the value that a group has for a context.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        getGroupMatchValue(options: NovaExtension.Hive.GroupRequest): Answer<any>;
+        /**
+         * Returns which configuration there is, and what is in it.
+         *
+         * @throws 3 "Remote config service error."
+         */
+        getHiveConfig(options?: NovaExtension.Hive.Prefix): Answer<NovaExtension.Hive.Summary>;
+        /**
+         * Returns a context as groups are decided with it: the page's facts, as strings, and those that the suite
+         * knows, such as `language`, `version` and `userId`, which a page can not replace.
+         *
+         * @throws 3 "Remote config service error."
+         */
+        translateContext(options?: NovaExtension.Hive.Context): Answer<Record<string, string>>;
+        /**
+         * Returns the name of the field in which an object among the values has its text for the user's language: the
+         * first of `title_nb_NO`, `title_nb` and `title` that it has. Where it has none of them, or there is no such
+         * object, the name as it was given.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         */
+        i18nFieldName(options: NovaExtension.Hive.FieldName): Answer<string>;
+        /**
+         * Returns the value that a group has for a context, and has the function called with each change until the page
+         * goes. A page can have 1,000 watches.
+         *
+         * @param options the group and the context
+         * @param callback is called each time that the group's value is another one
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "too many watches."
+         */
+        subscribeGroupMatchValue(options: NovaExtension.Hive.GroupRequest, callback: (report: NovaExtension.Hive.GroupChange) => void): Answer<any>;
+    }
+}
+
+declare namespace NovaExtension.Hive {
+    interface ConfigChange {
+        /** its name */
+        key: string;
+        /** the value that there is now; undefined where there is none */
+        value: any;
+        /** the one that the function was last told of */
+        previousValue: any;
+    }
+    interface Context {
+        /** facts by their names, such as `{ plan: "team" }` */
+        context?: Readonly<Record<string, string>> | undefined;
+    }
+    interface DataKey {
+        /** the value's name */
+        key: string;
+    }
+    interface DataRequest {
+        /** the value's name */
+        key: string;
+        /** what is returned where there is no value */
+        defaultValue?: unknown | undefined;
+    }
+    interface FieldName {
+        /** the value's name */
+        key: string;
+        /** the name of the field without a language */
+        field: string;
+    }
+    interface GroupChange {
+        /** its name */
+        group: string;
+        /** the value that it has now; undefined where it has none */
+        value: any;
+        /** the one that the function was last told of */
+        previousValue: any;
+    }
+    interface GroupRequest {
+        /** the group's name */
+        group: string;
+        /** facts by their names, such as `{ plan: "team" }` */
+        context?: Readonly<Record<string, string>> | undefined;
+        /** what is returned where the group has no value */
+        defaultValue?: unknown | undefined;
+    }
+    interface Prefix {
+        /** returns only the keys and groups whose names begin with this */
+        prefix?: string | undefined;
+    }
+    interface Summary {
+        /** of the configuration; empty while there is none */
+        version: string;
+        /** when it came from the server, in milliseconds since 1970 (UTC); 0 while there is none */
+        updateTime: Int64;
+        /** the names of all values, sorted */
+        keys: string[];
+        /** the names of all groups, sorted */
+        groups: string[];
     }
 }
 
@@ -987,19 +1105,76 @@ declare namespace NovaExtension.ConfigCenter {
 
 declare namespace NovaExtension {
     /**
-     * Remote feature configuration by switch and section.
+     * Remote feature configuration by switch and section: what the server has decided for the signed-in user, and what
+     * the user has chosen instead, which is stored.
      *
      * @remarks one object, shared by all pages
      */
     interface CirrusConfig {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getAuthSwitch(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setAuthSwitch(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getConfigData(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setConfigData(argument1: unknown): never;
+        /**
+         * Returns whether a switch is on for the user.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 3 "There is no such switch."
+         */
+        getAuthSwitch(options: NovaExtension.CirrusConfig.SwitchName): Answer<boolean>;
+        /**
+         * Stores the user's own choice, where the server leaves it to users.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "There is no such switch."
+         * @throws 3 "The switch can not be changed."
+         */
+        setAuthSwitch(options: NovaExtension.CirrusConfig.SwitchChoice): Answer<undefined>;
+        /**
+         * Returns a value of a section: the user's own, or else the server's.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        getConfigData(options: NovaExtension.CirrusConfig.ConfigRequest): Answer<any>;
+        /**
+         * Stores a value of the user's own in a section that the server has, or removes it.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "The value can not be stored."
+         */
+        setConfigData(options: NovaExtension.CirrusConfig.ConfigValue): Answer<undefined>;
+    }
+}
+
+declare namespace NovaExtension.CirrusConfig {
+    interface ConfigRequest {
+        /** the section */
+        section: string;
+        /** the value's name in it */
+        key: string;
+        /** what is returned where there is no value */
+        defaultValue?: unknown | undefined;
+    }
+    interface ConfigValue {
+        /** the section */
+        section: string;
+        /** the value's name in it */
+        key: string;
+        /** anything that JSON can spell; without one, or with null, the user's own value is removed */
+        value?: unknown | undefined;
+    }
+    interface SwitchChoice {
+        /** the switch's name */
+        name: string;
+        /** whether it is to be on */
+        value: boolean;
+    }
+    interface SwitchName {
+        /** the switch's name */
+        name: string;
     }
 }
 

@@ -153,7 +153,7 @@ public:
         : m_function(other.m_function ? hold(*other.m_function) : KRef<IJSFunction>())
     {
     }
-    Callback(Callback&&) = default;
+    Callback(Callback&&) noexcept = default;
     Callback& operator=(Callback other)
     {
         m_function = std::move(other.m_function);

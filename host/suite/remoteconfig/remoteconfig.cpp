@@ -69,7 +69,7 @@ int shareOf(const QString& group, const KConfigContext& context)
     const QByteArray hash = QCryptographicHash::hash(
         (group + QLatin1Char('/') + context.value(QStringLiteral("userId"))).toUtf8(),
         QCryptographicHash::Sha1);
-    return hash.left(4).toHex().toUInt(nullptr, 16) % 100;
+    return static_cast<int>(hash.left(4).toHex().toUInt(nullptr, 16) % 100);
 }
 
 bool matches(const QJsonObject& rule, const QString& group, const KConfigContext& context)

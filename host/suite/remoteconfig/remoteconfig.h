@@ -52,6 +52,8 @@ private:
     void read();
     void watch();
     void announceLater();
+    void announce();
+    void onFileChanged();
     QJsonObject section(const char* name);
     QJsonObject choices();
     bool choose(const std::function<void(QJsonObject& choices)>& change);
@@ -66,10 +68,6 @@ private:
     QJsonObject m_state;
     qint64 m_updateTime = 0;
     bool m_isAnnounced = false;
-
-private Q_SLOTS:
-    void onFileChanged();
-    void announce();
 };
 
 } // namespace suite

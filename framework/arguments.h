@@ -211,6 +211,21 @@ template <> struct Argument<Rest> : ArgumentValue<Rest> {
     bool read(ArgumentReader& reader);
 };
 
+/// An argument that must be given and be of its kind: nothing is converted.
+template <typename T> struct Demanded {
+    T value;
+};
+template <typename T> struct Argument<Demanded<T>> : ArgumentValue<Demanded<T>> {
+    using ScriptType = T;
+    static constexpr std::array Refusals { &MissingParameters, &WrongParameters };
+    bool read(ArgumentReader& reader)
+    {
+        const Reading reading = readValue(reader.next(), this->value.value, true);
+        return reading == Reading::Done
+            || reader.refuse(reading == Reading::Absent ? MissingParameters : WrongParameters);
+    }
+};
+
 /// A boolean that is true unless script passes one that converts to false.
 struct TrueByDefault {
     bool value = true;

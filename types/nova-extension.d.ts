@@ -45,7 +45,10 @@ declare const NovaExtension: {
      * happened; durations are milliseconds and never negative.
      */
     readonly Profile: NovaExtension.Profile;
-    /** Text encoding and digests. */
+    /**
+     * Text encoding and digests, of strings and of bytes. A string stands for its UTF-8, so one with half a surrogate
+     * pair is refused.
+     */
     readonly Crypto: NovaExtension.Crypto;
     /** The signed-in user's cloud documents, and what happens to them. Listeners of every page get the events. */
     readonly CloudDoc: NovaExtension.CloudDoc;
@@ -93,6 +96,9 @@ declare namespace NovaExtension {
      */
     type Int64 = number;
 
+    /** What a member takes for bytes. It sees them as they are when it is called, and never changes them. */
+    type Bytes = ArrayBuffer | ArrayBufferView | NovaExtension.ByteBufferManager.ByteBuffer;
+
     /**
      * What a call that failed throws, or its promise rejects with.
      *
@@ -114,7 +120,7 @@ declare namespace NovaExtension {
         "Hive.translateContext": Failure<3, "Remote config service error.">;
         "Hive.i18nFieldName": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters.">;
         "Hive.subscribeGroupMatchValue": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "too many watches.">;
-        "ByteBufferManager.create": Failure<3, "not supported.">;
+        "ByteBufferManager.create": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<1, "Size is illegal."> | Failure<3, "Too many bytes in buffers."> | Failure<3, "empty handle.">;
         "FileSystem.File": Failure<3, "Path is empty."> | Failure<3, "Path is illegal."> | Failure<3, "empty handle.">;
         "FileSystem.exists": never;
         "FileSystem.copy": Failure<3, "Path is empty."> | Failure<1, "wrong parameters."> | Failure<3, "Path is illegal."> | Failure<3, "New path is illegal."> | Failure<3, "override existing file failed">;
@@ -237,8 +243,8 @@ declare namespace NovaExtension {
         "Profile.getProfileInfo": Failure<1, "Browser is not in browser group.">;
         "Profile.getBrowserTraceId": Failure<1, "Browser is not in browser group.">;
         "Profile.getBrowserTraceInfo": Failure<1, "Browser is not in browser group.">;
-        "Crypto.c64Encode": Failure<3, "not supported.">;
-        "Crypto.md5Data": Failure<3, "not supported.">;
+        "Crypto.c64Encode": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "Crypto.md5Data": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
         "CloudDoc.Orbitapi": Failure<3, "empty handle.">;
         "CloudDoc.getCloudCachedFile": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Get file cache info failed.">;
         "CloudDoc.uploadFile2CloudFolder": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Sync files failed.">;
@@ -371,9 +377,9 @@ declare namespace NovaExtension {
         "WebDocsControl.getAllEventInfo": Failure<3, "Event service error.">;
         "KContract.registerCallback": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<1, "Invalid argument"> | Failure<3, "Panel not Found">;
         "KContract.panelNotify": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<1, "Invalid argument"> | Failure<3, "Panel not Found"> | Failure<3, `Failed invoke method: ${string}`>;
-        "ByteBufferManager.ByteBuffer.data": Failure<3, "not supported.">;
-        "ByteBufferManager.ByteBuffer.getSize": Failure<3, "not supported.">;
-        "ByteBufferManager.ByteBuffer.setSize": Failure<3, "not supported.">;
+        "ByteBufferManager.ByteBuffer.data": never;
+        "ByteBufferManager.ByteBuffer.getSize": never;
+        "ByteBufferManager.ByteBuffer.setSize": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<1, "Size is illegal."> | Failure<3, "Too many bytes in buffers.">;
         "FileSystem.File.exists": never;
         "FileSystem.File.remove": Failure<3, "illegal path">;
         "FileSystem.File.size": Failure<3, "empty path"> | Failure<3, "invalid path">;
@@ -550,8 +556,18 @@ declare namespace NovaExtension {
      * @remarks one object, shared by all pages
      */
     interface ByteBufferManager {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        create(argument1: unknown): never;
+        /**
+         * Returns a ByteBuffer. All that there are may hold 1 GiB together: see `setSize`.
+         *
+         * @param content how many zero bytes, at most 268,435,456; a string, of which the buffer gets the UTF-8; or
+         *   bytes, of which it gets a copy
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 1 "Size is illegal."
+         * @throws 3 "Too many bytes in buffers."
+         * @throws 3 "empty handle."
+         */
+        create(content: number | string | Bytes): NovaExtension.ByteBufferManager.ByteBuffer;
     }
 }
 
@@ -1098,7 +1114,7 @@ declare namespace NovaExtension.ConfigCenter {
         key: string;
         /** whose value; without one it is everybody's */
         userId?: string | undefined;
-        /** anything but a function or a native object */
+        /** anything but a function, a native object or bytes */
         value: unknown;
     }
 }
@@ -1883,15 +1899,29 @@ declare namespace NovaExtension.Profile {
 
 declare namespace NovaExtension {
     /**
-     * Text encoding and digests.
+     * Text encoding and digests, of strings and of bytes. A string stands for its UTF-8, so one with half a surrogate
+     * pair is refused.
      *
      * @remarks one object, shared by all pages
      */
     interface Crypto {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        c64Encode(argument1: string): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        md5Data(argument1: string): never;
+        /**
+         * Returns Base64: the alphabet with `+` and `/`, padded with `=`, in one line.
+         *
+         * @param content what to encode
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        c64Encode(content: string | Bytes): Answer<string>;
+        /**
+         * Returns the MD5 sum as 32 hexadecimal digits in small letters. It finds accidental changes; whoever wants to
+         * can make contents with the same sum.
+         *
+         * @param content what to sum up
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        md5Data(content: string | Bytes): Answer<string>;
     }
 }
 
@@ -3399,17 +3429,27 @@ declare namespace NovaExtension {
 
 declare namespace NovaExtension.ByteBufferManager {
     /**
-     * Bytes that script and native members pass to each other.
+     * Bytes that the suite holds for pages. A member that takes bytes takes a ByteBuffer for its own, so they need not
+     * be in script meanwhile.
      *
      * @remarks handed out by another object
      */
     interface ByteBuffer {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        data(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getSize(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setSize(argument1: unknown): never;
+        /** Returns a copy of the bytes, without an envelope. */
+        data(): Uint8Array;
+        /** Returns how many bytes it holds. */
+        getSize(): Answer<number>;
+        /**
+         * Keeps so many of the bytes from the first on, and appends zero bytes where there are fewer. With 0 the memory
+         * is free at once; otherwise it is when script has dropped the buffer and the engine has collected it.
+         *
+         * @param size in bytes, at most 268,435,456
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 1 "Size is illegal."
+         * @throws 3 "Too many bytes in buffers."
+         */
+        setSize(size: number): Answer<undefined>;
     }
 }
 
@@ -3698,7 +3738,7 @@ declare namespace NovaExtension.SettingsManager.Settings {
     interface WriteOptions {
         /** the value's name; `/` separates groups */
         key: string;
-        /** anything but a function or a native object */
+        /** anything but a function, a native object or bytes */
         value: unknown;
     }
 }

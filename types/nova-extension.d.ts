@@ -294,7 +294,7 @@ declare namespace NovaExtension {
         "Event.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Event.dispatchEvent": Failure<3, "Event service error.">;
         "Event.getAllEventInfo": Failure<3, "Event service error.">;
-        "Payment.open": Failure<3, "not supported.">;
+        "Payment.open": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Permission denied."> | Failure<3, "Purchase service error."> | Failure<3, "PromiseServiceNull"> | Failure<3, "User not login"> | Failure<3, "Another purchase is open.">;
         "Skin.addSkinChangeListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Skin.removeSkinChangeListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Skin.getCurrentSkinName": never;
@@ -397,6 +397,8 @@ declare namespace NovaExtension {
         "CloudDoc.UploadFileTask.getAllEventInfo": Failure<3, "Event service error.">;
         "SettingsManager.Settings.setValue": Failure<1, "missing required parameters."> | Failure<3, "Setting is invalid."> | Failure<1, "wrong parameters.">;
         "SettingsManager.Settings.getValue": Failure<1, "missing required parameters."> | Failure<3, "Setting is invalid."> | Failure<1, "wrong parameters.">;
+        "Account.Privilege.getPrivileges": Failure<3, "Accountsdk is not initialized."> | Failure<3, "Current account is not initialized.">;
+        "Account.Privilege.hasPrivilege": Failure<3, "Accountsdk is not initialized."> | Failure<3, "Current account is not initialized."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
         "Account.Privilege.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Account.Privilege.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Account.Privilege.dispatchEvent": Failure<3, "Event service error.">;
@@ -2485,8 +2487,39 @@ declare namespace NovaExtension {
      * @remarks one object, shared by all pages
      */
     interface Payment {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        open(argument1: unknown): never;
+        /**
+         * Opens the purchase page for the signed-in user, who buys there or closes it; only one is open at a time.
+         * Resolves when it has been closed. What was bought is among the memberships and privileges by then. The
+         * purchase page stays when the page that has opened it goes.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Permission denied."
+         * @throws 3 "Purchase service error."
+         * @throws 3 "PromiseServiceNull"
+         * @throws rejects with 3 "User not login"
+         * @throws rejects with 3 "Another purchase is open."
+         * @throws rejects with 3 "Purchase service error."
+         */
+        open(options: NovaExtension.Payment.OpenOptions): Promise<NovaExtension.Payment.PurchaseReport>;
+    }
+}
+
+declare namespace NovaExtension.Payment {
+    interface OpenOptions {
+        /** who offers it, for the suite's records */
+        source: string;
+        /**
+         * what the purchase page begins with, such as a membership tier; without it, or if that is not for sale, the
+         * suite's own choice
+         */
+        item?: string | undefined;
+    }
+    interface PurchaseReport {
+        /** `closed` where nothing was bought, also because the user has signed out or another one in */
+        status: "purchased" | "closed";
+        /** what was bought; empty if nothing was */
+        item: string;
     }
 }
 
@@ -2718,7 +2751,7 @@ declare namespace NovaExtension {
      */
     interface Account {
         /**
-         * Changes of the user's membership privileges.
+         * What the user's memberships allow, and its changes.
          *
          * @throws 3 "empty handle."
          */
@@ -3745,11 +3778,28 @@ declare namespace NovaExtension.SettingsManager.Settings {
 
 declare namespace NovaExtension.Account {
     /**
-     * Changes of the user's membership privileges.
+     * What the user's memberships allow, and its changes. Nobody has a privilege while no user is signed in.
      *
      * @remarks handed out by another object
      */
     interface Privilege {
+        /**
+         * Returns all privileges that the service knows, and which of them the current user has.
+         *
+         * @throws 3 "Accountsdk is not initialized."
+         * @throws 3 "Current account is not initialized."
+         */
+        getPrivileges(): Answer<NovaExtension.Account.Privilege.Privilege[]>;
+        /**
+         * Returns whether the current user has a privilege.
+         *
+         * @param name a privilege; one that the service does not know nobody has
+         * @throws 3 "Accountsdk is not initialized."
+         * @throws 3 "Current account is not initialized."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        hasPrivilege(name: string): Answer<boolean>;
         /**
          * Adds a listener of the page. The same function is added once. The user's membership privileges have changed.
          *
@@ -3805,6 +3855,13 @@ declare namespace NovaExtension.Account {
 }
 
 declare namespace NovaExtension.Account.Privilege {
+    interface Privilege {
+        name: string;
+        /** whether the user has it */
+        isGranted: boolean;
+        /** when that ends, in milliseconds since 1970 (UTC); 0 when it is not granted or does not end */
+        expireTime: Int64;
+    }
     interface PrivilegeChange {
         /** always `ok` */
         callstatus: string;

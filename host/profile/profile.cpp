@@ -136,7 +136,7 @@ NLOHMANN_JSON_SERIALIZE_ENUM(DialogKind,
     { { DialogKind::Any, nullptr }, { DialogKind::File, "file" }, { DialogKind::Files, "files" },
         { DialogKind::Folder, "folder" }, { DialogKind::Save, "save" }, { DialogKind::Cloud, "cloud" },
         { DialogKind::Panel, "panel" }, { DialogKind::Access, "access" }, { DialogKind::Login, "login" },
-        { DialogKind::Upgrade, "upgrade" } })
+        { DialogKind::Upgrade, "upgrade" }, { DialogKind::Purchase, "purchase" } })
 NLOHMANN_JSON_SERIALIZE_ENUM(CloudTab,
     { { CloudTab::Recent, "recent" }, { CloudTab::Cloud, "cloud" }, { CloudTab::Share, "share" },
         { CloudTab::Favorite, "favorite" }, { CloudTab::Company, "company" } })
@@ -149,7 +149,7 @@ static void from_json(const nlohmann::json& from, User& to)
     readField(from, "members", to.members);
 }
 
-PROFILE_ENTRY(Tier, name, grants)
+PROFILE_ENTRY(Tier, name, grants, privileges)
 PROFILE_SECTION(Account, current, users, companies, tiers)
 PROFILE_SECTION(Dialogs, mode, answers)
 PROFILE_SECTION(Application, name, platform)

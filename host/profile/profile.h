@@ -56,7 +56,7 @@ struct Access {
 };
 
 enum class DialogMode { Auto, Show, Answer };
-enum class DialogKind { Any, File, Files, Folder, Save, Cloud, Panel, Access, Login, Upgrade };
+enum class DialogKind { Any, File, Files, Folder, Save, Cloud, Panel, Access, Login, Upgrade, Purchase };
 
 /// The answer to one dialog in place of the user.
 struct DialogAnswer {
@@ -88,10 +88,12 @@ struct User : kacctoutsdk::KUserInfo {
     std::vector<kacctoutsdk::KMembership> members;
 };
 
-/// A membership tier, and the kinds of membership ("nova", "folio", "super") that it counts as.
+/// A membership tier, the kinds of membership ("nova", "folio", "super") that it counts as, and the privileges that it
+/// has.
 struct Tier {
     QString name;
     QStringList grants;
+    QStringList privileges;
 };
 
 /// The data of the account service.

@@ -38,7 +38,7 @@ def prepare_files(data):
              "commented.ini": "; kept by hand\n[g]\nold=1\n", "twice.ini": "[g]\nold=2\nold=1\n", "launcher.ini": "[g]\nold=1\n[Desktop Entry]\nExec=a; b\n",
              "deep.ini": "a=@Variant(" + r"\0\0\0\b\xff\xff\xff\xff\xff\xff\xff\xff" * 50000 + ")\n",
              "hidden.ini": "a=@Variant(" + r"\x10000\x10000\x10000\t\x10000\x10000\x10000\x1" * 50000 + ")\n", "other.ini": "[g]\nother=2\n",
-             "notes.lock": "hello"}
+             "notes.lock": "hello", "bytes.ini": "a=@ByteArray(caf\\xc3\\xa9)\n"}
     odd = ("with space", 'quote"', 'three"""', "line\nbreak", "$(x) `x` ; & ", "%1 %HOME%", "\U0001f600 \u00fc\u0301\u05d0",
            "-option", "back\\slash")
     texts.update({f"odd/{name}.txt": "x" for name in odd})

@@ -187,12 +187,16 @@ void answerColorDialog(QColorDialog* dialog)
 QAbstractButton* findButton(const QMessageBox& box, const QString& name)
 {
     for (QAbstractButton* button : box.buttons()) {
-        if (button->text().remove(QLatin1Char('&')) == name)
+        QString text = button->text().replace(QLatin1String("&&"), QString(QChar::Null));
+        if (text.remove(QLatin1Char('&')).replace(QChar::Null, QLatin1Char('&')) == name)
             return button;
     }
     warn(QStringLiteral("a message box has no button \"%1\": %2").arg(name, box.text()));
     return nullptr;
 }
+
+/// How much of a question is logged.
+constexpr int LongestQuestion = 200;
 
 /// With an answer of its own, as a user would, or with its default.
 void answerMessageBox(QMessageBox* box)
@@ -201,7 +205,8 @@ void answerMessageBox(QMessageBox* box)
     const std::optional<Answer> answer = takeOwnAnswer(DialogKind::Confirm);
     QAbstractButton* button = box->defaultButton();
     if (!answer)
-        warn(QStringLiteral("a message box is answered with its default: %1").arg(box->text()));
+        warn(QStringLiteral("a message box is answered with its default: %1")
+                 .arg(box->text().left(LongestQuestion)));
     else if (!answer->accept)
         button = nullptr;
     else if (const QString name = answer->values.value(QStringLiteral("button")).toString(); !name.isEmpty())

@@ -1,0 +1,171 @@
+"""The clipboard, the eyedropper and the dialogs of a page as the user and other programs see them, on an X server of its own.
+
+usage: desk_test.py NOVAHOST
+"""
+import json
+import os
+import pathlib
+import re
+import struct
+import subprocess
+import sys
+import tempfile
+import time
+
+sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "support"))
+from display import PATIENCE, display, environment, prop, running, tool, until, window
+
+
+def turned(jpeg):
+    """The picture of a camera that was held upright: who shows it turns it to the right."""
+    exif = b"Exif\0\0II*\0\x08\0\0\0\x01\0" + struct.pack("<HHIHH", 0x112, 3, 1, 6, 0) + b"\0\0\0\0"
+    return jpeg[:2] + b"\xff\xe1" + struct.pack(">H", len(exif) + 2) + exif + jpeg[2:]
+
+
+def same(what, got, expected):
+    if got != expected:
+        sys.exit(f"{what}: expected {expected!r}, got {got!r}")
+
+
+class Page:
+    """A page whose script says what it does, line by line, until the test lets it go."""
+
+    def __init__(self, novahost, directory, script, **variables):
+        self.path = f"{directory}/page.js"
+        pathlib.Path(self.path).write_text(
+            "const { Account, Tools, Utils, Webview } = NovaExtension;\n"
+            f"const say = (value) => console.log(JSON.stringify(value));\n{script}\nawait new Promise(() => 1);", encoding="utf-8")
+        self.host = subprocess.Popen([novahost, "--window", "run", self.path], stdout=subprocess.PIPE, text=True,
+                                     env=environment(directory, **variables))
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.host.terminate()
+        self.host.wait(PATIENCE)
+
+    def said(self):
+        line = self.host.stdout.readline()
+        return json.loads(line) if line else sys.exit(f"the page has ended: {self.host.wait(PATIENCE)}")
+
+
+def clipboard(*options, text=None):
+    command = ["xclip", "-selection", "clipboard", *options]
+    # What xclip leaves behind to serve the selection must not hold a pipe open.
+    if text is not None:
+        return subprocess.run(command, input=text, check=True, stdout=subprocess.DEVNULL,
+                              stderr=subprocess.DEVNULL)
+    return subprocess.run([*command, "-o"], check=False, capture_output=True).stdout
+
+
+def shares_the_clipboard(novahost, directory):
+    # Red beside green: a window bitmap has rows of whole words from the lowest up, blue first.
+    size, pixels = (32, 16), (b"\0\0\xff" * 16 + b"\0\xff\0" * 16) * 16
+    pathlib.Path(directory, "wide.bmp").write_bytes(
+        b"BM" + struct.pack("<IIIIiiHHIIiiII", 54 + len(pixels), 0, 54, 40, *size, 1, 24, 0, len(pixels), 0, 0, 0, 0) + pixels)
+    text = "a\u00fc\U0001f600\n" * 100_000
+    script = f"""
+        const changed = async (before) => {{
+            while (Utils.getClipboardText().data === before) await new Promise((resolve) => setTimeout(resolve, 20));
+        }};
+        const text = Utils.getClipboardText().data;
+        say(text.length);
+        Utils.setTextToClipboard(text.slice(0, text.length / 2));
+        say("text");
+        await changed(text.slice(0, text.length / 2));
+        for (const name of ["wide.bmp", "turned.jpg"]) {{
+            Utils.setImageToClipboard({{ path: {json.dumps(directory)} + "/" + name }});
+            say(name);
+            await changed("");
+        }}"""
+    clipboard(text=text.encode())
+    with Page(novahost, directory, script) as page:
+        # In UTF-16.
+        same("the text of another program", page.said(), len(text.encode("utf-16-le")) // 2)
+        page.said()
+        same("a text for another program", clipboard().decode(), text[:len(text) // 2])
+        clipboard(text=b"go on")
+        for name, expected in (("wide.bmp", size), ("turned.jpg", size[::-1])):
+            same("picture", page.said(), name)
+            shown = clipboard("-t", "image/bmp")
+            same(name, struct.unpack_from("<ii", shown, 18), expected)
+            pathlib.Path(directory, "turned.jpg").write_bytes(turned(clipboard("-t", "image/jpeg")))
+            clipboard(text=name.encode())
+        # The lowest row is of what was on the right.
+        offset = struct.unpack_from("<I", shown, 10)[0]
+        blue, green, red = shown[offset:offset + 3]
+        if not blue + red < 60 < 200 < green:
+            sys.exit(f"the picture is not upright: {red, green, blue}")
+
+
+def picks_pixels(novahost, directory, scale):
+    """A window of one colour on black, whose edges are known to the pixel."""
+    script = """
+        Webview.setSize({ w: 300, h: 200 });
+        Webview.setWindowBackgroundColor({ r: 0x12, g: 0x34, b: 0x56 });
+        await new Promise((resolve) => setTimeout(resolve, 500));
+        say("shown");
+        while (true)
+            await new Promise((resolve) => { say(Utils.getSnapperColor({}, (picked) => { say(picked); resolve(); }).data); });"""
+    with Page(novahost, directory, script, QT_SCALE_FACTOR=str(scale)) as page:
+        found = window(page.path)
+        page.said()
+        place = tool("xwininfo", "-id", found)
+        left, top, width, height = (int(re.search(fr"{name}: +(-?\d+)", place)[1])
+                                    for name in ("upper-left X", "upper-left Y", "Width", "Height"))
+        inside, outside = {"accepted": True, "color": "#123456"}, {"accepted": True, "color": "#000000"}
+        middle = top + height // 2
+        rows = [("the first pixel", left + 1, middle, inside), ("the last", left + width - 2, middle, inside), ("beside it", left + width, middle, outside),
+                ("below it", left + 10, top + height, outside), ("at the corner", 1279, 959, outside)]
+        for name, x, y, expected in rows:
+            same("shown", page.said(), True)
+            cover_is_shown()
+            tool("xdotool", "mousemove", "--sync", str(x), str(y), "click", "1")
+            same(f"scale {scale}, {name} at {x}, {y} of {place}", page.said(), expected)
+        for keys in (["key", "Escape"], ["click", "3"]):
+            page.said()
+            cover_is_shown()
+            tool("xdotool", *keys)
+            same(f"cancelled by {keys}", page.said(), {"accepted": False})
+
+
+def cover_is_shown():
+    """The window of the eyedropper has the whole screen, and the mouse and the keyboard a little later."""
+    until(lambda: re.search(r"1280x960\+0\+0 .*\n", "\n".join(tool("xwininfo", "-root", "-tree").splitlines()[6:])), "eyedropper")
+    time.sleep(0.5)
+
+
+def press(title, *keys):
+    tool("xdotool", "windowfocus", "--sync", window(title), *(word for key in keys for word in ("key", key)))
+
+
+def answers_dialogs(novahost, directory):
+    script = """
+        say(Tools.showConfirmDlg({ title: "Sure", text: "<b>bold</b>", detail: "<i>", buttons: ["No", "Save & quit"], defaultButton: 1 }).data);
+        say(Tools.showConfirmDlg({ title: "Sure again", text: "?", buttons: ["Only"] }).data);
+        say(Utils.pickColor({ title: "Colour", color: "#654321" }, say).data);
+        await new Promise((resolve) => setTimeout(resolve, 100));
+        say(Utils.pickColor({ title: "Second" }, say).data);"""
+    with Page(novahost, directory, script) as page:
+        owner = re.search(r"# (0x[0-9a-f]+)", prop("Sure", "WM_TRANSIENT_FOR"))
+        same("the owner", owner and int(owner[1], 16), int(window(page.path)))
+        press("Sure", "Return")
+        same("the default button", page.said(), 1)
+        press("Sure again", "Escape")
+        same("cancelled", page.said(), -1)
+        same("shown", page.said(), True)
+        same("a second one", page.said(), False)
+        press("Colour", "Return")
+        same("the colour that it began with", page.said(), {"accepted": True, "color": "#654321"})
+
+
+def main():
+    with tempfile.TemporaryDirectory() as directory, display():
+        for scale in (1, 2):
+            picks_pixels(sys.argv[1], directory, scale)
+        shares_the_clipboard(sys.argv[1], directory)
+        answers_dialogs(sys.argv[1], directory)
+
+
+main()

@@ -60,15 +60,16 @@ protected:
     /// Takes away what the user sees. Called once, before the function.
     virtual void close() = 0;
 
-private Q_SLOTS:
-    void cancel();
-    void lookAtPage();
-
 private:
     std::unique_ptr<DialogTurn> m_turn;
     Callback<PickedColor> m_callback;
     QTimer m_watch;
     bool m_hasFinished = false;
+
+public Q_SLOTS:
+    // For timers and the application.
+    void cancel();
+    void lookAtPage();
 };
 
 } // namespace jsapi

@@ -85,7 +85,8 @@ Answer<std::int32_t> askToConfirm(const JSContextEnv& page, const ConfirmOptions
     runDialog(turn, box);
     const QAbstractButton* clicked = box ? box->clickedButton() : nullptr;
     const auto found = std::find(shown.begin(), shown.end(), clicked);
-    const auto index = clicked && found != shown.end() ? static_cast<std::int32_t>(found - shown.begin()) : -1;
+    const auto index =
+        clicked && found != shown.end() ? static_cast<std::int32_t>(found - shown.begin()) : -1;
     delete box;
     return index;
 }

@@ -37,28 +37,29 @@ struct KJsApiTools::OwnProgramOptions {
     static constexpr auto fields()
     {
         using Self = OwnProgramOptions;
-        return strictly(
-            std::tuple(required("program", &Self::program, "its file in the suite's directory, without a `/`"),
-                optional("arguments", &Self::arguments, "its arguments; none may be empty")));
+        return strictly(std::tuple(
+            required("program", &Self::program, "its file in the suite's directory, without a `/`"),
+            optional("arguments", &Self::arguments, "its arguments; none may be empty")));
     }
 };
 
 template <> struct Fields<Mail> {
     static constexpr auto list()
     {
-        return strictly(std::tuple(optional("to", &Mail::to, "who gets it: `ada@example.com`, without a name"),
+        return strictly(std::tuple(
+            optional("to", &Mail::to, "who gets it: `ada@example.com`, without a name"),
             optional("cc", &Mail::cc, "who gets a copy"),
             optional("bcc", &Mail::bcc, "who gets a copy that the others do not see"),
-            optional("subject", &Mail::subject, "one line"),
-            optional("body", &Mail::body, "plain text")));
+            optional("subject", &Mail::subject, "one line"), optional("body", &Mail::body, "plain text")));
     }
 };
 
 const MemberList& KJsApiTools::members()
 {
     using Self = KJsApiTools;
-    static const MemberList list { "Pages, mail, processes and archives. A page opens, shows or starts at most "
-                                   "20 things in ten seconds.",
+    static const MemberList list {
+        "Pages, mail, processes and archives. A page opens, shows or starts at most "
+        "20 things in ten seconds.",
         {
             member<&Self::openUrl>(u"openUrl", Category::Usual, Type::JsValue, { Type::JsValue },
                 "Has the desktop open an address in the program for it. Returns whether it does. Refused are "
@@ -82,7 +83,8 @@ const MemberList& KJsApiTools::members()
                 "2 both."),
             unbuilt(u"compress", Category::Launch, Type::JsValue, { Type::JsValue }),
             unbuilt(u"decompress", Category::Launch, Type::JsValue, { Type::JsValue }),
-            member<&Self::showConfirmDlg>(u"showConfirmDlg", Category::Usual, Type::JsValue, { Type::JsValue },
+            member<&Self::showConfirmDlg>(u"showConfirmDlg", Category::Usual, Type::JsValue,
+                { Type::JsValue },
                 "Has the user decide in a dialog. Returns the index of the button, -1 when the dialog was "
                 "cancelled, or another one of the page is open.",
                 { &WrongParameters }),
@@ -90,7 +92,8 @@ const MemberList& KJsApiTools::members()
                 "Shows a mail in the user's mail program, for the user to send. Returns whether the desktop "
                 "has one started. At most 100 addresses, and 60,000 characters as an address (URL).",
                 { &MissingParameters, &WrongParameters, &NotPermitted, &TooManyLaunches }),
-        } };
+        }
+    };
     return list;
 }
 
@@ -125,8 +128,8 @@ Answer<bool> KJsApiTools::launchProcessByNova(const JSContextEnv& page, const Ow
     const QString name = QString::fromStdString(options.program);
     if (name.contains(QLatin1Char('/')) || name == QLatin1String(".") || name == QLatin1String(".."))
         return WrongParameters;
-    return launchProgram(page, QDir::cleanPath(krt::dirs::officeInstallRoot()) + QLatin1Char('/') + name,
-        options.arguments);
+    return launchProgram(
+        page, QDir::cleanPath(krt::dirs::officeInstallRoot()) + QLatin1Char('/') + name, options.arguments);
 }
 
 Answer<std::int32_t> KJsApiTools::getIntranetType(KDomainManager& domains)

@@ -67,7 +67,7 @@ struct KJsApiUtils::ProgramOptions {
     {
         using Self = ProgramOptions;
         return strictly(
-            std::tuple(required("program", &Self::program, "its absolute path, without `..` or links to it"),
+            std::tuple(required("program", &Self::program, "its absolute path, without `..` and `//`"),
                 optional("arguments", &Self::arguments, "its arguments; none may be empty")));
     }
 };
@@ -277,7 +277,8 @@ Answer<QString> KJsApiUtils::getCsrf()
     if (!account->isLoggedIn() || session.isEmpty())
         return NotLoggedIn;
     return QString::fromLatin1(
-        QMessageAuthenticationCode::hash(QByteArray(CsrfMessage), session, QCryptographicHash::Sha256).toHex());
+        QMessageAuthenticationCode::hash(QByteArray(CsrfMessage), session, QCryptographicHash::Sha256)
+            .toHex());
 }
 
 } // namespace jsapi

@@ -40,8 +40,8 @@ bool isControl(QChar character)
 bool isMailAddress(const QString& string)
 {
     // Neither what separates addresses and headers, nor quoting, which mail programs read differently.
-    static const QRegularExpression form(heapString(
-        R"(\A[^\s\p{C}@,;:<>()\[\]\\"]+@[^\s\p{C}@,;:<>()\[\]\\"]+\z)"));
+    static const QRegularExpression form(
+        heapString(R"(\A[^\s\p{C}@,;:<>()\[\]\\"]+@[^\s\p{C}@,;:<>()\[\]\\"]+\z)"));
     return string.size() <= MaxMailAddress && form.match(string).hasMatch();
 }
 
@@ -71,7 +71,8 @@ std::optional<QUrl> makeMailAddress(const Mail& mail)
     body.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(QLatin1Char('\r'), QLatin1Char('\n'));
     const bool hasControls = std::any_of(subject.begin(), subject.end(), isControl)
         || std::any_of(body.begin(), body.end(), [](QChar character) {
-               return isControl(character) && character != QLatin1Char('\n') && character != QLatin1Char('\t');
+               return isControl(character) && character != QLatin1Char('\n')
+                   && character != QLatin1Char('\t');
            });
     const auto to = joinAddresses(mail.to, true);
     const auto cc = joinAddresses(mail.cc, true);
@@ -96,13 +97,12 @@ std::optional<QUrl> makeMailAddress(const Mail& mail)
     return QUrl::fromEncoded(address.toLatin1(), QUrl::StrictMode);
 }
 
-/// Everything in an address but spaces, which need no encoding to be read otherwise, and control characters.
+/// Whether an address has neither spaces nor control characters nor backslashes, which programs read differently.
 bool isPlain(const QString& address)
 {
-    return address.size() <= MaxAddress
-        && std::none_of(address.begin(), address.end(), [](QChar character) {
-               return character.isSpace() || isControl(character) || character == QLatin1Char('\\');
-           });
+    return address.size() <= MaxAddress && std::none_of(address.begin(), address.end(), [](QChar character) {
+        return character.isSpace() || isControl(character) || character == QLatin1Char('\\');
+    });
 }
 
 } // namespace

@@ -29,10 +29,10 @@ class KScreenColorRequest;
 /// Covers one screen with a picture of it, so that what is under the mouse stays as it is while the user looks for it.
 class ScreenCover final : public QWidget {
 public:
-    ScreenCover(const QScreen& screen, int zoom, KScreenColorRequest& request)
+    ScreenCover(QScreen& screen, int zoom, KScreenColorRequest& request)
         : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint)
         , m_request(request)
-        , m_picture(const_cast<QScreen&>(screen).grabWindow(0).toImage().convertToFormat(QImage::Format_RGB32))
+        , m_picture(screen.grabWindow(0).toImage().convertToFormat(QImage::Format_RGB32))
         , m_zoom(zoom)
     {
         setAttribute(Qt::WA_OpaquePaintEvent);
@@ -114,7 +114,7 @@ public:
         : KColorRequest(std::move(turn), callback)
     {
         // All pictures before the first cover.
-        for (const QScreen* screen : QGuiApplication::screens())
+        for (QScreen* screen : QGuiApplication::screens())
             m_covers.push_back(std::make_unique<ScreenCover>(*screen, zoom, *this));
         connect(&m_idle, &QTimer::timeout, this, [this] { finish({}); });
         connect(&m_grabbing, &QTimer::timeout, this, [this] { grab(); });

@@ -2274,7 +2274,7 @@ declare namespace NovaExtension.Utils {
         multiple?: boolean | undefined;
     }
     interface ProgramOptions {
-        /** its absolute path, without `..` or links to it */
+        /** its absolute path, without `..` and `//` */
         program: string;
         /** its arguments; none may be empty */
         arguments?: readonly string[] | undefined;

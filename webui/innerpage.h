@@ -19,12 +19,11 @@ struct InnerPageOptions {
     static constexpr auto fields()
     {
         using Self = InnerPageOptions;
-        return strictly(
-            std::tuple(required("url", &Self::url, "the address: `https`, `http`, or `nova`"),
-                optional("title", &Self::title, "the title of the window until the page has one"),
-                optional("width", &Self::width, "of the page, in CSS pixels"),
-                optional("height", &Self::height, "of the page, in CSS pixels"),
-                optional("paramExtra", &Self::paramExtra, ParamExtraDoc)));
+        return strictly(std::tuple(required("url", &Self::url, "the address: `https`, `http`, or `nova`"),
+            optional("title", &Self::title, "the title of the window until the page has one"),
+            optional("width", &Self::width, "of the page, in CSS pixels"),
+            optional("height", &Self::height, "of the page, in CSS pixels"),
+            optional("paramExtra", &Self::paramExtra, ParamExtraDoc)));
     }
 };
 

@@ -56,7 +56,20 @@ struct Access {
 };
 
 enum class DialogMode { Auto, Show, Answer };
-enum class DialogKind { Any, File, Files, Folder, Save, Cloud, Panel, Access, Login, Upgrade, Color, Confirm };
+enum class DialogKind {
+    Any,
+    File,
+    Files,
+    Folder,
+    Save,
+    Cloud,
+    Panel,
+    Access,
+    Login,
+    Upgrade,
+    Color,
+    Confirm
+};
 
 /// The answer to one dialog in place of the user.
 struct DialogAnswer {

@@ -123,9 +123,8 @@ INNER_PAGE = """<!DOCTYPE html><title>inner</title><script>
 
 def make_png(width, height, content=b""):
     """A picture in grey; without content it is cut off."""
-    parts = [(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 0, 0, 0, 0)), (b"IDAT", zlib.compress(content)), (b"IEND", b"")]
-    return b"\x89PNG\r\n\x1a\n" + b"".join(
-        struct.pack(">I", len(text)) + kind + text + struct.pack(">I", zlib.crc32(kind + text)) for kind, text in parts[:3 if content else 1])
+    parts = [(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 0, 0, 0, 0)), (b"IDAT", zlib.compress(content)), (b"IEND", b"")][:3 if content else 1]
+    return b"\x89PNG\r\n\x1a\n" + b"".join(struct.pack(">I", len(text)) + kind + text + struct.pack(">I", zlib.crc32(kind + text)) for kind, text in parts)
 
 
 def prepare_desk(data):

@@ -2,18 +2,19 @@
 
 usage: desk_test.py NOVAHOST
 """
+import contextlib
 import json
-import os
 import pathlib
+import queue
 import re
 import struct
 import subprocess
 import sys
 import tempfile
-import time
+import threading
 
 sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "support"))
-from display import PATIENCE, display, environment, prop, running, tool, until, window
+from display import PATIENCE, display, environment, prop, running, tool, visible, window
 
 
 def turned(jpeg):
@@ -27,36 +28,34 @@ def same(what, got, expected):
         sys.exit(f"{what}: expected {expected!r}, got {got!r}")
 
 
-class Page:
-    """A page whose script says what it does, line by line, until the test lets it go."""
+@contextlib.contextmanager
+def page(novahost, directory, script, **variables):
+    """A page in a window that has its path as the title, and a function that returns what its script says next. Until then the
+    user does something, again and again: what is done before a window is there is lost."""
+    path = pathlib.Path(directory, "page.js")
+    path.write_text("const { Tools, Utils, Webview } = NovaExtension;\nconst say = (value) => console.log(JSON.stringify(value));\n"
+                    f"{script}\nawait new Promise(() => 1);", encoding="utf-8")
+    variables = environment(directory, **variables)
+    with running(novahost, "--window", "run", path, stdout=subprocess.PIPE, text=True, env=variables) as host:
+        lines = queue.SimpleQueue()
+        threading.Thread(target=lambda: [lines.put(line) for line in host.stdout], daemon=True).start()
 
-    def __init__(self, novahost, directory, script, **variables):
-        self.path = f"{directory}/page.js"
-        pathlib.Path(self.path).write_text(
-            "const { Account, Tools, Utils, Webview } = NovaExtension;\n"
-            f"const say = (value) => console.log(JSON.stringify(value));\n{script}\nawait new Promise(() => 1);", encoding="utf-8")
-        self.host = subprocess.Popen([novahost, "--window", "run", self.path], stdout=subprocess.PIPE, text=True,
-                                     env=environment(directory, **variables))
-
-    def __enter__(self):
-        return self
-
-    def __exit__(self, *_):
-        self.host.terminate()
-        self.host.wait(PATIENCE)
-
-    def said(self):
-        line = self.host.stdout.readline()
-        return json.loads(line) if line else sys.exit(f"the page has ended: {self.host.wait(PATIENCE)}")
+        def said(act=None, *given):
+            for _ in range(PATIENCE):
+                if act:
+                    act(*given)
+                with contextlib.suppress(queue.Empty):
+                    return json.loads(lines.get(timeout=1))
+            sys.exit(f"the page says nothing more; it has ended: {host.poll()}")
+        yield str(path), said
 
 
 def clipboard(*options, text=None):
     command = ["xclip", "-selection", "clipboard", *options]
-    # What xclip leaves behind to serve the selection must not hold a pipe open.
-    if text is not None:
-        return subprocess.run(command, input=text, check=True, stdout=subprocess.DEVNULL,
-                              stderr=subprocess.DEVNULL)
-    return subprocess.run([*command, "-o"], check=False, capture_output=True).stdout
+    if text is None:
+        return subprocess.run([*command, "-o"], check=False, capture_output=True).stdout
+    # What xclip leaves behind to serve the selection would hold pipes open.
+    return subprocess.run(command, input=text, check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
 
 def shares_the_clipboard(novahost, directory):
@@ -80,14 +79,14 @@ def shares_the_clipboard(novahost, directory):
             await changed("");
         }}"""
     clipboard(text=text.encode())
-    with Page(novahost, directory, script) as page:
+    with page(novahost, directory, script) as (_, said):
         # In UTF-16.
-        same("the text of another program", page.said(), len(text.encode("utf-16-le")) // 2)
-        page.said()
+        same("the text of another program", said(), len(text.encode("utf-16-le")) // 2)
+        said()
         same("a text for another program", clipboard().decode(), text[:len(text) // 2])
         clipboard(text=b"go on")
         for name, expected in (("wide.bmp", size), ("turned.jpg", size[::-1])):
-            same("picture", page.said(), name)
+            same("picture", said(), name)
             shown = clipboard("-t", "image/bmp")
             same(name, struct.unpack_from("<ii", shown, 18), expected)
             pathlib.Path(directory, "turned.jpg").write_bytes(turned(clipboard("-t", "image/jpeg")))
@@ -108,9 +107,9 @@ def picks_pixels(novahost, directory, scale):
         say("shown");
         while (true)
             await new Promise((resolve) => { say(Utils.getSnapperColor({}, (picked) => { say(picked); resolve(); }).data); });"""
-    with Page(novahost, directory, script, QT_SCALE_FACTOR=str(scale)) as page:
-        found = window(page.path)
-        page.said()
+    with page(novahost, directory, script, QT_SCALE_FACTOR=str(scale)) as (title, said):
+        found = window(title)
+        said()
         place = tool("xwininfo", "-id", found)
         left, top, width, height = (int(re.search(fr"{name}: +(-?\d+)", place)[1])
                                     for name in ("upper-left X", "upper-left Y", "Width", "Height"))
@@ -119,25 +118,16 @@ def picks_pixels(novahost, directory, scale):
         rows = [("the first pixel", left + 1, middle, inside), ("the last", left + width - 2, middle, inside), ("beside it", left + width, middle, outside),
                 ("below it", left + 10, top + height, outside), ("at the corner", 1279, 959, outside)]
         for name, x, y, expected in rows:
-            same("shown", page.said(), True)
-            cover_is_shown()
-            tool("xdotool", "mousemove", "--sync", str(x), str(y), "click", "1")
-            same(f"scale {scale}, {name} at {x}, {y} of {place}", page.said(), expected)
+            same("shown", said(), True)
+            same(f"scale {scale}, {name} at {x}, {y} of {place}", said(tool, "xdotool", "mousemove", str(x), str(y), "click", "1"), expected)
         for keys in (["key", "Escape"], ["click", "3"]):
-            page.said()
-            cover_is_shown()
-            tool("xdotool", *keys)
-            same(f"cancelled by {keys}", page.said(), {"accepted": False})
+            said()
+            same(f"cancelled by {keys}", said(tool, "xdotool", *keys), {"accepted": False})
 
 
-def cover_is_shown():
-    """The window of the eyedropper has the whole screen, and the mouse and the keyboard a little later."""
-    until(lambda: re.search(r"1280x960\+0\+0 .*\n", "\n".join(tool("xwininfo", "-root", "-tree").splitlines()[6:])), "eyedropper")
-    time.sleep(0.5)
-
-
-def press(title, *keys):
-    tool("xdotool", "windowfocus", "--sync", window(title), *(word for key in keys for word in ("key", key)))
+def press(title, key):
+    for shown in visible(title):
+        tool("xdotool", "windowfocus", "--sync", shown, "key", key)
 
 
 def answers_dialogs(novahost, directory):
@@ -147,17 +137,14 @@ def answers_dialogs(novahost, directory):
         say(Utils.pickColor({ title: "Colour", color: "#654321" }, say).data);
         await new Promise((resolve) => setTimeout(resolve, 100));
         say(Utils.pickColor({ title: "Second" }, say).data);"""
-    with Page(novahost, directory, script) as page:
+    with page(novahost, directory, script) as (title, said):
         owner = re.search(r"# (0x[0-9a-f]+)", prop("Sure", "WM_TRANSIENT_FOR"))
-        same("the owner", owner and int(owner[1], 16), int(window(page.path)))
-        press("Sure", "Return")
-        same("the default button", page.said(), 1)
-        press("Sure again", "Escape")
-        same("cancelled", page.said(), -1)
-        same("shown", page.said(), True)
-        same("a second one", page.said(), False)
-        press("Colour", "Return")
-        same("the colour that it began with", page.said(), {"accepted": True, "color": "#654321"})
+        same("the owner", owner and int(owner[1], 16), int(window(title)))
+        same("the default button", said(press, "Sure", "Return"), 1)
+        same("cancelled", said(press, "Sure again", "Escape"), -1)
+        same("shown", said(), True)
+        same("a second one", said(), False)
+        same("the colour that it began with", said(press, "Colour", "Return"), {"accepted": True, "color": "#654321"})
 
 
 def main():

@@ -82,7 +82,9 @@ TEST_F(PageDialogs, ReportAColourOnceAndAskNoMoreHoweverTheyEnd)
     const auto closePage = [](const Page& closed) {
         return [&](QDialog&) { support::libraryCore().closePage(closed.context); };
     };
-    for (const char* const steps : { "enter", "escape", "look; wait", "drop" }) {
+    for (const char* const steps : { "confirm", "escape", "look; wait", "drop" }) {
+        owner->activateWindow();
+        QCoreApplication::processEvents();
         Page asking(support::libraryCore());
         std::vector<std::string> reports;
         const auto hear = [&](const JSApiArguments& report) {
@@ -97,7 +99,7 @@ TEST_F(PageDialogs, ReportAColourOnceAndAskNoMoreHoweverTheyEnd)
         while (reports.empty())
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        const bool isPicked = steps == std::string("enter");
+        const bool isPicked = steps == std::string("confirm");
         EXPECT_EQ(reports,
             std::vector<std::string> {
                 isPicked ? R"({"accepted":true,"color":"#123456"})" : R"({"accepted":false})" })

@@ -208,6 +208,7 @@ template <typename T> constexpr bool CanBeWrong<std::vector<T>> = true;
 template <HasFields Struct> constexpr bool CanBeWrong<Struct> = true;
 template <> inline constexpr bool CanBeWrong<std::map<std::string, std::string>> = true;
 template <> inline constexpr bool CanBeWrong<QVariant> = true;
+template <> inline constexpr bool CanBeWrong<QVariantMap> = true;
 template <typename T> constexpr bool CanBeWrong<std::optional<T>> = CanBeWrong<T>;
 
 /// Whether script may leave an argument out that is no object with fields.

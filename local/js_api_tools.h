@@ -1,14 +1,31 @@
 #pragma once
 
 #include "framework/extensionobject.h"
+#include "local/confirmdialog.h"
+#include "suite/kdomainmanager.h"
+#include "webui/innerpage.h"
 
 namespace jsapi {
+
+struct Mail;
 
 /// "NovaExtension.Tools": pages, mail, processes and archives.
 class KJsApiTools final : public KJCExtendJsObj<KJsApiTools> {
 public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.Tools";
     static const MemberList& members();
+
+    struct UrlOptions;
+    struct DomainOptions;
+    struct OwnProgramOptions;
+
+    Answer<bool> openUrl(const JSContextEnv& page, const UrlOptions& options);
+    Answer<QString> openInnerUrl(const JSContextEnv& page, const InnerPageOptions& options);
+    Answer<QString> getDomainUrl(KDomainManager& domains, const DomainOptions& options);
+    Answer<bool> launchProcessByNova(const JSContextEnv& page, const OwnProgramOptions& options);
+    Answer<std::int32_t> getIntranetType(KDomainManager& domains);
+    Answer<std::int32_t> showConfirmDlg(const JSContextEnv& page, const ConfirmOptions& options);
+    Answer<bool> sendMail(const JSContextEnv& page, const Mail& mail);
 };
 
 } // namespace jsapi

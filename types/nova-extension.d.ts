@@ -58,7 +58,7 @@ declare const NovaExtension: {
     readonly Utils: NovaExtension.Utils;
     /** The product's fixed strings, switches and configuration. What is not there is an empty string or 0. */
     readonly Product: NovaExtension.Product;
-    /** Pages, mail, processes and archives. */
+    /** Pages, mail, processes and archives. A page opens, shows or starts at most 20 things in ten seconds. */
     readonly Tools: NovaExtension.Tools;
     /** A channel between pages, with nothing but the four generic event members. */
     readonly Event: NovaExtension.Event;
@@ -262,34 +262,34 @@ declare namespace NovaExtension {
         "CloudDoc.dispatchEvent": Failure<3, "Event service error.">;
         "CloudDoc.getAllEventInfo": Failure<3, "Event service error.">;
         "SettingsManager.settings": Failure<1, "Format is illegal."> | Failure<1, "missing required parameters."> | Failure<1, "Path is illegal."> | Failure<3, "empty handle.">;
-        "Utils.setTextToClipboard": Failure<3, "not supported.">;
-        "Utils.getClipboardText": Failure<3, "not supported.">;
-        "Utils.setImageToClipboard": Failure<3, "not supported.">;
-        "Utils.getPrimaryScreenGeometry": Failure<3, "not supported.">;
-        "Utils.getAllScreenGeometry": Failure<3, "not supported.">;
-        "Utils.getCurrentScreenGeometry": Failure<3, "not supported.">;
-        "Utils.pickColor": Failure<3, "not supported.">;
-        "Utils.getPictureFilepath": Failure<3, "not supported.">;
-        "Utils.startDetach": Failure<3, "not supported.">;
-        "Utils.getSnapperColor": Failure<3, "not supported.">;
-        "Utils.getParamExtra": Failure<3, "not supported.">;
-        "Utils.inBlackDownloadDir": Failure<3, "not supported.">;
-        "Utils.getCsrf": Failure<3, "not supported.">;
+        "Utils.setTextToClipboard": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "empty handle.">;
+        "Utils.getClipboardText": Failure<3, "Permission denied."> | Failure<3, "empty handle.">;
+        "Utils.setImageToClipboard": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "empty handle."> | Failure<3, "Path is illegal."> | Failure<3, `${string} is not an image`>;
+        "Utils.getPrimaryScreenGeometry": Failure<3, "empty handle.">;
+        "Utils.getAllScreenGeometry": Failure<3, "empty handle.">;
+        "Utils.getCurrentScreenGeometry": Failure<3, "empty handle.">;
+        "Utils.pickColor": Failure<1, "wrong parameters."> | Failure<1, "missing required parameters.">;
+        "Utils.getPictureFilepath": Failure<1, "wrong parameters.">;
+        "Utils.startDetach": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Permission denied."> | Failure<3, `${string} is not existed`> | Failure<3, "Too many launches.">;
+        "Utils.getSnapperColor": Failure<3, "Permission denied."> | Failure<1, "wrong parameters."> | Failure<1, "missing required parameters.">;
+        "Utils.getParamExtra": Failure<1, "wrong parameters.">;
+        "Utils.inBlackDownloadDir": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "Utils.getCsrf": Failure<3, "Get account SDK error."> | Failure<3, "User not login">;
         "Product.isPDFStandAlone": never;
         "Product.getProductString": never;
         "Product.getConfigString": never;
         "Product.getConfigInt": never;
         "Product.language": never;
         "Product.getAppVersionInfo": never;
-        "Tools.openUrl": Failure<3, "not supported.">;
-        "Tools.openInnerUrl": Failure<3, "not supported.">;
-        "Tools.getDomainUrl": Failure<3, "not supported.">;
-        "Tools.launchProcessByNova": Failure<3, "not supported.">;
-        "Tools.getIntranetType": Failure<3, "not supported.">;
+        "Tools.openUrl": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Permission denied."> | Failure<3, "Too many launches.">;
+        "Tools.openInnerUrl": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Permission denied."> | Failure<3, "Too many launches."> | Failure<3, "create web widget fail!">;
+        "Tools.getDomainUrl": Failure<3, "empty handle."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "Tools.launchProcessByNova": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Permission denied."> | Failure<3, `${string} is not existed`> | Failure<3, "Too many launches.">;
+        "Tools.getIntranetType": Failure<3, "empty handle.">;
         "Tools.compress": Failure<3, "not supported.">;
         "Tools.decompress": Failure<3, "not supported.">;
-        "Tools.showConfirmDlg": Failure<3, "not supported.">;
-        "Tools.sendMail": Failure<3, "not supported.">;
+        "Tools.showConfirmDlg": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "Tools.sendMail": Failure<1, "wrong parameters."> | Failure<1, "missing required parameters."> | Failure<3, "Permission denied."> | Failure<3, "Too many launches.">;
         "Event.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Event.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Event.dispatchEvent": Failure<3, "Event service error.">;
@@ -1784,6 +1784,8 @@ declare namespace NovaExtension.WebviewMgr {
          * @default false
          */
         isShow?: boolean | undefined;
+        /** an object: what `Utils.getParamExtra` returns to the window's pages */
+        paramExtra?: Readonly<Record<string, unknown>> | undefined;
     }
     interface WindowAttributes {
         /**
@@ -2325,32 +2327,194 @@ declare namespace NovaExtension {
      * @remarks one object, shared by all pages
      */
     interface Utils {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setTextToClipboard(argument1: string): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getClipboardText(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setImageToClipboard(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getPrimaryScreenGeometry(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getAllScreenGeometry(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getCurrentScreenGeometry(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        pickColor(argument1: unknown, argument2: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getPictureFilepath(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        startDetach(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getSnapperColor(argument1: unknown, argument2: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getParamExtra(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        inBlackDownloadDir(argument1: string): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getCsrf(): never;
+        /**
+         * Puts a text on the clipboard. Where nothing else keeps the clipboard, it is empty when the suite has ended.
+         *
+         * @param text the text; an empty one empties the clipboard
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "empty handle."
+         */
+        setTextToClipboard(text: string): Answer<undefined>;
+        /**
+         * Returns the text on the clipboard, empty when there is none.
+         *
+         * @throws 3 "Permission denied."
+         * @throws 3 "empty handle."
+         */
+        getClipboardText(): Answer<string>;
+        /**
+         * Puts a picture on the clipboard, upright if the file says how it was taken.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "empty handle."
+         * @throws 3 "Path is illegal."
+         * @throws 3 "%1 is not an image"
+         */
+        setImageToClipboard(options: NovaExtension.Utils.ImageOptions): Answer<undefined>;
+        /**
+         * Returns the primary screen. Lengths are in CSS pixels, cut to whole ones.
+         *
+         * @throws 3 "empty handle."
+         */
+        getPrimaryScreenGeometry(): Answer<NovaExtension.Utils.ScreenGeometry>;
+        /**
+         * Returns all screens, the primary one first.
+         *
+         * @throws 3 "empty handle."
+         */
+        getAllScreenGeometry(): Answer<NovaExtension.Utils.ScreenGeometry[]>;
+        /**
+         * Returns the screen on which the page's window is, for the most part; of a page without a window the primary
+         * one.
+         *
+         * @throws 3 "empty handle."
+         */
+        getCurrentScreenGeometry(): Answer<NovaExtension.Utils.ScreenGeometry>;
+        /**
+         * Shows a dialog in which the user picks a colour, and returns at once whether it is shown: `false` while
+         * another dialog of the page is open. The function is called only if it is.
+         *
+         * @param callback called once, when the dialog has ended in any way
+         * @throws 1 "wrong parameters."
+         * @throws 1 "missing required parameters."
+         */
+        pickColor(options: NovaExtension.Utils.ColorOptions | undefined, callback: (report: NovaExtension.Utils.PickedColor) => void): Answer<boolean>;
+        /**
+         * Has the user choose a picture, or several. Returns their paths, none when cancelled.
+         *
+         * @throws 1 "wrong parameters."
+         */
+        getPictureFilepath(options?: NovaExtension.Utils.PictureOptions): Answer<string[]>;
+        /**
+         * Starts a program that goes on without the suite, if the suite lets the page start this one. Returns whether
+         * it was started, without an envelope. No shell reads the arguments.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Permission denied."
+         * @throws 3 "%1 is not existed"
+         * @throws 3 "Too many launches."
+         */
+        startDetach(options: NovaExtension.Utils.ProgramOptions): boolean;
+        /**
+         * Shows an eyedropper over all screens, with which the user picks the colour of a pixel: a click picks, Escape,
+         * the other mouse buttons and a minute without the mouse cancel. Returns at once whether it is shown: `false`
+         * while another dialog of the page is open, and where there is no X11. The function is called only if it is.
+         *
+         * @param callback called once, when the user has picked or cancelled
+         * @throws 3 "Permission denied."
+         * @throws 1 "wrong parameters."
+         * @throws 1 "missing required parameters."
+         */
+        getSnapperColor(options: NovaExtension.Utils.ScreenColorOptions | undefined, callback: (report: NovaExtension.Utils.PickedColor) => void): Answer<boolean>;
+        /**
+         * Returns what whoever opened the page's window has passed along, as `paramExtra` of `WebviewMgr.create` or
+         * `Tools.openInnerUrl`: an object, `{}` without any; with `key` one of its values, undefined when there is
+         * none.
+         *
+         * @throws 1 "wrong parameters."
+         */
+        getParamExtra(options?: NovaExtension.Utils.ParamOptions): Answer<any>;
+        /**
+         * Returns whether the path is, or lies in, a directory that is closed to pages.
+         *
+         * @param path an absolute path
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        inBlackDownloadDir(path: string): Answer<boolean>;
+        /**
+         * Returns a token of the session of the signed-in user, by which the account's server knows that a request
+         * comes from the suite: HMAC-SHA256 of `csrf` with the session as the key, 64 lower-case hexadecimal digits.
+         * Another one after every login.
+         *
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         */
+        getCsrf(): Answer<string>;
+    }
+}
+
+declare namespace NovaExtension.Utils {
+    interface ColorOptions {
+        /** the colour to begin with, `#rgb` or `#rrggbb` */
+        color?: string | undefined;
+        /** the title of the dialog, up to 100 characters */
+        title?: string | undefined;
+        /**
+         * let the user choose the opacity as well
+         *
+         * @default false
+         */
+        alpha?: boolean | undefined;
+    }
+    interface ImageOptions {
+        /**
+         * a file of the format PNG, JPEG, GIF, BMP or WebP, with at most 16,384 pixels a side and 64 million in all
+         */
+        path: string;
+    }
+    interface ParamOptions {
+        /** one of the values */
+        key?: string | undefined;
+    }
+    interface PickedColor {
+        /** whether the user has picked a colour */
+        accepted: boolean;
+        /** the colour, `#rrggbb` in small letters, if there is one */
+        color?: string;
+        /** its opacity from 0 to 1, if the page has asked for it */
+        alpha?: number;
+    }
+    interface PictureOptions {
+        /** the dialog's title */
+        title?: string | undefined;
+        /** the directory to begin in */
+        dir?: string | undefined;
+        /**
+         * let the user choose several
+         *
+         * @default false
+         */
+        multiple?: boolean | undefined;
+    }
+    interface ProgramOptions {
+        /** its absolute path, without `..` and `//` */
+        program: string;
+        /** its arguments; none may be empty */
+        arguments?: readonly string[] | undefined;
+    }
+    interface ScreenColorOptions {
+        /**
+         * how many times larger the magnifier shows what is around the mouse, from 2 to 20
+         *
+         * @default 8
+         */
+        zoom?: number | undefined;
+    }
+    interface ScreenGeometry {
+        /** the name of its connector: `HDMI-1` */
+        name: string;
+        /** from the left of the desktop; may be negative */
+        x: number;
+        /** from the top of the desktop; may be negative */
+        y: number;
+        width: number;
+        height: number;
+        /** without the desktop's panels */
+        availableX: number;
+        /** without the desktop's panels */
+        availableY: number;
+        /** without the desktop's panels */
+        availableWidth: number;
+        /** without the desktop's panels */
+        availableHeight: number;
+        /** physical pixels for each CSS pixel */
+        scale: number;
+        /** whether it is the one for the desktop's panel */
+        isPrimary: boolean;
     }
 }
 
@@ -2411,29 +2575,150 @@ declare namespace NovaExtension.Product {
 
 declare namespace NovaExtension {
     /**
-     * Pages, mail, processes and archives.
+     * Pages, mail, processes and archives. A page opens, shows or starts at most 20 things in ten seconds.
      *
      * @remarks one object, shared by all pages
      */
     interface Tools {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        openUrl(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        openInnerUrl(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getDomainUrl(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        launchProcessByNova(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getIntranetType(): never;
+        /**
+         * Has the desktop open an address in the program for it. Returns whether it does. Refused are other schemes,
+         * addresses with a user or a password, and those of mails with other headers than `sendMail` has.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Permission denied."
+         * @throws 3 "Too many launches."
+         */
+        openUrl(options: NovaExtension.Tools.UrlOptions): Answer<boolean>;
+        /**
+         * Opens a window of the suite with a page. Returns the identifier of its view, for `WebviewMgr.getWebview`. The
+         * window goes when the user closes it.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Permission denied."
+         * @throws 3 "Too many launches."
+         * @throws 3 "create web widget fail!"
+         */
+        openInnerUrl(options: NovaExtension.Tools.InnerPageOptions): Answer<string>;
+        /**
+         * Returns the address of a service of the suite's: `https://account.example`, empty when there is none of that
+         * name.
+         *
+         * @throws 3 "empty handle."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        getDomainUrl(options: NovaExtension.Tools.DomainOptions): Answer<string>;
+        /**
+         * Starts a program of the suite's, if the suite lets the page start this one. Returns whether it was started.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Permission denied."
+         * @throws 3 "%1 is not existed"
+         * @throws 3 "Too many launches."
+         */
+        launchProcessByNova(options: NovaExtension.Tools.OwnProgramOptions): Answer<boolean>;
+        /**
+         * Returns which services the suite uses: 0 the public ones, 1 those of a private installation, 2 both.
+         *
+         * @throws 3 "empty handle."
+         */
+        getIntranetType(): Answer<number>;
         /** @deprecated not built yet: throws code 3, "not supported." */
         compress(argument1: unknown): never;
         /** @deprecated not built yet: throws code 3, "not supported." */
         decompress(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        showConfirmDlg(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        sendMail(argument1: unknown): never;
+        /**
+         * Has the user decide in a dialog. Returns the index of the button, -1 when the dialog was cancelled, or
+         * another one of the page is open.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        showConfirmDlg(options: NovaExtension.Tools.ConfirmOptions): Answer<number>;
+        /**
+         * Shows a mail in the user's mail program, for the user to send. Returns whether the desktop has one started.
+         * At most 100 addresses, and 60,000 characters as an address (URL).
+         *
+         * @throws 1 "wrong parameters."
+         * @throws 1 "missing required parameters."
+         * @throws 3 "Permission denied."
+         * @throws 3 "Too many launches."
+         */
+        sendMail(options?: NovaExtension.Tools.Mail): Answer<boolean>;
+    }
+}
+
+declare namespace NovaExtension.Tools {
+    interface ConfirmOptions {
+        /** the question; plain text, shown up to 2,000 characters */
+        text: string;
+        /** the title of the dialog, shown up to 100 characters */
+        title?: string | undefined;
+        /** what else the user should know, below it, as long as `text` */
+        detail?: string | undefined;
+        /** the buttons, 1 to 5 strings of at most 60 characters; `["OK", "Cancel"]` if it is left out */
+        buttons?: readonly string[] | undefined;
+        /**
+         * the index of the button for the Enter key
+         *
+         * @default 0
+         */
+        defaultButton?: number | undefined;
+        /**
+         * the icon
+         *
+         * @default "question"
+         */
+        type?: "none" | "info" | "question" | "warning" | "error" | undefined;
+    }
+    interface DomainOptions {
+        /** the service, as the suite names it: `account` */
+        name: string;
+    }
+    interface InnerPageOptions {
+        /** the address: `https`, `http`, or `nova` */
+        url: string;
+        /** the title of the window until the page has one */
+        title?: string | undefined;
+        /**
+         * of the page, in CSS pixels
+         *
+         * @default 1024
+         */
+        width?: number | undefined;
+        /**
+         * of the page, in CSS pixels
+         *
+         * @default 768
+         */
+        height?: number | undefined;
+        /** an object: what `Utils.getParamExtra` returns to the window's pages */
+        paramExtra?: Readonly<Record<string, unknown>> | undefined;
+    }
+    interface Mail {
+        /** who gets it: `ada@example.com`, without a name */
+        to?: readonly string[] | undefined;
+        /** who gets a copy */
+        cc?: readonly string[] | undefined;
+        /** who gets a copy that the others do not see */
+        bcc?: readonly string[] | undefined;
+        /** one line */
+        subject?: string | undefined;
+        /** plain text */
+        body?: string | undefined;
+    }
+    interface OwnProgramOptions {
+        /** its file in the suite's directory, without a `/` */
+        program: string;
+        /** its arguments; none may be empty */
+        arguments?: readonly string[] | undefined;
+    }
+    interface UrlOptions {
+        /** the address: `https`, `http` or `mailto` */
+        url: string;
     }
 }
 

@@ -56,7 +56,21 @@ struct Access {
 };
 
 enum class DialogMode { Auto, Show, Answer };
-enum class DialogKind { Any, File, Files, Folder, Save, Cloud, Panel, Access, Login, Upgrade, Purchase };
+enum class DialogKind {
+    Any,
+    File,
+    Files,
+    Folder,
+    Save,
+    Cloud,
+    Panel,
+    Access,
+    Login,
+    Upgrade,
+    Purchase,
+    Color,
+    Confirm
+};
 
 /// The answer to one dialog in place of the user.
 struct DialogAnswer {
@@ -69,6 +83,13 @@ struct DialogAnswer {
 struct Dialogs {
     DialogMode mode = DialogMode::Auto;
     std::vector<DialogAnswer> answers; ///< used in this order
+};
+
+enum class AddressMode { Auto, Open, Record };
+
+/// The user's desktop.
+struct Desktop {
+    AddressMode openAddresses = AddressMode::Auto;
 };
 
 enum class CloudTab { Recent, Cloud, Share, Favorite, Company };
@@ -165,9 +186,12 @@ struct Profile {
     Files files;
     Access access;
     Dialogs dialogs;
+    Desktop desktop;
     std::vector<CloudFile> cloudFiles;
     Account account;
     Cloud cloud;
+    QMap<QString, QString> domains; ///< addresses of the suite's services by name
+    int intranetType = 0;           ///< 0 to 2, see KDomainManager
     Language language;
     Dpi dpi;
     Plugins plugins;

@@ -6,14 +6,17 @@ walk and random find the description of all members in front of them, as `const 
 """
 import contextlib
 import fcntl
+import hmac
 import json
 import os
 import pathlib
 import random
 import shutil
+import struct
 import subprocess
 import sys
 import tempfile
+import zlib
 
 RANDOM_SECONDS = 5
 API = pathlib.Path(__file__).resolve().parents[2] / "types/api.json"
@@ -127,6 +130,41 @@ def prepare_remote_config(data):
     replace_opener(data, 'cp "$1" "$HOME/new.json" && mv "$HOME/new.json" "$HOME/config.json" && touch "$1.published"')
 
 
+# Says what was passed along to it.
+INNER_PAGE = """<!DOCTYPE html><title>inner</title><script>
+    const { Event, Utils, Webview } = NovaExtension;
+    Event.dispatchEvent("inner", false, Utils.getParamExtra().data, Utils.getParamExtra({ key: "a" }).data, Utils.getParamExtra({ key: "none" }).data,
+        Webview.getSize().data.w);
+</script>"""
+
+
+def make_png(width, height, content=b""):
+    """A picture in grey; without content it is cut off."""
+    parts = [(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 0, 0, 0, 0)), (b"IDAT", zlib.compress(content)), (b"IEND", b"")][:3 if content else 1]
+    return b"\x89PNG\r\n\x1a\n" + b"".join(struct.pack(">I", len(text)) + kind + text + struct.pack(">I", zlib.crc32(kind + text)) for kind, text in parts)
+
+
+def prepare_desk(data):
+    """What desk.test.js finds in its data directory."""
+    os.mkdir(f"{data}/started")
+    os.mkfifo(f"{data}/pipe")
+    small = make_png(1, 1, b"\0\x80")
+    files = {"upright.png": small, "other.png": small, "text.png": b"hello", "huge.png": make_png(16384, 16384, b"\0"), "cut.png": make_png(2, 2),
+             "drawing.svg": b'<svg xmlns="http://www.w3.org/2000/svg" width="1" height="1"/>'}
+    for name, content in files.items():
+        pathlib.Path(data, name).write_bytes(content)
+
+
+def check_desk(result):
+    """Whether other programs were to open what desk.test.js says, and its token is what the account's server computes."""
+    said = json.loads(result.stdout.splitlines()[-1])
+    seen = [line.partition(" open ")[2] for line in result.stderr.splitlines() if line.startswith("suite.desktop: ")]
+    if [address for address in seen if "many.example" not in address] != said["opened"]:
+        sys.exit(f"opened {seen}")
+    if hmac.new(said["csrf"]["session"].encode(), b"csrf", "sha256").hexdigest() != said["csrf"]["token"]:
+        sys.exit(f"{said['csrf']}: another token")
+
+
 def main():
     novahost, scripts, name, *options = sys.argv[1:]
     arguments = []
@@ -151,6 +189,10 @@ def main():
         if name == "remoteconfig":
             prepare_remote_config(data)
         script = f"{scripts}/{name}.js"
+        if name == "desk":
+            prepare_desk(data)
+            pathlib.Path(outer, "inner.html").write_text(INNER_PAGE, encoding="utf-8")
+            script = shutil.copy(script, f"{outer}/desk.js")
         if name in ("walk", "random"):
             text = pathlib.Path(script).read_text(encoding="utf-8")
             script = f"{outer}/{name}.js"
@@ -169,6 +211,8 @@ def main():
     print(result.stdout, result.stderr[-4000:], sep="", end="")
     if result.returncode != 0:
         sys.exit(f"exit code {result.returncode}; arguments {arguments[-1:] if name == 'random' else ''}")
+    if name == "desk":
+        check_desk(result)
     counts = [json.loads(line) for line in result.stderr.splitlines() if line.startswith('{"when"')]
     left = {key: value for key, value in counts[-1].items() if key != "when" and value}
     if counts[-1]["when"] != "closed" or left:

@@ -265,8 +265,7 @@ int32_t _XCompressToZipFile(
 int32_t _XAppendFileToZipFile(
     const VexliteChar16* zipPath, const VexliteChar16* file, const VexliteChar16* entryName, int32_t level);
 
-/// The same, but an entry of that name is replaced. The other ones are taken over as they are stored, with their comments;
-/// VEXLITE_ZIP_NOT_ARCHIVE when one of them is neither stored nor deflated.
+/// The same, but an entry of that name is replaced. The other ones are taken over byte for byte.
 int32_t _XAddFileToZipFile(
     const VexliteChar16* zipPath, const VexliteChar16* file, const VexliteChar16* entryName, int32_t level);
 

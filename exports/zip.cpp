@@ -1,6 +1,7 @@
 // Zip archives: made of files and directories, and files added to them.
 #include "exports/compression.h"
 #include "exports/replacementfile.h"
+#include "exports/zipdirectory.h"
 #include "exports/zipfile.h"
 #include "exports/zipsources.h"
 #include "framework/export.h"
@@ -38,11 +39,6 @@ private:
     int m_number;
 };
 
-std::int32_t convertErrno(int error)
-{
-    return error == ENOSPC || error == EDQUOT || error == EFBIG ? VEXLITE_ZIP_NO_SPACE : VEXLITE_ZIP_WRITE_FAILED;
-}
-
 /// Where a link leads, so that its target is replaced and not the link.
 fs::path followLink(const fs::path& path)
 {
@@ -66,7 +62,7 @@ public:
     }
 
     /// Why there is no new file, or VEXLITE_ZIP_OK.
-    std::int32_t error() const { return m_file ? std::int32_t { VEXLITE_ZIP_OK } : convertErrno(m_error); }
+    std::int32_t error() const { return m_file ? std::int32_t { VEXLITE_ZIP_OK } : convertWriteError(m_error); }
     int descriptor() const noexcept { return m_file.descriptor(); }
     /// What is in its place now.
     Descriptor openOld() const { return Descriptor(m_directory.number(), m_name.c_str(), O_RDONLY | O_NONBLOCK); }
@@ -83,7 +79,7 @@ public:
         if (replaces && (!S_ISREG(old.st_mode) || fchmod(m_file.descriptor(), old.st_mode & 0777) != 0))
             return VEXLITE_ZIP_WRITE_FAILED;
         if (!m_file.take(m_name, true))
-            return convertErrno(errno);
+            return convertWriteError(errno);
         // The new name on disk as well, where the directory may be read.
         const Descriptor readable(m_directory.number(), ".", O_RDONLY | O_DIRECTORY);
         if (readable)
@@ -147,7 +143,7 @@ std::int32_t compressToZipFile(const fs::path& path, std::vector<fs::path> sourc
     NewArchive file(path);
     if (file.error())
         return file.error();
-    ZipWriter archive(file.descriptor(), false);
+    ZipWriter archive(file.descriptor());
     if (!archive)
         return VEXLITE_ZIP_NO_MEMORY;
     for (const ZipSource& source : found) {
@@ -161,59 +157,26 @@ std::int32_t compressToZipFile(const fs::path& path, std::vector<fs::path> sourc
     return error ? error : file.takePlace();
 }
 
-/// Whether an archive has an entry. Nothing when it is none, or damaged.
-std::optional<bool> hasEntry(int descriptor, const std::string& name)
+/// What an archive that is to get an entry has already.
+struct Present {
+    std::uint64_t entries = 0;
+    bool hasName = false;
+    std::string comment;
+};
+
+/// Nothing when it is no archive, or damaged.
+std::optional<Present> lookThrough(int descriptor, const std::string& name)
 {
     ZipReader reader(descriptor);
     if (!reader)
         return std::nullopt;
-    bool isFound = false;
+    Present present;
+    present.comment = reader.comment();
     ZipEntry entry;
     ZipReader::Step step;
-    while ((step = reader.next(entry)) == ZipReader::Step::Entry)
-        isFound = isFound || decodeEntryName(entry.storedName, entry.hasUtf8Flag()) == name;
-    return step == ZipReader::Step::End ? std::optional(isFound) : std::nullopt;
-}
-
-std::int32_t copyBytes(int from, int to)
-{
-    constexpr std::size_t Part = 1 << 30;
-    ssize_t count = 0;
-    while ((count = copy_file_range(from, nullptr, to, nullptr, Part, 0)) > 0) { }
-    // What the file systems can not copy between them is read and written.
-    std::array<char, 1 << 16> buffer;
-    while (count < 0 ? errno != ENOSPC && errno != EDQUOT && errno != EFBIG : true) {
-        count = read(from, buffer.data(), buffer.size());
-        if (count < 0)
-            return VEXLITE_ZIP_NOT_ARCHIVE;
-        if (count == 0)
-            return VEXLITE_ZIP_OK;
-        for (ssize_t written = 0; written < count;) {
-            const ssize_t part = write(to, buffer.data() + written, static_cast<std::size_t>(count - written));
-            if (part < 0)
-                return convertErrno(errno);
-            written += part;
-        }
-    }
-    return convertErrno(errno);
-}
-
-/// Takes all entries over but one.
-std::int32_t copyEntries(ZipReader& from, ZipWriter& to, const std::string& without)
-{
-    ZipEntry entry;
-    ZipReader::Step step;
-    while ((step = from.next(entry)) == ZipReader::Step::Entry) {
-        if (decodeEntryName(entry.storedName, entry.hasUtf8Flag()) == without)
-            continue;
-        if (entry.storedName.empty() || entry.storedName.find('\0') != std::string::npos || !from.open(true))
-            return VEXLITE_ZIP_NOT_ARCHIVE;
-        const std::int32_t error = to.copy(from, entry);
-        if (error)
-            return error;
-        (void)from.close();
-    }
-    return step == ZipReader::Step::End ? VEXLITE_ZIP_OK : VEXLITE_ZIP_NOT_ARCHIVE;
+    for (; (step = reader.next(entry)) == ZipReader::Step::Entry; ++present.entries)
+        present.hasName = present.hasName || decodeEntryName(entry.storedName, entry.hasUtf8Flag()) == name;
+    return step == ZipReader::Step::End ? std::optional(present) : std::nullopt;
 }
 
 std::int32_t addToZipFile(const fs::path& path, const ZipSource& source, int level, bool replaces)
@@ -223,35 +186,30 @@ std::int32_t addToZipFile(const fs::path& path, const ZipSource& source, int lev
     NewArchive file(path);
     if (file.error())
         return file.error();
-    bool isFound = false;
-    const bool isThere = file.isThere();
     const Descriptor old = file.openOld();
-    if (isThere) {
-        const auto found = old ? hasEntry(old.number(), source.entryName) : std::nullopt;
-        if (!found)
-            return VEXLITE_ZIP_NOT_ARCHIVE;
-        isFound = *found;
-    }
-    if (isFound && !replaces)
+    std::optional<Present> present;
+    if (file.isThere() && !(present = old ? lookThrough(old.number(), source.entryName) : std::nullopt))
+        return VEXLITE_ZIP_NOT_ARCHIVE;
+    if (present && present->hasName && !replaces)
         return VEXLITE_ZIP_EXISTS;
-    std::int32_t error = VEXLITE_ZIP_OK;
-    const bool appends = isThere && !isFound;
-    if (appends && (lseek(old.number(), 0, SEEK_SET) != 0 || (error = copyBytes(old.number(), file.descriptor()))))
-        return error ? error : std::int32_t { VEXLITE_ZIP_NOT_ARCHIVE };
-    ZipWriter archive(file.descriptor(), appends);
-    if (!archive)
-        return appends ? VEXLITE_ZIP_NOT_ARCHIVE : VEXLITE_ZIP_NO_MEMORY;
-    std::string comment;
-    if (isFound) {
-        ZipReader reader(old.number());
-        if (!reader)
-            return VEXLITE_ZIP_NOT_ARCHIVE;
-        comment = reader.comment();
-        error = copyEntries(reader, archive, source.entryName);
+    if (present) {
+        std::uint64_t left = present->entries;
+        struct stat facts { };
+        const std::int32_t error = present->hasName
+            ? copyArchiveWithout(source.entryName, old.number(), file.descriptor(), left)
+            : fstat(old.number(), &facts) == 0
+            ? copyPart(old.number(), 0, static_cast<std::uint64_t>(facts.st_size), file.descriptor())
+            : VEXLITE_ZIP_NOT_ARCHIVE;
+        if (error)
+            return error;
+        present->entries = left;
     }
-    if (error || (error = addSource(archive, source, level)))
-        return error;
-    error = archive.finish(isFound ? comment.c_str() : nullptr);
+    ZipWriter archive(file.descriptor(), present ? std::optional(present->entries) : std::nullopt);
+    if (!archive)
+        return present ? VEXLITE_ZIP_NOT_ARCHIVE : VEXLITE_ZIP_NO_MEMORY;
+    std::int32_t error = addSource(archive, source, level);
+    if (!error)
+        error = archive.finish(present ? present->comment : std::string());
     return error ? error : file.takePlace();
 }
 

@@ -1,5 +1,7 @@
 #include "exports/zipfile.h"
 
+#include "exports/zipdirectory.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -21,7 +23,6 @@ constexpr uLong MadeByUnix = 3 << 8 | 30;
 constexpr int UnixSystem = 3;
 constexpr int MacSystem = 19;
 constexpr uLong Utf8Flag = 0x800;
-constexpr uLong DescriptorFlag = 8;
 constexpr uLong DosDirectory = 0x10;
 /// Sizes close to 4 GiB may grow beyond them when they are compressed.
 constexpr std::uint64_t Zip64From = 0xf0000000;
@@ -230,14 +231,15 @@ mode_t ZipEntry::unixMode() const
     return system == UnixSystem || system == MacSystem ? static_cast<mode_t>(info.external_fa >> 16 & 0xffff) : 0;
 }
 
-ZipWriter::ZipWriter(int descriptor, bool isExisting)
+ZipWriter::ZipWriter(int descriptor, std::optional<std::uint64_t> present)
     : m_descriptor(descriptor)
     , m_stream(descriptor)
     , m_zip(nullptr)
+    , m_entries(present.value_or(0))
 {
     zlib_filefunc64_def functions = m_stream.functions();
     if (m_stream)
-        m_zip = zipOpen2_64("", isExisting ? APPEND_STATUS_ADDINZIP : APPEND_STATUS_CREATE, nullptr, &functions);
+        m_zip = zipOpen2_64("", present ? APPEND_STATUS_ADDINZIP : APPEND_STATUS_CREATE, nullptr, &functions);
 }
 
 ZipWriter::~ZipWriter()
@@ -250,20 +252,14 @@ std::int32_t ZipWriter::convert(int error) const
 {
     if (error == ZIP_OK)
         return VEXLITE_ZIP_OK;
-    switch (m_stream.error()) {
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG:
-        return VEXLITE_ZIP_NO_SPACE;
-    case 0:
-        return error == ZIP_INTERNALERROR || error == Z_MEM_ERROR ? VEXLITE_ZIP_NO_MEMORY : VEXLITE_ZIP_WRITE_FAILED;
-    default:
-        return VEXLITE_ZIP_WRITE_FAILED;
-    }
+    if (!m_stream.error() && (error == ZIP_INTERNALERROR || error == Z_MEM_ERROR))
+        return VEXLITE_ZIP_NO_MEMORY;
+    return convertWriteError(m_stream.error());
 }
 
 std::int32_t ZipWriter::begin(const std::string& name, const struct stat& facts, int level)
 {
+    ++m_entries;
     const bool isDirectory = name.back() == '/';
     zip_fileinfo info {};
     info.dosDate = convertTime(facts.st_mtime);
@@ -287,45 +283,37 @@ std::int32_t ZipWriter::end()
     return convert(zipCloseFileInZip(m_zip));
 }
 
-std::int32_t ZipWriter::copy(ZipReader& from, const ZipEntry& entry)
+/// minizip writes the number of entries as a large one only where the offset of the directory is one. This puts the
+/// records for that before the last one.
+bool ZipWriter::writeLargeCount(std::size_t commentLength)
 {
-    const unz_file_info64& old = entry.info;
-    zip_fileinfo info {};
-    info.dosDate = old.dosDate;
-    info.internal_fa = old.internal_fa;
-    info.external_fa = old.external_fa;
-    // minizip writes the sizes of large entries itself, into a field of its own.
-    constexpr short SizesField = 1;
-    std::string extra = entry.extra;
-    int extraLength = static_cast<int>(extra.size());
-    if (extraLength > 0 && zipRemoveExtraInfoBlock(extra.data(), &extraLength, SizesField) != ZIP_OK)
-        return VEXLITE_ZIP_NOT_ARCHIVE;
-    const auto length = static_cast<uInt>(extraLength);
-    const bool isLarge = std::max(old.compressed_size, old.uncompressed_size) >= Zip64From;
-    if (const int error = zipOpenNewFileInZip4_64(m_zip, entry.storedName.c_str(), &info, extra.data(), length,
-            extra.data(), length, entry.comment.c_str(), static_cast<int>(old.compression_method),
-            Z_DEFAULT_COMPRESSION, 1, -MAX_WBITS, DEF_MEM_LEVEL, Z_DEFAULT_STRATEGY, nullptr, 0, old.version,
-            old.flag & ~DescriptorFlag, isLarge))
-        return error == ZIP_PARAMERROR ? VEXLITE_ZIP_NOT_ARCHIVE : convert(error);
-    std::array<char, 1 << 16> buffer;
-    std::uint64_t copied = 0;
-    int count = 0;
-    while ((count = from.read(buffer.data(), buffer.size())) > 0) {
-        copied += static_cast<std::uint64_t>(count);
-        if (const std::int32_t error = write(buffer.data(), static_cast<std::size_t>(count)))
-            return error;
-    }
-    if (count < 0 || copied != old.compressed_size)
-        return VEXLITE_ZIP_NOT_ARCHIVE;
-    return convert(zipCloseFileInZipRaw64(m_zip, old.uncompressed_size, old.crc));
+    constexpr std::size_t EndSize = 22, LocatorSize = 20;
+    const off_t fileSize = lseek(m_descriptor, 0, SEEK_END);
+    const off_t at = fileSize - static_cast<off_t>(EndSize + commentLength);
+    std::string end(EndSize + commentLength, '\0');
+    std::string before(LocatorSize, '\0');
+    if (at < static_cast<off_t>(LocatorSize)
+        || pread(m_descriptor, end.data(), end.size(), at) != static_cast<ssize_t>(end.size())
+        || pread(m_descriptor, before.data(), LocatorSize, at - static_cast<off_t>(LocatorSize))
+            != static_cast<ssize_t>(LocatorSize)
+        || end.compare(0, 4, "PK\5\6") != 0)
+        return false;
+    if (before.compare(0, 4, "PK\6\7") == 0)
+        return true;
+    const std::uint64_t size = readNumber<std::uint32_t>(end, 12);
+    std::string records = makeLargeEnd(m_entries, size, readNumber<std::uint32_t>(end, 16));
+    records += end;
+    return pwrite(m_descriptor, records.data(), records.size(), at) == static_cast<ssize_t>(records.size());
 }
 
-std::int32_t ZipWriter::finish(const char* comment)
+std::int32_t ZipWriter::finish(const std::string& comment)
 {
-    const int error = zipClose(std::exchange(m_zip, nullptr), comment);
-    const bool isWritten = m_stream.flush() && fdatasync(m_descriptor) == 0;
+    const int error = zipClose(std::exchange(m_zip, nullptr), comment.c_str());
+    constexpr std::uint64_t Large = 0xffff;
+    const bool isWritten = m_stream.flush() && (error || m_entries < Large || writeLargeCount(comment.size()))
+        && fdatasync(m_descriptor) == 0;
     if (error == ZIP_OK && !isWritten && !m_stream.error())
-        return errno == ENOSPC || errno == EDQUOT ? VEXLITE_ZIP_NO_SPACE : VEXLITE_ZIP_WRITE_FAILED;
+        return convertWriteError(errno);
     return convert(isWritten ? error : ZIP_ERRNO);
 }
 
@@ -352,25 +340,18 @@ ZipReader::Step ZipReader::next(ZipEntry& entry)
     const int moved = std::exchange(m_isBefore, false) ? unzGoToFirstFile(m_unzip) : unzGoToNextFile(m_unzip);
     if (moved == UNZ_END_OF_LIST_OF_FILE)
         return Step::End;
-    const auto look = [&](std::string* name, std::string* extra, std::string* comment) {
-        const auto data = [](std::string* text) { return text && !text->empty() ? text->data() : nullptr; };
-        const auto size = [](std::string* text) { return text ? uLong { text->size() } : 0; };
-        return unzGetCurrentFileInfo64(m_unzip, &entry.info, data(name), size(name), data(extra), size(extra),
-                   data(comment), size(comment))
-            == UNZ_OK;
+    const auto look = [&](char* name, uLong size) {
+        return unzGetCurrentFileInfo64(m_unzip, &entry.info, name, size, nullptr, 0, nullptr, 0) == UNZ_OK;
     };
-    if (moved != UNZ_OK || !look(nullptr, nullptr, nullptr))
+    if (moved != UNZ_OK || !look(nullptr, 0))
         return Step::Damaged;
     entry.storedName.assign(entry.info.size_filename, '\0');
-    entry.extra.assign(entry.info.size_file_extra, '\0');
-    entry.comment.assign(entry.info.size_file_comment, '\0');
-    return look(&entry.storedName, &entry.extra, &entry.comment) ? Step::Entry : Step::Damaged;
+    return look(entry.storedName.data(), entry.storedName.size()) ? Step::Entry : Step::Damaged;
 }
 
-bool ZipReader::open(bool isRaw)
+bool ZipReader::open()
 {
-    int method = 0;
-    return unzOpenCurrentFile2(m_unzip, &method, nullptr, isRaw) == UNZ_OK;
+    return unzOpenCurrentFile(m_unzip) == UNZ_OK;
 }
 
 std::string ZipReader::comment()
@@ -381,7 +362,7 @@ std::string ZipReader::comment()
     std::string text(all.size_comment, '\0');
     if (!text.empty() && unzGetGlobalComment(m_unzip, text.data(), text.size()) < 0)
         return {};
-    return text;
+    return text.c_str();
 }
 
 } // namespace jsapi

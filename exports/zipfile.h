@@ -52,8 +52,6 @@ private:
 struct ZipEntry {
     unz_file_info64 info {};
     std::string storedName;
-    std::string extra;
-    std::string comment;
 
     bool hasUtf8Flag() const { return info.flag & 0x800; }
     bool isEncrypted() const { return info.flag & 0x2041; }
@@ -64,8 +62,8 @@ struct ZipEntry {
 /// Writes an archive, entry by entry.
 class ZipWriter {
 public:
-    /// Of a new archive, or behind the entries of the one that `descriptor` is open for.
-    ZipWriter(int descriptor, bool isExisting);
+    /// Of a new archive, or behind the entries that are present in the one that `descriptor` is open for.
+    explicit ZipWriter(int descriptor, std::optional<std::uint64_t> present = {});
     ~ZipWriter();
     ZipWriter(const ZipWriter&) = delete;
     ZipWriter& operator=(const ZipWriter&) = delete;
@@ -75,17 +73,17 @@ public:
     std::int32_t begin(const std::string& name, const struct stat& facts, int level);
     std::int32_t write(const void* bytes, std::size_t count);
     std::int32_t end();
-    /// Takes over an entry with its content, which must be open in `from` as it is stored.
-    std::int32_t copy(class ZipReader& from, const ZipEntry& entry);
-    /// Ends the archive. On disk when it returns.
-    std::int32_t finish(const char* comment = nullptr);
+    /// Ends the archive, on disk when it returns. The comment ends at its first zero.
+    std::int32_t finish(const std::string& comment = {});
 
 private:
     std::int32_t convert(int error) const;
+    bool writeLargeCount(std::size_t commentLength);
 
     int m_descriptor;
     ZipStream m_stream;
     zipFile m_zip;
+    std::uint64_t m_entries;
 };
 
 /// Reads an archive, entry by entry.
@@ -102,8 +100,8 @@ public:
     Step next(ZipEntry& entry);
     void rewind() noexcept { m_isBefore = true; }
 
-    /// Opens the content of the entry, with `isRaw` as it is stored. False when it is damaged, or the method not known.
-    bool open(bool isRaw = false);
+    /// Opens the content of the entry. False when it is damaged, or the method not known.
+    bool open();
     /// Where the stored content of the open entry begins.
     std::uint64_t position() { return unzGetCurrentFileZStreamPos64(m_unzip); }
     /// The bytes read; 0 at the end, and less when the content is damaged.
@@ -111,6 +109,7 @@ public:
     /// Closes the content. False when it was read to its end and its checksum is wrong.
     bool close() { return unzCloseCurrentFile(m_unzip) == UNZ_OK; }
 
+    /// Of the archive, up to its first zero.
     std::string comment();
 
 private:

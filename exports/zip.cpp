@@ -161,6 +161,7 @@ std::int32_t compressToZipFile(const fs::path& path, std::vector<fs::path> sourc
 struct Present {
     std::uint64_t entries = 0;
     bool hasName = false;
+    bool isBlank = false; ///< nothing but an end, so it is made anew
     std::string comment;
 };
 
@@ -171,6 +172,7 @@ std::optional<Present> lookThrough(int descriptor, const std::string& name)
     if (!reader)
         return std::nullopt;
     Present present;
+    present.isBlank = reader.isBlank();
     present.comment = reader.comment();
     ZipEntry entry;
     ZipReader::Step step;
@@ -192,7 +194,8 @@ std::int32_t addToZipFile(const fs::path& path, const ZipSource& source, int lev
         return VEXLITE_ZIP_NOT_ARCHIVE;
     if (present && present->hasName && !replaces)
         return VEXLITE_ZIP_EXISTS;
-    if (present) {
+    const bool extends = present && !present->isBlank;
+    if (extends) {
         std::uint64_t left = present->entries;
         struct stat facts { };
         const std::int32_t error = present->hasName
@@ -204,9 +207,9 @@ std::int32_t addToZipFile(const fs::path& path, const ZipSource& source, int lev
             return error;
         present->entries = left;
     }
-    ZipWriter archive(file.descriptor(), present ? std::optional(present->entries) : std::nullopt);
+    ZipWriter archive(file.descriptor(), extends ? std::optional(present->entries) : std::nullopt);
     if (!archive)
-        return present ? VEXLITE_ZIP_NOT_ARCHIVE : VEXLITE_ZIP_NO_MEMORY;
+        return extends ? VEXLITE_ZIP_NOT_ARCHIVE : VEXLITE_ZIP_NO_MEMORY;
     std::int32_t error = addSource(archive, source, level);
     if (!error)
         error = archive.finish(present ? present->comment : std::string());

@@ -7,7 +7,6 @@
 #include <array>
 #include <cerrno>
 #include <limits>
-#include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
@@ -210,6 +209,16 @@ std::int32_t copyPart(int from, std::uint64_t begin, std::uint64_t end, int to)
         at += count;
     }
     return VEXLITE_ZIP_OK;
+}
+
+std::optional<std::string> readBlankArchive(int file)
+{
+    struct stat facts { };
+    const auto directory = fstat(file, &facts) == 0 ? readDirectory(file, static_cast<std::uint64_t>(facts.st_size))
+                                                    : std::nullopt;
+    if (!directory || directory->at != 0 || !directory->records.empty())
+        return std::nullopt;
+    return directory->comment;
 }
 
 std::int32_t copyArchiveWithout(const std::string& name, int from, int to, std::uint64_t& left)

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,6 +25,9 @@ template <typename Number> Number readNumber(std::string_view bytes, std::size_t
 
 /// The two records that say where a directory is that numbers of 16 and 32 bits can not describe.
 std::string makeLargeEnd(std::uint64_t entries, std::uint64_t size, std::uint64_t offset);
+
+/// The comment of an archive that has no entries and begins with its end; nothing for any other file.
+std::optional<std::string> readBlankArchive(int file);
 
 /// Writes an archive to an empty file, without the entries of that name; the others with every byte that they have.
 /// Returns one of the VEXLITE_ZIP codes, and in `left` how many they are. [any thread]

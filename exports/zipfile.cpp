@@ -324,6 +324,8 @@ ZipReader::ZipReader(int descriptor)
     zlib_filefunc64_def functions = m_stream.functions();
     if (m_stream)
         m_unzip = unzOpen2_64("", &functions);
+    if (!m_unzip)
+        m_blankComment = readBlankArchive(descriptor);
 }
 
 ZipReader::~ZipReader()
@@ -335,6 +337,8 @@ ZipReader::~ZipReader()
 ZipReader::Step ZipReader::next(ZipEntry& entry)
 {
     unz_global_info64 all {};
+    if (!m_unzip)
+        return Step::End;
     if (m_isBefore && unzGetGlobalInfo64(m_unzip, &all) == UNZ_OK && all.number_entry == 0)
         return Step::End;
     const int moved = std::exchange(m_isBefore, false) ? unzGoToFirstFile(m_unzip) : unzGoToNextFile(m_unzip);
@@ -357,8 +361,8 @@ bool ZipReader::open()
 std::string ZipReader::comment()
 {
     unz_global_info64 all {};
-    if (unzGetGlobalInfo64(m_unzip, &all) != UNZ_OK)
-        return {};
+    if (!m_unzip || unzGetGlobalInfo64(m_unzip, &all) != UNZ_OK)
+        return m_blankComment.value_or(std::string());
     std::string text(all.size_comment, '\0');
     if (!text.empty() && unzGetGlobalComment(m_unzip, text.data(), text.size()) < 0)
         return {};

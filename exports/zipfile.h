@@ -93,7 +93,9 @@ public:
     ~ZipReader();
     ZipReader(const ZipReader&) = delete;
     ZipReader& operator=(const ZipReader&) = delete;
-    explicit operator bool() const noexcept { return m_unzip; }
+    explicit operator bool() const noexcept { return m_unzip || isBlank(); }
+    /// Whether there is nothing but the record of an end, which minizip does not take for an archive.
+    bool isBlank() const noexcept { return m_blankComment.has_value(); }
 
     enum class Step { Entry, End, Damaged };
     /// Goes to the next entry, at first to the first one.
@@ -115,6 +117,7 @@ public:
 private:
     ZipStream m_stream;
     unzFile m_unzip;
+    std::optional<std::string> m_blankComment;
     bool m_isBefore = true;
 };
 

@@ -102,6 +102,8 @@ def check_refusals():
     expect("a directory is there", compress("other", tree), WRITE_FAILED)
     for name in ("/a", "../a", "a/..", "a//b", "./a", "a\\b", "C:a", "a\n", "a\x85", "", "a/", "x" * 256, "x/" * 100 + "x", "\udc00"):
         expect(f"entry name {name!r}", append("new.zip", "tree/a.txt", name), BAD_NAME)
+    pathlib.Path("blank.zip").write_bytes(b"PK\5\6" + bytes(16) + b"\1\0x")
+    expect("an archive of nothing", (append("blank.zip", "tree/a.txt"), list(content("blank.zip"))), (OK, ["a.txt"]))
     expect("no archive", append("older.zip", "tree/a.txt"), NOT_ARCHIVE)
     expect("append a directory", append("new.zip", "tree"), UNREADABLE)
     expect("append what is not there", append("new.zip", "missing"), NOT_FOUND)
@@ -206,10 +208,10 @@ def check_large():
     pathlib.Path("small").write_bytes(b"x")
     for name in ("large.zip", "stored.zip"):
         expect(f"append to {name}", append(name, "small"), OK)
-        expect(f"add to {name}", (add(name, "small", "more"), add(name, "small", "small")), (OK, OK))
+        expect(f"add to {name}", add(name, "small"), OK)
         with zipfile.ZipFile(name) as archive:
             expect(name, [(entry.filename, entry.file_size) for entry in archive.infolist()],
-                   [("large", size), ("more", 1), ("small", 1)])
+                   [("large", size), ("small", 1)])
         said = subprocess.run(["unzip", "-tqq", name], capture_output=True, text=True, check=False)
         expect(f"unzip -t {name}", said.stdout + said.stderr, "")
 
@@ -249,4 +251,4 @@ with tempfile.TemporaryDirectory() as place:
         for check in (check_streams, check_trees, check_refusals, check_additions, check_full_disk, check_killed, check_many):
             check()
     os.chdir("/")
-sys.exit("\n".join(faults))
+sys.exit("\n".join(faults) or 0)

@@ -10,10 +10,13 @@ import json
 import os
 import pathlib
 import random
+import resource
 import shutil
 import subprocess
 import sys
 import tempfile
+
+import archives
 
 RANDOM_SECONDS = 5
 API = pathlib.Path(__file__).resolve().parents[2] / "types/api.json"
@@ -110,6 +113,11 @@ def prepare_plugins(data):
     os.makedirs(f"{data}/hostile/directory/plugin.json")
 
 
+def limit_files():
+    """Lets files have 4 MB, beyond which writing fails."""
+    resource.setrlimit(resource.RLIMIT_FSIZE, (4_000_000, 4_000_000))
+
+
 def main():
     novahost, scripts, name, *options = sys.argv[1:]
     arguments = []
@@ -131,6 +139,8 @@ def main():
                 held.enter_context(locked)
         if name == "plugins":
             prepare_plugins(data)
+        if name == "archives":
+            archives.prepare(data)
         script = f"{scripts}/{name}.js"
         if name in ("walk", "random"):
             text = pathlib.Path(script).read_text(encoding="utf-8")
@@ -143,10 +153,15 @@ def main():
             environment["QT_QPA_PLATFORM"] = "offscreen"
             if os.geteuid() == 0:
                 environment["QTWEBENGINE_DISABLE_SANDBOX"] = "1"
-        result = subprocess.run(command, capture_output=True, text=True, errors="replace", env=environment, cwd=data)
+        limited = name == "archives" and "--browser" not in options
+        result = subprocess.run(command, capture_output=True, text=True, errors="replace", env=environment, cwd=data,
+                                restore_signals=not limited, preexec_fn=limit_files if limited else None)
         half_done = [path.name for path in pathlib.Path(data, "plugins").glob(".*")]
+        if name == "archives":
+            half_done += [path.name for path in pathlib.Path(data).rglob(".*") if len(path.name) == 33]
+            half_done += [path.name for path in pathlib.Path(data).glob("unfinished*")]
     if half_done:
-        sys.exit(f"loads that did not end well left {half_done}")
+        sys.exit(f"what did not end well left {half_done}")
     print(result.stdout, result.stderr[-4000:], sep="", end="")
     if result.returncode != 0:
         sys.exit(f"exit code {result.returncode}; arguments {arguments[-1:] if name == 'random' else ''}")

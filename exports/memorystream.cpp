@@ -72,7 +72,8 @@ public:
     {
         if (!iid || !out)
             return VEXLITE_STREAM_BAD_ARGUMENT;
-        const auto is = [iid](const VexliteIid& known) { return std::memcmp(iid, &known, sizeof known) == 0; };
+        const auto is = [iid](
+                            const VexliteIid& known) { return std::memcmp(iid, &known, sizeof known) == 0; };
         const bool isKnown = is(UnknownId) || is(SequentialStreamId) || is(StreamId) || is(MemoryStreamId);
         *out = isKnown ? this : nullptr;
         if (!isKnown)
@@ -116,7 +117,8 @@ public:
             return VEXLITE_STREAM_NO_MEMORY;
         // What is written may come from the block itself, which growing may move.
         const auto* source = static_cast<const char*>(bytes);
-        const auto offset = reinterpret_cast<std::uintptr_t>(source) - reinterpret_cast<std::uintptr_t>(m_block->data());
+        const auto offset =
+            reinterpret_cast<std::uintptr_t>(source) - reinterpret_cast<std::uintptr_t>(m_block->data());
         const bool isOwn = offset < m_block->size();
         const std::uint64_t end = m_position + count;
         if (end > m_block->size() && !m_block->resize(end))
@@ -160,7 +162,8 @@ public:
         std::int32_t error = VEXLITE_STREAM_OK;
         while (!error && all < count) {
             std::uint32_t taken = 0;
-            (void)Read(part.data(), static_cast<std::uint32_t>(std::min<std::uint64_t>(count - all, part.size())), &taken);
+            (void)Read(part.data(),
+                static_cast<std::uint32_t>(std::min<std::uint64_t>(count - all, part.size())), &taken);
             if (!taken)
                 break;
             std::uint32_t given = 0;

@@ -29,7 +29,8 @@ std::string makeName()
 ReplacementFile::ReplacementFile(int directory)
     : m_directory(directory)
     , m_name(makeName())
-    , m_descriptor(openat(directory, m_name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666))
+    , m_descriptor(
+          openat(directory, m_name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666))
 {
 }
 
@@ -45,7 +46,8 @@ ReplacementFile::~ReplacementFile()
 bool ReplacementFile::take(const std::string& name, bool replaces)
 {
     const char* from = m_name.c_str();
-    bool hasMoved = renameat2(m_directory, from, m_directory, name.c_str(), replaces ? 0 : RENAME_NOREPLACE) == 0;
+    bool hasMoved =
+        renameat2(m_directory, from, m_directory, name.c_str(), replaces ? 0 : RENAME_NOREPLACE) == 0;
     // Some file systems can not rename that way, but can link.
     if (!hasMoved && errno == EINVAL)
         return linkat(m_directory, from, m_directory, name.c_str(), 0) == 0;

@@ -113,7 +113,7 @@ int32_t _XDeflate(const void* source, uint32_t length, void** handle, uint32_t* 
 // operations stand in the order of the usual IStream, behind the three of IUnknown, so that code which knows either can
 // use it. In C: stream->functions->Read(stream, ...); in C++: stream->Read(...).
 //
-// References are counted atomically. [any thread] for everything, though threads that share a stream, its clones or
+// References are counted atomically. The last one is given back before the library is unloaded. [any thread] for everything, though threads that share a stream, its clones or
 // its block take turns.
 
 /// What the operations return: 0, or one of these.
@@ -150,7 +150,7 @@ typedef struct VexliteStreamStat {
     VexliteIid classId;
     uint32_t state;
     uint32_t reserved;
-} VexliteStreamStat;
+} VexliteStreamStat; // 80 bytes
 
 typedef struct VexliteStream VexliteStream;
 
@@ -197,7 +197,8 @@ typedef struct VexliteStreamFunctions {
     int32_t (*Write)(VexliteStream* self, const void* bytes, uint32_t count, uint32_t* done);
     int32_t (*Seek)(VexliteStream* self, int64_t distance, uint32_t from, uint64_t* position);
     int32_t (*SetSize)(VexliteStream* self, uint64_t size);
-    int32_t (*CopyTo)(VexliteStream* self, VexliteStream* other, uint64_t count, uint64_t* read, uint64_t* written);
+    int32_t (*CopyTo)(
+        VexliteStream* self, VexliteStream* other, uint64_t count, uint64_t* read, uint64_t* written);
     int32_t (*Commit)(VexliteStream* self, uint32_t flags);
     int32_t (*Revert)(VexliteStream* self);
     int32_t (*LockRegion)(VexliteStream* self, uint64_t at, uint64_t count, uint32_t type);
@@ -241,14 +242,17 @@ int32_t _XGetHGBLFromStream(VexliteStream* stream, void** handle);
 /// What the functions return.
 enum {
     VEXLITE_ZIP_OK = 0,
-    VEXLITE_ZIP_BAD_ARGUMENT = -1, ///< a pointer is null, a path empty or no UTF-16, the level unknown, or `count` 0
-    VEXLITE_ZIP_BAD_NAME = -2,     ///< an entry can not have the name
-    VEXLITE_ZIP_NOT_FOUND = -3,    ///< a source is not there
-    VEXLITE_ZIP_UNREADABLE = -4,   ///< a source can not be read, is of another kind, or changed its size meanwhile
-    VEXLITE_ZIP_EXISTS = -5,       ///< the archive has an entry of the name, or two sources would get the same one
-    VEXLITE_ZIP_NOT_ARCHIVE = -6,  ///< what is there is no archive, damaged, or packed in a way that is not known
-    VEXLITE_ZIP_WRITE_FAILED = -7, ///< the directory is not there, or the system refused
-    VEXLITE_ZIP_NO_SPACE = -8,     ///< the disk, the quota or the limit of a file's size is reached
+    VEXLITE_ZIP_BAD_ARGUMENT =
+        -1, ///< a pointer is null, a path empty or no UTF-16, the level unknown, or `count` 0
+    VEXLITE_ZIP_BAD_NAME = -2,  ///< an entry can not have the name
+    VEXLITE_ZIP_NOT_FOUND = -3, ///< a source is not there
+    VEXLITE_ZIP_UNREADABLE =
+        -4,                  ///< a source can not be read, is of another kind, or changed its size meanwhile
+    VEXLITE_ZIP_EXISTS = -5, ///< the archive has an entry of the name, or two sources would get the same one
+    VEXLITE_ZIP_NOT_ARCHIVE =
+        -6, ///< what is there is no archive, damaged, or packed in a way that is not known
+    VEXLITE_ZIP_WRITE_FAILED = -7,       ///< the directory is not there, or the system refused
+    VEXLITE_ZIP_NO_SPACE = -8,           ///< the disk, the quota or the limit of a file's size is reached
     VEXLITE_ZIP_NO_MEMORY = -0x7ffffffe, ///< 0x80000002
     VEXLITE_ZIP_UNEXPECTED = -0x7fff0001 ///< 0x8000FFFF: an exception was stopped at the edge of the library
 };

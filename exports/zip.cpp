@@ -55,17 +55,24 @@ public:
     explicit NewArchive(const fs::path& path)
         : m_path(followLink(path))
         , m_name(m_path.filename().native())
-        , m_directory(AT_FDCWD, m_path.has_parent_path() ? m_path.parent_path().c_str() : ".", O_PATH | O_DIRECTORY)
+        , m_directory(
+              AT_FDCWD, m_path.has_parent_path() ? m_path.parent_path().c_str() : ".", O_PATH | O_DIRECTORY)
         , m_file(m_directory.number())
         , m_error(errno)
     {
     }
 
     /// Why there is no new file, or VEXLITE_ZIP_OK.
-    std::int32_t error() const { return m_file ? std::int32_t { VEXLITE_ZIP_OK } : convertWriteError(m_error); }
+    std::int32_t error() const
+    {
+        return m_file ? std::int32_t { VEXLITE_ZIP_OK } : convertWriteError(m_error);
+    }
     int descriptor() const noexcept { return m_file.descriptor(); }
     /// What is in its place now.
-    Descriptor openOld() const { return Descriptor(m_directory.number(), m_name.c_str(), O_RDONLY | O_NONBLOCK); }
+    Descriptor openOld() const
+    {
+        return Descriptor(m_directory.number(), m_name.c_str(), O_RDONLY | O_NONBLOCK);
+    }
     bool isThere() const
     {
         struct stat facts { };
@@ -234,8 +241,8 @@ bool isLevel(std::int32_t level)
     return level >= -1 && level <= MaxLevel;
 }
 
-std::int32_t addFile(const VexliteChar16* zipPath, const VexliteChar16* filePath, const VexliteChar16* entryName,
-    std::int32_t level, bool replaces)
+std::int32_t addFile(const VexliteChar16* zipPath, const VexliteChar16* filePath,
+    const VexliteChar16* entryName, std::int32_t level, bool replaces)
 {
     return convertExceptions([&]() -> std::int32_t {
         const auto path = convertToUtf8(zipPath);
@@ -251,8 +258,8 @@ std::int32_t addFile(const VexliteChar16* zipPath, const VexliteChar16* filePath
 
 } // namespace
 
-VEXLITE_EXPORT std::int32_t _XCompressToZipFile(
-    const VexliteChar16* zipPath, const VexliteChar16* const* sources, std::uint32_t count, std::int32_t level)
+VEXLITE_EXPORT std::int32_t _XCompressToZipFile(const VexliteChar16* zipPath,
+    const VexliteChar16* const* sources, std::uint32_t count, std::int32_t level)
 {
     return convertExceptions([&]() -> std::int32_t {
         const auto path = convertToUtf8(zipPath);

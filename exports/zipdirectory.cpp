@@ -51,14 +51,16 @@ std::int32_t writeBytes(int to, const char* bytes, std::size_t count)
 
 struct Directory {
     std::uint64_t at = 0; ///< in the file
-    std::uint64_t ahead = 0; ///< the bytes in front of what offsets count from, such as a program that unpacks itself
+    std::uint64_t ahead =
+        0; ///< the bytes in front of what offsets count from, such as a program that unpacks itself
     std::string records;
     std::string comment;
 };
 
 std::optional<Directory> readDirectory(int file, std::uint64_t fileSize)
 {
-    const std::uint64_t tailAt = fileSize - std::min<std::uint64_t>(fileSize, EndSize + Large16 + LocatorSize);
+    const std::uint64_t tailAt =
+        fileSize - std::min<std::uint64_t>(fileSize, EndSize + Large16 + LocatorSize);
     const auto tail = readPart(file, tailAt, fileSize - tailAt);
     std::size_t end = tail ? tail->rfind("PK\5\6") : std::string::npos;
     while (end != std::string::npos
@@ -73,10 +75,12 @@ std::optional<Directory> readDirectory(int file, std::uint64_t fileSize)
     if (end >= LocatorSize && tail->compare(end - LocatorSize, 4, "PK\6\7") == 0) {
         // It is where the locator says, or right before it where something stands ahead of the archive.
         const std::uint64_t said = readNumber<std::uint64_t>(*tail, end - LocatorSize + 8);
-        const std::uint64_t near = behind - LocatorSize - std::min<std::uint64_t>(behind - LocatorSize, LargeEndSize);
+        const std::uint64_t near =
+            behind - LocatorSize - std::min<std::uint64_t>(behind - LocatorSize, LargeEndSize);
         std::optional<std::string> large;
         for (const std::uint64_t at : { said, near }) {
-            if (at < fileSize && (large = readPart(file, at, LargeEndSize)) && large->compare(0, 4, "PK\6\6") == 0) {
+            if (at < fileSize && (large = readPart(file, at, LargeEndSize))
+                && large->compare(0, 4, "PK\6\6") == 0) {
                 size = readNumber<std::uint64_t>(*large, 40);
                 offset = readNumber<std::uint64_t>(*large, 48);
                 behind = at;
@@ -100,8 +104,8 @@ std::optional<Directory> readDirectory(int file, std::uint64_t fileSize)
 /// An entry's record in a directory.
 struct Record {
     std::string bytes;
-    std::size_t offsetAt = 0;     ///< where in the bytes its offset is
-    bool isLarge = false;         ///< of 64 bits, instead of 32
+    std::size_t offsetAt = 0; ///< where in the bytes its offset is
+    bool isLarge = false;     ///< of 64 bits, instead of 32
     std::uint64_t offset = 0;
 
     void setOffset(std::uint64_t value)
@@ -167,7 +171,8 @@ std::optional<std::vector<Record>> splitRecords(const std::string& directory)
 
 std::int32_t convertWriteError(int error)
 {
-    return error == ENOSPC || error == EDQUOT || error == EFBIG ? VEXLITE_ZIP_NO_SPACE : VEXLITE_ZIP_WRITE_FAILED;
+    return error == ENOSPC || error == EDQUOT || error == EFBIG ? VEXLITE_ZIP_NO_SPACE
+                                                                : VEXLITE_ZIP_WRITE_FAILED;
 }
 
 std::string makeLargeEnd(std::uint64_t entries, std::uint64_t size, std::uint64_t offset)
@@ -214,8 +219,9 @@ std::int32_t copyPart(int from, std::uint64_t begin, std::uint64_t end, int to)
 std::optional<std::string> readBlankArchive(int file)
 {
     struct stat facts { };
-    const auto directory = fstat(file, &facts) == 0 ? readDirectory(file, static_cast<std::uint64_t>(facts.st_size))
-                                                    : std::nullopt;
+    const auto directory = fstat(file, &facts) == 0
+        ? readDirectory(file, static_cast<std::uint64_t>(facts.st_size))
+        : std::nullopt;
     if (!directory || directory->at != 0 || !directory->records.empty())
         return std::nullopt;
     return directory->comment;
@@ -224,8 +230,9 @@ std::optional<std::string> readBlankArchive(int file)
 std::int32_t copyArchiveWithout(const std::string& name, int from, int to, std::uint64_t& left)
 {
     struct stat facts { };
-    const auto directory = fstat(from, &facts) == 0 ? readDirectory(from, static_cast<std::uint64_t>(facts.st_size))
-                                                    : std::nullopt;
+    const auto directory = fstat(from, &facts) == 0
+        ? readDirectory(from, static_cast<std::uint64_t>(facts.st_size))
+        : std::nullopt;
     auto records = directory ? splitRecords(directory->records) : std::nullopt;
     if (!records)
         return VEXLITE_ZIP_NOT_ARCHIVE;
@@ -244,8 +251,7 @@ std::int32_t copyArchiveWithout(const std::string& name, int from, int to, std::
         if (record.name() != name)
             kept.push_back(std::move(record));
         else
-            gone.emplace_back(
-                record.offset, *std::upper_bound(begins.begin(), begins.end(), record.offset));
+            gone.emplace_back(record.offset, *std::upper_bound(begins.begin(), begins.end(), record.offset));
     }
     std::sort(gone.begin(), gone.end());
     gone.emplace_back(begins.back(), begins.back());

@@ -28,8 +28,9 @@ constexpr uLong DosDirectory = 0x10;
 constexpr std::uint64_t Zip64From = 0xf0000000;
 
 /// The upper half of code page 437.
-constexpr char16_t CodePage437[] = u"ÇüéâäàåçêëèïîìÄÅÉæÆôöòûùÿÖÜ¢£¥₧ƒáíóúñÑªº¿⌐¬½¼¡«»░▒▓│┤╡╢╖╕╣║╗╝╜╛┐└┴┬├─┼╞╟╚╔╩╦╠═╬╧"
-                                   u"╨╤╥╙╘╒╓╫╪┘┌█▄▌▐▀αßΓπΣσµτΦΘΩδ∞φε∩≡±≥≤⌠⌡÷≈°∙·√ⁿ²■\u00a0";
+constexpr char16_t CodePage437[] =
+    u"ÇüéâäàåçêëèïîìÄÅÉæÆôöòûùÿÖÜ¢£¥₧ƒáíóúñÑªº¿⌐¬½¼¡«»░▒▓│┤╡╢╖╕╣║╗╝╜╛┐└┴┬├─┼╞╟╚╔╩╦╠═╬╧"
+    u"╨╤╥╙╘╒╓╫╪┘┌█▄▌▐▀αßΓπΣσµτΦΘΩδ∞φε∩≡±≥≤⌠⌡÷≈°∙·√ⁿ²■\u00a0";
 static_assert(std::size(CodePage437) == 129);
 
 void appendUtf8(std::string& text, char32_t character)
@@ -203,8 +204,9 @@ zlib_filefunc64_def ZipStream::functions()
             error = errno;
         return written;
     };
-    table.ztell64_file
-        = [](voidpf, voidpf stream) -> ZPOS64_T { return static_cast<ZPOS64_T>(ftello(fileOf(stream))); };
+    table.ztell64_file = [](voidpf, voidpf stream) -> ZPOS64_T {
+        return static_cast<ZPOS64_T>(ftello(fileOf(stream)));
+    };
     table.zseek64_file = [](voidpf self, voidpf stream, ZPOS64_T offset, int origin) -> long {
         // minizip's origins have the values of stdio's. What is still to be written is written here.
         const int result = fseeko(fileOf(stream), static_cast<off_t>(offset), origin);
@@ -228,7 +230,8 @@ bool ZipStream::flush()
 mode_t ZipEntry::unixMode() const
 {
     const int system = static_cast<int>(info.version >> 8 & 0xff);
-    return system == UnixSystem || system == MacSystem ? static_cast<mode_t>(info.external_fa >> 16 & 0xffff) : 0;
+    return system == UnixSystem || system == MacSystem ? static_cast<mode_t>(info.external_fa >> 16 & 0xffff)
+                                                       : 0;
 }
 
 ZipWriter::ZipWriter(int descriptor, std::optional<std::uint64_t> present)
@@ -268,9 +271,9 @@ std::int32_t ZipWriter::begin(const std::string& name, const struct stat& facts,
     const auto length = static_cast<uInt>(time.size());
     const bool isStored = isDirectory || level == 0;
     const bool isLarge = !isDirectory && static_cast<std::uint64_t>(facts.st_size) >= Zip64From;
-    return convert(zipOpenNewFileInZip4_64(m_zip, name.c_str(), &info, time.data(), length, time.data(), length,
-        nullptr, isStored ? 0 : Z_DEFLATED, level, 0, -MAX_WBITS, DEF_MEM_LEVEL, Z_DEFAULT_STRATEGY, nullptr, 0,
-        MadeByUnix, Utf8Flag, isLarge));
+    return convert(zipOpenNewFileInZip4_64(m_zip, name.c_str(), &info, time.data(), length, time.data(),
+        length, nullptr, isStored ? 0 : Z_DEFLATED, level, 0, -MAX_WBITS, DEF_MEM_LEVEL, Z_DEFAULT_STRATEGY,
+        nullptr, 0, MadeByUnix, Utf8Flag, isLarge));
 }
 
 std::int32_t ZipWriter::write(const void* bytes, std::size_t count)
@@ -366,7 +369,7 @@ std::string ZipReader::comment()
     std::string text(all.size_comment, '\0');
     if (!text.empty() && unzGetGlobalComment(m_unzip, text.data(), text.size()) < 0)
         return {};
-    return text.c_str();
+    return text.substr(0, text.find('\0'));
 }
 
 } // namespace jsapi

@@ -43,7 +43,7 @@ private:
     std::string m_rootName;
     Below m_below;
     std::set<std::string> m_names; ///< of the sources
-    std::size_t m_sorted = 0;     ///< so many of those found
+    std::size_t m_sorted = 0;      ///< so many of those found
     std::vector<ZipSource> m_found;
     std::filesystem::path m_failed;
 };

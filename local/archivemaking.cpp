@@ -31,7 +31,8 @@ public:
     static Answer<Promise<CompressResult>> start(const JSContextEnv& page, const CompressOptions& options)
     {
         auto request = std::make_unique<CompressRequest>(page, options);
-        takeTurns(page, request.get(), [self = request.get()](QByteArray& buffer) { return self->work(buffer); });
+        takeTurns(
+            page, request.get(), [self = request.get()](QByteArray& buffer) { return self->work(buffer); });
         return promise(page, std::move(request));
     }
 
@@ -91,7 +92,8 @@ private:
     {
         if (const std::int32_t error = m_search->step()) {
             const QString path = decode(m_search->failed());
-            return fail((error == VEXLITE_ZIP_NOT_FOUND ? ArchiveSourceMissing : ArchiveSourceRefused) / path);
+            return fail(
+                (error == VEXLITE_ZIP_NOT_FOUND ? ArchiveSourceMissing : ArchiveSourceRefused) / path);
         }
         if (m_search->count() > MaxArchiveEntries)
             return fail(ArchiveTooManyEntries / m_target->string());
@@ -111,7 +113,8 @@ private:
         if (*m_file)
             m_archive.emplace(m_file->descriptor());
         if (!m_archive || !*m_archive)
-            return failToWrite(errno == ENOSPC || errno == EDQUOT ? VEXLITE_ZIP_NO_SPACE : VEXLITE_ZIP_WRITE_FAILED);
+            return failToWrite(
+                errno == ENOSPC || errno == EDQUOT ? VEXLITE_ZIP_NO_SPACE : VEXLITE_ZIP_WRITE_FAILED);
         m_step = &CompressRequest::beginEntry;
         return true;
     }
@@ -190,7 +193,8 @@ private:
     bool refuseSource() { return fail(ArchiveSourceRefused / decode(m_sources[m_next].path)); }
     bool failToWrite(std::int32_t error)
     {
-        return fail((error == VEXLITE_ZIP_NO_SPACE ? ArchiveNoSpace : ArchiveNotWritten) / m_target->string());
+        return fail(
+            (error == VEXLITE_ZIP_NO_SPACE ? ArchiveNoSpace : ArchiveNotWritten) / m_target->string());
     }
     bool fail(const Refusal& refusal)
     {

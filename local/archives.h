@@ -15,7 +15,8 @@ inline constexpr Failure ArchiveNewPathIsIllegal { ErrorCode::OperationFailed, "
 inline constexpr Failure ArchiveTargetExists { ErrorCode::OperationFailed, "%1 exists already.", true };
 inline constexpr Failure ArchiveNotWritten { ErrorCode::OperationFailed, "%1 can't be written.", true };
 inline constexpr Failure ArchiveNoSpace { ErrorCode::OperationFailed, "No space is left for %1.", true };
-inline constexpr Failure ArchiveTooManyEntries { ErrorCode::OperationFailed, "%1 has too many entries.", true };
+inline constexpr Failure ArchiveTooManyEntries { ErrorCode::OperationFailed, "%1 has too many entries.",
+    true };
 inline constexpr Failure ArchiveTooLarge { ErrorCode::OperationFailed, "%1 is too large.", true };
 inline constexpr Failure ArchiveDamaged { ErrorCode::OperationFailed, "%1 is damaged.", true };
 inline constexpr Failure ArchiveEncrypted { ErrorCode::OperationFailed, "%1 is encrypted.", true };
@@ -55,13 +56,14 @@ struct DecompressOptions {
     double maxBytes = 1 << 30;
     static constexpr auto fields()
     {
-        return strictly(
-            std::tuple(required("path", &DecompressOptions::path, "the archive, of a kind that pages may copy", PathIsEmpty),
-                required("folder", &DecompressOptions::folder,
-                    "the directory to unpack into, made with all directories above it when it is not there",
-                    PathIsEmpty),
-                optional("overwrite", &DecompressOptions::overwrite, "replace files that are there"),
-                optional("maxBytes", &DecompressOptions::maxBytes, "the most bytes that all files together may have")));
+        return strictly(std::tuple(required("path", &DecompressOptions::path,
+                                       "the archive, of a kind that pages may copy", PathIsEmpty),
+            required("folder", &DecompressOptions::folder,
+                "the directory to unpack into, made with all directories above it when it is not there",
+                PathIsEmpty),
+            optional("overwrite", &DecompressOptions::overwrite, "replace files that are there"),
+            optional("maxBytes", &DecompressOptions::maxBytes,
+                "the most bytes that all files together may have")));
     }
 };
 

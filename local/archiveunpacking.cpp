@@ -43,7 +43,8 @@ public:
     static Answer<Promise<DecompressResult>> start(const JSContextEnv& page, const DecompressOptions& options)
     {
         auto request = std::make_unique<DecompressRequest>(page, options);
-        takeTurns(page, request.get(), [self = request.get()](QByteArray& buffer) { return self->work(buffer); });
+        takeTurns(
+            page, request.get(), [self = request.get()](QByteArray& buffer) { return self->work(buffer); });
         return promise(page, std::move(request));
     }
 
@@ -239,7 +240,8 @@ private:
     /// Two entries of one name, one below a file, and the like.
     bool refusePlace(int error)
     {
-        return error == EEXIST || error == ENOTDIR || error == EISDIR || error == ELOOP || error == ENAMETOOLONG
+        return error == EEXIST || error == ENOTDIR || error == EISDIR || error == ELOOP
+                || error == ENAMETOOLONG
             ? refuseEntry()
             : failToWrite(error);
     }

@@ -35,8 +35,8 @@ Answer<Promise<QString>> KFileMd5Request::start(const JSContextEnv& page, const 
     if (!QFileInfo::exists(path))
         return Md5NotExisting / path;
     auto request = std::make_unique<KFileMd5Request>(page, path);
-    takeTurns(page, request.get(),
-        [self = request.get()](QByteArray& buffer) { return self->readSlice(buffer); });
+    takeTurns(
+        page, request.get(), [self = request.get()](QByteArray& buffer) { return self->readSlice(buffer); });
     return promise(page, std::move(request));
 }
 

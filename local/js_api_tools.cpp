@@ -33,12 +33,14 @@ const MemberList& KJsApiTools::members()
     return list;
 }
 
-Answer<Promise<CompressResult>> KJsApiTools::compress(const JSContextEnv& page, const CompressOptions& options)
+Answer<Promise<CompressResult>> KJsApiTools::compress(
+    const JSContextEnv& page, const CompressOptions& options)
 {
     return compressFiles(page, options);
 }
 
-Answer<Promise<DecompressResult>> KJsApiTools::decompress(const JSContextEnv& page, const DecompressOptions& options)
+Answer<Promise<DecompressResult>> KJsApiTools::decompress(
+    const JSContextEnv& page, const DecompressOptions& options)
 {
     return unpackArchive(page, options);
 }

@@ -30,7 +30,8 @@ FileDescriptor enterDirectory(int above, const char* name)
 }
 
 /// The directory at the end of steps that are separated by slashes, in which `enter` goes on from each to the next.
-template <typename Enter> FileDescriptor descend(const FileDescriptor& root, std::string_view steps, Enter enter)
+template <typename Enter>
+FileDescriptor descend(const FileDescriptor& root, std::string_view steps, Enter enter)
 {
     FileDescriptor here = openBelow(root.number(), ".");
     while (here && !steps.empty()) {
@@ -132,8 +133,8 @@ bool UnpackedTree::makeDirectory(const std::string& name) const
 FileDescriptor UnpackedTree::makeFile(const std::string& name) const
 {
     const std::size_t slash = name.rfind('/');
-    const FileDescriptor directory
-        = descend(m_root, slash == std::string::npos ? "" : name.substr(0, slash), enterDirectory);
+    const FileDescriptor directory =
+        descend(m_root, slash == std::string::npos ? "" : name.substr(0, slash), enterDirectory);
     if (!directory)
         return {};
     const char* last = name.c_str() + (slash == std::string::npos ? 0 : slash + 1);
@@ -174,7 +175,7 @@ UnpackedTree::Placement UnpackedTree::merge(
             const FileDescriptor toBelow = openBelow(to.number(), name.constData());
             if (!fromBelow || !toBelow)
                 return { Ended::Failed, {}, errno };
-            const Placement below = merge(fromBelow, toBelow, path, overwrites);
+            Placement below = merge(fromBelow, toBelow, path, overwrites);
             if (below.ended != Ended::Done)
                 return below;
             continue;

@@ -51,14 +51,15 @@ private:
     };
 
     UnpackedTree() = default;
-    Placement merge(const FileDescriptor& from, const FileDescriptor& to, const QByteArray& directory, bool overwrites);
+    Placement merge(
+        const FileDescriptor& from, const FileDescriptor& to, const QByteArray& directory, bool overwrites);
     void undo();
 
-    FileDescriptor m_above;    ///< what the tree's directory is in
-    QByteArray m_name;         ///< of the tree's directory, empty when it is in its place
-    QByteArray m_placeName;    ///< that the directory is to get, empty when its content becomes that of m_above
+    FileDescriptor m_above; ///< what the tree's directory is in
+    QByteArray m_name;      ///< of the tree's directory, empty when it is in its place
+    QByteArray m_placeName; ///< that the directory is to get, empty when its content becomes that of m_above
     FileDescriptor m_directory;
-    FileDescriptor m_root;     ///< the tree's directory, or one in it that is to become the folder
+    FileDescriptor m_root; ///< the tree's directory, or one in it that is to become the folder
     std::vector<Move> m_moves;
 };
 

@@ -1,12 +1,15 @@
-// The C functions against zlib and malloc called directly.
+// The C functions against zlib and malloc called directly, and against the zip program.
 #include "bench/livebytes.h"
 #include "exports/vexlitejsapi.h"
 #include "host/kbase/globalfree.h"
 #include "kbase/globalalloc.h"
 
-#include <QtGlobal>
+#include <QDir>
+#include <QTemporaryDir>
 #include <benchmark/benchmark.h>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <map>
 #include <random>
 #include <string>
@@ -168,6 +171,67 @@ const bool compressorsRegistered = [] {
     }
     return true;
 }();
+
+/// 256 files of 1 MiB of text, in a directory of its own that goes with the process.
+class Tree {
+public:
+    static const Tree& instance()
+    {
+        static const Tree tree;
+        return tree;
+    }
+
+    std::string path(const char* name) const
+    {
+        return m_place.filePath(QString::fromLatin1(name)).toStdString();
+    }
+
+private:
+    Tree()
+    {
+        QDir(m_place.path()).mkdir(QStringLiteral("tree"));
+        const std::string text = textOf(256 << 20);
+        for (std::size_t i = 0; i < 256; ++i)
+            std::ofstream(path("tree/") + std::to_string(i)) << text.substr(i << 20, 1 << 20);
+    }
+
+    QTemporaryDir m_place;
+};
+
+constexpr int ZipLevel = 6;
+
+void zipTree(benchmark::State& state)
+{
+    const std::u16string source = QString::fromStdString(Tree::instance().path("tree")).toStdU16String();
+    const std::u16string archive = QString::fromStdString(Tree::instance().path("ours.zip")).toStdU16String();
+    const char16_t* const sources[] = { source.c_str() };
+    for (auto _ : state) {
+        if (_XCompressToZipFile(archive.c_str(), sources, 1, ZipLevel) != VEXLITE_ZIP_OK)
+            qFatal("no archive");
+    }
+    state.counters["size"] =
+        static_cast<double>(std::filesystem::file_size(Tree::instance().path("ours.zip")));
+}
+
+void zipProgram(benchmark::State& state)
+{
+    const std::string archive = Tree::instance().path("theirs.zip");
+    const std::string command = "cd '" + Tree::instance().path("") + "' && zip -q -r -"
+        + std::to_string(ZipLevel) + " theirs.zip tree && sync theirs.zip";
+    for (auto _ : state) {
+        std::filesystem::remove(archive);
+        if (std::system(command.c_str()) != 0) // NOLINT(*-env33-c): every argument is of this file
+            qFatal("no archive");
+    }
+    state.counters["size"] = static_cast<double>(std::filesystem::file_size(archive));
+}
+
+BENCHMARK(zipTree)
+    ->Name("zip/_XCompressToZipFile")
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime()
+    ->Iterations(1);
+BENCHMARK(zipProgram)->Name("zip/zip")->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(1);
 
 constexpr std::size_t LiveBlocks = 1000000;
 

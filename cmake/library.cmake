@@ -10,6 +10,9 @@ endforeach()
 
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb)
+# By its plain name, which is the same wherever the static library of the C functions is linked.
+find_library(MINIZIP_LIBRARY minizip REQUIRED)
+find_path(MINIZIP_INCLUDE_DIR minizip/zip.h REQUIRED)
 
 # In the build tree users find the headers as in the install tree: <vexlitejsapi/entry.h>.
 set(public_headers exports/version.h exports/vexlitejsapi.h framework/entry.h framework/export.h
@@ -27,7 +30,7 @@ target_include_directories(vexlitejsapi PRIVATE ${PROJECT_SOURCE_DIR} INTERFACE 
 target_link_libraries(vexlitejsapi
     PUBLIC vexlite_platform
     PRIVATE $<BUILD_INTERFACE:vexlite_suite> $<BUILD_INTERFACE:vexlite_build_flags> Qt5::Network Qt5::Widgets Qt5::X11Extras
-        $<BUILD_INTERFACE:cloud_messages> PkgConfig::XCB ZLIB::ZLIB)
+        $<BUILD_INTERFACE:cloud_messages> PkgConfig::XCB ZLIB::ZLIB minizip)
 # Static locals in inline code must not keep the library from being unloaded.
 target_compile_options(vexlitejsapi PRIVATE -fno-gnu-unique)
 # Undefined symbols are no error here: scripts/imports knows which there may be.
@@ -50,6 +53,6 @@ add_library(VexliteJsApi::c ALIAS vexlitejsapi_c)
 target_include_directories(vexlitejsapi_c PRIVATE ${PROJECT_SOURCE_DIR} INTERFACE ${public_include_dirs})
 # A project without C++ links no C++ runtime by itself.
 target_link_libraries(vexlitejsapi_c
-    PRIVATE $<BUILD_INTERFACE:vexlite_platform> $<BUILD_INTERFACE:vexlite_build_flags> ZLIB::ZLIB
+    PRIVATE $<BUILD_INTERFACE:vexlite_platform> $<BUILD_INTERFACE:vexlite_build_flags> minizip ZLIB::ZLIB
     INTERFACE stdc++)
 set_target_properties(vexlitejsapi_c PROPERTIES OUTPUT_NAME vexlitejsapi-c EXPORT_NAME c UNITY_BUILD OFF)

@@ -77,7 +77,7 @@ set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME vexlitejsapi)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME vexlitejsapi-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS "qtbase5-dev (>= 5.15), zlib1g-dev")
+set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS "qtbase5-dev (>= 5.15), libminizip-dev, zlib1g-dev")
 # check-suite
 set(CPACK_DEBIAN_DEV_PACKAGE_RECOMMENDS "python3, binutils")
 set(CPACK_DEBIAN_STANDIN_PACKAGE_NAME vexlitejsapi-standin)

@@ -3,6 +3,7 @@
 
 #include "framework/pagewatch.h"
 #include "framework/request.h"
+#include "local/pageturns.h"
 
 #include <QCryptographicHash>
 #include <QFile>
@@ -14,9 +15,7 @@ inline constexpr Failure Md5PathIsEmpty { ErrorCode::OperationFailed, "Path is e
 inline constexpr Failure Md5NotExisting { ErrorCode::OperationFailed, "%1 is not existed", true };
 inline constexpr Failure Md5NotOpened { ErrorCode::OperationFailed, "%1 can't been opened", true };
 
-/// One "getFileMd5" request. All pages take turns, a slice each; the requests of one page follow each other.
-/// So a page holds one file open and all requests together one slice in memory, whatever their number and
-/// size. A file that changes while it is read has no digest: the promise is rejected. A page that has gone
+/// One "getFileMd5" request. A file that changes while it is read has no digest: the promise is rejected. A page that has gone
 /// with its browser has no more files read. [GUI thread]
 class KFileMd5Request final : public KJsRequestFor<QString> {
     Q_OBJECT
@@ -27,12 +26,8 @@ public:
 
     KFileMd5Request(const JSContextEnv& page, const QString& path);
 
-    enum class Slice {
-        Read,
-        TooYoung, ///< nothing was read: a change that is made now could not be seen by its time stamp
-        Ended,    ///< the request has finished
-    };
-    /// Reads the next slice into `buffer`, the first time after opening the file.
+    /// Reads the next slice into `buffer`, the first time after opening the file. It waits while a change that is
+    /// made now could not be seen by the file's time stamp.
     Slice readSlice(QByteArray& buffer);
 
 private:

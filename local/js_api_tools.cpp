@@ -81,8 +81,21 @@ const MemberList& KJsApiTools::members()
             member<&Self::getIntranetType>(u"getIntranetType", Category::Usual, Type::JsValue,
                 "Returns which services the suite uses: 0 the public ones, 1 those of a private installation, "
                 "2 both."),
-            unbuilt(u"compress", Category::Launch, Type::JsValue, { Type::JsValue }),
-            unbuilt(u"decompress", Category::Launch, Type::JsValue, { Type::JsValue }),
+            member<&Self::compress>(u"compress", Category::Launch, Type::JsValue, { Type::JsValue },
+                "Makes a zip archive of files and directories. Each is named in the archive without the directories "
+                "that lead there; of a directory all that is in it goes in, but no links, pipes and devices. Resolves "
+                "when the archive is in its place. On a failure there is no archive, and one that was there is as it "
+                "was.",
+                { &WrongParameters, &ArchiveNewPathIsIllegal, &ArchiveTargetExists, &ArchiveSourceMissing,
+                    &ArchiveSourceRefused, &ArchiveTooManyEntries, &ArchiveNotWritten, &ArchiveNoSpace,
+                    &PromiseServiceNull }),
+            member<&Self::decompress>(u"decompress", Category::Launch, Type::JsValue, { Type::JsValue },
+                "Unpacks a zip archive into a directory. Directories become one with those that are there. Refused "
+                "are archives with names that lead elsewhere, links, programs, encrypted entries, or more than 100000 "
+                "entries. Resolves when all files are in their places. On a failure nothing has changed.",
+                { &WrongParameters, &ArchivePathIsIllegal, &ArchiveNewPathIsIllegal, &ArchiveDamaged,
+                    &ArchiveEntryRefused, &ArchiveEncrypted, &ArchiveTooManyEntries, &ArchiveTooLarge,
+                    &ArchiveTargetExists, &ArchiveNotWritten, &ArchiveNoSpace, &PromiseServiceNull }),
             member<&Self::showConfirmDlg>(u"showConfirmDlg", Category::Usual, Type::JsValue,
                 { Type::JsValue },
                 "Has the user decide in a dialog. Returns the index of the button, -1 when the dialog was "
@@ -135,6 +148,18 @@ Answer<bool> KJsApiTools::launchProcessByNova(const JSContextEnv& page, const Ow
 Answer<std::int32_t> KJsApiTools::getIntranetType(KDomainManager& domains)
 {
     return domains.intranetType();
+}
+
+Answer<Promise<CompressResult>> KJsApiTools::compress(
+    const JSContextEnv& page, const CompressOptions& options)
+{
+    return compressFiles(page, options);
+}
+
+Answer<Promise<DecompressResult>> KJsApiTools::decompress(
+    const JSContextEnv& page, const DecompressOptions& options)
+{
+    return unpackArchive(page, options);
 }
 
 Answer<std::int32_t> KJsApiTools::showConfirmDlg(const JSContextEnv& page, const ConfirmOptions& options)

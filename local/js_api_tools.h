@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/extensionobject.h"
+#include "local/archives.h"
 #include "local/confirmdialog.h"
 #include "suite/kdomainmanager.h"
 #include "webui/innerpage.h"
@@ -24,6 +25,8 @@ public:
     Answer<QString> getDomainUrl(KDomainManager& domains, const DomainOptions& options);
     Answer<bool> launchProcessByNova(const JSContextEnv& page, const OwnProgramOptions& options);
     Answer<std::int32_t> getIntranetType(KDomainManager& domains);
+    Answer<Promise<CompressResult>> compress(const JSContextEnv& page, const CompressOptions& options);
+    Answer<Promise<DecompressResult>> decompress(const JSContextEnv& page, const DecompressOptions& options);
     Answer<std::int32_t> showConfirmDlg(const JSContextEnv& page, const ConfirmOptions& options);
     Answer<bool> sendMail(const JSContextEnv& page, const Mail& mail);
 };

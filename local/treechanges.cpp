@@ -194,6 +194,12 @@ bool removeFile(const WritablePath& file)
         && unlinkat(file.above().number(), file.name()->constData(), 0) == 0;
 }
 
+bool emptyDirectory(const FileDescriptor& directory)
+{
+    TreeRemoval removal;
+    return walkTree(directory, removal) && removal.isComplete();
+}
+
 Removal removeTree(const WritablePath& path)
 {
     const std::optional<QByteArray> name = path.name();
@@ -212,8 +218,7 @@ Removal removeTree(const WritablePath& path)
         return Removal::Incomplete;
     if (holdsGuardedPlace(directory))
         return Removal::Refused;
-    TreeRemoval removal;
-    const bool isEmpty = walkTree(directory, removal) && removal.isComplete();
+    const bool isEmpty = emptyDirectory(directory);
     return unlinkat(above, name->constData(), AT_REMOVEDIR) == 0 && isEmpty ? Removal::Done
                                                                             : Removal::Incomplete;
 }

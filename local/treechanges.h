@@ -43,4 +43,7 @@ enum class Removal {
 /// or something closed to pages is there or could not be reached any more (local/guardedplaces.h).
 Removal removeTree(const WritablePath& directory);
 
+/// Removes what is in a directory that the caller itself has made. False when something is left.
+bool emptyDirectory(const FileDescriptor& directory);
+
 } // namespace jsapi

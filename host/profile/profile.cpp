@@ -124,7 +124,7 @@ static void from_json(const nlohmann::json& from, KMembership& to)
 
 namespace engine {
 
-PROFILE_ENTRY(PolicyRule, origin, allow, deny)
+PROFILE_ENTRY(PolicyRule, origin, allow, deny, permissions)
 
 } // namespace engine
 

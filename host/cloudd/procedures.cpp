@@ -3,6 +3,7 @@
 #include "host/cloudd/envelope.h"
 #include "host/cloudd/localjobs.h"
 #include "host/cloudd/names.h"
+#include "host/cloudd/orbitapi.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -329,6 +330,14 @@ void call(void (*handler)(Core&, Caller&, const Argument&, const Answer<Result>&
     }
 }
 
+/// The SDK's requests, whose replies have their state elsewhere.
+void orbitApiCall(Core& core, Session& session, const void* argument, const Service::Reply& reply)
+{
+    const orbitapi::OrbitApiResult result
+        = callOrbitApi(core, session, *static_cast<const orbitapi::CommonRequestArg*>(argument));
+    reply(result.resultState == static_cast<int>(State::Ok), &result);
+}
+
 template <auto Handler> void run(Core& core, Session& session, const void* argument, Service::Reply reply)
 {
     call(Handler, core, session, argument, std::move(reply));
@@ -342,6 +351,10 @@ constexpr Procedure Procedures[] = {
     { "getDefaultWorkspace", run<getDefaultWorkspace> },
     { "saveToCloudDir", run<saveToCloudDir> },
     { "syncFolder", run<syncFolder> },
+    { "orbitApiCall",
+        [](Core& core, Session& session, const void* argument, Service::Reply reply) {
+            orbitApiCall(core, session, argument, reply);
+        } },
 };
 
 } // namespace

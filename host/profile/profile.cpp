@@ -136,7 +136,7 @@ NLOHMANN_JSON_SERIALIZE_ENUM(DialogKind,
     { { DialogKind::Any, nullptr }, { DialogKind::File, "file" }, { DialogKind::Files, "files" },
         { DialogKind::Folder, "folder" }, { DialogKind::Save, "save" }, { DialogKind::Cloud, "cloud" },
         { DialogKind::Panel, "panel" }, { DialogKind::Access, "access" }, { DialogKind::Login, "login" },
-        { DialogKind::Upgrade, "upgrade" } })
+        { DialogKind::Upgrade, "upgrade" }, { DialogKind::Sync, "sync" } })
 NLOHMANN_JSON_SERIALIZE_ENUM(CloudTab,
     { { CloudTab::Recent, "recent" }, { CloudTab::Cloud, "cloud" }, { CloudTab::Share, "share" },
         { CloudTab::Favorite, "favorite" }, { CloudTab::Company, "company" } })

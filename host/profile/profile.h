@@ -56,7 +56,7 @@ struct Access {
 };
 
 enum class DialogMode { Auto, Show, Answer };
-enum class DialogKind { Any, File, Files, Folder, Save, Cloud, Panel, Access, Login, Upgrade };
+enum class DialogKind { Any, File, Files, Folder, Save, Cloud, Panel, Access, Login, Upgrade, Sync };
 
 /// The answer to one dialog in place of the user.
 struct DialogAnswer {

@@ -43,6 +43,8 @@ QString toString(DialogKind kind)
         return QStringLiteral("login");
     case DialogKind::Upgrade:
         return QStringLiteral("upgrade");
+    case DialogKind::Sync:
+        return QStringLiteral("sync");
     }
     return {};
 }

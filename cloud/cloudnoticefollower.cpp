@@ -16,11 +16,11 @@ QObject* findEventObject()
 
 KCloudNoticeFollower::KCloudNoticeFollower()
     : m_events(findEventObject,
-          [this](QObject& events) {
-              return KServiceFollower<QObject>::Connections { connect(&events,
-                  SIGNAL(signal_notifyActionsMapDefault(QMap<QString, QString>)), this,
-                  SLOT(onNotifyActionsMapDefault(QMap<QString, QString>))) };
-          })
+        [this](QObject& events) {
+            return KServiceFollower<QObject>::Connections { connect(&events,
+                SIGNAL(signal_notifyActionsMapDefault(QMap<QString, QString>)), this,
+                SLOT(onNotifyActionsMapDefault(QMap<QString, QString>))) };
+        })
     , m_proxy(KCoreApplication::cloudSvrProxy, [this](KCloudSvrProxy& proxy) {
         m_events.follow();
         return KServiceFollower<KCloudSvrProxy>::Connections { connect(

@@ -85,14 +85,13 @@ Answer<Promise<AdapterReply>> KCloudAdapterRequest::start(const JSContextEnv& pa
         request, "slot_commonRequestFinished");
 }
 
-void KCloudAdapterRequest::slot_commonRequestFinished(
-    bool ok, const QString&, const LarkIpcResult& result)
+void KCloudAdapterRequest::slot_commonRequestFinished(bool ok, const QString&, const LarkIpcResult& result)
 {
     // A request that the service did not get has an empty result.
     if (!ok && result.state == 0)
         return reject(CommonRequestFailed);
-    resolve(toVariant(
-        AdapterReply { result.state, result.resultString, result.resultMap, result.resultList }));
+    resolve(
+        toVariant(AdapterReply { result.state, result.resultString, result.resultMap, result.resultList }));
 }
 
 void KCloudAdapterEventHandle::takeActions(const QMap<QString, QString>& actions)

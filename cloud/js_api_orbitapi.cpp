@@ -29,7 +29,8 @@ struct KJsApiOrbitapi::RequestOptions {
             optional("timeoutMs", &Self::timeoutMs, "after how many ms it fails; 1 to 600000"),
             optional("canRetry", &Self::canRetry,
                 "whether it may be sent again when the connection breaks; not for one that changes something twice"),
-            optional("extraParam", &Self::extraParam, "what else the SDK is to know for sending it, all strings")));
+            optional("extraParam", &Self::extraParam,
+                "what else the SDK is to know for sending it, all strings")));
     }
 };
 
@@ -39,10 +40,13 @@ const MemberList& KJsApiOrbitapi::members()
     static const MemberList list { "Requests to the servers of the cloud, by their names.",
         {
             member<&Self::commonRequest>(u"commonRequest", Category::CloudRequest, Type::Object,
-                { Type::JsValue, { Type::Object, "callback", "called with the reply, too, after the promise has got it" } },
+                { Type::JsValue,
+                    { Type::Object, "callback",
+                        "called with the reply, too, after the promise has got it" } },
                 "Sends a request for the signed-in user. Resolves with whatever the server replies, also when that is "
                 "a refusal: look at `ok`. Rejects when there is no reply, or one that is damaged.",
-                { &NoCloudSdk, &CallFailed, &PromiseServiceError, &CommonRequestFailed, &CommonRequestTimedOut }),
+                { &NoCloudSdk, &CallFailed, &PromiseServiceError, &CommonRequestFailed,
+                    &CommonRequestTimedOut }),
         } };
     return list;
 }

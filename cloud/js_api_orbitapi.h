@@ -32,7 +32,8 @@ struct OrbitReply {
             property("data", &Self::data,
                 "what was requested: JSON with an object or a list, parsed, or any other string as it is. Absent "
                 "where there is none"),
-            property("result", &Self::result, "the body of the reply, where the server gives it besides the data"),
+            property(
+                "result", &Self::result, "the body of the reply, where the server gives it besides the data"),
             property("headers", &Self::headers, "the headers of the reply"),
             property("host", &Self::host, "the server"),
             property("api", &Self::api, "the request's name on the server"),

@@ -75,11 +75,11 @@ struct KJsApiSyncFolder::PathDialogOptions {
             optional("localPath", &PathDialogOptions::localPath, "the folder that it shows first"));
     }
 };
-struct KJsApiSyncFolder::SpaceOptions {
+struct KJsApiSyncFolder::EntryOptions {
     QString from;
     static constexpr auto fields()
     {
-        return std::tuple(optional("from", &SpaceOptions::from, "what the user came from, for statistics"));
+        return std::tuple(optional("from", &EntryOptions::from, "what the user came from, for statistics"));
     }
 };
 struct KJsApiSyncFolder::MessageOptions {
@@ -91,7 +91,8 @@ struct KJsApiSyncFolder::MessageOptions {
         using Self = MessageOptions;
         return std::tuple(required("text", &Self::text, "plain text"),
             optional("title", &Self::title, "of the dialog"),
-            optional("buttons", &Self::buttons, "their labels, at most 4; the suite's own button when left out"));
+            optional(
+                "buttons", &Self::buttons, "their labels, at most 4; the suite's own button when left out"));
     }
 };
 struct KJsApiSyncFolder::PrivilegeOptions {
@@ -107,8 +108,10 @@ struct KJsApiSyncFolder::SizeOptions {
     std::string cloudPath;
     static constexpr auto fields()
     {
-        return strictly(std::tuple(expected("localPath", &SizeOptions::localPath, "a folder of this machine, or else"),
-            optional("cloudPath", &SizeOptions::cloudPath, "one of the cloud: its path or id; `/` is the root folder")));
+        return strictly(
+            std::tuple(expected("localPath", &SizeOptions::localPath, "a folder of this machine, or else"),
+                optional("cloudPath", &SizeOptions::cloudPath,
+                    "one of the cloud: its path or id; `/` is the root folder")));
     }
 };
 struct KJsApiSyncFolder::FolderOptions {
@@ -138,7 +141,8 @@ struct KJsApiSyncFolder::ToLocalOptions {
         using Self = ToLocalOptions;
         return strictly(std::tuple(
             required("cloudPath", &Self::cloudPath, "an existing folder of the cloud: its path or id"),
-            required("localPath", &Self::localPath, "the local folder; made where its parent folder is there")));
+            required(
+                "localPath", &Self::localPath, "the local folder; made where its parent folder is there")));
     }
 };
 struct KJsApiSyncFolder::SyncOptions {
@@ -221,14 +225,14 @@ const MemberList& KJsApiSyncFolder::members()
                 "Shows the user's sync folders, where they can be ended: files then stay on both sides. Resolves when "
                 "the dialog is closed.",
                 dialog),
-            member<&Self::showSyncFolderPathWidget>(u"showSyncFolderPathWidget", Category::Usual, Type::JsValue,
-                { Type::JsValue },
+            member<&Self::showSyncFolderPathWidget>(u"showSyncFolderPathWidget", Category::Usual,
+                Type::JsValue, { Type::JsValue },
                 "Has the user choose a local folder. Resolves with its path, empty when the user cancelled; whether it "
                 "can be a sync folder is for `checkSyncFolderPathValid` to say.",
                 dialog),
             member<&Self::openCloudSpacePage>(u"openCloudSpacePage", Category::Usual, Type::JsValue,
-                { Type::JsValue }, "Shows how much space the user has in the cloud. Resolves when that is closed.",
-                dialog),
+                { Type::JsValue },
+                "Shows how much space the user has in the cloud. Resolves when that is closed.", dialog),
             member<&Self::getFolderSize>(u"getFolderSize", Category::Usual, Type::JsValue, { Type::JsValue },
                 "Resolves with the size of a folder. Of a local one, links and what is on other disks do not count; one "
                 "with more than 200000 entries is refused (`tooManyFiles`).",
@@ -236,7 +240,8 @@ const MemberList& KJsApiSyncFolder::members()
             member<&Self::getSupportSelectSyncFolderMode>(u"getSupportSelectSyncFolderMode", Category::Usual,
                 Type::JsValue, "Resolves with the ways in which folders can be synced.", request),
             member<&Self::syncFolderPrecheck>(u"syncFolderPrecheck", Category::Usual, Type::JsValue,
-                { Type::JsValue }, "Resolves with whether `syncFolder` would take a local folder, and what it would transfer.",
+                { Type::JsValue },
+                "Resolves with whether `syncFolder` would take a local folder, and what it would transfer.",
                 local),
             member<&Self::desktopSyncPreCheck>(u"desktopSyncPreCheck", Category::Usual, Type::JsValue,
                 { Type::JsValue }, "The same for `setPersonalDesktopSync`.", request),
@@ -247,28 +252,32 @@ const MemberList& KJsApiSyncFolder::members()
                 "Makes the user's desktop a sync folder, which is synced within some seconds. Fails with "
                 "`alreadySynced` when it is one.",
                 request),
-            member<&Self::cancelPersonalDesktopSync>(u"cancelPersonalDesktopSync", Category::Usual, Type::JsValue,
-                { Type::JsValue },
-                "Ends that; the files stay on both sides. Resolves with whether the desktop was a sync folder.", request),
-            member<&Self::getIsNeedRepairOverlayIcon>(u"getIsNeedRepairOverlayIcon", Category::Usual, Type::JsValue,
+            member<&Self::cancelPersonalDesktopSync>(u"cancelPersonalDesktopSync", Category::Usual,
+                Type::JsValue, { Type::JsValue },
+                "Ends that; the files stay on both sides. Resolves with whether the desktop was a sync folder.",
+                request),
+            member<&Self::getIsNeedRepairOverlayIcon>(u"getIsNeedRepairOverlayIcon", Category::Usual,
+                Type::JsValue,
                 "Resolves with whether synced files have lost the mark that file managers show as an overlay icon: the "
                 "extended attribute `user.nova.sync-state`.",
                 request),
-            member<&Self::doRepairOverlayIcon>(u"doRepairOverlayIcon", Category::Usual, Type::JsValue,
-                "Gives it to them again.", request),
+            member<&Self::doRepairOverlayIcon>(
+                u"doRepairOverlayIcon", Category::Usual, Type::JsValue, "Gives it to them again.", request),
             member<&Self::syncFolder>(u"syncFolder", Category::Usual, Type::JsValue, { Type::JsValue },
                 "Syncs a sync folder now, or makes a local folder one and syncs it. Resolves when that is done. When the "
                 "folder is being synced already, it is synced once more.",
                 local),
             member<&Self::syncToLocal>(u"syncToLocal", Category::Usual, Type::JsValue, { Type::JsValue },
-                "Makes a folder of the cloud a local one, too, as a sync folder. Resolves when it has been synced.", local),
-            member<&Self::changeSyncPath>(u"changeSyncPath", Category::Usual, Type::JsValue, { Type::JsValue },
+                "Makes a folder of the cloud a local one, too, as a sync folder. Resolves when it has been synced.",
+                local),
+            member<&Self::changeSyncPath>(u"changeSyncPath", Category::Usual, Type::JsValue,
+                { Type::JsValue },
                 "Moves a sync folder on this machine, or takes note that the user has moved it. To another disk nothing "
                 "is moved: its files are downloaded there, and the old ones stay. A sync under way ends with "
                 "`cancelled`.",
                 local),
-            member<&Self::checkSyncFolderPathValid>(u"checkSyncFolderPathValid", Category::Usual, Type::JsValue,
-                { Type::JsValue },
+            member<&Self::checkSyncFolderPathValid>(u"checkSyncFolderPathValid", Category::Usual,
+                Type::JsValue, { Type::JsValue },
                 "Resolves with whether a local folder can become a sync folder. Reasons against it: `closed` to pages, "
                 "`root`, `home` (or it holds that), `missing`, `link`, `notFolder`, `notWritable`, `closedToUploads`, "
                 "`withinSyncFolder`, `containsSyncFolder`.",
@@ -279,18 +288,21 @@ const MemberList& KJsApiSyncFolder::members()
                 "`otherFolder`, as in its `state`.",
                 request),
             member<&Self::getRecentFileList>(u"getRecentFileList", Category::Usual, Type::JsValue,
-                { Type::JsValue }, "Resolves with the user's files of the cloud that were changed last, the latest first.",
+                { Type::JsValue },
+                "Resolves with the user's files of the cloud that were changed last, the latest first.",
                 request),
             member<&Self::scanFolder>(u"scanFolder", Category::Usual, Type::JsValue, { Type::JsValue },
                 "Resolves with what a sync of a folder would do. Changes nothing.", local),
             member<&Self::getSyncFolderCount>(u"getSyncFolderCount", Category::Usual, Type::JsValue,
                 "Resolves with the user's sync folders and how many there are.", request),
             member<&Self::showNovaBox>(u"showNovaBox", Category::Usual, Type::JsValue, { Type::JsValue },
-                "Shows a message. Resolves with the index of the button that the user clicked, -1 for none.", dialog),
+                "Shows a message. Resolves with the index of the button that the user clicked, -1 for none.",
+                dialog),
             member<&Self::getUserTypeList>(u"getUserTypeList", Category::Usual, Type::JsValue,
                 "As whom the user can sync: for himself or herself, and as a member of a company."),
             member<&Self::showCompanyPrivilegeDlg>(u"showCompanyPrivilegeDlg", Category::Usual, Type::JsValue,
-                { Type::JsValue }, "Shows what members of a company may have more. Resolves when that is closed.", dialog),
+                { Type::JsValue },
+                "Shows what members of a company may have more. Resolves when that is closed.", dialog),
         }
     }.withEvents(SyncNoticeEvent);
     return list;
@@ -322,15 +334,18 @@ void KSyncFolderEventHandle::takeActions(const QMap<QString, QString>& actions)
             readCount(actions, "failed"), actions.value(heapString("reason")) });
 }
 
-Answer<Promise<DialogEnd>> KJsApiSyncFolder::openSyncFolderListDlg(const SignedInUser&, const JSContextEnv& page)
+Answer<Promise<DialogEnd>> KJsApiSyncFolder::openSyncFolderListDlg(
+    const SignedInUser&, const JSContextEnv& page, const EntryOptions& options)
 {
-    return KSyncDialogRequest::show(page, KSyncFolderDialog::FolderList, {}, readDialogEnd);
+    return KSyncDialogRequest::show(
+        page, KSyncFolderDialog::FolderList, { { heapString("from"), options.from } }, readDialogEnd);
 }
 
 Answer<Promise<QString>> KJsApiSyncFolder::showSyncFolderPathWidget(
     const SignedInUser&, const JSContextEnv& page, const PathDialogOptions& options)
 {
-    return KSyncDialogRequest::show(page, KSyncFolderDialog::FolderPath,
+    return KSyncDialogRequest::show(
+        page, KSyncFolderDialog::FolderPath,
         { { heapString("title"), options.title }, { heapString("localPath"), options.localPath } },
         +[](bool confirmed, const QVariantMap& values) {
             return confirmed ? values.value(heapString("localPath")).toString() : heapString("");
@@ -338,7 +353,7 @@ Answer<Promise<QString>> KJsApiSyncFolder::showSyncFolderPathWidget(
 }
 
 Answer<Promise<DialogEnd>> KJsApiSyncFolder::openCloudSpacePage(
-    const SignedInUser&, const JSContextEnv& page, const SpaceOptions& options)
+    const SignedInUser&, const JSContextEnv& page, const EntryOptions& options)
 {
     return KSyncDialogRequest::show(
         page, KSyncFolderDialog::CloudSpace, { { heapString("from"), options.from } }, readDialogEnd);
@@ -349,8 +364,8 @@ Answer<Promise<FolderSize>> KJsApiSyncFolder::getFolderSize(
 {
     if (options.localPath.isEmpty() == options.cloudPath.empty())
         return WrongParameters;
-    std::optional<Arguments> arguments
-        = options.localPath.isEmpty() ? makeArguments(user) : makeLocalArguments(user, options.localPath);
+    std::optional<Arguments> arguments =
+        options.localPath.isEmpty() ? makeArguments(user) : makeLocalArguments(user, options.localPath);
     if (!arguments)
         return NewPathIsIllegal;
     arguments->insert(heapString("cloudFolder"), toQString(options.cloudPath));
@@ -360,8 +375,8 @@ Answer<Promise<FolderSize>> KJsApiSyncFolder::getFolderSize(
 Answer<Promise<SyncModes>> KJsApiSyncFolder::getSupportSelectSyncFolderMode(
     const SignedInUser& user, const JSContextEnv& page)
 {
-    return KSyncFolderRequest::send<SyncModes>(page, "sync.listModes", makeArguments(user),
-        +[](const LarkIpcResult& result) {
+    return KSyncFolderRequest::send<SyncModes>(
+        page, "sync.listModes", makeArguments(user), +[](const LarkIpcResult& result) {
             SyncModes modes { result.resultList.size() > 1, {} };
             for (const std::string& mode : result.resultList)
                 modes.modes.push_back(toQString(mode));
@@ -407,7 +422,7 @@ Answer<Promise<SyncFolderInfo>> KJsApiSyncFolder::setPersonalDesktopSync(
 }
 
 Answer<Promise<bool>> KJsApiSyncFolder::cancelPersonalDesktopSync(
-    const SignedInUser& user, const JSContextEnv& page)
+    const SignedInUser& user, const JSContextEnv& page, const EntryOptions&)
 {
     return KSyncFolderRequest::removeDesktop(page, user.id());
 }
@@ -473,8 +488,10 @@ Answer<Promise<PathCheck>> KJsApiSyncFolder::checkSyncFolderPathValid(
     // The check itself never refuses a path: a word for it is what the page wants.
     const std::optional<Arguments> arguments = makeLocalArguments(user, options.localPath);
     if (!arguments)
-        return KSyncFolderRequest::send<PathCheck>(page, "sync.listModes", makeArguments(user),
-            +[](const LarkIpcResult&) { return PathCheck { false, heapString("closed") }; });
+        return KSyncFolderRequest::send<PathCheck>(
+            page, "sync.listModes", makeArguments(user), +[](const LarkIpcResult&) {
+                return PathCheck { false, heapString("closed") };
+            });
     return KSyncFolderRequest::send<PathCheck>(page, "sync.checkPath", *arguments);
 }
 
@@ -493,8 +510,8 @@ Answer<Promise<std::vector<RecentFile>>> KJsApiSyncFolder::getRecentFileList(
         return WrongParameters;
     Arguments arguments = makeArguments(user);
     arguments.insert(heapString("count"), QString::number(options.count));
-    return KSyncFolderRequest::send<std::vector<RecentFile>>(page, "sync.listRecentFiles", arguments,
-        +[](const LarkIpcResult& result) {
+    return KSyncFolderRequest::send<std::vector<RecentFile>>(
+        page, "sync.listRecentFiles", arguments, +[](const LarkIpcResult& result) {
             std::vector<RecentFile> files;
             for (const std::string& json : result.resultList)
                 files.push_back(fromJson<RecentFile>(json));
@@ -507,8 +524,8 @@ Answer<Promise<FolderScan>> KJsApiSyncFolder::scanFolder(
 {
     if (options.id.empty() == options.localPath.isEmpty())
         return WrongParameters;
-    std::optional<Arguments> arguments
-        = options.localPath.isEmpty() ? makeArguments(user) : makeLocalArguments(user, options.localPath);
+    std::optional<Arguments> arguments =
+        options.localPath.isEmpty() ? makeArguments(user) : makeLocalArguments(user, options.localPath);
     if (!arguments)
         return NewPathIsIllegal;
     arguments->insert(heapString("id"), toQString(options.id));
@@ -519,8 +536,8 @@ Answer<Promise<FolderScan>> KJsApiSyncFolder::scanFolder(
 Answer<Promise<SyncFolderList>> KJsApiSyncFolder::getSyncFolderCount(
     const SignedInUser& user, const JSContextEnv& page)
 {
-    return KSyncFolderRequest::send<SyncFolderList>(page, "sync.listFolders", makeArguments(user),
-        +[](const LarkIpcResult& result) {
+    return KSyncFolderRequest::send<SyncFolderList>(
+        page, "sync.listFolders", makeArguments(user), +[](const LarkIpcResult& result) {
             SyncFolderList list { static_cast<double>(result.resultList.size()), {} };
             for (const std::string& json : result.resultList)
                 list.folders.push_back(fromJson<SyncFolderInfo>(json));
@@ -537,7 +554,8 @@ Answer<Promise<std::int32_t>> KJsApiSyncFolder::showNovaBox(
     QStringList buttons;
     for (const std::string& button : options.buttons)
         buttons.append(toQString(button));
-    return KSyncDialogRequest::show(page, KSyncFolderDialog::Message,
+    return KSyncDialogRequest::show(
+        page, KSyncFolderDialog::Message,
         { { heapString("title"), options.title }, { heapString("text"), options.text },
             { heapString("buttons"), buttons } },
         +[](bool confirmed, const QVariantMap& values) -> std::int32_t {

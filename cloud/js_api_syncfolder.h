@@ -1,8 +1,8 @@
 #pragma once
 
+#include "cloud/cloudnoticefollower.h"
 #include "cloud/signedinuser.h"
 #include "cloud/syncfolderrequest.h"
-#include "cloud/cloudnoticefollower.h"
 
 #include <memory>
 
@@ -30,7 +30,7 @@ public:
     static const MemberList& members();
 
     struct PathDialogOptions;
-    struct SpaceOptions;
+    struct EntryOptions;
     struct MessageOptions;
     struct PrivilegeOptions;
     struct SizeOptions;
@@ -44,14 +44,16 @@ public:
     struct RecentOptions;
     struct ScanOptions;
 
-    Answer<Promise<DialogEnd>> openSyncFolderListDlg(const SignedInUser& user, const JSContextEnv& page);
+    Answer<Promise<DialogEnd>> openSyncFolderListDlg(
+        const SignedInUser& user, const JSContextEnv& page, const EntryOptions& options);
     Answer<Promise<QString>> showSyncFolderPathWidget(
         const SignedInUser& user, const JSContextEnv& page, const PathDialogOptions& options);
     Answer<Promise<DialogEnd>> openCloudSpacePage(
-        const SignedInUser& user, const JSContextEnv& page, const SpaceOptions& options);
+        const SignedInUser& user, const JSContextEnv& page, const EntryOptions& options);
     Answer<Promise<FolderSize>> getFolderSize(
         const SignedInUser& user, const JSContextEnv& page, const SizeOptions& options);
-    Answer<Promise<SyncModes>> getSupportSelectSyncFolderMode(const SignedInUser& user, const JSContextEnv& page);
+    Answer<Promise<SyncModes>> getSupportSelectSyncFolderMode(
+        const SignedInUser& user, const JSContextEnv& page);
     Answer<Promise<SyncPrecheck>> syncFolderPrecheck(
         const SignedInUser& user, const JSContextEnv& page, const FolderOptions& options);
     Answer<Promise<SyncPrecheck>> desktopSyncPreCheck(
@@ -60,8 +62,10 @@ public:
         const SignedInUser& user, const JSContextEnv& page, const ToLocalOptions& options);
     Answer<Promise<SyncFolderInfo>> setPersonalDesktopSync(
         const SignedInUser& user, const JSContextEnv& page, const DesktopOptions& options);
-    Answer<Promise<bool>> cancelPersonalDesktopSync(const SignedInUser& user, const JSContextEnv& page);
-    Answer<Promise<OverlayIcons>> getIsNeedRepairOverlayIcon(const SignedInUser& user, const JSContextEnv& page);
+    Answer<Promise<bool>> cancelPersonalDesktopSync(
+        const SignedInUser& user, const JSContextEnv& page, const EntryOptions& options);
+    Answer<Promise<OverlayIcons>> getIsNeedRepairOverlayIcon(
+        const SignedInUser& user, const JSContextEnv& page);
     Answer<Promise<OverlayIcons>> doRepairOverlayIcon(const SignedInUser& user, const JSContextEnv& page);
     Answer<Promise<SyncSummary>> syncFolder(
         const SignedInUser& user, const JSContextEnv& page, const SyncOptions& options);

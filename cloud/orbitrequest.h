@@ -9,9 +9,10 @@
 namespace jsapi {
 
 inline constexpr Failure NoCloudSdk { ErrorCode::OperationFailed, "Cloud SDK error." };
-inline constexpr Failure CommonRequestFailed = Failure { ErrorCode::OperationFailed, "Common request failed." }.rejected();
-inline constexpr Failure CommonRequestTimedOut
-    = Failure { ErrorCode::OperationFailed, "Common request timed out." }.rejected();
+inline constexpr Failure CommonRequestFailed =
+    Failure { ErrorCode::OperationFailed, "Common request failed." }.rejected();
+inline constexpr Failure CommonRequestTimedOut =
+    Failure { ErrorCode::OperationFailed, "Common request timed out." }.rejected();
 
 class KOrbitRequest final : public KJsRequestFor<OrbitReply> {
     Q_OBJECT
@@ -22,8 +23,8 @@ public:
     {
     }
     /// Fails with NoCloudSdk and CallFailed, which is also for a request of too many bytes.
-    static Answer<Promise<OrbitReply>> start(const JSContextEnv& page, const orbitapi::CommonRequestArg& request,
-        Callback<OrbitReply> callback);
+    static Answer<Promise<OrbitReply>> start(
+        const JSContextEnv& page, const orbitapi::CommonRequestArg& request, Callback<OrbitReply> callback);
 
     /// For the SDK, once.
     Q_SLOT void slot_commonRequestFinished(bool ok, const QString& requestId, const QByteArray& bytes);

@@ -9,9 +9,10 @@
 namespace jsapi {
 
 /// With a word of the service's for the reason, or "noReply".
-inline constexpr Failure SyncRequestFailed
-    = Failure { ErrorCode::OperationFailed, "Sync folder request failed: %1." }.rejected();
-inline constexpr Failure NoSyncFolderUi { ErrorCode::OperationFailed, "Sync folder dialogs are not available." };
+inline constexpr Failure SyncRequestFailed =
+    Failure { ErrorCode::OperationFailed, "Sync folder request failed: %1." }.rejected();
+inline constexpr Failure NoSyncFolderUi { ErrorCode::OperationFailed,
+    "Sync folder dialogs are not available." };
 
 /// One or two requests to the cloud service: the second, a sync, is made of the reply to the first.
 class KSyncFolderRequest final : public KJsRequest {
@@ -22,8 +23,8 @@ public:
 
     /// A method of the general envelope, whose result is read by `read`.
     template <typename Value>
-    static Answer<Promise<Value>> send(const JSContextEnv& page, const char* method, const Arguments& arguments,
-        Value (*read)(const LarkIpcResult& result))
+    static Answer<Promise<Value>> send(const JSContextEnv& page, const char* method,
+        const Arguments& arguments, Value (*read)(const LarkIpcResult& result))
     {
         auto request = std::make_unique<KSyncFolderRequest>();
         request->m_finish = [read](KSyncFolderRequest& self, const LarkIpcResult& result) {
@@ -33,9 +34,11 @@ public:
     }
     /// The same where the result is one JSON value.
     template <typename Value>
-    static Answer<Promise<Value>> send(const JSContextEnv& page, const char* method, const Arguments& arguments)
+    static Answer<Promise<Value>> send(
+        const JSContextEnv& page, const char* method, const Arguments& arguments)
     {
-        return send<Value>(page, method, arguments,
+        return send<Value>(
+            page, method, arguments,
             +[](const LarkIpcResult& result) { return fromJson<Value>(result.resultString); });
     }
     /// Syncs a folder.
@@ -74,8 +77,8 @@ class KSyncDialogRequest final : public KJsRequest {
 
 public:
     template <typename Value>
-    static Answer<Promise<Value>> show(const JSContextEnv& page, KSyncFolderDialog dialog, const QVariantMap& options,
-        Value (*read)(bool confirmed, const QVariantMap& values))
+    static Answer<Promise<Value>> show(const JSContextEnv& page, KSyncFolderDialog dialog,
+        const QVariantMap& options, Value (*read)(bool confirmed, const QVariantMap& values))
     {
         auto request = std::make_unique<KSyncDialogRequest>();
         request->m_read = [read](bool confirmed, const QVariantMap& values) {

@@ -28,7 +28,8 @@ struct SyncFolderInfo {
             property("state", &Self::state,
                 "`idle`, `syncing`, `failed` (see `lastError`), `missing` (there is no local folder) or `otherFolder` "
                 "(another one is in its place); for the last two call `changeSyncPath`"),
-            property("lastSyncTime", &Self::lastSyncTime, "when its last sync ended, ms since 1970; 0 for never"),
+            property(
+                "lastSyncTime", &Self::lastSyncTime, "when its last sync ended, ms since 1970; 0 for never"),
             property("lastError", &Self::lastError, "a word for why that failed; empty when it succeeded"));
     }
 };
@@ -58,7 +59,8 @@ struct SyncSummary {
         return std::tuple(property("id", &Self::id, "the sync folder"),
             property("uploaded", &Self::uploaded, "files that went to the cloud"),
             property("downloaded", &Self::downloaded, "files that came from there"),
-            property("removed", &Self::removed, "files that were removed on one side as they had been on the other"),
+            property("removed", &Self::removed,
+                "files that were removed on one side as they had been on the other"),
             property("conflicts", &Self::conflicts,
                 "files that had changed on both sides: the local version is kept as `name (local version 1).ext`"),
             property("skipped", &Self::skipped,
@@ -139,7 +141,8 @@ struct FolderScan {
             property("folders", &Self::folders, "likewise"),
             property("size", &Self::size, "of these files, bytes"),
             property("uploads", &Self::uploads, "files that would go to the cloud"),
-            property("downloads", &Self::downloads, "files that would come from there, those with conflicts too"),
+            property(
+                "downloads", &Self::downloads, "files that would come from there, those with conflicts too"),
             property("removals", &Self::removals, "files that would be removed on one side"),
             property("conflicts", &Self::conflicts, "files that have changed on both sides"),
             property("skipped", &Self::skipped, "what is never synced"),
@@ -154,8 +157,10 @@ struct SyncModes {
     std::vector<QString> modes;
     static constexpr auto fields()
     {
-        return std::tuple(property("supported", &SyncModes::supported, "whether there is more than one to choose from"),
-            property("modes", &SyncModes::modes, "for the option `mode` of `syncFolder`; the first is the usual one"));
+        return std::tuple(
+            property("supported", &SyncModes::supported, "whether there is more than one to choose from"),
+            property("modes", &SyncModes::modes,
+                "for the option `mode` of `syncFolder`; the first is the usual one"));
     }
 };
 
@@ -170,7 +175,8 @@ struct RecentFile {
     {
         using Self = RecentFile;
         return std::tuple(property("fileId", &Self::fileId, "its id in the cloud"),
-            property("name", &Self::name, "its name"), property("cloudPath", &Self::cloudPath, "its path in the cloud"),
+            property("name", &Self::name, "its name"),
+            property("cloudPath", &Self::cloudPath, "its path in the cloud"),
             property("localPath", &Self::localPath, "where it is in a sync folder; empty when it is in none"),
             property("size", &Self::size, "bytes"),
             property("changeTime", &Self::changeTime, "when the cloud got this version, ms since 1970"));
@@ -184,9 +190,10 @@ struct OverlayIcons {
     static constexpr auto fields()
     {
         using Self = OverlayIcons;
-        return std::tuple(property("supported", &Self::supported,
-                              "whether the disk can keep the marks by which file managers know synced files; false as "
-                              "well while there are no such files"),
+        return std::tuple(
+            property("supported", &Self::supported,
+                "whether the disk can keep the marks by which file managers know synced files; false as "
+                "well while there are no such files"),
             property("missing", &Self::missing, "files without their mark"),
             property("repaired", &Self::repaired, "those that have got it now"));
     }
@@ -210,8 +217,8 @@ struct DialogEnd {
     bool confirmed = false;
     static constexpr auto fields()
     {
-        return std::tuple(
-            property("confirmed", &DialogEnd::confirmed, "false when the user cancelled it, or it could not be answered"));
+        return std::tuple(property("confirmed", &DialogEnd::confirmed,
+            "false when the user cancelled it, or it could not be answered"));
     }
 };
 
@@ -229,8 +236,7 @@ struct SyncNotice {
     {
         using Self = SyncNotice;
         return std::tuple(property("id", &Self::id, "the sync folder"),
-            property("state", &Self::state,
-                "`added`, `syncing`, `synced`, `failed`, `moved` or `removed`"),
+            property("state", &Self::state, "`added`, `syncing`, `synced`, `failed`, `moved` or `removed`"),
             property("localPath", &Self::localPath, "the folder on this machine"),
             property("uploaded", &Self::uploaded, "files, as those below, once a sync has ended"),
             property("downloaded", &Self::downloaded, "files that came from the cloud"),

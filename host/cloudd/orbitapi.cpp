@@ -124,8 +124,8 @@ OrbitApiResult callOrbitApi(Core& core, const Session& session, const CommonRequ
             throw Error(State::UnknownMethod);
         result.api = found->key;
         const auto user = request.extraParam.find("userId");
-        const std::string userId
-            = user == request.extraParam.end() ? session.currentUser.toStdString() : user->second;
+        const std::string userId =
+            user == request.extraParam.end() ? session.currentUser.toStdString() : user->second;
         if (userId.empty())
             throw Error(State::NotSignedIn);
         OrbitCall call { core, findSignedInMember(core, session, userId), request };

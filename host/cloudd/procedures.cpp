@@ -333,8 +333,8 @@ void call(void (*handler)(Core&, Caller&, const Argument&, const Answer<Result>&
 /// The SDK's requests, whose replies have their state elsewhere.
 void orbitApiCall(Core& core, Session& session, const void* argument, const Service::Reply& reply)
 {
-    const orbitapi::OrbitApiResult result
-        = callOrbitApi(core, session, *static_cast<const orbitapi::CommonRequestArg*>(argument));
+    const orbitapi::OrbitApiResult result =
+        callOrbitApi(core, session, *static_cast<const orbitapi::CommonRequestArg*>(argument));
     reply(result.resultState == static_cast<int>(State::Ok), &result);
 }
 

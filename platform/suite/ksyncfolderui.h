@@ -9,10 +9,12 @@ class QObject;
 
 /// Which one, and what its options and the values of its end are, all strings unless said otherwise.
 enum class KSyncFolderDialog {
-    FolderList = 0, ///< the user's sync folders, where they can be removed; no options, no values
-    FolderPath = 1, ///< chooses a local folder; options "title" and "localPath", where it begins; value "localPath"
+    FolderList = 0, ///< the user's sync folders, where they can be removed; option "from"; no values
+    FolderPath =
+        1, ///< chooses a local folder; options "title" and "localPath", where it begins; value "localPath"
     CloudSpace = 2, ///< the page of the user's cloud space; option "from"; no values
-    Message = 3,    ///< options "title", "text" and "buttons", a list of strings; value "button", the index as an int
+    Message =
+        3, ///< options "title", "text" and "buttons", a list of strings; value "button", the index as an int
     CompanyPrivilege = 4, ///< what the user's company has to offer for it; option "privilege"; no values
 };
 
@@ -27,6 +29,6 @@ public:
     /// `endedSlot` (a name without parameters) of `receiver` is called once when it has ended, from the event loop, unless
     /// the receiver has gone: with whether the user confirmed (bool) and the values (QVariantMap). A dialog whose page or
     /// receiver goes may stay or end.
-    bool show(KSyncFolderDialog dialog, const JSContextEnv& page, const QVariantMap& options, QObject* receiver,
-        const QString& endedSlot);
+    bool show(KSyncFolderDialog dialog, const JSContextEnv& page, const QVariantMap& options,
+        QObject* receiver, const QString& endedSlot);
 };

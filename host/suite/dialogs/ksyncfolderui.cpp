@@ -24,8 +24,8 @@ QString readString(const QVariantMap& options, const char* key)
 void answer(KSyncFolderDialog dialog, const Ended& ended)
 {
     const bool choosesFolder = dialog == KSyncFolderDialog::FolderPath;
-    const auto answer
-        = dialogs::takeAnswer(choosesFolder ? profile::DialogKind::Folder : profile::DialogKind::Sync);
+    const auto answer =
+        dialogs::takeAnswer(choosesFolder ? profile::DialogKind::Folder : profile::DialogKind::Sync);
     QVariantMap values = answer ? answer->values : QVariantMap();
     if (choosesFolder && answer && !answer->files.isEmpty())
         values.insert(QStringLiteral("localPath"), answer->files.first());
@@ -87,7 +87,8 @@ void showDialog(KSyncFolderDialog dialog, const QVariantMap& options, const Ende
         break;
     case KSyncFolderDialog::CompanyPrivilege:
         showMessage(QStringLiteral("Company"),
-            QStringLiteral("Members of a company may have: %1").arg(readString(options, "privilege")), {}, ended);
+            QStringLiteral("Members of a company may have: %1").arg(readString(options, "privilege")), {},
+            ended);
         break;
     }
 }

@@ -29,7 +29,8 @@ SyncFolderList::SyncFolderList(QWidget* owner)
     layout->addWidget(buttons);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::accept);
     connect(m_remove, &QPushButton::clicked, this, &SyncFolderList::removeChosen);
-    connect(m_folders, &QListWidget::currentRowChanged, this, [this](int row) { m_remove->setEnabled(row >= 0); });
+    connect(m_folders, &QListWidget::currentRowChanged, this,
+        [this](int row) { m_remove->setEnabled(row >= 0); });
     load();
 }
 

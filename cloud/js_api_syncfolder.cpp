@@ -1,10 +1,13 @@
 #include "cloud/js_api_syncfolder.h"
 
+#include "local/guardedplaces.h"
 #include "local/pathcheck.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <fcntl.h>
 
 namespace jsapi {
 
@@ -43,6 +46,22 @@ std::optional<Arguments> makeLocalArguments(const SignedInUser& user, const QStr
         return std::nullopt;
     Arguments arguments = makeArguments(user);
     arguments.insert(heapString("localPath"), path->string());
+    return arguments;
+}
+
+/// Whether syncing the folder would write to what is closed to pages: it is in there.
+bool holdsClosedPlace(const QString& path)
+{
+    const FileDescriptor folder(open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    return folder && holdsGuardedPlace(folder);
+}
+
+/// The same as makeLocalArguments() for a folder that is to be synced.
+std::optional<Arguments> makeSyncedArguments(const SignedInUser& user, const QString& localPath)
+{
+    std::optional<Arguments> arguments = makeLocalArguments(user, localPath);
+    if (arguments && holdsClosedPlace(arguments->value(heapString("localPath"))))
+        return std::nullopt;
     return arguments;
 }
 
@@ -251,7 +270,7 @@ const MemberList& KJsApiSyncFolder::members()
                 { Type::JsValue },
                 "Makes the user's desktop a sync folder, which is synced within some seconds. Fails with "
                 "`alreadySynced` when it is one.",
-                request),
+                local),
             member<&Self::cancelPersonalDesktopSync>(u"cancelPersonalDesktopSync", Category::Usual,
                 Type::JsValue, { Type::JsValue },
                 "Ends that; the files stay on both sides. Resolves with whether the desktop was a sync folder.",
@@ -278,7 +297,7 @@ const MemberList& KJsApiSyncFolder::members()
                 local),
             member<&Self::checkSyncFolderPathValid>(u"checkSyncFolderPathValid", Category::Usual,
                 Type::JsValue, { Type::JsValue },
-                "Resolves with whether a local folder can become a sync folder. Reasons against it: `closed` to pages, "
+                "Resolves with whether a local folder can become a sync folder. Reasons against it: `closed` to pages, or it holds what is, "
                 "`root`, `home` (or it holds that), `missing`, `link`, `notFolder`, `notWritable`, `closedToUploads`, "
                 "`withinSyncFolder`, `containsSyncFolder`.",
                 request),
@@ -387,7 +406,7 @@ Answer<Promise<SyncModes>> KJsApiSyncFolder::getSupportSelectSyncFolderMode(
 Answer<Promise<SyncPrecheck>> KJsApiSyncFolder::syncFolderPrecheck(
     const SignedInUser& user, const JSContextEnv& page, const FolderOptions& options)
 {
-    std::optional<Arguments> arguments = makeLocalArguments(user, options.localPath);
+    std::optional<Arguments> arguments = makeSyncedArguments(user, options.localPath);
     if (!arguments)
         return NewPathIsIllegal;
     const QString name = QFileInfo(arguments->value(heapString("localPath"))).fileName();
@@ -406,7 +425,7 @@ Answer<Promise<SyncPrecheck>> KJsApiSyncFolder::desktopSyncPreCheck(
 Answer<Promise<SyncPrecheck>> KJsApiSyncFolder::syncToLocalPrecheck(
     const SignedInUser& user, const JSContextEnv& page, const ToLocalOptions& options)
 {
-    std::optional<Arguments> arguments = makeLocalArguments(user, options.localPath);
+    std::optional<Arguments> arguments = makeSyncedArguments(user, options.localPath);
     if (!arguments)
         return NewPathIsIllegal;
     arguments->insert(heapString("cloudFolder"), toQString(options.cloudPath));
@@ -417,8 +436,11 @@ Answer<Promise<SyncPrecheck>> KJsApiSyncFolder::syncToLocalPrecheck(
 Answer<Promise<SyncFolderInfo>> KJsApiSyncFolder::setPersonalDesktopSync(
     const SignedInUser& user, const JSContextEnv& page, const DesktopOptions& options)
 {
+    const Arguments arguments = makeDesktopArguments(user, options.cloudPath);
+    if (holdsClosedPlace(arguments.value(heapString("localPath"))))
+        return NewPathIsIllegal;
     return KSyncFolderRequest::send<SyncFolderInfo>(
-        page, "sync.addFolder", makeDesktopArguments(user, options.cloudPath));
+        page, "sync.addFolder", arguments);
 }
 
 Answer<Promise<bool>> KJsApiSyncFolder::cancelPersonalDesktopSync(
@@ -448,7 +470,7 @@ Answer<Promise<SyncSummary>> KJsApiSyncFolder::syncFolder(
         return WrongParameters;
     if (!options.id.empty())
         return KSyncFolderRequest::sync(page, user.id(), toQString(options.id));
-    std::optional<Arguments> arguments = makeLocalArguments(user, options.localPath);
+    std::optional<Arguments> arguments = makeSyncedArguments(user, options.localPath);
     if (!arguments)
         return NewPathIsIllegal;
     const QString name = QFileInfo(arguments->value(heapString("localPath"))).fileName();
@@ -463,7 +485,7 @@ Answer<Promise<SyncSummary>> KJsApiSyncFolder::syncFolder(
 Answer<Promise<SyncSummary>> KJsApiSyncFolder::syncToLocal(
     const SignedInUser& user, const JSContextEnv& page, const ToLocalOptions& options)
 {
-    std::optional<Arguments> arguments = makeLocalArguments(user, options.localPath);
+    std::optional<Arguments> arguments = makeSyncedArguments(user, options.localPath);
     if (!arguments)
         return NewPathIsIllegal;
     arguments->insert(heapString("cloudFolder"), toQString(options.cloudPath));
@@ -475,7 +497,7 @@ Answer<Promise<SyncSummary>> KJsApiSyncFolder::syncToLocal(
 Answer<Promise<SyncFolderInfo>> KJsApiSyncFolder::changeSyncPath(
     const SignedInUser& user, const JSContextEnv& page, const MoveOptions& options)
 {
-    std::optional<Arguments> arguments = makeLocalArguments(user, options.localPath);
+    std::optional<Arguments> arguments = makeSyncedArguments(user, options.localPath);
     if (!arguments)
         return NewPathIsIllegal;
     arguments->insert(heapString("id"), toQString(options.id));
@@ -486,7 +508,7 @@ Answer<Promise<PathCheck>> KJsApiSyncFolder::checkSyncFolderPathValid(
     const SignedInUser& user, const JSContextEnv& page, const PathOptions& options)
 {
     // The check itself never refuses a path: a word for it is what the page wants.
-    const std::optional<Arguments> arguments = makeLocalArguments(user, options.localPath);
+    const std::optional<Arguments> arguments = makeSyncedArguments(user, options.localPath);
     if (!arguments)
         return KSyncFolderRequest::send<PathCheck>(
             page, "sync.listModes", makeArguments(user), +[](const LarkIpcResult&) {

@@ -343,7 +343,7 @@ declare namespace NovaExtension {
         "SyncFolder.syncFolderPrecheck": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
         "SyncFolder.desktopSyncPreCheck": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
         "SyncFolder.syncToLocalPrecheck": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
-        "SyncFolder.setPersonalDesktopSync": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.setPersonalDesktopSync": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
         "SyncFolder.cancelPersonalDesktopSync": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
         "SyncFolder.getIsNeedRepairOverlayIcon": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
         "SyncFolder.doRepairOverlayIcon": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
@@ -3213,6 +3213,7 @@ declare namespace NovaExtension {
          * @throws 3 "Get account SDK error."
          * @throws 3 "User not login"
          * @throws 1 "wrong parameters."
+         * @throws 3 "New path is illegal."
          * @throws 3 "Call %1 failed."
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
@@ -3296,9 +3297,9 @@ declare namespace NovaExtension {
          */
         changeSyncPath(options: NovaExtension.SyncFolder.MoveOptions): Promise<NovaExtension.SyncFolder.SyncFolderInfo>;
         /**
-         * Resolves with whether a local folder can become a sync folder. Reasons against it: `closed` to pages, `root`,
-         * `home` (or it holds that), `missing`, `link`, `notFolder`, `notWritable`, `closedToUploads`,
-         * `withinSyncFolder`, `containsSyncFolder`.
+         * Resolves with whether a local folder can become a sync folder. Reasons against it: `closed` to pages, or it
+         * holds what is, `root`, `home` (or it holds that), `missing`, `link`, `notFolder`, `notWritable`,
+         * `closedToUploads`, `withinSyncFolder`, `containsSyncFolder`.
          *
          * @throws 3 "Cloud service error."
          * @throws 3 "Get account SDK error."

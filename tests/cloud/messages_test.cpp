@@ -163,19 +163,20 @@ TEST_F(Messages, SdkMessagesAreReadAndWrittenAsTheSuiteDoes)
         orbitapi::OrbitApiResult message;
         EXPECT_EQ(reply.has_value(), !codec.decode(replies, bytes, &message))
             << testing::PrintToString(bytes);
-        if (reply && ++good)
-            EXPECT_EQ(
-                std::string(codec.encode(replies, &*reply)), std::string(codec.encode(replies, &message)));
+        if (!reply)
+            return;
+        ++good;
+        EXPECT_EQ(std::string(codec.encode(replies, &*reply)),
+            std::string(cloudwire::MessageCodec().encode(replies, &message)));
     };
     for (const BytesRow& row : Rows) {
         compare(row.bytes);
-        for (size_t at = 0; at < std::min<size_t>(row.bytes.size(), 200); ++at) {
+        for (size_t at = 0; row.bytes.size() < 1000 && at < row.bytes.size(); ++at) {
             compare(row.bytes.substr(0, at));
             for (const int change : { 1, 2, 4, 8, 16, 32, 64, 128, 255 }) {
                 std::string changed = row.bytes;
                 changed[at] = static_cast<char>(changed[at] ^ change);
-                if (changed.size() < 1000 || change == 255)
-                    compare(changed);
+                compare(changed);
             }
         }
     }

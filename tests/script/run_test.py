@@ -128,6 +128,7 @@ def main():
         if name in ("cloudadapter", "syncfolder"):
             os.makedirs(f"{data}/user/work/deep")
             os.makedirs(f"{data}/Desktop")
+            os.makedirs(f"{data}/user/holder/deep/closed")
             for path, text in {"a.txt": "123456", "deep/b.txt": "abc"}.items():
                 pathlib.Path(f"{data}/user/work/{path}").write_text(text, encoding="utf-8")
             for path in ("link", "work/link"):

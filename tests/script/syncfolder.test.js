@@ -25,7 +25,7 @@ await check([
         [2, 1, [{ path: "a.txt", action: "upload" }, { path: "deep/b.txt", action: "upload" }]]],
     ["whether it may be one", ask("syncFolderPrecheck", { localPath: at("work") }, "allowed", "reason", "files", "size"), [true, "", 2, 9]],
     ...[["work", true, ""], ["none", false, "missing"], ["work/a.txt", false, "notFolder"], ["link", false, "link"],
-        ["../.config", false, "closed"], ["../..", false, "home"]].map(([path, valid, reason]) =>
+        ["../.config", false, "closed"], ["holder", false, "closed"], ["../..", false, "home"]].map(([path, valid, reason]) =>
         [`whether ${path} can be used`, ask("checkSyncFolderPathValid", { localPath: at(String(path)) }), { valid, reason }]),
     ["the desktop, which is among the suite's data here", ask("desktopSyncPreCheck", {}, "allowed", "reason"), [false, "closedToUploads"]],
     ["nor can it become one", ask("setPersonalDesktopSync", {}), failed("closedToUploads")],
@@ -35,6 +35,7 @@ await check([
         [`${member} of what is closed`, ask(member, { localPath: at("../.config") }), illegal],
         [`${member} of a number`, ask(member, { localPath: 5 }), wrong],
     ]),
+    ["a folder that holds what is closed", ask("syncFolder", { localPath: at("holder") }), illegal],
     ["a way that there is not", ask("syncFolder", { localPath: at("work"), mode: "sideways" }), failed("wrongArguments")],
     ["one that there is not", ask("syncFolder", { id: "s0" }), failed("notFound")],
     ["a folder that there is not", ask("syncFolder", { localPath: at("none") }), failed("missing")],

@@ -75,7 +75,12 @@ declare const NovaExtension: {
     readonly CloudAdapter: NovaExtension.CloudAdapter;
     /** Notifications between a page and the document chat panel. */
     readonly AiDocsChat: NovaExtension.AiDocsChat;
-    /** Folders that are kept in step with the cloud. */
+    /**
+     * Folders of this machine that are kept in step with a folder of the cloud. `syncFolder` makes a folder one of
+     * them; from then on it is looked at every some seconds, and changes of either side go to the other. Of a file that
+     * has changed on both sides both versions are kept; one that was removed on one side is removed on the other only
+     * when it has not changed there. `getSyncFolderCount` lists them, the listeners learn what is done.
+     */
     readonly SyncFolder: NovaExtension.SyncFolder;
     /** Informs the cloud-document service that a web document has been set up. */
     readonly WebDocsControl: NovaExtension.WebDocsControl;
@@ -334,38 +339,38 @@ declare namespace NovaExtension {
         "Account.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Account.dispatchEvent": Failure<3, "Event service error.">;
         "Account.getAllEventInfo": Failure<3, "Event service error.">;
-        "CloudAdapter.commonRequest": Failure<3, "not supported.">;
+        "CloudAdapter.commonRequest": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Permission denied."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Common request failed.">;
         "CloudAdapter.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "CloudAdapter.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "CloudAdapter.dispatchEvent": Failure<3, "Event service error.">;
         "CloudAdapter.getAllEventInfo": Failure<3, "Event service error.">;
         "AiDocsChat.registerQACallback": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<1, "Invalid argument"> | Failure<3, "Panel not Found">;
         "AiDocsChat.qaNotify": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<1, "Invalid argument"> | Failure<3, "Panel not Found"> | Failure<3, `Failed invoke method: ${string}`>;
-        "SyncFolder.addNotifyListener": Failure<3, "not supported.">;
-        "SyncFolder.removeNotifyListener": Failure<3, "not supported.">;
-        "SyncFolder.openSyncFolderListDlg": Failure<3, "not supported.">;
-        "SyncFolder.showSyncFolderPathWidget": Failure<3, "not supported.">;
-        "SyncFolder.openCloudSpacePage": Failure<3, "not supported.">;
-        "SyncFolder.getFolderSize": Failure<3, "not supported.">;
-        "SyncFolder.getSupportSelectSyncFolderMode": Failure<3, "not supported.">;
-        "SyncFolder.syncFolderPrecheck": Failure<3, "not supported.">;
-        "SyncFolder.desktopSyncPreCheck": Failure<3, "not supported.">;
-        "SyncFolder.syncToLocalPrecheck": Failure<3, "not supported.">;
-        "SyncFolder.setPersonalDesktopSync": Failure<3, "not supported.">;
-        "SyncFolder.cancelPersonalDesktopSync": Failure<3, "not supported.">;
-        "SyncFolder.getIsNeedRepairOverlayIcon": Failure<3, "not supported.">;
-        "SyncFolder.doRepairOverlayIcon": Failure<3, "not supported.">;
-        "SyncFolder.syncFolder": Failure<3, "not supported.">;
-        "SyncFolder.syncToLocal": Failure<3, "not supported.">;
-        "SyncFolder.changeSyncPath": Failure<3, "not supported.">;
-        "SyncFolder.checkSyncFolderPathValid": Failure<3, "not supported.">;
-        "SyncFolder.checkSyncFolderValid": Failure<3, "not supported.">;
-        "SyncFolder.getRecentFileList": Failure<3, "not supported.">;
-        "SyncFolder.scanFolder": Failure<3, "not supported.">;
-        "SyncFolder.getSyncFolderCount": Failure<3, "not supported.">;
-        "SyncFolder.showNovaBox": Failure<3, "not supported.">;
-        "SyncFolder.getUserTypeList": Failure<3, "not supported.">;
-        "SyncFolder.showCompanyPrivilegeDlg": Failure<3, "not supported.">;
+        "SyncFolder.addNotifyListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "SyncFolder.removeNotifyListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "SyncFolder.openSyncFolderListDlg": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, "Sync folder dialogs are not available."> | Failure<3, "Promise Service error.">;
+        "SyncFolder.showSyncFolderPathWidget": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, "Sync folder dialogs are not available."> | Failure<3, "Promise Service error.">;
+        "SyncFolder.openCloudSpacePage": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, "Sync folder dialogs are not available."> | Failure<3, "Promise Service error.">;
+        "SyncFolder.getFolderSize": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.getSupportSelectSyncFolderMode": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.syncFolderPrecheck": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.desktopSyncPreCheck": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.syncToLocalPrecheck": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.setPersonalDesktopSync": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.cancelPersonalDesktopSync": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.getIsNeedRepairOverlayIcon": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.doRepairOverlayIcon": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.syncFolder": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.syncToLocal": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.changeSyncPath": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.checkSyncFolderPathValid": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.checkSyncFolderValid": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.getRecentFileList": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.scanFolder": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.getSyncFolderCount": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.showNovaBox": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Sync folder dialogs are not available."> | Failure<3, "Promise Service error.">;
+        "SyncFolder.getUserTypeList": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login">;
+        "SyncFolder.showCompanyPrivilegeDlg": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, "Sync folder dialogs are not available."> | Failure<3, "Promise Service error.">;
         "SyncFolder.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "SyncFolder.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "SyncFolder.dispatchEvent": Failure<3, "Event service error.">;
@@ -387,7 +392,7 @@ declare namespace NovaExtension {
         "PluginManager.Plugin.getProp": Failure<3, "invalid plugin">;
         "PluginManager.Plugin.resourceFilePath": Failure<3, "invalid plugin"> | Failure<3, "plugin is not ready">;
         "PluginManager.Plugin.frameworkFilePath": Failure<3, "invalid plugin"> | Failure<3, "plugin is not ready">;
-        "CloudDoc.Orbitapi.commonRequest": Failure<3, "not supported.">;
+        "CloudDoc.Orbitapi.commonRequest": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Cloud SDK error."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Common request failed."> | Failure<3, "Common request timed out.">;
         "CloudDoc.UploadFileTask.start": Failure<3, "task is null."> | Failure<3, "task start failed.">;
         "CloudDoc.UploadFileTask.cancel": Failure<3, "task is null."> | Failure<3, "task cancel failed.">;
         "CloudDoc.UploadFileTask.restart": Failure<3, "task is null."> | Failure<3, "task restart failed.">;
@@ -3472,8 +3477,32 @@ declare namespace NovaExtension {
      * @remarks one object, shared by all pages
      */
     interface CloudAdapter {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        commonRequest(argument1: unknown): never;
+        /**
+         * Calls an operation of the cloud service. Resolves with what it replies, also when it refuses: look at
+         * `state`. Rejects when there is no reply. `setCurrentUser`, and what begins with `sync.`, is refused: pages
+         * may not sign others in, and `SyncFolder` has members for the rest.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Permission denied."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Common request failed."
+         */
+        commonRequest(options: NovaExtension.CloudAdapter.RequestOptions): Promise<NovaExtension.CloudAdapter.AdapterReply>;
+        /**
+         * Adds a listener of the page. The same function is added once. The cloud service reports something, with all
+         * that it says of it.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: "cloud.adapter.notify", callback: (payload: NovaExtension.CloudAdapter.AdapterNotice) => void): void;
         /**
          * Adds a listener of the page. The same function is added once.
          *
@@ -3483,6 +3512,15 @@ declare namespace NovaExtension {
          * @throws 1 "wrong parameters."
          */
         addEventListener(eventName: string, callback: (...payload: any[]) => void): void;
+        /**
+         * Removes a listener of the page. The cloud service reports something, with all that it says of it.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: "cloud.adapter.notify", callback?: (payload: NovaExtension.CloudAdapter.AdapterNotice) => void): void;
         /**
          * Removes a listener of the page.
          *
@@ -3507,6 +3545,34 @@ declare namespace NovaExtension {
          * @throws 3 "Event service error."
          */
         getAllEventInfo(): any;
+    }
+}
+
+declare namespace NovaExtension.CloudAdapter {
+    interface AdapterNotice {
+        /** what has happened; the other properties, all strings, depend on it */
+        action: string;
+    }
+    interface AdapterReply {
+        /** how the request ended; 0 that it succeeded */
+        state: number;
+        /** a single result, or of a failure a word for it */
+        resultString: string;
+        /** results by their names */
+        resultMap: Record<string, string>;
+        /** a list of results */
+        resultList: string[];
+    }
+    interface RequestOptions {
+        /** the service's name of the operation; at most 255 bytes */
+        method: string;
+        /** its arguments by their names, all strings */
+        params?: Readonly<Record<string, string>> | undefined;
+        /**
+         * for whom, one of the users who are signed in; the current one when left out. It goes to the service with the
+         * arguments
+         */
+        userId?: string | undefined;
     }
 }
 
@@ -3543,65 +3609,321 @@ declare namespace NovaExtension {
 
 declare namespace NovaExtension {
     /**
-     * Folders that are kept in step with the cloud.
+     * Folders of this machine that are kept in step with a folder of the cloud. `syncFolder` makes a folder one of
+     * them; from then on it is looked at every some seconds, and changes of either side go to the other. Of a file that
+     * has changed on both sides both versions are kept; one that was removed on one side is removed on the other only
+     * when it has not changed there. `getSyncFolderCount` lists them, the listeners learn what is done.
      *
      * @remarks one object, shared by all pages
      */
     interface SyncFolder {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        addNotifyListener(callback: (...values: any[]) => void): never;
         /**
-         * Removes a listener.
+         * Adds a listener of `syncFolder.notify`. The same function is added once.
          *
-         * @deprecated not built yet: throws code 3, "not supported."
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
          */
-        removeNotifyListener(callback: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        openSyncFolderListDlg(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        showSyncFolderPathWidget(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        openCloudSpacePage(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getFolderSize(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getSupportSelectSyncFolderMode(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        syncFolderPrecheck(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        desktopSyncPreCheck(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        syncToLocalPrecheck(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setPersonalDesktopSync(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        cancelPersonalDesktopSync(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getIsNeedRepairOverlayIcon(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        doRepairOverlayIcon(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        syncFolder(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        syncToLocal(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        changeSyncPath(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        checkSyncFolderPathValid(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        checkSyncFolderValid(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getRecentFileList(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        scanFolder(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getSyncFolderCount(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        showNovaBox(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getUserTypeList(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        showCompanyPrivilegeDlg(argument1: unknown): never;
+        addNotifyListener(callback: (payload: NovaExtension.SyncFolder.SyncNotice) => void): Answer<undefined>;
+        /**
+         * Removes a listener of `syncFolder.notify`; without one, all of the page's.
+         *
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeNotifyListener(callback?: (payload: NovaExtension.SyncFolder.SyncNotice) => void): Answer<undefined>;
+        /**
+         * Shows the user's sync folders, where they can be ended: files then stay on both sides. Resolves when the
+         * dialog is closed.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Sync folder dialogs are not available."
+         * @throws 3 "Promise Service error."
+         */
+        openSyncFolderListDlg(options?: NovaExtension.SyncFolder.EntryOptions): Promise<NovaExtension.SyncFolder.DialogEnd>;
+        /**
+         * Has the user choose a local folder. Resolves with its path, empty when the user cancelled; whether it can be
+         * a sync folder is for `checkSyncFolderPathValid` to say.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Sync folder dialogs are not available."
+         * @throws 3 "Promise Service error."
+         */
+        showSyncFolderPathWidget(options?: NovaExtension.SyncFolder.PathDialogOptions): Promise<string>;
+        /**
+         * Shows how much space the user has in the cloud. Resolves when that is closed.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Sync folder dialogs are not available."
+         * @throws 3 "Promise Service error."
+         */
+        openCloudSpacePage(options?: NovaExtension.SyncFolder.EntryOptions): Promise<NovaExtension.SyncFolder.DialogEnd>;
+        /**
+         * Resolves with the size of a folder. Of a local one, links and what is on other disks do not count; one with
+         * more than 200000 entries is refused (`tooManyFiles`).
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "New path is illegal."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        getFolderSize(options: NovaExtension.SyncFolder.SizeOptions): Promise<NovaExtension.SyncFolder.FolderSize>;
+        /**
+         * Resolves with the ways in which folders can be synced.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        getSupportSelectSyncFolderMode(): Promise<NovaExtension.SyncFolder.SyncModes>;
+        /**
+         * Resolves with whether `syncFolder` would take a local folder, and what it would transfer.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "New path is illegal."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        syncFolderPrecheck(options: NovaExtension.SyncFolder.FolderOptions): Promise<NovaExtension.SyncFolder.SyncPrecheck>;
+        /**
+         * The same for `setPersonalDesktopSync`.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        desktopSyncPreCheck(options?: NovaExtension.SyncFolder.DesktopOptions): Promise<NovaExtension.SyncFolder.SyncPrecheck>;
+        /**
+         * The same for `syncToLocal`, and whether the disk has the space.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "New path is illegal."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        syncToLocalPrecheck(options: NovaExtension.SyncFolder.ToLocalOptions): Promise<NovaExtension.SyncFolder.SyncPrecheck>;
+        /**
+         * Makes the user's desktop a sync folder, which is synced within some seconds. Fails with `alreadySynced` when
+         * it is one.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "New path is illegal."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        setPersonalDesktopSync(options?: NovaExtension.SyncFolder.DesktopOptions): Promise<NovaExtension.SyncFolder.SyncFolderInfo>;
+        /**
+         * Ends that; the files stay on both sides. Resolves with whether the desktop was a sync folder.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        cancelPersonalDesktopSync(options?: NovaExtension.SyncFolder.EntryOptions): Promise<boolean>;
+        /**
+         * Resolves with whether synced files have lost the mark that file managers show as an overlay icon: the
+         * extended attribute `user.nova.sync-state`.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        getIsNeedRepairOverlayIcon(): Promise<NovaExtension.SyncFolder.OverlayIcons>;
+        /**
+         * Gives it to them again.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        doRepairOverlayIcon(): Promise<NovaExtension.SyncFolder.OverlayIcons>;
+        /**
+         * Syncs a sync folder now, or makes a local folder one and syncs it. Resolves when that is done. When the
+         * folder is being synced already, it is synced once more.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "New path is illegal."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        syncFolder(options: NovaExtension.SyncFolder.SyncOptions): Promise<NovaExtension.SyncFolder.SyncSummary>;
+        /**
+         * Makes a folder of the cloud a local one, too, as a sync folder. Resolves when it has been synced.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "New path is illegal."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        syncToLocal(options: NovaExtension.SyncFolder.ToLocalOptions): Promise<NovaExtension.SyncFolder.SyncSummary>;
+        /**
+         * Moves a sync folder on this machine, or takes note that the user has moved it. To another disk nothing is
+         * moved: its files are downloaded there, and the old ones stay. A sync under way ends with `cancelled`.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "New path is illegal."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        changeSyncPath(options: NovaExtension.SyncFolder.MoveOptions): Promise<NovaExtension.SyncFolder.SyncFolderInfo>;
+        /**
+         * Resolves with whether a local folder can become a sync folder. Reasons against it: `closed` to pages, or it
+         * holds what is, `root`, `home` (or it holds that), `missing`, `link`, `notFolder`, `notWritable`,
+         * `closedToUploads`, `withinSyncFolder`, `containsSyncFolder`.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        checkSyncFolderPathValid(options: NovaExtension.SyncFolder.PathOptions): Promise<NovaExtension.SyncFolder.PathCheck>;
+        /**
+         * Resolves with whether a sync folder can be synced at present. Reasons against it: `missing` and
+         * `otherFolder`, as in its `state`.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        checkSyncFolderValid(options: NovaExtension.SyncFolder.IdOptions): Promise<NovaExtension.SyncFolder.PathCheck>;
+        /**
+         * Resolves with the user's files of the cloud that were changed last, the latest first.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        getRecentFileList(options?: NovaExtension.SyncFolder.RecentOptions): Promise<NovaExtension.SyncFolder.RecentFile[]>;
+        /**
+         * Resolves with what a sync of a folder would do. Changes nothing.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "New path is illegal."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        scanFolder(options: NovaExtension.SyncFolder.ScanOptions): Promise<NovaExtension.SyncFolder.FolderScan>;
+        /**
+         * Resolves with the user's sync folders and how many there are.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        getSyncFolderCount(): Promise<NovaExtension.SyncFolder.SyncFolderList>;
+        /**
+         * Shows a message. Resolves with the index of the button that the user clicked, -1 for none.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Sync folder dialogs are not available."
+         * @throws 3 "Promise Service error."
+         */
+        showNovaBox(options: NovaExtension.SyncFolder.MessageOptions): Promise<number>;
+        /**
+         * As whom the user can sync: for himself or herself, and as a member of a company.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         */
+        getUserTypeList(): Answer<NovaExtension.SyncFolder.UserType[]>;
+        /**
+         * Shows what members of a company may have more. Resolves when that is closed.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Sync folder dialogs are not available."
+         * @throws 3 "Promise Service error."
+         */
+        showCompanyPrivilegeDlg(options?: NovaExtension.SyncFolder.PrivilegeOptions): Promise<NovaExtension.SyncFolder.DialogEnd>;
+        /**
+         * Adds a listener of the page. The same function is added once. A sync folder has been added, moved or removed,
+         * or a sync of it has begun or ended. One that nobody requested and that finds nothing to do is not reported.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: "syncFolder.notify", callback: (payload: NovaExtension.SyncFolder.SyncNotice) => void): void;
         /**
          * Adds a listener of the page. The same function is added once.
          *
@@ -3611,6 +3933,16 @@ declare namespace NovaExtension {
          * @throws 1 "wrong parameters."
          */
         addEventListener(eventName: string, callback: (...payload: any[]) => void): void;
+        /**
+         * Removes a listener of the page. A sync folder has been added, moved or removed, or a sync of it has begun or
+         * ended. One that nobody requested and that finds nothing to do is not reported.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: "syncFolder.notify", callback?: (payload: NovaExtension.SyncFolder.SyncNotice) => void): void;
         /**
          * Removes a listener of the page.
          *
@@ -3635,6 +3967,260 @@ declare namespace NovaExtension {
          * @throws 3 "Event service error."
          */
         getAllEventInfo(): any;
+    }
+}
+
+declare namespace NovaExtension.SyncFolder {
+    interface DesktopOptions {
+        /** the folder of the cloud; `Desktop` when left out */
+        cloudPath?: string | undefined;
+    }
+    interface DialogEnd {
+        /** false when the user cancelled it, or it could not be answered */
+        confirmed: boolean;
+    }
+    interface EntryOptions {
+        /** what the user came from, for statistics */
+        from?: string | undefined;
+    }
+    interface FolderOptions {
+        /** the local folder */
+        localPath: string;
+        /** the folder of the cloud: its path or id. The name of the local folder when left out */
+        cloudPath?: string | undefined;
+    }
+    interface FolderScan {
+        /** in the local folder, at any depth */
+        files: number;
+        /** likewise */
+        folders: number;
+        /** of these files, bytes */
+        size: number;
+        /** files that would go to the cloud */
+        uploads: number;
+        /** files that would come from there, those with conflicts too */
+        downloads: number;
+        /** files that would be removed on one side */
+        removals: number;
+        /** files that have changed on both sides */
+        conflicts: number;
+        /** what is never synced */
+        skipped: number;
+        /** that would be transferred */
+        bytes: number;
+        /** what would be done, by path; the first 1000 */
+        changes: NovaExtension.SyncFolder.ScanChange[];
+        /** whether there are more than these */
+        hasMore: boolean;
+    }
+    interface FolderSize {
+        /** of all files in it, bytes */
+        size: number;
+        /** at any depth */
+        files: number;
+        /** at any depth, without itself */
+        folders: number;
+    }
+    interface IdOptions {
+        /** the sync folder */
+        id: string;
+    }
+    interface MessageOptions {
+        /** plain text */
+        text: string;
+        /** of the dialog */
+        title?: string | undefined;
+        /** their labels, at most 4; the suite's own button when left out */
+        buttons?: readonly string[] | undefined;
+    }
+    interface MoveOptions {
+        /** the sync folder */
+        id: string;
+        /** where nothing is yet, or an empty folder, or where the user has moved it */
+        localPath: string;
+    }
+    interface OverlayIcons {
+        /**
+         * whether the disk can keep the marks by which file managers know synced files; false as well while there are
+         * no such files
+         */
+        supported: boolean;
+        /** files without their mark */
+        missing: number;
+        /** those that have got it now */
+        repaired: number;
+    }
+    interface PathCheck {
+        /** whether it can be used */
+        valid: boolean;
+        /** a word for why it can not; empty when it can */
+        reason: string;
+    }
+    interface PathDialogOptions {
+        /** of the dialog */
+        title?: string | undefined;
+        /** the folder that it shows first */
+        localPath?: string | undefined;
+    }
+    interface PathOptions {
+        /** the local folder */
+        localPath: string;
+    }
+    interface PrivilegeOptions {
+        /** what the user could not do without it */
+        privilege?: string | undefined;
+    }
+    interface RecentFile {
+        /** its id in the cloud */
+        fileId: string;
+        /** its name */
+        name: string;
+        /** its path in the cloud */
+        cloudPath: string;
+        /** where it is in a sync folder; empty when it is in none */
+        localPath: string;
+        /** bytes */
+        size: number;
+        /** when the cloud got this version, ms since 1970 */
+        changeTime: number;
+    }
+    interface RecentOptions {
+        /**
+         * how many at most, 1 to 200
+         *
+         * @default 20
+         */
+        count?: number | undefined;
+    }
+    interface ScanChange {
+        /** relative to the folder */
+        path: string;
+        /** `upload`, `download`, `removeLocal`, `removeCloud`, `conflict` (both versions are kept) or `skip` */
+        action: string;
+    }
+    interface ScanOptions {
+        /** a sync folder; or else */
+        id: string;
+        /** a local folder that may become one */
+        localPath?: string | undefined;
+        /** then the folder of the cloud, which may be missing */
+        cloudPath?: string | undefined;
+    }
+    interface SizeOptions {
+        /** a folder of this machine, or else */
+        localPath: string;
+        /** one of the cloud: its path or id; `/` is the root folder */
+        cloudPath?: string | undefined;
+    }
+    interface SyncFolderInfo {
+        /** by which other members know it */
+        id: string;
+        /** the folder on this machine */
+        localPath: string;
+        /** the folder in the cloud */
+        cloudFolderId: string;
+        /** its path there; empty for the root folder */
+        cloudPath: string;
+        /** `folder`, or `desktop` for the user's desktop */
+        kind: string;
+        /** `twoWay`: changes of both sides go to the other */
+        mode: string;
+        /**
+         * `idle`, `syncing`, `failed` (see `lastError`), `missing` (there is no local folder) or `otherFolder` (another
+         * one is in its place); for the last two call `changeSyncPath`
+         */
+        state: string;
+        /** when its last sync ended, ms since 1970; 0 for never */
+        lastSyncTime: number;
+        /** a word for why that failed; empty when it succeeded */
+        lastError: string;
+    }
+    interface SyncFolderList {
+        /** how many there are */
+        count: number;
+        /** all of them, the oldest first */
+        folders: NovaExtension.SyncFolder.SyncFolderInfo[];
+    }
+    interface SyncModes {
+        /** whether there is more than one to choose from */
+        supported: boolean;
+        /** for the option `mode` of `syncFolder`; the first is the usual one */
+        modes: string[];
+    }
+    interface SyncNotice {
+        /** the sync folder */
+        id: string;
+        /** `added`, `syncing`, `synced`, `failed`, `moved` or `removed` */
+        state: string;
+        /** the folder on this machine */
+        localPath: string;
+        /** files, as those below, once a sync has ended */
+        uploaded: number;
+        /** files that came from the cloud */
+        downloaded: number;
+        /** files that were removed on one side */
+        removed: number;
+        /** files of which both versions are kept */
+        conflicts: number;
+        /** files that will be tried again */
+        failed: number;
+        /** a word for why the first of them, or all, failed; or empty */
+        reason: string;
+    }
+    interface SyncOptions {
+        /** a sync folder, which is synced now; or else */
+        id: string;
+        /** an existing local folder, which becomes one */
+        localPath?: string | undefined;
+        /**
+         * then the folder of the cloud: its path or id. It is made where it is missing; what is in it comes to the
+         * local one, too. The name of the local folder when left out
+         */
+        cloudPath?: string | undefined;
+        /** then one of `getSupportSelectSyncFolderMode` */
+        mode?: string | undefined;
+    }
+    interface SyncPrecheck {
+        /** whether it can be done */
+        allowed: boolean;
+        /** a word for why it can not, as of `checkSyncFolderPathValid`, or `diskFull`; empty when it can */
+        reason: string;
+        /** how many would be transferred */
+        files: number;
+        /** of these, bytes */
+        size: number;
+        /** on the disk of the local folder */
+        freeBytes: number;
+    }
+    interface SyncSummary {
+        /** the sync folder */
+        id: string;
+        /** files that went to the cloud */
+        uploaded: number;
+        /** files that came from there */
+        downloaded: number;
+        /** files that were removed on one side as they had been on the other */
+        removed: number;
+        /** files that had changed on both sides: the local version is kept as `name (local version 1).ext` */
+        conflicts: number;
+        /** links, devices, names that the cloud can not have, and files that may not be uploaded */
+        skipped: number;
+        /** transferred */
+        bytes: number;
+    }
+    interface ToLocalOptions {
+        /** an existing folder of the cloud: its path or id */
+        cloudPath: string;
+        /** the local folder; made where its parent folder is there */
+        localPath: string;
+    }
+    interface UserType {
+        /** `personal` or `company` */
+        type: string;
+        /** the user's id, or the company's */
+        id: string;
+        /** for display; may be empty */
+        name: string;
     }
 }
 
@@ -3870,13 +4456,84 @@ declare namespace NovaExtension.PluginManager.Plugin {
 
 declare namespace NovaExtension.CloudDoc {
     /**
-     * Generic requests to the cloud service.
+     * Requests to the servers of the cloud, by their names.
      *
      * @remarks handed out by another object
      */
     interface Orbitapi {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        commonRequest(argument1: unknown, argument2: (...values: any[]) => void): never;
+        /**
+         * Sends a request for the signed-in user. Resolves with whatever the server replies, also when that is a
+         * refusal: look at `ok`. Rejects when there is no reply, or one that is damaged.
+         *
+         * @param callback called with the reply, too, after the promise has got it
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Cloud SDK error."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Common request failed."
+         * @throws rejects with 3 "Common request timed out."
+         */
+        commonRequest(options: NovaExtension.CloudDoc.Orbitapi.RequestOptions, callback?: (report: NovaExtension.CloudDoc.Orbitapi.OrbitReply) => void): Promise<NovaExtension.CloudDoc.Orbitapi.OrbitReply>;
+    }
+}
+
+declare namespace NovaExtension.CloudDoc.Orbitapi {
+    interface OrbitReply {
+        /** whether `resultState` is 0 */
+        ok: boolean;
+        /** how the request ended; 0 that it succeeded */
+        resultState: number;
+        /** the server's status; 0 when none was reached */
+        httpStatusCode: number;
+        /** why none was reached; 0 when one was */
+        networkError: number;
+        /** what the server says of it, not meant for users */
+        message: string;
+        /**
+         * what was requested: JSON with an object or a list, parsed, or any other string as it is. Absent where there
+         * is none
+         */
+        data?: any;
+        /** the body of the reply, where the server gives it besides the data */
+        result: string;
+        /** the headers of the reply */
+        headers: Record<string, string>;
+        /** the server */
+        host: string;
+        /** the request's name on the server */
+        api: string;
+        /** the user for whom it was made */
+        userId: string;
+        /** when the reply came, ms since 1970; 0 when not known */
+        replyTime: number;
+        /** how long it took, ms */
+        duration: number;
+    }
+    interface RequestOptions {
+        /** the name of the request, such as `user.space` */
+        requestKey: string;
+        /** what the request itself takes, all strings */
+        params?: Readonly<Record<string, string>> | undefined;
+        /** which part of the product makes it, for statistics */
+        bizSource?: string | undefined;
+        /**
+         * after how many ms it fails; 1 to 600000
+         *
+         * @default 30000
+         */
+        timeoutMs?: number | undefined;
+        /**
+         * whether it may be sent again when the connection breaks; not for one that changes something twice
+         *
+         * @default false
+         */
+        canRetry?: boolean | undefined;
+        /** what else the SDK is to know for sending it, all strings */
+        extraParam?: Readonly<Record<string, string>> | undefined;
     }
 }
 

@@ -136,7 +136,7 @@ NLOHMANN_JSON_SERIALIZE_ENUM(DialogKind,
     { { DialogKind::Any, nullptr }, { DialogKind::File, "file" }, { DialogKind::Files, "files" },
         { DialogKind::Folder, "folder" }, { DialogKind::Save, "save" }, { DialogKind::Cloud, "cloud" },
         { DialogKind::Panel, "panel" }, { DialogKind::Access, "access" }, { DialogKind::Login, "login" },
-        { DialogKind::Upgrade, "upgrade" }, { DialogKind::Purchase, "purchase" },
+        { DialogKind::Upgrade, "upgrade" }, { DialogKind::Sync, "sync" }, { DialogKind::Purchase, "purchase" },
         { DialogKind::Color, "color" }, { DialogKind::Confirm, "confirm" } })
 NLOHMANN_JSON_SERIALIZE_ENUM(AddressMode,
     { { AddressMode::Auto, "auto" }, { AddressMode::Open, "open" }, { AddressMode::Record, "record" } })

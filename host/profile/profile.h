@@ -67,6 +67,7 @@ enum class DialogKind {
     Access,
     Login,
     Upgrade,
+    Sync,
     Purchase,
     Color,
     Confirm

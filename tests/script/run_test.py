@@ -208,6 +208,14 @@ def main():
             pathlib.Path(f"{data}/user/documents/notes.txt").write_text(
                 "The fox lives in the old forest. Nobody has seen its den.\n\nA forest fire broke out in\n2019! The fox fled.\n",
                 encoding="utf-8")
+        if name in ("cloudadapter", "syncfolder"):
+            os.makedirs(f"{data}/user/work/deep")
+            os.makedirs(f"{data}/Desktop")
+            os.makedirs(f"{data}/user/holder/deep/closed")
+            for path, text in {"a.txt": "123456", "deep/b.txt": "abc"}.items():
+                pathlib.Path(f"{data}/user/work/{path}").write_text(text, encoding="utf-8")
+            for path in ("link", "work/link"):
+                os.symlink(f"{data}/user/work", f"{data}/user/{path}")
         if name == "files":
             arguments = [tempfile.gettempdir()]
             for locked in prepare_files(data):

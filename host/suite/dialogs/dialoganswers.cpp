@@ -43,6 +43,8 @@ QString toString(DialogKind kind)
         return QStringLiteral("color");
     case DialogKind::Confirm:
         return QStringLiteral("confirm");
+    case DialogKind::Sync:
+        return QStringLiteral("sync");
     }
     return {};
 }

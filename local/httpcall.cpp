@@ -1,0 +1,61 @@
+#include "local/httpcall.h"
+
+namespace jsapi {
+
+KHttpCall::KHttpCall(CallOptions options, Done done)
+    : KHttpTransfer(
+        { options.page, options.id, std::move(options.request), options.timeoutMs, "gzip, deflate", false })
+    , m_maxBytes(options.maxBytes)
+    , m_done(std::move(done))
+{
+    m_response.requestId = options.id;
+}
+
+KHttpTransfer::Outcome KHttpCall::begin(const HttpHead& head)
+{
+    m_response.ok = head.status >= 200 && head.status < 300;
+    m_response.status = head.status;
+    m_response.statusText = head.statusText;
+    m_response.url = head.url.toString(QUrl::FullyEncoded);
+    m_response.redirected = head.redirected;
+    for (const auto& [name, value] : head.headers) {
+        if (name.compare("set-cookie", Qt::CaseInsensitive) != 0)
+            m_response.headers.insert(QString::fromLatin1(name.toLower()), QString::fromLatin1(value));
+    }
+    m_decoder = ContentDecoder(head.value("content-encoding"));
+    return std::nullopt;
+}
+
+KHttpTransfer::Outcome KHttpCall::take(const QByteArray& content)
+{
+    switch (m_decoder.decode(content, m_content, m_maxBytes)) {
+    case ContentDecoder::Result::Done:
+        return std::nullopt;
+    case ContentDecoder::Result::TooLarge:
+        return NetworkError::ResponseIsTooLarge;
+    case ContentDecoder::Result::Broken:
+        break;
+    }
+    return NetworkError::ResponseIsBroken;
+}
+
+KHttpTransfer::Outcome KHttpCall::settle(Outcome outcome)
+{
+    const bool isCutOff = !outcome && !m_decoder.isComplete();
+    return isCutOff ? NetworkError::ResponseIsBroken : outcome;
+}
+
+void KHttpCall::report(Outcome outcome)
+{
+    const Done done = std::move(m_done);
+    if (outcome)
+        return done(*outcome);
+    HttpResponse response = std::move(m_response);
+    if (m_content.startsWith("\xef\xbb\xbf"))
+        m_content.remove(0, 3);
+    response.body = QString::fromUtf8(m_content);
+    m_content.clear();
+    done(std::move(response));
+}
+
+} // namespace jsapi

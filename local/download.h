@@ -18,9 +18,9 @@ inline constexpr std::array<Choice<DownloadState>, 4> ChoicesOf<DownloadState> {
 struct DownloadReport {
     QString requestId;
     DownloadState state = DownloadState::Progress;
-    std::int64_t receivedBytes = 0;
-    std::optional<std::int64_t> totalBytes;
-    std::int64_t resumedBytes = 0;
+    double receivedBytes = 0;
+    std::optional<double> totalBytes;
+    double resumedBytes = 0;
     QString path;
     std::optional<std::int32_t> httpStatus;
     std::optional<NetworkError> error;

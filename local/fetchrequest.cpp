@@ -2,6 +2,8 @@
 
 #include "local/transferqueue.h"
 
+#include <QPointer>
+
 namespace jsapi {
 
 Answer<Promise<HttpResponse>> KFetchRequest::start(KHttpCall::CallOptions options)

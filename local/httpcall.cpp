@@ -16,11 +16,18 @@ KHttpTransfer::Outcome KHttpCall::begin(const HttpHead& head)
     m_response.ok = head.status >= 200 && head.status < 300;
     m_response.status = head.status;
     m_response.statusText = head.statusText;
-    m_response.url = head.url.toString(QUrl::FullyEncoded);
-    m_response.redirected = head.redirected;
+    m_response.url = request().url.toString(QUrl::FullyEncoded);
+    m_response.redirected = isRedirected();
+    m_response.headers.clear();
     for (const auto& [name, value] : head.headers) {
-        if (name.compare("set-cookie", Qt::CaseInsensitive) != 0)
-            m_response.headers.insert(QString::fromLatin1(name.toLower()), QString::fromLatin1(value));
+        const QString key = QString::fromLatin1(name.toLower());
+        if (key == QLatin1String("set-cookie"))
+            continue;
+        const auto known = m_response.headers.find(key);
+        if (known == m_response.headers.end())
+            m_response.headers.insert(key, QString::fromLatin1(value));
+        else
+            *known += QLatin1String(", ") + QString::fromLatin1(value);
     }
     m_decoder = ContentDecoder(head.value("content-encoding"));
     return std::nullopt;

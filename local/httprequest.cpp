@@ -22,15 +22,6 @@ constexpr string_view ForbiddenBeginnings[] { "proxy-", "sec-" };
 constexpr string_view BodyHeaders[] { "content-encoding", "content-language", "content-location",
     "content-type" };
 
-bool isToken(const QByteArray& name)
-{
-    constexpr string_view Marks = "!#$%&'*+-.^_`|~";
-    return !name.isEmpty() && std::all_of(name.begin(), name.end(), [&](char c) {
-        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z')
-            || Marks.find(c) != string_view::npos;
-    });
-}
-
 bool isOneOf(const QByteArray& lowerCase, const auto& names)
 {
     return std::find(std::begin(names), std::end(names), string_view(lowerCase.constData(), lowerCase.size()))
@@ -66,6 +57,21 @@ void dropHeaders(HttpHeaders& headers, const auto& mayGo)
 
 } // namespace
 
+bool isHttpToken(const QByteArray& name)
+{
+    constexpr string_view Marks = "!#$%&'*+-.^_`|~";
+    return !name.isEmpty() && std::all_of(name.begin(), name.end(), [&](char c) {
+        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z')
+            || Marks.find(c) != string_view::npos;
+    });
+}
+
+bool hasHeader(const HttpRequest& request, const char* name)
+{
+    return std::any_of(request.headers.begin(), request.headers.end(),
+        [&](const auto& header) { return header.first.compare(name, Qt::CaseInsensitive) == 0; });
+}
+
 std::optional<QUrl> checkUrl(const QUrl& url)
 {
     const QString scheme = url.scheme();
@@ -87,7 +93,7 @@ std::optional<QByteArray> checkMethod(const std::string& method)
     constexpr int Longest = 64;
     const auto given = QByteArray::fromStdString(method);
     const QByteArray upperCase = given.toUpper();
-    if (!isToken(given) || given.size() > Longest || isOneOf(upperCase, Refused))
+    if (!isHttpToken(given) || given.size() > Longest || isOneOf(upperCase, Refused))
         return std::nullopt;
     return isOneOf(upperCase, Usual) ? upperCase : given;
 }
@@ -100,7 +106,7 @@ std::optional<HttpHeaders> checkHeaders(const std::map<std::string, std::string>
         size += name.size() + value.size();
         const auto sentName = QByteArray::fromStdString(name);
         const std::optional<QByteArray> sentValue = checkValue(value);
-        if (!isToken(sentName) || !sentValue || isForbidden(sentName) || size > MostRequestHeaderBytes)
+        if (!isHttpToken(sentName) || !sentValue || isForbidden(sentName) || size > MostRequestHeaderBytes)
             return std::nullopt;
         checked.emplace_back(sentName, *sentValue);
     }

@@ -25,6 +25,12 @@ struct HttpRequest {
     QByteArray body;
 };
 
+/// Whether a request has a header, in any case.
+bool hasHeader(const HttpRequest& request, const char* name);
+
+/// Whether a text may be a method or the name of a header.
+bool isHttpToken(const QByteArray& text);
+
 /// The URL of a request: http or https, with a host, without credentials, which would be shown wherever it is; without
 /// a fragment. Nothing for any other.
 std::optional<QUrl> checkUrl(const QUrl& url);

@@ -2,29 +2,12 @@
 #pragma once
 
 #include "framework/pagewatch.h"
-#include "local/addressfinder.h"
-#include "local/httprequest.h"
-
-#include <QNetworkReply>
-#include <QPointer>
+#include "local/connector.h"
+#include "local/httpexchange.h"
 
 namespace jsapi {
 
-/// What comes before the content of a response.
-struct HttpHead {
-    int status = 0;
-    QString statusText;
-    QUrl url; ///< after redirects
-    bool redirected = false;
-    QList<QNetworkReply::RawHeaderPair> headers;
-    std::optional<qint64> length; ///< as the server announces it
-
-    /// The value of a header; empty where there is none.
-    QByteArray value(const char* name) const;
-};
-
-/// Every hop asks for permission anew: for its origin, and for the address if that is private. It connects to the address
-/// that was judged, and names the host in the Host header and for the certificate. A transfer belongs to the queue
+/// Every hop asks for permission anew: for its origin, and for the address if that is private. A transfer belongs to the queue
 /// (local/transferqueue.h) until it ends, then to itself until the page has been told. [GUI thread]
 class KHttpTransfer : public QObject {
     Q_OBJECT
@@ -69,14 +52,13 @@ protected:
     /// Sends the request once more from the beginning, and forgets the response.
     void sendAgain();
     HttpRequest& request() noexcept { return m_request; }
+    bool isRedirected() const noexcept { return m_hops > 1; }
 
 private:
     void hop();
-    void send(const QHostAddress& address);
-    void readHead();
-    void readContent();
-    void readEnd();
-    void dropReply();
+    void send(QTcpSocket* connection);
+    void readHead(const HttpHead& head);
+    void drop();
     void finish(Outcome outcome);
 
     PageWatch m_watch;
@@ -84,13 +66,12 @@ private:
     HttpRequest m_first; ///< as the page made it
     HttpRequest m_request;
     QByteArray m_acceptEncoding;
-    std::unique_ptr<KAddressFinder> m_finder;
-    QPointer<QNetworkReply> m_reply;
+    KConnector* m_connector = nullptr;
+    KHttpExchange* m_exchange = nullptr;
     QTimer m_patience; ///< until something must have come or gone
     int m_hops = 0;
     bool m_isDownload;
     bool m_hasStarted = false;
-    bool m_hasHead = false;
     bool m_hasEnded = false;
 };
 

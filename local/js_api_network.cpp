@@ -70,12 +70,6 @@ Answer<HttpRequest> makeHttpRequest(const JSContextEnv& page, const std::string&
     return HttpRequest { *checkedUrl, *checkedMethod, std::move(*checkedHeaders), {} };
 }
 
-bool hasHeader(const HttpRequest& request, const char* name)
-{
-    return std::any_of(request.headers.begin(), request.headers.end(),
-        [&](const auto& header) { return header.first.compare(name, Qt::CaseInsensitive) == 0; });
-}
-
 } // namespace
 
 struct HttpReport {

@@ -125,6 +125,11 @@ struct Plugins {
     qint64 bytesPerSecond = 0; ///< 0 for no limit
 };
 
+/// How pages reach the network.
+struct Network {
+    QStringList caCertificates; ///< files, see expandPath(); trusted besides those of the system
+};
+
 /// Windows that pages open.
 struct Windows {
     bool autoHide = true; ///< popups hide when they are no longer active
@@ -164,6 +169,7 @@ struct Profile {
     Language language;
     Dpi dpi;
     Plugins plugins;
+    Network network;
     Windows windows;
     Skin skin;
     QMap<QString, QMap<QString, QString>> theme; ///< palette, name of the colour: "#rrggbb"; over every skin

@@ -1,7 +1,8 @@
-#include "local/addressfinder.h"
+#include "local/connector.h"
 
 #include "local/networkaddress.h"
 
+#include <QSslSocket>
 #include <algorithm>
 
 namespace jsapi {
@@ -14,15 +15,16 @@ constexpr int HeadStartMs = 250;
 
 } // namespace
 
-KAddressFinder::KAddressFinder(
-    const JSContextEnv& page, const QString& host, quint16 port, Done done, QObject* parent)
+KConnector::KConnector(
+    const JSContextEnv& page, const QString& host, quint16 port, bool secure, Done done, QObject* parent)
     : QObject(parent)
     , m_page(page)
     , m_port(port)
+    , m_isSecure(secure)
     , m_done(std::move(done))
 {
     m_next.setSingleShot(true);
-    connect(&m_next, &QTimer::timeout, this, &KAddressFinder::tryNext);
+    connect(&m_next, &QTimer::timeout, this, &KConnector::tryNext);
     // To look an address up would be to ask for its name.
     const QHostAddress literal(host);
     if (literal.isNull())
@@ -32,20 +34,29 @@ KAddressFinder::KAddressFinder(
             this, [this, literal] { judge({ literal }); }, Qt::QueuedConnection);
 }
 
-KAddressFinder::~KAddressFinder()
+KConnector::~KConnector()
 {
     if (m_lookup >= 0)
         QHostInfo::abortHostLookup(m_lookup);
 }
 
-void KAddressFinder::onLookedUp(const QHostInfo& info)
+void KConnector::stop()
+{
+    m_done = nullptr;
+    m_next.stop();
+    deleteLater();
+}
+
+void KConnector::onLookedUp(const QHostInfo& info)
 {
     m_lookup = -1;
     judge(info.addresses());
 }
 
-void KAddressFinder::judge(const QList<QHostAddress>& addresses)
+void KConnector::judge(const QList<QHostAddress>& addresses)
 {
+    if (!m_done)
+        return;
     if (addresses.isEmpty())
         return finish(NetworkError::HostNotFound);
     for (const QHostAddress& address : addresses) {
@@ -56,13 +67,11 @@ void KAddressFinder::judge(const QList<QHostAddress>& addresses)
     }
     if (m_untried.empty())
         return finish(NetworkError::NotPermitted);
-    if (m_untried.size() == 1)
-        return finish(m_untried.front());
     std::reverse(m_untried.begin(), m_untried.end());
     tryNext();
 }
 
-void KAddressFinder::tryNext()
+void KConnector::tryNext()
 {
     if (m_untried.empty()) {
         if (m_connecting == 0)
@@ -71,13 +80,14 @@ void KAddressFinder::tryNext()
     }
     const QHostAddress address = m_untried.back();
     m_untried.pop_back();
-    auto* socket = new QTcpSocket(this);
-    connect(socket, &QTcpSocket::connected, this, [this, address] { finish(address); });
+    QTcpSocket* socket = m_isSecure ? new QSslSocket(this) : new QTcpSocket(this);
+    connect(socket, &QTcpSocket::connected, this, [this, socket] { finish(socket); });
     connect(
         socket, &QTcpSocket::errorOccurred, this,
         [this] {
             --m_connecting;
-            tryNext();
+            if (m_done)
+                tryNext();
         },
         Qt::QueuedConnection);
     ++m_connecting;
@@ -85,17 +95,19 @@ void KAddressFinder::tryNext()
     socket->connectToHost(address, m_port);
 }
 
-void KAddressFinder::finish(FoundAddress found)
+void KConnector::finish(const Connected& connected)
 {
     m_next.stop();
-    const auto sockets = findChildren<QTcpSocket*>();
+    QTcpSocket* const* taken = std::get_if<QTcpSocket*>(&connected);
+    const auto sockets = findChildren<QTcpSocket*>(QString(), Qt::FindDirectChildrenOnly);
     for (QTcpSocket* socket : sockets) {
         socket->disconnect(this);
-        socket->abort();
+        if (!taken || socket != *taken)
+            socket->abort();
     }
     const Done done = std::exchange(m_done, nullptr);
     if (done)
-        done(found); // destroys this, perhaps
+        done(connected); // destroys this, perhaps
 }
 
 } // namespace jsapi

@@ -171,56 +171,83 @@ await check([
 const tagged = (/** @type {string} */ more, tag = "\"a\"") => `file?tag=${encodeURIComponent(tag)}&${more}`;
 const whole = ["finished", 200, size];
 const cutAt = (/** @type {number} */ bytes) => ["failed", "Response is broken.", bytes];
-const present = () => { const is = FileSystem.exists(at("file")).data; if (is) FileSystem.remove(at("file")); return is; };
-const md5 = async () => { const sum = await FileSystem.getFileMd5(at("file")); FileSystem.remove(at("file")); return sum; };
-const sum = "6134696ca1b050d4564d58a18aa9d35a";
+const path = at("kept"), other = at("other");
+const md5 = (/** @type {string} */ file) => FileSystem.getFileMd5(file);
+const sum = "6134696ca1b050d4564d58a18aa9d35a", hello = "5d41402abc4b2a76b9719d911017c592";
+/** Downloads in parts until nothing is left. */
+const inParts = async (/** @type {any} */ options) => {
+    for (let i = 0; i < 10; ++i) {
+        const { state, resumedBytes } = await download({ resume: true, ...options });
+        if (state === "finished")
+            return [resumedBytes, await md5(options.path)];
+    }
+    return "no end";
+};
 await check([
-    ["a download", ended({ url: "file" }), whole],
-    ["its content", md5, sum],
-    ["its report", async () => { const { path, totalBytes } = await download({ url: "text?text=hello" }); return [path, totalBytes]; }, [at("file"), 5]],
-    ["a file that is there", () => Network.download({ url: `${server}/file`, path: at("file") }), failed("File exists.")],
-    ...[["cut", "Response is broken."], ["echo?status=404", "Status is no success."], ["echo?status=206", "Status is no success."], ["loop", "Too many redirects."],
-        ["file", "Response is too large."]].map(([url, error]) => [`${url} leaves the file as it was`, async () => [(await download({ url, overwrite: true, maxBytes: size - 1 })).error,
-        await FileSystem.getFileMd5(at("file"))], [error, "5d41402abc4b2a76b9719d911017c592"]]),
-    ["a file that is replaced", ended({ url: "file", overwrite: true }), whole],
+    ["a download", ended({ url: "file", path }), whole],
+    ["its content", () => md5(path), sum],
+    ["its report", async () => { const { path, totalBytes } = await download({ url: "text?text=hello", path: other }); return [path, totalBytes]; }, [other, 5]],
+    ["a file that is there", () => Network.download({ url: `${server}/file`, path }), failed("File exists.")],
+    ...[["cut", "Response is broken."], ["chunked?cut=", "Response is broken."], ["echo?status=404", "Status is no success."],
+        ["echo?status=206", "Status is no success."], ["loop", "Too many redirects."], ["file", "Response is too large."]].map(([url, error]) =>
+        [`${url} leaves the file as it was`, async () => [(await download({ url, path: other, overwrite: true, maxBytes: size - 1 })).error, await md5(other)], [error, hello]]),
+    ["a file that is replaced", ended({ url: "file", path: other, overwrite: true }), whole],
     ["a directory", () => Network.download({ url: `${server}/file`, path: data, overwrite: true }), failed("File exists.")],
     ["a directory that is not there", () => Network.download({ url: `${server}/file`, path: at("none/file") }), failed("Path is illegal.")],
-    ["a path that is closed", () => Network.download({ url: `${server}/file`, path: at("closed") }), failed("Path is illegal.")],
+    ["a path that is closed", () => Network.download({ url: `${server}/file`, path: at("closed/file") }), failed("Path is illegal.")],
     ["no path", () => Network.download({ url: server, path: "" }), refusal(1, "Path is empty.")],
     ["a range of the page's", () => Network.download({ url: server, path: at("x"), headers: { range: "bytes=1-" } }), illegal("Headers are")],
     ["a fractional limit", () => Network.download({ url: server, path: at("x"), maxBytes: 0.5 }), wrong],
-    ["chunks", async () => { present(); return (await download({ url: "chunked" })).totalBytes; }, undefined],
+    ["chunks", async () => (await download({ url: "chunked", path: at("chunks") })).totalBytes, undefined],
+    ["packed as it is", async () => (await download({ url: "packed?how=gzip", path: at("packed") })).receivedBytes < 600, true],
     ["a file that comes meanwhile", async () => {
-        present();
-        const end = download({ url: "held?key=taken" });
+        const end = download({ url: "held?key=taken", path: at("raced") });
         while ((await seen("taken")).length === 0);
-        await download({ url: "text?text=hello" });
+        await download({ url: "text?text=hello", path: at("raced") });
         await fetched("release?key=taken");
-        return [(await end).error, await md5()];
-    }, ["File exists.", "5d41402abc4b2a76b9719d911017c592"]],
+        return [(await end).error, await md5(at("raced"))];
+    }, ["File exists.", hello]],
     ["progress, and a cancel in its function", () => new Promise((resolve) => {
         /** @type {any[]} */
         const states = [];
-        Network.download({ url: `${server}/held?key=never`, path: at("file"), requestId: "mine" }, ({ state, receivedBytes, totalBytes, error }) => {
+        Network.download({ url: `${server}/held?key=never`, path: at("canceled"), requestId: "mine" }, ({ state, receivedBytes, totalBytes, error }) => {
             states.push([state, receivedBytes, totalBytes, error]);
             if (state === "progress")
                 states.push(Network.abortRequest("mine").data, Network.cancelDownload("mine").data, Network.cancelDownload("mine").data);
             else
-                setTimeout(() => resolve([...states, present()]), 0);
+                setTimeout(() => resolve([...states, FileSystem.exists(at("canceled")).data]), 0);
         });
     }), [["progress", 5, 10, undefined], false, true, false, ["canceled", 5, 10, "Canceled."], false]],
     // To go on with.
-    ["a part", ended({ url: tagged("cut=1000"), resume: true }), cutAt(1000)],
-    ["the server fails", ended({ url: "cut", resume: true, path: at("other") }), cutAt(10)],
-    ["the part of another URL", ended({ url: "text?text=hello", resume: true }), ["finished", 200, 5]],
-    ["a part of it again", async () => { present(); return ended({ url: tagged("cut=1000"), resume: true })(); }, cutAt(1000)],
-    ["more of it", ended({ url: tagged("cut=1000"), resume: true }), [...cutAt(2000), 1000]],
-    ["all of it, and asked for as it must be", async () => {
-        for (;;) {
-            const { state, resumedBytes } = await download({ url: tagged("cut=300000", "\"b\""), resume: true });
-            if (state === "finished")
-                return [resumedBytes, (await seen("cut=300000")).map((/** @type {any} */ one) => [one.headers.range, one.headers["if-range"]]), await md5()];
-        }
-    }, [900000, [[undefined, undefined], ...[300000, 600000, 900000].map((from) => [`bytes=${from}-`, "\"b\""])], sum]],
+    ["in parts, and asked for as they must be", async () => [await inParts({ url: tagged("cut=300000"), path: at("parts") }),
+        (await seen("cut=300000")).map((/** @type {any} */ one) => [one.headers.range, one.headers["if-range"]])],
+    [[900000, sum], [[undefined, undefined], ...[300000, 600000, 900000].map((from) => [`bytes=${from}-`, "\"a\""])]]],
+    ["by the date", () => inParts({ url: `file?cut=600000&date=${encodeURIComponent("Sat, 05 Nov 2022 10:00:00 GMT")}`, path: at("dated") }), [600000, sum]],
+    // Each begins with a part, which the second download must not use.
+    .../** @type {[string, string, string][]} */ ([
+        ["a weak tag", tagged("cut=1000", "W/\"a\""), "file"], ["a date that is too young", `file?cut=1000&date=${encodeURIComponent("Sun, 06 Nov 2022 10:00:00 GMT")}`, "file"],
+        ["no validator", "file?cut=1000", "file"], ["another URL", tagged("cut=1000"), tagged("other=")],
+    ]).map(([name, first, second], i) => [`not resumed: ${name}`, async () => {
+        await download({ url: first, path: at(`not resumed ${i}`), resume: true });
+        return [...await ended({ url: second, path: at(`not resumed ${i}`), resume: true })(), await md5(at(`not resumed ${i}`))];
+    }, [...whole, sum]]),
+    // The same URL with another answer each time: see the server.
+    .../** @type {[string, string, number][]} */ ([["another tag", "changes", 0], ["no ranges", "whole", 0], ["a wrong range", "shifts", 0], ["what is no longer there", "shrinks", 0]]).map(
+        ([name, how, resumed]) => [`resumed: ${name}`, async () => {
+            const url = tagged(`then=${how}`), path = at(`then ${how}`);
+            return [await ended({ url, path, resume: true })(), await ended({ url, path, resume: true })()];
+        }, [cutAt(2000), ["finished", 200, how === "shrinks" ? 1000 : size, ...resumed ? [resumed] : []]]]),
+    ["a part that is canceled is kept", async () => {
+        const url = tagged("then=held");
+        const first = new Promise((resolve) => {
+            const { requestId } = Network.download({ url: `${server}/${url}`, path: at("held"), resume: true }, ({ state }) => {
+                if (state === "progress")
+                    Network.cancelDownload(requestId);
+                else
+                    resolve(state);
+            }).data;
+        });
+        return [await first, await inParts({ url, path: at("held") })];
+    }, ["canceled", [2000, sum]]],
 ]);
 exit(failures ? 1 : 0);

@@ -161,9 +161,9 @@ def main():
             if os.geteuid() == 0:
                 environment["QTWEBENGINE_DISABLE_SANDBOX"] = "1"
         result = subprocess.run(command, capture_output=True, text=True, errors="replace", env=environment, cwd=data)
-        half_done = [path.name for path in pathlib.Path(data, "plugins").glob(".*")]
+        half_done = [path.name for path in pathlib.Path(data, "" if name == "network" else "plugins").glob(".*")]
     if half_done:
-        sys.exit(f"loads that did not end well left {half_done}")
+        sys.exit(f"what did not end well left {half_done}")
     print(result.stdout, result.stderr[-4000:], sep="", end="")
     if result.returncode != 0:
         sys.exit(f"exit code {result.returncode}; arguments {arguments[-1:] if name == 'random' else ''}")

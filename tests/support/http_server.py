@@ -167,21 +167,32 @@ class Server:
         stream.sendall(b" half")
 
     def file(self, stream, query):
-        """A file that can be had from any byte on. `cut`: so many bytes come; `tag`, `date`: its validators; `whole`: no
-        ranges; `range`: a wrong Content-Range; `size`: its size."""
+        """A file that can be had from any byte on. `cut`: so many bytes come of it; `tag`, `date`: its validators; `then`: the
+        first time 2000 bytes come, and how it is the second time."""
         headers = self.seen[-1]["headers"]
-        content = CONTENT[:int(query.get("size", len(CONTENT)))]
-        validators = [query[name] for name in ("tag", "date") if name in query]
+        content = CONTENT
+        again = "then" in query and self.times(self.seen[-1]["path"]) > 1
+        then = query.get("then") if again else None
+        if then == "changes":
+            query["tag"] = '"b"'
+        if then == "shrinks":
+            content = content[:1000]
         lines = ["Date: Sun, 06 Nov 2022 10:00:00 GMT"]
         lines += [f"ETag: {query['tag']}"] if "tag" in query else []
         lines += [f"Last-Modified: {query['date']}"] if "date" in query else []
         start = int(headers.get("range", "bytes=0-")[6:-1])
-        if "whole" in query or headers.get("if-range") not in validators:
+        if then == "whole" or headers.get("if-range") not in (query.get("tag"), query.get("date")):
             start = 0
         if start >= len(content):
             return self.send(stream, 416)
-        end = min(len(content), start + int(query.get("cut", len(content))))
+        cut = 2000 if "then" in query and not again else int(query.get("cut", len(content)))
+        end = min(len(content), start + cut)
         if start:
-            lines.append(f"Content-Range: bytes {query.get('range', start)}-{len(content) - 1}/{len(content)}")
+            lines.append(f"Content-Range: bytes {start + (then == 'shifts')}-{len(content) - 1}/{len(content)}")
         self.send(stream, 206 if start else 200, content[start:end], lines, len(content) - start)
+        if query.get("then") == "held" and not again:
+            self.wait(stream, "the end of the test")
         return end == len(content)
+
+    def times(self, path):
+        return sum(one["path"] == path for one in self.seen)

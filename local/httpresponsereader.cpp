@@ -186,7 +186,8 @@ bool HttpResponseReader::beginContent()
 bool HttpResponseReader::readChunkSize(const QByteArray& line)
 {
     const int extension = line.indexOf(';');
-    const std::optional<qint64> size = readNumber(line.left(extension < 0 ? line.size() : extension).trimmed(), 16);
+    const std::optional<qint64> size =
+        readNumber(line.left(extension < 0 ? line.size() : extension).trimmed(), 16);
     if (!size)
         return false;
     m_left = *size;

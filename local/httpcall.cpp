@@ -6,6 +6,7 @@ KHttpCall::KHttpCall(CallOptions options, Done done)
     : KHttpTransfer(
         { options.page, options.id, std::move(options.request), options.timeoutMs, "gzip, deflate", false })
     , m_maxBytes(options.maxBytes)
+    , m_type(options.type)
     , m_done(std::move(done))
 {
     m_response.requestId = options.id;
@@ -58,10 +59,14 @@ void KHttpCall::report(Outcome outcome)
     if (outcome)
         return done(*outcome);
     HttpResponse response = std::move(m_response);
-    if (m_content.startsWith("\xef\xbb\xbf"))
-        m_content.remove(0, 3);
-    response.body = QString::fromUtf8(m_content);
-    m_content.clear();
+    QByteArray content = std::move(m_content);
+    if (m_type == ResponseType::Bytes) {
+        response.body = Bytes { std::move(content) };
+    } else {
+        if (content.startsWith("\xef\xbb\xbf"))
+            content.remove(0, 3);
+        response.body = QString::fromUtf8(content);
+    }
     done(std::move(response));
 }
 

@@ -1,12 +1,21 @@
 // KHttpCall: a request whose response is kept in memory, for "httpRequest" and "fetch".
 #pragma once
 
+#include "framework/bytes.h"
 #include "local/contentdecoder.h"
 #include "local/httptransfer.h"
 
 #include <QMap>
 
 namespace jsapi {
+
+enum class ResponseType { Text, Bytes };
+template <>
+inline constexpr std::array<Choice<ResponseType>, 2> ChoicesOf<ResponseType> {
+    { { ResponseType::Text, "text" }, { ResponseType::Bytes, "bytes" } }
+};
+
+using HttpContent = std::variant<QString, Bytes>;
 
 struct HttpResponse {
     QString requestId;
@@ -16,7 +25,7 @@ struct HttpResponse {
     QString url;
     bool redirected = false;
     QMap<QString, QString> headers;
-    QString body;
+    HttpContent body;
     static constexpr auto fields()
     {
         using Self = HttpResponse;
@@ -28,7 +37,7 @@ struct HttpResponse {
             property("redirected", &Self::redirected, "whether there were redirects"),
             property("headers", &Self::headers,
                 "by their names in lower case, several of one name joined with \", \"; without Set-Cookie"),
-            property("body", &Self::body, "the content, decompressed; as text it is read as UTF-8"));
+            property("body", &Self::body, "the content, decompressed, as `responseType` says"));
     }
 };
 
@@ -45,6 +54,7 @@ public:
         QString id;
         HttpRequest request;
         int timeoutMs = 0;
+        ResponseType type = ResponseType::Text;
         qint64 maxBytes = 0; ///< of the content, decompressed
     };
     /// `done` is called once, from the event loop; not when the library is unloaded before.
@@ -57,6 +67,7 @@ private:
     void report(Outcome outcome) override;
 
     qint64 m_maxBytes;
+    ResponseType m_type;
     Done m_done;
     ContentDecoder m_decoder;
     QByteArray m_content;

@@ -24,7 +24,7 @@ constexpr std::int32_t LongestTimeoutMs = 600'000;
 constexpr double UsualContent = 64 << 20;
 constexpr double MostContent = 256 << 20;
 constexpr double MostFileBytes = 1LL << 53;
-constexpr std::size_t MostBodyBytes = 64 << 20;
+constexpr int MostBodyBytes = 64 << 20;
 constexpr int LongestId = 128;
 
 bool isByteCount(double value, double most)
@@ -81,7 +81,7 @@ struct HttpReport {
     std::optional<QString> url;
     std::optional<bool> redirected;
     std::optional<QMap<QString, QString>> headers;
-    std::optional<QString> body;
+    std::optional<HttpContent> body;
     static constexpr auto fields()
     {
         using Self = HttpReport;
@@ -128,7 +128,8 @@ struct KJsApiNetwork::RequestOptions {
     std::string url;
     std::string method = "GET";
     std::map<std::string, std::string> headers;
-    std::string body;
+    std::variant<std::string, Bytes> body;
+    ResponseType responseType = ResponseType::Text;
     std::int32_t timeoutMs = UsualTimeoutMs;
     double maxBytes = UsualContent;
     std::optional<QString> requestId;
@@ -141,7 +142,10 @@ struct KJsApiNetwork::RequestOptions {
             optional("headers", &Self::headers,
                 "at most 100 with 32 KiB; not those that pages may not set with the web's `fetch` either, such as Host, "
                 "Cookie, Origin and Content-Length"),
-            optional("body", &Self::body, "sent as UTF-8, at most 64 MiB; not with GET and HEAD"),
+            optional("body", &Self::body,
+                "a string, which is sent as UTF-8, or bytes; at most 64 MiB; not with GET and HEAD"),
+            optional("responseType", &Self::responseType,
+                "what the content becomes: a string, read as UTF-8, or bytes"),
             optional("timeoutMs", &Self::timeoutMs,
                 "the longest time, from 1 to 600000 ms, in which nothing comes or goes; waiting for its turn is not counted"),
             optional("maxBytes", &Self::maxBytes,
@@ -272,15 +276,17 @@ Answer<KHttpCall::CallOptions> checkOptions(const JSContextEnv& page, const auto
     if (made.isRefused())
         return made.refusal();
     HttpRequest& request = made.value();
-    if (!options.body.empty()) {
-        if (request.method == "GET" || request.method == "HEAD" || options.body.size() > MostBodyBytes)
-            return BodyIsIllegal;
-        request.body = QByteArray::fromStdString(options.body);
-        if (!hasHeader(request, "content-type"))
-            request.headers.emplace_back("Content-Type", "text/plain;charset=UTF-8");
-    }
+    const auto* text = std::get_if<std::string>(&options.body);
+    if (text && text->size() > std::size_t { MostBodyBytes })
+        return BodyIsIllegal;
+    request.body = text ? QByteArray::fromStdString(*text) : std::get<Bytes>(options.body).data;
+    const bool hasNone = request.method == "GET" || request.method == "HEAD";
+    if (!request.body.isEmpty() && (hasNone || request.body.size() > MostBodyBytes))
+        return BodyIsIllegal;
+    if (text && !text->empty() && !hasHeader(request, "content-type"))
+        request.headers.emplace_back("Content-Type", "text/plain;charset=UTF-8");
     return KHttpCall::CallOptions { page, id.value(), std::move(request), options.timeoutMs,
-        static_cast<qint64>(options.maxBytes) };
+        options.responseType, static_cast<qint64>(options.maxBytes) };
 }
 
 HttpReport makeReport(const QString& id, const HttpResult& result)

@@ -166,10 +166,11 @@ PROFILE_SECTION(Plugins, directories, bytesPerSecond)
 PROFILE_SECTION(Network, caCertificates)
 PROFILE_SECTION(Windows, autoHide)
 PROFILE_SECTION(Skin, current, directories)
+PROFILE_SECTION(RemoteConfig, source)
 PROFILE_SECTION(Log, maxFileSizeKiB, keptFiles)
 PROFILE_SECTION(Browser, applicationId, sessionId, grouped, groupMark1OffsetMs, groupMark2OffsetMs)
 PROFILE_SECTION(Profile, application, installation, directories, product, files, access, dialogs, cloudFiles,
-    account, cloud, language, dpi, plugins, network, windows, skin, theme, log, browser, policy, services)
+    account, cloud, language, dpi, plugins, network, windows, skin, remoteConfig, theme, log, browser, policy, services)
 
 namespace {
 

@@ -16,7 +16,13 @@ declare const NovaExtension: {
      * user has ended it; a page has one at a time, and one that it opens meanwhile is cancelled at once.
      */
     readonly FileSystem: NovaExtension.FileSystem;
-    /** Downloads and HTTP requests. */
+    /**
+     * Downloads and HTTP requests. Each server must be permitted to the page, at every redirect; an address that is not
+     * public (of this machine, a local network, a special use) must be so itself. Certificates are verified. There are
+     * no cookies, no cache and no credentials but the page's own headers. A page has at most 6 requests and downloads
+     * under way at once, all pages 32; as many as 256 of a page wait. They end with the page. Functions are called
+     * after the member has returned.
+     */
     readonly Network: NovaExtension.Network;
     /** Facts about this installation. What the suite does not know is an empty string. */
     readonly Novaoffice: NovaExtension.Novaoffice;
@@ -153,13 +159,13 @@ declare namespace NovaExtension {
         "FileSystem.startAccess": never;
         "FileSystem.isDir": never;
         "FileSystem.isDirWritable": never;
-        "Network.isConnected": Failure<3, "not supported.">;
-        "Network.download": Failure<3, "not supported.">;
-        "Network.cancelDownload": Failure<3, "not supported.">;
-        "Network.httpRequest": Failure<3, "not supported.">;
-        "Network.fetch": Failure<3, "not supported.">;
-        "Network.abortRequest": Failure<3, "not supported.">;
-        "Network.genarateRequestId": Failure<3, "not supported.">;
+        "Network.isConnected": never;
+        "Network.download": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<1, "Path is empty."> | Failure<1, "URL is illegal."> | Failure<1, "Headers are illegal."> | Failure<3, "Permission denied."> | Failure<3, "Path is illegal."> | Failure<3, "File exists."> | Failure<1, "Request id is in use."> | Failure<3, "Too many requests.">;
+        "Network.cancelDownload": Failure<1, "wrong parameters."> | Failure<1, "missing required parameters.">;
+        "Network.httpRequest": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<1, "URL is illegal."> | Failure<1, "Method is illegal."> | Failure<1, "Headers are illegal."> | Failure<1, "Body is illegal."> | Failure<3, "Permission denied."> | Failure<1, "Request id is in use."> | Failure<3, "Too many requests.">;
+        "Network.fetch": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<1, "URL is illegal."> | Failure<1, "Method is illegal."> | Failure<1, "Headers are illegal."> | Failure<1, "Body is illegal."> | Failure<3, "Permission denied."> | Failure<1, "Request id is in use."> | Failure<3, "Too many requests."> | Failure<3, "PromiseServiceNull"> | Failure<3, "Host not found."> | Failure<3, "Connection failed."> | Failure<3, "TLS failed."> | Failure<3, "Timed out."> | Failure<3, "Too many redirects."> | Failure<3, "Redirect is illegal."> | Failure<3, "Response is broken."> | Failure<3, "Response is too large."> | Failure<3, "Canceled.">;
+        "Network.abortRequest": Failure<1, "wrong parameters."> | Failure<1, "missing required parameters.">;
+        "Network.genarateRequestId": never;
         "Novaoffice.getNovaVersion": never;
         "Novaoffice.getApplicationName": never;
         "Novaoffice.getGuid": never;
@@ -924,25 +930,214 @@ declare namespace NovaExtension.FileSystem {
 
 declare namespace NovaExtension {
     /**
-     * Downloads and HTTP requests.
+     * Downloads and HTTP requests. Each server must be permitted to the page, at every redirect; an address that is not
+     * public (of this machine, a local network, a special use) must be so itself. Certificates are verified. There are
+     * no cookies, no cache and no credentials but the page's own headers. A page has at most 6 requests and downloads
+     * under way at once, all pages 32; as many as 256 of a page wait. They end with the page. Functions are called
+     * after the member has returned.
      *
      * @remarks one object, shared by all pages
      */
     interface Network {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        isConnected(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        download(argument1: unknown, argument2: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        cancelDownload(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        httpRequest(argument1: unknown, argument2: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        fetch(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        abortRequest(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        genarateRequestId(): never;
+        /** Whether this machine is in a network: an interface that is up has an address other machines can reach. */
+        isConnected(): Answer<boolean>;
+        /**
+         * Downloads a file. It is written beside its path and put there when it is whole and on disk; until then what
+         * is at the path stays as it is. A program that is downloaded can not be run.
+         *
+         * @param callback called with the progress, at most 10 times a second, and once with the end
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 1 "Path is empty."
+         * @throws 1 "URL is illegal."
+         * @throws 1 "Headers are illegal."
+         * @throws 3 "Permission denied."
+         * @throws 3 "Path is illegal."
+         * @throws 3 "File exists."
+         * @throws 1 "Request id is in use."
+         * @throws 3 "Too many requests."
+         */
+        download(options: NovaExtension.Network.DownloadOptions, callback?: (report: NovaExtension.Network.DownloadReport) => void): Answer<NovaExtension.Network.StartedRequest>;
+        /**
+         * Ends a download. Returns whether it was under way; its function is called with the state `canceled` then.
+         *
+         * @param requestId of a download of this page
+         * @throws 1 "wrong parameters."
+         * @throws 1 "missing required parameters."
+         */
+        cancelDownload(requestId: string): Answer<boolean>;
+        /**
+         * Sends an HTTP request. At most 20 redirects are followed, as the web's `fetch` follows them, none from https
+         * to http; Authorization does not go to another server.
+         *
+         * @param callback called once, with the response or the error
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 1 "URL is illegal."
+         * @throws 1 "Method is illegal."
+         * @throws 1 "Headers are illegal."
+         * @throws 1 "Body is illegal."
+         * @throws 3 "Permission denied."
+         * @throws 1 "Request id is in use."
+         * @throws 3 "Too many requests."
+         */
+        httpRequest(options: NovaExtension.Network.RequestOptions, callback?: (report: NovaExtension.Network.HttpReport) => void): Answer<NovaExtension.Network.StartedRequest>;
+        /**
+         * Sends an HTTP request as `httpRequest` does; the promise resolves with a response of any status.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 1 "URL is illegal."
+         * @throws 1 "Method is illegal."
+         * @throws 1 "Headers are illegal."
+         * @throws 1 "Body is illegal."
+         * @throws 3 "Permission denied."
+         * @throws 1 "Request id is in use."
+         * @throws 3 "Too many requests."
+         * @throws 3 "PromiseServiceNull"
+         * @throws rejects with 3 "Permission denied."
+         * @throws rejects with 3 "Host not found."
+         * @throws rejects with 3 "Connection failed."
+         * @throws rejects with 3 "TLS failed."
+         * @throws rejects with 3 "Timed out."
+         * @throws rejects with 3 "Too many redirects."
+         * @throws rejects with 3 "Redirect is illegal."
+         * @throws rejects with 3 "Response is broken."
+         * @throws rejects with 3 "Response is too large."
+         * @throws rejects with 3 "Canceled."
+         */
+        fetch(options: NovaExtension.Network.RequestOptions): Promise<NovaExtension.Network.HttpResponse>;
+        /**
+         * Ends a request of `httpRequest` or `fetch`, which fails with "Canceled.". Returns whether it was under way.
+         *
+         * @param requestId of a request of this page
+         * @throws 1 "wrong parameters."
+         * @throws 1 "missing required parameters."
+         */
+        abortRequest(requestId: string): Answer<boolean>;
+        /** An id that no other request has or will have. */
+        genarateRequestId(): Answer<string>;
+    }
+}
+
+declare namespace NovaExtension.Network {
+    interface DownloadOptions {
+        /** http or https, without a user's name and password */
+        url: string;
+        /** the file; its directory must be there */
+        path: string;
+        /**
+         * replace a file that is there
+         *
+         * @default false
+         */
+        overwrite?: boolean | undefined;
+        /**
+         * go on where an earlier download to this path from this URL ended, and keep for a later one what has come if
+         * this one fails or is canceled
+         *
+         * @default false
+         */
+        resume?: boolean | undefined;
+        /** as of `fetch`; neither Range nor If-Range */
+        headers?: Readonly<Record<string, string>> | undefined;
+        /**
+         * as of `fetch`
+         *
+         * @default 30000
+         */
+        timeoutMs?: number | undefined;
+        /** the largest file that is taken; without it there is no limit */
+        maxBytes?: number | undefined;
+        /** as of `fetch` */
+        requestId?: string | undefined;
+    }
+    interface DownloadReport {
+        /** of the download */
+        requestId: string;
+        /** each but `progress` is the last one */
+        state: "progress" | "finished" | "failed" | "canceled";
+        /** so much of the file is there, with what was resumed */
+        receivedBytes: Int64;
+        /** the size of the whole file, where the server says it */
+        totalBytes?: Int64;
+        /** so much was there from an earlier download */
+        resumedBytes: Int64;
+        /** the file, absolute; it is there when the download has finished */
+        path: string;
+        /** the status of the response, where there was one */
+        httpStatus?: number;
+        /** with `failed` and `canceled` */
+        error?: "Permission denied." | "Host not found." | "Connection failed." | "TLS failed." | "Timed out." | "Too many redirects." | "Redirect is illegal." | "Response is broken." | "Response is too large." | "Status is no success." | "File can not be written." | "Disk is full." | "File exists." | "Canceled.";
+    }
+    interface HttpReport {
+        /** of the request */
+        requestId: string;
+        /** whether there is a response, with a status from 200 to 299 */
+        ok: boolean;
+        /** why there is no response; what follows is there without it only */
+        error?: "Permission denied." | "Host not found." | "Connection failed." | "TLS failed." | "Timed out." | "Too many redirects." | "Redirect is illegal." | "Response is broken." | "Response is too large." | "Status is no success." | "File can not be written." | "Disk is full." | "File exists." | "Canceled.";
+        /** such as 200 */
+        status?: number;
+        /** such as "OK" */
+        statusText?: string;
+        /** as in the response of `fetch` */
+        url?: string;
+        /** the same */
+        redirected?: boolean;
+        /** the same */
+        headers?: Record<string, string>;
+        /** the same */
+        body?: string;
+    }
+    interface HttpResponse {
+        /** of the request */
+        requestId: string;
+        /** whether the status is one from 200 to 299 */
+        ok: boolean;
+        /** such as 200 */
+        status: number;
+        /** such as "OK" */
+        statusText: string;
+        /** where the response is from, after redirects */
+        url: string;
+        /** whether there were redirects */
+        redirected: boolean;
+        /** by their names in lower case, several of one name joined with ", "; without Set-Cookie */
+        headers: Record<string, string>;
+        /** the content, decompressed; as text it is read as UTF-8 */
+        body: string;
+    }
+    interface RequestOptions {
+        /** http or https, without a user's name and password */
+        url: string;
+        /** any but CONNECT, TRACE and TRACK */
+        method?: string | undefined;
+        /**
+         * at most 100 with 32 KiB; not those that pages may not set with the web's `fetch` either, such as Host,
+         * Cookie, Origin and Content-Length
+         */
+        headers?: Readonly<Record<string, string>> | undefined;
+        /** sent as UTF-8, at most 64 MiB; not with GET and HEAD */
+        body?: string | undefined;
+        /**
+         * the longest time, from 1 to 600000 ms, in which nothing comes or goes; waiting for its turn is not counted
+         *
+         * @default 30000
+         */
+        timeoutMs?: number | undefined;
+        /**
+         * the largest content that is taken, decompressed: from 1 byte to 256 MiB
+         *
+         * @default 67108864.0
+         */
+        maxBytes?: number | undefined;
+        /** 1 to 128 characters, none that the page has under way; without it a new one */
+        requestId?: string | undefined;
+    }
+    interface StartedRequest {
+        /** given by the page, or new */
+        requestId: string;
     }
 }
 

@@ -8,6 +8,7 @@
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
 #include "host/suite/cloud/cloudservice.h"
+#include "host/suite/network.h"
 #include "host/suite/play.h"
 #include "host/suite/plugins/pluginmanager.h"
 #include "host/suite/remoteconfig/remoteconfig.h"
@@ -111,6 +112,9 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     // The first question is when the suite notes where the directories that are closed to pages lead.
     krt::dirs::inBlackDownloadDir(QStringLiteral("/"));
     kpluginconfig::inPluginDownloadDir(QStringLiteral("/"));
+    error = suite::trustCertificates();
+    if (!error.isEmpty())
+        return nullptr;
     vexlite::Core& core = vexlite::Core::start(readServices());
     core.setDenyMask(options.denyMask);
     std::shared_ptr<vexlite::FailureLog> failures;

@@ -136,8 +136,9 @@ NLOHMANN_JSON_SERIALIZE_ENUM(DialogKind,
     { { DialogKind::Any, nullptr }, { DialogKind::File, "file" }, { DialogKind::Files, "files" },
         { DialogKind::Folder, "folder" }, { DialogKind::Save, "save" }, { DialogKind::Cloud, "cloud" },
         { DialogKind::Panel, "panel" }, { DialogKind::Access, "access" }, { DialogKind::Login, "login" },
-        { DialogKind::Upgrade, "upgrade" }, { DialogKind::Sync, "sync" }, { DialogKind::Purchase, "purchase" },
-        { DialogKind::Color, "color" }, { DialogKind::Confirm, "confirm" } })
+        { DialogKind::Upgrade, "upgrade" }, { DialogKind::Sync, "sync" },
+        { DialogKind::Purchase, "purchase" }, { DialogKind::Color, "color" },
+        { DialogKind::Confirm, "confirm" } })
 NLOHMANN_JSON_SERIALIZE_ENUM(AddressMode,
     { { AddressMode::Auto, "auto" }, { AddressMode::Open, "open" }, { AddressMode::Record, "record" } })
 NLOHMANN_JSON_SERIALIZE_ENUM(CloudTab,
@@ -167,14 +168,15 @@ PROFILE_SECTION(Cloud, program, uploadBytesPerSecond, closedToUploads, openToUpl
 PROFILE_SECTION(Language, name, region)
 PROFILE_SECTION(Dpi, scale)
 PROFILE_SECTION(Plugins, directories, bytesPerSecond)
+PROFILE_SECTION(Network, caCertificates)
 PROFILE_SECTION(Windows, autoHide)
 PROFILE_SECTION(Skin, current, directories)
 PROFILE_SECTION(RemoteConfig, source)
 PROFILE_SECTION(Log, maxFileSizeKiB, keptFiles)
 PROFILE_SECTION(Browser, applicationId, sessionId, grouped, groupMark1OffsetMs, groupMark2OffsetMs)
 PROFILE_SECTION(Profile, application, installation, directories, product, files, access, dialogs, desktop,
-    cloudFiles, account, cloud, domains, intranetType, language, dpi, plugins, windows, skin, remoteConfig, theme,
-    log, browser, policy, services)
+    cloudFiles, account, cloud, domains, intranetType, language, dpi, plugins, network, windows, skin,
+    remoteConfig, theme, log, browser, policy, services)
 
 namespace {
 

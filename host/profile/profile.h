@@ -149,6 +149,11 @@ struct Plugins {
     qint64 bytesPerSecond = 0; ///< 0 for no limit
 };
 
+/// How pages reach the network.
+struct Network {
+    QStringList caCertificates; ///< files, see expandPath(); trusted besides those of the system
+};
+
 /// Windows that pages open.
 struct Windows {
     bool autoHide = true; ///< popups hide when they are no longer active
@@ -196,6 +201,7 @@ struct Profile {
     Language language;
     Dpi dpi;
     Plugins plugins;
+    Network network;
     Windows windows;
     Skin skin;
     RemoteConfig remoteConfig;

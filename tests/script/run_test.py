@@ -136,6 +136,21 @@ def prepare_plugins(data):
     os.makedirs(f"{data}/hostile/directory/plugin.json")
 
 
+def start_server(outer, arguments):
+    """The server of network.test.js, whose ports it gets. Answers the options for novahost: what pages may reach of it."""
+    sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+    import http_server
+    os.mkdir(f"{outer}/server")
+    ports = http_server.Server(f"{outer}/server").ports
+    arguments.append(json.dumps(ports))
+    origins = [f"http://*:{ports['plain']}", f"http://127.0.0.1:{ports['plain']}", f"http://127.0.0.2:{ports['plain']}"]
+    origins += [f"https://localhost:{port}" for port in ports.values()]
+    permissions = [f"reachNetwork:{origin}" for origin in origins] + ["reachPrivateNetwork:127.0.0.1"]
+    pathlib.Path(f"{outer}/profile.json").write_text(json.dumps({"directories": {"blacklistedDownloads": ["${DATA}/closed"]}, "network": {"caCertificates": [f"{outer}/server/ca.pem"]},
+        "policy": [{"origin": "nova://*", "allow": ["*"], "permissions": permissions}]}), encoding="utf-8")
+    return ["--profile", f"{outer}/profile.json"]
+
+
 def prepare_remote_config(data):
     """The configurations of remoteconfig.test.js: config.json, and those that take its place."""
     config = {"version": "1", "data": {"a": 1, "b.c": [None, "x", {"y": 1.5}],
@@ -220,6 +235,8 @@ def main():
             arguments = [tempfile.gettempdir()]
             for locked in prepare_files(data):
                 held.enter_context(locked)
+        if name == "network":
+            options += start_server(outer, arguments)
         if name == "plugins":
             prepare_plugins(data)
         if name == "remoteconfig":
@@ -236,8 +253,8 @@ def main():
             script = f"{outer}/{name}.js"
             pathlib.Path(script).write_text(f"const api = {API.read_text(encoding='utf-8')};\n{text}", encoding="utf-8")
         command = [novahost, "--data", data, "--live-counts", *options, "run", script, data, *arguments]
-#Paths with variables must not lead into the home of whoever runs the test.
-        environment = {**os.environ, "HOME": data, "PATH": f"{data}/bin:{os.environ['PATH']}"}
+        # Paths with variables must not lead into the home of whoever runs the test.
+        environment = {**os.environ, "HOME": data, "PATH": f"{data}/bin:{os.environ['PATH']}", "no_proxy": "*"}
         if "--browser" in options:
             environment["QT_QPA_PLATFORM"] = "offscreen"
             if os.geteuid() == 0:
@@ -245,7 +262,7 @@ def main():
         limited = name == "archives" and "--browser" not in options
         result = subprocess.run(command, capture_output=True, text=True, errors="replace", env=environment, cwd=data,
                                 restore_signals=not limited, preexec_fn=limit_files if limited else None)
-        half_done = [path.name for path in pathlib.Path(data, "plugins").glob(".*")]
+        half_done = [path.name for path in pathlib.Path(data, "" if name == "network" else "plugins").glob(".*")]
         if name == "archives":
             half_done += [path.name for path in pathlib.Path(data).rglob(".*") if len(path.name) == 33]
             half_done += [path.name for path in pathlib.Path(data).glob("unfinished*")]

@@ -297,8 +297,8 @@ declare namespace NovaExtension {
         "Tools.getDomainUrl": Failure<3, "empty handle."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
         "Tools.launchProcessByNova": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Permission denied."> | Failure<3, `${string} is not existed`> | Failure<3, "Too many launches.">;
         "Tools.getIntranetType": Failure<3, "empty handle.">;
-        "Tools.compress": Failure<3, "not supported.">;
-        "Tools.decompress": Failure<3, "not supported.">;
+        "Tools.compress": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<1, "Path is empty."> | Failure<3, "New path is illegal."> | Failure<3, `${string} exists already.`> | Failure<3, `${string} is not existed`> | Failure<3, `${string} can't be packed.`> | Failure<3, `${string} has too many entries.`> | Failure<3, `${string} can't be written.`> | Failure<3, `No space is left for ${string}.`> | Failure<3, "PromiseServiceNull">;
+        "Tools.decompress": Failure<1, "Path is empty."> | Failure<1, "wrong parameters."> | Failure<3, "Path is illegal."> | Failure<3, "New path is illegal."> | Failure<3, `${string} is damaged.`> | Failure<3, `${string} can't be unpacked.`> | Failure<3, `${string} is encrypted.`> | Failure<3, `${string} has too many entries.`> | Failure<3, `${string} is too large.`> | Failure<3, `${string} exists already.`> | Failure<3, `${string} can't be written.`> | Failure<3, `No space is left for ${string}.`> | Failure<3, "PromiseServiceNull">;
         "Tools.showConfirmDlg": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
         "Tools.sendMail": Failure<1, "wrong parameters."> | Failure<1, "missing required parameters."> | Failure<3, "Permission denied."> | Failure<3, "Too many launches.">;
         "Event.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
@@ -1058,11 +1058,11 @@ declare namespace NovaExtension.Network {
         /** each but `progress` is the last one */
         state: "progress" | "finished" | "failed" | "canceled";
         /** so much of the file is there, with what was resumed */
-        receivedBytes: Int64;
+        receivedBytes: number;
         /** the size of the whole file, where the server says it */
-        totalBytes?: Int64;
+        totalBytes?: number;
         /** so much was there from an earlier download */
-        resumedBytes: Int64;
+        resumedBytes: number;
         /** the file, absolute; it is there when the download has finished */
         path: string;
         /** the status of the response, where there was one */
@@ -1088,7 +1088,7 @@ declare namespace NovaExtension.Network {
         /** the same */
         headers?: Record<string, string>;
         /** the same */
-        body?: string;
+        body?: string | Uint8Array;
     }
     interface HttpResponse {
         /** of the request */
@@ -1105,8 +1105,8 @@ declare namespace NovaExtension.Network {
         redirected: boolean;
         /** by their names in lower case, several of one name joined with ", "; without Set-Cookie */
         headers: Record<string, string>;
-        /** the content, decompressed; as text it is read as UTF-8 */
-        body: string;
+        /** the content, decompressed, as `responseType` says */
+        body: string | Uint8Array;
     }
     interface RequestOptions {
         /** http or https, without a user's name and password */
@@ -1118,8 +1118,14 @@ declare namespace NovaExtension.Network {
          * Cookie, Origin and Content-Length
          */
         headers?: Readonly<Record<string, string>> | undefined;
-        /** sent as UTF-8, at most 64 MiB; not with GET and HEAD */
-        body?: string | undefined;
+        /** a string, which is sent as UTF-8, or bytes; at most 64 MiB; not with GET and HEAD */
+        body?: string | Bytes | undefined;
+        /**
+         * what the content becomes: a string, read as UTF-8, or bytes
+         *
+         * @default "text"
+         */
+        responseType?: "text" | "bytes" | undefined;
         /**
          * the longest time, from 1 to 600000 ms, in which nothing comes or goes; waiting for its turn is not counted
          *
@@ -2826,10 +2832,44 @@ declare namespace NovaExtension {
          * @throws 3 "empty handle."
          */
         getIntranetType(): Answer<number>;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        compress(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        decompress(argument1: unknown): never;
+        /**
+         * Makes a zip archive of files and directories. Each is named in the archive without the directories that lead
+         * there; of a directory all that is in it goes in, but no links, pipes and devices. Resolves when the archive
+         * is in its place. On a failure there is no archive, and one that was there is as it was.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 1 "Path is empty."
+         * @throws rejects with 3 "New path is illegal."
+         * @throws rejects with 3 "%1 exists already."
+         * @throws rejects with 3 "%1 is not existed"
+         * @throws rejects with 3 "%1 can't be packed."
+         * @throws rejects with 3 "%1 has too many entries."
+         * @throws rejects with 3 "%1 can't be written."
+         * @throws rejects with 3 "No space is left for %1."
+         * @throws 3 "PromiseServiceNull"
+         */
+        compress(options: NovaExtension.Tools.CompressOptions): Promise<NovaExtension.Tools.CompressResult>;
+        /**
+         * Unpacks a zip archive into a directory. Directories become one with those that are there. Refused are
+         * archives with names that lead elsewhere, links, programs, encrypted entries, or more than 100000 entries.
+         * Resolves when all files are in their places. On a failure nothing has changed.
+         *
+         * @throws 1 "Path is empty."
+         * @throws 1 "wrong parameters."
+         * @throws rejects with 3 "Path is illegal."
+         * @throws rejects with 3 "New path is illegal."
+         * @throws rejects with 3 "%1 is damaged."
+         * @throws rejects with 3 "%1 can't be unpacked."
+         * @throws rejects with 3 "%1 is encrypted."
+         * @throws rejects with 3 "%1 has too many entries."
+         * @throws rejects with 3 "%1 is too large."
+         * @throws rejects with 3 "%1 exists already."
+         * @throws rejects with 3 "%1 can't be written."
+         * @throws rejects with 3 "No space is left for %1."
+         * @throws 3 "PromiseServiceNull"
+         */
+        decompress(options: NovaExtension.Tools.DecompressOptions): Promise<NovaExtension.Tools.DecompressResult>;
         /**
          * Has the user decide in a dialog. Returns the index of the button, -1 when the dialog was cancelled, or
          * another one of the page is open.
@@ -2852,6 +2892,32 @@ declare namespace NovaExtension {
 }
 
 declare namespace NovaExtension.Tools {
+    interface CompressOptions {
+        /** files of kinds that pages may copy, and directories of such files */
+        files: readonly string[];
+        /** the archive */
+        path: string;
+        /**
+         * from 0, stored, to 9, smallest
+         *
+         * @default 6
+         */
+        level?: number | undefined;
+        /**
+         * replace what is there
+         *
+         * @default false
+         */
+        overwrite?: boolean | undefined;
+    }
+    interface CompressResult {
+        /** of the archive, absolute */
+        path: string;
+        /** the files in it, without directories */
+        files: number;
+        /** the size of the archive */
+        bytes: Int64;
+    }
     interface ConfirmOptions {
         /** the question; plain text, shown up to 2,000 characters */
         text: string;
@@ -2873,6 +2939,32 @@ declare namespace NovaExtension.Tools {
          * @default "question"
          */
         type?: "none" | "info" | "question" | "warning" | "error" | undefined;
+    }
+    interface DecompressOptions {
+        /** the archive, of a kind that pages may copy */
+        path: string;
+        /** the directory to unpack into, made with all directories above it when it is not there */
+        folder: string;
+        /**
+         * replace files that are there
+         *
+         * @default false
+         */
+        overwrite?: boolean | undefined;
+        /**
+         * the most bytes that all files together may have
+         *
+         * @default 1073741824.0
+         */
+        maxBytes?: number | undefined;
+    }
+    interface DecompressResult {
+        /** where the files are, absolute */
+        folder: string;
+        /** the files unpacked, without directories */
+        files: number;
+        /** their bytes */
+        bytes: Int64;
     }
     interface DomainOptions {
         /** the service, as the suite names it: `account` */

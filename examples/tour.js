@@ -1,7 +1,10 @@
 // A tour of what a page can do: every answer below comes from the native library.
 //
 //     novahost run examples/tour.js
-//     novahost run examples/tour.js --all     # then calls every member of every object once
+//
+// With --all it then calls every member of every object once; the profile answers the dialogs:
+//
+//     novahost --profile examples/tour.profile.json run examples/tour.js --all
 
 const { ConfigCenter, Event, FileSystem, Log, Novaoffice, Product, Profile, SettingsManager, TelemetrySdk } =
     NovaExtension;
@@ -80,13 +83,17 @@ if (process.argv.includes("--all"))
 
 /** Calls every member of every object once, with the arguments below, and prints what comes back. */
 async function callEveryMember() {
-    const folder = `${FileSystem.tempPath().data}/tour`;
-    const file = `${folder}/file.txt`;
-    FileSystem.mkpath(folder);
+    const folder = `${FileSystem.officeData().data}/tour`;
+    const file = `${folder}/work/file.txt`;
+    FileSystem.mkpath(`${folder}/work`);
     FileSystem.copy({ path: process.argv[1], newPath: file, overwrite: true });
     const workspace = await NovaExtension.CloudDoc.getDefaultWorkSpace();
     const cloudPath = workspace.uploadCloudPath;
     const groupId = workspace.groupId;
+    const { id } = await NovaExtension.SyncFolder.syncFolder({ localPath: `${folder}/work` });
+    const url = "https://www.example.com/";
+    const requestId = "tour";
+    const toLocal = { cloudPath, localPath: `${folder}/from cloud` };
     const ignored = () => { };
     const dialog = { caption: "Tour", dir: FileSystem.homePath().data, filter: "All (*)" };
     const size = { width: 400, height: 300 };
@@ -109,6 +116,34 @@ async function callEveryMember() {
             i18nFieldName: [{ key: "welcome", field: "title" }],
             subscribeGroupMatchValue: [{ group: "newToolbar" }, ignored],
         },
+        "ByteBufferManager": { create: ["bytes"] },
+        "ByteBufferManager.ByteBuffer": { setSize: [8] },
+        "Network": {
+            download: [{ url, path: `${folder}/downloaded.html`, requestId }, ignored], cancelDownload: [requestId],
+            httpRequest: [{ url, requestId }, ignored], fetch: [{ url }], abortRequest: [requestId],
+        },
+        "Crypto": { c64Encode: ["text"], md5Data: ["text"] },
+        "Utils": {
+            setTextToClipboard: ["text"], setImageToClipboard: [{ path: file }], pickColor: [{ color: "#ffffff" }, ignored],
+            getPictureFilepath: [{}], startDetach: [{ program: "/usr/bin/true" }], getSnapperColor: [{}, ignored],
+            inBlackDownloadDir: [file],
+        },
+        "Tools": {
+            openUrl: [{ url }], openInnerUrl: [{ url: "nova://app/inner.html" }], getDomainUrl: [{ name: "account" }],
+            launchProcessByNova: [{ program: "tour" }], compress: [{ files: [file], path: `${folder}/files.zip` }],
+            decompress: [{ path: `${folder}/files.zip`, folder: `${folder}/unpacked` }],
+            showConfirmDlg: [{ text: "Go on?", buttons: ["Go on", "Stop"] }], sendMail: [{ to: ["ada@example.com"], subject: "Tour" }],
+        },
+        "Payment": { open: [{ source: "tour" }] },
+        "CloudDoc.Orbitapi": { commonRequest: [{ requestKey: "user.space" }] },
+        "CloudAdapter": { commonRequest: [{ method: "getRoamingMode" }] },
+        "SyncFolder": {
+            getFolderSize: [{ localPath: folder }], syncFolderPrecheck: [{ localPath: folder }], syncToLocalPrecheck: [toLocal],
+            syncFolder: [{ id }], syncToLocal: [toLocal], changeSyncPath: [{ id, localPath: `${folder}/moved` }],
+            checkSyncFolderPathValid: [{ localPath: folder }], checkSyncFolderValid: [{ id }], scanFolder: [{ id }],
+            showNovaBox: [{ text: "Done." }],
+        },
+        "Account.Privilege": { hasPrivilege: ["cloudSpace"] },
         "FileSystem": {
             File: [{ path: file }], exists: [file], copy: [{ path: file, newPath: `${folder}/copy.txt`, overwrite: true }],
             openLocalLocation: [{ path: folder }], getDllWorkPath: ["tour"], selectLocalFolder: [dialog], selectFolderx: [{}],

@@ -325,9 +325,10 @@ int listMembers(Suite& suite, const Options& options)
             if (!options.unsupportedOnly || !row.built.empty())
                 printTable(row.table, row.built);
         }
-        if (options.object.isEmpty())
-            printLegend();
-        else if (!documentMember(options) && rows.empty())
+        if (options.object.isEmpty()) {
+            if (!options.unsupportedOnly)
+                printLegend();
+        } else if (!documentMember(options) && rows.empty())
             return fail(UsageError,
                 QString::fromLatin1("OBJECT: there is no \"%1\"; %2")
                     .arg(options.object, advice(names, options.object)));

@@ -1,7 +1,6 @@
-""
-    "Runs one script test in novahost: checks that it passes, that nothing crashed, and that the closed page left nothing.
+"""Runs one script test in novahost: checks that it passes, that nothing crashed, and that the closed page left nothing.
 
-    usage : run_test.py NOVAHOST SCRIPTS_DIR NAME[OPTION...]; with --browser in the browser engine, without a display
+usage: run_test.py NOVAHOST SCRIPTS_DIR NAME [OPTION...]; with --browser in the browser engine, without a display
 
 walk and random find the description of all members in front of them, as `const api`.
 """
@@ -62,25 +61,18 @@ def prepare_files(data):
              "link to deep": "holder/deep", "links/file": "../plain.txt", "links/tree": "../tree", "links/broken": "none"}
     for name, target in links.items():
         os.symlink(target, f"{data}/{name}")
-#Changes files of these names : one gets another size, one another byte and its old time of modification.
+    # Changes files of these names: one gets another size, one another byte and its old time of modification.
     replace_opener(data, """case "$1" in
-*/shrinking.bin) truncate -s 10 "$1" ;
-;
-* / full ? pipe) exec timeout 10 cat "$1" > "$HOME/opened/full pipe";
-;
-*/restored.bin) time=$(stat -c %y "$1");
-printf x | dd of = "$1" conv = notrunc status = none;
-touch
-    - d "$time"
-        "$1";
-;
+*/shrinking.bin) truncate -s 10 "$1" ;;
+*/full?pipe) exec timeout 10 cat "$1" > "$HOME/opened/full pipe" ;;
+*/restored.bin) time=$(stat -c %y "$1"); printf x | dd of="$1" conv=notrunc status=none; touch -d "$time" "$1" ;;
 esac
 touch -- "$HOME/opened/${1##*/}"
 """)
-#The working directory has another one, as a page could have left it there.
+    # The working directory has another one, as a page could have left it there.
     with open(f"{data}/xdg-open", "w", encoding="utf-8") as trap:
         trap.write('touch "$HOME/trapped"; . "$HOME/bin/xdg-open"\n')
-#Waits for a reader, and has nobody to give its text to when that goes without reading.
+    # Waits for a reader, and has nobody to give its text to when that goes without reading.
     subprocess.Popen(["timeout", "60", "sh", "-c", 'printf hello > "$0"', f"{data}/full pipe"])
     locked = [open(f"{data}/locked {what}.txt", "r+", encoding="utf-8") for what in ("whole", "part")]
     fcntl.flock(locked[0], fcntl.LOCK_EX)
@@ -102,26 +94,14 @@ def prepare_plugins(data):
             os.makedirs(os.path.dirname(f"{data}/source {name}/{path}"), exist_ok=True)
             pathlib.Path(f"{data}/source {name}/{path}").write_text(text, encoding="utf-8")
     os.symlink("/etc/hostname", f"{data}/source linked/c")
-    plugins |=
-{
-    "own/here" : {
-        "name" : "here",
-        "version" : "1",
-        "properties" : { "any" : { "" : [ 1, 1.5, None, True, { "a" : "\0" } ], "large" : 2 * *40 } }
-    },
-                 "own/broken" : { "name" : "broken", "version" : "1", "library" : "plugin.json" },
-                                "hostile/outside"
-        : { "name" : "outside", "version" : "1", "resources" : "/etc" },
-          "hostile/climbs" : { "name" : "climbs", "version" : "1", "source" : "a/../../own" },
-                             "hostile/named" : { "name" : "../own/here", "version" : "1" },
-                                               "hostile/typed"
-        : { "name" : "typed", "version" : 1, "titel" : "x" * 100_000 },
-          "hostile/large" : { "name" : "large", "version" : "1", "title" : "x" * 2 * *20 },
-                            "hostile/fetched":
-    {
-        "name" : "fetched", "version" : "1", "source" : "a", "library" : "b.so"
-    }
-}
+    plugins |= {"own/here": {"name": "here", "version": "1", "properties": {"any": {"": [1, 1.5, None, True, {"a": "\0"}], "large": 2**40}}},
+                "own/broken": {"name": "broken", "version": "1", "library": "plugin.json"},
+                "hostile/outside": {"name": "outside", "version": "1", "resources": "/etc"},
+                "hostile/climbs": {"name": "climbs", "version": "1", "source": "a/../../own"},
+                "hostile/named": {"name": "../own/here", "version": "1"},
+                "hostile/typed": {"name": "typed", "version": 1, "titel": "x" * 100_000},
+                "hostile/large": {"name": "large", "version": "1", "title": "x" * 2**20},
+                "hostile/fetched": {"name": "fetched", "version": "1", "source": "a", "library": "b.so"}}
     for path, manifest in plugins.items():
         os.makedirs(f"{data}/{path}/resources")
         pathlib.Path(f"{data}/{path}/plugin.json").write_text(json.dumps(manifest), encoding="utf-8")
@@ -144,7 +124,7 @@ def main():
     if name == "random":
         arguments = [str(RANDOM_SECONDS), os.environ.get("RANDOM_SEED") or str(random.randrange(2**32))]
     with tempfile.TemporaryDirectory() as outer, contextlib.ExitStack() as held:
-#What a broken check would let a page remove above its home is the test's own.
+        # What a broken check would let a page remove above its home is the test's own.
         data = f"{outer}/home"
         os.mkdir(data)
         replace_opener(data, "exit 0\n")
@@ -167,7 +147,7 @@ def main():
             script = f"{outer}/{name}.js"
             pathlib.Path(script).write_text(f"const api = {API.read_text(encoding='utf-8')};\n{text}", encoding="utf-8")
         command = [novahost, "--data", data, "--live-counts", *options, "run", script, data, *arguments]
-#Paths with variables must not lead into the home of whoever runs the test.
+        # Paths with variables must not lead into the home of whoever runs the test.
         environment = {**os.environ, "HOME": data, "PATH": f"{data}/bin:{os.environ['PATH']}"}
         if "--browser" in options:
             environment["QT_QPA_PLATFORM"] = "offscreen"

@@ -61,7 +61,7 @@ ARCHIVES = {
     "checksum": archive(entry("a.txt"), entry("x.txt", crc=1)), "less": archive(entry("x.txt", b"hello" * 9, declared=5)),
     "more": archive(entry("x.txt", declared=6)), "cut": archive(entry("a.txt"), entry("x.txt", b"x" * 99))[:-80], "no archive": b"hello" * 100,
     "lost": archive(entry("x.txt", b"x" * 99))[99:], "count": archive(entry("x.txt"), count=9), "many": archive(*[entry("a.txt")] * 2, count=0xffff),
-    "overlaps": archive(entry("a.txt"), *[entry(name, bytes(1000), again=name > "x") for name in ("a2.txt", "x.txt")]),
+    "overlaps": archive(entry("a.txt"), *[entry(name, bytes(1000), again=name > "x") for name in ("b.txt", "x.txt")]),
     "large": archive(entry("x.txt", declared=2**31)), "huge": archive(entry("x.txt", declared=0xffffffff, extra=large(2**63))),
     "all bits": archive(entry("a.txt"), entry("x.txt", declared=0xffffffff, extra=large(2**64 - 1))),
     "real size": archive(entry("x.txt", bytes(2000))),

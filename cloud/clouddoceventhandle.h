@@ -1,10 +1,9 @@
-// KCloudDocEventHandle: the library's one connection to the suite's proxy of the cloud-document service.
+// KCloudDocEventHandle: the events of CloudDoc.
 #pragma once
 
+#include "cloud/cloudnoticefollower.h"
 #include "cloud/roamingmode.h"
 #include "framework/events.h"
-#include "framework/servicefollower.h"
-#include "suite/kcloudsvrproxy.h"
 
 namespace jsapi {
 
@@ -49,27 +48,21 @@ inline constexpr Event<RoamingModeChange> RoamingModeEvent { "clouddoc.roamingmo
 inline constexpr Event<SyncStatus> SyncStatusEvent { "docCloudSyncStatus",
     "A document is being brought up to date, or is." };
 
-/// Follows the proxy, whichever it is at the moment, and informs the listeners of every page of what it
-/// reports. Owned by the CloudDoc object, whose hub the events go through. Needs an application. [GUI thread]
-class KCloudDocEventHandle final : public QObject {
+/// Informs the listeners of every page. Actions that are not known or lack what the event carries are not passed on.
+class KCloudDocEventHandle final : public KCloudNoticeFollower {
     Q_OBJECT
 
 public:
-    explicit KCloudDocEventHandle(IKJSExtentionApiEvent& cloudDoc);
-
-    /// Looks which proxy there is now, and connects to it.
-    void follow();
+    explicit KCloudDocEventHandle(IKJSExtentionApiEvent& cloudDoc)
+        : m_cloudDoc(cloudDoc)
+    {
+    }
 
 private:
-    IKJSExtentionApiEvent& m_cloudDoc;
-    KServiceFollower<QObject> m_events;
-    KServiceFollower<KCloudSvrProxy> m_proxy;
+    void takeActions(const QMap<QString, QString>& actions) override;
+    void takeLogin(bool isLogin) override;
 
-public Q_SLOTS:
-    // For the proxy. What one reports that is not the suite's any more is not passed on, nor are actions that
-    // are not known or lack what the event carries.
-    void onNotifyActionsMapDefault(const QMap<QString, QString>& actions);
-    void onLoginStatusChanged(bool isLogin);
+    IKJSExtentionApiEvent& m_cloudDoc;
 };
 
 } // namespace jsapi

@@ -1,6 +1,9 @@
 #include "cloud/js_api_account.h"
 
+#include "suite/kcoreapplication.h"
+
 #include <QCoreApplication>
+#include <algorithm>
 
 namespace jsapi {
 
@@ -26,6 +29,11 @@ struct Argument<AccountService>
 template <>
 struct Argument<CurrentAccount> : ResourceArgument<CurrentAccount, &KJsApiAccount::findCurrent, EmptyHandle,
                                       NoAccountService, NoCurrentAccount> {
+};
+
+template <>
+struct Argument<PrivilegedAccount>
+    : ResourceArgument<PrivilegedAccount, &KJsApiPrivilege::findAccount, NoAccountService, NoCurrentAccount> {
 };
 
 template <> struct Fields<KUserInfo> {
@@ -139,7 +147,7 @@ const MemberList& KJsApiAccount::members()
                      "strings and lists are empty and booleans `false`.",
             {
                 getter<&Self::privilege>(u"Privilege", Category::Account, Type::Object,
-                    "Changes of the user's membership privileges.", { &EmptyHandle }),
+                    "What the user's memberships allow, and its changes.", { &EmptyHandle }),
                 member<&Self::login>(u"login", Category::Account, Type::JsValue, { Type::JsValue },
                     "Has the user sign in. Returns whether the service takes the request on, which is not the "
                     "case while another login is under way; events say what becomes of it."),
@@ -186,9 +194,47 @@ const MemberList& KJsApiAccount::members()
 
 const MemberList& KJsApiPrivilege::members()
 {
-    static const MemberList list =
-        MemberList { "Changes of the user's membership privileges.", {} }.withEvents(PrivilegeEvent);
+    using Self = KJsApiPrivilege;
+    static const MemberList list = MemberList {
+        "What the user's memberships allow, and its changes. Nobody has a privilege while no user is "
+        "signed in.",
+        {
+            member<&Self::getPrivileges>(u"getPrivileges", Category::Account, Type::JsValue,
+                "Returns all privileges that the service knows, and which of them the current user has."),
+            member<&Self::hasPrivilege>(u"hasPrivilege", Category::Account, Type::JsValue,
+                { { Type::String, "name", "a privilege; one that the service does not know nobody has" } },
+                "Returns whether the current user has a privilege."),
+        }
+    }.withEvents(PrivilegeEvent);
     return list;
+}
+
+Answer<PrivilegedAccount> KJsApiPrivilege::findAccount(const JSContextEnv&)
+{
+    kacctoutsdk::KAccountSdkProxy* service =
+        QCoreApplication::instance() ? KCoreApplication::getAccountSDK() : nullptr;
+    if (!service)
+        return NoAccountService;
+    const IKAccount* current = service->getAccount({});
+    if (!current)
+        return NoCurrentAccount;
+    return PrivilegedAccount { current };
+}
+
+Answer<std::vector<Privilege>> KJsApiPrivilege::getPrivileges(const PrivilegedAccount& account)
+{
+    std::vector<Privilege> list;
+    for (const kacctoutsdk::KPrivilege& known : account.current->privileges())
+        list.push_back({ known.name, known.isGranted, known.expireTime });
+    return list;
+}
+
+Answer<bool> KJsApiPrivilege::hasPrivilege(const PrivilegedAccount& account, const Demanded<QString>& name)
+{
+    const QVector<kacctoutsdk::KPrivilege> known = account.current->privileges();
+    return std::any_of(known.begin(), known.end(), [&](const kacctoutsdk::KPrivilege& privilege) {
+        return privilege.isGranted && privilege.name == name.value;
+    });
 }
 
 KJsApiAccountHandle* KJsApiAccount::handle()

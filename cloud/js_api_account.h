@@ -64,11 +64,34 @@ private:
     std::unique_ptr<KJsApiAccountHandle> m_handle;
 };
 
-/// "NovaExtension.Account.Privilege": changes of the user's membership privileges.
+/// The current account of the service, whether anybody is signed in or not, as a parameter.
+struct PrivilegedAccount {
+    const kacctoutsdk::IKAccount* current = nullptr;
+};
+
+struct Privilege {
+    QString name;
+    bool isGranted;
+    qlonglong expireTime;
+    static constexpr auto fields()
+    {
+        return std::tuple(property("name", &Privilege::name, ""),
+            property("isGranted", &Privilege::isGranted, "whether the user has it"),
+            property("expireTime", &Privilege::expireTime,
+                "when that ends, in milliseconds since 1970 (UTC); 0 when it is not granted or does not end"));
+    }
+};
+
+/// "NovaExtension.Account.Privilege": what the user's memberships allow, and its changes.
 class KJsApiPrivilege final : public KJCExtendJsEventObj<KJsApiPrivilege> {
 public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.Account.Privilege";
     static const MemberList& members();
+
+    Answer<std::vector<Privilege>> getPrivileges(const PrivilegedAccount& account);
+    Answer<bool> hasPrivilege(const PrivilegedAccount& account, const Demanded<QString>& name);
+
+    Answer<PrivilegedAccount> findAccount(const JSContextEnv& page);
 };
 
 } // namespace jsapi

@@ -1,5 +1,6 @@
 #include "cloud/js_api_clouddoc.h"
 
+#include "cloud/js_api_orbitapi.h"
 #include "framework/libraryowner.h"
 
 #include <QCoreApplication>
@@ -171,15 +172,6 @@ const MemberList& KJsApiCloudDoc::members()
             .withEvents(LoginStatusEvent, RoamingModeEvent, SyncStatusEvent)
             .handingOut<KJsApiOrbitapi>()
             .handingOut<KJsApiUploadFileTask>();
-    return list;
-}
-
-const MemberList& KJsApiOrbitapi::members()
-{
-    static const MemberList list { "Generic requests to the cloud service.",
-        {
-            unbuilt(u"commonRequest", Category::CloudRequest, Type::Object, { Type::JsValue, Type::Object }),
-        } };
     return list;
 }
 

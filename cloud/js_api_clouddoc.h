@@ -58,13 +58,6 @@ private:
     std::unique_ptr<KCloudDocEventHandle> m_handle;
 };
 
-/// "NovaExtension.CloudDoc.Orbitapi": generic requests to the cloud service.
-class KJsApiOrbitapi final : public KJCExtendJsObj<KJsApiOrbitapi> {
-public:
-    static constexpr char16_t ScriptName[] = u"NovaExtension.CloudDoc.Orbitapi";
-    static const MemberList& members();
-};
-
 /// "NovaExtension.CloudDoc.UploadFileTask": one upload, with events of its own. The object stays while its
 /// upload is under way, whether the page keeps it and anybody listens or not.
 class KJsApiUploadFileTask final : public KJCExtendJsObj_InstanceLevelEvent<KJsApiUploadFileTask>,

@@ -30,7 +30,7 @@ target_include_directories(vexlitejsapi PRIVATE ${PROJECT_SOURCE_DIR} INTERFACE 
 target_link_libraries(vexlitejsapi
     PUBLIC vexlite_platform
     PRIVATE $<BUILD_INTERFACE:vexlite_suite> $<BUILD_INTERFACE:vexlite_build_flags> Qt5::Network Qt5::Widgets Qt5::X11Extras
-        $<BUILD_INTERFACE:cloud_messages> PkgConfig::XCB ZLIB::ZLIB minizip)
+        $<BUILD_INTERFACE:cloud_messages> PkgConfig::THRIFT PkgConfig::XCB ZLIB::ZLIB minizip)
 # Static locals in inline code must not keep the library from being unloaded.
 target_compile_options(vexlitejsapi PRIVATE -fno-gnu-unique)
 # Undefined symbols are no error here: scripts/imports knows which there may be.

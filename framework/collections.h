@@ -85,6 +85,7 @@ template <typename T> struct Converter<std::vector<T>> {
 
 /// One of several types: the first whose kind a value is of.
 template <typename... Types> struct Converter<std::variant<Types...>> {
+    static bool isKind(const KJSVariant& value) { return (jsapi::isKind<Types>(value) || ...); }
     static Reading read(const KJSVariant& value, std::variant<Types...>& target)
     {
         Reading reading = Reading::NotConvertible;

@@ -78,6 +78,15 @@ Reading Converter<QVariant>::read(const KJSVariant& value, QVariant& target)
     return Reading::Done;
 }
 
+Reading Converter<QVariantMap>::read(const KJSVariant& value, QVariantMap& target)
+{
+    QVariant read;
+    if (Converter<QVariant>::read(value, read) != Reading::Done || read.userType() != QMetaType::QVariantMap)
+        return Reading::Wrong;
+    target = read.toMap();
+    return Reading::Done;
+}
+
 bool Converter<QMap<QString, QString>>::isKind(const KJSVariant& value)
 {
     bool areStrings = true;

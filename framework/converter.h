@@ -136,7 +136,9 @@ template <> struct Converter<QVariant> {
     static QVariant toVariant(const QVariant& value) { return value; }
 };
 
+/// An object of any such values. Everything else is wrong.
 template <> struct Converter<QVariantMap> {
+    static Reading read(const KJSVariant& value, QVariantMap& target);
     static QVariant toVariant(const QVariantMap& value) { return value; }
 };
 

@@ -13,9 +13,6 @@ namespace jsapi {
 
 namespace {
 
-/// How often an open dialog looks whether its page is still there.
-constexpr int PageWatchMs = 200;
-
 /// The pages that have a dialog open.
 std::vector<JSContextEnv>& pagesWithDialog()
 {
@@ -63,6 +60,18 @@ QWidget* DialogTurn::owner() const
     return window ? window : QApplication::activeWindow();
 }
 
+bool runDialog(const DialogTurn& turn, QDialog* shown)
+{
+    const QPointer<QDialog> dialog(shown);
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, dialog, [&] {
+        if (turn.isPageGone())
+            dialog->reject();
+    });
+    watch.start(DialogTurn::PageWatchMs);
+    return dialog->exec() == QDialog::Accepted && dialog;
+}
+
 QStringList chooseFiles(
     const JSContextEnv& page, const FileDialogOptions& options, QFileDialog::FileMode mode)
 {
@@ -74,14 +83,8 @@ QStringList chooseFiles(
         new QFileDialog(turn.owner(), options.caption, options.dir, options.filter));
     dialog->setFileMode(mode);
     dialog->setOption(QFileDialog::ShowDirsOnly, mode == QFileDialog::Directory);
-    QTimer watch;
-    QObject::connect(&watch, &QTimer::timeout, dialog, [&] {
-        if (turn.isPageGone())
-            dialog->reject();
-    });
-    watch.start(PageWatchMs);
     QStringList chosen;
-    if (dialog->exec() == QDialog::Accepted && dialog)
+    if (runDialog(turn, dialog))
         chosen = dialog->selectedFiles();
     delete dialog;
     return chosen;

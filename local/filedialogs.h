@@ -19,6 +19,9 @@ public:
     DialogTurn(const DialogTurn&) = delete;
     DialogTurn& operator=(const DialogTurn&) = delete;
 
+    /// How often an open dialog looks whether its page is still there.
+    static constexpr int PageWatchMs = 200;
+
     /// Whether the dialog may be shown.
     explicit operator bool() const { return m_granted; }
     /// Whether the page, which had a browser when its turn began, has none any more.
@@ -30,6 +33,13 @@ private:
     PageWatch m_page;
     bool m_granted;
 };
+
+/// Runs a dialog until the user has ended it, or its page has gone. True when it was accepted; false also when it was
+/// destroyed with its owner. [GUI thread]
+bool runDialog(const DialogTurn& turn, QDialog* shown);
+
+/// How much of a page's string is shown as the title of a window.
+inline constexpr int MaxTitle = 100;
 
 struct FileDialogOptions {
     QString caption;

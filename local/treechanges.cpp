@@ -1,12 +1,11 @@
 #include "local/treechanges.h"
 
 #include "local/guardedplaces.h"
+#include "local/newfile.h"
 #include "local/treewalk.h"
 
 #include <QFile>
-#include <QUuid>
 #include <cerrno>
-#include <cstdio>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -15,58 +14,6 @@ namespace jsapi {
 namespace {
 
 constexpr mode_t Permissions = 0777;
-
-/// A file beside another, whose place it takes when it is whole. Removed unless it does.
-class NewFile {
-public:
-    /// Makes the file, for the user alone: what it takes the place of, or is copied from, may be private. errno
-    /// says why when it is not there afterwards.
-    explicit NewFile(int directory, mode_t permissions = 0600)
-        : m_directory(directory)
-        , m_name('.' + QUuid::createUuid().toByteArray(QUuid::Id128))
-        , m_file(openat(directory, m_name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-              permissions))
-    {
-    }
-    ~NewFile()
-    {
-        if (m_file)
-            unlinkat(m_directory, m_name.constData(), 0);
-    }
-    NewFile(const NewFile&) = delete;
-    NewFile& operator=(const NewFile&) = delete;
-
-    explicit operator bool() const noexcept { return bool(m_file); }
-    const FileDescriptor& file() const noexcept { return m_file; }
-
-    /// Takes the place of whatever is there.
-    bool replace(const QByteArray& name)
-    {
-        return settle(renameat(m_directory, m_name.constData(), m_directory, name.constData()) == 0);
-    }
-    /// Takes a place where nothing is.
-    bool take(const QByteArray& name)
-    {
-        const char* from = m_name.constData();
-        const char* to = name.constData();
-        if (renameat2(m_directory, from, m_directory, to, RENAME_NOREPLACE) == 0)
-            return settle(true);
-        // Some file systems can not rename that way, but can link.
-        return errno == EINVAL && linkat(m_directory, from, m_directory, to, 0) == 0;
-    }
-
-private:
-    bool settle(bool done)
-    {
-        if (done)
-            m_file = FileDescriptor();
-        return done;
-    }
-
-    int m_directory;
-    QByteArray m_name;
-    FileDescriptor m_file;
-};
 
 bool copyByReading(int from, const FileDescriptor& to)
 {

@@ -2,7 +2,11 @@
 
 /** The native objects that a page finds. */
 declare const NovaExtension: {
-    /** Remote feature configuration, read and watched. */
+    /**
+     * Remote feature configuration, read and watched. A server decides it; what is here is what came from there last,
+     * so nothing waits. Values have names and hold anything that JSON can spell. Groups have one value for each
+     * context: for the user's language, version, share of a staged introduction.
+     */
     readonly Hive: NovaExtension.Hive;
     /** Makes byte buffers. */
     readonly ByteBufferManager: NovaExtension.ByteBufferManager;
@@ -12,7 +16,13 @@ declare const NovaExtension: {
      * user has ended it; a page has one at a time, and one that it opens meanwhile is cancelled at once.
      */
     readonly FileSystem: NovaExtension.FileSystem;
-    /** Downloads and HTTP requests. */
+    /**
+     * Downloads and HTTP requests. Each server must be permitted to the page, at every redirect; an address that is not
+     * public (of this machine, a local network, a special use) must be so itself. Certificates are verified. There are
+     * no cookies, no cache and no credentials but the page's own headers. A page has at most 6 requests and downloads
+     * under way at once, all pages 32; as many as 256 of a page wait. They end with the page. Functions are called
+     * after the member has returned.
+     */
     readonly Network: NovaExtension.Network;
     /** Facts about this installation. What the suite does not know is an empty string. */
     readonly Novaoffice: NovaExtension.Novaoffice;
@@ -22,7 +32,10 @@ declare const NovaExtension: {
     readonly Log: NovaExtension.Log;
     /** Named values that outlive the process, for everybody or for one user. */
     readonly ConfigCenter: NovaExtension.ConfigCenter;
-    /** Remote feature configuration by switch and section. */
+    /**
+     * Remote feature configuration by switch and section: what the server has decided for the signed-in user, and what
+     * the user has chosen instead, which is stored.
+     */
     readonly CirrusConfig: NovaExtension.CirrusConfig;
     /** Finds plugins by name. */
     readonly PluginManager: NovaExtension.PluginManager;
@@ -38,7 +51,10 @@ declare const NovaExtension: {
      * happened; durations are milliseconds and never negative.
      */
     readonly Profile: NovaExtension.Profile;
-    /** Text encoding and digests. */
+    /**
+     * Text encoding and digests, of strings and of bytes. A string stands for its UTF-8, so one with half a surrogate
+     * pair is refused.
+     */
     readonly Crypto: NovaExtension.Crypto;
     /** The signed-in user's cloud documents, and what happens to them. Listeners of every page get the events. */
     readonly CloudDoc: NovaExtension.CloudDoc;
@@ -48,7 +64,7 @@ declare const NovaExtension: {
     readonly Utils: NovaExtension.Utils;
     /** The product's fixed strings, switches and configuration. What is not there is an empty string or 0. */
     readonly Product: NovaExtension.Product;
-    /** Pages, mail, processes and archives. */
+    /** Pages, mail, processes and archives. A page opens, shows or starts at most 20 things in ten seconds. */
     readonly Tools: NovaExtension.Tools;
     /** A channel between pages, with nothing but the four generic event members. */
     readonly Event: NovaExtension.Event;
@@ -65,7 +81,12 @@ declare const NovaExtension: {
     readonly CloudAdapter: NovaExtension.CloudAdapter;
     /** Notifications between a page and the document chat panel. */
     readonly AiDocsChat: NovaExtension.AiDocsChat;
-    /** Folders that are kept in step with the cloud. */
+    /**
+     * Folders of this machine that are kept in step with a folder of the cloud. `syncFolder` makes a folder one of
+     * them; from then on it is looked at every some seconds, and changes of either side go to the other. Of a file that
+     * has changed on both sides both versions are kept; one that was removed on one side is removed on the other only
+     * when it has not changed there. `getSyncFolderCount` lists them, the listeners learn what is done.
+     */
     readonly SyncFolder: NovaExtension.SyncFolder;
     /** Informs the cloud-document service that a web document has been set up. */
     readonly WebDocsControl: NovaExtension.WebDocsControl;
@@ -86,6 +107,9 @@ declare namespace NovaExtension {
      */
     type Int64 = number;
 
+    /** What a member takes for bytes. It sees them as they are when it is called, and never changes them. */
+    type Bytes = ArrayBuffer | ArrayBufferView | NovaExtension.ByteBufferManager.ByteBuffer;
+
     /**
      * What a call that failed throws, or its promise rejects with.
      *
@@ -100,14 +124,14 @@ declare namespace NovaExtension {
 
     /** The failures of each member. */
     interface Failures {
-        "Hive.addDataWatch": Failure<3, "not supported.">;
-        "Hive.getData": Failure<3, "not supported.">;
-        "Hive.getGroupMatchValue": Failure<3, "not supported.">;
-        "Hive.getHiveConfig": Failure<3, "not supported.">;
-        "Hive.translateContext": Failure<3, "not supported.">;
-        "Hive.i18nFieldName": Failure<3, "not supported.">;
-        "Hive.subscribeGroupMatchValue": Failure<3, "not supported.">;
-        "ByteBufferManager.create": Failure<3, "not supported.">;
+        "Hive.addDataWatch": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "too many watches.">;
+        "Hive.getData": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "Hive.getGroupMatchValue": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "Hive.getHiveConfig": Failure<3, "Remote config service error.">;
+        "Hive.translateContext": Failure<3, "Remote config service error.">;
+        "Hive.i18nFieldName": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters.">;
+        "Hive.subscribeGroupMatchValue": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "too many watches.">;
+        "ByteBufferManager.create": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<1, "Size is illegal."> | Failure<3, "Too many bytes in buffers."> | Failure<3, "empty handle.">;
         "FileSystem.File": Failure<3, "Path is empty."> | Failure<3, "Path is illegal."> | Failure<3, "empty handle.">;
         "FileSystem.exists": never;
         "FileSystem.copy": Failure<3, "Path is empty."> | Failure<1, "wrong parameters."> | Failure<3, "Path is illegal."> | Failure<3, "New path is illegal."> | Failure<3, "override existing file failed">;
@@ -135,13 +159,13 @@ declare namespace NovaExtension {
         "FileSystem.startAccess": never;
         "FileSystem.isDir": never;
         "FileSystem.isDirWritable": never;
-        "Network.isConnected": Failure<3, "not supported.">;
-        "Network.download": Failure<3, "not supported.">;
-        "Network.cancelDownload": Failure<3, "not supported.">;
-        "Network.httpRequest": Failure<3, "not supported.">;
-        "Network.fetch": Failure<3, "not supported.">;
-        "Network.abortRequest": Failure<3, "not supported.">;
-        "Network.genarateRequestId": Failure<3, "not supported.">;
+        "Network.isConnected": never;
+        "Network.download": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<1, "Path is empty."> | Failure<1, "URL is illegal."> | Failure<1, "Headers are illegal."> | Failure<3, "Permission denied."> | Failure<3, "Path is illegal."> | Failure<3, "File exists."> | Failure<1, "Request id is in use."> | Failure<3, "Too many requests.">;
+        "Network.cancelDownload": Failure<1, "wrong parameters."> | Failure<1, "missing required parameters.">;
+        "Network.httpRequest": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<1, "URL is illegal."> | Failure<1, "Method is illegal."> | Failure<1, "Headers are illegal."> | Failure<1, "Body is illegal."> | Failure<3, "Permission denied."> | Failure<1, "Request id is in use."> | Failure<3, "Too many requests.">;
+        "Network.fetch": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<1, "URL is illegal."> | Failure<1, "Method is illegal."> | Failure<1, "Headers are illegal."> | Failure<1, "Body is illegal."> | Failure<3, "Permission denied."> | Failure<1, "Request id is in use."> | Failure<3, "Too many requests."> | Failure<3, "PromiseServiceNull"> | Failure<3, "Host not found."> | Failure<3, "Connection failed."> | Failure<3, "TLS failed."> | Failure<3, "Timed out."> | Failure<3, "Too many redirects."> | Failure<3, "Redirect is illegal."> | Failure<3, "Response is broken."> | Failure<3, "Response is too large."> | Failure<3, "Canceled.">;
+        "Network.abortRequest": Failure<1, "wrong parameters."> | Failure<1, "missing required parameters.">;
+        "Network.genarateRequestId": never;
         "Novaoffice.getNovaVersion": never;
         "Novaoffice.getApplicationName": never;
         "Novaoffice.getGuid": never;
@@ -161,10 +185,10 @@ declare namespace NovaExtension {
         "ConfigCenter.flushRead": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
         "ConfigCenter.flushWrite": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
         "ConfigCenter.flushRemove": Failure<1, "missing required parameters.">;
-        "CirrusConfig.getAuthSwitch": Failure<3, "not supported.">;
-        "CirrusConfig.setAuthSwitch": Failure<3, "not supported.">;
-        "CirrusConfig.getConfigData": Failure<3, "not supported.">;
-        "CirrusConfig.setConfigData": Failure<3, "not supported.">;
+        "CirrusConfig.getAuthSwitch": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<3, "There is no such switch.">;
+        "CirrusConfig.setAuthSwitch": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "There is no such switch."> | Failure<3, "The switch can not be changed.">;
+        "CirrusConfig.getConfigData": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "CirrusConfig.setConfigData": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "The value can not be stored.">;
         "PluginManager.getPlugin": Failure<3, "empty pBrowsersGroup"> | Failure<3, "plugin manager is null"> | Failure<3, "invalid plugin"> | Failure<3, "empty handle.">;
         "Webview.addHideListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
         "Webview.removeHideListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
@@ -230,8 +254,8 @@ declare namespace NovaExtension {
         "Profile.getProfileInfo": Failure<1, "Browser is not in browser group.">;
         "Profile.getBrowserTraceId": Failure<1, "Browser is not in browser group.">;
         "Profile.getBrowserTraceInfo": Failure<1, "Browser is not in browser group.">;
-        "Crypto.c64Encode": Failure<3, "not supported.">;
-        "Crypto.md5Data": Failure<3, "not supported.">;
+        "Crypto.c64Encode": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "Crypto.md5Data": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
         "CloudDoc.Orbitapi": Failure<3, "empty handle.">;
         "CloudDoc.getCloudCachedFile": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Get file cache info failed.">;
         "CloudDoc.uploadFile2CloudFolder": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Sync files failed.">;
@@ -249,39 +273,39 @@ declare namespace NovaExtension {
         "CloudDoc.dispatchEvent": Failure<3, "Event service error.">;
         "CloudDoc.getAllEventInfo": Failure<3, "Event service error.">;
         "SettingsManager.settings": Failure<1, "Format is illegal."> | Failure<1, "missing required parameters."> | Failure<1, "Path is illegal."> | Failure<3, "empty handle.">;
-        "Utils.setTextToClipboard": Failure<3, "not supported.">;
-        "Utils.getClipboardText": Failure<3, "not supported.">;
-        "Utils.setImageToClipboard": Failure<3, "not supported.">;
-        "Utils.getPrimaryScreenGeometry": Failure<3, "not supported.">;
-        "Utils.getAllScreenGeometry": Failure<3, "not supported.">;
-        "Utils.getCurrentScreenGeometry": Failure<3, "not supported.">;
-        "Utils.pickColor": Failure<3, "not supported.">;
-        "Utils.getPictureFilepath": Failure<3, "not supported.">;
-        "Utils.startDetach": Failure<3, "not supported.">;
-        "Utils.getSnapperColor": Failure<3, "not supported.">;
-        "Utils.getParamExtra": Failure<3, "not supported.">;
-        "Utils.inBlackDownloadDir": Failure<3, "not supported.">;
-        "Utils.getCsrf": Failure<3, "not supported.">;
+        "Utils.setTextToClipboard": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "empty handle.">;
+        "Utils.getClipboardText": Failure<3, "Permission denied."> | Failure<3, "empty handle.">;
+        "Utils.setImageToClipboard": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "empty handle."> | Failure<3, "Path is illegal."> | Failure<3, `${string} is not an image`>;
+        "Utils.getPrimaryScreenGeometry": Failure<3, "empty handle.">;
+        "Utils.getAllScreenGeometry": Failure<3, "empty handle.">;
+        "Utils.getCurrentScreenGeometry": Failure<3, "empty handle.">;
+        "Utils.pickColor": Failure<1, "wrong parameters."> | Failure<1, "missing required parameters.">;
+        "Utils.getPictureFilepath": Failure<1, "wrong parameters.">;
+        "Utils.startDetach": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Permission denied."> | Failure<3, `${string} is not existed`> | Failure<3, "Too many launches.">;
+        "Utils.getSnapperColor": Failure<3, "Permission denied."> | Failure<1, "wrong parameters."> | Failure<1, "missing required parameters.">;
+        "Utils.getParamExtra": Failure<1, "wrong parameters.">;
+        "Utils.inBlackDownloadDir": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "Utils.getCsrf": Failure<3, "Get account SDK error."> | Failure<3, "User not login">;
         "Product.isPDFStandAlone": never;
         "Product.getProductString": never;
         "Product.getConfigString": never;
         "Product.getConfigInt": never;
         "Product.language": never;
         "Product.getAppVersionInfo": never;
-        "Tools.openUrl": Failure<3, "not supported.">;
-        "Tools.openInnerUrl": Failure<3, "not supported.">;
-        "Tools.getDomainUrl": Failure<3, "not supported.">;
-        "Tools.launchProcessByNova": Failure<3, "not supported.">;
-        "Tools.getIntranetType": Failure<3, "not supported.">;
-        "Tools.compress": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<1, "Path is empty."> | Failure<3, "New path is illegal."> | Failure<3, `${string} exists already.`> | Failure<3, `${string} is not existed`> | Failure<3, `${string} can't be packed.`> | Failure<3, `${string} has too many entries.`> | Failure<3, `${string} can't be written.`> | Failure<3, `No space is left for ${string}.`> | Failure<3, "PromiseServiceNull">;
-        "Tools.decompress": Failure<1, "Path is empty."> | Failure<1, "wrong parameters."> | Failure<3, "Path is illegal."> | Failure<3, "New path is illegal."> | Failure<3, `${string} is damaged.`> | Failure<3, `${string} can't be unpacked.`> | Failure<3, `${string} is encrypted.`> | Failure<3, `${string} has too many entries.`> | Failure<3, `${string} is too large.`> | Failure<3, `${string} exists already.`> | Failure<3, `${string} can't be written.`> | Failure<3, `No space is left for ${string}.`> | Failure<3, "PromiseServiceNull">;
-        "Tools.showConfirmDlg": Failure<3, "not supported.">;
-        "Tools.sendMail": Failure<3, "not supported.">;
+        "Tools.openUrl": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Permission denied."> | Failure<3, "Too many launches.">;
+        "Tools.openInnerUrl": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Permission denied."> | Failure<3, "Too many launches."> | Failure<3, "create web widget fail!">;
+        "Tools.getDomainUrl": Failure<3, "empty handle."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "Tools.launchProcessByNova": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Permission denied."> | Failure<3, `${string} is not existed`> | Failure<3, "Too many launches.">;
+        "Tools.getIntranetType": Failure<3, "empty handle.">;
+        "Tools.compress": Failure<3, "not supported.">;
+        "Tools.decompress": Failure<3, "not supported.">;
+        "Tools.showConfirmDlg": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "Tools.sendMail": Failure<1, "wrong parameters."> | Failure<1, "missing required parameters."> | Failure<3, "Permission denied."> | Failure<3, "Too many launches.">;
         "Event.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Event.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Event.dispatchEvent": Failure<3, "Event service error.">;
         "Event.getAllEventInfo": Failure<3, "Event service error.">;
-        "Payment.open": Failure<3, "not supported.">;
+        "Payment.open": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Permission denied."> | Failure<3, "Purchase service error."> | Failure<3, "PromiseServiceNull"> | Failure<3, "User not login"> | Failure<3, "Another purchase is open.">;
         "Skin.addSkinChangeListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Skin.removeSkinChangeListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Skin.getCurrentSkinName": never;
@@ -321,38 +345,38 @@ declare namespace NovaExtension {
         "Account.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Account.dispatchEvent": Failure<3, "Event service error.">;
         "Account.getAllEventInfo": Failure<3, "Event service error.">;
-        "CloudAdapter.commonRequest": Failure<3, "not supported.">;
+        "CloudAdapter.commonRequest": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Permission denied."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Common request failed.">;
         "CloudAdapter.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "CloudAdapter.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "CloudAdapter.dispatchEvent": Failure<3, "Event service error.">;
         "CloudAdapter.getAllEventInfo": Failure<3, "Event service error.">;
         "AiDocsChat.registerQACallback": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<1, "Invalid argument"> | Failure<3, "Panel not Found">;
         "AiDocsChat.qaNotify": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<1, "Invalid argument"> | Failure<3, "Panel not Found"> | Failure<3, `Failed invoke method: ${string}`>;
-        "SyncFolder.addNotifyListener": Failure<3, "not supported.">;
-        "SyncFolder.removeNotifyListener": Failure<3, "not supported.">;
-        "SyncFolder.openSyncFolderListDlg": Failure<3, "not supported.">;
-        "SyncFolder.showSyncFolderPathWidget": Failure<3, "not supported.">;
-        "SyncFolder.openCloudSpacePage": Failure<3, "not supported.">;
-        "SyncFolder.getFolderSize": Failure<3, "not supported.">;
-        "SyncFolder.getSupportSelectSyncFolderMode": Failure<3, "not supported.">;
-        "SyncFolder.syncFolderPrecheck": Failure<3, "not supported.">;
-        "SyncFolder.desktopSyncPreCheck": Failure<3, "not supported.">;
-        "SyncFolder.syncToLocalPrecheck": Failure<3, "not supported.">;
-        "SyncFolder.setPersonalDesktopSync": Failure<3, "not supported.">;
-        "SyncFolder.cancelPersonalDesktopSync": Failure<3, "not supported.">;
-        "SyncFolder.getIsNeedRepairOverlayIcon": Failure<3, "not supported.">;
-        "SyncFolder.doRepairOverlayIcon": Failure<3, "not supported.">;
-        "SyncFolder.syncFolder": Failure<3, "not supported.">;
-        "SyncFolder.syncToLocal": Failure<3, "not supported.">;
-        "SyncFolder.changeSyncPath": Failure<3, "not supported.">;
-        "SyncFolder.checkSyncFolderPathValid": Failure<3, "not supported.">;
-        "SyncFolder.checkSyncFolderValid": Failure<3, "not supported.">;
-        "SyncFolder.getRecentFileList": Failure<3, "not supported.">;
-        "SyncFolder.scanFolder": Failure<3, "not supported.">;
-        "SyncFolder.getSyncFolderCount": Failure<3, "not supported.">;
-        "SyncFolder.showNovaBox": Failure<3, "not supported.">;
-        "SyncFolder.getUserTypeList": Failure<3, "not supported.">;
-        "SyncFolder.showCompanyPrivilegeDlg": Failure<3, "not supported.">;
+        "SyncFolder.addNotifyListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "SyncFolder.removeNotifyListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
+        "SyncFolder.openSyncFolderListDlg": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, "Sync folder dialogs are not available."> | Failure<3, "Promise Service error.">;
+        "SyncFolder.showSyncFolderPathWidget": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, "Sync folder dialogs are not available."> | Failure<3, "Promise Service error.">;
+        "SyncFolder.openCloudSpacePage": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, "Sync folder dialogs are not available."> | Failure<3, "Promise Service error.">;
+        "SyncFolder.getFolderSize": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.getSupportSelectSyncFolderMode": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.syncFolderPrecheck": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.desktopSyncPreCheck": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.syncToLocalPrecheck": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.setPersonalDesktopSync": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.cancelPersonalDesktopSync": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.getIsNeedRepairOverlayIcon": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.doRepairOverlayIcon": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.syncFolder": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.syncToLocal": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.changeSyncPath": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.checkSyncFolderPathValid": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.checkSyncFolderValid": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.getRecentFileList": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.scanFolder": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.getSyncFolderCount": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.showNovaBox": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Sync folder dialogs are not available."> | Failure<3, "Promise Service error.">;
+        "SyncFolder.getUserTypeList": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login">;
+        "SyncFolder.showCompanyPrivilegeDlg": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, "Sync folder dialogs are not available."> | Failure<3, "Promise Service error.">;
         "SyncFolder.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "SyncFolder.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "SyncFolder.dispatchEvent": Failure<3, "Event service error.">;
@@ -364,9 +388,9 @@ declare namespace NovaExtension {
         "WebDocsControl.getAllEventInfo": Failure<3, "Event service error.">;
         "KContract.registerCallback": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<1, "Invalid argument"> | Failure<3, "Panel not Found">;
         "KContract.panelNotify": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<1, "Invalid argument"> | Failure<3, "Panel not Found"> | Failure<3, `Failed invoke method: ${string}`>;
-        "ByteBufferManager.ByteBuffer.data": Failure<3, "not supported.">;
-        "ByteBufferManager.ByteBuffer.getSize": Failure<3, "not supported.">;
-        "ByteBufferManager.ByteBuffer.setSize": Failure<3, "not supported.">;
+        "ByteBufferManager.ByteBuffer.data": never;
+        "ByteBufferManager.ByteBuffer.getSize": never;
+        "ByteBufferManager.ByteBuffer.setSize": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<1, "Size is illegal."> | Failure<3, "Too many bytes in buffers.">;
         "FileSystem.File.exists": never;
         "FileSystem.File.remove": Failure<3, "illegal path">;
         "FileSystem.File.size": Failure<3, "empty path"> | Failure<3, "invalid path">;
@@ -374,7 +398,7 @@ declare namespace NovaExtension {
         "PluginManager.Plugin.getProp": Failure<3, "invalid plugin">;
         "PluginManager.Plugin.resourceFilePath": Failure<3, "invalid plugin"> | Failure<3, "plugin is not ready">;
         "PluginManager.Plugin.frameworkFilePath": Failure<3, "invalid plugin"> | Failure<3, "plugin is not ready">;
-        "CloudDoc.Orbitapi.commonRequest": Failure<3, "not supported.">;
+        "CloudDoc.Orbitapi.commonRequest": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Cloud SDK error."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Common request failed."> | Failure<3, "Common request timed out.">;
         "CloudDoc.UploadFileTask.start": Failure<3, "task is null."> | Failure<3, "task start failed.">;
         "CloudDoc.UploadFileTask.cancel": Failure<3, "task is null."> | Failure<3, "task cancel failed.">;
         "CloudDoc.UploadFileTask.restart": Failure<3, "task is null."> | Failure<3, "task restart failed.">;
@@ -384,6 +408,8 @@ declare namespace NovaExtension {
         "CloudDoc.UploadFileTask.getAllEventInfo": Failure<3, "Event service error.">;
         "SettingsManager.Settings.setValue": Failure<1, "missing required parameters."> | Failure<3, "Setting is invalid."> | Failure<1, "wrong parameters.">;
         "SettingsManager.Settings.getValue": Failure<1, "missing required parameters."> | Failure<3, "Setting is invalid."> | Failure<1, "wrong parameters.">;
+        "Account.Privilege.getPrivileges": Failure<3, "Accountsdk is not initialized."> | Failure<3, "Current account is not initialized.">;
+        "Account.Privilege.hasPrivilege": Failure<3, "Accountsdk is not initialized."> | Failure<3, "Current account is not initialized."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
         "Account.Privilege.addEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Account.Privilege.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Account.Privilege.dispatchEvent": Failure<3, "Event service error.">;
@@ -403,25 +429,136 @@ declare namespace NovaExtension {
 
 declare namespace NovaExtension {
     /**
-     * Remote feature configuration, read and watched.
+     * Remote feature configuration, read and watched. A server decides it; what is here is what came from there last,
+     * so nothing waits. Values have names and hold anything that JSON can spell. Groups have one value for each
+     * context: for the user's language, version, share of a staged introduction.
      *
      * @remarks one object, shared by all pages
      */
     interface Hive {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        addDataWatch(argument1: unknown, argument2: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getData(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getGroupMatchValue(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getHiveConfig(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        translateContext(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        i18nFieldName(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        subscribeGroupMatchValue(argument1: unknown, argument2: (...values: any[]) => void): never;
+        /**
+         * Returns a value, undefined where there is none, and has the function called with each change until the page
+         * goes. A page can have 1,000 watches.
+         *
+         * @param options the value
+         * @param callback is called each time that the value is another one
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "too many watches."
+         */
+        addDataWatch(options: NovaExtension.Hive.DataKey, callback: (report: NovaExtension.Hive.ConfigChange) => void): Answer<any>;
+        /**
+         * Returns a value.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        getData(options: NovaExtension.Hive.DataRequest): Answer<any>;
+        /**
+         * Returns the value that a group has for a context.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        getGroupMatchValue(options: NovaExtension.Hive.GroupRequest): Answer<any>;
+        /**
+         * Returns which configuration there is, and what is in it.
+         *
+         * @throws 3 "Remote config service error."
+         */
+        getHiveConfig(options?: NovaExtension.Hive.Prefix): Answer<NovaExtension.Hive.Summary>;
+        /**
+         * Returns a context as groups are decided with it: the page's facts, as strings, and those that the suite
+         * knows, such as `language`, `version` and `userId`, which a page can not replace.
+         *
+         * @throws 3 "Remote config service error."
+         */
+        translateContext(options?: NovaExtension.Hive.Context): Answer<Record<string, string>>;
+        /**
+         * Returns the name of the field in which an object among the values has its text for the user's language: the
+         * first of `title_nb_NO`, `title_nb` and `title` that it has. Where it has none of them, or there is no such
+         * object, the name as it was given.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         */
+        i18nFieldName(options: NovaExtension.Hive.FieldName): Answer<string>;
+        /**
+         * Returns the value that a group has for a context, and has the function called with each change until the page
+         * goes. A page can have 1,000 watches.
+         *
+         * @param options the group and the context
+         * @param callback is called each time that the group's value is another one
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "too many watches."
+         */
+        subscribeGroupMatchValue(options: NovaExtension.Hive.GroupRequest, callback: (report: NovaExtension.Hive.GroupChange) => void): Answer<any>;
+    }
+}
+
+declare namespace NovaExtension.Hive {
+    interface ConfigChange {
+        /** its name */
+        key: string;
+        /** the value that there is now; undefined where there is none */
+        value: any;
+        /** the one that the function was last told of */
+        previousValue: any;
+    }
+    interface Context {
+        /** facts by their names, such as `{ plan: "team" }` */
+        context?: Readonly<Record<string, string>> | undefined;
+    }
+    interface DataKey {
+        /** the value's name */
+        key: string;
+    }
+    interface DataRequest {
+        /** the value's name */
+        key: string;
+        /** what is returned where there is no value */
+        defaultValue?: unknown | undefined;
+    }
+    interface FieldName {
+        /** the value's name */
+        key: string;
+        /** the name of the field without a language */
+        field: string;
+    }
+    interface GroupChange {
+        /** its name */
+        group: string;
+        /** the value that it has now; undefined where it has none */
+        value: any;
+        /** the one that the function was last told of */
+        previousValue: any;
+    }
+    interface GroupRequest {
+        /** the group's name */
+        group: string;
+        /** facts by their names, such as `{ plan: "team" }` */
+        context?: Readonly<Record<string, string>> | undefined;
+        /** what is returned where the group has no value */
+        defaultValue?: unknown | undefined;
+    }
+    interface Prefix {
+        /** returns only the keys and groups whose names begin with this */
+        prefix?: string | undefined;
+    }
+    interface Summary {
+        /** of the configuration; empty while there is none */
+        version: string;
+        /** when it came from the server, in milliseconds since 1970 (UTC); 0 while there is none */
+        updateTime: Int64;
+        /** the names of all values, sorted */
+        keys: string[];
+        /** the names of all groups, sorted */
+        groups: string[];
     }
 }
 
@@ -432,8 +569,18 @@ declare namespace NovaExtension {
      * @remarks one object, shared by all pages
      */
     interface ByteBufferManager {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        create(argument1: unknown): never;
+        /**
+         * Returns a ByteBuffer. All that there are may hold 1 GiB together: see `setSize`.
+         *
+         * @param content how many zero bytes, at most 268,435,456; a string, of which the buffer gets the UTF-8; or
+         *   bytes, of which it gets a copy
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 1 "Size is illegal."
+         * @throws 3 "Too many bytes in buffers."
+         * @throws 3 "empty handle."
+         */
+        create(content: number | string | Bytes): NovaExtension.ByteBufferManager.ByteBuffer;
     }
 }
 
@@ -783,25 +930,214 @@ declare namespace NovaExtension.FileSystem {
 
 declare namespace NovaExtension {
     /**
-     * Downloads and HTTP requests.
+     * Downloads and HTTP requests. Each server must be permitted to the page, at every redirect; an address that is not
+     * public (of this machine, a local network, a special use) must be so itself. Certificates are verified. There are
+     * no cookies, no cache and no credentials but the page's own headers. A page has at most 6 requests and downloads
+     * under way at once, all pages 32; as many as 256 of a page wait. They end with the page. Functions are called
+     * after the member has returned.
      *
      * @remarks one object, shared by all pages
      */
     interface Network {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        isConnected(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        download(argument1: unknown, argument2: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        cancelDownload(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        httpRequest(argument1: unknown, argument2: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        fetch(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        abortRequest(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        genarateRequestId(): never;
+        /** Whether this machine is in a network: an interface that is up has an address other machines can reach. */
+        isConnected(): Answer<boolean>;
+        /**
+         * Downloads a file. It is written beside its path and put there when it is whole and on disk; until then what
+         * is at the path stays as it is. A program that is downloaded can not be run.
+         *
+         * @param callback called with the progress, at most 10 times a second, and once with the end
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 1 "Path is empty."
+         * @throws 1 "URL is illegal."
+         * @throws 1 "Headers are illegal."
+         * @throws 3 "Permission denied."
+         * @throws 3 "Path is illegal."
+         * @throws 3 "File exists."
+         * @throws 1 "Request id is in use."
+         * @throws 3 "Too many requests."
+         */
+        download(options: NovaExtension.Network.DownloadOptions, callback?: (report: NovaExtension.Network.DownloadReport) => void): Answer<NovaExtension.Network.StartedRequest>;
+        /**
+         * Ends a download. Returns whether it was under way; its function is called with the state `canceled` then.
+         *
+         * @param requestId of a download of this page
+         * @throws 1 "wrong parameters."
+         * @throws 1 "missing required parameters."
+         */
+        cancelDownload(requestId: string): Answer<boolean>;
+        /**
+         * Sends an HTTP request. At most 20 redirects are followed, as the web's `fetch` follows them, none from https
+         * to http; Authorization does not go to another server.
+         *
+         * @param callback called once, with the response or the error
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 1 "URL is illegal."
+         * @throws 1 "Method is illegal."
+         * @throws 1 "Headers are illegal."
+         * @throws 1 "Body is illegal."
+         * @throws 3 "Permission denied."
+         * @throws 1 "Request id is in use."
+         * @throws 3 "Too many requests."
+         */
+        httpRequest(options: NovaExtension.Network.RequestOptions, callback?: (report: NovaExtension.Network.HttpReport) => void): Answer<NovaExtension.Network.StartedRequest>;
+        /**
+         * Sends an HTTP request as `httpRequest` does; the promise resolves with a response of any status.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 1 "URL is illegal."
+         * @throws 1 "Method is illegal."
+         * @throws 1 "Headers are illegal."
+         * @throws 1 "Body is illegal."
+         * @throws 3 "Permission denied."
+         * @throws 1 "Request id is in use."
+         * @throws 3 "Too many requests."
+         * @throws 3 "PromiseServiceNull"
+         * @throws rejects with 3 "Permission denied."
+         * @throws rejects with 3 "Host not found."
+         * @throws rejects with 3 "Connection failed."
+         * @throws rejects with 3 "TLS failed."
+         * @throws rejects with 3 "Timed out."
+         * @throws rejects with 3 "Too many redirects."
+         * @throws rejects with 3 "Redirect is illegal."
+         * @throws rejects with 3 "Response is broken."
+         * @throws rejects with 3 "Response is too large."
+         * @throws rejects with 3 "Canceled."
+         */
+        fetch(options: NovaExtension.Network.RequestOptions): Promise<NovaExtension.Network.HttpResponse>;
+        /**
+         * Ends a request of `httpRequest` or `fetch`, which fails with "Canceled.". Returns whether it was under way.
+         *
+         * @param requestId of a request of this page
+         * @throws 1 "wrong parameters."
+         * @throws 1 "missing required parameters."
+         */
+        abortRequest(requestId: string): Answer<boolean>;
+        /** An id that no other request has or will have. */
+        genarateRequestId(): Answer<string>;
+    }
+}
+
+declare namespace NovaExtension.Network {
+    interface DownloadOptions {
+        /** http or https, without a user's name and password */
+        url: string;
+        /** the file; its directory must be there */
+        path: string;
+        /**
+         * replace a file that is there
+         *
+         * @default false
+         */
+        overwrite?: boolean | undefined;
+        /**
+         * go on where an earlier download to this path from this URL ended, and keep for a later one what has come if
+         * this one fails or is canceled
+         *
+         * @default false
+         */
+        resume?: boolean | undefined;
+        /** as of `fetch`; neither Range nor If-Range */
+        headers?: Readonly<Record<string, string>> | undefined;
+        /**
+         * as of `fetch`
+         *
+         * @default 30000
+         */
+        timeoutMs?: number | undefined;
+        /** the largest file that is taken; without it there is no limit */
+        maxBytes?: number | undefined;
+        /** as of `fetch` */
+        requestId?: string | undefined;
+    }
+    interface DownloadReport {
+        /** of the download */
+        requestId: string;
+        /** each but `progress` is the last one */
+        state: "progress" | "finished" | "failed" | "canceled";
+        /** so much of the file is there, with what was resumed */
+        receivedBytes: Int64;
+        /** the size of the whole file, where the server says it */
+        totalBytes?: Int64;
+        /** so much was there from an earlier download */
+        resumedBytes: Int64;
+        /** the file, absolute; it is there when the download has finished */
+        path: string;
+        /** the status of the response, where there was one */
+        httpStatus?: number;
+        /** with `failed` and `canceled` */
+        error?: "Permission denied." | "Host not found." | "Connection failed." | "TLS failed." | "Timed out." | "Too many redirects." | "Redirect is illegal." | "Response is broken." | "Response is too large." | "Status is no success." | "File can not be written." | "Disk is full." | "File exists." | "Canceled.";
+    }
+    interface HttpReport {
+        /** of the request */
+        requestId: string;
+        /** whether there is a response, with a status from 200 to 299 */
+        ok: boolean;
+        /** why there is no response; what follows is there without it only */
+        error?: "Permission denied." | "Host not found." | "Connection failed." | "TLS failed." | "Timed out." | "Too many redirects." | "Redirect is illegal." | "Response is broken." | "Response is too large." | "Status is no success." | "File can not be written." | "Disk is full." | "File exists." | "Canceled.";
+        /** such as 200 */
+        status?: number;
+        /** such as "OK" */
+        statusText?: string;
+        /** as in the response of `fetch` */
+        url?: string;
+        /** the same */
+        redirected?: boolean;
+        /** the same */
+        headers?: Record<string, string>;
+        /** the same */
+        body?: string;
+    }
+    interface HttpResponse {
+        /** of the request */
+        requestId: string;
+        /** whether the status is one from 200 to 299 */
+        ok: boolean;
+        /** such as 200 */
+        status: number;
+        /** such as "OK" */
+        statusText: string;
+        /** where the response is from, after redirects */
+        url: string;
+        /** whether there were redirects */
+        redirected: boolean;
+        /** by their names in lower case, several of one name joined with ", "; without Set-Cookie */
+        headers: Record<string, string>;
+        /** the content, decompressed; as text it is read as UTF-8 */
+        body: string;
+    }
+    interface RequestOptions {
+        /** http or https, without a user's name and password */
+        url: string;
+        /** any but CONNECT, TRACE and TRACK */
+        method?: string | undefined;
+        /**
+         * at most 100 with 32 KiB; not those that pages may not set with the web's `fetch` either, such as Host,
+         * Cookie, Origin and Content-Length
+         */
+        headers?: Readonly<Record<string, string>> | undefined;
+        /** sent as UTF-8, at most 64 MiB; not with GET and HEAD */
+        body?: string | undefined;
+        /**
+         * the longest time, from 1 to 600000 ms, in which nothing comes or goes; waiting for its turn is not counted
+         *
+         * @default 30000
+         */
+        timeoutMs?: number | undefined;
+        /**
+         * the largest content that is taken, decompressed: from 1 byte to 256 MiB
+         *
+         * @default 67108864.0
+         */
+        maxBytes?: number | undefined;
+        /** 1 to 128 characters, none that the page has under way; without it a new one */
+        requestId?: string | undefined;
+    }
+    interface StartedRequest {
+        /** given by the page, or new */
+        requestId: string;
     }
 }
 
@@ -980,26 +1316,83 @@ declare namespace NovaExtension.ConfigCenter {
         key: string;
         /** whose value; without one it is everybody's */
         userId?: string | undefined;
-        /** anything but a function or a native object */
+        /** anything but a function, a native object or bytes */
         value: unknown;
     }
 }
 
 declare namespace NovaExtension {
     /**
-     * Remote feature configuration by switch and section.
+     * Remote feature configuration by switch and section: what the server has decided for the signed-in user, and what
+     * the user has chosen instead, which is stored.
      *
      * @remarks one object, shared by all pages
      */
     interface CirrusConfig {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getAuthSwitch(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setAuthSwitch(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getConfigData(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setConfigData(argument1: unknown): never;
+        /**
+         * Returns whether a switch is on for the user.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 3 "There is no such switch."
+         */
+        getAuthSwitch(options: NovaExtension.CirrusConfig.SwitchName): Answer<boolean>;
+        /**
+         * Stores the user's own choice, where the server leaves it to users.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "There is no such switch."
+         * @throws 3 "The switch can not be changed."
+         */
+        setAuthSwitch(options: NovaExtension.CirrusConfig.SwitchChoice): Answer<undefined>;
+        /**
+         * Returns a value of a section: the user's own, or else the server's.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        getConfigData(options: NovaExtension.CirrusConfig.ConfigRequest): Answer<any>;
+        /**
+         * Stores a value of the user's own in a section that the server has, or removes it.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "The value can not be stored."
+         */
+        setConfigData(options: NovaExtension.CirrusConfig.ConfigValue): Answer<undefined>;
+    }
+}
+
+declare namespace NovaExtension.CirrusConfig {
+    interface ConfigRequest {
+        /** the section */
+        section: string;
+        /** the value's name in it */
+        key: string;
+        /** what is returned where there is no value */
+        defaultValue?: unknown | undefined;
+    }
+    interface ConfigValue {
+        /** the section */
+        section: string;
+        /** the value's name in it */
+        key: string;
+        /** anything that JSON can spell; without one, or with null, the user's own value is removed */
+        value?: unknown | undefined;
+    }
+    interface SwitchChoice {
+        /** the switch's name */
+        name: string;
+        /** whether it is to be on */
+        value: boolean;
+    }
+    interface SwitchName {
+        /** the switch's name */
+        name: string;
     }
 }
 
@@ -1591,6 +1984,8 @@ declare namespace NovaExtension.WebviewMgr {
          * @default false
          */
         isShow?: boolean | undefined;
+        /** an object: what `Utils.getParamExtra` returns to the window's pages */
+        paramExtra?: Readonly<Record<string, unknown>> | undefined;
     }
     interface WindowAttributes {
         /**
@@ -1708,15 +2103,29 @@ declare namespace NovaExtension.Profile {
 
 declare namespace NovaExtension {
     /**
-     * Text encoding and digests.
+     * Text encoding and digests, of strings and of bytes. A string stands for its UTF-8, so one with half a surrogate
+     * pair is refused.
      *
      * @remarks one object, shared by all pages
      */
     interface Crypto {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        c64Encode(argument1: string): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        md5Data(argument1: string): never;
+        /**
+         * Returns Base64: the alphabet with `+` and `/`, padded with `=`, in one line.
+         *
+         * @param content what to encode
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        c64Encode(content: string | Bytes): Answer<string>;
+        /**
+         * Returns the MD5 sum as 32 hexadecimal digits in small letters. It finds accidental changes; whoever wants to
+         * can make contents with the same sum.
+         *
+         * @param content what to sum up
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        md5Data(content: string | Bytes): Answer<string>;
     }
 }
 
@@ -2118,32 +2527,194 @@ declare namespace NovaExtension {
      * @remarks one object, shared by all pages
      */
     interface Utils {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setTextToClipboard(argument1: string): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getClipboardText(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setImageToClipboard(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getPrimaryScreenGeometry(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getAllScreenGeometry(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getCurrentScreenGeometry(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        pickColor(argument1: unknown, argument2: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getPictureFilepath(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        startDetach(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getSnapperColor(argument1: unknown, argument2: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getParamExtra(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        inBlackDownloadDir(argument1: string): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getCsrf(): never;
+        /**
+         * Puts a text on the clipboard. Where nothing else keeps the clipboard, it is empty when the suite has ended.
+         *
+         * @param text the text; an empty one empties the clipboard
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "empty handle."
+         */
+        setTextToClipboard(text: string): Answer<undefined>;
+        /**
+         * Returns the text on the clipboard, empty when there is none.
+         *
+         * @throws 3 "Permission denied."
+         * @throws 3 "empty handle."
+         */
+        getClipboardText(): Answer<string>;
+        /**
+         * Puts a picture on the clipboard, upright if the file says how it was taken.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "empty handle."
+         * @throws 3 "Path is illegal."
+         * @throws 3 "%1 is not an image"
+         */
+        setImageToClipboard(options: NovaExtension.Utils.ImageOptions): Answer<undefined>;
+        /**
+         * Returns the primary screen. Lengths are in CSS pixels, cut to whole ones.
+         *
+         * @throws 3 "empty handle."
+         */
+        getPrimaryScreenGeometry(): Answer<NovaExtension.Utils.ScreenGeometry>;
+        /**
+         * Returns all screens, the primary one first.
+         *
+         * @throws 3 "empty handle."
+         */
+        getAllScreenGeometry(): Answer<NovaExtension.Utils.ScreenGeometry[]>;
+        /**
+         * Returns the screen on which the page's window is, for the most part; of a page without a window the primary
+         * one.
+         *
+         * @throws 3 "empty handle."
+         */
+        getCurrentScreenGeometry(): Answer<NovaExtension.Utils.ScreenGeometry>;
+        /**
+         * Shows a dialog in which the user picks a colour, and returns at once whether it is shown: `false` while
+         * another dialog of the page is open. The function is called only if it is.
+         *
+         * @param callback called once, when the dialog has ended in any way
+         * @throws 1 "wrong parameters."
+         * @throws 1 "missing required parameters."
+         */
+        pickColor(options: NovaExtension.Utils.ColorOptions | undefined, callback: (report: NovaExtension.Utils.PickedColor) => void): Answer<boolean>;
+        /**
+         * Has the user choose a picture, or several. Returns their paths, none when cancelled.
+         *
+         * @throws 1 "wrong parameters."
+         */
+        getPictureFilepath(options?: NovaExtension.Utils.PictureOptions): Answer<string[]>;
+        /**
+         * Starts a program that goes on without the suite, if the suite lets the page start this one. Returns whether
+         * it was started, without an envelope. No shell reads the arguments.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Permission denied."
+         * @throws 3 "%1 is not existed"
+         * @throws 3 "Too many launches."
+         */
+        startDetach(options: NovaExtension.Utils.ProgramOptions): boolean;
+        /**
+         * Shows an eyedropper over all screens, with which the user picks the colour of a pixel: a click picks, Escape,
+         * the other mouse buttons and a minute without the mouse cancel. Returns at once whether it is shown: `false`
+         * while another dialog of the page is open, and where there is no X11. The function is called only if it is.
+         *
+         * @param callback called once, when the user has picked or cancelled
+         * @throws 3 "Permission denied."
+         * @throws 1 "wrong parameters."
+         * @throws 1 "missing required parameters."
+         */
+        getSnapperColor(options: NovaExtension.Utils.ScreenColorOptions | undefined, callback: (report: NovaExtension.Utils.PickedColor) => void): Answer<boolean>;
+        /**
+         * Returns what whoever opened the page's window has passed along, as `paramExtra` of `WebviewMgr.create` or
+         * `Tools.openInnerUrl`: an object, `{}` without any; with `key` one of its values, undefined when there is
+         * none.
+         *
+         * @throws 1 "wrong parameters."
+         */
+        getParamExtra(options?: NovaExtension.Utils.ParamOptions): Answer<any>;
+        /**
+         * Returns whether the path is, or lies in, a directory that is closed to pages.
+         *
+         * @param path an absolute path
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        inBlackDownloadDir(path: string): Answer<boolean>;
+        /**
+         * Returns a token of the session of the signed-in user, by which the account's server knows that a request
+         * comes from the suite: HMAC-SHA256 of `csrf` with the session as the key, 64 lower-case hexadecimal digits.
+         * Another one after every login.
+         *
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         */
+        getCsrf(): Answer<string>;
+    }
+}
+
+declare namespace NovaExtension.Utils {
+    interface ColorOptions {
+        /** the colour to begin with, `#rgb` or `#rrggbb` */
+        color?: string | undefined;
+        /** the title of the dialog, up to 100 characters */
+        title?: string | undefined;
+        /**
+         * let the user choose the opacity as well
+         *
+         * @default false
+         */
+        alpha?: boolean | undefined;
+    }
+    interface ImageOptions {
+        /**
+         * a file of the format PNG, JPEG, GIF, BMP or WebP, with at most 16,384 pixels a side and 64 million in all
+         */
+        path: string;
+    }
+    interface ParamOptions {
+        /** one of the values */
+        key?: string | undefined;
+    }
+    interface PickedColor {
+        /** whether the user has picked a colour */
+        accepted: boolean;
+        /** the colour, `#rrggbb` in small letters, if there is one */
+        color?: string;
+        /** its opacity from 0 to 1, if the page has asked for it */
+        alpha?: number;
+    }
+    interface PictureOptions {
+        /** the dialog's title */
+        title?: string | undefined;
+        /** the directory to begin in */
+        dir?: string | undefined;
+        /**
+         * let the user choose several
+         *
+         * @default false
+         */
+        multiple?: boolean | undefined;
+    }
+    interface ProgramOptions {
+        /** its absolute path, without `..` and `//` */
+        program: string;
+        /** its arguments; none may be empty */
+        arguments?: readonly string[] | undefined;
+    }
+    interface ScreenColorOptions {
+        /**
+         * how many times larger the magnifier shows what is around the mouse, from 2 to 20
+         *
+         * @default 8
+         */
+        zoom?: number | undefined;
+    }
+    interface ScreenGeometry {
+        /** the name of its connector: `HDMI-1` */
+        name: string;
+        /** from the left of the desktop; may be negative */
+        x: number;
+        /** from the top of the desktop; may be negative */
+        y: number;
+        width: number;
+        height: number;
+        /** without the desktop's panels */
+        availableX: number;
+        /** without the desktop's panels */
+        availableY: number;
+        /** without the desktop's panels */
+        availableWidth: number;
+        /** without the desktop's panels */
+        availableHeight: number;
+        /** physical pixels for each CSS pixel */
+        scale: number;
+        /** whether it is the one for the desktop's panel */
+        isPrimary: boolean;
     }
 }
 
@@ -2204,118 +2775,150 @@ declare namespace NovaExtension.Product {
 
 declare namespace NovaExtension {
     /**
-     * Pages, mail, processes and archives.
+     * Pages, mail, processes and archives. A page opens, shows or starts at most 20 things in ten seconds.
      *
      * @remarks one object, shared by all pages
      */
     interface Tools {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        openUrl(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        openInnerUrl(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getDomainUrl(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        launchProcessByNova(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getIntranetType(): never;
         /**
-         * Makes a zip archive of files and directories. Each is named in the archive without the directories that lead
-         * there; of a directory all that is in it goes in, but no links, pipes and devices. Resolves when the archive
-         * is in its place. On a failure there is no archive, and one that was there is as it was.
+         * Has the desktop open an address in the program for it. Returns whether it does. Refused are other schemes,
+         * addresses with a user or a password, and those of mails with other headers than `sendMail` has.
          *
          * @throws 1 "missing required parameters."
          * @throws 1 "wrong parameters."
-         * @throws 1 "Path is empty."
-         * @throws rejects with 3 "New path is illegal."
-         * @throws rejects with 3 "%1 exists already."
-         * @throws rejects with 3 "%1 is not existed"
-         * @throws rejects with 3 "%1 can't be packed."
-         * @throws rejects with 3 "%1 has too many entries."
-         * @throws rejects with 3 "%1 can't be written."
-         * @throws rejects with 3 "No space is left for %1."
-         * @throws 3 "PromiseServiceNull"
+         * @throws 3 "Permission denied."
+         * @throws 3 "Too many launches."
          */
-        compress(options: NovaExtension.Tools.CompressOptions): Promise<NovaExtension.Tools.CompressResult>;
+        openUrl(options: NovaExtension.Tools.UrlOptions): Answer<boolean>;
         /**
-         * Unpacks a zip archive into a directory. Directories become one with those that are there. Refused are
-         * archives with names that lead elsewhere, links, programs, encrypted entries, or more than 100000 entries.
-         * Resolves when all files are in their places. On a failure nothing has changed.
+         * Opens a window of the suite with a page. Returns the identifier of its view, for `WebviewMgr.getWebview`. The
+         * window goes when the user closes it.
          *
-         * @throws 1 "Path is empty."
+         * @throws 1 "missing required parameters."
          * @throws 1 "wrong parameters."
-         * @throws rejects with 3 "Path is illegal."
-         * @throws rejects with 3 "New path is illegal."
-         * @throws rejects with 3 "%1 is damaged."
-         * @throws rejects with 3 "%1 can't be unpacked."
-         * @throws rejects with 3 "%1 is encrypted."
-         * @throws rejects with 3 "%1 has too many entries."
-         * @throws rejects with 3 "%1 is too large."
-         * @throws rejects with 3 "%1 exists already."
-         * @throws rejects with 3 "%1 can't be written."
-         * @throws rejects with 3 "No space is left for %1."
-         * @throws 3 "PromiseServiceNull"
+         * @throws 3 "Permission denied."
+         * @throws 3 "Too many launches."
+         * @throws 3 "create web widget fail!"
          */
-        decompress(options: NovaExtension.Tools.DecompressOptions): Promise<NovaExtension.Tools.DecompressResult>;
+        openInnerUrl(options: NovaExtension.Tools.InnerPageOptions): Answer<string>;
+        /**
+         * Returns the address of a service of the suite's: `https://account.example`, empty when there is none of that
+         * name.
+         *
+         * @throws 3 "empty handle."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        getDomainUrl(options: NovaExtension.Tools.DomainOptions): Answer<string>;
+        /**
+         * Starts a program of the suite's, if the suite lets the page start this one. Returns whether it was started.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Permission denied."
+         * @throws 3 "%1 is not existed"
+         * @throws 3 "Too many launches."
+         */
+        launchProcessByNova(options: NovaExtension.Tools.OwnProgramOptions): Answer<boolean>;
+        /**
+         * Returns which services the suite uses: 0 the public ones, 1 those of a private installation, 2 both.
+         *
+         * @throws 3 "empty handle."
+         */
+        getIntranetType(): Answer<number>;
         /** @deprecated not built yet: throws code 3, "not supported." */
-        showConfirmDlg(argument1: unknown): never;
+        compress(argument1: unknown): never;
         /** @deprecated not built yet: throws code 3, "not supported." */
-        sendMail(argument1: unknown): never;
+        decompress(argument1: unknown): never;
+        /**
+         * Has the user decide in a dialog. Returns the index of the button, -1 when the dialog was cancelled, or
+         * another one of the page is open.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        showConfirmDlg(options: NovaExtension.Tools.ConfirmOptions): Answer<number>;
+        /**
+         * Shows a mail in the user's mail program, for the user to send. Returns whether the desktop has one started.
+         * At most 100 addresses, and 60,000 characters as an address (URL).
+         *
+         * @throws 1 "wrong parameters."
+         * @throws 1 "missing required parameters."
+         * @throws 3 "Permission denied."
+         * @throws 3 "Too many launches."
+         */
+        sendMail(options?: NovaExtension.Tools.Mail): Answer<boolean>;
     }
 }
 
 declare namespace NovaExtension.Tools {
-    interface CompressOptions {
-        /** files of kinds that pages may copy, and directories of such files */
-        files: readonly string[];
-        /** the archive */
-        path: string;
+    interface ConfirmOptions {
+        /** the question; plain text, shown up to 2,000 characters */
+        text: string;
+        /** the title of the dialog, shown up to 100 characters */
+        title?: string | undefined;
+        /** what else the user should know, below it, as long as `text` */
+        detail?: string | undefined;
+        /** the buttons, 1 to 5 strings of at most 60 characters; `["OK", "Cancel"]` if it is left out */
+        buttons?: readonly string[] | undefined;
         /**
-         * from 0, stored, to 9, smallest
+         * the index of the button for the Enter key
          *
-         * @default 6
+         * @default 0
          */
-        level?: number | undefined;
+        defaultButton?: number | undefined;
         /**
-         * replace what is there
+         * the icon
          *
-         * @default false
+         * @default "question"
          */
-        overwrite?: boolean | undefined;
+        type?: "none" | "info" | "question" | "warning" | "error" | undefined;
     }
-    interface CompressResult {
-        /** of the archive, absolute */
-        path: string;
-        /** the files in it, without directories */
-        files: number;
-        /** the size of the archive */
-        bytes: Int64;
+    interface DomainOptions {
+        /** the service, as the suite names it: `account` */
+        name: string;
     }
-    interface DecompressOptions {
-        /** the archive, of a kind that pages may copy */
-        path: string;
-        /** the directory to unpack into, made with all directories above it when it is not there */
-        folder: string;
+    interface InnerPageOptions {
+        /** the address: `https`, `http`, or `nova` */
+        url: string;
+        /** the title of the window until the page has one */
+        title?: string | undefined;
         /**
-         * replace files that are there
+         * of the page, in CSS pixels
          *
-         * @default false
+         * @default 1024
          */
-        overwrite?: boolean | undefined;
+        width?: number | undefined;
         /**
-         * the most bytes that all files together may have
+         * of the page, in CSS pixels
          *
-         * @default 1073741824.0
+         * @default 768
          */
-        maxBytes?: number | undefined;
+        height?: number | undefined;
+        /** an object: what `Utils.getParamExtra` returns to the window's pages */
+        paramExtra?: Readonly<Record<string, unknown>> | undefined;
     }
-    interface DecompressResult {
-        /** where the files are, absolute */
-        folder: string;
-        /** the files unpacked, without directories */
-        files: number;
-        /** their bytes */
-        bytes: Int64;
+    interface Mail {
+        /** who gets it: `ada@example.com`, without a name */
+        to?: readonly string[] | undefined;
+        /** who gets a copy */
+        cc?: readonly string[] | undefined;
+        /** who gets a copy that the others do not see */
+        bcc?: readonly string[] | undefined;
+        /** one line */
+        subject?: string | undefined;
+        /** plain text */
+        body?: string | undefined;
+    }
+    interface OwnProgramOptions {
+        /** its file in the suite's directory, without a `/` */
+        program: string;
+        /** its arguments; none may be empty */
+        arguments?: readonly string[] | undefined;
+    }
+    interface UrlOptions {
+        /** the address: `https`, `http` or `mailto` */
+        url: string;
     }
 }
 
@@ -2369,8 +2972,39 @@ declare namespace NovaExtension {
      * @remarks one object, shared by all pages
      */
     interface Payment {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        open(argument1: unknown): never;
+        /**
+         * Opens the purchase page for the signed-in user, who buys there or closes it; only one is open at a time.
+         * Resolves when it has been closed. What was bought is among the memberships and privileges by then. The
+         * purchase page stays when the page that has opened it goes.
+         *
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Permission denied."
+         * @throws 3 "Purchase service error."
+         * @throws 3 "PromiseServiceNull"
+         * @throws rejects with 3 "User not login"
+         * @throws rejects with 3 "Another purchase is open."
+         * @throws rejects with 3 "Purchase service error."
+         */
+        open(options: NovaExtension.Payment.OpenOptions): Promise<NovaExtension.Payment.PurchaseReport>;
+    }
+}
+
+declare namespace NovaExtension.Payment {
+    interface OpenOptions {
+        /** who offers it, for the suite's records */
+        source: string;
+        /**
+         * what the purchase page begins with, such as a membership tier; without it, or if that is not for sale, the
+         * suite's own choice
+         */
+        item?: string | undefined;
+    }
+    interface PurchaseReport {
+        /** `closed` where nothing was bought, also because the user has signed out or another one in */
+        status: "purchased" | "closed";
+        /** what was bought; empty if nothing was */
+        item: string;
     }
 }
 
@@ -2602,7 +3236,7 @@ declare namespace NovaExtension {
      */
     interface Account {
         /**
-         * Changes of the user's membership privileges.
+         * What the user's memberships allow, and its changes.
          *
          * @throws 3 "empty handle."
          */
@@ -3038,8 +3672,32 @@ declare namespace NovaExtension {
      * @remarks one object, shared by all pages
      */
     interface CloudAdapter {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        commonRequest(argument1: unknown): never;
+        /**
+         * Calls an operation of the cloud service. Resolves with what it replies, also when it refuses: look at
+         * `state`. Rejects when there is no reply. `setCurrentUser`, and what begins with `sync.`, is refused: pages
+         * may not sign others in, and `SyncFolder` has members for the rest.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Permission denied."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Common request failed."
+         */
+        commonRequest(options: NovaExtension.CloudAdapter.RequestOptions): Promise<NovaExtension.CloudAdapter.AdapterReply>;
+        /**
+         * Adds a listener of the page. The same function is added once. The cloud service reports something, with all
+         * that it says of it.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: "cloud.adapter.notify", callback: (payload: NovaExtension.CloudAdapter.AdapterNotice) => void): void;
         /**
          * Adds a listener of the page. The same function is added once.
          *
@@ -3049,6 +3707,15 @@ declare namespace NovaExtension {
          * @throws 1 "wrong parameters."
          */
         addEventListener(eventName: string, callback: (...payload: any[]) => void): void;
+        /**
+         * Removes a listener of the page. The cloud service reports something, with all that it says of it.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: "cloud.adapter.notify", callback?: (payload: NovaExtension.CloudAdapter.AdapterNotice) => void): void;
         /**
          * Removes a listener of the page.
          *
@@ -3073,6 +3740,34 @@ declare namespace NovaExtension {
          * @throws 3 "Event service error."
          */
         getAllEventInfo(): any;
+    }
+}
+
+declare namespace NovaExtension.CloudAdapter {
+    interface AdapterNotice {
+        /** what has happened; the other properties, all strings, depend on it */
+        action: string;
+    }
+    interface AdapterReply {
+        /** how the request ended; 0 that it succeeded */
+        state: number;
+        /** a single result, or of a failure a word for it */
+        resultString: string;
+        /** results by their names */
+        resultMap: Record<string, string>;
+        /** a list of results */
+        resultList: string[];
+    }
+    interface RequestOptions {
+        /** the service's name of the operation; at most 255 bytes */
+        method: string;
+        /** its arguments by their names, all strings */
+        params?: Readonly<Record<string, string>> | undefined;
+        /**
+         * for whom, one of the users who are signed in; the current one when left out. It goes to the service with the
+         * arguments
+         */
+        userId?: string | undefined;
     }
 }
 
@@ -3109,65 +3804,321 @@ declare namespace NovaExtension {
 
 declare namespace NovaExtension {
     /**
-     * Folders that are kept in step with the cloud.
+     * Folders of this machine that are kept in step with a folder of the cloud. `syncFolder` makes a folder one of
+     * them; from then on it is looked at every some seconds, and changes of either side go to the other. Of a file that
+     * has changed on both sides both versions are kept; one that was removed on one side is removed on the other only
+     * when it has not changed there. `getSyncFolderCount` lists them, the listeners learn what is done.
      *
      * @remarks one object, shared by all pages
      */
     interface SyncFolder {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        addNotifyListener(callback: (...values: any[]) => void): never;
         /**
-         * Removes a listener.
+         * Adds a listener of `syncFolder.notify`. The same function is added once.
          *
-         * @deprecated not built yet: throws code 3, "not supported."
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
          */
-        removeNotifyListener(callback: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        openSyncFolderListDlg(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        showSyncFolderPathWidget(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        openCloudSpacePage(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getFolderSize(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getSupportSelectSyncFolderMode(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        syncFolderPrecheck(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        desktopSyncPreCheck(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        syncToLocalPrecheck(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setPersonalDesktopSync(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        cancelPersonalDesktopSync(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getIsNeedRepairOverlayIcon(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        doRepairOverlayIcon(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        syncFolder(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        syncToLocal(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        changeSyncPath(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        checkSyncFolderPathValid(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        checkSyncFolderValid(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getRecentFileList(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        scanFolder(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getSyncFolderCount(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        showNovaBox(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getUserTypeList(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        showCompanyPrivilegeDlg(argument1: unknown): never;
+        addNotifyListener(callback: (payload: NovaExtension.SyncFolder.SyncNotice) => void): Answer<undefined>;
+        /**
+         * Removes a listener of `syncFolder.notify`; without one, all of the page's.
+         *
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeNotifyListener(callback?: (payload: NovaExtension.SyncFolder.SyncNotice) => void): Answer<undefined>;
+        /**
+         * Shows the user's sync folders, where they can be ended: files then stay on both sides. Resolves when the
+         * dialog is closed.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Sync folder dialogs are not available."
+         * @throws 3 "Promise Service error."
+         */
+        openSyncFolderListDlg(options?: NovaExtension.SyncFolder.EntryOptions): Promise<NovaExtension.SyncFolder.DialogEnd>;
+        /**
+         * Has the user choose a local folder. Resolves with its path, empty when the user cancelled; whether it can be
+         * a sync folder is for `checkSyncFolderPathValid` to say.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Sync folder dialogs are not available."
+         * @throws 3 "Promise Service error."
+         */
+        showSyncFolderPathWidget(options?: NovaExtension.SyncFolder.PathDialogOptions): Promise<string>;
+        /**
+         * Shows how much space the user has in the cloud. Resolves when that is closed.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Sync folder dialogs are not available."
+         * @throws 3 "Promise Service error."
+         */
+        openCloudSpacePage(options?: NovaExtension.SyncFolder.EntryOptions): Promise<NovaExtension.SyncFolder.DialogEnd>;
+        /**
+         * Resolves with the size of a folder. Of a local one, links and what is on other disks do not count; one with
+         * more than 200000 entries is refused (`tooManyFiles`).
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "New path is illegal."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        getFolderSize(options: NovaExtension.SyncFolder.SizeOptions): Promise<NovaExtension.SyncFolder.FolderSize>;
+        /**
+         * Resolves with the ways in which folders can be synced.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        getSupportSelectSyncFolderMode(): Promise<NovaExtension.SyncFolder.SyncModes>;
+        /**
+         * Resolves with whether `syncFolder` would take a local folder, and what it would transfer.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "New path is illegal."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        syncFolderPrecheck(options: NovaExtension.SyncFolder.FolderOptions): Promise<NovaExtension.SyncFolder.SyncPrecheck>;
+        /**
+         * The same for `setPersonalDesktopSync`.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        desktopSyncPreCheck(options?: NovaExtension.SyncFolder.DesktopOptions): Promise<NovaExtension.SyncFolder.SyncPrecheck>;
+        /**
+         * The same for `syncToLocal`, and whether the disk has the space.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "New path is illegal."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        syncToLocalPrecheck(options: NovaExtension.SyncFolder.ToLocalOptions): Promise<NovaExtension.SyncFolder.SyncPrecheck>;
+        /**
+         * Makes the user's desktop a sync folder, which is synced within some seconds. Fails with `alreadySynced` when
+         * it is one.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "New path is illegal."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        setPersonalDesktopSync(options?: NovaExtension.SyncFolder.DesktopOptions): Promise<NovaExtension.SyncFolder.SyncFolderInfo>;
+        /**
+         * Ends that; the files stay on both sides. Resolves with whether the desktop was a sync folder.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        cancelPersonalDesktopSync(options?: NovaExtension.SyncFolder.EntryOptions): Promise<boolean>;
+        /**
+         * Resolves with whether synced files have lost the mark that file managers show as an overlay icon: the
+         * extended attribute `user.nova.sync-state`.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        getIsNeedRepairOverlayIcon(): Promise<NovaExtension.SyncFolder.OverlayIcons>;
+        /**
+         * Gives it to them again.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        doRepairOverlayIcon(): Promise<NovaExtension.SyncFolder.OverlayIcons>;
+        /**
+         * Syncs a sync folder now, or makes a local folder one and syncs it. Resolves when that is done. When the
+         * folder is being synced already, it is synced once more.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "New path is illegal."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        syncFolder(options: NovaExtension.SyncFolder.SyncOptions): Promise<NovaExtension.SyncFolder.SyncSummary>;
+        /**
+         * Makes a folder of the cloud a local one, too, as a sync folder. Resolves when it has been synced.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "New path is illegal."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        syncToLocal(options: NovaExtension.SyncFolder.ToLocalOptions): Promise<NovaExtension.SyncFolder.SyncSummary>;
+        /**
+         * Moves a sync folder on this machine, or takes note that the user has moved it. To another disk nothing is
+         * moved: its files are downloaded there, and the old ones stay. A sync under way ends with `cancelled`.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "New path is illegal."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        changeSyncPath(options: NovaExtension.SyncFolder.MoveOptions): Promise<NovaExtension.SyncFolder.SyncFolderInfo>;
+        /**
+         * Resolves with whether a local folder can become a sync folder. Reasons against it: `closed` to pages, or it
+         * holds what is, `root`, `home` (or it holds that), `missing`, `link`, `notFolder`, `notWritable`,
+         * `closedToUploads`, `withinSyncFolder`, `containsSyncFolder`.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        checkSyncFolderPathValid(options: NovaExtension.SyncFolder.PathOptions): Promise<NovaExtension.SyncFolder.PathCheck>;
+        /**
+         * Resolves with whether a sync folder can be synced at present. Reasons against it: `missing` and
+         * `otherFolder`, as in its `state`.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        checkSyncFolderValid(options: NovaExtension.SyncFolder.IdOptions): Promise<NovaExtension.SyncFolder.PathCheck>;
+        /**
+         * Resolves with the user's files of the cloud that were changed last, the latest first.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        getRecentFileList(options?: NovaExtension.SyncFolder.RecentOptions): Promise<NovaExtension.SyncFolder.RecentFile[]>;
+        /**
+         * Resolves with what a sync of a folder would do. Changes nothing.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "wrong parameters."
+         * @throws 3 "New path is illegal."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        scanFolder(options: NovaExtension.SyncFolder.ScanOptions): Promise<NovaExtension.SyncFolder.FolderScan>;
+        /**
+         * Resolves with the user's sync folders and how many there are.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Sync folder request failed: %1."
+         */
+        getSyncFolderCount(): Promise<NovaExtension.SyncFolder.SyncFolderList>;
+        /**
+         * Shows a message. Resolves with the index of the button that the user clicked, -1 for none.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Sync folder dialogs are not available."
+         * @throws 3 "Promise Service error."
+         */
+        showNovaBox(options: NovaExtension.SyncFolder.MessageOptions): Promise<number>;
+        /**
+         * As whom the user can sync: for himself or herself, and as a member of a company.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         */
+        getUserTypeList(): Answer<NovaExtension.SyncFolder.UserType[]>;
+        /**
+         * Shows what members of a company may have more. Resolves when that is closed.
+         *
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 3 "Sync folder dialogs are not available."
+         * @throws 3 "Promise Service error."
+         */
+        showCompanyPrivilegeDlg(options?: NovaExtension.SyncFolder.PrivilegeOptions): Promise<NovaExtension.SyncFolder.DialogEnd>;
+        /**
+         * Adds a listener of the page. The same function is added once. A sync folder has been added, moved or removed,
+         * or a sync of it has begun or ended. One that nobody requested and that finds nothing to do is not reported.
+         *
+         * @param eventName the event
+         * @param callback is called with what the event carries
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        addEventListener(eventName: "syncFolder.notify", callback: (payload: NovaExtension.SyncFolder.SyncNotice) => void): void;
         /**
          * Adds a listener of the page. The same function is added once.
          *
@@ -3177,6 +4128,16 @@ declare namespace NovaExtension {
          * @throws 1 "wrong parameters."
          */
         addEventListener(eventName: string, callback: (...payload: any[]) => void): void;
+        /**
+         * Removes a listener of the page. A sync folder has been added, moved or removed, or a sync of it has begun or
+         * ended. One that nobody requested and that finds nothing to do is not reported.
+         *
+         * @param eventName the event
+         * @param callback the listener; without one all of the page's are removed
+         * @throws 3 "Event service error."
+         * @throws 1 "wrong parameters."
+         */
+        removeEventListener(eventName: "syncFolder.notify", callback?: (payload: NovaExtension.SyncFolder.SyncNotice) => void): void;
         /**
          * Removes a listener of the page.
          *
@@ -3201,6 +4162,260 @@ declare namespace NovaExtension {
          * @throws 3 "Event service error."
          */
         getAllEventInfo(): any;
+    }
+}
+
+declare namespace NovaExtension.SyncFolder {
+    interface DesktopOptions {
+        /** the folder of the cloud; `Desktop` when left out */
+        cloudPath?: string | undefined;
+    }
+    interface DialogEnd {
+        /** false when the user cancelled it, or it could not be answered */
+        confirmed: boolean;
+    }
+    interface EntryOptions {
+        /** what the user came from, for statistics */
+        from?: string | undefined;
+    }
+    interface FolderOptions {
+        /** the local folder */
+        localPath: string;
+        /** the folder of the cloud: its path or id. The name of the local folder when left out */
+        cloudPath?: string | undefined;
+    }
+    interface FolderScan {
+        /** in the local folder, at any depth */
+        files: number;
+        /** likewise */
+        folders: number;
+        /** of these files, bytes */
+        size: number;
+        /** files that would go to the cloud */
+        uploads: number;
+        /** files that would come from there, those with conflicts too */
+        downloads: number;
+        /** files that would be removed on one side */
+        removals: number;
+        /** files that have changed on both sides */
+        conflicts: number;
+        /** what is never synced */
+        skipped: number;
+        /** that would be transferred */
+        bytes: number;
+        /** what would be done, by path; the first 1000 */
+        changes: NovaExtension.SyncFolder.ScanChange[];
+        /** whether there are more than these */
+        hasMore: boolean;
+    }
+    interface FolderSize {
+        /** of all files in it, bytes */
+        size: number;
+        /** at any depth */
+        files: number;
+        /** at any depth, without itself */
+        folders: number;
+    }
+    interface IdOptions {
+        /** the sync folder */
+        id: string;
+    }
+    interface MessageOptions {
+        /** plain text */
+        text: string;
+        /** of the dialog */
+        title?: string | undefined;
+        /** their labels, at most 4; the suite's own button when left out */
+        buttons?: readonly string[] | undefined;
+    }
+    interface MoveOptions {
+        /** the sync folder */
+        id: string;
+        /** where nothing is yet, or an empty folder, or where the user has moved it */
+        localPath: string;
+    }
+    interface OverlayIcons {
+        /**
+         * whether the disk can keep the marks by which file managers know synced files; false as well while there are
+         * no such files
+         */
+        supported: boolean;
+        /** files without their mark */
+        missing: number;
+        /** those that have got it now */
+        repaired: number;
+    }
+    interface PathCheck {
+        /** whether it can be used */
+        valid: boolean;
+        /** a word for why it can not; empty when it can */
+        reason: string;
+    }
+    interface PathDialogOptions {
+        /** of the dialog */
+        title?: string | undefined;
+        /** the folder that it shows first */
+        localPath?: string | undefined;
+    }
+    interface PathOptions {
+        /** the local folder */
+        localPath: string;
+    }
+    interface PrivilegeOptions {
+        /** what the user could not do without it */
+        privilege?: string | undefined;
+    }
+    interface RecentFile {
+        /** its id in the cloud */
+        fileId: string;
+        /** its name */
+        name: string;
+        /** its path in the cloud */
+        cloudPath: string;
+        /** where it is in a sync folder; empty when it is in none */
+        localPath: string;
+        /** bytes */
+        size: number;
+        /** when the cloud got this version, ms since 1970 */
+        changeTime: number;
+    }
+    interface RecentOptions {
+        /**
+         * how many at most, 1 to 200
+         *
+         * @default 20
+         */
+        count?: number | undefined;
+    }
+    interface ScanChange {
+        /** relative to the folder */
+        path: string;
+        /** `upload`, `download`, `removeLocal`, `removeCloud`, `conflict` (both versions are kept) or `skip` */
+        action: string;
+    }
+    interface ScanOptions {
+        /** a sync folder; or else */
+        id: string;
+        /** a local folder that may become one */
+        localPath?: string | undefined;
+        /** then the folder of the cloud, which may be missing */
+        cloudPath?: string | undefined;
+    }
+    interface SizeOptions {
+        /** a folder of this machine, or else */
+        localPath: string;
+        /** one of the cloud: its path or id; `/` is the root folder */
+        cloudPath?: string | undefined;
+    }
+    interface SyncFolderInfo {
+        /** by which other members know it */
+        id: string;
+        /** the folder on this machine */
+        localPath: string;
+        /** the folder in the cloud */
+        cloudFolderId: string;
+        /** its path there; empty for the root folder */
+        cloudPath: string;
+        /** `folder`, or `desktop` for the user's desktop */
+        kind: string;
+        /** `twoWay`: changes of both sides go to the other */
+        mode: string;
+        /**
+         * `idle`, `syncing`, `failed` (see `lastError`), `missing` (there is no local folder) or `otherFolder` (another
+         * one is in its place); for the last two call `changeSyncPath`
+         */
+        state: string;
+        /** when its last sync ended, ms since 1970; 0 for never */
+        lastSyncTime: number;
+        /** a word for why that failed; empty when it succeeded */
+        lastError: string;
+    }
+    interface SyncFolderList {
+        /** how many there are */
+        count: number;
+        /** all of them, the oldest first */
+        folders: NovaExtension.SyncFolder.SyncFolderInfo[];
+    }
+    interface SyncModes {
+        /** whether there is more than one to choose from */
+        supported: boolean;
+        /** for the option `mode` of `syncFolder`; the first is the usual one */
+        modes: string[];
+    }
+    interface SyncNotice {
+        /** the sync folder */
+        id: string;
+        /** `added`, `syncing`, `synced`, `failed`, `moved` or `removed` */
+        state: string;
+        /** the folder on this machine */
+        localPath: string;
+        /** files, as those below, once a sync has ended */
+        uploaded: number;
+        /** files that came from the cloud */
+        downloaded: number;
+        /** files that were removed on one side */
+        removed: number;
+        /** files of which both versions are kept */
+        conflicts: number;
+        /** files that will be tried again */
+        failed: number;
+        /** a word for why the first of them, or all, failed; or empty */
+        reason: string;
+    }
+    interface SyncOptions {
+        /** a sync folder, which is synced now; or else */
+        id: string;
+        /** an existing local folder, which becomes one */
+        localPath?: string | undefined;
+        /**
+         * then the folder of the cloud: its path or id. It is made where it is missing; what is in it comes to the
+         * local one, too. The name of the local folder when left out
+         */
+        cloudPath?: string | undefined;
+        /** then one of `getSupportSelectSyncFolderMode` */
+        mode?: string | undefined;
+    }
+    interface SyncPrecheck {
+        /** whether it can be done */
+        allowed: boolean;
+        /** a word for why it can not, as of `checkSyncFolderPathValid`, or `diskFull`; empty when it can */
+        reason: string;
+        /** how many would be transferred */
+        files: number;
+        /** of these, bytes */
+        size: number;
+        /** on the disk of the local folder */
+        freeBytes: number;
+    }
+    interface SyncSummary {
+        /** the sync folder */
+        id: string;
+        /** files that went to the cloud */
+        uploaded: number;
+        /** files that came from there */
+        downloaded: number;
+        /** files that were removed on one side as they had been on the other */
+        removed: number;
+        /** files that had changed on both sides: the local version is kept as `name (local version 1).ext` */
+        conflicts: number;
+        /** links, devices, names that the cloud can not have, and files that may not be uploaded */
+        skipped: number;
+        /** transferred */
+        bytes: number;
+    }
+    interface ToLocalOptions {
+        /** an existing folder of the cloud: its path or id */
+        cloudPath: string;
+        /** the local folder; made where its parent folder is there */
+        localPath: string;
+    }
+    interface UserType {
+        /** `personal` or `company` */
+        type: string;
+        /** the user's id, or the company's */
+        id: string;
+        /** for display; may be empty */
+        name: string;
     }
 }
 
@@ -3313,17 +4528,27 @@ declare namespace NovaExtension {
 
 declare namespace NovaExtension.ByteBufferManager {
     /**
-     * Bytes that script and native members pass to each other.
+     * Bytes that the suite holds for pages. A member that takes bytes takes a ByteBuffer for its own, so they need not
+     * be in script meanwhile.
      *
      * @remarks handed out by another object
      */
     interface ByteBuffer {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        data(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getSize(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setSize(argument1: unknown): never;
+        /** Returns a copy of the bytes, without an envelope. */
+        data(): Uint8Array;
+        /** Returns how many bytes it holds. */
+        getSize(): Answer<number>;
+        /**
+         * Keeps so many of the bytes from the first on, and appends zero bytes where there are fewer. With 0 the memory
+         * is free at once; otherwise it is when script has dropped the buffer and the engine has collected it.
+         *
+         * @param size in bytes, at most 268,435,456
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 1 "Size is illegal."
+         * @throws 3 "Too many bytes in buffers."
+         */
+        setSize(size: number): Answer<undefined>;
     }
 }
 
@@ -3426,13 +4651,84 @@ declare namespace NovaExtension.PluginManager.Plugin {
 
 declare namespace NovaExtension.CloudDoc {
     /**
-     * Generic requests to the cloud service.
+     * Requests to the servers of the cloud, by their names.
      *
      * @remarks handed out by another object
      */
     interface Orbitapi {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        commonRequest(argument1: unknown, argument2: (...values: any[]) => void): never;
+        /**
+         * Sends a request for the signed-in user. Resolves with whatever the server replies, also when that is a
+         * refusal: look at `ok`. Rejects when there is no reply, or one that is damaged.
+         *
+         * @param callback called with the reply, too, after the promise has got it
+         * @throws 3 "Cloud service error."
+         * @throws 3 "Get account SDK error."
+         * @throws 3 "User not login"
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "Cloud SDK error."
+         * @throws 3 "Call %1 failed."
+         * @throws 3 "Promise Service error."
+         * @throws rejects with 3 "Common request failed."
+         * @throws rejects with 3 "Common request timed out."
+         */
+        commonRequest(options: NovaExtension.CloudDoc.Orbitapi.RequestOptions, callback?: (report: NovaExtension.CloudDoc.Orbitapi.OrbitReply) => void): Promise<NovaExtension.CloudDoc.Orbitapi.OrbitReply>;
+    }
+}
+
+declare namespace NovaExtension.CloudDoc.Orbitapi {
+    interface OrbitReply {
+        /** whether `resultState` is 0 */
+        ok: boolean;
+        /** how the request ended; 0 that it succeeded */
+        resultState: number;
+        /** the server's status; 0 when none was reached */
+        httpStatusCode: number;
+        /** why none was reached; 0 when one was */
+        networkError: number;
+        /** what the server says of it, not meant for users */
+        message: string;
+        /**
+         * what was requested: JSON with an object or a list, parsed, or any other string as it is. Absent where there
+         * is none
+         */
+        data?: any;
+        /** the body of the reply, where the server gives it besides the data */
+        result: string;
+        /** the headers of the reply */
+        headers: Record<string, string>;
+        /** the server */
+        host: string;
+        /** the request's name on the server */
+        api: string;
+        /** the user for whom it was made */
+        userId: string;
+        /** when the reply came, ms since 1970; 0 when not known */
+        replyTime: number;
+        /** how long it took, ms */
+        duration: number;
+    }
+    interface RequestOptions {
+        /** the name of the request, such as `user.space` */
+        requestKey: string;
+        /** what the request itself takes, all strings */
+        params?: Readonly<Record<string, string>> | undefined;
+        /** which part of the product makes it, for statistics */
+        bizSource?: string | undefined;
+        /**
+         * after how many ms it fails; 1 to 600000
+         *
+         * @default 30000
+         */
+        timeoutMs?: number | undefined;
+        /**
+         * whether it may be sent again when the connection breaks; not for one that changes something twice
+         *
+         * @default false
+         */
+        canRetry?: boolean | undefined;
+        /** what else the SDK is to know for sending it, all strings */
+        extraParam?: Readonly<Record<string, string>> | undefined;
     }
 }
 
@@ -3612,18 +4908,35 @@ declare namespace NovaExtension.SettingsManager.Settings {
     interface WriteOptions {
         /** the value's name; `/` separates groups */
         key: string;
-        /** anything but a function or a native object */
+        /** anything but a function, a native object or bytes */
         value: unknown;
     }
 }
 
 declare namespace NovaExtension.Account {
     /**
-     * Changes of the user's membership privileges.
+     * What the user's memberships allow, and its changes. Nobody has a privilege while no user is signed in.
      *
      * @remarks handed out by another object
      */
     interface Privilege {
+        /**
+         * Returns all privileges that the service knows, and which of them the current user has.
+         *
+         * @throws 3 "Accountsdk is not initialized."
+         * @throws 3 "Current account is not initialized."
+         */
+        getPrivileges(): Answer<NovaExtension.Account.Privilege.Privilege[]>;
+        /**
+         * Returns whether the current user has a privilege.
+         *
+         * @param name a privilege; one that the service does not know nobody has
+         * @throws 3 "Accountsdk is not initialized."
+         * @throws 3 "Current account is not initialized."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        hasPrivilege(name: string): Answer<boolean>;
         /**
          * Adds a listener of the page. The same function is added once. The user's membership privileges have changed.
          *
@@ -3679,6 +4992,13 @@ declare namespace NovaExtension.Account {
 }
 
 declare namespace NovaExtension.Account.Privilege {
+    interface Privilege {
+        name: string;
+        /** whether the user has it */
+        isGranted: boolean;
+        /** when that ends, in milliseconds since 1970 (UTC); 0 when it is not granted or does not end */
+        expireTime: Int64;
+    }
     interface PrivilegeChange {
         /** always `ok` */
         callstatus: string;

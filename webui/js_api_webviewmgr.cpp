@@ -1,7 +1,9 @@
 #include "webui/js_api_webviewmgr.h"
 
 #include "suite/klitestyle.h"
+#include "suite/kviewpage.h"
 #include "vexlite/webwidgets.h"
+#include "webui/innerpage.h"
 #include "webui/js_api_webview.h"
 #include "webui/webwidgetkinds.h"
 #include "webui/windowvalues.h"
@@ -61,6 +63,7 @@ struct KJsApiWebviewMgr::CreateOptions {
     WindowAttributes attrs;
     WindowGeometry geo;
     bool isShow = false;
+    QVariantMap paramExtra;
     static constexpr auto fields()
     {
         using Self = CreateOptions;
@@ -73,7 +76,8 @@ struct KJsApiWebviewMgr::CreateOptions {
             optional("parentName", &Self::parentName, "which window of the suite"),
             optional("attrs", &Self::attrs, "how the window behaves"),
             optional("geo", &Self::geo, "its place and size"),
-            optional("isShow", &Self::isShow, "show the window at once")));
+            optional("isShow", &Self::isShow, "show the window at once"),
+            optional("paramExtra", &Self::paramExtra, ParamExtraDoc)));
     }
 };
 
@@ -189,6 +193,8 @@ Answer<Handle<KJsApiWebview>> KJsApiWebviewMgr::create(const JSContextEnv& page,
     // Whoever watches the suite's windows may destroy it at any step.
     const QPointer<KJsApiWebWidget> widget(made.value());
     widget->setWindowModality(options.attrs.modal ? Qt::ApplicationModal : Qt::NonModal);
+    if (widget)
+        widget->setProperty(KWebWidgetParamExtraProperty, options.paramExtra);
     if (widget && options.attrs.allowResize)
         widget->setResizeable(*options.attrs.allowResize);
     if (widget)

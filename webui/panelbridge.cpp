@@ -29,12 +29,8 @@ bool invoke(QObject& panel, const QString& name, const QVariantMap& notification
 
 bool Argument<PanelNotification>::read(ArgumentReader& reader)
 {
-    QVariant given;
-    if (Converter<QVariant>::read(reader.next(), given) != Reading::Done
-        || given.userType() != QMetaType::QVariantMap)
-        return reader.refuse(InvalidArgument);
-    value.values = given.toMap();
-    return true;
+    return Converter<QVariantMap>::read(reader.next(), value.values) == Reading::Done
+        || reader.refuse(InvalidArgument);
 }
 
 QObject* KPanelHandle::findPanel() const

@@ -5,6 +5,7 @@
 #include <suite/kaccountsdk.h>
 #include <suite/kcloudfiledialog.h>
 #include <suite/kcloudipc.h>
+#include <suite/kcloudsdk.h>
 #include <suite/kcloudsvrproxy.h>
 #include <suite/kcoreapplication.h>
 #include <suite/kdcinfo.h>
@@ -13,6 +14,7 @@
 #include <suite/kipclogininfo.h>
 #include <suite/kplugin.h>
 #include <suite/kpluginconfig.h>
+#include <suite/ksyncfolderui.h>
 #include <suite/kxloggerlite.h>
 
 #include <cstdio>
@@ -30,6 +32,27 @@ KCloudSvrProxy* KCoreApplication::cloudSvrProxy()
 kacctoutsdk::KAccountSdkProxy* KCoreApplication::getAccountSDK()
 {
     return nullptr;
+}
+
+KCloudSdk* KCloudSdk::getInstance()
+{
+    return nullptr;
+}
+
+QString KCloudSdk::invoke(const QString&, const QByteArray&, QObject*, const QString&)
+{
+    return {};
+}
+
+KSyncFolderUi* KSyncFolderUi::getInstance()
+{
+    return nullptr;
+}
+
+bool KSyncFolderUi::show(
+    KSyncFolderDialog, const JSContextEnv&, const QVariantMap&, QObject*, const QString&)
+{
+    return false;
 }
 
 KIpcLoginInfo KIpcLoginInfo::makeRomaingMode(const QString& userId, const QString& mode)

@@ -72,10 +72,15 @@ void Contents::remove(const QString& sha256)
 }
 
 Incoming::Incoming(Contents& contents)
-    : m_contents(contents)
-    , m_name(QByteArray::number(++contents.m_received))
-    , m_file(openat(contents.m_incoming.get(), m_name.constData(),
-          O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR))
+    : Incoming(contents.m_incoming, QByteArray::number(++contents.m_received))
+{
+}
+
+Incoming::Incoming(const Descriptor& folder, QByteArray name)
+    : m_folder(folder)
+    , m_name(std::move(name))
+    , m_file(openat(folder.get(), m_name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+          S_IRUSR | S_IWUSR))
 {
     must(bool(m_file));
 }
@@ -83,7 +88,7 @@ Incoming::Incoming(Contents& contents)
 Incoming::~Incoming()
 {
     if (m_file)
-        unlinkat(m_contents.m_incoming.get(), m_name.constData(), 0);
+        unlinkat(m_folder.get(), m_name.constData(), 0);
 }
 
 void Incoming::write(const char* bytes, qint64 count)
@@ -109,7 +114,7 @@ void Incoming::sync()
 void Incoming::place(const Descriptor& folder, const QByteArray& name)
 {
     sync();
-    if (renameat(m_contents.m_incoming.get(), m_name.constData(), folder.get(), name.constData()) != 0)
+    if (renameat(m_folder.get(), m_name.constData(), folder.get(), name.constData()) != 0)
         throw Error(errno == EISDIR || errno == ENOTEMPTY || errno == EEXIST ? State::NameTaken
                                                                              : State::StorageFailed);
     m_file = Descriptor();

@@ -37,10 +37,12 @@ private:
     quint64 m_received = 0;
 };
 
-/// A file in incoming/ that is being written.
+/// A file, usually in incoming/, that is being written.
 class Incoming {
 public:
     explicit Incoming(Contents& contents);
+    /// A file of that name in another folder instead, which must stay open; there must be none yet.
+    Incoming(const Descriptor& folder, QByteArray name);
     ~Incoming();
     Incoming(const Incoming&) = delete;
     Incoming& operator=(const Incoming&) = delete;
@@ -56,7 +58,7 @@ public:
 private:
     void sync();
 
-    Contents& m_contents;
+    const Descriptor& m_folder;
     QByteArray m_name;
     Descriptor m_file;
     QCryptographicHash m_hash { QCryptographicHash::Sha256 };

@@ -2,7 +2,18 @@
 
 #include "host/cloudd/names.h"
 
+#include <algorithm>
+
 namespace cloudd {
+
+bool Core::isSignedIn(const QString& userId)
+{
+    std::erase_if(sessions, [](const std::weak_ptr<Session>& session) { return session.expired(); });
+    return std::any_of(sessions.begin(), sessions.end(), [&](const std::weak_ptr<Session>& session) {
+        const auto held = session.lock();
+        return held && held->signedIn.contains(userId);
+    });
+}
 
 Member findSignedInMember(Core& core, const Session& session, const std::string& id)
 {

@@ -1,11 +1,8 @@
 #include "host/cloudd/envelope.h"
 
-#include "host/cloudd/names.h"
+#include "host/cloudd/method.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <algorithm>
-#include <iterator>
 
 namespace cloudd {
 
@@ -13,55 +10,9 @@ namespace {
 
 using nova::lark::LarkIpcArg;
 using nova::lark::LarkIpcResult;
+using Result = std::optional<LarkIpcResult>;
 
-struct MethodCall {
-    Core& core;
-    Session& session;
-    const LarkIpcArg& request;
-    Member member; ///< the user; empty for a method with needsUser false
-
-    /// Empty when the request has no such argument.
-    std::string readBytes(const char* name) const
-    {
-        const auto found = request.argMap.find(name);
-        return found == request.argMap.end() ? std::string() : found->second;
-    }
-    QString readString(const char* name) const { return decodeUtf8(readBytes(name)); }
-    bool readFlag(const char* name) const
-    {
-        const std::string value = readBytes(name);
-        if (!value.empty() && value != "true" && value != "false")
-            throw Error(State::WrongArguments);
-        return value == "true";
-    }
-};
-
-struct Method {
-    std::string_view name;
-    LarkIpcResult (*run)(MethodCall& call);
-    bool needsUser = true;
-};
-
-LarkIpcResult makeMapResult(std::map<std::string, std::string> values)
-{
-    LarkIpcResult result;
-    result.resultMap = std::move(values);
-    return result;
-}
-
-LarkIpcResult makeStringResult(const QString& string)
-{
-    LarkIpcResult result;
-    result.resultString = string.toStdString();
-    return result;
-}
-
-std::string toJson(const QJsonObject& object)
-{
-    return QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString();
-}
-
-LarkIpcResult setCurrentUser(MethodCall& call)
+Result setCurrentUser(MethodCall& call)
 {
     Session session;
     if (const std::string user = call.readBytes("userId"); !user.empty())
@@ -74,7 +25,7 @@ LarkIpcResult setCurrentUser(MethodCall& call)
     return makeMapResult({ { "isLogin", session.currentUser.isEmpty() ? "false" : "true" } });
 }
 
-LarkIpcResult uploadFileToCloud(MethodCall& call)
+Result uploadFileToCloud(MethodCall& call)
 {
     const QString source = checkSourcePath(call.readBytes("filePath"));
     Store::Transaction transaction(call.core.store);
@@ -88,7 +39,7 @@ LarkIpcResult uploadFileToCloud(MethodCall& call)
     return makeMapResult({ { "taskId", task.id.toStdString() } });
 }
 
-LarkIpcResult getTaskState(MethodCall& call)
+Result getTaskState(MethodCall& call)
 {
     const Task task = call.core.transfers.findTask(call.member.userId, call.readString("taskId"));
     QJsonObject data { { QStringLiteral("transferred"), task.transferred },
@@ -104,13 +55,13 @@ LarkIpcResult getTaskState(MethodCall& call)
         { "uploadErrorCode", std::to_string(static_cast<int>(task.state)) }, { "data", toJson(data) } });
 }
 
-LarkIpcResult cancelTransferTask(MethodCall& call)
+Result cancelTransferTask(MethodCall& call)
 {
     call.core.transfers.cancel(call.member.userId, call.readString("taskId"));
-    return {};
+    return LarkIpcResult();
 }
 
-LarkIpcResult getPersonalPrivateGroup(MethodCall& call)
+Result getPersonalPrivateGroup(MethodCall& call)
 {
     const Member& member = call.member;
     return makeMapResult({ { "response",
@@ -120,18 +71,18 @@ LarkIpcResult getPersonalPrivateGroup(MethodCall& call)
             { QStringLiteral("createTime"), member.createTime } }) } });
 }
 
-LarkIpcResult getMyCloudDocumentsLocalPath(MethodCall& call)
+Result getMyCloudDocumentsLocalPath(MethodCall& call)
 {
     call.core.places.openDocumentsFolder(call.member.userId, {});
     return makeStringResult(call.core.places.documentsPath(call.member.userId, {}));
 }
 
-LarkIpcResult getRoamingMode(MethodCall& call)
+Result getRoamingMode(MethodCall& call)
 {
     return makeStringResult(call.member.roamingMode);
 }
 
-LarkIpcResult changeRoamingMode(MethodCall& call)
+Result changeRoamingMode(MethodCall& call)
 {
     const QString mode = call.readString("roamingMode");
     if (mode != QLatin1String("auto") && mode != QLatin1String("manual"))
@@ -159,7 +110,7 @@ LarkIpcResult makeLabelResult(const Item& file, const LabelStatus& status)
         { "uuid", status.setupId.toStdString() }, { "changeTime", std::to_string(status.changeTime) } });
 }
 
-LarkIpcResult updateClassifyLabelStatus(MethodCall& call)
+Result updateClassifyLabelStatus(MethodCall& call)
 {
     const QJsonObject details = QJsonDocument::fromJson(call.readString("data").toUtf8()).object();
     const auto read = [&](QLatin1String name) {
@@ -173,7 +124,7 @@ LarkIpcResult updateClassifyLabelStatus(MethodCall& call)
     return makeLabelResult(file, call.core.store.recordLabelStatus(file.id, label, setupId));
 }
 
-LarkIpcResult getClassifyLabelStatus(MethodCall& call)
+Result getClassifyLabelStatus(MethodCall& call)
 {
     const Item file = findFile(call, call.readString("fileId"));
     const auto status = call.core.store.findLabelStatus(file.id);
@@ -195,18 +146,35 @@ constexpr Method Methods[] = {
     { "getClassifyLabelStatus", getClassifyLabelStatus },
 };
 
+const Method* findMethod(std::string_view name)
+{
+    for (const std::span<const Method> methods : { std::span<const Method>(Methods), syncMethods() }) {
+        const auto found = std::find_if(
+            methods.begin(), methods.end(), [&](const Method& known) { return known.name == name; });
+        if (found != methods.end())
+            return &*found;
+    }
+    return nullptr;
+}
+
 } // namespace
 
-LarkIpcResult callMethod(Core& core, Session& session, const LarkIpcArg& request)
+void callMethod(Core& core, Session& session, const LarkIpcArg& request, const MethodReply& reply)
 {
-    const auto* method = std::find_if(std::begin(Methods), std::end(Methods),
-        [&](const Method& known) { return known.name == request.method; });
-    if (method == std::end(Methods) || !request.nameSpace.empty())
-        throw Error(State::UnknownMethod);
-    MethodCall call { core, session, request, {} };
-    if (method->needsUser)
-        call.member = findSignedInMember(core, session, call.readBytes("userId"));
-    return method->run(call);
+    try {
+        const Method* method = findMethod(request.method);
+        if (!method || !request.nameSpace.empty())
+            throw Error(State::UnknownMethod);
+        MethodCall call { core, session, request, reply };
+        if (method->needsUser)
+            call.member = findSignedInMember(core, session, call.readBytes("userId"));
+        if (const Result result = method->run(call))
+            reply(State::Ok, *result);
+    } catch (const Error& error) {
+        LarkIpcResult failed;
+        failed.resultString = error.reason;
+        reply(error.state, failed);
+    }
 }
 
 } // namespace cloudd

@@ -2,13 +2,12 @@
 // strings.
 #pragma once
 
-#include "host/cloudd/core.h"
-
-#include "cloud/schema/lark_types.h"
+#include "host/cloudd/method.h"
 
 namespace cloudd {
 
-/// Throws Error.
-nova::lark::LarkIpcResult callMethod(Core& core, Session& session, const nova::lark::LarkIpcArg& request);
+/// Replies at once or later. A failure has its word (Error::reason) as resultString.
+void callMethod(
+    Core& core, Session& session, const nova::lark::LarkIpcArg& request, const MethodReply& reply);
 
 } // namespace cloudd

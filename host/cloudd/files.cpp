@@ -8,12 +8,6 @@
 
 namespace cloudd {
 
-namespace {
-
-constexpr int FolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-
-} // namespace
-
 QByteArray descriptorPath(const Descriptor& file)
 {
     return "/proc/self/fd/" + QByteArray::number(file.get());

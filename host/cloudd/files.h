@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <utility>
 
@@ -44,6 +45,8 @@ bool isUnchanged(const struct stat& before, const struct stat& now);
 /// The number of bytes read; 0 at the end, -1 on an error.
 qint64 readSlice(const Descriptor& file, char* buffer, qint64 bytes);
 
+/// For openat(): a folder, and no link to one.
+constexpr int FolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 /// Opens the folder `path`; a missing one is made with mode 0700, but its parent is not. Null when that
 /// fails.
 Descriptor openFolder(const QByteArray& path);

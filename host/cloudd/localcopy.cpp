@@ -12,20 +12,22 @@
 namespace cloudd {
 
 LocalCopy::LocalCopy(Contents& contents, QString sha256, qint64 size, Descriptor folder, QByteArray name,
-    std::optional<QString> lastCopied)
+    std::optional<QString> lastCopied, MakeIncoming makeIncoming)
     : m_contents(contents)
     , m_sha256(std::move(sha256))
     , m_size(size)
     , m_folder(std::move(folder))
     , m_name(std::move(name))
     , m_lastCopied(std::move(lastCopied))
+    , m_makeIncoming(
+          makeIncoming ? std::move(makeIncoming) : [this] { return std::make_unique<Incoming>(m_contents); })
     , m_content(contents.find(m_sha256))
 {
     Descriptor local = openRegular(m_folder.get(), m_name, O_NOFOLLOW, m_compared);
     if (local && (m_lastCopied || m_compared.st_size == m_size))
         m_local = std::move(local);
     else
-        m_incoming = std::make_unique<Incoming>(m_contents);
+        m_incoming = m_makeIncoming();
 }
 
 bool LocalCopy::step()
@@ -44,7 +46,7 @@ bool LocalCopy::compare()
     if (count == 0 && local == m_sha256)
         return false;
     m_isEdited = count < 0 || local != m_lastCopied;
-    m_incoming = std::make_unique<Incoming>(m_contents);
+    m_incoming = m_makeIncoming();
     return true;
 }
 
@@ -75,16 +77,19 @@ void LocalCopy::keepEdited()
     const bool isAsCompared = m_local && isUnchanged(m_compared, found);
     if (isAsCompared && !m_isEdited)
         return;
+    m_keptName = keepLocalVersion(m_folder, m_name);
+}
+
+QByteArray keepLocalVersion(const Descriptor& folder, const QByteArray& name)
+{
     for (int number = 1;; ++number) {
-        const QByteArray free = QFile::encodeName(
-            makeNumberedName(QFile::decodeName(m_name), number, QStringLiteral("local version ")));
-        if (renameat2(m_folder.get(), m_name.constData(), m_folder.get(), free.constData(), RENAME_NOREPLACE)
-            == 0)
-            break;
+        QByteArray free = QFile::encodeName(
+            makeNumberedName(QFile::decodeName(name), number, QStringLiteral("local version ")));
+        if (renameat2(folder.get(), name.constData(), folder.get(), free.constData(), RENAME_NOREPLACE) == 0)
+            return free;
         if (errno != EEXIST)
             throw Error(State::StorageFailed);
     }
-    m_kept = true;
 }
 
 } // namespace cloudd

@@ -21,6 +21,8 @@ constexpr std::size_t LogBytes = 256 << 10;
 /// Another process may need a while to end, or to begin to serve.
 constexpr int LockTimeoutMs = 10'000;
 constexpr int RetryMs = 50;
+/// How often sync folders are looked through for changes.
+constexpr int SyncIntervalMs = 10'000;
 /// How often the directory is checked.
 constexpr int CheckIntervalMs = 2000;
 
@@ -87,6 +89,7 @@ int main(int argc, char** argv)
     std::vector<std::string> open;
     app.add_option("--closed", closed, "A file or folder that nothing is uploaded from; may be repeated");
     app.add_option("--open", open, "One within those that may be uploaded from all the same");
+    settings.syncIntervalMs = SyncIntervalMs;
     CLI11_PARSE(app, argc, argv);
 
     // Files are for this user only. A file at its size limit is an error like a full disk, not a signal.

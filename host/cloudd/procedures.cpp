@@ -3,6 +3,7 @@
 #include "host/cloudd/envelope.h"
 #include "host/cloudd/localjobs.h"
 #include "host/cloudd/names.h"
+#include "host/cloudd/orbitapi.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -259,9 +260,36 @@ void saveToCloudDir(Core& core, const Member& member, const SaveToCloudDirArg& r
     });
 }
 
+std::map<std::string, std::string> toStrings(const SyncReport& report)
+{
+    std::map<std::string, std::string> strings { { "uploaded", std::to_string(report.uploaded) },
+        { "downloaded", std::to_string(report.downloaded) }, { "removed", std::to_string(report.removed) },
+        { "conflicts", std::to_string(report.conflicts) }, { "skipped", std::to_string(report.skipped) },
+        { "failed", std::to_string(report.failed) }, { "bytes", std::to_string(report.bytes) } };
+    if (report.error)
+        strings["reason"] = report.error;
+    return strings;
+}
+
 void syncFolder(
     Core& core, const Member& member, const SyncFolderArg& request, const Answer<SyncFolderResult>& answer)
 {
+    if (const auto id = request.extraParam.find("syncFolderId"); id != request.extraParam.end()) {
+        const auto end = [answer](const SyncReport& report) {
+            SyncFolderResult result;
+            result.extraParam = toStrings(report);
+            answer.end(report.state, result);
+        };
+        try {
+            core.syncFolders.sync(member, decodeUtf8(id->second), end);
+        } catch (const Error& error) {
+            SyncReport report;
+            report.state = error.state;
+            report.error = error.reason;
+            end(report);
+        }
+        return;
+    }
     requireOwnGroup(member, request.groupId);
     if (request.depth < 0)
         throw Error(State::WrongArguments);
@@ -281,7 +309,8 @@ void syncFolder(
 
 void larkIpcCall(Core& core, Session& session, const LarkIpcArg& request, const Answer<LarkIpcResult>& answer)
 {
-    answer.succeed(callMethod(core, session, request));
+    callMethod(core, session, request,
+        [answer](State state, const LarkIpcResult& result) { answer.end(state, result); });
 }
 
 /// Calls a handler with the user of the request, or, if it takes one, with the session.
@@ -301,6 +330,14 @@ void call(void (*handler)(Core&, Caller&, const Argument&, const Answer<Result>&
     }
 }
 
+/// The SDK's requests, whose replies have their state elsewhere.
+void orbitApiCall(Core& core, Session& session, const void* argument, const Service::Reply& reply)
+{
+    const orbitapi::OrbitApiResult result =
+        callOrbitApi(core, session, *static_cast<const orbitapi::CommonRequestArg*>(argument));
+    reply(result.resultState == static_cast<int>(State::Ok), &result);
+}
+
 template <auto Handler> void run(Core& core, Session& session, const void* argument, Service::Reply reply)
 {
     call(Handler, core, session, argument, std::move(reply));
@@ -314,6 +351,10 @@ constexpr Procedure Procedures[] = {
     { "getDefaultWorkspace", run<getDefaultWorkspace> },
     { "saveToCloudDir", run<saveToCloudDir> },
     { "syncFolder", run<syncFolder> },
+    { "orbitApiCall",
+        [](Core& core, Session& session, const void* argument, Service::Reply reply) {
+            orbitApiCall(core, session, argument, reply);
+        } },
 };
 
 } // namespace

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <algorithm>
 #include <unistd.h>
 
 namespace cloudd {
@@ -48,7 +49,9 @@ Service::Service(const Settings& settings, QString& error)
         if (!isBusy())
             Q_EMIT idle();
     };
+    connect(&m_core->syncFolders, &SyncFolders::notice, this, &Service::notice);
     connect(&m_core->transfers, &Transfers::idle, this, rest);
+    connect(&m_core->syncFolders, &SyncFolders::idle, this, rest);
     connect(&m_core->copies, &JobQueue::idle, this, rest);
     error = openCore(*m_core, QDir::cleanPath(settings.directory));
 }
@@ -63,12 +66,15 @@ bool Service::knows(std::string_view procedure)
 void Service::handle(
     const std::shared_ptr<Session>& session, std::string_view procedure, const void* argument, Reply reply)
 {
+    const auto isSame = [&](const std::weak_ptr<Session>& known) { return known.lock() == session; };
+    if (std::none_of(m_core->sessions.begin(), m_core->sessions.end(), isSame))
+        m_core->sessions.push_back(session);
     findProcedure(procedure)->run(*m_core, *session, argument, std::move(reply));
 }
 
 bool Service::isBusy() const
 {
-    return m_core->transfers.isBusy() || m_core->copies.size() > 0;
+    return m_core->transfers.isBusy() || m_core->syncFolders.isBusy() || m_core->copies.size() > 0;
 }
 
 } // namespace cloudd

@@ -32,6 +32,7 @@ struct Settings {
     qint64 uploadBytesPerSecond = 0; ///< of all uploads together; 0: no limit
     QStringList closedToUploads {};  ///< see UploadRule
     QStringList openToUploads {};
+    int syncIntervalMs = 0; ///< between syncs of a sync folder that nobody requests; 0: there are none
 };
 
 class Service : public QObject {

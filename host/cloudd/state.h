@@ -18,18 +18,25 @@ enum class State {
     UnknownMethod = 8,
     Damaged = 9, ///< a stored content has changed
     Cancelled = 10,
-    Closed = 11, ///< the suite lets nobody upload this file
+    Closed = 11,     ///< the suite lets nobody upload this file
+    WrongPlace = 12, ///< a local folder that can not be a sync folder, or is not the one that it was
 };
+
+/// A word for it, which pages get: "notFound".
+const char* toString(State state);
 
 class Error final : public std::exception {
 public:
-    explicit Error(State state)
+    /// `reason`: a word that says more than the state; must stay.
+    explicit Error(State state, const char* reason = nullptr)
         : state(state)
+        , reason(reason ? reason : toString(state))
     {
     }
     const char* what() const noexcept override { return "cloud service error"; }
 
     const State state;
+    const char* const reason;
 };
 
 } // namespace cloudd

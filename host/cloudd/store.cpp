@@ -9,7 +9,7 @@ namespace cloudd {
 
 namespace {
 
-constexpr int Format = 1;
+constexpr int Format = 2;
 constexpr int KeptTasks = 1000;
 constexpr auto GroupName = "My Cloud";
 constexpr auto WorkspaceName = "My Documents";
@@ -32,6 +32,19 @@ constexpr const char* Tables[] = {
     " ended INTEGER)",
     "CREATE INDEX tasksByEnd ON tasks (userId, ended)",
     "CREATE INDEX tasksByLastEnd ON tasks (ended)",
+};
+
+/// Of format 2 (SyncRecords).
+constexpr const char* SyncTables[] = {
+    "CREATE TABLE IF NOT EXISTS syncFolders (id TEXT PRIMARY KEY NOT NULL, userId TEXT NOT NULL REFERENCES "
+    "users(id),"
+    " localPath TEXT NOT NULL UNIQUE, cloudFolderId TEXT NOT NULL REFERENCES items(id), kind TEXT NOT NULL,"
+    " lastSyncTime INTEGER NOT NULL, lastError TEXT NOT NULL)",
+    "CREATE TABLE IF NOT EXISTS syncEntries (folderId TEXT NOT NULL REFERENCES syncFolders(id) ON DELETE CASCADE,"
+    " path TEXT NOT NULL, isFolder INTEGER NOT NULL, itemId TEXT NOT NULL, sha256 TEXT NOT NULL,"
+    " size INTEGER NOT NULL, inode INTEGER NOT NULL, modified INTEGER NOT NULL, changed INTEGER NOT NULL,"
+    " PRIMARY KEY (folderId, path)) WITHOUT ROWID",
+    "CREATE INDEX IF NOT EXISTS itemsByChange ON items (groupId, changeTime)",
 };
 
 constexpr auto ItemColumns = "id, groupId, parentId, name, isFolder, size, sha256";
@@ -94,15 +107,17 @@ QString Store::openRecords(const QString& path)
         if (isNew) {
             for (const char* statement : Tables)
                 m_database.run(statement);
-            m_database.run("PRAGMA user_version = 1");
         }
-        // Older records of this format do not have them.
+        // Older records do not have these.
         m_database.run(
             "CREATE TABLE IF NOT EXISTS localCopies (itemId TEXT PRIMARY KEY NOT NULL REFERENCES items(id),"
             " sha256 TEXT NOT NULL)");
         m_database.run(
             "CREATE TABLE IF NOT EXISTS labels (itemId TEXT PRIMARY KEY NOT NULL REFERENCES items(id),"
             " label TEXT NOT NULL, setupId TEXT NOT NULL, changeTime INTEGER NOT NULL)");
+        for (const char* statement : SyncTables)
+            m_database.run(statement);
+        m_database.run("PRAGMA user_version = 2");
         transaction.commit();
     } catch (const Error&) {
         return QStringLiteral("can not be written");
@@ -284,6 +299,48 @@ QString Store::findPath(const Item& item)
     return path;
 }
 
+bool Store::removeItem(const Item& item)
+{
+    const auto isUsed = [&](const char* statement) { return m_database.run(statement, { item.id }).next(); };
+    if (item.parentId.isEmpty() || isUsed("SELECT 1 FROM items WHERE parentId = ? LIMIT 1")
+        || isUsed("SELECT 1 FROM tasks WHERE folderId = ? AND ended IS NULL LIMIT 1")
+        || isUsed("SELECT 1 FROM syncFolders WHERE cloudFolderId = ?"))
+        return false;
+    Transaction transaction(*this);
+    m_database.run("DELETE FROM labels WHERE itemId = ?", { item.id });
+    m_database.run("DELETE FROM localCopies WHERE itemId = ?", { item.id });
+    // Ended uploads can still be queried.
+    m_database.run("UPDATE tasks SET folderId = ? WHERE folderId = ?", { item.parentId, item.id });
+    m_database.run("DELETE FROM items WHERE id = ?", { item.id });
+    transaction.commit();
+    return true;
+}
+
+Usage Store::measure(const Item& folder)
+{
+    Database::Rows row =
+        m_database.run("WITH RECURSIVE below(id, isFolder, size) AS (SELECT id, isFolder, size FROM items"
+                       " WHERE parentId = ? UNION ALL SELECT i.id, i.isFolder, i.size FROM items i"
+                       " JOIN below b ON i.parentId = b.id)"
+                       " SELECT total(NOT isFolder), total(isFolder), total(size) FROM below",
+            { folder.id });
+    if (!row.next())
+        throw Error(State::StorageFailed);
+    return { row.value(0).toLongLong(), row.value(1).toLongLong(), row.value(2).toLongLong() };
+}
+
+std::vector<ChangedFile> Store::listChangedFiles(const Member& member, const QString& part, int most)
+{
+    Database::Rows rows = m_database.run(
+        "SELECT id, groupId, parentId, name, isFolder, size, sha256, changeTime FROM items WHERE groupId = ?"
+        " AND NOT isFolder AND instr(lower(name), lower(?)) ORDER BY changeTime DESC, id LIMIT ?",
+        { member.groupId, part, most });
+    std::vector<ChangedFile> files;
+    while (rows.next())
+        files.push_back({ readItem(rows), rows.value(7).toLongLong() });
+    return files;
+}
+
 bool Store::isContentUsed(const QString& sha256)
 {
     return m_database.run("SELECT 1 FROM items WHERE sha256 = ? LIMIT 1", { sha256 }).next();
@@ -297,7 +354,9 @@ QString Store::findLocalCopy(const QString& itemId)
 
 void Store::recordLocalCopy(const QString& itemId, const QString& sha256)
 {
-    m_database.run("INSERT OR REPLACE INTO localCopies (itemId, sha256) VALUES (?, ?)", { itemId, sha256 });
+    // The file may have been removed while it was copied.
+    m_database.run("INSERT OR REPLACE INTO localCopies (itemId, sha256) SELECT id, ? FROM items WHERE id = ?",
+        { sha256, itemId });
 }
 
 std::optional<LabelStatus> Store::findLabelStatus(const QString& itemId)

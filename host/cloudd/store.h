@@ -67,6 +67,19 @@ struct LabelStatus {
     qint64 changeTime = 0; ///< ms since 1970
 };
 
+/// A file, and when it got its present version.
+struct ChangedFile {
+    Item file;
+    qint64 changeTime = 0; ///< ms since 1970
+};
+
+/// What is in a folder, at any depth.
+struct Usage {
+    qint64 files = 0;
+    qint64 folders = 0; ///< without itself
+    qint64 bytes = 0;
+};
+
 class Store {
 public:
     enum class Missing { Fail, Create };
@@ -107,6 +120,12 @@ public:
     QString findFreeName(const Item& folder, const QString& name);
     /// Relative to the root folder.
     QString findPath(const Item& item);
+    /// Removes a file, or a folder that is empty. False when it is in use: a folder with items, with uploads under way
+    /// or that a sync folder belongs to.
+    bool removeItem(const Item& item);
+    Usage measure(const Item& folder);
+    /// The member's files whose name contains `part` (all for an empty one), the last changed first.
+    std::vector<ChangedFile> listChangedFiles(const Member& member, const QString& part, int most);
     /// Whether a file has this content.
     bool isContentUsed(const QString& sha256);
 
@@ -124,6 +143,9 @@ public:
     std::optional<Task> findTask(const QString& userId, const QString& id);
     /// In the order in which they were added.
     std::vector<Task> listUnfinishedTasks();
+
+    /// For the tables of SyncRecords.
+    Database& database() { return m_database; }
 
 private:
     QString openRecords(const QString& path);

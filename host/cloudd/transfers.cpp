@@ -66,12 +66,8 @@ private:
     {
         if (!m_upload) {
             task.status = TaskStatus::Running;
-            // The user's own documents are open, in the middle of the suite's records.
-            const QString documents = m_transfers.m_places.documentsPath(task.userId, {});
-            m_upload = std::make_unique<Upload>(
-                m_transfers.m_contents, task.source, [this, documents](const Descriptor& file) {
-                    return m_transfers.m_rule.permits(file, documents);
-                });
+            m_upload = std::make_unique<Upload>(m_transfers.m_contents, task.source,
+                [this](const Descriptor& file) { return m_transfers.permits(task.userId, file); });
             m_transfers.emitNotice(task, "syncing");
             return Step::Again;
         }
@@ -187,6 +183,12 @@ void Transfers::finish(Run& run, Task task)
     end(run, task);
 }
 
+bool Transfers::permits(const QString& userId, const Descriptor& file) const
+{
+    // The user's own documents are open, in the middle of the suite's records.
+    return m_rule.permits(file, m_places.documentsPath(userId, {}));
+}
+
 void Transfers::removeUnused(const QString& sha256)
 {
     try {
@@ -215,8 +217,14 @@ void Transfers::end(Run& run, const Task& task)
 
 QString Transfers::cloudPath(const Task& task)
 {
-    if (!task.itemId.isEmpty())
-        return m_store.findPath(m_store.findItemById(task.itemId));
+    try {
+        if (!task.itemId.isEmpty())
+            return m_store.findPath(m_store.findItemById(task.itemId));
+    } catch (const Error& error) {
+        // The file has been removed meanwhile.
+        if (error.state != State::NotFound)
+            throw;
+    }
     const QString folder = m_store.findPath(m_store.findItemById(task.folderId));
     return folder.isEmpty() ? task.name : folder + QLatin1Char('/') + task.name;
 }

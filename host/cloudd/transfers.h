@@ -52,6 +52,12 @@ public:
     /// Does nothing to a task that has ended. Throws Error(NotFound).
     void cancel(const QString& userId, const QString& id);
     bool isBusy() const { return m_queue.size() > 0; }
+    /// Whether the suite lets the user upload this file.
+    bool permits(const QString& userId, const Descriptor& file) const;
+    /// What all uploads share.
+    Throttle& throttle() { return m_throttle; }
+    /// Removes a content that no file has any more.
+    void removeUnused(const QString& sha256);
     /// The path of its file, or the one the file will have.
     QString cloudPath(const Task& task);
 
@@ -67,7 +73,6 @@ private:
     void emitNotice(const Task& task, const char* status);
     /// Adds the file to its folder.
     void finish(Run& run, Task task);
-    void removeUnused(const QString& sha256);
 
     Store& m_store;
     Contents& m_contents;

@@ -37,20 +37,20 @@ bool Upload::prepare()
             throw Error(State::Closed);
         m_incoming = std::make_unique<Incoming>(m_contents);
     }
-    return canDetectChanges();
+    return canDetectChanges(m_opened);
 }
 
 /// Time stamps come from a clock that advances once a tick, and file systems may store them less precisely
 /// still (FAT: 2 s). Once the clock has advanced beyond the stamp, every further change gets another stamp.
-bool Upload::canDetectChanges() const
+bool canDetectChanges(const struct stat& file)
 {
     timespec now {};
     timespec tick {};
     clock_gettime(CLOCK_REALTIME_COARSE, &now);
     clock_getres(CLOCK_REALTIME_COARSE, &tick);
-    const bool isWholeSeconds = m_opened.st_ctim.tv_nsec == 0;
+    const bool isWholeSeconds = file.st_ctim.tv_nsec == 0;
     const qint64 step = isWholeSeconds ? 2 * NsPerSecond : 2 * nanoseconds(tick);
-    return qAbs(nanoseconds(now) - nanoseconds(m_opened.st_ctim)) > step;
+    return qAbs(nanoseconds(now) - nanoseconds(file.st_ctim)) > step;
 }
 
 /// Whether the path still leads to the opened file, unchanged.

@@ -12,6 +12,9 @@
 
 namespace cloudd {
 
+/// False while a change of the file could leave its time stamp as it is: see Upload::prepare().
+bool canDetectChanges(const struct stat& file);
+
 class Upload {
 public:
     /// `isPermitted` is asked once the file is open.
@@ -25,6 +28,8 @@ public:
     /// Reads at most `most` bytes. False when the content is stored. Throws Error: SourceUnreadable,
     /// StorageFailed.
     bool step(qint64 most);
+    /// The file as it was when it was opened, and still is when its content is stored.
+    const struct stat& opened() const { return m_opened; }
     /// Bytes, as the file was when it was opened.
     qint64 total() const { return m_opened.st_size; }
     qint64 transferred() const { return m_incoming ? m_incoming->size() : 0; }
@@ -32,7 +37,6 @@ public:
     QString sha256() const { return m_incoming ? m_incoming->sha256() : QString(); }
 
 private:
-    bool canDetectChanges() const;
     bool isUnchanged() const;
 
     Contents& m_contents;

@@ -19,6 +19,7 @@ constexpr std::size_t MaxNameBytes = 128;
 constexpr std::size_t MaxHeadBytes = 2 + 5 + 5 + MaxNameBytes;
 
 constexpr std::string_view EnvelopeCall = "larkIpcCall";
+constexpr std::string_view SdkCall = "orbitApiCall";
 
 const MessageType* findType(std::string_view procedure, const char* suffix)
 {
@@ -33,11 +34,15 @@ const MessageType* findType(std::string_view procedure, const char* suffix)
 
 const MessageType* findArgumentType(std::string_view procedure)
 {
+    if (procedure == SdkCall)
+        return findMessageType("CommonRequestArg");
     return findType(procedure, "Arg");
 }
 
 const MessageType* findResultType(std::string_view procedure)
 {
+    if (procedure == SdkCall)
+        return findMessageType("OrbitApiResult");
     return findType(procedure, "Result");
 }
 

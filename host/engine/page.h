@@ -10,6 +10,9 @@
 
 namespace engine {
 
+/// The origin of scripts that the tool runs.
+inline constexpr char ScriptOrigin[] = "nova://script";
+
 /// How a piece of page script ended.
 struct Outcome {
     bool ok = false;

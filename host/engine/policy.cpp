@@ -104,6 +104,7 @@ struct Rule {
     OriginPattern pattern;
     std::vector<Entry> allow;
     std::vector<Entry> deny;
+    Permissions permissions;
 };
 
 QString placeOf(std::size_t rule)
@@ -130,7 +131,7 @@ std::vector<Rule> readRules(const std::vector<PolicyRule>& given, QStringList& e
     for (std::size_t i = 0; i < given.size(); ++i) {
         const QString place = placeOf(i);
         QString error;
-        Rule rule { given[i].origin, OriginPattern::of(given[i].origin, error), {}, {} };
+        Rule rule { given[i].origin, OriginPattern::of(given[i].origin, error), {}, {}, {} };
         const auto earlier = std::find_if(
             rules.begin(), rules.end(), [&](const Rule& one) { return one.pattern.covers(rule.pattern); });
         if (error.isEmpty() && earlier != rules.end())
@@ -141,6 +142,8 @@ std::vector<Rule> readRules(const std::vector<PolicyRule>& given, QStringList& e
             errors << QStringLiteral("%1.origin: %2").arg(place, error);
         rule.allow = readEntries(given[i].allow, place + QStringLiteral(".allow"), errors);
         rule.deny = readEntries(given[i].deny, place + QStringLiteral(".deny"), errors);
+        rule.permissions =
+            Permissions::read(given[i].permissions, place + QStringLiteral(".permissions"), errors);
         rules.push_back(std::move(rule));
     }
     return rules;
@@ -227,6 +230,18 @@ Decision OriginPolicy::explain(QStringView object, QStringView member, std::uint
     return { verdict.allowed, static_cast<int>(m_index), reason };
 }
 
+bool OriginPolicy::permits(KPagePermission permission, const QString& subject) const
+{
+    switch (m_source) {
+    case Source::NoOrigin:
+        return false;
+    case Source::Rule:
+        return m_rules->rules[m_index].permissions.grant(m_origin, permission, subject);
+    default:
+        return Permissions().grant(m_origin, permission, subject);
+    }
+}
+
 Policy::Policy(const std::vector<PolicyRule>& rules)
 {
     QStringList errors;
@@ -240,6 +255,7 @@ OriginPolicy Policy::of(const Origin& origin) const
     OriginPolicy policy;
     if (origin.isOpaque() || !m_rules)
         return policy;
+    policy.m_origin = origin;
     const auto& rules = m_rules->rules;
     const auto rule = std::find_if(
         rules.begin(), rules.end(), [&](const Rule& one) { return one.pattern.matches(origin); });

@@ -5,9 +5,8 @@
 // of the application (nova://) may call everything, others nothing. No rule matches a page without an origin.
 #pragma once
 
-#include "host/engine/origin.h"
+#include "host/engine/permissions.h"
 
-#include <QStringList>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -21,6 +20,7 @@ struct PolicyRule {
     QString origin;
     QStringList allow;
     QStringList deny;
+    QStringList permissions { QStringLiteral("usual") }; ///< see Permissions
 };
 
 /// Returns an error for each text in the rules that has no meaning, and each rule that can decide nothing:
@@ -46,6 +46,7 @@ public:
     /// `object` is "FileSystem" or "FileSystem.File", with or without "NovaExtension." in front. Allocates nothing.
     bool allows(QStringView object, QStringView member, std::uint32_t categoryMask) const;
     Decision explain(QStringView object, QStringView member, std::uint32_t categoryMask) const;
+    bool permits(KPagePermission permission, const QString& subject) const;
 
 private:
     friend class Policy;
@@ -54,6 +55,7 @@ private:
     Verdict judge(QStringView object, QStringView member, std::uint32_t categoryMask) const;
 
     Source m_source = Source::NoOrigin;
+    Origin m_origin;
     std::size_t m_index = 0;
     std::shared_ptr<const PolicyRules> m_rules;
 };

@@ -69,6 +69,7 @@ public:
     void addContinuation(int ticket, std::function<void(JSValueRef)> then);
     void awaited(int ticket, JSValueRef value);
 
+    QString origin() const override { return QLatin1String(ScriptOrigin); }
     bool createPromise(std::int64_t promise) override;
     void settlePromise(std::int64_t promise, JSPromiseState state, const KJSVariant& value) override;
     void releasePromise(std::int64_t promise) override;

@@ -9,6 +9,7 @@
 
 #include "host/krt/centre.h"
 #include "host/profile/directories.h"
+#include "host/suite/desktop.h"
 #include "host/suite/dialogs/dialoganswers.h"
 #include "host/suite/play.h"
 #include "suite/kcoreapplication.h"
@@ -100,6 +101,7 @@ int main(int argc, char** argv)
     QApplication::setQuitOnLastWindowClosed(false);
     novahost::Signals signals;
     dialogs::install();
+    const suite::Desktop desktop;
     suite::Play play(suite::Play::read(options->play, error));
     if (!options->play.isEmpty())
         signals.setNext([&] { play.next(); });

@@ -176,7 +176,7 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     members->add_flag("--unsupported", options.unsupportedOnly, "Only members that are not built yet");
 
     CLI::App* policy = app.add_subcommand("policy", "List the rules of who may call, which the profile has");
-    policy->add_flag("--json", options.json, "For programs: an array of {origin, allow, deny}");
+    policy->add_flag("--json", options.json, "For programs: an array of {origin, allow, deny, permissions}");
     CLI::App* explain = policy->add_subcommand("explain",
         "Say whether a page may call a member, and which rule decides; exit code 0 if it may, 1 if not");
     explain

@@ -23,7 +23,7 @@ int listRules(const std::vector<engine::PolicyRule>& rules, bool json)
         Json list = Json::array();
         for (const engine::PolicyRule& rule : rules)
             list.push_back({ { "origin", rule.origin.toStdString() }, { "allow", listOf(rule.allow) },
-                { "deny", listOf(rule.deny) } });
+                { "deny", listOf(rule.deny) }, { "permissions", listOf(rule.permissions) } });
         printLine(QString::fromStdString(list.dump()), false);
         return 0;
     }
@@ -37,6 +37,8 @@ int listRules(const std::vector<engine::PolicyRule>& rules, bool json)
         print("allow", rules[i].allow.isEmpty() ? QStringList(QStringLiteral("nothing")) : rules[i].allow);
         if (!rules[i].deny.isEmpty())
             print("deny ", rules[i].deny);
+        if (rules[i].permissions != engine::PolicyRule().permissions)
+            print("permissions", rules[i].permissions);
     }
     printLine(
         QStringLiteral("otherwise  pages of the application (nova://) may call everything, others nothing"),

@@ -8,8 +8,10 @@
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
 #include "host/suite/cloud/cloudservice.h"
+#include "host/suite/network.h"
 #include "host/suite/play.h"
 #include "host/suite/plugins/pluginmanager.h"
+#include "host/suite/remoteconfig/remoteconfig.h"
 #include "host/suite/skin/skinservice.h"
 #include "host/suite/web/webwidget.h"
 #include "host/vexlite/failurelog.h"
@@ -110,6 +112,9 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     // The first question is when the suite notes where the directories that are closed to pages lead.
     krt::dirs::inBlackDownloadDir(QStringLiteral("/"));
     kpluginconfig::inPluginDownloadDir(QStringLiteral("/"));
+    error = suite::trustCertificates();
+    if (!error.isEmpty())
+        return nullptr;
     vexlite::Core& core = vexlite::Core::start(readServices());
     core.setDenyMask(options.denyMask);
     std::shared_ptr<vexlite::FailureLog> failures;
@@ -140,6 +145,7 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     suite::PluginManager::start();
     // A plugin may have the skin.
     suite::SkinService::instance().start();
+    suite::RemoteConfig::instance().start();
     suite->m_inBrowser = options.browser;
     if (options.devToolsPort) {
         // The engine says nothing when it does not get the port.
@@ -197,6 +203,7 @@ Suite::~Suite()
 {
     krt::kcc::shutdown();
     m_engine.reset();
+    suite::RemoteConfig::instance().shutDown();
     suite::SkinService::instance().shutDown();
     suite::PluginManager::shutDown();
     closeWindows();

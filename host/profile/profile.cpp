@@ -124,7 +124,7 @@ static void from_json(const nlohmann::json& from, KMembership& to)
 
 namespace engine {
 
-PROFILE_ENTRY(PolicyRule, origin, allow, deny)
+PROFILE_ENTRY(PolicyRule, origin, allow, deny, permissions)
 
 } // namespace engine
 
@@ -136,7 +136,11 @@ NLOHMANN_JSON_SERIALIZE_ENUM(DialogKind,
     { { DialogKind::Any, nullptr }, { DialogKind::File, "file" }, { DialogKind::Files, "files" },
         { DialogKind::Folder, "folder" }, { DialogKind::Save, "save" }, { DialogKind::Cloud, "cloud" },
         { DialogKind::Panel, "panel" }, { DialogKind::Access, "access" }, { DialogKind::Login, "login" },
-        { DialogKind::Upgrade, "upgrade" } })
+        { DialogKind::Upgrade, "upgrade" }, { DialogKind::Sync, "sync" },
+        { DialogKind::Purchase, "purchase" }, { DialogKind::Color, "color" },
+        { DialogKind::Confirm, "confirm" } })
+NLOHMANN_JSON_SERIALIZE_ENUM(AddressMode,
+    { { AddressMode::Auto, "auto" }, { AddressMode::Open, "open" }, { AddressMode::Record, "record" } })
 NLOHMANN_JSON_SERIALIZE_ENUM(CloudTab,
     { { CloudTab::Recent, "recent" }, { CloudTab::Cloud, "cloud" }, { CloudTab::Share, "share" },
         { CloudTab::Favorite, "favorite" }, { CloudTab::Company, "company" } })
@@ -149,9 +153,10 @@ static void from_json(const nlohmann::json& from, User& to)
     readField(from, "members", to.members);
 }
 
-PROFILE_ENTRY(Tier, name, grants)
+PROFILE_ENTRY(Tier, name, grants, privileges)
 PROFILE_SECTION(Account, current, users, companies, tiers)
 PROFILE_SECTION(Dialogs, mode, answers)
+PROFILE_SECTION(Desktop, openAddresses)
 PROFILE_SECTION(Application, name, platform)
 PROFILE_SECTION(Installation, version, guid, uuid, hdid, channel)
 PROFILE_SECTION(Directories, officeInstallRoot, officeData, officeHome, velmoraHome, blacklistedDownloads,
@@ -163,12 +168,15 @@ PROFILE_SECTION(Cloud, program, uploadBytesPerSecond, closedToUploads, openToUpl
 PROFILE_SECTION(Language, name, region)
 PROFILE_SECTION(Dpi, scale)
 PROFILE_SECTION(Plugins, directories, bytesPerSecond)
+PROFILE_SECTION(Network, caCertificates)
 PROFILE_SECTION(Windows, autoHide)
 PROFILE_SECTION(Skin, current, directories)
+PROFILE_SECTION(RemoteConfig, source)
 PROFILE_SECTION(Log, maxFileSizeKiB, keptFiles)
 PROFILE_SECTION(Browser, applicationId, sessionId, grouped, groupMark1OffsetMs, groupMark2OffsetMs)
-PROFILE_SECTION(Profile, application, installation, directories, product, files, access, dialogs, cloudFiles,
-    account, cloud, language, dpi, plugins, windows, skin, theme, log, browser, policy, services)
+PROFILE_SECTION(Profile, application, installation, directories, product, files, access, dialogs, desktop,
+    cloudFiles, account, cloud, domains, intranetType, language, dpi, plugins, network, windows, skin,
+    remoteConfig, theme, log, browser, policy, services)
 
 namespace {
 

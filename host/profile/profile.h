@@ -56,7 +56,22 @@ struct Access {
 };
 
 enum class DialogMode { Auto, Show, Answer };
-enum class DialogKind { Any, File, Files, Folder, Save, Cloud, Panel, Access, Login, Upgrade };
+enum class DialogKind {
+    Any,
+    File,
+    Files,
+    Folder,
+    Save,
+    Cloud,
+    Panel,
+    Access,
+    Login,
+    Upgrade,
+    Sync,
+    Purchase,
+    Color,
+    Confirm
+};
 
 /// The answer to one dialog in place of the user.
 struct DialogAnswer {
@@ -69,6 +84,13 @@ struct DialogAnswer {
 struct Dialogs {
     DialogMode mode = DialogMode::Auto;
     std::vector<DialogAnswer> answers; ///< used in this order
+};
+
+enum class AddressMode { Auto, Open, Record };
+
+/// The user's desktop.
+struct Desktop {
+    AddressMode openAddresses = AddressMode::Auto;
 };
 
 enum class CloudTab { Recent, Cloud, Share, Favorite, Company };
@@ -88,10 +110,12 @@ struct User : kacctoutsdk::KUserInfo {
     std::vector<kacctoutsdk::KMembership> members;
 };
 
-/// A membership tier, and the kinds of membership ("nova", "folio", "super") that it counts as.
+/// A membership tier, the kinds of membership ("nova", "folio", "super") that it counts as, and the privileges that it
+/// has.
 struct Tier {
     QString name;
     QStringList grants;
+    QStringList privileges;
 };
 
 /// The data of the account service.
@@ -125,6 +149,11 @@ struct Plugins {
     qint64 bytesPerSecond = 0; ///< 0 for no limit
 };
 
+/// How pages reach the network.
+struct Network {
+    QStringList caCertificates; ///< files, see expandPath(); trusted besides those of the system
+};
+
 /// Windows that pages open.
 struct Windows {
     bool autoHide = true; ///< popups hide when they are no longer active
@@ -134,6 +163,11 @@ struct Windows {
 struct Skin {
     QString current;         ///< of users who have chosen none
     QStringList directories; ///< folders with skins, see expandPath()
+};
+
+/// What the server of the remote configuration decides.
+struct RemoteConfig {
+    QString source; ///< a file, see expandPath(); empty for what is built in
 };
 
 struct Log {
@@ -158,14 +192,19 @@ struct Profile {
     Files files;
     Access access;
     Dialogs dialogs;
+    Desktop desktop;
     std::vector<CloudFile> cloudFiles;
     Account account;
     Cloud cloud;
+    QMap<QString, QString> domains; ///< addresses of the suite's services by name
+    int intranetType = 0;           ///< 0 to 2, see KDomainManager
     Language language;
     Dpi dpi;
     Plugins plugins;
+    Network network;
     Windows windows;
     Skin skin;
+    RemoteConfig remoteConfig;
     QMap<QString, QMap<QString, QString>> theme; ///< palette, name of the colour: "#rrggbb"; over every skin
     Log log;
     Browser browser;

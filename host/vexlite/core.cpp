@@ -92,6 +92,12 @@ public:
 
     bool isOpen(const JSContextEnv& context) const override { return m_pages->isOpen(context); }
 
+    QString originOf(const JSContextEnv& context) const override
+    {
+        const ScriptPage* page = m_pages->find(context);
+        return page ? page->origin() : QString();
+    }
+
     BoundObject bindObject(const JSContextEnv& context, const QString& shortName) override
     {
         const ExtensionFactory factory = m_factories.value(shortName);

@@ -98,6 +98,8 @@ public:
     /// Drops the page's listeners and promises. Later calls for it do nothing.
     virtual void closePage(const JSContextEnv& context) = 0;
     virtual bool isOpen(const JSContextEnv& context) const = 0;
+    /// The origin of a page; empty for one that has none, or is closed.
+    virtual QString originOf(const JSContextEnv& context) const = 0;
 
     /// Calls the factory of a short name ("Log") for a page and gets the members of the object.
     virtual BoundObject bindObject(const JSContextEnv& context, const QString& shortName) = 0;

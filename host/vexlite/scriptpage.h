@@ -9,6 +9,8 @@ namespace vexlite {
 class ScriptPage {
 public:
     virtual ~ScriptPage() = default;
+    /// The page's origin, "nova://app"; empty for one without.
+    virtual QString origin() const { return {}; }
     /// Makes a pending script promise, stored as `promise` until it is settled or the page closes. False when
     /// the page can not make one.
     virtual bool createPromise(std::int64_t promise) = 0;

@@ -15,6 +15,8 @@ bool showsDialog(const QString& member)
         QStringLiteral("NovaExtension.FileSystem.selectLocalFolder"),
         QStringLiteral("NovaExtension.FileSystem.showSelectFilePanel"),
         QStringLiteral("NovaExtension.FileSystem.startAccess"),
+        QStringLiteral("NovaExtension.Tools.showConfirmDlg"),
+        QStringLiteral("NovaExtension.Utils.getPictureFilepath"),
     };
     return members.contains(member);
 }

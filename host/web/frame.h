@@ -41,7 +41,7 @@ public:
     void close();
 
     const QString& name() const { return m_name; }
-    const QString& origin() const { return m_origin; }
+    QString origin() const override { return m_origin; }
     bool isTop() const { return m_isTop; }
     bool isOpen() const { return m_isOpen; }
     const JSContextEnv& context() const { return m_context; }

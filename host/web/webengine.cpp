@@ -15,8 +15,6 @@ namespace engine::web {
 
 namespace {
 
-const QString ScriptOrigin = QStringLiteral("nova://script");
-
 QWebEngineScript preludeScript()
 {
     QWebEngineScript script;
@@ -96,7 +94,7 @@ public:
         bridge.opened = [this, viewId, facts](Frame& frame) {
             facts->times.loadReady = QDateTime::currentMSecsSinceEpoch();
             m_host.opened(viewId);
-            if (ScriptPage* script = m_scripts.value(viewId); script && frame.origin() == ScriptOrigin)
+            if (ScriptPage* script = m_scripts.value(viewId); script && frame.origin() == QLatin1String(ScriptOrigin))
                 script->attach(frame);
         };
         auto view = std::make_unique<WebView>(
@@ -115,7 +113,7 @@ public:
         m_pages.removeAll(nullptr);
         m_pages.append(&page);
         const bool isScript = m_scripts.contains(viewId);
-        const QUrl url = isScript ? QUrl(ScriptOrigin + QLatin1Char('/')) : m_host.firstPage(viewId);
+        const QUrl url = isScript ? QUrl(QLatin1String(ScriptOrigin) + QLatin1Char('/')) : m_host.firstPage(viewId);
         if (isScript)
             page.setQuiet();
         if (!url.isEmpty())

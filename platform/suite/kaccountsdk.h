@@ -56,6 +56,13 @@ struct KMembership {
     qint64 expireTime = 0; ///< 0 as well when it does not end
 };
 
+/// Something that an account may use, or not, as its memberships say.
+struct KPrivilege {
+    QString name;
+    bool isGranted = false;
+    qint64 expireTime = 0; ///< when that ends; 0 when it is not granted or does not end
+};
+
 /// What an account may be a member of, whatever the tier that says so. A member of the company is one who
 /// belongs to a company.
 enum class KMemberKind { Nova, Folio, Super, Company };
@@ -74,6 +81,8 @@ public:
     virtual bool isMember(KMemberKind kind) const = 0;
     /// The identifier of the session that the login began; another one after every login.
     virtual QString novasid() const = 0;
+    /// One for each privilege that the service knows, always the same ones in the same order.
+    virtual QVector<KPrivilege> privileges() const = 0;
 
 protected:
     ~IKAccount() = default;

@@ -5,6 +5,7 @@
 
 class IKCloudIpcService;
 class KCloudSvrProxy;
+class KDomainManager;
 namespace kacctoutsdk {
 class KAccountSdkProxy;
 }
@@ -31,4 +32,6 @@ public:
     static KCloudSvrProxy* cloudSvrProxy();
     /// The account service (kaccountsdk.h). Also called without an application.
     static kacctoutsdk::KAccountSdkProxy* getAccountSDK();
+    /// The domain manager (kdomainmanager.h). Also called without an application.
+    static KDomainManager* domainManager();
 };

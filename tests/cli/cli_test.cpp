@@ -128,7 +128,7 @@ WithoutListenersInBrowser: --browser eval "document.open(), 5" -> 0 ^5\n$
 
 INSTANTIATE_TEST_SUITE_P(WhoMayCall, CommandLine, testing::ValuesIn(rows(R"js(
 Rules: policy --profile PROFILE -> 0 ^policy\[0\]  https://docs\.example\n  allow  Log\n  deny   Log\.logInfo\notherwise  .*\n$
-RulesAsJson: --profile PROFILE policy --json -> 0 ^\[\{"origin":"https://docs.example","allow":\["Log"\],"deny":\["Log.logInfo"\]\}\]\n$
+RulesAsJson: --profile PROFILE policy --json -> 0 ^\[\{"origin":"https://docs.example","allow":\["Log"\],"deny":\["Log.logInfo"\],"permissions":\["usual"\]\}\]\n$
 Allowed: policy explain https://docs.example NovaExtension.Log.logWarning --profile PROFILE -> 0 ^allowed: policy\[0\] for "https://docs\.example": allow\[0\] is "Log"\n$
 DeniedByName: policy explain https://docs.example Log.logInfo --profile PROFILE -> 1 ^denied: policy\[0\] .*: deny\[0\] is "Log\.logInfo"\n$
 DeniedAsJson: policy explain --json https://docs.example FileSystem.copy --profile PROFILE -> 1 "category":"Usual","allowed":false,"rule":0,

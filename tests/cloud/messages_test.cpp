@@ -1,6 +1,6 @@
 // The messages as bytes, worked out by hand, and what a reader takes and refuses.
 #include "cloud/schema/lark_types.h"
-#include "cloud/schema/orbitapi_types.h"
+#include "cloud/sdkmessages.h"
 #include "host/cloudwire/codec.h"
 #include "tests/support/rows.h"
 
@@ -146,6 +146,48 @@ TEST_F(Messages, CodecGoesOnAfterFaultsAndManyMessages)
         message.extraParam["k"].resize(91);
         EXPECT_EQ(codec.encode(type, &message).size(), 100u);
     }
+}
+
+/// The library's own reader and writer against those of the stand-in.
+TEST_F(Messages, SdkMessagesAreReadAndWrittenAsTheSuiteDoes)
+{
+    const cloudwire::MessageType& replies = *cloudwire::findMessageType("OrbitApiResult");
+    cloudwire::MessageCodec codec;
+    int good = 0;
+    const auto compare = [&](const std::string& bytes) {
+        // Without a null character behind them, which the sanitizers would let a reader see.
+        const auto block = std::make_unique<char[]>(bytes.size());
+        bytes.copy(block.get(), bytes.size());
+        const auto reply =
+            jsapi::decodeSdkReply(QByteArray::fromRawData(block.get(), static_cast<int>(bytes.size())));
+        orbitapi::OrbitApiResult message;
+        EXPECT_EQ(reply.has_value(), !codec.decode(replies, bytes, &message))
+            << testing::PrintToString(bytes);
+        if (!reply)
+            return;
+        ++good;
+        EXPECT_EQ(std::string(codec.encode(replies, &*reply)),
+            std::string(cloudwire::MessageCodec().encode(replies, &message)));
+    };
+    for (const BytesRow& row : Rows) {
+        compare(row.bytes);
+        for (size_t at = 0; row.bytes.size() < 1000 && at < row.bytes.size(); ++at) {
+            compare(row.bytes.substr(0, at));
+            for (const int change : { 1, 2, 4, 8, 16, 32, 64, 128, 255 }) {
+                std::string changed = row.bytes;
+                changed[at] = static_cast<char>(changed[at] ^ change);
+                compare(changed);
+            }
+        }
+    }
+    EXPECT_GT(good, 100);
+
+    orbitapi::CommonRequestArg request;
+    request.baseInfo.requestKey = "k";
+    request.extraParam["x"] = "y";
+    EXPECT_EQ(jsapi::encodeSdkRequest(request).toStdString(), Rows[2].bytes);
+    request.extraParam["x"].resize(jsapi::MaxSdkMessageBytes);
+    EXPECT_EQ(jsapi::encodeSdkRequest(request), QByteArray());
 }
 
 } // namespace

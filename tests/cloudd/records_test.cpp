@@ -40,7 +40,7 @@ TEST_F(CloudService, DoesNotOverwriteRecordsItCanNotRead)
     service.reset();
     const std::string good = bytesOf(records);
     const std::pair<const char*, const char*> rows[] = {
-        { "of a later version", "PRAGMA user_version = 2" },
+        { "of a later version", "PRAGMA user_version = 3" },
         { "of no version", "PRAGMA user_version = 0" },
         { "damaged", "" },
     };

@@ -77,6 +77,40 @@ TEST_F(PageDialogs, EndAsCancelledWithTheirOwnerTheirPageOrTheEventLoop)
     EXPECT_EQ(call(other, "getOpenFileNames"), "[]");
 }
 
+TEST_F(PageDialogs, ReportAColourOnceAndAskNoMoreHoweverTheyEnd)
+{
+    const auto closePage = [](const Page& closed) {
+        return [&](QDialog&) { support::libraryCore().closePage(closed.context); };
+    };
+    for (const char* const steps : { "confirm", "escape", "look; wait", "drop" }) {
+        owner->activateWindow();
+        QCoreApplication::processEvents();
+        Page asking(support::libraryCore());
+        std::vector<std::string> reports;
+        const auto hear = [&](const JSApiArguments& report) {
+            reports.push_back(support::json(report[0]));
+            return KR_OK;
+        };
+        const User user(steps, closePage(asking), owner);
+        EXPECT_EQ(asking.call(asking.object("Utils"), "pickColor",
+                      { support::values(R"({"color": "#123456"})")[0],
+                          support::function(asking.context, 1, hear) }),
+            "true");
+        while (reports.empty())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        const bool isPicked = steps == std::string("confirm");
+        EXPECT_EQ(reports,
+            std::vector<std::string> {
+                isPicked ? R"({"accepted":true,"color":"#123456"})" : R"({"accepted":false})" })
+            << steps;
+        EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << steps;
+    }
+    EXPECT_EQ(support::FakeFunction::alive, 0);
+    const User user("look; wait", closePage(page));
+    EXPECT_EQ(page.call("Tools", "showConfirmDlg", R"({"text": "?"})"), "-1");
+}
+
 TEST_F(PageDialogs, KeepThePageFromAsking)
 {
     makeFiles({ "a.txt" });

@@ -1,5 +1,5 @@
 // Begins with what the profile has; then steps that it plays, then logins of its own.
-const { Account } = NovaExtension;
+const { Account, Payment } = NovaExtension;
 const missing = refusal(1, "missing required parameters.");
 const wrong = refusal(1, "wrong parameters.");
 /** @type {(member: string, ...args: unknown[]) => () => unknown} */
@@ -15,6 +15,8 @@ const memberships = (userId, held) => ({ members: tiers(held),
 const NEVER = 0, LATE = 4102444800000;
 const kinds = () => ["isNovaMember", "isFolioMember", "isSuperMember", "isCompanyMember", "isMultiAccount"].map(
     (member) => call(Account, member).data);
+const granted = () => Account.Privilege.getPrivileges().data.filter(({ isGranted }) => isGranted).map(({ name, expireTime }) => [name, expireTime]);
+const has = (/** @type {any} */ name) => Account.Privilege.hasPrivilege(name).data;
 /** @type {(userId: string, account: string, nickName: string, isCurrent: boolean, ...rest: string[]) => object} */
 const entry = (userId, account, nickName, isCurrent, pic = "", companyId = "", companyName = "") =>
     ({ userId, account, nickName, pic, companyId, companyName, isCurrent });
@@ -32,6 +34,12 @@ await check([
         province: "", postal: "0155", fax: "", adminId: "user-1" }],
     ["the memberships", data("getMemberInfo"), memberships("user-1", { nova: LATE, company: NEVER })],
     ["what they count as", kinds, [true, false, false, true, false]],
+    ["the privileges that there are", () => Account.Privilege.getPrivileges().data.map(({ name }) => name),
+        ["pdfToWord", "ocr", "batchPrint", "fonts", "templates", "sharedTemplates", "auditLog"]],
+    ["what the memberships grant, and until when", granted, [["pdfToWord", LATE], ["ocr", LATE], ["sharedTemplates", NEVER]]],
+    ["one by one", () => ["ocr", "fonts", "none", ""].map(has), [true, false, false, false]],
+    ["a privilege that is no string", () => has(1), wrong],
+    ["no privilege", () => call(Account.Privilege, "hasPrivilege"), missing],
     ["the accounts", data("getAccountListInfo"), [entry("user-1", "ada@example.invalid", "Ada", true,
         "https://example.invalid/ada.png", "company-1", "Example Works")]],
     ["an envelope", () => Account.getUserId(), { success: true, data: "user-1" }],
@@ -124,6 +132,8 @@ await check([
     ["nobody's id", data("getUserId"), ""],
     ["nobody's roles", () => Account.getUserInfo().data.roleList, []],
     ["nobody's memberships", data("getMemberInfo"), memberships("", {})],
+    ["nobody's privileges", () => [granted(), has("ocr")], [[], false]],
+    ["nobody buys", () => Payment.open({ source: "page" }), refusal(3, "User not login")],
     ["nobody is a member", kinds, [false, false, false, false, false]],
     ["no accounts", data("getAccountListInfo"), []],
     ["a logout of nobody", data("logout", "page"), false],
@@ -145,5 +155,27 @@ await check([
     ["its events", () => next(2), [member("user-1", { nova: LATE, super: NEVER, company: NEVER }),
         ["privilege", { ...ok, data: { super: true } }]]],
     ["what it counts as", kinds, [true, true, true, true, true]],
+    ["the privileges of both memberships end with the last", granted,
+        [["pdfToWord", NEVER], ["ocr", NEVER], ["fonts", NEVER], ["sharedTemplates", NEVER]]],
+]);
+
+const closed = { status: "closed", item: "" };
+await check([
+    // @ts-expect-error
+    ["a purchase from nowhere", () => Payment.open({ item: "super" }), missing],
+    // @ts-expect-error
+    ["a purchase of a number", () => Payment.open({ source: "page", item: 1 }), wrong],
+    ["a purchase that the user closes", () => Payment.open({ source: "page" }), closed],
+    ["a purchase of what the page names", () => Payment.open({ source: "page", item: "novaPro" }), { status: "purchased", item: "novaPro" }],
+    ["its events have come", () => next(2), [member("user-1", { nova: LATE, novaPro: NEVER, super: NEVER, company: NEVER }),
+        ["privilege", { ...ok, data: { novaPro: true } }]]],
+    ["what it grants", () => has("batchPrint"), true],
+    ["of what is not for sale the user takes the first", () => Payment.open({ source: "page", item: "a yacht" }),
+        { status: "purchased", item: "trial" }],
+    ...bare(["another one meanwhile", async () => {
+        const first = Payment.open({ source: "page" });
+        const second = await Payment.open({ source: "page" }).catch(caught);
+        return [second, await first];
+    }, [refusal(3, "Another purchase is open."), closed]]),
 ]);
 exit(failures ? 1 : 0);

@@ -113,6 +113,8 @@ await check([
         const refused = (() => { try { return read.setValue({ key: "g/k", value: 1 }); } catch (error) { return /** @type {any} */ (error).msg; } })();
         return [read.getValue({ key: "g/old" }).data, refused, FileSystem.File({ path: at(name) }).size().data - before];
     }, ["1", "Setting is invalid.", 0]]),
+    ["a byte array of another program reads as text", () =>
+        SettingsManager.settings({ format: 1, path: at("bytes.ini") }).getValue({ key: "a" }).data, "caf\u00e9"],
     ...["deep.ini", "hidden.ini"].map((name) => [`settings nested too deep to be read: ${name}`, () =>
         SettingsManager.settings({ format: 1, path: at(name) }).getValue({ key: "a" }), refusal(3, "Setting is invalid.")]),
     ["settings take no file of the user's for a lock", sum("notes.lock"), md5.hello],

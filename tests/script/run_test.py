@@ -6,15 +6,18 @@ walk and random find the description of all members in front of them, as `const 
 """
 import contextlib
 import fcntl
+import hmac
 import json
 import os
 import pathlib
 import random
 import resource
 import shutil
+import struct
 import subprocess
 import sys
 import tempfile
+import zlib
 
 import archives
 
@@ -41,7 +44,7 @@ def prepare_files(data):
              "commented.ini": "; kept by hand\n[g]\nold=1\n", "twice.ini": "[g]\nold=2\nold=1\n", "launcher.ini": "[g]\nold=1\n[Desktop Entry]\nExec=a; b\n",
              "deep.ini": "a=@Variant(" + r"\0\0\0\b\xff\xff\xff\xff\xff\xff\xff\xff" * 50000 + ")\n",
              "hidden.ini": "a=@Variant(" + r"\x10000\x10000\x10000\t\x10000\x10000\x10000\x1" * 50000 + ")\n", "other.ini": "[g]\nother=2\n",
-             "notes.lock": "hello"}
+             "notes.lock": "hello", "bytes.ini": "a=@ByteArray(caf\\xc3\\xa9)\n"}
     odd = ("with space", 'quote"', 'three"""', "line\nbreak", "$(x) `x` ; & ", "%1 %HOME%", "\U0001f600 \u00fc\u0301\u05d0",
            "-option", "back\\slash")
     texts.update({f"odd/{name}.txt": "x" for name in odd})
@@ -113,6 +116,73 @@ def prepare_plugins(data):
     os.makedirs(f"{data}/hostile/directory/plugin.json")
 
 
+def start_server(outer, arguments):
+    """The server of network.test.js, whose ports it gets. Answers the options for novahost: what pages may reach of it."""
+    sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+    import http_server
+    os.mkdir(f"{outer}/server")
+    ports = http_server.Server(f"{outer}/server").ports
+    arguments.append(json.dumps(ports))
+    origins = [f"http://*:{ports['plain']}", f"http://127.0.0.1:{ports['plain']}", f"http://127.0.0.2:{ports['plain']}"]
+    origins += [f"https://localhost:{port}" for port in ports.values()]
+    permissions = [f"reachNetwork:{origin}" for origin in origins] + ["reachPrivateNetwork:127.0.0.1"]
+    pathlib.Path(f"{outer}/profile.json").write_text(json.dumps({"directories": {"blacklistedDownloads": ["${DATA}/closed"]}, "network": {"caCertificates": [f"{outer}/server/ca.pem"]},
+        "policy": [{"origin": "nova://*", "allow": ["*"], "permissions": permissions}]}), encoding="utf-8")
+    return ["--profile", f"{outer}/profile.json"]
+
+
+def prepare_remote_config(data):
+    """The configurations of remoteconfig.test.js: config.json, and those that take its place."""
+    config = {"version": "1", "data": {"a": 1, "b.c": [None, "x", {"y": 1.5}],
+                                       "object": {"title": "", "title_nb": "", "title_nb_NO": "", "text_nb": "", "name_en": ""}},
+              "groups": {"team": {"rules": [{"when": {"plan": "team"}, "value": "on"}], "value": "off"},
+                         "versions": {"rules": [{"minVersion": "12.10", "value": 99}, {"minVersion": "12.5", "value": 12}]},
+                         "share.0": {"rules": [{"percent": 0, "value": True}]},
+                         "share.100": {"rules": [{"percent": 100, "value": True}]},
+                         "everyone": {"rules": [{"when": {"language": ["nn", "nb"]}, "value": {"to": "nb"}}]}},
+              "switches": {"fixed": {"on": True}, "free": {"on": False, "users": True}},
+              "sections": {"editor": {"seconds": 60}}}
+    following = {**config, "version": "2", "groups": {}, "switches": {"free": {"on": False}}}
+    for name, text in {"config": json.dumps(config), "next": json.dumps(following), "broken": '{"version": 3}'}.items():
+        pathlib.Path(f"{data}/{name}.json").write_text(text, encoding="utf-8")
+    replace_opener(data, 'cp "$1" "$HOME/new.json" && mv "$HOME/new.json" "$HOME/config.json" && touch "$1.published"')
+
+
+# Says what was passed along to it.
+INNER_PAGE = """<!DOCTYPE html><title>inner</title><script>
+    const { Event, Utils, Webview } = NovaExtension;
+    Event.dispatchEvent("inner", false, Utils.getParamExtra().data, Utils.getParamExtra({ key: "a" }).data, Utils.getParamExtra({ key: "none" }).data,
+        Webview.getSize().data.w);
+</script>"""
+
+
+def make_png(width, height, content=b""):
+    """A picture in grey; without content it is cut off."""
+    parts = [(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 0, 0, 0, 0)), (b"IDAT", zlib.compress(content)), (b"IEND", b"")][:3 if content else 1]
+    return b"\x89PNG\r\n\x1a\n" + b"".join(struct.pack(">I", len(text)) + kind + text + struct.pack(">I", zlib.crc32(kind + text)) for kind, text in parts)
+
+
+def prepare_desk(data):
+    """What desk.test.js finds in its data directory."""
+    os.mkdir(f"{data}/started")
+    os.mkfifo(f"{data}/pipe")
+    small = make_png(1, 1, b"\0\x80")
+    files = {"upright.png": small, "other.png": small, "text.png": b"hello", "huge.png": make_png(16384, 16384, b"\0"), "cut.png": make_png(2, 2),
+             "drawing.svg": b'<svg xmlns="http://www.w3.org/2000/svg" width="1" height="1"/>'}
+    for name, content in files.items():
+        pathlib.Path(data, name).write_bytes(content)
+
+
+def check_desk(result):
+    """Whether other programs were to open what desk.test.js says, and its token is what the account's server computes."""
+    said = json.loads(result.stdout.splitlines()[-1])
+    seen = [line.partition(" open ")[2] for line in result.stderr.splitlines() if line.startswith("suite.desktop: ")]
+    if [address for address in seen if "many.example" not in address] != said["opened"]:
+        sys.exit(f"opened {seen}")
+    if hmac.new(said["csrf"]["session"].encode(), b"csrf", "sha256").hexdigest() != said["csrf"]["token"]:
+        sys.exit(f"{said['csrf']}: another token")
+
+
 def limit_files():
     """Lets files have 4 MB, beyond which writing fails."""
     resource.setrlimit(resource.RLIMIT_FSIZE, (4_000_000, 4_000_000))
@@ -133,22 +203,38 @@ def main():
             pathlib.Path(f"{data}/user/documents/notes.txt").write_text(
                 "The fox lives in the old forest. Nobody has seen its den.\n\nA forest fire broke out in\n2019! The fox fled.\n",
                 encoding="utf-8")
+        if name in ("cloudadapter", "syncfolder"):
+            os.makedirs(f"{data}/user/work/deep")
+            os.makedirs(f"{data}/Desktop")
+            os.makedirs(f"{data}/user/holder/deep/closed")
+            for path, text in {"a.txt": "123456", "deep/b.txt": "abc"}.items():
+                pathlib.Path(f"{data}/user/work/{path}").write_text(text, encoding="utf-8")
+            for path in ("link", "work/link"):
+                os.symlink(f"{data}/user/work", f"{data}/user/{path}")
         if name == "files":
             arguments = [tempfile.gettempdir()]
             for locked in prepare_files(data):
                 held.enter_context(locked)
+        if name == "network":
+            options += start_server(outer, arguments)
         if name == "plugins":
             prepare_plugins(data)
+        if name == "remoteconfig":
+            prepare_remote_config(data)
         if name == "archives":
             archives.prepare(data)
         script = f"{scripts}/{name}.js"
+        if name == "desk":
+            prepare_desk(data)
+            pathlib.Path(outer, "inner.html").write_text(INNER_PAGE, encoding="utf-8")
+            script = shutil.copy(script, f"{outer}/desk.js")
         if name in ("walk", "random"):
             text = pathlib.Path(script).read_text(encoding="utf-8")
             script = f"{outer}/{name}.js"
             pathlib.Path(script).write_text(f"const api = {API.read_text(encoding='utf-8')};\n{text}", encoding="utf-8")
         command = [novahost, "--data", data, "--live-counts", *options, "run", script, data, *arguments]
         # Paths with variables must not lead into the home of whoever runs the test.
-        environment = {**os.environ, "HOME": data, "PATH": f"{data}/bin:{os.environ['PATH']}"}
+        environment = {**os.environ, "HOME": data, "PATH": f"{data}/bin:{os.environ['PATH']}", "no_proxy": "*"}
         if "--browser" in options:
             environment["QT_QPA_PLATFORM"] = "offscreen"
             if os.geteuid() == 0:
@@ -156,7 +242,7 @@ def main():
         limited = name == "archives" and "--browser" not in options
         result = subprocess.run(command, capture_output=True, text=True, errors="replace", env=environment, cwd=data,
                                 restore_signals=not limited, preexec_fn=limit_files if limited else None)
-        half_done = [path.name for path in pathlib.Path(data, "plugins").glob(".*")]
+        half_done = [path.name for path in pathlib.Path(data, "" if name == "network" else "plugins").glob(".*")]
         if name == "archives":
             half_done += [path.name for path in pathlib.Path(data).rglob(".*") if len(path.name) == 33]
             half_done += [path.name for path in pathlib.Path(data).glob("unfinished*")]
@@ -165,6 +251,8 @@ def main():
     print(result.stdout, result.stderr[-4000:], sep="", end="")
     if result.returncode != 0:
         sys.exit(f"exit code {result.returncode}; arguments {arguments[-1:] if name == 'random' else ''}")
+    if name == "desk":
+        check_desk(result)
     counts = [json.loads(line) for line in result.stderr.splitlines() if line.startswith('{"when"')]
     left = {key: value for key, value in counts[-1].items() if key != "when" and value}
     if counts[-1]["when"] != "closed" or left:

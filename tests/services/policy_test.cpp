@@ -106,6 +106,56 @@ DeniedByOneBit: https://127.0.0.1 ConfigCenter setValue 0x42 -> 4 no
 )")),
     rowName);
 
+constexpr char PermissionRules[] = R"({"policy": [
+    {"origin": "nova://app", "allow": ["*"], "permissions": ["usual", "startProgram:/usr/bin/true", "reachPrivateNetwork:127.0.0.0/8",
+        "reachPrivateNetwork:fd00::1"]},
+    {"origin": "nova://closed", "allow": ["*"], "permissions": []},
+    {"origin": "https://docs.example", "allow": ["*"], "permissions": ["usual", "readClipboard", "openAddress:mailto", "reachNetwork:https://*.docs.example:8443"]},
+    {"origin": "https://plain.example", "allow": ["*"]}
+]})";
+
+class PermissionTest : public ServiceTest, public testing::WithParamInterface<Row> { };
+
+// The origin, the number of the permission, the subject ("-" for none).
+TEST_P(PermissionTest, IsGrantedByTheRuleOfTheOrigin)
+{
+    useProfile(PermissionRules);
+    const QStringList words = GetParam().given.simplified().split(QLatin1Char(' '));
+    const QString subject = words[2] == QLatin1String("-") ? QString() : words[2];
+    EXPECT_EQ(engine::Policy(profile::current()->policy)
+                  .of(words[0])
+                  .permits(static_cast<KPagePermission>(words[1].toInt()), subject),
+        GetParam().expected == QLatin1String("yes"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Rules, PermissionTest, testing::ValuesIn(rows(R"(
+UsualOfTheApplication: nova://script 2 - -> yes
+ProgramIsNotUsual: nova://script 0 /usr/bin/true -> no
+PrivateIsNotUsual: nova://script 7 127.0.0.1 -> no
+NothingIsUsualElsewhere: https://plain.example 2 - -> no
+WithoutARule: https://other.example 6 https://docs.example:443 -> no
+WithoutAnOrigin: null 2 - -> no
+UsualAndMore: nova://app 1 a@b.example -> yes
+Program: nova://app 0 /usr/bin/true -> yes
+OtherProgram: nova://app 0 /usr/bin/false -> no
+ProgramByAnotherPath: nova://app 0 /usr/bin/../bin/true -> no
+Network: nova://app 7 127.1.2.3 -> yes
+MappedAddress: nova://app 7 ::ffff:127.0.0.1 -> yes
+OtherAddress: nova://app 7 10.0.0.1 -> no
+AddressIPv6: nova://app 7 fd00:0::1 -> yes
+OtherAddressIPv6: nova://app 7 fd00::2 -> no
+NoAddress: nova://app 7 localhost -> no
+EmptyList: nova://closed 2 - -> no
+Named: https://docs.example 2 - -> yes
+NotNamed: https://docs.example 3 - -> no
+Scheme: https://docs.example 5 mailto:a@b.example -> yes
+OtherScheme: https://docs.example 5 https://mailto:1 -> no
+Origin: https://docs.example 6 https://a.docs.example:8443 -> yes
+OtherPort: https://docs.example 6 https://a.docs.example:443 -> no
+OtherHost: https://docs.example 6 https://docs.example.evil:8443 -> no
+)")),
+    rowName);
+
 TEST_F(ServiceTest, WithoutRulesOnlyTheApplicationMayCall)
 {
     const engine::Policy policy(profile::current()->policy);

@@ -36,7 +36,7 @@ UnknownVariable: {"directories": {"pluginDownloads": "${TMP}/a"}} -> directories
 InAFreeMap: {"product": {"configurations": {"37": {"a": true}}}} -> product.configurations.37.a: must be a text or a whole number from -2147483648 to 2147483647
 EmptyText: {"application": {"name": ""}} -> application.name: must be a text that is not empty
 Several: {"dpi": {"scale": 9}, "services": {"logger": 1}} -> dpi.scale: must be a number from 0.5 to 8 && services.logger: must be true or false
-NoSuchDialog: {"dialogs": {"answers": [{}, {"dialog": "open"}]}} -> dialogs.answers[1].dialog: must be one of "file", "files", "folder", "save", "cloud", "panel", "access", "login", "upgrade"
+NoSuchDialog: {"dialogs": {"answers": [{}, {"dialog": "open"}]}} -> dialogs.answers[1].dialog: must be one of "file", "files", "folder", "save", "cloud", "panel", "access", "login", "upgrade", "purchase", "color", "confirm"
 InAListOfObjects: {"dialogs": {"answers": [{"file": "/a"}]}} -> dialogs.answers[0].file: is not a key of a profile; use one of accept, dialog, files, values
 MissingKey: {"cloudFiles": [{"tab": "cloud"}]} -> cloudFiles[0]: needs "path"
 LongIdOfAUser: {"account": {"users": [{"userId": "a"}, {"userId": "äääääääääääääääääääääääääääääääääääääääää"}]}} -> account.users[1].userId: must be a text of at most 80 bytes without control characters
@@ -46,6 +46,9 @@ RuleOfAPath: {"policy": [{"origin": "https://a.example/x", "allow": []}]} -> pol
 RuleOfAUser: {"policy": [{"origin": "https://a@b.example", "allow": []}]} -> policy[0].origin: an origin has no user name or password
 RuleOfFiles: {"policy": [{"origin": "file:///", "allow": ["*"]}]} -> policy[0].origin: a rule is for https://, http:// or nova://, or for "*"; other pages get nothing
 RuleOfNull: {"policy": [{"origin": "null", "allow": ["*"]}]} -> policy[0].origin: a rule is for https://, http:// or nova://, or for "*"; other pages get nothing
+RuleOfAPermission: {"policy": [{"origin": "*", "allow": [], "permissions": ["readscreen"]}]} -> policy[0].permissions[0]: there is no permission "readscreen"; use one of usual, startProgram, sendMail, readClipboard, readScreen, purchase, openAddress, reachNetwork, reachPrivateNetwork
+RuleOfAnyProgram: {"policy": [{"origin": "*", "allow": [], "permissions": ["usual", "startProgram"]}]} -> policy[0].permissions[1]: must name a program: "startProgram:/usr/bin/true"
+RuleOfNoNetwork: {"policy": [{"origin": "*", "allow": [], "permissions": ["reachPrivateNetwork:localhost"]}]} -> policy[0].permissions[0]: must be "reachPrivateNetwork" or "reachPrivateNetwork:" and an address or a network
 RuleOfAHostOnly: {"policy": [{"origin": "a.example", "allow": []}]} -> policy[0].origin: an origin is scheme://host or scheme://host:port
 RuleOfPartOfAName: {"policy": [{"origin": "https://*a.example", "allow": []}]} -> policy[0].origin: a "*" stands for whole parts of a name, at its beginning: https://*.docs.example
 RuleBelowAnAddress: {"policy": [{"origin": "https://*.0.0.1", "allow": []}]} -> policy[0].origin: there are no hosts below an address

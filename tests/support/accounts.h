@@ -44,6 +44,7 @@ public:
     QVariantMap rawMemberInfo() const override { return {}; }
     bool isMember(kacctoutsdk::KMemberKind) const override { return false; }
     QString novasid() const override { return {}; }
+    QVector<kacctoutsdk::KPrivilege> privileges() const override { return {}; }
 
     /// Another user signs in, or nobody is signed in any more.
     void become(const char* userId)

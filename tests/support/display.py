@@ -53,7 +53,8 @@ def running(*command, **options):
 @contextlib.contextmanager
 def display():
     reader, writer = os.pipe()
-    server = ["Xvfb", "-displayfd", str(writer), "-nolisten", "tcp", "-screen", "0", "1280x960x24"]
+    # Else it starts anew when its last client goes, and refuses others meanwhile.
+    server = ["Xvfb", "-displayfd", str(writer), "-noreset", "-nolisten", "tcp", "-screen", "0", "1280x960x24"]
     with running(*server, pass_fds=[writer], stderr=subprocess.DEVNULL):
         os.close(writer)
         with open(reader, encoding="ascii") as numbers:

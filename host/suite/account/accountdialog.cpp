@@ -33,7 +33,7 @@ QString takeAnsweredId(const AccountDialog& dialog)
     return {};
 }
 
-void show(const AccountDialog& dialog, const std::function<void(const QString&)>& chosen)
+QDialog* show(const AccountDialog& dialog, const std::function<void(const QString&)>& chosen)
 {
     auto* window = new QDialog;
     window->setAttribute(Qt::WA_DeleteOnClose);
@@ -66,16 +66,18 @@ void show(const AccountDialog& dialog, const std::function<void(const QString&)>
     // The window has no owner that would delete it.
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, window, [window] { delete window; });
     window->show();
+    return window;
 }
 
 } // namespace
 
-void choose(const AccountDialog& dialog, std::function<void(const QString&)> chosen)
+QDialog* choose(const AccountDialog& dialog, std::function<void(const QString&)> chosen)
 {
     if (!dialogs::areAnswered())
         return show(dialog, chosen);
     const QString id = takeAnsweredId(dialog);
     QTimer::singleShot(0, qApp, [id, chosen = std::move(chosen)] { chosen(id); });
+    return nullptr;
 }
 
 } // namespace suite

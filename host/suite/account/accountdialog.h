@@ -5,6 +5,8 @@
 
 #include <functional>
 
+class QDialog;
+
 namespace suite {
 
 struct Choice {
@@ -25,6 +27,7 @@ struct AccountDialog {
 /// Returns at once; `chosen` is called from the event loop with the id, or an empty string when the user
 /// cancelled, unless the application ends first. The shown dialog has the list "choices" and the buttons
 /// "confirm" and "cancel". [GUI thread]
-void choose(const AccountDialog& dialog, std::function<void(const QString& id)> chosen);
+/// Returns the window, or null for a dialog that is answered.
+QDialog* choose(const AccountDialog& dialog, std::function<void(const QString& id)> chosen);
 
 } // namespace suite

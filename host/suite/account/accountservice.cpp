@@ -31,6 +31,20 @@ const Entry* findEntry(const std::vector<Entry>& entries, QString Record::*id, c
     return found == entries.end() ? nullptr : &*found;
 }
 
+/// Adds what one tier says of a privilege: it ends with the last membership that grants it.
+void addPrivilege(
+    QVector<kacctoutsdk::KPrivilege>& known, const QString& name, bool isGranted, qint64 expireTime)
+{
+    auto found = std::ranges::find(known, name, &kacctoutsdk::KPrivilege::name);
+    if (found == known.end())
+        found = known.insert(known.end(), { name, false, 0 });
+    if (!isGranted)
+        return;
+    const bool hasEnd = expireTime != 0 && (!found->isGranted || found->expireTime != 0);
+    found->expireTime = hasEnd ? std::max(found->expireTime, expireTime) : 0;
+    found->isGranted = true;
+}
+
 } // namespace
 
 bool AccountView::isMember(KMemberKind kind) const
@@ -173,6 +187,8 @@ AccountView AccountService::makeView(const QString& userId) const
         view.members.append({ tier.name, isMember, expires });
         if (isMember)
             view.grants += tier.grants;
+        for (const QString& privilege : tier.privileges)
+            addPrivilege(view.rights, privilege, isMember, expires);
         if (held.contains(tier.name))
             heldTiers.append(QVariantMap {
                 { QStringLiteral("tier"), tier.name }, { QStringLiteral("expireTime"), expires } });

@@ -24,11 +24,13 @@ public:
     QVariantMap rawMemberInfo() const override { return raw; }
     bool isMember(kacctoutsdk::KMemberKind kind) const override;
     QString novasid() const override { return session; }
+    QVector<kacctoutsdk::KPrivilege> privileges() const override { return rights; }
 
     kacctoutsdk::KUserInfo user;
     kacctoutsdk::KCompanyInfo company;
     QVector<kacctoutsdk::KMembership> members;
     QStringList grants; ///< of the current memberships
+    QVector<kacctoutsdk::KPrivilege> rights;
     QVariantMap raw;
     QString session;
 };

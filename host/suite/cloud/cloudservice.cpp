@@ -1,6 +1,7 @@
 #include "host/suite/cloud/cloudservice.h"
 
 #include "cloud/schema/lark_types.h"
+#include "cloud/schema/orbitapi_types.h"
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
 #include "host/suite/account/accountservice.h"
@@ -30,6 +31,7 @@ constexpr std::size_t MaxRequests = 100'000;
 constexpr int MaxUsers = 100; ///< as many as the process accepts
 
 const QString Envelope = QStringLiteral("larkIpcCall");
+constexpr auto UserReport = "setCurrentUser";
 
 std::unique_ptr<CloudService> s_service;
 
@@ -105,6 +107,8 @@ QString CloudService::invoke(
         return {};
     Request request { {}, receiver, {}, nullptr, &CloudService::deliverResult };
     const std::string_view typeName(argument.typeName);
+    if (typeName == "LarkIpcArg" && static_cast<const LarkIpcArg*>(argument.message)->method == UserReport)
+        return {};
     if (typeName == "KIpcLoginInfo") {
         request.slot = findReplySlot(*receiver, replySlot, "KRpcResponse");
         request.deliver = &CloudService::deliverRpcResponse;
@@ -120,6 +124,20 @@ QString CloudService::invoke(
     }
     request.slot = findReplySlot(*receiver, replySlot, result->name.data());
     return post(procedure, argument.message, std::move(request));
+}
+
+QString CloudService::invokeSdk(const QByteArray& bytes, QObject* receiver, const QString& replySlot)
+{
+    const std::string procedure = "orbitApiCall";
+    const cloudwire::MessageType& type = *cloudwire::findArgumentType(procedure);
+    const std::shared_ptr<void> message = type.make();
+    if (m_ending || !profile::serviceOn(QStringLiteral("cloudRequests")) || !receiver
+        || cloudwire::MessageCodec().decode(
+            type, { bytes.constData(), static_cast<std::size_t>(bytes.size()) }, message.get()))
+        return {};
+    return post(QString::fromStdString(procedure), message.get(),
+        { {}, receiver, findReplySlot(*receiver, replySlot, "QByteArray"), nullptr,
+            &CloudService::deliverSdkReply });
 }
 
 QString CloudService::post(const QString& procedure, const void* argument, Request request)
@@ -159,7 +177,7 @@ void CloudService::reportUser()
     QStringList signedIn = accounts.accountList();
     if (signedIn.removeOne(current))
         signedIn.prepend(current);
-    const LarkIpcArg envelope = makeEnvelope(QStringLiteral("setCurrentUser"),
+    const LarkIpcArg envelope = makeEnvelope(QLatin1String(UserReport),
         { { QStringLiteral("userId"), current },
             { QStringLiteral("signedIn"), signedIn.mid(0, MaxUsers).join(QLatin1Char('\n')) },
             { QStringLiteral("companyId"), account ? account->companyInfo().companyId : QString() } });
@@ -193,6 +211,20 @@ void CloudService::deliverRpcResponse(const Request& request, bool ok, const voi
     if (request.receiver)
         request.slot.invoke(request.receiver, Qt::DirectConnection, Q_ARG(bool, ok),
             Q_ARG(QString, request.id), Q_ARG(KRpcResponse, response));
+}
+
+void CloudService::deliverSdkReply(const Request& request, bool ok, const void* result)
+{
+    const auto& reply = *static_cast<const orbitapi::OrbitApiResult*>(result);
+    QByteArray bytes;
+    cloudwire::MessageCodec codec;
+    if (ok || reply.resultState != 0) {
+        const std::string_view encoded = codec.encode(*request.result, result);
+        bytes = QByteArray(encoded.data(), static_cast<int>(encoded.size()));
+    }
+    if (request.receiver)
+        request.slot.invoke(request.receiver, Qt::DirectConnection, Q_ARG(bool, ok),
+            Q_ARG(QString, request.id), Q_ARG(QByteArray, bytes));
 }
 
 void CloudService::ensureProcess()

@@ -27,9 +27,13 @@ public:
     static void shutDown();
 
     /// Refuses an argument that no procedure takes, a receiver without the slot, a request beyond 4 MiB, and
-    /// more than 100,000 requests or 64 MiB of them at once.
+    /// more than 100,000 requests or 64 MiB of them at once; and a report of who is signed in, which only the suite
+    /// makes.
     QString invoke(const QString& procedure, const KCloudIpcArg& argument, QObject* receiver,
         const QString& replySlot) override;
+
+    /// Sends the bytes of a request of the cloud SDK (kcloudsdk.h); refuses those that are none.
+    QString invokeSdk(const QByteArray& request, QObject* receiver, const QString& replySlot);
 
     /// Starts the process if there is none, so that its notices come.
     void ensureProcess();
@@ -55,6 +59,8 @@ private:
     void onUserReported(const Request& request, bool ok, const void* result);
     void deliverResult(const Request& request, bool ok, const void* result);
     void deliverRpcResponse(const Request& request, bool ok, const void* result);
+
+    void deliverSdkReply(const Request& request, bool ok, const void* result);
 
     void introduce();
     void dropIntroductions();

@@ -14,12 +14,6 @@ using profile::DialogKind;
 
 Q_LOGGING_CATEGORY(dialogLog, "suite.dialogs")
 
-bool hasDisplay()
-{
-    const QString platform = QGuiApplication::platformName();
-    return platform != QLatin1String("offscreen") && platform != QLatin1String("minimal");
-}
-
 QString toString(DialogKind kind)
 {
     switch (kind) {
@@ -43,6 +37,14 @@ QString toString(DialogKind kind)
         return QStringLiteral("login");
     case DialogKind::Upgrade:
         return QStringLiteral("upgrade");
+    case DialogKind::Purchase:
+        return QStringLiteral("purchase");
+    case DialogKind::Color:
+        return QStringLiteral("color");
+    case DialogKind::Confirm:
+        return QStringLiteral("confirm");
+    case DialogKind::Sync:
+        return QStringLiteral("sync");
     }
     return {};
 }
@@ -52,11 +54,22 @@ class AnswerQueue {
 public:
     std::optional<Answer> take(DialogKind kind)
     {
+        std::optional<Answer> answer = take(kind, DialogKind::Any);
+        if (!answer && m_missing.insert(kind).second)
+            warn(QStringLiteral("no answer is left for a dialog \"%1\", so it is cancelled; add one to "
+                                "dialogs.answers of the profile")
+                     .arg(toString(kind)));
+        return answer;
+    }
+
+    /// The first that is left of one of two kinds.
+    std::optional<Answer> take(DialogKind kind, DialogKind other)
+    {
         update();
         const std::vector<profile::DialogAnswer>& answers = m_profile->dialogs.answers;
         for (std::size_t i = 0; i < answers.size(); ++i) {
             const profile::DialogAnswer& found = answers[i];
-            if (m_used[i] || (found.dialog != DialogKind::Any && found.dialog != kind))
+            if (m_used[i] || (found.dialog != other && found.dialog != kind))
                 continue;
             m_used[i] = true;
             Answer answer { found.accept, {}, found.values };
@@ -64,10 +77,6 @@ public:
                 answer.files << profile::expandPath(file);
             return answer;
         }
-        if (m_missing.insert(kind).second)
-            warn(QStringLiteral("no answer is left for a dialog \"%1\", so it is cancelled; add one to "
-                                "dialogs.answers of the profile")
-                     .arg(toString(kind)));
         return std::nullopt;
     }
 
@@ -88,7 +97,19 @@ private:
     std::set<DialogKind> m_missing; ///< already warned of
 };
 
+AnswerQueue& queue()
+{
+    static AnswerQueue queue;
+    return queue;
+}
+
 } // namespace
+
+bool hasDisplay()
+{
+    const QString platform = QGuiApplication::platformName();
+    return platform != QLatin1String("offscreen") && platform != QLatin1String("minimal");
+}
 
 bool areAnswered()
 {
@@ -107,8 +128,12 @@ bool areAnswered()
 
 std::optional<Answer> takeAnswer(DialogKind kind)
 {
-    static AnswerQueue queue;
-    return queue.take(kind);
+    return queue().take(kind);
+}
+
+std::optional<Answer> takeOwnAnswer(DialogKind kind)
+{
+    return queue().take(kind, kind);
 }
 
 void warn(const QString& text)

@@ -22,12 +22,17 @@ struct Answer {
     QVariantMap values;
 };
 
+/// Whether somebody sees what is shown.
+bool hasDisplay();
+
 /// True when dialogs are answered instead of shown: by the profile, or because there is no display.
 bool areAnswered();
 
 /// Takes the first unused answer of the profile that fits a dialog of this kind. Nothing when none is left:
 /// the dialog must be cancelled. After a new profile is loaded all its answers are unused.
 std::optional<Answer> takeAnswer(profile::DialogKind kind);
+/// The same for a dialog that is not cancelled without an answer: only one for this very kind fits it.
+std::optional<Answer> takeOwnAnswer(profile::DialogKind kind);
 
 /// Logs that a dialog could not be answered as the profile says, and what to change.
 void warn(const QString& text);

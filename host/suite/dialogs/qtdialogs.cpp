@@ -3,6 +3,7 @@
 
 #include <QAbstractProxyModel>
 #include <QApplication>
+#include <QColorDialog>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileSystemModel>
@@ -169,11 +170,48 @@ void answerFileDialog(QFileDialog* dialog)
     cancel(open.data());
 }
 
+void answerColorDialog(QColorDialog* dialog)
+{
+    const QPointer<QColorDialog> open(dialog);
+    const std::optional<Answer> answer = takeAnswer(DialogKind::Color);
+    if (answer && answer->accept) {
+        const QColor color(answer->values.value(QStringLiteral("color")).toString());
+        if (color.isValid())
+            dialog->setCurrentColor(color);
+        static_cast<QDialog*>(dialog)->accept();
+    }
+    cancel(open.data());
+}
+
+/// The button of a message box that an answer names, by its text; null when there is none.
+QAbstractButton* findButton(const QMessageBox& box, const QString& name)
+{
+    for (QAbstractButton* button : box.buttons()) {
+        QString text = button->text().replace(QLatin1String("&&"), QString(QChar::Null));
+        if (text.remove(QLatin1Char('&')).replace(QChar::Null, QLatin1Char('&')) == name)
+            return button;
+    }
+    warn(QStringLiteral("a message box has no button \"%1\": %2").arg(name, box.text()));
+    return nullptr;
+}
+
+/// How much of a question is logged.
+constexpr int LongestQuestion = 200;
+
+/// With an answer of its own, as a user would, or with its default.
 void answerMessageBox(QMessageBox* box)
 {
     const QPointer<QMessageBox> open(box);
-    warn(QStringLiteral("a message box is answered with its default: %1").arg(box->text()));
-    if (QPushButton* button = box->defaultButton())
+    const std::optional<Answer> answer = takeOwnAnswer(DialogKind::Confirm);
+    QAbstractButton* button = box->defaultButton();
+    if (!answer)
+        warn(QStringLiteral("a message box is answered with its default: %1")
+                 .arg(box->text().left(LongestQuestion)));
+    else if (!answer->accept)
+        button = nullptr;
+    else if (const QString name = answer->values.value(QStringLiteral("button")).toString(); !name.isEmpty())
+        button = findButton(*box, name);
+    if (button)
         button->click();
     if (open && open->isVisible()) {
         QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
@@ -188,6 +226,8 @@ void answer(QDialog* dialog)
         answerFileDialog(files);
     } else if (auto* box = qobject_cast<QMessageBox*>(dialog)) {
         answerMessageBox(box);
+    } else if (auto* colors = qobject_cast<QColorDialog*>(dialog)) {
+        answerColorDialog(colors);
     } else {
         warn(QStringLiteral("the dialog \"%1\" is cancelled: no answer of the profile fits it")
                  .arg(dialog->windowTitle()));

@@ -3,6 +3,7 @@
 #include "host/vexlite/webwidgets.h"
 #include "suite/kdrawhelper.h"
 #include "suite/klitestyle.h"
+#include "suite/kviewpage.h"
 
 #include <QDragEnterEvent>
 #include <QLayout>
@@ -62,6 +63,11 @@ void suite::setPageChooser(PageChooser choose)
 bool suite::choosePage(const QString& viewId, const QUrl& page)
 {
     return pageChooser() && pageChooser()(viewId, page);
+}
+
+bool kviewpage::choose(const QString& viewId, const QUrl& url)
+{
+    return !vexlite::GetWebWidget(viewId) && suite::choosePage(viewId, url);
 }
 
 void suite::destroyWebWidgets()

@@ -1,0 +1,100 @@
+// Requests about sync folders, from the call until the reply.
+#pragma once
+
+#include "cloud/clouddocapicaller.h"
+#include "cloud/jsonvalues.h"
+#include "cloud/syncfoldervalues.h"
+#include "suite/ksyncfolderui.h"
+
+namespace jsapi {
+
+/// With a word of the service's for the reason, or "noReply".
+inline constexpr Failure SyncRequestFailed =
+    Failure { ErrorCode::OperationFailed, "Sync folder request failed: %1." }.rejected();
+inline constexpr Failure NoSyncFolderUi { ErrorCode::OperationFailed,
+    "Sync folder dialogs are not available." };
+
+/// One or two requests to the cloud service: the second, a sync, is made of the reply to the first.
+class KSyncFolderRequest final : public KJsRequest {
+    Q_OBJECT
+
+public:
+    using Arguments = QMap<QString, QString>;
+
+    /// A method of the general envelope, whose result is read by `read`.
+    template <typename Value>
+    static Answer<Promise<Value>> send(const JSContextEnv& page, const char* method,
+        const Arguments& arguments, Value (*read)(const LarkIpcResult& result))
+    {
+        auto request = std::make_unique<KSyncFolderRequest>();
+        request->m_finish = [read](KSyncFolderRequest& self, const LarkIpcResult& result) {
+            self.resolve(toVariant(read(result)));
+        };
+        return begin<Value>(page, std::move(request), method, arguments);
+    }
+    /// The same where the result is one JSON value.
+    template <typename Value>
+    static Answer<Promise<Value>> send(
+        const JSContextEnv& page, const char* method, const Arguments& arguments)
+    {
+        return send<Value>(
+            page, method, arguments,
+            +[](const LarkIpcResult& result) { return fromJson<Value>(result.resultString); });
+    }
+    /// Syncs a folder.
+    static Answer<Promise<SyncSummary>> sync(
+        const JSContextEnv& page, const QString& userId, const QString& id);
+    /// Adds one, and syncs it.
+    static Answer<Promise<SyncSummary>> addAndSync(
+        const JSContextEnv& page, const QString& userId, const Arguments& arguments);
+    /// Removes the one that is the desktop. Resolves with whether there was one.
+    static Answer<Promise<bool>> removeDesktop(const JSContextEnv& page, const QString& userId);
+
+    // For the service, once each.
+    Q_SLOT void slot_requestFinished(bool ok, const QString& requestId, const LarkIpcResult& result);
+    Q_SLOT void onSyncFolderFinished(bool ok, const QString& requestId, const SyncFolderResult& result);
+
+private:
+    template <typename Value>
+    static Answer<Promise<Value>> begin(const JSContextEnv& page, std::unique_ptr<KSyncFolderRequest> request,
+        const char* method, const Arguments& arguments)
+    {
+        if (!request->invoke(method, arguments))
+            return CallFailed / QString::fromUtf16(LarkIpcCall);
+        return promise<Value>(page, std::move(request), PromiseServiceError);
+    }
+    bool invoke(const char* method, const Arguments& arguments);
+    bool invokeSync(const QString& userId, const QString& id);
+    void fail(const std::string& reason);
+
+    std::function<void(KSyncFolderRequest&, const LarkIpcResult&)> m_finish;
+    QString m_id; ///< of the folder that is synced
+};
+
+/// A dialog of the suite's, from the call until its end.
+class KSyncDialogRequest final : public KJsRequest {
+    Q_OBJECT
+
+public:
+    template <typename Value>
+    static Answer<Promise<Value>> show(const JSContextEnv& page, KSyncFolderDialog dialog,
+        const QVariantMap& options, Value (*read)(bool confirmed, const QVariantMap& values))
+    {
+        auto request = std::make_unique<KSyncDialogRequest>();
+        request->m_read = [read](bool confirmed, const QVariantMap& values) {
+            return toVariant(read(confirmed, values));
+        };
+        KSyncFolderUi* ui = KSyncFolderUi::getInstance();
+        if (!ui || !ui->show(dialog, page, options, request.get(), heapString("slot_dialogEnded")))
+            return NoSyncFolderUi;
+        return promise<Value>(page, std::move(request), PromiseServiceError);
+    }
+
+    /// For the suite, once.
+    Q_SLOT void slot_dialogEnded(bool confirmed, const QVariantMap& values);
+
+private:
+    std::function<QVariant(bool, const QVariantMap&)> m_read;
+};
+
+} // namespace jsapi

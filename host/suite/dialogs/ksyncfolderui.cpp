@@ -1,0 +1,120 @@
+#include "suite/ksyncfolderui.h"
+
+#include "host/profile/profile.h"
+#include "host/suite/dialogs/dialoganswers.h"
+#include "host/suite/dialogs/filedialog.h"
+#include "host/suite/dialogs/syncfolderlist.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QMetaObject>
+#include <QPointer>
+#include <QPushButton>
+#include <QTimer>
+
+namespace {
+
+using Ended = std::function<void(bool accepted, const QVariantMap& values)>;
+
+QString readString(const QVariantMap& options, const char* key)
+{
+    return options.value(QLatin1String(key)).toString();
+}
+
+void answer(KSyncFolderDialog dialog, const Ended& ended)
+{
+    const bool choosesFolder = dialog == KSyncFolderDialog::FolderPath;
+    const auto answer =
+        dialogs::takeAnswer(choosesFolder ? profile::DialogKind::Folder : profile::DialogKind::Sync);
+    QVariantMap values = answer ? answer->values : QVariantMap();
+    if (choosesFolder && answer && !answer->files.isEmpty())
+        values.insert(QStringLiteral("localPath"), answer->files.first());
+    const bool accepted = answer && answer->accept && (!choosesFolder || !answer->files.isEmpty());
+    QTimer::singleShot(0, qApp, [ended, accepted, values] { ended(accepted, values); });
+}
+
+void chooseFolder(const QVariantMap& options, const Ended& ended)
+{
+    auto* window = new suite::FileDialog(QApplication::activeWindow(), readString(options, "title"));
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->setFileMode(QFileDialog::Directory);
+    window->setOption(QFileDialog::ShowDirsOnly);
+    window->openAt(readString(options, "localPath"));
+    QObject::connect(window, &QDialog::finished, window, [window, ended](int result) {
+        ended(result == QDialog::Accepted,
+            { { QStringLiteral("localPath"), window->selectedFiles().value(0) } });
+    });
+    window->show();
+}
+
+void showMessage(const QString& title, const QString& text, const QStringList& buttons, const Ended& ended)
+{
+    auto* box = new QMessageBox(
+        QMessageBox::NoIcon, title, text, QMessageBox::NoButton, QApplication::activeWindow());
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    QList<QAbstractButton*> added;
+    for (const QString& button : buttons)
+        added.append(box->addButton(button, QMessageBox::AcceptRole));
+    if (added.isEmpty())
+        added.append(box->addButton(QMessageBox::Ok));
+    QObject::connect(box, &QDialog::finished, box, [box, added, ended] {
+        const int index = added.indexOf(box->clickedButton());
+        ended(index >= 0, { { QStringLiteral("button"), index } });
+    });
+    box->show();
+}
+
+void showDialog(KSyncFolderDialog dialog, const QVariantMap& options, const Ended& ended)
+{
+    switch (dialog) {
+    case KSyncFolderDialog::FolderList: {
+        auto* list = new suite::SyncFolderList(QApplication::activeWindow());
+        QObject::connect(list, &QDialog::finished, list, [ended] { ended(true, {}); });
+        list->show();
+        break;
+    }
+    case KSyncFolderDialog::FolderPath:
+        chooseFolder(options, ended);
+        break;
+    case KSyncFolderDialog::CloudSpace:
+        showMessage(QStringLiteral("Cloud space"),
+            QStringLiteral("The stand-in's cloud has as much space as this machine's disk."), {}, ended);
+        break;
+    case KSyncFolderDialog::Message:
+        showMessage(readString(options, "title"), readString(options, "text"),
+            options.value(QStringLiteral("buttons")).toStringList(), ended);
+        break;
+    case KSyncFolderDialog::CompanyPrivilege:
+        showMessage(QStringLiteral("Company"),
+            QStringLiteral("Members of a company may have: %1").arg(readString(options, "privilege")), {},
+            ended);
+        break;
+    }
+}
+
+} // namespace
+
+KSyncFolderUi* KSyncFolderUi::getInstance()
+{
+    static KSyncFolderUi ui;
+    return profile::serviceOn(QStringLiteral("syncFolderUi")) ? &ui : nullptr;
+}
+
+bool KSyncFolderUi::show(KSyncFolderDialog dialog, const JSContextEnv&, const QVariantMap& options,
+    QObject* receiver, const QString& endedSlot)
+{
+    if (!receiver)
+        return false;
+    const Ended ended = [receiver = QPointer<QObject>(receiver), endedSlot](
+                            bool accepted, const QVariantMap& values) {
+        if (receiver)
+            QMetaObject::invokeMethod(receiver, endedSlot.toLatin1().constData(), Qt::DirectConnection,
+                Q_ARG(bool, accepted), Q_ARG(QVariantMap, values));
+    };
+    if (dialogs::areAnswered())
+        answer(dialog, ended);
+    else
+        showDialog(dialog, options, ended);
+    return true;
+}

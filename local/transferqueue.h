@@ -1,0 +1,39 @@
+// The transfers of all pages: which of them run, and which wait.
+#pragma once
+
+#include "local/httptransfer.h"
+
+namespace jsapi {
+
+inline constexpr Failure RequestIdInUse { ErrorCode::BadArgument, "Request id is in use." };
+inline constexpr Failure TooManyRequests { ErrorCode::OperationFailed, "Too many requests." };
+
+/// Bounded, so that no page keeps the others from the network or the process from its memory. [GUI thread]
+class TransferQueue {
+public:
+    static constexpr int MostRunning = 32;
+    static constexpr int MostRunningOfPage = 6;
+    static constexpr int MostOfPage = 256;
+    static constexpr qint64 MostBodyBytesOfPage = qint64 { 256 } << 20;
+
+    TransferQueue();
+
+    /// Starts a transfer now, or when it is its turn: it ends by itself. Refused where the page has too much under way, or
+    /// something with this id.
+    Answer<void> add(std::unique_ptr<KHttpTransfer> transfer);
+    /// The page's own one that has not ended; null where there is none.
+    KHttpTransfer* find(const JSContextEnv& page, const QString& id) const;
+    /// Called by a transfer that has ended: the next one starts.
+    void remove(KHttpTransfer* transfer);
+
+private:
+    void startNext();
+    void endWhatIsNotPermitted();
+
+    std::vector<KHttpTransfer*> m_transfers; ///< in their order; destroyed with the library
+    QTimer m_watch;
+};
+
+TransferQueue& transferQueue();
+
+} // namespace jsapi

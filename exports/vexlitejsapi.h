@@ -230,8 +230,8 @@ int32_t _XGetHGBLFromStream(VexliteStream* stream, void** handle);
 // (smallest), or -1 for its default.
 //
 // An archive is written to a file of its own beside its place, which it takes when it is whole and on disk. So on every
-// failure, and when the process dies, there is no half archive, and an older one is what it was, byte for byte; a link is
-// followed to it. Changing an archive needs room for a copy of it. Who changes one from several threads or processes lets
+// failure, and when the process dies, there is no half archive, and an older one is what it was, byte for byte; a process
+// that dies may leave the file of its own, whose name begins with a dot. A link is followed to the archive. Changing an archive needs room for a copy of it. Who changes one from several threads or processes lets
 // them take turns: the last one wins. [any thread] No exception leaves the functions.
 //
 // Entries have names in UTF-8, flagged so, the times of modification, and Unix permissions. Archives and files may have

@@ -113,8 +113,8 @@ int32_t _XDeflate(const void* source, uint32_t length, void** handle, uint32_t* 
 // operations stand in the order of the usual IStream, behind the three of IUnknown, so that code which knows either can
 // use it. In C: stream->functions->Read(stream, ...); in C++: stream->Read(...).
 //
-// References are counted atomically. The last one is given back before the library is unloaded. [any thread] for everything, though threads that share a stream, its clones or
-// its block take turns.
+// References are counted atomically. The last one is given back before the library is unloaded. [any thread]
+// for everything, though threads that share a stream, its clones or its block take turns.
 
 /// What the operations return: 0, or one of these.
 enum {
@@ -229,10 +229,12 @@ int32_t _XGetHGBLFromStream(VexliteStream* stream, void** handle);
 // Paths are zero-terminated UTF-16 and, if relative, begin at the working directory. `level` is zlib's: 0 (stored) to 9
 // (smallest), or -1 for its default.
 //
-// An archive is written to a file of its own beside its place, which it takes when it is whole and on disk. So on every
-// failure, and when the process dies, there is no half archive, and an older one is what it was, byte for byte; a link is
-// followed to it. Changing an archive needs room for a copy of it. Who changes one from several threads or processes lets
-// them take turns: the last one wins. [any thread] No exception leaves the functions.
+// An archive is written to a file of its own beside its place, which it takes when it is whole and on disk.
+// So on every failure, and when the process dies, there is no half archive, and an older one is what it was,
+// byte for byte; a process that dies may leave the file of its own, whose name begins with a dot. A link is
+// followed to the archive. Changing an archive needs room for a copy of it. Who changes one from several
+// threads or processes lets them take turns: the last one wins. [any thread] No exception leaves the
+// functions.
 //
 // Entries have names in UTF-8, flagged so, the times of modification, and Unix permissions. Archives and files may have
 // more than 4 GiB, archives more than 65,535 entries (zip64). A name is made of steps of at most 255 bytes, at most 100,

@@ -1,7 +1,6 @@
-""
-    "Makes and extends zip archives with the exported functions, and reads them with Python's zipfile and `unzip -t`.
+"""Makes and extends zip archives with the exported functions, and reads them with Python's zipfile and `unzip -t`.
 
-    usage : zip_test.py LIBVEXLITEJSAPI LIBKBASE APPLICATION[--large]; with --large only what has more than 4 GiB
+usage: zip_test.py LIBVEXLITEJSAPI LIBKBASE APPLICATION [--large]; with --large only what has more than 4 GiB
 """
 import ctypes
 import os
@@ -50,10 +49,8 @@ def content(path):
     said = subprocess.run(["unzip", "-tqq", path], capture_output=True, text=True, check=False)
     expect(f"unzip -t {path}", said.stdout + said.stderr, "")
     with zipfile.ZipFile(path) as archive:
-        return
-{
-name: archive.read(name) for name in archive.namelist()
-}
+        return {name: archive.read(name) for name in archive.namelist()}
+
 
 def info(path, name):
     with zipfile.ZipFile(path) as archive:
@@ -152,8 +149,7 @@ def check_additions():
     pathlib.Path("ahead.zip").write_bytes(b"#!/bin/sh\n" * 100 + pathlib.Path("bzip2.zip").read_bytes())
     expect("something stands ahead", (add("ahead.zip", "tree/none", "a.txt"), append("ahead.zip", "tree/a.txt", "d")), (OK, OK))
     with zipfile.ZipFile("ahead.zip") as archive:
-        expect("what is in it", (archive.testzip(), {
-name: archive.getinfo(name).file_size for name in archive.namelist()}),
+        expect("what is in it", (archive.testzip(), {name: archive.getinfo(name).file_size for name in archive.namelist()}),
                (None, {"a.txt": 0, "b.txt": 1000, "c": 5000, "d": 5000}))
     expect("it still stands ahead", pathlib.Path("ahead.zip").read_bytes()[:9], b"#!/bin/sh")
     pathlib.Path("cut.zip").write_bytes(pathlib.Path("made.zip").read_bytes()[:-60])

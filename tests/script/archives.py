@@ -45,23 +45,23 @@ ARCHIVES = {
     "on directory": archive(entry("a.txt"), entry("kept")), "through link": archive(entry("a.txt"), entry("link/b.txt")),
     "closed": archive(entry("deep/inner/b.txt")), "zeros": archive(entry("a.txt"), entry("zeros", bytes(8_000_000))),
     "case": archive(entry("a.txt"), entry("A.txt")),
-#refused by the name of the entry
+    # refused by the name of the entry
     "climbs": archive(entry("../x.txt")), "climbs below": archive(entry("a.txt"), entry("a/../../x.txt")), "absolute": archive(entry("/x.txt")),
     "drive": archive(entry("C:/x.txt")), "backslash": archive(entry("..\\x.txt")), "zero": archive(entry(b"x.txt\0.png")),
     "control": archive(entry("x\x1b.txt")), "overlong": archive(entry(b"\xc0\xae\xc0\xae/x.txt")), "half a pair": archive(entry(b"\xed\xa0\x80x.txt")),
     "no UTF-8": archive(entry(b"\x81.txt")), "no step": archive(entry("a//x.txt")), "no name": archive(entry("")), "long": archive(entry("x" * 256)),
     "deep": archive(entry("x/" * 100 + "x.txt")), "dot": archive(entry("./x.txt")),
-#by what it is
+    # by what it is
     "link": archive(entry("x.txt", b"/etc/passwd", mode=LINK)), "device": archive(entry("x.txt", b"", mode=DEVICE)),
     "twice": archive(entry("x.txt"), entry("x.txt")), "file as directory": archive(entry("x.txt"), entry("x.txt/b.txt")),
     "directory as file": archive(entry("x.txt/", b""), entry("x.txt")), "program": archive(entry("a.txt"), entry("x.txt", b"#!/bin/sh\n")),
     "script": archive(entry("x.py", b"import os\n")), "bzip2": archive(entry("x.txt", method=BZIP2)), "encrypted": archive(entry("x.txt", flags=0x801)),
     "full directory": archive(entry("x.txt/", b"x")),
-#by its content
+    # by its content
     "checksum": archive(entry("a.txt"), entry("x.txt", crc=1)), "less": archive(entry("x.txt", b"hello" * 9, declared=5)),
     "more": archive(entry("x.txt", declared=6)), "cut": archive(entry("a.txt"), entry("x.txt", b"x" * 99))[:-80], "no archive": b"hello" * 100,
     "lost": archive(entry("x.txt", b"x" * 99))[99:], "count": archive(entry("x.txt"), count=9), "many": archive(*[entry("a.txt")] * 2, count=0xffff),
-    "overlaps": archive(entry("a.txt"), *[entry(name, bytes(1000), again=name > "x") for name in ("a2.txt", "x.txt")]),
+    "overlaps": archive(entry("a.txt"), *[entry(name, bytes(1000), again=name > "x") for name in ("b.txt", "x.txt")]),
     "large": archive(entry("x.txt", declared=2**31)), "huge": archive(entry("x.txt", declared=0xffffffff, extra=large(2**63))),
     "all bits": archive(entry("a.txt"), entry("x.txt", declared=0xffffffff, extra=large(2**64 - 1))),
     "real size": archive(entry("x.txt", bytes(2000))),

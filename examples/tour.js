@@ -1,6 +1,7 @@
 // A tour of what a page can do: every answer below comes from the native library.
 //
 //     novahost run examples/tour.js
+//     novahost run examples/tour.js --all     # then calls every member of every object once
 
 const { ConfigCenter, Event, FileSystem, Log, Novaoffice, Product, Profile, SettingsManager, TelemetrySdk } =
     NovaExtension;
@@ -19,10 +20,14 @@ function failure(action) {
     try {
         action();
     } catch (error) {
-        const { code, msg } = /** @type {NovaExtension.Failure} */ (error);
-        return `failed with code ${code}: ${msg}`;
+        return failureOf(error);
     }
     throw new Error("expected a failure");
+}
+
+function failureOf(/** @type {unknown} */ error) {
+    const { code, msg } = /** @type {NovaExtension.Failure} */ (error);
+    return `failed with code ${code}: ${msg}`;
 }
 
 console.log("The suite");
@@ -69,4 +74,139 @@ console.log("Failures, of which an editor that knows the types warns"); // types
 say("Log.logInfo({})", failure(() => Log.logInfo({})));
 // @ts-expect-error
 say("settings with format 7", failure(() => SettingsManager.settings({ format: 7 })));
-say("a member that is not built yet", failure(() => NovaExtension.Network.isConnected()));
+
+if (process.argv.includes("--all"))
+    await callEveryMember();
+
+/** Calls every member of every object once, with the arguments below, and prints what comes back. */
+async function callEveryMember() {
+    const folder = `${FileSystem.tempPath().data}/tour`;
+    const file = `${folder}/file.txt`;
+    FileSystem.mkpath(folder);
+    FileSystem.copy({ path: process.argv[1], newPath: file, overwrite: true });
+    const workspace = await NovaExtension.CloudDoc.getDefaultWorkSpace();
+    const cloudPath = workspace.uploadCloudPath;
+    const groupId = workspace.groupId;
+    const ignored = () => { };
+    const dialog = { caption: "Tour", dir: FileSystem.homePath().data, filter: "All (*)" };
+    const size = { width: 400, height: 300 };
+    const area = { x: 0, y: 0, ...size };
+    const key = { key: "tour.all" };
+    const record = { moduleName: "tour", logStr: "all" };
+    const colours = { config: ["window", "text"] };
+    const setting = { section: "editor", key: "autosaveSeconds" };
+
+    /**
+     * What members are called with; those that are not here are called without arguments.
+     *
+     * @type {Record<string, Record<string, unknown[]>>}
+     */
+    const given = {
+        "Hive": {
+            addDataWatch: [{ key: "welcome" }, ignored],
+            getData: [{ key: "welcome" }],
+            getGroupMatchValue: [{ group: "newToolbar", context: { plan: "team" } }],
+            i18nFieldName: [{ key: "welcome", field: "title" }],
+            subscribeGroupMatchValue: [{ group: "newToolbar" }, ignored],
+        },
+        "FileSystem": {
+            File: [{ path: file }], exists: [file], copy: [{ path: file, newPath: `${folder}/copy.txt`, overwrite: true }],
+            openLocalLocation: [{ path: folder }], getDllWorkPath: ["tour"], selectLocalFolder: [dialog], selectFolderx: [{}],
+            mkpath: [`${folder}/made`], remove: [`${folder}/made`], open: [file], getFileStatus: [file],
+            getWritableSaveFileName: [dialog], getExistingDirectory: [dialog], getOpenFileNames: [dialog],
+            getOpenFileName: [dialog], showSelectFilePanel: [{ section: "tour" }], getFileMd5: [file],
+            startAccess: [{ path: file, requestIfNoPermission: false, showRequestFailedTip: false }], isDir: [folder],
+            isDirWritable: [folder],
+        },
+        "TelemetrySdk": { postEvent: [{ eventName: "tour", pb: 1, postContent: { step: "all" } }] },
+        "Log": { logInfo: [record], logWarning: [record] },
+        "ConfigCenter": {
+            setValue: [{ ...key, value: 1 }], value: [key], remove: [key], flushRead: [key],
+            flushWrite: [{ ...key, value: 2 }, ignored], flushRemove: [key, ignored],
+        },
+        "CirrusConfig": {
+            getAuthSwitch: [{ name: "documentChat" }], setAuthSwitch: [{ name: "documentChat", value: true }],
+            getConfigData: [setting], setConfigData: [{ ...setting, value: 60 }],
+        },
+        "PluginManager": { getPlugin: ["sample"] },
+        "Webview": {
+            setMode: [false], setResizeable: [true], setWindowTitle: ["Tour"], setWindowBackgroundColor: [{ color: "#ffffff" }],
+            setEnableStayOnTop: [false], setWindowFlags: [[1]], setWindowFlag: [{ flag: 1, on: true }],
+            setAttribute: [{ attribute: 51, on: false }], setRoundFillColor: [{ color: "#ffffff" }],
+            setDisableScrollBar: [false], setDisableXScrollBar: [false], setDisableYScrollBar: [false],
+            setGeometry: [{ x: 10, y: 10, ...size }], setSize: [size], setDragArea: [area], setBlackDragArea: [area],
+            setMinimumSize: [size], setMaximumSize: [size], setMinimumWidth: [100], setMinimumHeight: [100],
+            setMaximumWidth: [2000], setMaximumHeight: [2000], setDragEnterEnable: [true],
+            invokeGeneralMethod: [{ methodName: "getTitle" }], invokeGeneralMethodAsync: [{ methodName: "getTitle" }],
+        },
+        "WebviewMgr": { create: [{ id: "tour", windowType: "Dialog" }], getWebview: ["tour"] },
+        "CloudDoc": {
+            uploadFile2CloudFolder: [{ cloudPath, files: [file] }], getCloudCachedFile: [`${cloudPath}/file.txt`],
+            openCloudFolder: [{ cloudPath }], createUploadFileTask: [{ filePath: file }], syncFolder: [{ groupId, folderId: cloudPath }],
+            saveToCloudDir: [{ groupId, fileId: cloudPath, fname: "tour" }], changeRoamingMode: ["auto"],
+        },
+        "SettingsManager": { settings: [{ format: 0 }] },
+        "Product": { getProductString: [{ key: "Home" }], getConfigString: ["tour"], getConfigInt: ["tour"] },
+        "Skin": {
+            switchSkin: [NovaExtension.Skin.getCurrentSkinName().data], getSkinHintConfig: [colours],
+            getSkinGradientConfig: [colours], getSkinColorConfig: [colours], getSkinConfig: [colours],
+            getFileTypeIconInfo: [{ fileIdentify: ["docx"] }],
+            getSkinIconPathInfo: [{ icons: [{ name: "document-open", width: 16, height: 16 }] }],
+        },
+        "Account": { login: [{ src: "tour" }], logout: ["tour"], upgradeMember: [{ csource: "tour" }] },
+        "AiDocsChat": { registerQACallback: [ignored], qaNotify: [{ type: "question", text: "What?", id: "1" }] },
+        "WebDocsControl": { notifySetupFinished: [{ group_id: groupId, file_id: "1", uuid: "1", label: "tour" }] },
+        "KContract": { registerCallback: [ignored], panelNotify: [{ type: "contract", viewId: "tour", text: "12 May 2026" }] },
+        "PluginManager.Plugin": {
+            load: [{ option: 0, mode: 1 }, ignored], getProp: ["title"], resourceFilePath: ["a"], frameworkFilePath: ["a"],
+        },
+        "SettingsManager.Settings": { setValue: [{ key: "tour/all", value: 1 }], getValue: [{ key: "tour/all" }] },
+    };
+    // The view that WebviewMgr makes comes in place of the page's own; what ends a window or a login comes last.
+    const late = ["Webview", "Account", "destroy", "logout"];
+    const lateLast = (/** @type {string} */ left, /** @type {string} */ right) =>
+        Number(late.includes(left)) - Number(late.includes(right));
+
+    /** @type {(member: string) => unknown[]} */
+    function usual(member) {
+        if (/^(add|remove)EventListener$/.test(member))
+            return ["tour.event", ignored];
+        if (/^(add|remove)\w+Listener$/.test(member))
+            return member.includes("WebviewEvent") ? ["tour.event", ignored] : [ignored];
+        return member === "dispatchEvent" ? ["tour.event", true] : [];
+    }
+
+    /** @type {(path: string, object: any, member: string) => Promise<void>} */
+    async function callMember(path, object, member) {
+        let outcome;
+        try {
+            const value = object[member];
+            outcome = await (typeof value === "function" ? value.apply(object, given[path]?.[member] ?? usual(member)) : value);
+        } catch (error) {
+            outcome = failureOf(error);
+        }
+        const handedOut = /^\[object NovaExtension\.(.*)\]$/.exec(`${outcome}`);
+        const text = JSON.stringify(outcome, (name, value) => (typeof value === "bigint" ? `${value}` : value)) ?? "nothing";
+        say(`${path}.${member}`, handedOut ? `a ${handedOut[1]}` : text.length > 110 ? `${text.slice(0, 107)}...` : text);
+        if (handedOut)
+            await callMembers(handedOut[1], outcome);
+    }
+
+    /** @type {Set<string>} */
+    const called = new Set();
+    /** @type {(path: string, object: any) => Promise<void>} */
+    async function callMembers(path, object) {
+        if (called.has(path))
+            return;
+        called.add(path);
+        const members = [];
+        for (const member in object)
+            members.push(member);
+        for (const member of members.sort(lateLast))
+            await callMember(path, object, member);
+    }
+
+    console.log("Every member once");
+    for (const name of Object.keys(NovaExtension).sort(lateLast))
+        await callMembers(name, NovaExtension[/** @type {keyof typeof NovaExtension} */ (name)]);
+}

@@ -149,13 +149,28 @@ public:
         : m_function(std::move(function))
     {
     }
-    void operator()(const Payload& payload) const
+    Callback(const Callback& other)
+        : m_function(other.m_function ? hold(*other.m_function) : KRef<IJSFunction>())
+    {
+    }
+    Callback(Callback&&) noexcept = default;
+    Callback& operator=(Callback other)
+    {
+        m_function = std::move(other.m_function);
+        return *this;
+    }
+    ~Callback() = default;
+
+    /// Whether script passed a function.
+    explicit operator bool() const { return bool(m_function); }
+    /// Calls the function. Returns false when its page has gone: it is never called any more.
+    bool operator()(const Payload& payload) const
     {
         if (!m_function)
-            return;
+            return true;
         const KRef<IJSFunction> held = hold(*m_function); // it may have this callback dropped
         const KJSVariant argument = toScript(payload);
-        held->Call(JSApiArguments(&argument, 1), nullptr);
+        return held->Call(JSApiArguments(&argument, 1), nullptr) != KR_NOT_AVAILABLE;
     }
     /// Gives the reference to the caller; null when script passed no function.
     IJSFunction* release() { return m_function.release(); }
@@ -172,12 +187,43 @@ template <typename Payload> struct Argument<Callback<Payload>> : ArgumentValue<C
     }
 };
 
+/// A function that script must pass: without it the call is refused.
+template <typename Payload> class RequiredCallback : public Callback<Payload> {
+public:
+    using Callback<Payload>::Callback;
+};
+
+template <typename Payload>
+struct Argument<RequiredCallback<Payload>> : ArgumentValue<RequiredCallback<Payload>> {
+    static constexpr std::array Refusals { &WrongParameters };
+    bool read(ArgumentReader& reader)
+    {
+        this->value = RequiredCallback<Payload>(queryFunction(reader.next().raw()));
+        return this->value || reader.refuse(WrongParameters);
+    }
+};
+
 /// All arguments that are left.
 struct Rest {
     std::vector<KJSVariant> values;
 };
 template <> struct Argument<Rest> : ArgumentValue<Rest> {
     bool read(ArgumentReader& reader);
+};
+
+/// An argument that must be given and be of its kind: nothing is converted.
+template <typename T> struct Demanded {
+    T value;
+};
+template <typename T> struct Argument<Demanded<T>> : ArgumentValue<Demanded<T>> {
+    using ScriptType = T;
+    static constexpr std::array Refusals { &MissingParameters, &WrongParameters };
+    bool read(ArgumentReader& reader)
+    {
+        const Reading reading = readValue(reader.next(), this->value.value, true);
+        return reading == Reading::Done
+            || reader.refuse(reading == Reading::Absent ? MissingParameters : WrongParameters);
+    }
 };
 
 /// A boolean that is true unless script passes one that converts to false.

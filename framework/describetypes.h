@@ -2,6 +2,7 @@
 // it only.
 #pragma once
 
+#include "framework/bytes.h"
 #include "framework/events.h"
 #include "framework/handle.h"
 
@@ -58,6 +59,7 @@ DESCRIBE_AS(double, "number")
 DESCRIBE_AS(QString, "string")
 DESCRIBE_AS(std::string, "string")
 DESCRIBE_AS(EventName, "string")
+DESCRIBE_AS(Bytes, "bytes")
 DESCRIBE_AS(TrueByDefault, "boolean")
 DESCRIBE_AS(QVariant, "any")
 DESCRIBE_AS(KJSVariant, "any")
@@ -80,6 +82,9 @@ template <typename... Types> struct DescribedType<std::variant<Types...>> {
     }
 };
 
+template <> struct DescribedType<TextOrBytes> : DescribedType<std::variant<QString, Bytes>> {
+};
+
 template <typename T> struct DescribedType<QMap<QString, T>> {
     static Json describe() { return { { "kind", "map" }, { "values", describeType<T>() } }; }
 };
@@ -90,6 +95,9 @@ template <typename T> struct DescribedType<Handle<T>> {
     static Json describe() { return { { "kind", "handle" }, { "name", objectName<T>() } }; }
 };
 
+template <typename Payload>
+struct DescribedType<RequiredCallback<Payload>> : DescribedType<Callback<Payload>> {
+};
 template <typename Payload> struct DescribedType<Callback<Payload>> {
     static Json describe()
     {
@@ -194,6 +202,8 @@ template <HasFields Struct> struct DescribedType<Struct> {
 /// Whether a converter refuses some values instead of ignoring them.
 template <typename T> constexpr bool CanBeWrong = HasChoices<T>;
 template <> inline constexpr bool CanBeWrong<std::string> = true;
+template <> inline constexpr bool CanBeWrong<Bytes> = true;
+template <> inline constexpr bool CanBeWrong<TextOrBytes> = true;
 template <typename T> constexpr bool CanBeWrong<std::vector<T>> = true;
 template <HasFields Struct> constexpr bool CanBeWrong<Struct> = true;
 template <> inline constexpr bool CanBeWrong<std::map<std::string, std::string>> = true;

@@ -30,8 +30,8 @@ struct KJsApiConfigCenter::WriteOptions : KeyOptions {
     static constexpr auto fields()
     {
         return std::tuple_cat(KeyOptions::fields(),
-            std::tuple(
-                required("value", &WriteOptions::value, "anything but a function or a native object")));
+            std::tuple(required(
+                "value", &WriteOptions::value, "anything but a function, a native object or bytes")));
     }
 };
 

@@ -19,7 +19,7 @@ struct KJsApiSettings::WriteOptions {
     static constexpr auto fields()
     {
         return std::tuple(required("key", &WriteOptions::key, "the value's name; `/` separates groups"),
-            required("value", &WriteOptions::value, "anything but a function or a native object"));
+            required("value", &WriteOptions::value, "anything but a function, a native object or bytes"));
     }
 };
 
@@ -141,7 +141,12 @@ Answer<QVariant> KJsApiSettings::getValue(const ReadOptions& options)
     QVariant fallback;
     if (Converter<QVariant>::read(options.defaultValue, fallback) == Reading::Wrong)
         return WrongParameters;
-    return m_file ? m_file->value(options.key, fallback) : m_suite->value(options.key, fallback);
+    const QVariant value =
+        m_file ? m_file->value(options.key, fallback) : m_suite->value(options.key, fallback);
+    // A store keeps strings; other programs have some of theirs in byte arrays.
+    if (value.userType() == QMetaType::QByteArray)
+        return QVariant(QString::fromUtf8(value.toByteArray()));
+    return value;
 }
 
 } // namespace jsapi

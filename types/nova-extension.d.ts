@@ -2,7 +2,11 @@
 
 /** The native objects that a page finds. */
 declare const NovaExtension: {
-    /** Remote feature configuration, read and watched. */
+    /**
+     * Remote feature configuration, read and watched. A server decides it; what is here is what came from there last,
+     * so nothing waits. Values have names and hold anything that JSON can spell. Groups have one value for each
+     * context: for the user's language, version, share of a staged introduction.
+     */
     readonly Hive: NovaExtension.Hive;
     /** Makes byte buffers. */
     readonly ByteBufferManager: NovaExtension.ByteBufferManager;
@@ -22,7 +26,10 @@ declare const NovaExtension: {
     readonly Log: NovaExtension.Log;
     /** Named values that outlive the process, for everybody or for one user. */
     readonly ConfigCenter: NovaExtension.ConfigCenter;
-    /** Remote feature configuration by switch and section. */
+    /**
+     * Remote feature configuration by switch and section: what the server has decided for the signed-in user, and what
+     * the user has chosen instead, which is stored.
+     */
     readonly CirrusConfig: NovaExtension.CirrusConfig;
     /** Finds plugins by name. */
     readonly PluginManager: NovaExtension.PluginManager;
@@ -38,7 +45,10 @@ declare const NovaExtension: {
      * happened; durations are milliseconds and never negative.
      */
     readonly Profile: NovaExtension.Profile;
-    /** Text encoding and digests. */
+    /**
+     * Text encoding and digests, of strings and of bytes. A string stands for its UTF-8, so one with half a surrogate
+     * pair is refused.
+     */
     readonly Crypto: NovaExtension.Crypto;
     /** The signed-in user's cloud documents, and what happens to them. Listeners of every page get the events. */
     readonly CloudDoc: NovaExtension.CloudDoc;
@@ -86,6 +96,9 @@ declare namespace NovaExtension {
      */
     type Int64 = number;
 
+    /** What a member takes for bytes. It sees them as they are when it is called, and never changes them. */
+    type Bytes = ArrayBuffer | ArrayBufferView | NovaExtension.ByteBufferManager.ByteBuffer;
+
     /**
      * What a call that failed throws, or its promise rejects with.
      *
@@ -100,14 +113,14 @@ declare namespace NovaExtension {
 
     /** The failures of each member. */
     interface Failures {
-        "Hive.addDataWatch": Failure<3, "not supported.">;
-        "Hive.getData": Failure<3, "not supported.">;
-        "Hive.getGroupMatchValue": Failure<3, "not supported.">;
-        "Hive.getHiveConfig": Failure<3, "not supported.">;
-        "Hive.translateContext": Failure<3, "not supported.">;
-        "Hive.i18nFieldName": Failure<3, "not supported.">;
-        "Hive.subscribeGroupMatchValue": Failure<3, "not supported.">;
-        "ByteBufferManager.create": Failure<3, "not supported.">;
+        "Hive.addDataWatch": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "too many watches.">;
+        "Hive.getData": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "Hive.getGroupMatchValue": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "Hive.getHiveConfig": Failure<3, "Remote config service error.">;
+        "Hive.translateContext": Failure<3, "Remote config service error.">;
+        "Hive.i18nFieldName": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters.">;
+        "Hive.subscribeGroupMatchValue": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "too many watches.">;
+        "ByteBufferManager.create": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<1, "Size is illegal."> | Failure<3, "Too many bytes in buffers."> | Failure<3, "empty handle.">;
         "FileSystem.File": Failure<3, "Path is empty."> | Failure<3, "Path is illegal."> | Failure<3, "empty handle.">;
         "FileSystem.exists": never;
         "FileSystem.copy": Failure<3, "Path is empty."> | Failure<1, "wrong parameters."> | Failure<3, "Path is illegal."> | Failure<3, "New path is illegal."> | Failure<3, "override existing file failed">;
@@ -161,10 +174,10 @@ declare namespace NovaExtension {
         "ConfigCenter.flushRead": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
         "ConfigCenter.flushWrite": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
         "ConfigCenter.flushRemove": Failure<1, "missing required parameters.">;
-        "CirrusConfig.getAuthSwitch": Failure<3, "not supported.">;
-        "CirrusConfig.setAuthSwitch": Failure<3, "not supported.">;
-        "CirrusConfig.getConfigData": Failure<3, "not supported.">;
-        "CirrusConfig.setConfigData": Failure<3, "not supported.">;
+        "CirrusConfig.getAuthSwitch": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<3, "There is no such switch.">;
+        "CirrusConfig.setAuthSwitch": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "There is no such switch."> | Failure<3, "The switch can not be changed.">;
+        "CirrusConfig.getConfigData": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "CirrusConfig.setConfigData": Failure<3, "Remote config service error."> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "The value can not be stored.">;
         "PluginManager.getPlugin": Failure<3, "empty pBrowsersGroup"> | Failure<3, "plugin manager is null"> | Failure<3, "invalid plugin"> | Failure<3, "empty handle.">;
         "Webview.addHideListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
         "Webview.removeHideListener": Failure<3, "empty handle."> | Failure<3, "empty webshellwidget"> | Failure<1, "wrong parameters.">;
@@ -230,8 +243,8 @@ declare namespace NovaExtension {
         "Profile.getProfileInfo": Failure<1, "Browser is not in browser group.">;
         "Profile.getBrowserTraceId": Failure<1, "Browser is not in browser group.">;
         "Profile.getBrowserTraceInfo": Failure<1, "Browser is not in browser group.">;
-        "Crypto.c64Encode": Failure<3, "not supported.">;
-        "Crypto.md5Data": Failure<3, "not supported.">;
+        "Crypto.c64Encode": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
+        "Crypto.md5Data": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
         "CloudDoc.Orbitapi": Failure<3, "empty handle.">;
         "CloudDoc.getCloudCachedFile": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Get file cache info failed.">;
         "CloudDoc.uploadFile2CloudFolder": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Sync files failed.">;
@@ -364,9 +377,9 @@ declare namespace NovaExtension {
         "WebDocsControl.getAllEventInfo": Failure<3, "Event service error.">;
         "KContract.registerCallback": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<1, "Invalid argument"> | Failure<3, "Panel not Found">;
         "KContract.panelNotify": Failure<3, "pThis is null"> | Failure<3, "handle is null"> | Failure<1, "Invalid argument"> | Failure<3, "Panel not Found"> | Failure<3, `Failed invoke method: ${string}`>;
-        "ByteBufferManager.ByteBuffer.data": Failure<3, "not supported.">;
-        "ByteBufferManager.ByteBuffer.getSize": Failure<3, "not supported.">;
-        "ByteBufferManager.ByteBuffer.setSize": Failure<3, "not supported.">;
+        "ByteBufferManager.ByteBuffer.data": never;
+        "ByteBufferManager.ByteBuffer.getSize": never;
+        "ByteBufferManager.ByteBuffer.setSize": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<1, "Size is illegal."> | Failure<3, "Too many bytes in buffers.">;
         "FileSystem.File.exists": never;
         "FileSystem.File.remove": Failure<3, "illegal path">;
         "FileSystem.File.size": Failure<3, "empty path"> | Failure<3, "invalid path">;
@@ -403,25 +416,136 @@ declare namespace NovaExtension {
 
 declare namespace NovaExtension {
     /**
-     * Remote feature configuration, read and watched.
+     * Remote feature configuration, read and watched. A server decides it; what is here is what came from there last,
+     * so nothing waits. Values have names and hold anything that JSON can spell. Groups have one value for each
+     * context: for the user's language, version, share of a staged introduction.
      *
      * @remarks one object, shared by all pages
      */
     interface Hive {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        addDataWatch(argument1: unknown, argument2: (...values: any[]) => void): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getData(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getGroupMatchValue(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getHiveConfig(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        translateContext(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        i18nFieldName(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        subscribeGroupMatchValue(argument1: unknown, argument2: (...values: any[]) => void): never;
+        /**
+         * Returns a value, undefined where there is none, and has the function called with each change until the page
+         * goes. A page can have 1,000 watches.
+         *
+         * @param options the value
+         * @param callback is called each time that the value is another one
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "too many watches."
+         */
+        addDataWatch(options: NovaExtension.Hive.DataKey, callback: (report: NovaExtension.Hive.ConfigChange) => void): Answer<any>;
+        /**
+         * Returns a value.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        getData(options: NovaExtension.Hive.DataRequest): Answer<any>;
+        /**
+         * Returns the value that a group has for a context.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        getGroupMatchValue(options: NovaExtension.Hive.GroupRequest): Answer<any>;
+        /**
+         * Returns which configuration there is, and what is in it.
+         *
+         * @throws 3 "Remote config service error."
+         */
+        getHiveConfig(options?: NovaExtension.Hive.Prefix): Answer<NovaExtension.Hive.Summary>;
+        /**
+         * Returns a context as groups are decided with it: the page's facts, as strings, and those that the suite
+         * knows, such as `language`, `version` and `userId`, which a page can not replace.
+         *
+         * @throws 3 "Remote config service error."
+         */
+        translateContext(options?: NovaExtension.Hive.Context): Answer<Record<string, string>>;
+        /**
+         * Returns the name of the field in which an object among the values has its text for the user's language: the
+         * first of `title_nb_NO`, `title_nb` and `title` that it has. Where it has none of them, or there is no such
+         * object, the name as it was given.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         */
+        i18nFieldName(options: NovaExtension.Hive.FieldName): Answer<string>;
+        /**
+         * Returns the value that a group has for a context, and has the function called with each change until the page
+         * goes. A page can have 1,000 watches.
+         *
+         * @param options the group and the context
+         * @param callback is called each time that the group's value is another one
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "too many watches."
+         */
+        subscribeGroupMatchValue(options: NovaExtension.Hive.GroupRequest, callback: (report: NovaExtension.Hive.GroupChange) => void): Answer<any>;
+    }
+}
+
+declare namespace NovaExtension.Hive {
+    interface ConfigChange {
+        /** its name */
+        key: string;
+        /** the value that there is now; undefined where there is none */
+        value: any;
+        /** the one that the function was last told of */
+        previousValue: any;
+    }
+    interface Context {
+        /** facts by their names, such as `{ plan: "team" }` */
+        context?: Readonly<Record<string, string>> | undefined;
+    }
+    interface DataKey {
+        /** the value's name */
+        key: string;
+    }
+    interface DataRequest {
+        /** the value's name */
+        key: string;
+        /** what is returned where there is no value */
+        defaultValue?: unknown | undefined;
+    }
+    interface FieldName {
+        /** the value's name */
+        key: string;
+        /** the name of the field without a language */
+        field: string;
+    }
+    interface GroupChange {
+        /** its name */
+        group: string;
+        /** the value that it has now; undefined where it has none */
+        value: any;
+        /** the one that the function was last told of */
+        previousValue: any;
+    }
+    interface GroupRequest {
+        /** the group's name */
+        group: string;
+        /** facts by their names, such as `{ plan: "team" }` */
+        context?: Readonly<Record<string, string>> | undefined;
+        /** what is returned where the group has no value */
+        defaultValue?: unknown | undefined;
+    }
+    interface Prefix {
+        /** returns only the keys and groups whose names begin with this */
+        prefix?: string | undefined;
+    }
+    interface Summary {
+        /** of the configuration; empty while there is none */
+        version: string;
+        /** when it came from the server, in milliseconds since 1970 (UTC); 0 while there is none */
+        updateTime: Int64;
+        /** the names of all values, sorted */
+        keys: string[];
+        /** the names of all groups, sorted */
+        groups: string[];
     }
 }
 
@@ -432,8 +556,18 @@ declare namespace NovaExtension {
      * @remarks one object, shared by all pages
      */
     interface ByteBufferManager {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        create(argument1: unknown): never;
+        /**
+         * Returns a ByteBuffer. All that there are may hold 1 GiB together: see `setSize`.
+         *
+         * @param content how many zero bytes, at most 268,435,456; a string, of which the buffer gets the UTF-8; or
+         *   bytes, of which it gets a copy
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 1 "Size is illegal."
+         * @throws 3 "Too many bytes in buffers."
+         * @throws 3 "empty handle."
+         */
+        create(content: number | string | Bytes): NovaExtension.ByteBufferManager.ByteBuffer;
     }
 }
 
@@ -980,26 +1114,83 @@ declare namespace NovaExtension.ConfigCenter {
         key: string;
         /** whose value; without one it is everybody's */
         userId?: string | undefined;
-        /** anything but a function or a native object */
+        /** anything but a function, a native object or bytes */
         value: unknown;
     }
 }
 
 declare namespace NovaExtension {
     /**
-     * Remote feature configuration by switch and section.
+     * Remote feature configuration by switch and section: what the server has decided for the signed-in user, and what
+     * the user has chosen instead, which is stored.
      *
      * @remarks one object, shared by all pages
      */
     interface CirrusConfig {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getAuthSwitch(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setAuthSwitch(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getConfigData(argument1: unknown): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setConfigData(argument1: unknown): never;
+        /**
+         * Returns whether a switch is on for the user.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 3 "There is no such switch."
+         */
+        getAuthSwitch(options: NovaExtension.CirrusConfig.SwitchName): Answer<boolean>;
+        /**
+         * Stores the user's own choice, where the server leaves it to users.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "There is no such switch."
+         * @throws 3 "The switch can not be changed."
+         */
+        setAuthSwitch(options: NovaExtension.CirrusConfig.SwitchChoice): Answer<undefined>;
+        /**
+         * Returns a value of a section: the user's own, or else the server's.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        getConfigData(options: NovaExtension.CirrusConfig.ConfigRequest): Answer<any>;
+        /**
+         * Stores a value of the user's own in a section that the server has, or removes it.
+         *
+         * @throws 3 "Remote config service error."
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 3 "The value can not be stored."
+         */
+        setConfigData(options: NovaExtension.CirrusConfig.ConfigValue): Answer<undefined>;
+    }
+}
+
+declare namespace NovaExtension.CirrusConfig {
+    interface ConfigRequest {
+        /** the section */
+        section: string;
+        /** the value's name in it */
+        key: string;
+        /** what is returned where there is no value */
+        defaultValue?: unknown | undefined;
+    }
+    interface ConfigValue {
+        /** the section */
+        section: string;
+        /** the value's name in it */
+        key: string;
+        /** anything that JSON can spell; without one, or with null, the user's own value is removed */
+        value?: unknown | undefined;
+    }
+    interface SwitchChoice {
+        /** the switch's name */
+        name: string;
+        /** whether it is to be on */
+        value: boolean;
+    }
+    interface SwitchName {
+        /** the switch's name */
+        name: string;
     }
 }
 
@@ -1710,15 +1901,29 @@ declare namespace NovaExtension.Profile {
 
 declare namespace NovaExtension {
     /**
-     * Text encoding and digests.
+     * Text encoding and digests, of strings and of bytes. A string stands for its UTF-8, so one with half a surrogate
+     * pair is refused.
      *
      * @remarks one object, shared by all pages
      */
     interface Crypto {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        c64Encode(argument1: string): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        md5Data(argument1: string): never;
+        /**
+         * Returns Base64: the alphabet with `+` and `/`, padded with `=`, in one line.
+         *
+         * @param content what to encode
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        c64Encode(content: string | Bytes): Answer<string>;
+        /**
+         * Returns the MD5 sum as 32 hexadecimal digits in small letters. It finds accidental changes; whoever wants to
+         * can make contents with the same sum.
+         *
+         * @param content what to sum up
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         */
+        md5Data(content: string | Bytes): Answer<string>;
     }
 }
 
@@ -3509,17 +3714,27 @@ declare namespace NovaExtension {
 
 declare namespace NovaExtension.ByteBufferManager {
     /**
-     * Bytes that script and native members pass to each other.
+     * Bytes that the suite holds for pages. A member that takes bytes takes a ByteBuffer for its own, so they need not
+     * be in script meanwhile.
      *
      * @remarks handed out by another object
      */
     interface ByteBuffer {
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        data(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        getSize(): never;
-        /** @deprecated not built yet: throws code 3, "not supported." */
-        setSize(argument1: unknown): never;
+        /** Returns a copy of the bytes, without an envelope. */
+        data(): Uint8Array;
+        /** Returns how many bytes it holds. */
+        getSize(): Answer<number>;
+        /**
+         * Keeps so many of the bytes from the first on, and appends zero bytes where there are fewer. With 0 the memory
+         * is free at once; otherwise it is when script has dropped the buffer and the engine has collected it.
+         *
+         * @param size in bytes, at most 268,435,456
+         * @throws 1 "missing required parameters."
+         * @throws 1 "wrong parameters."
+         * @throws 1 "Size is illegal."
+         * @throws 3 "Too many bytes in buffers."
+         */
+        setSize(size: number): Answer<undefined>;
     }
 }
 
@@ -3808,7 +4023,7 @@ declare namespace NovaExtension.SettingsManager.Settings {
     interface WriteOptions {
         /** the value's name; `/` separates groups */
         key: string;
-        /** anything but a function or a native object */
+        /** anything but a function, a native object or bytes */
         value: unknown;
     }
 }

@@ -195,6 +195,36 @@ void carry(benchmark::State& state, const Carrier& carrier, const Content& conte
         state.SetIterationTime(shown.measure(source, Transfers));
 }
 
+/// The same as bytes, and a copy that the page makes for itself.
+void carryBytes(benchmark::State& state, const char* once)
+{
+    Page& shown = page(&Pages::member);
+    shown.measure(QStringLiteral(R"(async () => {
+        globalThis.bytes = Uint8Array.from({ length: 1 << 20 }, (_, i) => i * 7);
+        NovaExtension.Bench.putBytes(bytes);
+        if (NovaExtension.Bench.getBytes().data.some((byte, i) => byte !== bytes[i]))
+            throw new Error('other bytes');
+    })"),
+        0);
+    const QString source =
+        QStringLiteral("async (count) => { for (; count > 0; --count) { %1; } }").arg(QLatin1String(once));
+    while (state.KeepRunningBatch(Transfers))
+        state.SetIterationTime(shown.measure(source, Transfers));
+}
+BENCHMARK_CAPTURE(carryBytes, put, "NovaExtension.Bench.putBytes(bytes)")
+    ->Name("web_put_bytes/member")
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime();
+BENCHMARK_CAPTURE(
+    carryBytes, get, "if (NovaExtension.Bench.getBytes().data[9] !== 63) throw new Error('other bytes')")
+    ->Name("web_get_bytes/member")
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime();
+BENCHMARK_CAPTURE(carryBytes, copy, "if (new Uint8Array(bytes)[9] !== 63) throw new Error('other bytes')")
+    ->Name("web_bytes/copy")
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime();
+
 [[maybe_unused]] const bool areRegistered = [] {
     for (const Content& content : Contents) {
         for (const Carrier& carrier : Carriers) {

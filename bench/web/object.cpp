@@ -1,6 +1,7 @@
 #include "bench/web/object.h"
 
 #include "bench/web/stopwatch.h"
+#include "framework/bytes.h"
 #include "framework/events.h"
 #include "framework/factory.h"
 #include "framework/request.h"
@@ -49,6 +50,12 @@ public:
         return static_cast<std::int32_t>(text.size());
     }
     Answer<QString> get() { return m_text; }
+    Answer<void> putBytes(const jsapi::Demanded<jsapi::Bytes>& bytes)
+    {
+        m_bytes = bytes.value;
+        return {};
+    }
+    Answer<jsapi::Bytes> getBytes() { return m_bytes; }
 
     Answer<jsapi::Promise<std::int32_t>> later(const JSContextEnv& page)
     {
@@ -88,6 +95,7 @@ public:
 private:
     std::int32_t m_last = 0;
     QString m_text;
+    jsapi::Bytes m_bytes;
     std::vector<QPointer<Request>> m_pending;
 };
 
@@ -102,6 +110,8 @@ const jsapi::MemberList& WebObject::members()
             member<&Self::next>(u"next", Category::Usual, Type::JsValue, ""),
             member<&Self::put>(u"put", Category::Usual, Type::JsValue, { Type::String }, ""),
             member<&Self::get>(u"get", Category::Usual, Type::JsValue, ""),
+            member<&Self::putBytes>(u"putBytes", Category::Usual, Type::JsValue, { Type::JsValue }, ""),
+            member<&Self::getBytes>(u"getBytes", Category::Usual, Type::JsValue, ""),
             member<&Self::later>(u"later", Category::Usual, Type::JsValue, ""),
             member<&Self::pending>(u"pending", Category::Usual, Type::JsValue, ""),
             member<&Self::settleAll>(u"settleAll", Category::Usual, Type::JsValue, ""),

@@ -32,6 +32,19 @@
     const weakSet = uncurry(WeakMap.prototype.set);
     const tagSymbol = Symbol.toStringTag;
 
+    const accessor = (prototype, name) => uncurry(getOwnPropertyDescriptor(prototype, name).get);
+    const BytesType = Uint8Array;
+    const { isView } = ArrayBuffer;
+    const typedArrayPrototype = getPrototypeOf(Uint8Array.prototype);
+    const typedArrayKind = accessor(typedArrayPrototype, tagSymbol);
+    const typedArrayBuffer = accessor(typedArrayPrototype, 'buffer');
+    const typedArrayOffset = accessor(typedArrayPrototype, 'byteOffset');
+    const typedArrayBytes = accessor(typedArrayPrototype, 'byteLength');
+    const dataViewBuffer = accessor(DataView.prototype, 'buffer');
+    const dataViewOffset = accessor(DataView.prototype, 'byteOffset');
+    const dataViewBytes = accessor(DataView.prototype, 'byteLength');
+    const bufferBytes = accessor(ArrayBuffer.prototype, 'byteLength');
+
     const isObject = (value) => (typeof value === 'object' && value !== null) || typeof value === 'function';
     // Defines an own property, regardless of setters in prototypes.
     const define = (object, name, value, enumerable) =>
@@ -53,6 +66,28 @@
             weakSet(keptValues, owner, kept);
         }
         kept[name] = value;
+    };
+
+    // --- Bytes ---------------------------------------------------------------------------------------------------
+
+    // The bytes of an ArrayBuffer, or those that a view shows of one, as a Uint8Array on the same memory; a string that says
+    // what it is when they can not be had. Runs no script of the page.
+    const bytesOf = (object) => {
+        const kind = isView(object) ? (typedArrayKind(object) ?? 'DataView') : '';
+        const buffer = kind === '' ? object : kind === 'DataView' ? dataViewBuffer(object) : typedArrayBuffer(object);
+        try {
+            bufferBytes(buffer);
+        } catch {
+            return kind === '' ? 'a SharedArrayBuffer' : 'a view of a SharedArrayBuffer';
+        }
+        try {
+            if (kind === '')
+                return new BytesType(buffer);
+            return kind === 'DataView' ? new BytesType(buffer, dataViewOffset(object), dataViewBytes(object))
+                : new BytesType(buffer, typedArrayOffset(object), typedArrayBytes(object));
+        } catch {
+            return 'a detached ArrayBuffer';
+        }
     };
 
     // --- Values as text ------------------------------------------------------------------------------------------

@@ -39,6 +39,17 @@ QString withArticle(const QString& kind)
     return (vowel ? QStringLiteral("an ") : QStringLiteral("a ")) + kind;
 }
 
+/// Copies a Uint8Array. The page's own array is not touched by the API, which would keep its buffer from being transferred.
+bool fillFrom(PageState& page, JSValueRef bytes, QByteArray& copy, JSValueRef* exception)
+{
+    char* memory = copy.data();
+    JSObjectRef target = JSObjectMakeTypedArrayWithBytesNoCopy(
+        page.ctx(), kJSTypedArrayTypeUint8Array, memory, static_cast<std::size_t>(copy.size()),
+        [](void*, void* owner) { delete static_cast<QByteArray*>(owner); }, new QByteArray(copy), exception);
+    return target
+        && page.prelude().call(page.prelude().copyBytes, exception, bytes, static_cast<JSValueRef>(target));
+}
+
 } // namespace
 
 FromScript::FromScript(PageState& page)
@@ -173,6 +184,30 @@ bool FromScript::readObjectValue(JSObjectRef object, KJSVariant& out, int depth)
     return done;
 }
 
+bool FromScript::readBytes(JSObjectRef object, KJSVariant& out)
+{
+    const Prelude& prelude = m_page.prelude();
+    JSValueRef exception = nullptr;
+    const JSValueRef bytes = prelude.call(prelude.bytesOf, &exception, static_cast<JSValueRef>(object));
+    if (!bytes)
+        return refuseThrown(exception);
+    if (!JSValueIsObject(m_ctx, bytes))
+        return refuse(stringOf(m_ctx, bytes) + QStringLiteral(" can not be passed"));
+    const std::size_t size = JSObjectGetTypedArrayByteLength(m_ctx, asObject(bytes), nullptr);
+    m_bytes += size;
+    if (m_bytes > maximumBytes)
+        return refuse(QStringLiteral("more than 256 MB of bytes in one call"));
+    try {
+        QByteArray copy(static_cast<int>(size), Qt::Uninitialized);
+        if (size && !fillFrom(m_page, bytes, copy, &exception))
+            return refuseThrown(exception);
+        out = vexlite::makeBytes(copy);
+        return true;
+    } catch (const std::bad_alloc&) {
+        return refuse(QStringLiteral("no memory for bytes"));
+    }
+}
+
 bool FromScript::enter(JSObjectRef object, int depth)
 {
     if (depth >= vexlite::maximumDepth)
@@ -225,9 +260,12 @@ bool FromScript::readProperties(JSObjectRef object, KJSVariant& out, int depth)
         m_page.prelude().call(m_page.prelude().keys, &exception, static_cast<JSValueRef>(object));
     if (!names)
         return refuseThrown(exception);
+    if (m_page.prelude().signals->keyCount == Signals::isView)
+        return readBytes(object, out);
     const auto count = static_cast<unsigned>(m_page.prelude().signals->keyCount);
     if (!isPlainData(object))
-        return false;
+        return JSValueGetTypedArrayType(m_ctx, object, nullptr) == kJSTypedArrayTypeArrayBuffer
+            && readBytes(object, out);
     if (count > maximumValues - m_values)
         return refuse(QStringLiteral("more than 1000000 values in one call"));
     std::vector<vexlite::ScriptPair> pairs;

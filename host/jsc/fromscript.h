@@ -1,12 +1,12 @@
 // FromScript: converts script values to native values.
 //
-// Accepted: undefined, null, booleans, numbers, strings, 64-bit BigInts, functions, arrays, objects, and
-// wrappers of native objects. Objects, including those of the page's own classes, are plain data: their own
+// Accepted: undefined, null, booleans, numbers, strings, 64-bit BigInts, functions, arrays, objects, bytes, and
+// wrappers of native objects. Bytes are an ArrayBuffer, a typed array or a DataView, and are copied. Objects, including those of the page's own classes, are plain data: their own
 // enumerable properties with string keys, each read once. Holes of an array become undefined; its other
 // properties are dropped.
 //
 // Refused, with a message that names the place: symbols; proxies; built-in objects with internal data (Map,
-// Date, Error, Promise, typed arrays and so on, and what inherits from them); cycles; getters that throw; a
+// Date, Error, Promise and so on, and what inherits from them); bytes of a detached or a shared buffer; cycles; getters that throw; a
 // nesting beyond vexlite::maximumDepth; and more data than the limits below.
 #pragma once
 
@@ -25,6 +25,7 @@ class FromScript {
 public:
     static constexpr std::size_t maximumValues = 1'000'000;
     static constexpr std::size_t maximumTextBytes = 256u << 20;
+    static constexpr std::size_t maximumBytes = 256u << 20;
 
     explicit FromScript(PageState& page);
 
@@ -39,6 +40,7 @@ private:
     bool readBigInt(JSValueRef value, KJSVariant& out);
     bool readString(JSValueRef value, KJSVariant& out);
     bool readObjectValue(JSObjectRef object, KJSVariant& out, int depth);
+    bool readBytes(JSObjectRef object, KJSVariant& out);
     bool readArray(JSObjectRef array, KJSVariant& out, int depth);
     bool readProperties(JSObjectRef object, KJSVariant& out, int depth);
     bool isPlainData(JSObjectRef object);
@@ -53,6 +55,7 @@ private:
     JSContextRef m_ctx;
     std::size_t m_values = 0;
     std::size_t m_textBytes = 0;
+    std::size_t m_bytes = 0;
     QString m_problem;
     QString m_path;
     bool m_pathIsCut = false;

@@ -22,8 +22,10 @@ class PageState;
 struct Signals {
     /// The result is the data of {data, success: true}.
     std::int32_t isEnveloped = 0;
-    /// The number of keys that Prelude::keys returned. Written by script.
+    /// The number of keys that Prelude::keys returned, or isView. Written by script.
     std::int32_t keyCount = 0;
+    /// It returned none: the object is a typed array or a DataView.
+    static constexpr std::int32_t isView = -1;
 };
 
 struct MethodSource {

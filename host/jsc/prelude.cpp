@@ -56,6 +56,8 @@ void Prelude::load(JSGlobalContextRef ctx, JSObjectRef native)
     keepValue = take("keepValue");
     spread = take("spread");
     bare = take("bare");
+    bytesOf = take("bytesOf");
+    copyBytes = take("copyBytes");
     m_makeError = take("makeError");
     m_errorFromObject = take("errorFromObject");
     m_makeTypeError = take("makeTypeError");

@@ -47,6 +47,8 @@ public:
     JSObjectRef keepValue = nullptr;
     JSObjectRef spread = nullptr;
     JSObjectRef bare = nullptr;
+    JSObjectRef bytesOf = nullptr;
+    JSObjectRef copyBytes = nullptr;
 
     /// Calls one of the functions. Null, with `exception` set, when it throws, which happens only when stack
     /// or memory is short.

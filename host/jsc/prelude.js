@@ -16,11 +16,20 @@
     // The prototype of the native functions behind methods, in place of one that the page can change.
     const nativePrototype = { __proto__: null, apply: Function.prototype.apply };
     const then = uncurry(Promise.prototype.then);
+    const setBytes = uncurry(typedArrayPrototype.set);
+    const transfer = uncurry(ArrayBuffer.prototype.transfer);
 
     const listKeys = (object) => {
-        const names = keys(object);
-        signalArray[1] = names.length;
+        // A typed array has a key for each element.
+        const names = isView(object) ? object : keys(object);
+        signalArray[1] = names === object ? -1 : names.length;
         return names;
+    };
+
+    // Copies bytes into an array on memory of the engine's, and has the array let go of that at once.
+    const copyBytes = (bytes, target) => {
+        setBytes(target, bytes);
+        transfer(typedArrayBuffer(target), 0);
     };
 
     // Built-in prototypes by class name: objects that inherit from one are no plain data.
@@ -181,7 +190,7 @@
     return {
         __proto__: null, nativePrototype, signalArray, keys: listKeys, languagePrototypes, objectPrototype, makeError,
         errorFromObject, makeTypeError, makeRangeError, describeError, settle, settleWith, run, fail, propertyNames,
-        afterThis, makeProcess, makeRoot, bindRoot, makeClass, addGetter, keepValue,
+        afterThis, makeProcess, makeRoot, bindRoot, makeClass, addGetter, keepValue, bytesOf, copyBytes,
         spread: (callee, values) => apply(callee, undefined, values), bare: () => ({ __proto__: null }),
     };
 })

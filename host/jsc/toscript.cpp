@@ -3,6 +3,8 @@
 #include "host/jsc/pagestate.h"
 #include "host/vexlite/scriptvalues.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <string_view>
@@ -136,6 +138,8 @@ JSValueRef ToScript::interface(IUnknown* object, int depth)
         return wrapper(sub->Object());
     if (const auto list = ask<IJSArray>(object, IID_IJSArray))
         return array(*list.get(), depth);
+    if (const auto bytes = ask<IJSBytes>(object, IID_IJSBytes))
+        return this->bytes(*bytes.get());
     if (const auto function = ask<IJSFunction>(object, IID_IJSFunction)) {
         const auto* ours = dynamic_cast<const ScriptFunction*>(function.get());
         JSObjectRef script = ours ? ours->functionOf(m_page) : nullptr;
@@ -144,6 +148,19 @@ JSValueRef ToScript::interface(IUnknown* object, int depth)
     if (const auto native = ask<IJSExtentionObject>(object, IID_IJSExtentionObject))
         return wrapper(native.get());
     return fail(QStringLiteral("the answer is an object without a script form"));
+}
+
+JSValueRef ToScript::bytes(const IJSBytes& source)
+{
+    const std::size_t size = source.Size();
+    void* copy = size <= maximumBytes ? std::malloc(std::max<std::size_t>(size, 1)) : nullptr;
+    if (!copy)
+        return fail(QStringLiteral("the answer has more than 1 GB of bytes, or than there is memory for"));
+    if (size)
+        std::memcpy(copy, source.Data(), size);
+    return JSObjectMakeTypedArrayWithBytesNoCopy(
+        m_ctx, kJSTypedArrayTypeUint8Array, copy, size, [](void* memory, void*) { std::free(memory); },
+        nullptr, &m_thrown);
 }
 
 JSValueRef ToScript::wrapper(IJSExtentionObject* object)

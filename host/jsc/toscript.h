@@ -16,6 +16,7 @@ class PageState;
 class ToScript {
 public:
     static constexpr std::size_t maximumValues = 16'000'000;
+    static constexpr std::size_t maximumBytes = std::size_t { 1 } << 30;
 
     /// `member` is the called one; classes of objects that it returns are named after it.
     explicit ToScript(PageState& page, const NativeMember* member = nullptr);
@@ -43,6 +44,7 @@ private:
     JSValueRef object(const IJSONValue& source, int depth);
     JSValueRef wideObject(const IJSONValue& source, int depth);
     JSValueRef array(const IJSArray& source, int depth);
+    JSValueRef bytes(const IJSBytes& source);
     JSValueRef wrapper(IJSExtentionObject* object);
     JSValueRef fail(const QString& problem);
     bool enter(int depth);

@@ -10,6 +10,7 @@
 #include "host/suite/cloud/cloudservice.h"
 #include "host/suite/play.h"
 #include "host/suite/plugins/pluginmanager.h"
+#include "host/suite/remoteconfig/remoteconfig.h"
 #include "host/suite/skin/skinservice.h"
 #include "host/suite/web/webwidget.h"
 #include "host/vexlite/failurelog.h"
@@ -140,6 +141,7 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     suite::PluginManager::start();
     // A plugin may have the skin.
     suite::SkinService::instance().start();
+    suite::RemoteConfig::instance().start();
     suite->m_inBrowser = options.browser;
     if (options.devToolsPort) {
         // The engine says nothing when it does not get the port.
@@ -197,6 +199,7 @@ Suite::~Suite()
 {
     krt::kcc::shutdown();
     m_engine.reset();
+    suite::RemoteConfig::instance().shutDown();
     suite::SkinService::instance().shutDown();
     suite::PluginManager::shutDown();
     closeWindows();

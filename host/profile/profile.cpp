@@ -169,11 +169,12 @@ PROFILE_SECTION(Dpi, scale)
 PROFILE_SECTION(Plugins, directories, bytesPerSecond)
 PROFILE_SECTION(Windows, autoHide)
 PROFILE_SECTION(Skin, current, directories)
+PROFILE_SECTION(RemoteConfig, source)
 PROFILE_SECTION(Log, maxFileSizeKiB, keptFiles)
 PROFILE_SECTION(Browser, applicationId, sessionId, grouped, groupMark1OffsetMs, groupMark2OffsetMs)
 PROFILE_SECTION(Profile, application, installation, directories, product, files, access, dialogs, desktop,
-    cloudFiles, account, cloud, domains, intranetType, language, dpi, plugins, windows, skin, theme, log,
-    browser, policy, services)
+    cloudFiles, account, cloud, domains, intranetType, language, dpi, plugins, windows, skin, remoteConfig,
+    theme, log, browser, policy, services)
 
 namespace {
 

@@ -156,6 +156,11 @@ struct Skin {
     QStringList directories; ///< folders with skins, see expandPath()
 };
 
+/// What the server of the remote configuration decides.
+struct RemoteConfig {
+    QString source; ///< a file, see expandPath(); empty for what is built in
+};
+
 struct Log {
     int maxFileSizeKiB = 0; ///< 1 to 1048576
     int keptFiles = 0;      ///< rotated files kept beside the current one, 0 to 1000
@@ -189,6 +194,7 @@ struct Profile {
     Plugins plugins;
     Windows windows;
     Skin skin;
+    RemoteConfig remoteConfig;
     QMap<QString, QMap<QString, QString>> theme; ///< palette, name of the colour: "#rrggbb"; over every skin
     Log log;
     Browser browser;

@@ -3,8 +3,11 @@
 #include "host/suite/account/accountservice.h"
 #include "host/suite/cloud/cloudservice.h"
 #include "host/suite/plugins/pluginmanager.h"
+#include "host/suite/remoteconfig/remoteconfig.h"
 #include "host/suite/skin/skinservice.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QRegularExpression>
 #include <algorithm>
 
@@ -83,6 +86,20 @@ QString checkSkin(const PlayStep& step)
                                      : QStringLiteral("there is no skin \"%1\"").arg(step.subject);
 }
 
+/// The value that the text spells, a plain one: a step has no commas.
+QVariant readConfigValue(const QString& text)
+{
+    const QByteArray list = '[' + text.toUtf8() + ']';
+    return QJsonDocument::fromJson(list).array().at(0).toVariant();
+}
+
+QString checkConfig(const PlayStep& step)
+{
+    return readConfigValue(step.value).isValid()
+        ? QString()
+        : QStringLiteral("a value is JSON: a number, true, false, or a string in quotation marks");
+}
+
 AccountService& accounts()
 {
     return AccountService::instance();
@@ -108,6 +125,10 @@ constexpr StepKind Kinds[] = {
     { "plugin", "plugin:add|cancel|remove=NAME", checkPlugin, playPlugin },
     { "skin", "skin:NAME", checkSkin,
         [](const PlayStep& step) { SkinService::instance().choose(step.subject); } },
+    { "config", "config:KEY=JSON", checkConfig,
+        [](const PlayStep& step) {
+            RemoteConfig::instance().decide(step.subject, readConfigValue(step.value));
+        } },
 };
 
 const StepKind* findKind(const QString& name)

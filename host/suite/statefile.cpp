@@ -60,14 +60,21 @@ QJsonObject StateFile::read() const
     return content;
 }
 
-void StateFile::update(const std::function<void(QJsonObject& content)>& change) const
+bool StateFile::update(const std::function<void(QJsonObject& content)>& change) const
 {
     const FileLock lock(m_path + QStringLiteral(".lock"));
     QJsonObject content = read();
     change(content);
+    const QByteArray text = QJsonDocument(content).toJson();
+    if (QJsonDocument::fromJson(text).object() != content) {
+        qCWarning(stateLog, "%s: what is to be written could not be read again", qPrintable(m_path));
+        return false;
+    }
     QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(content).toJson()) < 0 || !file.commit())
-        qCWarning(stateLog, "%s can not be written: %s", qPrintable(m_path), qPrintable(file.errorString()));
+    if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit())
+        return true;
+    qCWarning(stateLog, "%s can not be written: %s", qPrintable(m_path), qPrintable(file.errorString()));
+    return false;
 }
 
 } // namespace suite

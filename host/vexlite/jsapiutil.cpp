@@ -107,7 +107,7 @@ bool toScript(const QVariant& value, int depth, KJSVariant& out)
         out = makeText(value.toString());
         return true;
     case QMetaType::QByteArray:
-        out = makeText(QString::fromUtf8(value.toByteArray()));
+        out = makeBytes(value.toByteArray());
         return true;
     case QMetaType::QVariantList:
     case QMetaType::QStringList:

@@ -4,6 +4,7 @@
 #include "host/vexlite/ref.h"
 #include "vexlite/jsonvalue.h"
 
+#include <QByteArray>
 #include <utility>
 #include <vector>
 
@@ -15,6 +16,9 @@ inline constexpr int maximumDepth = 1000;
 /// A new empty object, or array, with one reference for the caller.
 Ref<IJSONValue> makeScriptObject();
 Ref<IJSArray> makeScriptArray();
+
+/// An IJSBytes that shares what `bytes` holds.
+KJSVariant makeBytes(const QByteArray& bytes);
 
 using ScriptPair = std::pair<QString, KJSVariant>;
 /// An object of these pairs, in any order. The keys must be unique and own their characters.

@@ -62,6 +62,9 @@ bool FromWire::readValue(KJSVariant& out, int depth)
             replaceUnits(out.raw().bstrVal, static_cast<std::size_t>(text.units.size()), standIn, u'\0');
         return true;
     }
+    case 'x':
+        out = vexlite::makeBytes(m_reader.bytes());
+        return !m_reader.failed();
     case 'a':
         return readArray(out, depth);
     case 'o':

@@ -223,6 +223,7 @@
 
     const maximumValues = 1000000;
     const maximumTextBytes = 268435456;
+    const maximumBytes = 268435456;
     const maximumDepth = 1000;
     const maximumPath = 200;
     const maximumPathKey = 40;
@@ -359,12 +360,19 @@
         }
         return true;
     };
+    const isArrayBuffer = (object) => {
+        try {
+            return bufferBytes(object) >= 0;
+        } catch {
+            return false;
+        }
+    };
     const writeObject = (writer, object, depth) => {
         let names;
         try {
             names = keys(object);
             if (!isPlainData(writer, object))
-                return false;
+                return isArrayBuffer(object) && writeBytes(writer, object);
         } catch (error) {
             return refuseThrown(writer, error);
         }
@@ -384,6 +392,20 @@
             if (!isRead || !writeValue(writer, item, depth + 1))
                 return prependPath(writer, formatStep(name));
         }
+        return true;
+    };
+    const writeBytes = (writer, object) => {
+        const bytes = bytesOf(object);
+        if (typeof bytes === 'string')
+            return refuse(writer, bytes + ' can not be passed');
+        const count = typedArrayBytes(bytes);
+        writer.byteCount += count;
+        if (writer.byteCount > maximumBytes)
+            return refuse(writer, 'more than 256 MB of bytes in one call');
+        const units = new UnitsType(count);
+        for (let i = 0; i < count; ++i)
+            units[i] = 0x100 + bytes[i];
+        writer.out += 'x' + count + ';' + decodeUnits(unitsDecoder, units);
         return true;
     };
     const writeFunction = (writer, callee) => {
@@ -443,6 +465,8 @@
         }
         if (typeof value === 'function')
             return writeFunction(writer, value);
+        if (isView(value))
+            return writeBytes(writer, value);
         if (!enter(writer, value, depth))
             return false;
         let isList;
@@ -456,7 +480,7 @@
         return done;
     };
     const makeWriter = (out) => (
-        { __proto__: null, out, values: 0, bytes: 0, problem: '', path: '', isCut: false, near: { __proto__: null }, deep: undefined, sent: undefined });
+        { __proto__: null, out, values: 0, bytes: 0, byteCount: 0, problem: '', path: '', isCut: false, near: { __proto__: null }, deep: undefined, sent: undefined });
     const takeBack = (writer) => {
         for (let { sent } = writer; sent; sent = sent.next)
             dropFunction(sent.id, 1);
@@ -480,6 +504,14 @@
             return nextText(reader);
         case 'j':
             return parse(nextText(reader));
+        case 'x': {
+            const count = nextCount(reader);
+            const bytes = new BytesType(count);
+            for (let i = 0; i < count; ++i)
+                bytes[i] = codeAt(reader.text, reader.at + i); // but for its lowest 8 bits nothing is stored
+            reader.at += count;
+            return bytes;
+        }
         case 'e': {
             const data = readValue(reader);
             return { data, success: true };

@@ -201,6 +201,13 @@ bool ToWire::writeInterface(WireWriter& writer, IUnknown* object, int depth)
         return writeHandle(writer, sub->Object());
     if (const auto list = ask<IJSArray>(object, IID_IJSArray))
         return writeArray(writer, *list.get(), depth);
+    if (const auto bytes = ask<IJSBytes>(object, IID_IJSBytes)) {
+        if (bytes->Size() > static_cast<std::size_t>(maximumUnits))
+            return fail(QStringLiteral("the answer has more than 512 MB of bytes"));
+        writer.unit('x');
+        writer.bytes(bytes->Data(), bytes->Size());
+        return true;
+    }
     if (const auto function = ask<IJSFunction>(object, IID_IJSFunction)) {
         const auto* ours = dynamic_cast<const FrameFunction*>(function.get());
         const std::int64_t id = ours ? ours->idIn(m_frame) : 0;

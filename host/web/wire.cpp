@@ -90,6 +90,16 @@ void WireWriter::text(const QChar* units, std::size_t count)
     replaceUnits(reinterpret_cast<char16_t*>(m_text.data()) + begin, count, u'\0', standIn);
 }
 
+void WireWriter::bytes(const std::uint8_t* bytes, std::size_t count)
+{
+    this->count(count);
+    const int begin = m_text.size();
+    m_text.resize(begin + static_cast<int>(count));
+    auto* units = reinterpret_cast<char16_t*>(m_text.data()) + begin;
+    for (std::size_t i = 0; i < count; ++i)
+        units[i] = static_cast<char16_t>(0x100 + bytes[i]);
+}
+
 void WireWriter::endReply(const WireBatch& classes, const WireBatch& messages)
 {
     const int place = m_text.size();
@@ -168,6 +178,22 @@ WireText WireReader::text()
         whole.joined += piece().toString();
     whole.units = whole.joined;
     return whole;
+}
+
+QByteArray WireReader::bytes()
+{
+    const std::int64_t size = count();
+    if (m_failed || size > m_text.size() - m_at) {
+        fail();
+        return {};
+    }
+    QByteArray made(static_cast<int>(size), Qt::Uninitialized);
+    const char16_t* units = reinterpret_cast<const char16_t*>(m_text.utf16()) + m_at;
+    char* bytes = made.data();
+    for (std::int64_t i = 0; i < size; ++i)
+        bytes[i] = static_cast<char>(units[i]);
+    m_at += static_cast<int>(size);
+    return made;
 }
 
 WireText WireReader::piece()

@@ -9,6 +9,7 @@
 //              u undefined, n null, t true, f false
 //              d a number as a word        b a 64-bit integer as a word      s a text
 //              a count, values             o count, pairs of text and value
+//              x so many bytes as a count, and a unit for each: 0x100 + the byte, so that none is zero
 //              F count: the document's function of this number
 //              h count: the native object of this number; to a document followed by the count of its class
 //            and to a document only
@@ -53,6 +54,7 @@ public:
     void word(const QString& word);
     void number(double number);
     void text(const QChar* units, std::size_t count);
+    void bytes(const std::uint8_t* bytes, std::size_t count);
     void text(const QString& text) { this->text(text.constData(), static_cast<std::size_t>(text.size())); }
     /// Makes what is written, an answer, a whole reply.
     void endReply(const WireBatch& classes, const WireBatch& messages);
@@ -87,6 +89,7 @@ public:
     std::int64_t count() { return countUntil(QLatin1Char(';')); }
     QStringView word() { return wordUntil(QLatin1Char(';')); }
     WireText text();
+    QByteArray bytes();
 
     bool failed() const { return m_failed; }
     bool atEnd() const { return m_at >= m_text.size(); }

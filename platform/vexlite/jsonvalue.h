@@ -1,4 +1,4 @@
-// Structured values: objects (IJSONValue), arrays (IJSArray) and script functions (IJSFunction).
+// Structured values: objects (IJSONValue), arrays (IJSArray), script functions (IJSFunction) and bytes (IJSBytes).
 #pragma once
 
 #include "vexlite/jsvariant.h"
@@ -14,6 +14,8 @@ inline constexpr KIID IID_IJSArray { 0x0B5B1F9E, 0x3C53, 0x4B0D,
     { 0x9A, 0x34, 0x1D, 0x7D, 0x2C, 0x60, 0x5B, 0x11 } };
 inline constexpr KIID IID_IJSFunction { 0x5E0F6A34, 0x7A7E, 0x4E6B,
     { 0x8C, 0x55, 0x36, 0x91, 0x2E, 0xB8, 0x4C, 0x72 } };
+inline constexpr KIID IID_IJSBytes { 0xB2C6F1A4, 0x3D0E, 0x4B57,
+    { 0x9E, 0x21, 0x6A, 0xD8, 0x4F, 0x03, 0xC9, 0x75 } };
 
 class IJSArray;
 
@@ -82,4 +84,14 @@ public:
     /// Calls the function and waits for its answer. `result` may be null. What the function throws is
     /// reported by the JS core as the page's uncaught error, and the call returns KR_REJECTED.
     virtual KResult Call(const JSApiArguments& arguments, KJSVariant* result) = 0;
+};
+
+/// Bytes, in an MV_UNKNOWN. What script passes as an ArrayBuffer, a typed array or a DataView is a copy of the bytes that
+/// it shows, made when the call began: what script does with its own later changes nothing here. What script gets is a
+/// Uint8Array of its own with a copy. The bytes never change and live as long as there is a reference. [any thread]
+class IJSBytes : public IUnknown {
+public:
+    /// The first of them; may be null when there are none.
+    virtual const std::uint8_t* Data() const = 0;
+    virtual std::size_t Size() const = 0;
 };

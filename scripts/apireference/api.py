@@ -24,7 +24,7 @@ _PARAMETER = {"name": str, "type": dict, "optional": bool, "rest": bool, "doc": 
 _FAILURE = {"code": int, "text": str, "rejects": bool}
 _EVENT = {"name": str, "doc": str, "payload": dict}
 _FIELD = {"name": str, "type": dict, "optional": bool, "doc": str}
-_TYPES = {"string": {}, "number": {}, "integer": {}, "int64": {}, "boolean": {}, "any": {}, "void": {},
+_TYPES = {"string": {}, "number": {}, "integer": {}, "int64": {}, "boolean": {}, "bytes": {}, "any": {}, "void": {},
           "array": {"items": dict}, "map": {"values": dict}, "union": {"types": list}, "object": {"name": str, "fields": list},
           "function": {"parameters": list}, "handle": {"name": str}}
 _IDENTIFIER = re.compile(r"[A-Za-z_$][A-Za-z0-9_$]*")

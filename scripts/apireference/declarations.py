@@ -7,9 +7,11 @@ from . import api
 
 WIDTH = 120
 # Names of the namespace that are no object's.
-HELPERS = ("Answer", "Failure", "Failures", "FailureOf", "Int64")
+HELPERS = ("Answer", "Bytes", "Failure", "Failures", "FailureOf", "Int64")
 # Global types that the declarations use: one of the same name within would take its place.
-GLOBALS = ("Error", "Promise", "Record", "NovaExtension")
+GLOBALS = ("ArrayBuffer", "ArrayBufferView", "Error", "Promise", "Record", "Uint8Array", "NovaExtension")
+# The object that a page can pass for its bytes.
+BYTES_HOLDER = "ByteBufferManager.ByteBuffer"
 # Words that name no parameter.
 RESERVED = frozenset("""arguments await break case catch class const continue debugger default delete do else enum eval
 export extends false finally for function if implements import in instanceof interface let new null package private
@@ -35,6 +37,9 @@ declare namespace NovaExtension {
      * script gets a BigInt; no time and no size is as large, so that the type does not make pages look for it.
      */
     type Int64 = number;
+
+    /** What a member takes for bytes. It sees them as they are when it is called, and never changes them. */
+    type Bytes = ArrayBuffer | ArrayBufferView%s;
 
     /**
      * What a call that failed throws, or its promise rejects with.
@@ -74,7 +79,8 @@ def make(objects):
     taken = [one["name"] for one in objects if one["name"] in HELPERS + GLOBALS]
     if taken:
         raise api.ApiError(f"{taken[0]}: the declarations use this name themselves")
-    lines = (HEAD % ("\n".join(line for root in roots for line in root), "\n".join(failures))).splitlines()
+    holders = [f" | {api.ROOT}.{one['name']}" for one in objects if one["name"] == BYTES_HOLDER]
+    lines = (HEAD % ("\n".join(line for root in roots for line in root), "".join(holders), "\n".join(failures))).splitlines()
     lines.append("}")
     for one in objects:
         lines += ["", *_Object(one, objects).lines()]
@@ -222,6 +228,8 @@ class _Object:
                 return "number | bigint" if given else "Int64"
             case "boolean":
                 return "boolean"
+            case "bytes":
+                return "Bytes" if given else "Uint8Array"
             case "any":
                 return "unknown" if given else "any"
             case "void":

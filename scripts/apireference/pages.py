@@ -165,6 +165,8 @@ def _index(objects):
               "| `string`, `boolean` | as in script |", "| `number` | any number |",
               "| `integer` | a whole number of 32 bits |",
               "| `int64` | a whole number of 64 bits: a BigInt beyond 2^53 |",
+              "| `bytes` | an `ArrayBuffer`, a typed array, a `DataView` or a `ByteBuffer`, of which a copy is passed; as an answer a "
+              "`Uint8Array` |",
               "| `any` | any value that may be passed |", "| `undefined` | no value |",
               "| `T[]` | an array |", "| `map of T` | an object with any keys |",
               "| `function(name: T)` | a function, with what it is called with |",

@@ -34,7 +34,7 @@ await check([
         return await heard(2, "user:nickName=D");
     }, ["returned", "user", "user", "E"]],
     wrong("logout,fly@5ms", "fly@5ms: a step is login[:USER], logout, user:KEY=TEXT, member:TIER=on|off, cloud:kill, "
-        + "plugin:add|cancel|remove=NAME or skin:NAME, with @100ms behind it or without"),
+        + "plugin:add|cancel|remove=NAME, skin:NAME or config:KEY=JSON, with @100ms behind it or without"),
     wrong("cloud:rain", "cloud:rain: the cloud process can only be killed"),
     wrong("plugin:fly=sample", "plugin:fly=sample: a plugin can be added, removed, or cancelled while it is loaded"),
     wrong("plugin:add=none", 'plugin:add=none: there is no plugin "none"'),

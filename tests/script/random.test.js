@@ -21,7 +21,7 @@ for (let i = 0; i < 1500; ++i)
 const [, script, data] = process.argv;
 const leaves = [undefined, null, true, false, 0, -0, -1, 1, 37, 100, 2 ** 31, 2 ** 53, 1e308, NaN, Infinity, 10n, 2n ** 63n,
     2n ** 64n, "", "a", "%HOME%", "../../x", data, `${data}/a`, "\ud800", "x".repeat(70000), Symbol("s"), () => 1, new Date(0),
-    new Map(), /x/, new Uint8Array(9), new Proxy({}, {}), new Proxy(() => 1, {}), cycle, deep, new Array(2 ** 32 - 1),
+    new Map(), /x/, new Uint8Array(9), new DataView(new ArrayBuffer(9), 3, 2), new BigInt64Array(1 << 16), new Proxy({}, {}), new Proxy(() => 1, {}), cycle, deep, new Array(2 ** 32 - 1),
     Promise.resolve(1), NovaExtension, NovaExtension.Log, { get key() { throw new Error("getter"); } },
     { toString() { throw new Error("toString"); }, valueOf: null }, Object.create(null), new Error("e"), globalThis,
     { __proto__: { key: "inherited" } }, [, 1], new String("boxed"), function* () {}, { async then() {} }];
@@ -50,6 +50,7 @@ const PLAUSIBLE = {
     integer: () => random(200),
     int64: () => pick([0, 1, 2 ** 40, 2n ** 62n]),
     boolean: () => random(2) === 1,
+    bytes: () => pick([new Uint8Array(random(99)), new ArrayBuffer(3), new DataView(new ArrayBuffer(5), 2), new Float64Array([0.5])]),
     any: () => pick([1, "a", true, null, { a: [1, "x"] }, []]),
     void: () => undefined,
     array: ({ items }, share) => times(3, () => value(items, share)),

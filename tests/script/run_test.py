@@ -148,6 +148,23 @@ def check_desk(result):
         sys.exit(f"{said['csrf']}: another token")
 
 
+def prepare_remote_config(data):
+    """The configurations of remoteconfig.test.js: config.json, and those that take its place."""
+    config = {"version": "1", "data": {"a": 1, "b.c": [None, "x", {"y": 1.5}],
+                                       "object": {"title": "", "title_nb": "", "title_nb_NO": "", "text_nb": "", "name_en": ""}},
+              "groups": {"team": {"rules": [{"when": {"plan": "team"}, "value": "on"}], "value": "off"},
+                         "versions": {"rules": [{"minVersion": "12.10", "value": 99}, {"minVersion": "12.5", "value": 12}]},
+                         "share.0": {"rules": [{"percent": 0, "value": True}]},
+                         "share.100": {"rules": [{"percent": 100, "value": True}]},
+                         "everyone": {"rules": [{"when": {"language": ["nn", "nb"]}, "value": {"to": "nb"}}]}},
+              "switches": {"fixed": {"on": True}, "free": {"on": False, "users": True}},
+              "sections": {"editor": {"seconds": 60}}}
+    following = {**config, "version": "2", "groups": {}, "switches": {"free": {"on": False}}}
+    for name, text in {"config": json.dumps(config), "next": json.dumps(following), "broken": '{"version": 3}'}.items():
+        pathlib.Path(f"{data}/{name}.json").write_text(text, encoding="utf-8")
+    replace_opener(data, 'cp "$1" "$HOME/new.json" && mv "$HOME/new.json" "$HOME/config.json" && touch "$1.published"')
+
+
 def main():
     novahost, scripts, name, *options = sys.argv[1:]
     arguments = []
@@ -169,6 +186,8 @@ def main():
                 held.enter_context(locked)
         if name == "plugins":
             prepare_plugins(data)
+        if name == "remoteconfig":
+            prepare_remote_config(data)
         script = f"{scripts}/{name}.js"
         if name == "desk":
             prepare_desk(data)

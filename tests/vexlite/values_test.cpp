@@ -40,7 +40,6 @@ TEST(Values, GoThereAndBack)
         { "float", 0.5f, MV_DOUBLE, 0.5 },
         { "NUL and half a surrogate pair", QString(odd, 4), MV_STRING, {} },
         { "empty text", QStringLiteral(""), MV_STRING, {} },
-        { "bytes", QByteArray("\xc3\xa4"), MV_STRING, QString(QChar(0xe4)) },
         { "address", QUrl(QStringLiteral("x:y")), MV_STRING, QStringLiteral("x:y") },
         { "no script form", QRect(1, 2, 3, 4), MV_EMPTY, QVariant() },
         { "texts", QStringList { QStringLiteral("x") }, MV_ARRAY, QVariantList { QStringLiteral("x") } },
@@ -95,6 +94,8 @@ TEST(Values, WhatHasNoQtFormIsRefusedAsAWhole)
     object->SetInt32(QStringLiteral("a"), 1);
     object->SetValue(
         QStringLiteral("f"), support::function({ 1, 1 }, 1, [](const JSApiArguments&) { return KR_OK; }));
+    refused();
+    object->SetValue(QStringLiteral("bytes"), support::value(QByteArray("x")));
     refused();
     for (const char* key : { "a", "b" }) // it contains itself
         object->SetValue(QLatin1String(key), KJSVariant::fromUnknown(Ref(object).release()));

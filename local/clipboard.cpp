@@ -2,6 +2,7 @@
 
 #include "local/filedescriptor.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QImageReader>
 #include <algorithm>
@@ -24,6 +25,20 @@ bool isFitting(QImageReader& reader)
         && qint64 { size.width() } * size.height() <= MaxPixels;
 }
 
+/// `name` says in a refusal what it was read from.
+Answer<QImage> readImage(QIODevice& source, const QString& name)
+{
+    if (source.size() > MaxImageFile)
+        return NotAnImage / name;
+    QImageReader reader(&source);
+    reader.setDecideFormatFromContent(true);
+    reader.setAutoTransform(true);
+    QImage image;
+    if (!isFitting(reader) || !reader.read(&image))
+        return NotAnImage / name;
+    return image;
+}
+
 } // namespace
 
 Answer<QImage> readImage(const QString& path)
@@ -32,15 +47,15 @@ Answer<QImage> readImage(const QString& path)
     QFile file;
     if (!descriptor || !file.open(descriptor.number(), QFile::ReadOnly))
         return NoImageFile;
-    if (file.size() > MaxImageFile)
-        return NotAnImage / path;
-    QImageReader reader(&file);
-    reader.setDecideFormatFromContent(true);
-    reader.setAutoTransform(true);
-    QImage image;
-    if (!isFitting(reader) || !reader.read(&image))
-        return NotAnImage / path;
-    return image;
+    return readImage(file, path);
+}
+
+Answer<QImage> readImage(const Bytes& bytes)
+{
+    QBuffer buffer;
+    buffer.setData(bytes.data);
+    buffer.open(QIODevice::ReadOnly);
+    return readImage(buffer, heapString("bytes"));
 }
 
 } // namespace jsapi

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "framework/answer.h"
+#include "framework/bytes.h"
 
 #include <QImage>
 
@@ -10,8 +11,9 @@ namespace jsapi {
 inline constexpr Failure NoImageFile { ErrorCode::OperationFailed, "Path is illegal." };
 inline constexpr Failure NotAnImage { ErrorCode::OperationFailed, "%1 is not an image" };
 
-/// Reads a picture from a file as a user sees it: a photograph upright. Refuses with NoImageFile what is no regular file, or
+/// Reads a picture as a user sees it: a photograph upright. Refuses with NoImageFile what is no regular file, or
 /// one that can not be read, with NotAnImage what is none of the formats that the clipboard takes, or too large. [GUI thread]
 Answer<QImage> readImage(const QString& path);
+Answer<QImage> readImage(const Bytes& bytes);
 
 } // namespace jsapi

@@ -39,11 +39,15 @@ template <> struct Argument<KJsApiUtils::ClipboardText> : ArgumentValue<KJsApiUt
 
 struct KJsApiUtils::ImageOptions {
     QString path;
+    std::optional<Bytes> bytes;
     static constexpr auto fields()
     {
-        return strictly(std::tuple(required("path", &ImageOptions::path,
-            "a file of the format PNG, JPEG, GIF, BMP or WebP, with at most 16,384 pixels a side and 64 "
-            "million in all")));
+        using Self = ImageOptions;
+        return strictly(std::tuple(
+            optional("path", &Self::path,
+                "a file of the format PNG, JPEG, GIF, BMP or WebP, with at most 16,384 pixels a side and 64 "
+                "million in all"),
+            optional("bytes", &Self::bytes, "what would be in such a file, in place of `path`")));
     }
 };
 
@@ -95,7 +99,7 @@ const MemberList& KJsApiUtils::members()
             member<&Self::setImageToClipboard>(u"setImageToClipboard", Category::Usual, Type::JsValue,
                 { Type::JsValue },
                 "Puts a picture on the clipboard, upright if the file says how it was taken.",
-                { &EmptyHandle, &NoImageFile, &NotAnImage }),
+                { &EmptyHandle, &MissingParameters, &NoImageFile, &NotAnImage }),
             member<&Self::getPrimaryScreenGeometry>(u"getPrimaryScreenGeometry", Category::Usual,
                 Type::JsValue, "Returns the primary screen. Lengths are in CSS pixels, cut to whole ones.",
                 { &EmptyHandle }),
@@ -186,7 +190,11 @@ Answer<void> KJsApiUtils::setImageToClipboard(const ImageOptions& options)
     QClipboard* clipboard = findClipboard();
     if (!clipboard)
         return EmptyHandle;
-    Answer<QImage> image = readImage(options.path);
+    if (options.path.isEmpty() && !options.bytes)
+        return MissingParameters;
+    if (!options.path.isEmpty() && options.bytes)
+        return WrongParameters;
+    Answer<QImage> image = options.bytes ? readImage(*options.bytes) : readImage(options.path);
     if (image.isRefused())
         return image.refusal();
     clipboard->setImage(image.value());

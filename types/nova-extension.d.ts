@@ -275,7 +275,7 @@ declare namespace NovaExtension {
         "SettingsManager.settings": Failure<1, "Format is illegal."> | Failure<1, "missing required parameters."> | Failure<1, "Path is illegal."> | Failure<3, "empty handle.">;
         "Utils.setTextToClipboard": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "empty handle.">;
         "Utils.getClipboardText": Failure<3, "Permission denied."> | Failure<3, "empty handle.">;
-        "Utils.setImageToClipboard": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "empty handle."> | Failure<3, "Path is illegal."> | Failure<3, `${string} is not an image`>;
+        "Utils.setImageToClipboard": Failure<1, "wrong parameters."> | Failure<3, "empty handle."> | Failure<1, "missing required parameters."> | Failure<3, "Path is illegal."> | Failure<3, `${string} is not an image`>;
         "Utils.getPrimaryScreenGeometry": Failure<3, "empty handle.">;
         "Utils.getAllScreenGeometry": Failure<3, "empty handle.">;
         "Utils.getCurrentScreenGeometry": Failure<3, "empty handle.">;
@@ -2552,13 +2552,13 @@ declare namespace NovaExtension {
         /**
          * Puts a picture on the clipboard, upright if the file says how it was taken.
          *
-         * @throws 1 "missing required parameters."
          * @throws 1 "wrong parameters."
          * @throws 3 "empty handle."
+         * @throws 1 "missing required parameters."
          * @throws 3 "Path is illegal."
          * @throws 3 "%1 is not an image"
          */
-        setImageToClipboard(options: NovaExtension.Utils.ImageOptions): Answer<undefined>;
+        setImageToClipboard(options?: NovaExtension.Utils.ImageOptions): Answer<undefined>;
         /**
          * Returns the primary screen. Lengths are in CSS pixels, cut to whole ones.
          *
@@ -2660,7 +2660,9 @@ declare namespace NovaExtension.Utils {
         /**
          * a file of the format PNG, JPEG, GIF, BMP or WebP, with at most 16,384 pixels a side and 64 million in all
          */
-        path: string;
+        path?: string | undefined;
+        /** what would be in such a file, in place of `path` */
+        bytes?: Bytes | undefined;
     }
     interface ParamOptions {
         /** one of the values */

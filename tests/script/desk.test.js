@@ -2,6 +2,8 @@ const { Account, Event, FileSystem, Tools, Utils, WebviewMgr } = NovaExtension;
 const home = process.argv[2];
 const missing = refusal(1, "missing required parameters.");
 const wrong = refusal(1, "wrong parameters.");
+/** A bitmap of one black pixel. */
+const bitmap = new Uint16Array([0x4d42, 58, 0, 0, 0, 54, 0, 40, 0, 1, 0, 1, 0, 1, 24, ...Array(14).fill(0)]);
 const denied = refusal(3, "Permission denied.");
 const inBrowser = "document" in globalThis;
 /** @type {(action: () => { data: any }) => () => any} */
@@ -24,6 +26,9 @@ await check([
     ["it is as it was", data(() => Utils.getClipboardText()), "a\u00fc\0\u{1f600}\n"],
     ["an empty text", () => [Utils.setTextToClipboard("").success, Utils.getClipboardText().data], [true, ""]],
     ["a picture", data(() => Utils.setImageToClipboard({ path: `${home}/upright.png` })), undefined],
+    ["a picture in bytes", data(() => Utils.setImageToClipboard({ bytes: bitmap })), undefined],
+    ["bytes that are no picture", () => Utils.setImageToClipboard({ bytes: new Uint8Array(9) }), refusal(3, "bytes is not an image")],
+    ["bytes and a file", () => Utils.setImageToClipboard({ path: `${home}/upright.png`, bytes: new Uint8Array(9) }), wrong],
     ["no picture", () => call(Utils, "setImageToClipboard"), missing],
     ...["none.png", "pipe", "."].map((name) =>
         [`a picture that is no file: ${name}`, () => Utils.setImageToClipboard({ path: `${home}/${name}` }), refusal(3, "Path is illegal.")]),

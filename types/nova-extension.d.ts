@@ -3297,8 +3297,8 @@ declare namespace NovaExtension {
          */
         changeSyncPath(options: NovaExtension.SyncFolder.MoveOptions): Promise<NovaExtension.SyncFolder.SyncFolderInfo>;
         /**
-         * Resolves with whether a local folder can become a sync folder. Reasons against it: `closed` to pages, or it
-         * holds what is, `root`, `home` (or it holds that), `missing`, `link`, `notFolder`, `notWritable`,
+         * Resolves with whether a local folder can become a sync folder. Reasons against it: `closed` (to pages; or it
+         * holds what is, or the home folder), `root`, `home`, `missing`, `link`, `notFolder`, `notWritable`,
          * `closedToUploads`, `withinSyncFolder`, `containsSyncFolder`.
          *
          * @throws 3 "Cloud service error."

@@ -3153,7 +3153,7 @@ declare namespace NovaExtension {
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
          */
-        getFolderSize(options: NovaExtension.SyncFolder.SizeOptions): Promise<NovaExtension.SyncFolder.FolderSize>;
+        getFolderSize(options?: NovaExtension.SyncFolder.SizeOptions): Promise<NovaExtension.SyncFolder.FolderSize>;
         /**
          * Resolves with the ways in which folders can be synced.
          *
@@ -3266,7 +3266,7 @@ declare namespace NovaExtension {
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
          */
-        syncFolder(options: NovaExtension.SyncFolder.SyncOptions): Promise<NovaExtension.SyncFolder.SyncSummary>;
+        syncFolder(options?: NovaExtension.SyncFolder.SyncOptions): Promise<NovaExtension.SyncFolder.SyncSummary>;
         /**
          * Makes a folder of the cloud a local one, too, as a sync folder. Resolves when it has been synced.
          *
@@ -3349,7 +3349,7 @@ declare namespace NovaExtension {
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
          */
-        scanFolder(options: NovaExtension.SyncFolder.ScanOptions): Promise<NovaExtension.SyncFolder.FolderScan>;
+        scanFolder(options?: NovaExtension.SyncFolder.ScanOptions): Promise<NovaExtension.SyncFolder.FolderScan>;
         /**
          * Resolves with the user's sync folders and how many there are.
          *
@@ -3577,7 +3577,7 @@ declare namespace NovaExtension.SyncFolder {
     }
     interface ScanOptions {
         /** a sync folder; or else */
-        id: string;
+        id?: string | undefined;
         /** a local folder that may become one */
         localPath?: string | undefined;
         /** then the folder of the cloud, which may be missing */
@@ -3585,7 +3585,7 @@ declare namespace NovaExtension.SyncFolder {
     }
     interface SizeOptions {
         /** a folder of this machine, or else */
-        localPath: string;
+        localPath?: string | undefined;
         /** one of the cloud: its path or id; `/` is the root folder */
         cloudPath?: string | undefined;
     }
@@ -3607,7 +3607,7 @@ declare namespace NovaExtension.SyncFolder {
          * one is in its place); for the last two call `changeSyncPath`
          */
         state: string;
-        /** when its last sync ended, ms since 1970; 0 for never */
+        /** when the last sync ended that was requested or had something to do, ms since 1970; 0 for never */
         lastSyncTime: number;
         /** a word for why that failed; empty when it succeeded */
         lastError: string;
@@ -3646,7 +3646,7 @@ declare namespace NovaExtension.SyncFolder {
     }
     interface SyncOptions {
         /** a sync folder, which is synced now; or else */
-        id: string;
+        id?: string | undefined;
         /** an existing local folder, which becomes one */
         localPath?: string | undefined;
         /**

@@ -113,7 +113,7 @@ SyncFolder SyncFolders::add(const Member& member, const QString& localPath, cons
     }
     Store::Transaction transaction(m_store);
     const Item item = m_store.findFolder(member, cloudFolder, missing);
-    const SyncFolder made { makeId(SyncFolder::IdKind), member.userId, localPath, item.id, kind, 0, {} };
+    SyncFolder made { makeId(SyncFolder::IdKind), member.userId, localPath, item.id, kind, 0, {} };
     m_records.add(made);
     transaction.commit();
     emitNotice(made, "added");

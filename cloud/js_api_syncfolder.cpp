@@ -52,7 +52,8 @@ std::optional<Arguments> makeLocalArguments(const SignedInUser& user, const QStr
 /// Whether syncing the folder would write to what is closed to pages: it is in there.
 bool holdsClosedPlace(const QString& path)
 {
-    const FileDescriptor folder(open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    const FileDescriptor folder(
+        open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     return folder && holdsGuardedPlace(folder);
 }
 
@@ -128,7 +129,7 @@ struct KJsApiSyncFolder::SizeOptions {
     static constexpr auto fields()
     {
         return strictly(
-            std::tuple(expected("localPath", &SizeOptions::localPath, "a folder of this machine, or else"),
+            std::tuple(optional("localPath", &SizeOptions::localPath, "a folder of this machine, or else"),
                 optional("cloudPath", &SizeOptions::cloudPath,
                     "one of the cloud: its path or id; `/` is the root folder")));
     }
@@ -172,7 +173,7 @@ struct KJsApiSyncFolder::SyncOptions {
     static constexpr auto fields()
     {
         using Self = SyncOptions;
-        return strictly(std::tuple(expected("id", &Self::id, "a sync folder, which is synced now; or else"),
+        return strictly(std::tuple(optional("id", &Self::id, "a sync folder, which is synced now; or else"),
             optional("localPath", &Self::localPath, "an existing local folder, which becomes one"),
             optional("cloudPath", &Self::cloudPath,
                 "then the folder of the cloud: its path or id. It is made where it is missing; what is in it comes to the "
@@ -219,7 +220,7 @@ struct KJsApiSyncFolder::ScanOptions {
     static constexpr auto fields()
     {
         using Self = ScanOptions;
-        return strictly(std::tuple(expected("id", &Self::id, "a sync folder; or else"),
+        return strictly(std::tuple(optional("id", &Self::id, "a sync folder; or else"),
             optional("localPath", &Self::localPath, "a local folder that may become one"),
             optional("cloudPath", &Self::cloudPath, "then the folder of the cloud, which may be missing")));
     }
@@ -297,8 +298,8 @@ const MemberList& KJsApiSyncFolder::members()
                 local),
             member<&Self::checkSyncFolderPathValid>(u"checkSyncFolderPathValid", Category::Usual,
                 Type::JsValue, { Type::JsValue },
-                "Resolves with whether a local folder can become a sync folder. Reasons against it: `closed` to pages, or it holds what is, "
-                "`root`, `home` (or it holds that), `missing`, `link`, `notFolder`, `notWritable`, `closedToUploads`, "
+                "Resolves with whether a local folder can become a sync folder. Reasons against it: `closed` "
+                "(to pages; or it holds what is, or the home folder), `root`, `home`, `missing`, `link`, `notFolder`, `notWritable`, `closedToUploads`, "
                 "`withinSyncFolder`, `containsSyncFolder`.",
                 request),
             member<&Self::checkSyncFolderValid>(u"checkSyncFolderValid", Category::Usual, Type::JsValue,
@@ -439,8 +440,7 @@ Answer<Promise<SyncFolderInfo>> KJsApiSyncFolder::setPersonalDesktopSync(
     const Arguments arguments = makeDesktopArguments(user, options.cloudPath);
     if (holdsClosedPlace(arguments.value(heapString("localPath"))))
         return NewPathIsIllegal;
-    return KSyncFolderRequest::send<SyncFolderInfo>(
-        page, "sync.addFolder", arguments);
+    return KSyncFolderRequest::send<SyncFolderInfo>(page, "sync.addFolder", arguments);
 }
 
 Answer<Promise<bool>> KJsApiSyncFolder::cancelPersonalDesktopSync(

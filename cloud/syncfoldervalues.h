@@ -28,8 +28,8 @@ struct SyncFolderInfo {
             property("state", &Self::state,
                 "`idle`, `syncing`, `failed` (see `lastError`), `missing` (there is no local folder) or `otherFolder` "
                 "(another one is in its place); for the last two call `changeSyncPath`"),
-            property(
-                "lastSyncTime", &Self::lastSyncTime, "when its last sync ended, ms since 1970; 0 for never"),
+            property("lastSyncTime", &Self::lastSyncTime,
+                "when the last sync ended that was requested or had something to do, ms since 1970; 0 for never"),
             property("lastError", &Self::lastError, "a word for why that failed; empty when it succeeded"));
     }
 };

@@ -3965,7 +3965,7 @@ declare namespace NovaExtension {
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
          */
-        getFolderSize(options: NovaExtension.SyncFolder.SizeOptions): Promise<NovaExtension.SyncFolder.FolderSize>;
+        getFolderSize(options?: NovaExtension.SyncFolder.SizeOptions): Promise<NovaExtension.SyncFolder.FolderSize>;
         /**
          * Resolves with the ways in which folders can be synced.
          *
@@ -4078,7 +4078,7 @@ declare namespace NovaExtension {
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
          */
-        syncFolder(options: NovaExtension.SyncFolder.SyncOptions): Promise<NovaExtension.SyncFolder.SyncSummary>;
+        syncFolder(options?: NovaExtension.SyncFolder.SyncOptions): Promise<NovaExtension.SyncFolder.SyncSummary>;
         /**
          * Makes a folder of the cloud a local one, too, as a sync folder. Resolves when it has been synced.
          *
@@ -4109,8 +4109,8 @@ declare namespace NovaExtension {
          */
         changeSyncPath(options: NovaExtension.SyncFolder.MoveOptions): Promise<NovaExtension.SyncFolder.SyncFolderInfo>;
         /**
-         * Resolves with whether a local folder can become a sync folder. Reasons against it: `closed` to pages, or it
-         * holds what is, `root`, `home` (or it holds that), `missing`, `link`, `notFolder`, `notWritable`,
+         * Resolves with whether a local folder can become a sync folder. Reasons against it: `closed` (to pages; or it
+         * holds what is, or the home folder), `root`, `home`, `missing`, `link`, `notFolder`, `notWritable`,
          * `closedToUploads`, `withinSyncFolder`, `containsSyncFolder`.
          *
          * @throws 3 "Cloud service error."
@@ -4161,7 +4161,7 @@ declare namespace NovaExtension {
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
          */
-        scanFolder(options: NovaExtension.SyncFolder.ScanOptions): Promise<NovaExtension.SyncFolder.FolderScan>;
+        scanFolder(options?: NovaExtension.SyncFolder.ScanOptions): Promise<NovaExtension.SyncFolder.FolderScan>;
         /**
          * Resolves with the user's sync folders and how many there are.
          *
@@ -4389,7 +4389,7 @@ declare namespace NovaExtension.SyncFolder {
     }
     interface ScanOptions {
         /** a sync folder; or else */
-        id: string;
+        id?: string | undefined;
         /** a local folder that may become one */
         localPath?: string | undefined;
         /** then the folder of the cloud, which may be missing */
@@ -4397,7 +4397,7 @@ declare namespace NovaExtension.SyncFolder {
     }
     interface SizeOptions {
         /** a folder of this machine, or else */
-        localPath: string;
+        localPath?: string | undefined;
         /** one of the cloud: its path or id; `/` is the root folder */
         cloudPath?: string | undefined;
     }
@@ -4419,7 +4419,7 @@ declare namespace NovaExtension.SyncFolder {
          * one is in its place); for the last two call `changeSyncPath`
          */
         state: string;
-        /** when its last sync ended, ms since 1970; 0 for never */
+        /** when the last sync ended that was requested or had something to do, ms since 1970; 0 for never */
         lastSyncTime: number;
         /** a word for why that failed; empty when it succeeded */
         lastError: string;
@@ -4458,7 +4458,7 @@ declare namespace NovaExtension.SyncFolder {
     }
     interface SyncOptions {
         /** a sync folder, which is synced now; or else */
-        id: string;
+        id?: string | undefined;
         /** an existing local folder, which becomes one */
         localPath?: string | undefined;
         /**

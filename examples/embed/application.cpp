@@ -49,8 +49,7 @@ KSyncFolderUi* KSyncFolderUi::getInstance()
     return nullptr;
 }
 
-bool KSyncFolderUi::show(
-    KSyncFolderDialog, const JSContextEnv&, const QVariantMap&, QObject*, const QString&)
+bool KSyncFolderUi::show(KSyncFolderDialog, const JSContextEnv&, const QVariantMap&, QObject*, const QString&)
 {
     return false;
 }

@@ -57,6 +57,14 @@ bool isOwnName(const QByteArray& name)
     return name.startsWith(FolderSync::MarkerName);
 }
 
+/// Whether a sync that was killed has left a file of this name, and not the user.
+bool isLeftover(const QByteArray& name)
+{
+    const QByteArray prefix = QByteArray(FolderSync::MarkerName) + '-';
+    const QByteArray rest = name.mid(prefix.size());
+    return name.startsWith(prefix) && (rest == "new" || QByteArray::number(rest.toLongLong()) == rest);
+}
+
 std::vector<QByteArray> listNames(const Descriptor& folder)
 {
     std::vector<QByteArray> names;
@@ -176,7 +184,7 @@ void FolderSync::open()
         if (!isScan()) {
             // Of a sync that was killed.
             for (const QByteArray& name : listNames(m_root)) {
-                if (name.startsWith(QByteArray(MarkerName) + '-'))
+                if (isLeftover(name))
                     unlinkat(m_root.get(), name.constData(), 0);
             }
             if (!isOurs) {

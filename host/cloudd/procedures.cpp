@@ -331,8 +331,9 @@ void call(void (*handler)(Core&, Caller&, const Argument&, const Answer<Result>&
 }
 
 /// The SDK's requests, whose replies have their state elsewhere.
-void orbitApiCall(Core& core, Session& session, const void* argument, const Service::Reply& reply)
+void orbitApiCall(Core& core, Session& session, const void* argument, Service::Reply given)
 {
+    const Service::Reply reply = std::move(given);
     const orbitapi::OrbitApiResult result =
         callOrbitApi(core, session, *static_cast<const orbitapi::CommonRequestArg*>(argument));
     reply(result.resultState == static_cast<int>(State::Ok), &result);
@@ -351,10 +352,7 @@ constexpr Procedure Procedures[] = {
     { "getDefaultWorkspace", run<getDefaultWorkspace> },
     { "saveToCloudDir", run<saveToCloudDir> },
     { "syncFolder", run<syncFolder> },
-    { "orbitApiCall",
-        [](Core& core, Session& session, const void* argument, Service::Reply reply) {
-            orbitApiCall(core, session, argument, reply);
-        } },
+    { "orbitApiCall", orbitApiCall },
 };
 
 } // namespace

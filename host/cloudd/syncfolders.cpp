@@ -113,7 +113,7 @@ SyncFolder SyncFolders::add(const Member& member, const QString& localPath, cons
     }
     Store::Transaction transaction(m_store);
     const Item item = m_store.findFolder(member, cloudFolder, missing);
-    const SyncFolder made { makeId(SyncFolder::IdKind), member.userId, localPath, item.id, kind, 0, {} };
+    SyncFolder made { makeId(SyncFolder::IdKind), member.userId, localPath, item.id, kind, 0, {} };
     m_records.add(made);
     transaction.commit();
     emitNotice(made, "added");
@@ -177,15 +177,17 @@ void SyncFolders::start(const Member& member, const SyncFolder& folder)
 
 void SyncFolders::end(const Member& member, const SyncFolder& folder, SyncReport report)
 {
+    // Taken out first: whoever is called may request another sync.
+    Run done = m_runs.take(folder.id);
+    const bool hasWork = report.error || report.uploaded || report.downloaded || report.removed;
     try {
-        m_records.recordEnd(folder.id, QString::fromLatin1(report.error));
+        // Not every some seconds.
+        if (hasWork || !done.waiting.empty() || !folder.lastError.isEmpty())
+            m_records.recordEnd(folder.id, QString::fromLatin1(report.error));
     } catch (const Error& error) {
         report.error = error.reason;
         report.state = error.state;
     }
-    // Taken out first: whoever is called may request another sync.
-    Run done = m_runs.take(folder.id);
-    const bool hasWork = report.error || report.uploaded || report.downloaded || report.removed;
     // One that nobody requested, and that found nothing to do, is no news.
     if (hasWork || !done.waiting.empty())
         emitNotice(folder, report.error ? "failed" : "synced", report);

@@ -122,7 +122,7 @@ public:
         if (place->lock() != cloudd::DirectoryLock::Outcome::Locked)
             return;
         service = std::make_unique<cloudd::Service>(
-            cloudd::Settings { m_directory + q("/state"), bytesPerSecond }, error);
+            cloudd::Settings { m_directory + q("/state"), bytesPerSecond, closed }, error);
         QObject::connect(service.get(), &cloudd::Service::notice,
             [this](const QString& user, const QMap<QString, QString>& actions) {
                 if (onNotice)
@@ -226,6 +226,7 @@ public:
                            : "state " + std::to_string(answered.state());
     }
 
+    QStringList closed; ///< to uploads
     std::shared_ptr<cloudd::Session> session;
     std::unique_ptr<cloudd::DirectoryLock> place;
     std::unique_ptr<cloudd::Service> service;

@@ -32,6 +32,19 @@ TEST_F(CloudService, HasADefaultWorkspaceWhateverThereIs)
         EXPECT_EQ(save("", "n", 1).result.cloudPath, "My Documents (2)/n");
 }
 
+TEST_F(CloudService, UpgradesOlderRecords)
+{
+    ASSERT_EQ(uploaded("file", "x"), "1/0");
+    service.reset();
+    for (const char* before :
+        { "DROP TABLE syncEntries", "DROP TABLE syncFolders", "PRAGMA user_version = 1" })
+        execute(state("records.sqlite"), before);
+    restart();
+    EXPECT_EQ(error, QString());
+    EXPECT_TRUE(call("sync.listFolders", "userId=ann").ok);
+    EXPECT_EQ(cloudBytes("file"), "x");
+}
+
 TEST_F(CloudService, DoesNotOverwriteRecordsItCanNotRead)
 {
     const QString records = state("records.sqlite");

@@ -134,7 +134,7 @@ TEST_F(SyncFolders, KeepBothSidesInStepAndLoseNothing)
 TEST_F(SyncFolders, TouchNothingThatIsNotTheirs)
 {
     const std::string secret = source("secret", "mine");
-    change(q("a/f=one a/l=two a/.nova-sync-left=x"));
+    change(q("a/f=one a/l=two a/.nova-sync-7=x a/.nova-sync-mine=x"));
     EXPECT_EQ(sync("a"), "2 0 0 0 0");
     EXPECT_EQ(sync("b"), "0 2 0 0 0");
     const auto link = [&](const std::string& target, const char* name) {
@@ -150,6 +150,13 @@ TEST_F(SyncFolders, TouchNothingThatIsNotTheirs)
     EXPECT_EQ(sync("a"), "0 0 1 0 4");
     EXPECT_EQ(content("b"), "l=two ");
     EXPECT_EQ(bytesOf(q(secret)), "mine");
+
+    EXPECT_TRUE(!QFile::exists(path("a/.nova-sync-7")) && QFile::exists(path("a/.nova-sync-mine")));
+    closed = QStringList { path("a/keys") };
+    restart();
+    change(q("a/keys=secret"));
+    EXPECT_EQ(sync("a"), "0 0 0 0 5");
+    EXPECT_EQ(cloudBytes("Shared/keys"), "state 2");
 
     // The disk that the folder is on is not there.
     EXPECT_TRUE(QDir().rename(path("b"), path("elsewhere")));

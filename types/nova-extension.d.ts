@@ -1051,11 +1051,11 @@ declare namespace NovaExtension.Network {
         /** each but `progress` is the last one */
         state: "progress" | "finished" | "failed" | "canceled";
         /** so much of the file is there, with what was resumed */
-        receivedBytes: Int64;
+        receivedBytes: number;
         /** the size of the whole file, where the server says it */
-        totalBytes?: Int64;
+        totalBytes?: number;
         /** so much was there from an earlier download */
-        resumedBytes: Int64;
+        resumedBytes: number;
         /** the file, absolute; it is there when the download has finished */
         path: string;
         /** the status of the response, where there was one */
@@ -1081,7 +1081,7 @@ declare namespace NovaExtension.Network {
         /** the same */
         headers?: Record<string, string>;
         /** the same */
-        body?: string;
+        body?: string | Uint8Array;
     }
     interface HttpResponse {
         /** of the request */
@@ -1098,8 +1098,8 @@ declare namespace NovaExtension.Network {
         redirected: boolean;
         /** by their names in lower case, several of one name joined with ", "; without Set-Cookie */
         headers: Record<string, string>;
-        /** the content, decompressed; as text it is read as UTF-8 */
-        body: string;
+        /** the content, decompressed, as `responseType` says */
+        body: string | Uint8Array;
     }
     interface RequestOptions {
         /** http or https, without a user's name and password */
@@ -1111,8 +1111,14 @@ declare namespace NovaExtension.Network {
          * Cookie, Origin and Content-Length
          */
         headers?: Readonly<Record<string, string>> | undefined;
-        /** sent as UTF-8, at most 64 MiB; not with GET and HEAD */
-        body?: string | undefined;
+        /** a string, which is sent as UTF-8, or bytes; at most 64 MiB; not with GET and HEAD */
+        body?: string | Bytes | undefined;
+        /**
+         * what the content becomes: a string, read as UTF-8, or bytes
+         *
+         * @default "text"
+         */
+        responseType?: "text" | "bytes" | undefined;
         /**
          * the longest time, from 1 to 600000 ms, in which nothing comes or goes; waiting for its turn is not counted
          *

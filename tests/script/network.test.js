@@ -12,7 +12,7 @@ const wrong = refusal(1, "wrong parameters."), missing = refusal(1, "missing req
 const illegal = (/** @type {string} */ what) => refusal(1, `${what} illegal.`);
 /** @type {(path: string, options?: object) => Promise<NovaExtension.Network.HttpResponse>} */
 const fetched = (path, options) => Network.fetch({ url: path.includes("://") ? path : `${server}/${path}`, ...options });
-const body = (/** @type {string} */ path, options = {}) => async () => /** @type {string} */ ((await fetched(path, options)).body);
+const body = (/** @type {string} */ path, options = {}) => async () => (await fetched(path, options)).body;
 const echo = async (/** @type {string} */ path, options = {}) => JSON.parse(await body(path, options)());
 /** The requests that the server has seen whose host and path have a text in them. */
 const seen = async (/** @type {string} */ about) => JSON.parse(await body(`log?about=${encodeURIComponent(about)}`)())
@@ -79,8 +79,8 @@ await check([
     ["1 MiB and a type", async () => { const one = await echo("echo", { method: "POST", body: "x".repeat(1 << 20), headers: { "content-type": "a/b" } });
         return [one.body.length, one.headers["content-type"]]; }, [1 << 20, "a/b"]],
     ["bytes there and back", async () => { const given = Uint8Array.from({ length: 256 }, (_, i) => i);
-        const { body } = await fetched("raw", { method: "PUT", body: given, responseType: "bytes" });
-        return [body instanceof Uint8Array, show(Array.from(/** @type {any} */ (body))) === show(Array.from(given))]; }, [true, true]],
+        const { body, bytes } = await fetched("raw", { method: "PUT", body: given, responseType: "bytes" });
+        return [body, bytes instanceof Uint8Array, show(Array.from(bytes ?? [])) === show(Array.from(given))]; }, ["", true, true]],
     ["bytes have no type", async () => (await echo("echo", { method: "POST", body: new Uint8Array(1) })).headers["content-type"], undefined],
     ["a body that is neither", () => fetched("echo", { method: "POST", body: 5 }), wrong],
     ["another type of content", () => fetched("echo", { responseType: "json" }), wrong],
@@ -217,7 +217,9 @@ await check([
     }, ["File exists.", hello]],
     ["progress, and a cancel in its function", () => new Promise((resolve) => {
         /** @type {any[]} */
-        const states = [], cancels = [];
+        const states = [];
+        /** @type {boolean[]} */
+        const cancels = [];
         Network.download({ url: `${server}/held?key=never`, path: at("canceled"), requestId: "mine" }, ({ state, receivedBytes, totalBytes, error }) => {
             states.push([state, receivedBytes, totalBytes, error]);
             if (state === "progress")

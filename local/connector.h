@@ -46,7 +46,7 @@ private:
     int m_connecting = 0;
     QTimer m_next;
 
-private Q_SLOTS:
+public Q_SLOTS:
     // By name: a function would be held in the threads that look hosts up, whatever becomes of the library.
     void onLookedUp(const QHostInfo& info);
 };

@@ -23,7 +23,7 @@ QDateTime readHttpDate(const QByteArray& text)
 /// other change within its second.
 QByteArray findValidator(const HttpHead& head)
 {
-    const QByteArray tag = head.value("etag");
+    QByteArray tag = head.value("etag");
     if (tag.startsWith('"'))
         return tag;
     const QByteArray modified = head.value("last-modified");
@@ -49,6 +49,12 @@ KDownload::KDownload(DownloadOptions options, Callback<DownloadReport>&& callbac
     m_progress.setSingleShot(true);
     m_progress.setInterval(ProgressMs);
     connect(&m_progress, &QTimer::timeout, this, &KDownload::reportProgress);
+}
+
+KDownload::~KDownload()
+{
+    if (m_part && m_isResumable)
+        m_part->keep(m_origin);
 }
 
 KHttpTransfer::Outcome KDownload::prepare()
@@ -81,7 +87,7 @@ bool KDownload::continuesPart(const HttpHead& head)
     if (!isSame || !range.startsWith("bytes ") || !isFirst || !isLast || !isTotal || first != m_part->size()
         || last != total - 1 || last < first || (head.length && *head.length != total - first))
         return false;
-    m_report.totalBytes = total;
+    m_total = total;
     return true;
 }
 
@@ -97,20 +103,22 @@ KHttpTransfer::Outcome KDownload::begin(const HttpHead& head)
     }
     m_report.httpStatus = head.status;
     if (head.status == PartialStatus && isRest) {
-        m_report.resumedBytes = m_part->size();
+        m_report.resumedBytes = static_cast<double>(m_part->size());
         m_origin.validator = m_part->validator();
     } else if (head.status == OkStatus) {
         if (!m_part->clear())
             return NetworkError::FileNotWritten;
-        m_report.totalBytes = head.length;
+        m_total = head.length;
         m_origin.validator = findValidator(head);
     } else {
         return NetworkError::StatusIsNoSuccess;
     }
-    if (m_maxBytes && m_report.totalBytes > *m_maxBytes)
+    if (m_total)
+        m_report.totalBytes = static_cast<double>(*m_total);
+    if (m_maxBytes && m_total > *m_maxBytes)
         return NetworkError::ResponseIsTooLarge;
     m_hasBegun = true;
-    m_report.receivedBytes = m_part->size();
+    m_report.receivedBytes = static_cast<double>(m_part->size());
     return std::nullopt;
 }
 
@@ -124,7 +132,7 @@ KHttpTransfer::Outcome KDownload::take(const QByteArray& content)
         m_origin.validator.clear(); // of no use any more
         return error;
     }
-    m_report.receivedBytes = m_part->size();
+    m_report.receivedBytes = static_cast<double>(m_part->size());
     if (!m_progress.isActive())
         m_progress.start();
     return std::nullopt;
@@ -135,7 +143,7 @@ KHttpTransfer::Outcome KDownload::settle(Outcome outcome)
     m_progress.stop();
     if (!m_part)
         return outcome;
-    if (!outcome && m_report.totalBytes && *m_report.totalBytes != m_part->size())
+    if (!outcome && m_total && *m_total != m_part->size())
         outcome = NetworkError::ResponseIsBroken;
     if (!outcome)
         outcome = m_part->take(m_overwrite);

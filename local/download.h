@@ -54,6 +54,8 @@ public:
         std::optional<qint64> maxBytes;
     };
     KDownload(DownloadOptions options, Callback<DownloadReport>&& callback);
+    /// Of one that is under way, when the suite ends, the part is kept as well.
+    ~KDownload() override;
 
 private:
     Outcome prepare() override;
@@ -73,6 +75,7 @@ private:
     Callback<DownloadReport> m_callback;
     std::optional<PartFile> m_part;
     PartFile::Origin m_origin;
+    std::optional<qint64> m_total; ///< the size of the whole file
     bool m_asksForRest = false;
     bool m_hasBegun = false; ///< what comes belongs to the file
     DownloadReport m_report;

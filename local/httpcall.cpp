@@ -61,7 +61,7 @@ void KHttpCall::report(Outcome outcome)
     HttpResponse response = std::move(m_response);
     QByteArray content = std::move(m_content);
     if (m_type == ResponseType::Bytes) {
-        response.body = Bytes { std::move(content) };
+        response.bytes = Bytes { std::move(content) };
     } else {
         if (content.startsWith("\xef\xbb\xbf"))
             content.remove(0, 3);

@@ -15,8 +15,6 @@ inline constexpr std::array<Choice<ResponseType>, 2> ChoicesOf<ResponseType> {
     { { ResponseType::Text, "text" }, { ResponseType::Bytes, "bytes" } }
 };
 
-using HttpContent = std::variant<QString, Bytes>;
-
 struct HttpResponse {
     QString requestId;
     bool ok = false;
@@ -25,7 +23,8 @@ struct HttpResponse {
     QString url;
     bool redirected = false;
     QMap<QString, QString> headers;
-    HttpContent body;
+    QString body;
+    std::optional<Bytes> bytes;
     static constexpr auto fields()
     {
         using Self = HttpResponse;
@@ -37,7 +36,9 @@ struct HttpResponse {
             property("redirected", &Self::redirected, "whether there were redirects"),
             property("headers", &Self::headers,
                 "by their names in lower case, several of one name joined with \", \"; without Set-Cookie"),
-            property("body", &Self::body, "the content, decompressed, as `responseType` says"));
+            property("body", &Self::body,
+                "the content, decompressed and read as UTF-8; empty where it is in `bytes`"),
+            property("bytes", &Self::bytes, "the content, decompressed, with the `responseType` `bytes`"));
     }
 };
 

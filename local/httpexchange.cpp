@@ -7,8 +7,8 @@ namespace jsapi {
 namespace {
 
 constexpr qint64 ReadAheadBytes = 1 << 20;
-constexpr qint64 WriteAheadBytes = 1 << 18;
-constexpr int WrittenAtOnce = 1 << 16;
+constexpr qint64 WriteAheadBytes = 1 << 20;
+constexpr int WrittenAtOnce = 1 << 18;
 
 /// The host as it is written in a certificate.
 QString serverName(const QUrl& url)

@@ -81,7 +81,8 @@ struct HttpReport {
     std::optional<QString> url;
     std::optional<bool> redirected;
     std::optional<QMap<QString, QString>> headers;
-    std::optional<HttpContent> body;
+    std::optional<QString> body;
+    std::optional<Bytes> bytes;
     static constexpr auto fields()
     {
         using Self = HttpReport;
@@ -93,7 +94,8 @@ struct HttpReport {
             property("statusText", &Self::statusText, "such as \"OK\""),
             property("url", &Self::url, "as in the response of `fetch`"),
             property("redirected", &Self::redirected, "the same"),
-            property("headers", &Self::headers, "the same"), property("body", &Self::body, "the same"));
+            property("headers", &Self::headers, "the same"), property("body", &Self::body, "the same"),
+            property("bytes", &Self::bytes, "the same"));
     }
 };
 
@@ -144,8 +146,8 @@ struct KJsApiNetwork::RequestOptions {
                 "Cookie, Origin and Content-Length"),
             optional("body", &Self::body,
                 "a string, which is sent as UTF-8, or bytes; at most 64 MiB; not with GET and HEAD"),
-            optional("responseType", &Self::responseType,
-                "what the content becomes: a string, read as UTF-8, or bytes"),
+            optional(
+                "responseType", &Self::responseType, "whether the content is wanted in `body` or in `bytes`"),
             optional("timeoutMs", &Self::timeoutMs,
                 "the longest time, from 1 to 600000 ms, in which nothing comes or goes; waiting for its turn is not counted"),
             optional("maxBytes", &Self::maxBytes,
@@ -305,6 +307,7 @@ HttpReport makeReport(const QString& id, const HttpResult& result)
     report.redirected = response.redirected;
     report.headers = response.headers;
     report.body = response.body;
+    report.bytes = response.bytes;
     return report;
 }
 

@@ -1,4 +1,5 @@
 // A suite that goes on without the library, whatever the library was at.
+#include "host/profile/profile.h"
 #include "host/suite/cloud/cloudsvrproxy.h"
 #include "host/suite/plugins/pluginmanager.h"
 #include "suite/kskin.h"
@@ -9,6 +10,8 @@
 #include <QDialog>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTemporaryFile>
 #include <QTimer>
@@ -216,6 +219,78 @@ bool isOpen(const QString& file)
     const QStringList names = descriptors.entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System);
     return std::any_of(names.begin(), names.end(),
         [&](const QString& name) { return QFile::symLinkTarget(descriptors.filePath(name)) == file; });
+}
+
+/// A server that says nothing, and a page that may reach it and has a request and a download under way there.
+class UnloadInRequests : public Unload {
+protected:
+    UnloadInRequests()
+    {
+        EXPECT_TRUE(m_profile.open() && m_server.listen(QHostAddress::LocalHost));
+        m_profile.write(R"({"policy": [{"origin": "nova://*", "allow": ["*"],
+            "permissions": ["reachNetwork", "reachPrivateNetwork"]}]})");
+        m_profile.flush();
+        EXPECT_EQ(profile::load(m_profile.fileName()), QString());
+        page->pageOrigin = QStringLiteral("nova://test");
+        const QString url = QStringLiteral("\"url\": \"http://127.0.0.1:%1/\"").arg(m_server.serverPort());
+        page->call("Network", "fetch", QStringLiteral("{%1}").arg(url).toUtf8());
+        std::vector<KJSVariant> given =
+            support::values(QStringLiteral(R"({%1, "resume": true, "path": "%2"})")
+                                .arg(url, m_directory.filePath(QStringLiteral("f")))
+                                .toUtf8());
+        given.push_back(support::function(page->context, 1, [](const JSApiArguments&) { return KR_OK; }));
+        page->call(page->object("Network"), "download", given);
+        for (QElapsedTimer patience; m_connections.size() < 2;) {
+            patience.isValid() ? void() : patience.start();
+            goOn(0);
+            if (QTcpSocket* next = m_server.nextPendingConnection())
+                m_connections.push_back(next);
+            if (patience.elapsed() > 60'000) {
+                ADD_FAILURE() << "no connection";
+                break;
+            }
+        }
+    }
+    ~UnloadInRequests() override
+    {
+        EXPECT_TRUE(
+            m_profile.resize(0) && m_profile.seek(0) && m_profile.write("{}") == 2 && m_profile.flush());
+        profile::load(m_profile.fileName());
+    }
+
+    bool areClosed() const
+    {
+        return std::all_of(m_connections.begin(), m_connections.end(),
+            [](const QTcpSocket* one) { return one->state() == QAbstractSocket::UnconnectedState; });
+    }
+    QStringList files() const { return QDir(m_directory.path()).entryList(QDir::Files | QDir::Hidden); }
+
+private:
+    QTemporaryFile m_profile;
+    QTemporaryDir m_directory;
+    QTcpServer m_server;
+    std::vector<QTcpSocket*> m_connections;
+};
+
+TEST_F(UnloadInRequests, EndsThem)
+{
+    EXPECT_FALSE(areClosed());
+    unload();
+    EXPECT_FALSE(isLoaded());
+    goOn(1200); // longer than the watch over pages takes
+    EXPECT_TRUE(areClosed());
+    EXPECT_EQ(files(), QStringList());
+}
+
+TEST_F(UnloadInRequests, NeedNotWaitForThoseOfAPageThatHasGone)
+{
+    page->close();
+    QElapsedTimer patience;
+    for (patience.start(); !areClosed() && patience.elapsed() < 60'000;)
+        goOn(0);
+    EXPECT_TRUE(areClosed());
+    EXPECT_EQ(files(), QStringList());
+    unload();
 }
 
 TEST_F(Unload, NeedNotWaitForTheFileOfAPageThatHasGone)

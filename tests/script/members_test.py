@@ -23,7 +23,6 @@ ROWS = [
     ["a rejection", ["members", "FileSystem.getFileMd5"], "", [r'^[^\n]*Promise<string>\n', r"""\n  rejects with code 3  "%1 can't been opened"\n"""], 0],
     ["an object and the member that makes it", ["members", "FileSystem.File"], "",
         [r"^NovaExtension\.FileSystem\.File  \(handed out", r"\n  size\(\) +-> any +0x40 +Usual\n", r"\nFileSystem\.File\(options: "], 0],
-    ["a member that is not built", ["members", "Network.fetch"], "", [r"\n  Not built yet\.\n"], 0],
     ["a member for programs", ["members", "--json", "Log.logInfo"], "", [r'^\[\{"name":"logInfo","kind":"method",.*\}\]\n$'], 0],
     ["no such member", ["members", "Log.nothing"], "", [r'^novahost: OBJECT: there is no "Log\.nothing"; '], 2],
     ["the legend", ["members"], "", [r"\nTypes\n.*\n  any +any value", r"\nCategories.*\n  0x80000 +Account\n"], 0],

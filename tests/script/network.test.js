@@ -13,9 +13,9 @@ const illegal = (/** @type {string} */ what) => refusal(1, `${what} illegal.`);
 /** @type {(path: string, options?: object) => Promise<NovaExtension.Network.HttpResponse>} */
 const fetched = (path, options) => Network.fetch({ url: path.includes("://") ? path : `${server}/${path}`, ...options });
 const body = (/** @type {string} */ path, options = {}) => async () => (await fetched(path, options)).body;
-const echo = async (/** @type {string} */ path, options = {}) => JSON.parse((await fetched(path, options)).body);
+const echo = async (/** @type {string} */ path, options = {}) => JSON.parse(await body(path, options)());
 /** The requests that the server has seen whose host and path have a text in them. */
-const seen = async (/** @type {string} */ about) => JSON.parse((await fetched(`log?about=${encodeURIComponent(about)}`)).body)
+const seen = async (/** @type {string} */ about) => JSON.parse(await body(`log?about=${encodeURIComponent(about)}`)())
     .filter((/** @type {any} */ one) => !one.path.startsWith("/log"));
 const to = (/** @type {number} */ status, /** @type {string} */ url) => `to?status=${status}&url=${encodeURIComponent(url)}`;
 /** All that a download's function is called with, without its progress, once it has ended. @type {(options: any) => Promise<any>} */
@@ -78,6 +78,12 @@ await check([
         [method === "patch" ? method : method.toUpperCase(), unescape(encodeURIComponent(text)), text ? "text/plain;charset=UTF-8" : undefined]]),
     ["1 MiB and a type", async () => { const one = await echo("echo", { method: "POST", body: "x".repeat(1 << 20), headers: { "content-type": "a/b" } });
         return [one.body.length, one.headers["content-type"]]; }, [1 << 20, "a/b"]],
+    ["bytes there and back", async () => { const given = Uint8Array.from({ length: 256 }, (_, i) => i);
+        const { body, bytes } = await fetched("raw", { method: "PUT", body: given, responseType: "bytes" });
+        return [body, bytes instanceof Uint8Array, show(Array.from(bytes ?? [])) === show(Array.from(given))]; }, ["", true, true]],
+    ["bytes have no type", async () => (await echo("echo", { method: "POST", body: new Uint8Array(1) })).headers["content-type"], undefined],
+    ["a body that is neither", () => fetched("echo", { method: "POST", body: 5 }), wrong],
+    ["another type of content", () => fetched("echo", { responseType: "json" }), wrong],
     ["HEAD", async () => { const { body, headers } = await fetched("echo", { method: "HEAD" }); return [body, Number(headers["content-length"]) > 100]; }, ["", true]],
     ...[400, 401, 404, 407, 500, 503, 599].map((status) => [`status ${status}`, async () => {
         const response = await fetched(`echo?status=${status}`); return [response.ok, response.status, response.body.length > 100]; }, [false, status, true]]),
@@ -110,7 +116,7 @@ await check([
     ["a loop", body("loop"), failed("Too many redirects.")],
     ...[[301, "POST", "GET"], [302, "POST", "GET"], [303, "PUT", "GET"], [307, "POST", "POST"], [308, "PUT", "PUT"], [301, "PUT", "PUT"], [303, "HEAD", undefined]].map(
         ([status, method, expected]) => [`${status} of ${method}`, async () => {
-            const text = (await fetched(to(Number(status), "/echo"), { method, headers: { "Content-Type": "a/b" }, ...method === "HEAD" ? {} : { body: "x" } })).body;
+            const text = await body(to(Number(status), "/echo"), { method, headers: { "Content-Type": "a/b" }, ...method === "HEAD" ? {} : { body: "x" } })();
             const one = text ? JSON.parse(text) : {};
             return [one.method, one.body, one.headers?.["content-type"]];
         }, method === "HEAD" ? [undefined, undefined, undefined] : expected === "GET" ? ["GET", "", undefined] : [expected, "x", "a/b"]]),
@@ -211,7 +217,9 @@ await check([
     }, ["File exists.", hello]],
     ["progress, and a cancel in its function", () => new Promise((resolve) => {
         /** @type {any[]} */
-        const states = [], cancels = [];
+        const states = [];
+        /** @type {boolean[]} */
+        const cancels = [];
         Network.download({ url: `${server}/held?key=never`, path: at("canceled"), requestId: "mine" }, ({ state, receivedBytes, totalBytes, error }) => {
             states.push([state, receivedBytes, totalBytes, error]);
             if (state === "progress")

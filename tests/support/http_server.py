@@ -96,6 +96,9 @@ class Server:
         self.send(stream, query.get("status", 200), b"" if self.seen[-1]["method"] == "HEAD" else body, ["X-Two: a", "X-Two: b", "Set-Cookie: a=b"],
                   len(body))
 
+    def raw(self, stream, _):
+        self.send(stream, 200, self.seen[-1]["body"].encode("latin-1"))
+
     def log(self, stream, query):
         self.send(stream, 200, json.dumps([one for one in self.seen if query["about"] in one["path"] + one["headers"]["host"]]).encode())
 

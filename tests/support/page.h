@@ -74,6 +74,9 @@ public:
     {
     }
     ~Page() override { close(); }
+    /// Pages of no origin may do nothing beyond their window.
+    QString origin() const override { return pageOrigin; }
+    QString pageOrigin;
     void close()
     {
         m_objects.clear();

@@ -1088,7 +1088,9 @@ declare namespace NovaExtension.Network {
         /** the same */
         headers?: Record<string, string>;
         /** the same */
-        body?: string | Uint8Array;
+        body?: string;
+        /** the same */
+        bytes?: Uint8Array;
     }
     interface HttpResponse {
         /** of the request */
@@ -1105,8 +1107,10 @@ declare namespace NovaExtension.Network {
         redirected: boolean;
         /** by their names in lower case, several of one name joined with ", "; without Set-Cookie */
         headers: Record<string, string>;
-        /** the content, decompressed, as `responseType` says */
-        body: string | Uint8Array;
+        /** the content, decompressed and read as UTF-8; empty where it is in `bytes` */
+        body: string;
+        /** the content, decompressed, with the `responseType` `bytes` */
+        bytes?: Uint8Array;
     }
     interface RequestOptions {
         /** http or https, without a user's name and password */
@@ -1121,7 +1125,7 @@ declare namespace NovaExtension.Network {
         /** a string, which is sent as UTF-8, or bytes; at most 64 MiB; not with GET and HEAD */
         body?: string | Bytes | undefined;
         /**
-         * what the content becomes: a string, read as UTF-8, or bytes
+         * whether the content is wanted in `body` or in `bytes`
          *
          * @default "text"
          */

@@ -84,19 +84,24 @@ if (process.argv.includes("--all"))
 /** Calls every member of every object once, with the arguments below, and prints what comes back. */
 async function callEveryMember() {
     const folder = `${FileSystem.officeData().data}/tour`;
-    const file = `${folder}/work/file.txt`;
+    const file = `${folder}/file.txt`;
     FileSystem.mkpath(`${folder}/work`);
-    FileSystem.copy({ path: process.argv[1], newPath: file, overwrite: true });
+    FileSystem.copy({ path: "/etc/os-release", newPath: file, overwrite: true });
+    FileSystem.copy({ path: file, newPath: `${folder}/spare.txt`, overwrite: true });
     const workspace = await NovaExtension.CloudDoc.getDefaultWorkSpace();
     const cloudPath = workspace.uploadCloudPath;
     const groupId = workspace.groupId;
+    const saved = await NovaExtension.CloudDoc.saveToCloudDir({ groupId, fileId: cloudPath, fname: "tour.txt" });
     const { id } = await NovaExtension.SyncFolder.syncFolder({ localPath: `${folder}/work` });
+    const dot = new Uint8Array([ // a picture of one pixel, BMP
+        66, 77, 58, 0, 0, 0, 0, 0, 0, 0, 54, 0, 0, 0, 40, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 24, 0, 0, 0, 0, 0, 4, 0, 0, 0,
+        0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 255, 0, 0, 0]);
     const url = "https://www.example.com/";
     const requestId = "tour";
     const toLocal = { cloudPath, localPath: `${folder}/from cloud` };
     const ignored = () => { };
     const dialog = { caption: "Tour", dir: FileSystem.homePath().data, filter: "All (*)" };
-    const size = { width: 400, height: 300 };
+    const size = { w: 400, h: 300 };
     const area = { x: 0, y: 0, ...size };
     const key = { key: "tour.all" };
     const record = { moduleName: "tour", logStr: "all" };
@@ -124,7 +129,7 @@ async function callEveryMember() {
         },
         "Crypto": { c64Encode: ["text"], md5Data: ["text"] },
         "Utils": {
-            setTextToClipboard: ["text"], setImageToClipboard: [{ path: file }], pickColor: [{ color: "#ffffff" }, ignored],
+            setTextToClipboard: ["text"], setImageToClipboard: [{ bytes: dot }], pickColor: [{ color: "#ffffff" }, ignored],
             getPictureFilepath: [{}], startDetach: [{ program: "/usr/bin/true" }], getSnapperColor: [{}, ignored],
             inBlackDownloadDir: [file],
         },
@@ -145,7 +150,7 @@ async function callEveryMember() {
         },
         "Account.Privilege": { hasPrivilege: ["cloudSpace"] },
         "FileSystem": {
-            File: [{ path: file }], exists: [file], copy: [{ path: file, newPath: `${folder}/copy.txt`, overwrite: true }],
+            File: [{ path: `${folder}/spare.txt` }], exists: [file], copy: [{ path: file, newPath: `${folder}/copy.txt`, overwrite: true }],
             openLocalLocation: [{ path: folder }], getDllWorkPath: ["tour"], selectLocalFolder: [dialog], selectFolderx: [{}],
             mkpath: [`${folder}/made`], remove: [`${folder}/made`], open: [file], getFileStatus: [file],
             getWritableSaveFileName: [dialog], getExistingDirectory: [dialog], getOpenFileNames: [dialog],
@@ -165,18 +170,18 @@ async function callEveryMember() {
         },
         "PluginManager": { getPlugin: ["sample"] },
         "Webview": {
-            setMode: [false], setResizeable: [true], setWindowTitle: ["Tour"], setWindowBackgroundColor: [{ color: "#ffffff" }],
+            setMode: [false], setResizeable: [true], setWindowTitle: ["Tour"], setWindowBackgroundColor: [{ r: 255, g: 255, b: 255 }],
             setEnableStayOnTop: [false], setWindowFlags: [[1]], setWindowFlag: [{ flag: 1, on: true }],
-            setAttribute: [{ attribute: 51, on: false }], setRoundFillColor: [{ color: "#ffffff" }],
+            setAttribute: [{ attribute: 51, on: false }], setRoundFillColor: [{ fillColor: "#ffffff" }],
             setDisableScrollBar: [false], setDisableXScrollBar: [false], setDisableYScrollBar: [false],
-            setGeometry: [{ x: 10, y: 10, ...size }], setSize: [size], setDragArea: [area], setBlackDragArea: [area],
-            setMinimumSize: [size], setMaximumSize: [size], setMinimumWidth: [100], setMinimumHeight: [100],
+            setGeometry: [{ x: 10, y: 10 }], setSize: [size], setDragArea: [area], setBlackDragArea: [area],
+            setMinimumSize: [{ minw: 100, minh: 100 }], setMaximumSize: [{ maxw: 2000, maxh: 2000 }], setMinimumWidth: [100], setMinimumHeight: [100],
             setMaximumWidth: [2000], setMaximumHeight: [2000], setDragEnterEnable: [true],
-            invokeGeneralMethod: [{ methodName: "getTitle" }], invokeGeneralMethodAsync: [{ methodName: "getTitle" }],
+            invokeGeneralMethod: [{ funcName: "getWindowTitle" }], invokeGeneralMethodAsync: [{ funcName: "getWindowTitle" }],
         },
         "WebviewMgr": { create: [{ id: "tour", windowType: "Dialog" }], getWebview: ["tour"] },
         "CloudDoc": {
-            uploadFile2CloudFolder: [{ cloudPath, files: [file] }], getCloudCachedFile: [`${cloudPath}/file.txt`],
+            uploadFile2CloudFolder: [{ cloudPath, files: [file] }], getCloudCachedFile: [saved.cloudPath],
             openCloudFolder: [{ cloudPath }], createUploadFileTask: [{ filePath: file }], syncFolder: [{ groupId, folderId: cloudPath }],
             saveToCloudDir: [{ groupId, fileId: cloudPath, fname: "tour" }], changeRoamingMode: ["auto"],
         },
@@ -190,15 +195,15 @@ async function callEveryMember() {
         },
         "Account": { login: [{ src: "tour" }], logout: ["tour"], upgradeMember: [{ csource: "tour" }] },
         "AiDocsChat": { registerQACallback: [ignored], qaNotify: [{ type: "question", text: "What?", id: "1" }] },
-        "WebDocsControl": { notifySetupFinished: [{ group_id: groupId, file_id: "1", uuid: "1", label: "tour" }] },
+        "WebDocsControl": { notifySetupFinished: [{ group_id: groupId, file_id: saved.extraParam.fileId, uuid: "1", label: "tour" }] },
         "KContract": { registerCallback: [ignored], panelNotify: [{ type: "contract", viewId: "tour", text: "12 May 2026" }] },
         "PluginManager.Plugin": {
             load: [{ option: 0, mode: 1 }, ignored], getProp: ["title"], resourceFilePath: ["a"], frameworkFilePath: ["a"],
         },
         "SettingsManager.Settings": { setValue: [{ key: "tour/all", value: 1 }], getValue: [{ key: "tour/all" }] },
     };
-    // The view that WebviewMgr makes comes in place of the page's own; what ends a window or a login comes last.
-    const late = ["Webview", "Account", "destroy", "logout"];
+    // The view that WebviewMgr makes comes in place of the page's own; what ends a window, a login or a file comes last.
+    const late = ["Webview", "Account", "destroy", "logout", "remove"];
     const lateLast = (/** @type {string} */ left, /** @type {string} */ right) =>
         Number(late.includes(left)) - Number(late.includes(right));
 
@@ -207,7 +212,7 @@ async function callEveryMember() {
         if (/^(add|remove)EventListener$/.test(member))
             return ["tour.event", ignored];
         if (/^(add|remove)\w+Listener$/.test(member))
-            return member.includes("WebviewEvent") ? ["tour.event", ignored] : [ignored];
+            return [ignored];
         return member === "dispatchEvent" ? ["tour.event", true] : [];
     }
 

@@ -1,4 +1,4 @@
-// All but windows (windows.cpp) and the theme (theme.cpp) that the application itself must offer, in its smallest form: no
+// All but windows (windows.cpp), the theme (theme.cpp) and a few services (services.cpp) that the application itself must offer, in its smallest form: no
 // account, no cloud, no plugins, no dialogs, log records on the standard error stream. The headers say what each of these promises. They are found in the executable because it is
 // linked with the library; an application that loads the library with dlopen exports them (ENABLE_EXPORTS).
 #include <suite/kaccessmanager.h>

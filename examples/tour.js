@@ -2,9 +2,10 @@
 //
 //     novahost run examples/tour.js
 //
-// With --all it then calls every member of every object once; the profile answers the dialogs:
+// With --all it then calls every member of every object once, Network's with the address behind it; the profile answers
+// the dialogs:
 //
-//     novahost --profile examples/tour.profile.json run examples/tour.js --all
+//     novahost --profile examples/tour.profile.json run examples/tour.js --all https://www.example.com/
 
 const { ConfigCenter, Event, FileSystem, Log, Novaoffice, Product, Profile, SettingsManager, TelemetrySdk } =
     NovaExtension;
@@ -96,7 +97,7 @@ async function callEveryMember() {
     const dot = new Uint8Array([ // a picture of one pixel, BMP
         66, 77, 58, 0, 0, 0, 0, 0, 0, 0, 54, 0, 0, 0, 40, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 24, 0, 0, 0, 0, 0, 4, 0, 0, 0,
         0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 255, 0, 0, 0]);
-    const url = "https://www.example.com/";
+    const url = process.argv[process.argv.indexOf("--all") + 1] ?? "https://www.example.com/";
     const requestId = "tour";
     const toLocal = { cloudPath, localPath: `${folder}/from cloud` };
     const ignored = () => { };

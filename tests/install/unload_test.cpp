@@ -103,11 +103,12 @@ TEST_F(Unload, LeavesNothing)
     for (int round = 0; round < 2; ++round) {
         for (const QString& name : core.objectNames()) {
             const vexlite::BoundObject& bound = page->object(name.toLatin1());
-            // Of those of the file system some open a dialog.
+            // Some would wait for the user in a dialog.
             for (std::int32_t i = 0; name != QStringLiteral("FileSystem") && i < bound.members->Count();
                  ++i) {
-                if (bound.members->Kind(i) == 0)
-                    page->call(bound, QString::fromUtf16(bound.members->Name(i)).toLatin1());
+                const QByteArray member = QString::fromUtf16(bound.members->Name(i)).toLatin1();
+                if (bound.members->Kind(i) == 0 && member != "getPictureFilepath")
+                    page->call(bound, member);
             }
         }
         EXPECT_EQ(core.creatableClasses(), QStringList()) << "no page was given an object of one";

@@ -36,7 +36,7 @@ UnknownVariable: {"directories": {"pluginDownloads": "${TMP}/a"}} -> directories
 InAFreeMap: {"product": {"configurations": {"37": {"a": true}}}} -> product.configurations.37.a: must be a text or a whole number from -2147483648 to 2147483647
 EmptyText: {"application": {"name": ""}} -> application.name: must be a text that is not empty
 Several: {"dpi": {"scale": 9}, "services": {"logger": 1}} -> dpi.scale: must be a number from 0.5 to 8 && services.logger: must be true or false
-NoSuchDialog: {"dialogs": {"answers": [{}, {"dialog": "open"}]}} -> dialogs.answers[1].dialog: must be one of "file", "files", "folder", "save", "cloud", "panel", "access", "login", "upgrade", "purchase", "color", "confirm"
+NoSuchDialog: {"dialogs": {"answers": [{}, {"dialog": "open"}]}} -> dialogs.answers[1].dialog: must be one of "file", "files", "folder", "save", "cloud", "panel", "access", "login", "upgrade", "sync", "purchase", "color", "confirm"
 InAListOfObjects: {"dialogs": {"answers": [{"file": "/a"}]}} -> dialogs.answers[0].file: is not a key of a profile; use one of accept, dialog, files, values
 MissingKey: {"cloudFiles": [{"tab": "cloud"}]} -> cloudFiles[0]: needs "path"
 LongIdOfAUser: {"account": {"users": [{"userId": "a"}, {"userId": "äääääääääääääääääääääääääääääääääääääääää"}]}} -> account.users[1].userId: must be a text of at most 80 bytes without control characters

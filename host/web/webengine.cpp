@@ -94,7 +94,8 @@ public:
         bridge.opened = [this, viewId, facts](Frame& frame) {
             facts->times.loadReady = QDateTime::currentMSecsSinceEpoch();
             m_host.opened(viewId);
-            if (ScriptPage* script = m_scripts.value(viewId); script && frame.origin() == QLatin1String(ScriptOrigin))
+            if (ScriptPage* script = m_scripts.value(viewId);
+                script && frame.origin() == QLatin1String(ScriptOrigin))
                 script->attach(frame);
         };
         auto view = std::make_unique<WebView>(
@@ -113,7 +114,8 @@ public:
         m_pages.removeAll(nullptr);
         m_pages.append(&page);
         const bool isScript = m_scripts.contains(viewId);
-        const QUrl url = isScript ? QUrl(QLatin1String(ScriptOrigin) + QLatin1Char('/')) : m_host.firstPage(viewId);
+        const QUrl url =
+            isScript ? QUrl(QLatin1String(ScriptOrigin) + QLatin1Char('/')) : m_host.firstPage(viewId);
         if (isScript)
             page.setQuiet();
         if (!url.isEmpty())

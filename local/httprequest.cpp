@@ -134,14 +134,24 @@ bool redirectRequest(HttpRequest& request, int status, const QByteArray& locatio
 
 QString originOf(const QUrl& url)
 {
-    const bool isSecure = url.scheme() == QLatin1String("https");
+    QString host = hostOf(url);
+    if (host.contains(QLatin1Char(':')))
+        host = QLatin1Char('[') + host + QLatin1Char(']');
+    return url.scheme() + QLatin1String("://") + host + QLatin1Char(':') + QString::number(portOf(url));
+}
+
+QString hostOf(const QUrl& url)
+{
     QString host = url.host(QUrl::FullyEncoded);
     if (host.endsWith(QLatin1Char('.')))
         host.chop(1);
-    if (host.contains(QLatin1Char(':')))
-        host = QLatin1Char('[') + host + QLatin1Char(']');
-    return url.scheme() + QLatin1String("://") + host + QLatin1Char(':')
-        + QString::number(url.port(isSecure ? 443 : 80));
+    return host;
+}
+
+quint16 portOf(const QUrl& url)
+{
+    const bool isSecure = url.scheme() == QLatin1String("https");
+    return static_cast<quint16>(url.port(isSecure ? 443 : 80));
 }
 
 } // namespace jsapi

@@ -49,4 +49,9 @@ bool redirectRequest(HttpRequest& request, int status, const QByteArray& locatio
 /// "https://docs.example:443"
 QString originOf(const QUrl& url);
 
+/// The host as it is written in a certificate: without the dot that may stand behind it.
+QString hostOf(const QUrl& url);
+
+quint16 portOf(const QUrl& url);
+
 } // namespace jsapi

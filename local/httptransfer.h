@@ -2,10 +2,24 @@
 #pragma once
 
 #include "framework/pagewatch.h"
-#include "local/connector.h"
-#include "local/httpexchange.h"
+#include "local/addressfinder.h"
+#include "local/httprequest.h"
+
+#include <QNetworkReply>
+#include <QPointer>
 
 namespace jsapi {
+
+/// What comes before the content of a response.
+struct HttpHead {
+    int status = 0;
+    QString statusText;
+    QList<QNetworkReply::RawHeaderPair> headers;
+    std::optional<qint64> length; ///< of the content, as the server announces it
+
+    /// Empty where there is none.
+    QByteArray value(const char* name) const;
+};
 
 /// Every hop asks for permission anew: for its origin, and for the address if that is private. A transfer belongs to the queue
 /// (local/transferqueue.h) until it ends, then to itself until the page has been told. [GUI thread]
@@ -56,8 +70,10 @@ protected:
 
 private:
     void hop();
-    void send(QTcpSocket* connection);
-    void readHead(const HttpHead& head);
+    void send(const QHostAddress& address);
+    void readHead();
+    void readContent();
+    void readEnd();
     void drop();
     void finish(Outcome outcome);
 
@@ -66,9 +82,10 @@ private:
     HttpRequest m_first; ///< as the page made it
     HttpRequest m_request;
     QByteArray m_acceptEncoding;
-    KConnector* m_connector = nullptr;
-    KHttpExchange* m_exchange = nullptr;
-    QTimer m_patience; ///< until something must have come or gone
+    KAddressFinder* m_finder = nullptr;
+    QPointer<QNetworkReply> m_reply; ///< belongs to the page's manager
+    bool m_hasHead = false;          ///< of the reply
+    QTimer m_patience;               ///< until something must have come or gone
     int m_hops = 0;
     bool m_isDownload;
     bool m_hasStarted = false;

@@ -1,5 +1,9 @@
 #include "local/transferqueue.h"
 
+#include "framework/libraryowner.h"
+
+#include <QNetworkAccessManager>
+#include <QNetworkProxyFactory>
 #include <algorithm>
 
 namespace jsapi {
@@ -7,6 +11,28 @@ namespace jsapi {
 namespace {
 
 constexpr int WatchMs = 1000;
+
+/// What the application's proxies are, but a direct connection is made as one through a proxy that the socket finds to be none.
+/// Otherwise Qt 5 reads plain HTTP past its buffers: of a response in chunks that is cut off it takes some for whole, and one
+/// whose headers do not end keeps the thread of all the page's connections.
+class BufferedConnections final : public QNetworkProxyFactory {
+    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery& query) override
+    {
+        QList<QNetworkProxy> proxies = QNetworkProxyFactory::proxyForQuery(query);
+        for (QNetworkProxy& proxy : proxies) {
+            if (proxy.type() == QNetworkProxy::NoProxy)
+                proxy = QNetworkProxy(QNetworkProxy::DefaultProxy);
+        }
+        return proxies;
+    }
+};
+
+QNetworkAccessManager* makeManager()
+{
+    auto* manager = new QNetworkAccessManager(libraryOwner());
+    manager->setProxyFactory(new BufferedConnections);
+    return manager;
+}
 
 } // namespace
 
@@ -18,7 +44,11 @@ TransferQueue& transferQueue()
 
 TransferQueue::TransferQueue()
 {
-    QObject::connect(&m_watch, &QTimer::timeout, [this] { endWhatIsNotPermitted(); });
+    m_watch.setInterval(WatchMs);
+    QObject::connect(&m_watch, &QTimer::timeout, [this] {
+        endWhatIsNotPermitted();
+        forgetPages();
+    });
 }
 
 Answer<void> TransferQueue::add(std::unique_ptr<KHttpTransfer> transfer)
@@ -36,7 +66,8 @@ Answer<void> TransferQueue::add(std::unique_ptr<KHttpTransfer> transfer)
     if (count >= MostOfPage || bytes > MostBodyBytesOfPage)
         return TooManyRequests;
     m_transfers.push_back(transfer.release());
-    m_watch.start(WatchMs);
+    if (!m_watch.isActive())
+        m_watch.start();
     startNext();
     return {};
 }
@@ -51,9 +82,28 @@ KHttpTransfer* TransferQueue::find(const JSContextEnv& page, const QString& id) 
 void TransferQueue::remove(KHttpTransfer* transfer)
 {
     m_transfers.erase(std::remove(m_transfers.begin(), m_transfers.end(), transfer), m_transfers.end());
-    if (m_transfers.empty())
-        m_watch.stop();
     startNext();
+}
+
+TransferQueue::PageNetwork& TransferQueue::networkOf(const JSContextEnv& page)
+{
+    const auto found = std::find_if(m_networks.begin(), m_networks.end(),
+        [&](const PageNetwork& one) { return one.watch.page() == page; });
+    if (found != m_networks.end())
+        return *found;
+    return m_networks.emplace_back(PageNetwork { PageWatch(page), makeManager() });
+}
+
+void TransferQueue::renewConnections(const JSContextEnv& page)
+{
+    forgetUsedManagers();
+    m_used.push_back(std::exchange(networkOf(page).manager, makeManager()));
+}
+
+QNetworkAccessManager& TransferQueue::managerForOne()
+{
+    forgetUsedManagers();
+    return *m_used.emplace_back(makeManager());
 }
 
 void TransferQueue::startNext()
@@ -79,6 +129,26 @@ void TransferQueue::endWhatIsNotPermitted()
     const std::vector<KHttpTransfer*> all = m_transfers; // none of them is destroyed here
     for (KHttpTransfer* transfer : all)
         transfer->endIfNotPermitted();
+}
+
+/// After the transfers of a page that has gone have ended.
+void TransferQueue::forgetPages()
+{
+    const auto kept = std::partition(
+        m_networks.begin(), m_networks.end(), [](const PageNetwork& one) { return !one.watch.isGone(); });
+    std::for_each(kept, m_networks.end(), [](const PageNetwork& one) { one.manager->deleteLater(); });
+    m_networks.erase(kept, m_networks.end());
+    forgetUsedManagers();
+    if (m_networks.empty() && m_used.empty() && m_transfers.empty())
+        m_watch.stop();
+}
+
+void TransferQueue::forgetUsedManagers()
+{
+    const auto unused = std::partition(m_used.begin(), m_used.end(),
+        [](const QNetworkAccessManager* one) { return one->findChild<QNetworkReply*>() != nullptr; });
+    std::for_each(unused, m_used.end(), [](QNetworkAccessManager* one) { one->deleteLater(); });
+    m_used.erase(unused, m_used.end());
 }
 
 } // namespace jsapi

@@ -3,6 +3,10 @@
 
 #include "local/httptransfer.h"
 
+#include <QHash>
+
+class QNetworkAccessManager;
+
 namespace jsapi {
 
 inline constexpr Failure RequestIdInUse { ErrorCode::BadArgument, "Request id is in use." };
@@ -26,11 +30,28 @@ public:
     /// Called by a transfer that has ended: the next one starts.
     void remove(KHttpTransfer* transfer);
 
+    /// What no other page uses, so none waits for another or gets what was meant for it.
+    struct PageNetwork {
+        PageWatch watch;
+        QNetworkAccessManager* manager;        ///< the library's, until the page has gone
+        QHash<QString, QHostAddress> alive {}; ///< of origins
+    };
+    /// The page's own, from its first transfer on. Valid until the caller returns.
+    PageNetwork& networkOf(const JSContextEnv& page);
+    /// Has the page use none of its present connections for further requests.
+    void renewConnections(const JSContextEnv& page);
+    /// One with no connections yet, which goes after its only request.
+    QNetworkAccessManager& managerForOne();
+
 private:
     void startNext();
     void endWhatIsNotPermitted();
+    void forgetPages();
+    void forgetUsedManagers();
 
     std::vector<KHttpTransfer*> m_transfers; ///< in their order; destroyed with the library
+    std::vector<PageNetwork> m_networks;
+    std::vector<QNetworkAccessManager*> m_used; ///< those that get no further request
     QTimer m_watch;
 };
 

@@ -160,9 +160,21 @@ class Server:
 
     def headers(self, stream, _):
         stream.sendall(b"HTTP/1.1 200 OK\r\n")
-        for number in range(1 << 20):
+        for number in range(300):
             stream.sendall(f"X-{number}: {'x' * 1000}\r\n".encode())
+        stream.sendall(b"\r\n")
         return False
+
+    def drop(self, _, __):
+        return False
+
+    def early(self, stream, _):
+        stream.sendall(b"HTTP/1.1 103 Early\r\n\r\n")
+        self.wait(stream, "early")
+        stream.sendall(b"HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok")
+
+    def lengths(self, stream, _):
+        self.send(stream, 200, b"hello", ["Content-Length: 7"])
 
     def held(self, stream, query):
         stream.sendall(b"HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nfirst")

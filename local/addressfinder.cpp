@@ -1,8 +1,10 @@
-#include "local/connector.h"
+#include "local/addressfinder.h"
 
+#include "local/httprequest.h"
 #include "local/networkaddress.h"
 
-#include <QSslSocket>
+#include <QNetworkProxyFactory>
+#include <QTcpSocket>
 #include <algorithm>
 
 namespace jsapi {
@@ -13,19 +15,26 @@ constexpr int MostTried = 8;
 /// How long an address has for itself before the next one is tried as well.
 constexpr int HeadStartMs = 250;
 
+bool goesThroughProxy(const QUrl& url)
+{
+    const QList<QNetworkProxy> proxies = QNetworkProxyFactory::proxyForQuery(QNetworkProxyQuery(url));
+    return !proxies.isEmpty() && proxies.first().type() != QNetworkProxy::NoProxy;
+}
+
 } // namespace
 
-KConnector::KConnector(
-    const JSContextEnv& page, const QString& host, quint16 port, bool secure, Done done, QObject* parent)
+KAddressFinder::KAddressFinder(
+    const JSContextEnv& page, const QUrl& url, const QHostAddress& alive, Done done, QObject* parent)
     : QObject(parent)
     , m_page(page)
-    , m_port(port)
-    , m_isSecure(secure)
+    , m_url(url)
+    , m_alive(alive)
     , m_done(std::move(done))
 {
     m_next.setSingleShot(true);
-    connect(&m_next, &QTimer::timeout, this, &KConnector::tryNext);
+    connect(&m_next, &QTimer::timeout, this, &KAddressFinder::tryNext);
     // To look an address up would be to ask for its name.
+    const QString host = url.host(QUrl::FullyEncoded);
     const QHostAddress literal(host);
     if (literal.isNull())
         m_lookup = QHostInfo::lookupHost(host, this, SLOT(onLookedUp(QHostInfo)));
@@ -34,26 +43,26 @@ KConnector::KConnector(
             this, [this, literal] { judge({ literal }); }, Qt::QueuedConnection);
 }
 
-KConnector::~KConnector()
+KAddressFinder::~KAddressFinder()
 {
     if (m_lookup >= 0)
         QHostInfo::abortHostLookup(m_lookup);
 }
 
-void KConnector::stop()
+void KAddressFinder::stop()
 {
     m_done = nullptr;
     m_next.stop();
     deleteLater();
 }
 
-void KConnector::onLookedUp(const QHostInfo& info)
+void KAddressFinder::onLookedUp(const QHostInfo& info)
 {
     m_lookup = -1;
     judge(info.addresses());
 }
 
-void KConnector::judge(const QList<QHostAddress>& addresses)
+void KAddressFinder::judge(const QList<QHostAddress>& addresses)
 {
     if (!m_done)
         return;
@@ -67,11 +76,16 @@ void KConnector::judge(const QList<QHostAddress>& addresses)
     }
     if (m_untried.empty())
         return finish(NetworkError::NotPermitted);
+    if (std::find(m_untried.begin(), m_untried.end(), m_alive) != m_untried.end())
+        return finish(m_alive);
+    // What a proxy connects to is its own to find out.
+    if (m_untried.size() == 1 || goesThroughProxy(m_url))
+        return finish(m_untried.front());
     std::reverse(m_untried.begin(), m_untried.end());
     tryNext();
 }
 
-void KConnector::tryNext()
+void KAddressFinder::tryNext()
 {
     if (m_untried.empty()) {
         if (m_connecting == 0)
@@ -80,8 +94,8 @@ void KConnector::tryNext()
     }
     const QHostAddress address = m_untried.back();
     m_untried.pop_back();
-    QTcpSocket* socket = m_isSecure ? new QSslSocket(this) : new QTcpSocket(this);
-    connect(socket, &QTcpSocket::connected, this, [this, socket] { finish(socket); });
+    auto* socket = new QTcpSocket(this);
+    connect(socket, &QTcpSocket::connected, this, [this, address] { finish(address); });
     connect(
         socket, &QTcpSocket::errorOccurred, this,
         [this] {
@@ -92,22 +106,20 @@ void KConnector::tryNext()
         Qt::QueuedConnection);
     ++m_connecting;
     m_next.start(HeadStartMs);
-    socket->connectToHost(address, m_port);
+    socket->connectToHost(address, portOf(m_url));
 }
 
-void KConnector::finish(const Connected& connected)
+void KAddressFinder::finish(const FoundAddress& found)
 {
     m_next.stop();
-    QTcpSocket* const* taken = std::get_if<QTcpSocket*>(&connected);
     const auto sockets = findChildren<QTcpSocket*>(QString(), Qt::FindDirectChildrenOnly);
     for (QTcpSocket* socket : sockets) {
         socket->disconnect(this);
-        if (!taken || socket != *taken)
-            socket->abort();
+        socket->abort();
     }
     const Done done = std::exchange(m_done, nullptr);
     if (done)
-        done(connected); // destroys this, perhaps
+        done(found); // destroys this, perhaps
 }
 
 } // namespace jsapi

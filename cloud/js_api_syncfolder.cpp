@@ -547,7 +547,7 @@ Answer<Promise<FolderScan>> KJsApiSyncFolder::scanFolder(
     if (options.id.empty() == options.localPath.isEmpty())
         return WrongParameters;
     std::optional<Arguments> arguments =
-        options.localPath.isEmpty() ? makeArguments(user) : makeLocalArguments(user, options.localPath);
+        options.localPath.isEmpty() ? makeArguments(user) : makeSyncedArguments(user, options.localPath);
     if (!arguments)
         return NewPathIsIllegal;
     arguments->insert(heapString("id"), toQString(options.id));

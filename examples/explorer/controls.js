@@ -114,6 +114,8 @@ function makeControl(type, place, field) {
             return place.path.endsWith("eventName") && place.object.events.length
                 ? makeText(place.object.events.map((event) => event.name))
                 : makeText([]);
+        case "bytes":
+            return makeBytes();
         case "array":
             return makeList(type.items ?? { kind: "any" }, place);
         case "map":
@@ -188,6 +190,40 @@ function makeChoice(values, preset) {
         ...values.map((value) => make("option", { selected: value === preset }, JSON.stringify(value)))
     );
     return { node, read: () => values[node.selectedIndex] };
+}
+
+/**
+ * Bytes: those of a file, or of a text in UTF-8.
+ *
+ * @returns {Control}
+ */
+function makeBytes() {
+    const text = make("textarea", { rows: "2", spellcheck: "false", placeholder: "text, or else a file", id: newId() });
+    const file = make("input", { type: "file", "aria-label": "a file in place of the text" });
+    /** @type {Uint8Array | undefined} */
+    let bytes;
+    let fault = "";
+    file.addEventListener("change", async () => {
+        const chosen = file.files?.[0];
+        bytes = undefined;
+        fault = chosen ? "The file is still being read." : "";
+        text.disabled = Boolean(chosen);
+        if (!chosen)
+            return;
+        const read = await chosen.arrayBuffer().catch(() => undefined);
+        if (file.files?.[0] !== chosen)
+            return;
+        bytes = read && new Uint8Array(read);
+        fault = read ? "" : "The file can not be read.";
+    });
+    return {
+        node: make("div", {}, text, file),
+        read() {
+            if (fault)
+                throw new InputError(fault, file);
+            return bytes ?? new TextEncoder().encode(text.value);
+        }
+    };
 }
 
 /** @returns {Control} */

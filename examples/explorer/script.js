@@ -2,6 +2,7 @@
 
 const IDENTIFIER = /^[A-Za-z_$][\w$]*$/;
 const WIDTH = 88;
+const FEW_BYTES = 16;
 
 /** @type {WeakMap<Function, string>} */
 const names = new WeakMap();
@@ -37,6 +38,10 @@ export function literal(value, margin = "") {
         return "(...payload) => console.log(...payload)";
     if (typeof value === "string")
         return JSON.stringify(value);
+    if (value instanceof Uint8Array)
+        return value.length > FEW_BYTES
+            ? `Uint8Array.from(atob("${toBase64(value)}"), (c) => c.charCodeAt(0))`
+            : `new Uint8Array([${value.join(", ")}])`;
     if (typeof value !== "object" || value === null)
         return Object.is(value, -0) ? "-0" : String(value);
     const inner = `${margin}    `;
@@ -50,6 +55,15 @@ export function literal(value, margin = "") {
     if (line.length + margin.length < WIDTH && !line.includes("\n"))
         return open + space + line + space + close;
     return `${open}\n${parts.map((part) => `${inner}${part},\n`).join("")}${margin}${close}`;
+}
+
+/** @param {Uint8Array} bytes */
+function toBase64(bytes) {
+    const chunk = 8192; // as many arguments as every engine takes
+    let text = "";
+    for (let from = 0; from < bytes.length; from += chunk)
+        text += String.fromCharCode(...bytes.subarray(from, from + chunk));
+    return btoa(text);
 }
 
 /** @param {string} key */
@@ -98,7 +112,8 @@ function preparation({ name, origin }) {
 }
 
 /**
- * Arguments as JSON. What JSON has no form for is an object with one key: `{"$bigint": "1"}`, `{"$listener": "name"}`.
+ * Arguments as JSON. What JSON has no form for is an object with one key: `{"$bigint": "1"}`, `{"$bytes": "base64"}`,
+ * `{"$listener": "name"}`.
  *
  * @param {unknown} value
  * @returns {string}
@@ -109,6 +124,8 @@ export function encode(value) {
         (_, item) => {
             if (typeof item === "bigint")
                 return { $bigint: String(item) };
+            if (item instanceof Uint8Array)
+                return { $bytes: toBase64(item) };
             return typeof item === "function" ? { $listener: nameOf(item) } : item;
         },
         2
@@ -126,6 +143,8 @@ export function decode(text, listener) {
     return JSON.parse(text, (_, item) => {
         if (typeof item?.$bigint === "string")
             return BigInt(item.$bigint);
+        if (typeof item?.$bytes === "string")
+            return Uint8Array.from(atob(item.$bytes), (char) => char.charCodeAt(0));
         return typeof item?.$listener === "string" ? listener(item.$listener) : item;
     });
 }

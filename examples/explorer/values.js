@@ -15,12 +15,12 @@ const LONG = 2000;
  */
 export function valueTree(value, open = 3, key) {
     const name = key === undefined ? [] : [make("span", { class: "key" }, key), make("span", { class: "colon" }, ": ")];
-    if (typeof value !== "object" || value === null)
+    if (typeof value !== "object" || value === null || value instanceof Uint8Array)
         return make(
             "span",
             { class: "leaf" },
             ...name,
-            make("span", { class: `value ${kindOf(value)}` }, shortened(literal(value)))
+            make("span", { class: `value ${kindOf(value)}` }, leafText(value, LONG))
         );
     const entries = Object.entries(value);
     const isList = Array.isArray(value);
@@ -81,6 +81,17 @@ function kindOf(value) {
     return value === null || value === undefined ? "nothing" : typeof value;
 }
 
+/**
+ * @param {unknown} value
+ * @param {number} length
+ */
+function leafText(value, length) {
+    if (!(value instanceof Uint8Array))
+        return shortened(literal(value), length);
+    const first = [...value.subarray(0, SHOWN_AT_ONCE), ...(value.length > SHOWN_AT_ONCE ? ["…"] : [])].join(", ");
+    return `Uint8Array(${value.length}) [${length < LONG && value.length > SHOWN_IN_LINE ? "…" : first}]`;
+}
+
 /** @param {object} value */
 function describe(value) {
     const name = Object.getPrototypeOf(value)?.constructor?.name ?? "Object";
@@ -105,8 +116,8 @@ function shortened(text, length = LONG) {
 export function oneLine(value, depth = 2) {
     if (typeof value === "function")
         return `ƒ ${nameOf(value)}`;
-    if (typeof value !== "object" || value === null)
-        return shortened(literal(value), 80);
+    if (typeof value !== "object" || value === null || value instanceof Uint8Array)
+        return leafText(value, 80);
     const entries = Object.entries(value);
     const isList = Array.isArray(value);
     if (!entries.length)

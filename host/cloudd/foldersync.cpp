@@ -18,6 +18,8 @@ constexpr int MaxEntries = 200'000;
 constexpr int CloudPageItems = 200;
 /// Paths that are decided on in one step, if nothing is transferred.
 constexpr int PathsPerStep = 50;
+/// After so many the disk is full or broken. Fewer may be folders that are not writable.
+constexpr int MaxStorageFailures = 20;
 constexpr qint64 NsPerSecond = 1'000'000'000;
 
 QString parentOf(const QString& path)
@@ -112,7 +114,9 @@ Job::Step FolderSync::step()
         m_upload.reset();
         m_copy.reset();
         fail(error);
-        if (m_phase >= Phase::Files && error.state != State::StorageFailed)
+        if (error.state == State::StorageFailed)
+            ++m_storageFailures;
+        if (m_phase >= Phase::Files && m_storageFailures < MaxStorageFailures)
             return Step::Again;
     }
     m_ended(m_report);
@@ -203,6 +207,11 @@ void FolderSync::readLocalFolder()
 {
     const QString path = m_localFolders.takeLast();
     const Descriptor folder = openLocalFolder(path, false);
+    if (!folder && errno == EACCES && !path.isEmpty()) {
+        ++m_report.skipped;
+        m_skipped.insert(path);
+        return;
+    }
     if (!folder)
         throw Error(State::SourceUnreadable);
     for (const QByteArray& encoded : listNames(folder)) {
@@ -389,6 +398,8 @@ void FolderSync::beginHash(const QString& path)
                       : Descriptor();
     if (!m_hashed)
         throw Error(State::SourceUnreadable);
+    if (!m_transfers.permits(m_member.userId, m_hashed))
+        throw Error(State::Closed);
     m_hash = std::make_unique<QCryptographicHash>(QCryptographicHash::Sha256);
     m_path = path;
     m_work = Work::Hash;
@@ -430,8 +441,13 @@ void FolderSync::beginUpload(const QString& path)
         plan(&SyncReport::uploaded, path, "upload");
         return;
     }
-    m_upload = std::make_unique<Upload>(m_contents, m_folder.localPath + QLatin1Char('/') + path,
-        [this](const Descriptor& file) { return m_transfers.permits(m_member.userId, file); });
+    m_fileFolder = openLocalFolder(parentOf(path), false);
+    if (!m_fileFolder)
+        throw Error(State::SourceUnreadable);
+    // Not by its path: a link may have taken the place of a folder on the way.
+    m_upload = std::make_unique<Upload>(
+        m_contents, descriptorPath(m_fileFolder) + '/' + QFile::encodeName(nameOf(path)),
+        [this](const Descriptor& file) { return m_transfers.permits(m_member.userId, file); }, false);
     m_path = path;
     m_work = Work::Upload;
 }
@@ -483,17 +499,17 @@ void FolderSync::finishUpload()
 void FolderSync::beginDownload(const QString& path, const QString& lastCopied)
 {
     m_copied = m_store.findItemById(m_cloud[path].id);
+    m_fileFolder = openLocalFolder(parentOf(path), !isScan());
+    if (m_fileFolder)
+        requireOpen(m_fileFolder, QFile::encodeName(nameOf(path)));
     if (isScan()) {
         m_report.bytes += m_copied.size;
         plan(&SyncReport::downloaded, path, "download");
         return;
     }
-    m_copyFolder = openLocalFolder(parentOf(path), true);
-    if (!m_copyFolder)
-        throw Error(State::StorageFailed);
     m_path = path;
     m_copy = std::make_unique<LocalCopy>(m_contents, m_copied.sha256, m_copied.size,
-        Descriptor(fcntl(m_copyFolder.get(), F_DUPFD_CLOEXEC, 0)), QFile::encodeName(nameOf(path)),
+        Descriptor(fcntl(m_fileFolder.get(), F_DUPFD_CLOEXEC, 0)), QFile::encodeName(nameOf(path)),
         lastCopied, [this] {
             return std::make_unique<Incoming>(
                 m_root, QByteArray(MarkerName) + '-' + QByteArray::number(++m_incomingNumber));
@@ -512,23 +528,25 @@ void FolderSync::finishDownload()
     struct stat found { };
     if (copy->hasKept()) {
         const QString kept = joinPath(parentOf(m_path), QFile::decodeName(copy->keptName()));
-        if (fstatat(m_copyFolder.get(), copy->keptName().constData(), &found, AT_SYMLINK_NOFOLLOW) == 0) {
+        if (fstatat(m_fileFolder.get(), copy->keptName().constData(), &found, AT_SYMLINK_NOFOLLOW) == 0) {
             m_local.insert(kept, describe(found));
             m_paths.insert(kept);
         }
     }
     if (fstatat(
-            m_copyFolder.get(), QFile::encodeName(nameOf(m_path)).constData(), &found, AT_SYMLINK_NOFOLLOW)
+            m_fileFolder.get(), QFile::encodeName(nameOf(m_path)).constData(), &found, AT_SYMLINK_NOFOLLOW)
         == 0)
         record(m_path, m_copied, describe(found), false);
 }
 
 void FolderSync::removeLocalFile(const QString& path)
 {
-    if (!plan(&SyncReport::removed, path, "removeLocal"))
-        return;
     const Descriptor folder = openLocalFolder(parentOf(path), false);
     const QByteArray name = QFile::encodeName(nameOf(path));
+    if (folder)
+        requireOpen(folder, name);
+    if (!plan(&SyncReport::removed, path, "removeLocal"))
+        return;
     if (!folder)
         return forget(path);
     // Under another name nobody replaces it unseen. If the service is killed now, it comes back under that name.
@@ -551,6 +569,15 @@ void FolderSync::removeCloudFile(const QString& path)
 {
     if (!plan(&SyncReport::removed, path, "removeCloud"))
         return;
+    // Programs that save a file may remove it for a moment.
+    const Descriptor folder = openLocalFolder(parentOf(path), false);
+    struct stat found { };
+    if (folder
+        && fstatat(folder.get(), QFile::encodeName(nameOf(path)).constData(), &found, AT_SYMLINK_NOFOLLOW)
+            == 0) {
+        --m_report.removed;
+        throw Error(State::Busy, "changing");
+    }
     Store::Transaction transaction(m_store);
     const Item item = m_store.findItemById(m_cloud[path].id);
     if (item.sha256 != m_cloud[path].sha256) {
@@ -598,9 +625,13 @@ Descriptor FolderSync::openLocalFolder(const QString& path, bool make)
     const QStringList names = path.split(QLatin1Char('/'), Qt::SkipEmptyParts);
     for (const QString& name : names) {
         const QByteArray encoded = QFile::encodeName(name);
-        if (make && mkdirat(folder.get(), encoded.constData(), S_IRWXU) != 0 && errno != EEXIST)
-            throw Error(State::StorageFailed);
         Descriptor next(openat(folder.get(), encoded.constData(), FolderFlags));
+        if (!next && make && errno == ENOENT) {
+            requireOpen(folder, encoded);
+            if (mkdirat(folder.get(), encoded.constData(), S_IRWXU) != 0 && errno != EEXIST)
+                throw Error(State::StorageFailed);
+            next = Descriptor(openat(folder.get(), encoded.constData(), FolderFlags));
+        }
         if (!next) {
             if (make)
                 throw Error(State::NameTaken);
@@ -633,6 +664,12 @@ bool FolderSync::plan(qint64 SyncReport::*counter, const QString& path, const ch
     if (isScan() && m_report.changes.size() < SyncReport::MaxChanges)
         m_report.changes.push_back({ path, action });
     return !isScan();
+}
+
+void FolderSync::requireOpen(const Descriptor& folder, const QByteArray& name) const
+{
+    if (!m_transfers.permits(m_member.userId, folder, name))
+        throw Error(State::Closed);
 }
 
 void FolderSync::fail(const Error& error)

@@ -26,7 +26,7 @@ struct SyncReport {
     qint64 downloaded = 0;
     qint64 removed = 0;   ///< files, on either side
     qint64 conflicts = 0; ///< files that had changed on both sides: both versions are kept
-    qint64 skipped = 0;   ///< links, devices, names that the cloud can not have, what is closed to uploads
+    qint64 skipped = 0;   ///< links, devices, names that the cloud can not have, what is closed
     qint64 failed = 0;
     qint64 bytes = 0; ///< transferred
     qint64 files = 0; ///< in the local folder
@@ -101,6 +101,8 @@ private:
     /// Counts and lists a change. True if it is to be made, not only found.
     bool plan(qint64 SyncReport::*counter, const QString& path, const char* action);
     void fail(const Error& error);
+    /// Throws Error(Closed) when the suite closes that name in a local folder, where nothing needs to be.
+    void requireOpen(const Descriptor& folder, const QByteArray& name) const;
     bool isScan() const { return m_purpose == Purpose::Scan; }
     static LocalFile describe(const struct stat& found);
     bool isAsRecorded(const QString& path) const;
@@ -114,6 +116,7 @@ private:
     const Purpose m_purpose;
     const Ended m_ended;
     SyncReport m_report;
+    int m_storageFailures = 0;
 
     Phase m_phase = Phase::Open;
     Descriptor m_root;
@@ -137,7 +140,7 @@ private:
     std::unique_ptr<QCryptographicHash> m_hash;
     std::unique_ptr<Upload> m_upload;
     std::unique_ptr<LocalCopy> m_copy;
-    Descriptor m_copyFolder;
+    Descriptor m_fileFolder; ///< the local folder that it is in
     Item m_copied;
 };
 

@@ -12,7 +12,7 @@ namespace cloudd {
 
 namespace {
 
-constexpr int MaxScans = 100;
+constexpr int MaxQueued = 100;
 
 Descriptor openDirectory(const QString& path)
 {
@@ -42,6 +42,11 @@ QByteArray readMarker(const Descriptor& folder)
     QByteArray id(64, '\0');
     const qint64 count = file ? readSlice(file, id.data(), id.size()) : 0;
     return id.left(static_cast<int>(qMax<qint64>(0, count)));
+}
+
+bool isMarked(const Descriptor& there, const SyncFolder& folder)
+{
+    return there && readMarker(there) == folder.id.toLatin1();
 }
 
 } // namespace
@@ -97,7 +102,8 @@ const char* SyncFolders::checkFolder(const SyncFolder& folder)
     const Descriptor there = openDirectory(folder.localPath);
     if (!there)
         return "missing";
-    return folder.lastSyncTime == 0 || readMarker(there) == folder.id.toLatin1() ? nullptr : "otherFolder";
+    // As FolderSync does it: one that has no files in the records becomes this folder.
+    return isMarked(there, folder) || !m_records.hasEntries(folder.id) ? nullptr : "otherFolder";
 }
 
 SyncFolder SyncFolders::add(const Member& member, const QString& localPath, const QString& cloudFolder,
@@ -125,7 +131,7 @@ void SyncFolders::remove(const SyncFolder& folder)
     stop(folder.id);
     m_records.remove(folder.id);
     const Descriptor there = openDirectory(folder.localPath);
-    if (there && readMarker(there) == folder.id.toLatin1())
+    if (isMarked(there, folder))
         unlinkat(there.get(), FolderSync::MarkerName, 0);
     emitNotice(folder, "removed");
 }
@@ -138,11 +144,19 @@ SyncFolder SyncFolders::move(const Member& member, SyncFolder folder, const QStr
         throw Error(State::WrongPlace, "withinSyncFolder");
     stop(folder.id);
     const Descriptor there = openDirectory(localPath);
-    bool isMoved = there && readMarker(there) == folder.id.toLatin1();
+    bool isMoved = isMarked(there, folder);
     if (!isMoved) {
-        isMoved =
-            rename(QFile::encodeName(folder.localPath).constData(), QFile::encodeName(localPath).constData())
-            == 0;
+        if (there
+            && !QDir(localPath).isEmpty(
+                QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
+            throw Error(State::WrongPlace, "notEmpty");
+        // What has taken its place, such as the mount point of its disk, stays where it is.
+        const bool isThere = !checkFolder(folder);
+        errno = 0;
+        isMoved = isThere
+            && rename(
+                   QFile::encodeName(folder.localPath).constData(), QFile::encodeName(localPath).constData())
+                == 0;
         if (!isMoved && (errno == ENOTEMPTY || errno == EEXIST))
             throw Error(State::WrongPlace, "notEmpty");
         if (!isMoved && !there && !openFolder(QFile::encodeName(localPath)))
@@ -179,17 +193,18 @@ void SyncFolders::end(const Member& member, const SyncFolder& folder, SyncReport
 {
     // Taken out first: whoever is called may request another sync.
     Run done = m_runs.take(folder.id);
-    const bool hasWork = report.error || report.uploaded || report.downloaded || report.removed;
+    // The same failure again is no news, nor is nothing to do again.
+    const bool hasNews = QString::fromLatin1(report.error) != folder.lastError || report.uploaded
+        || report.downloaded || report.removed;
     try {
         // Not every some seconds.
-        if (hasWork || !done.waiting.empty() || !folder.lastError.isEmpty())
+        if (hasNews || !done.waiting.empty())
             m_records.recordEnd(folder.id, QString::fromLatin1(report.error));
     } catch (const Error& error) {
         report.error = error.reason;
         report.state = error.state;
     }
-    // One that nobody requested, and that found nothing to do, is no news.
-    if (hasWork || !done.waiting.empty())
+    if (hasNews || !done.waiting.empty())
         emitNotice(folder, report.error ? "failed" : "synced", report);
     if (!done.next.empty()) {
         m_runs[folder.id].waiting = std::move(done.next);
@@ -216,10 +231,15 @@ void SyncFolders::stop(const QString& id)
 
 void SyncFolders::scan(const Member& member, const SyncFolder& folder, Ended ended)
 {
-    if (m_queue.size() >= MaxScans)
-        throw Error(State::Busy);
-    m_queue.add(std::make_shared<FolderSync>(
+    add(std::make_shared<FolderSync>(
         m_store, m_contents, m_transfers, member, folder, FolderSync::Purpose::Scan, std::move(ended)));
+}
+
+void SyncFolders::add(std::shared_ptr<Job> job)
+{
+    if (m_queue.size() >= MaxQueued)
+        throw Error(State::Busy);
+    m_queue.add(std::move(job));
 }
 
 void SyncFolders::syncAll()

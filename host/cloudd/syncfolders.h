@@ -24,7 +24,7 @@ public:
     const char* checkPath(
         const QString& userId, const QString& path, const QString& exceptId = {}, bool mayBeMissing = false);
     /// Why a sync folder can not be synced at present: "missing", "otherFolder"; null when it can.
-    static const char* checkFolder(const SyncFolder& folder);
+    const char* checkFolder(const SyncFolder& folder);
 
     /// `cloudFolder`: a cloud path or an id. Throws Error: WrongPlace with the word of checkPath(), NameTaken (a second
     /// desktop), and as Store::findFolder().
@@ -32,8 +32,8 @@ public:
         Store::Missing missing, const QString& kind);
     /// Files stay on both sides.
     void remove(const SyncFolder& folder);
-    /// Moves the folder to a path where nothing is, or an empty folder; or finds it there already. From another disk
-    /// nothing is moved: its files are downloaded again, and the old ones stay.
+    /// Moves the folder to a path where nothing is, or an empty folder; or finds it there already. From another disk, or
+    /// where it is missing, nothing is moved: its files are downloaded again, and the old ones stay.
     SyncFolder move(const Member& member, SyncFolder folder, const QString& localPath);
 
     /// One that comes while the folder is being synced waits for another sync, for what has changed meanwhile.
@@ -41,7 +41,8 @@ public:
     void scan(const Member& member, const SyncFolder& folder, Ended ended);
     bool isSyncing(const QString& id) const { return m_runs.contains(id); }
     bool isBusy() const { return m_queue.size() > 0; }
-    JobQueue& queue() { return m_queue; }
+    /// Queues a job that changes nothing in the cloud. Throws Error(Busy) when there are too many.
+    void add(std::shared_ptr<Job> job);
     SyncRecords& records() { return m_records; }
 
 Q_SIGNALS:

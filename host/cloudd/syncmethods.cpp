@@ -30,7 +30,7 @@ LarkIpcResult makeJsonResult(const QJsonObject& object)
 
 QJsonObject describe(MethodCall& call, const SyncFolder& folder)
 {
-    const char* fault = SyncFolders::checkFolder(folder);
+    const char* fault = call.core.syncFolders.checkFolder(folder);
     return { { key("id"), folder.id }, { key("localPath"), folder.localPath },
         { key("cloudFolderId"), folder.cloudFolderId },
         { key("cloudPath"), call.core.store.findPath(call.core.store.findItemById(folder.cloudFolderId)) },
@@ -107,7 +107,7 @@ Result checkPath(MethodCall& call)
 
 Result checkFolder(MethodCall& call)
 {
-    return makeCheckResult(SyncFolders::checkFolder(findFolder(call)));
+    return makeCheckResult(call.core.syncFolders.checkFolder(findFolder(call)));
 }
 
 QJsonObject describe(const SyncReport& report)
@@ -214,7 +214,7 @@ Result precheck(MethodCall& call)
 
 Result checkMarks(MethodCall& call)
 {
-    call.core.syncFolders.queue().add(std::make_shared<MarkJob>(call.core.store, call.member.userId,
+    call.core.syncFolders.add(std::make_shared<MarkJob>(call.core.store, call.member.userId,
         call.readFlag("repair"), [reply = call.reply](State state, const MarkJob::Result& result) {
             reply(state,
                 makeJsonResult({ { key("supported"), result.isSupported }, { key("missing"), result.missing },

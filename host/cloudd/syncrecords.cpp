@@ -82,6 +82,11 @@ QMap<QString, SyncEntry> SyncRecords::listEntries(const QString& folderId)
     return entries;
 }
 
+bool SyncRecords::hasEntries(const QString& folderId)
+{
+    return m_database.run("SELECT 1 FROM syncEntries WHERE folderId = ? LIMIT 1", { folderId }).next();
+}
+
 void SyncRecords::recordEntry(const QString& folderId, const QString& path, const SyncEntry& entry)
 {
     m_database.run(

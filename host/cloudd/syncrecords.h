@@ -56,6 +56,7 @@ public:
     void recordEnd(const QString& id, const QString& error);
 
     QMap<QString, SyncEntry> listEntries(const QString& folderId); ///< by path, relative to the folder
+    bool hasEntries(const QString& folderId);
     void recordEntry(const QString& folderId, const QString& path, const SyncEntry& entry);
     void removeEntry(const QString& folderId, const QString& path);
 

@@ -4,6 +4,7 @@
 #include "host/cloudd/upload.h"
 
 #include <QDeadlineTimer>
+#include <QFile>
 
 namespace cloudd {
 
@@ -66,7 +67,7 @@ private:
     {
         if (!m_upload) {
             task.status = TaskStatus::Running;
-            m_upload = std::make_unique<Upload>(m_transfers.m_contents, task.source,
+            m_upload = std::make_unique<Upload>(m_transfers.m_contents, QFile::encodeName(task.source),
                 [this](const Descriptor& file) { return m_transfers.permits(task.userId, file); });
             m_transfers.emitNotice(task, "syncing");
             return Step::Again;
@@ -187,6 +188,11 @@ bool Transfers::permits(const QString& userId, const Descriptor& file) const
 {
     // The user's own documents are open, in the middle of the suite's records.
     return m_rule.permits(file, m_places.documentsPath(userId, {}));
+}
+
+bool Transfers::permits(const QString& userId, const Descriptor& folder, const QByteArray& name) const
+{
+    return m_rule.permits(folder, name, m_places.documentsPath(userId, {}));
 }
 
 void Transfers::removeUnused(const QString& sha256)

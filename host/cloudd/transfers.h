@@ -54,6 +54,8 @@ public:
     bool isBusy() const { return m_queue.size() > 0; }
     /// Whether the suite lets the user upload this file.
     bool permits(const QString& userId, const Descriptor& file) const;
+    /// The same for a name in an open folder, where nothing needs to be.
+    bool permits(const QString& userId, const Descriptor& folder, const QByteArray& name) const;
     /// What all uploads share.
     Throttle& throttle() { return m_throttle; }
     /// Removes a content that no file has any more.

@@ -3,7 +3,6 @@
 #include "host/cloudd/slice.h"
 #include "host/cloudd/state.h"
 
-#include <QFile>
 #include <ctime>
 #include <fcntl.h>
 
@@ -20,17 +19,18 @@ qint64 nanoseconds(const timespec& time)
 
 } // namespace
 
-Upload::Upload(Contents& contents, const QString& source, IsPermitted isPermitted)
+Upload::Upload(Contents& contents, const QByteArray& source, IsPermitted isPermitted, bool followLinks)
     : m_contents(contents)
-    , m_source(QFile::encodeName(source))
+    , m_source(source)
     , m_isPermitted(std::move(isPermitted))
+    , m_followLinks(followLinks)
 {
 }
 
 bool Upload::prepare()
 {
     if (!m_file) {
-        m_file = openRegular(AT_FDCWD, m_source, 0, m_opened);
+        m_file = openRegular(AT_FDCWD, m_source, m_followLinks ? 0 : O_NOFOLLOW, m_opened);
         if (!m_file)
             throw Error(State::SourceUnreadable);
         if (!m_isPermitted(m_file))
@@ -57,7 +57,8 @@ bool canDetectChanges(const struct stat& file)
 bool Upload::isUnchanged() const
 {
     struct stat now { };
-    return stat(m_source.constData(), &now) == 0 && cloudd::isUnchanged(m_opened, now);
+    return fstatat(AT_FDCWD, m_source.constData(), &now, m_followLinks ? 0 : AT_SYMLINK_NOFOLLOW) == 0
+        && cloudd::isUnchanged(m_opened, now);
 }
 
 bool Upload::step(qint64 most)

@@ -17,9 +17,9 @@ bool canDetectChanges(const struct stat& file);
 
 class Upload {
 public:
-    /// `isPermitted` is asked once the file is open.
+    /// `isPermitted` is asked once the file is open. `followLinks`: whether the source may be a link.
     using IsPermitted = std::function<bool(const Descriptor& file)>;
-    Upload(Contents& contents, const QString& source, IsPermitted isPermitted);
+    Upload(Contents& contents, const QByteArray& source, IsPermitted isPermitted, bool followLinks = true);
 
     /// Opens the file, the first time. False while a change could leave its time stamp as it is: until some
     /// milliseconds after its last change, or 2 s where the file system stores whole seconds. Throws Error:
@@ -42,6 +42,7 @@ private:
     Contents& m_contents;
     QByteArray m_source;
     IsPermitted m_isPermitted;
+    bool m_followLinks;
     Descriptor m_file;
     struct stat m_opened { };
     std::unique_ptr<Incoming> m_incoming;

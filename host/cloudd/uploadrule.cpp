@@ -39,6 +39,13 @@ bool UploadRule::Place::is(const QByteArray& there, const struct stat& found) co
         || (stat(path.constData(), &mine) == 0 && isSame(mine, found));
 }
 
+bool UploadRule::Place::isIn(const struct stat& folder, const QByteArray& name) const
+{
+    struct stat above { };
+    return path.endsWith('/' + name) && stat(path.left(path.size() - name.size()).constData(), &above) == 0
+        && isSame(above, folder);
+}
+
 UploadRule::UploadRule(const QStringList& closed, const QStringList& open)
 {
     for (const QString& path : closed)
@@ -67,6 +74,18 @@ bool UploadRule::permits(const Descriptor& file, const QString& alsoOpen) const
             return false;
     }
     return true;
+}
+
+bool UploadRule::permits(const Descriptor& folder, const QByteArray& name, const QString& alsoOpen) const
+{
+    if (const Descriptor file(openat(folder.get(), name.constData(), O_PATH | O_NOFOLLOW | O_CLOEXEC)); file)
+        return permits(file, alsoOpen);
+    struct stat found { };
+    if (fstat(folder.get(), &found) != 0)
+        return false;
+    const auto place = std::find_if(
+        m_places.begin(), m_places.end(), [&](const Place& place) { return place.isIn(found, name); });
+    return place != m_places.end() ? place->isOpen : permits(folder, alsoOpen);
 }
 
 } // namespace cloudd

@@ -20,12 +20,16 @@ public:
 
     /// `alsoOpen`: another open folder.
     bool permits(const Descriptor& file, const QString& alsoOpen) const;
+    /// The same for a name in an open folder, where nothing needs to be.
+    bool permits(const Descriptor& folder, const QByteArray& name, const QString& alsoOpen) const;
 
 private:
     struct Place {
         Place(const QString& path, bool isOpen);
         /// Whether it is the file or folder at this path, of this identity.
         bool is(const QByteArray& there, const struct stat& found) const;
+        /// Whether its path is that name in this folder.
+        bool isIn(const struct stat& folder, const QByteArray& name) const;
 
         QByteArray path;
         Descriptor held; ///< its first identity; held, so that no other file gets that

@@ -102,10 +102,11 @@ std::optional<Permissions::Entry> Permissions::readEntry(const QString& text, QS
         return message.isEmpty() ? std::optional(entry) : refuse(message);
     }
     case KPagePermission::ReachPrivateNetwork: {
-        const bool isNetwork = entry.text.contains(QLatin1Char('/'));
-        entry.network = QHostAddress::parseSubnet(isNetwork
-                ? entry.text
-                : entry.text + QLatin1String(entry.text.contains(QLatin1Char(':')) ? "/128" : "/32"));
+        if (entry.text.contains(QLatin1Char('/'))) {
+            entry.network = QHostAddress::parseSubnet(entry.text);
+        } else if (const QHostAddress one = plainAddress(QHostAddress(entry.text)); !one.isNull()) {
+            entry.network = { one, one.protocol() == QAbstractSocket::IPv4Protocol ? 32 : 128 };
+        }
         return entry.network.second >= 0 ? std::optional(entry) : refuse(wrong);
     }
     default:

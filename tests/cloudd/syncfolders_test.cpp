@@ -152,11 +152,17 @@ TEST_F(SyncFolders, TouchNothingThatIsNotTheirs)
     EXPECT_EQ(bytesOf(q(secret)), "mine");
 
     EXPECT_TRUE(!QFile::exists(path("a/.nova-sync-7")) && QFile::exists(path("a/.nova-sync-mine")));
-    closed = QStringList { path("a/keys") };
+    closed = QStringList { path("a/keys"), path("a/later") };
     restart();
     change(q("a/keys=secret"));
     EXPECT_EQ(sync("a"), "0 0 0 0 5");
     EXPECT_EQ(cloudBytes("Shared/keys"), "state 2");
+    change(q("b/keys=planted b/later/ b/later/x=planted"));
+    EXPECT_EQ(sync("b"), "2 0 0 0 0");
+    EXPECT_EQ(sync("a"), "0 0 0 0 7") << "nothing is written where it is closed either";
+    EXPECT_EQ(bytesOf(path("a/keys")) + (QFile::exists(path("a/later")) ? " made" : ""), "secret");
+    change(q("b/keys- b/later-"));
+    sync("b");
 
     // The disk that the folder is on is not there.
     EXPECT_TRUE(QDir().rename(path("b"), path("elsewhere")));
@@ -188,6 +194,10 @@ TEST_F(SyncFolders, TouchNothingThatIsNotTheirs)
         { std::pair(std::string("/"), "root"), std::pair(QDir::homePath().toStdString(), "home") })
         EXPECT_EQ(
             json("sync.checkPath", { { "localPath", given } }).value(q("reason")).toString(), q(reason));
+    change(q("b- fresh/"));
+    move["localPath"] = path("fresh").toStdString();
+    EXPECT_EQ(json("sync.moveFolder", move).value(q("state")).toString(), q("idle")) << "it can be synced";
+    EXPECT_EQ(sync("b"), "0 1 0 0 0");
     EXPECT_EQ(call("sync.listFolders", "userId=bob").result.resultList.size(), 0U) << "another's";
     EXPECT_EQ(call("sync.removeFolder", { { "userId", "bob" }, { "id", ids["a"] } }).state(), 2);
 }

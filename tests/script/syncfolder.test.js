@@ -35,7 +35,7 @@ await check([
         [`${member} of what is closed`, ask(member, { localPath: at("../.config") }), illegal],
         [`${member} of a number`, ask(member, { localPath: 5 }), wrong],
     ]),
-    ["a folder that holds what is closed", ask("syncFolder", { localPath: at("holder") }), illegal],
+    ...["syncFolder", "scanFolder"].map((member) => [`${member} of what holds it`, ask(member, { localPath: at("holder") }), illegal]),
     ["a way that there is not", ask("syncFolder", { localPath: at("work"), mode: "sideways" }), failed("wrongArguments")],
     ["one that there is not", ask("syncFolder", { id: "s0" }), failed("notFound")],
     ["a folder that there is not", ask("syncFolder", { localPath: at("none") }), failed("missing")],

@@ -108,7 +108,7 @@ DeniedByOneBit: https://127.0.0.1 ConfigCenter setValue 0x42 -> 4 no
 
 constexpr char PermissionRules[] = R"({"policy": [
     {"origin": "nova://app", "allow": ["*"], "permissions": ["usual", "startProgram:/usr/bin/true", "reachPrivateNetwork:127.0.0.0/8",
-        "reachPrivateNetwork:fd00::1"]},
+        "reachPrivateNetwork:fd00::1", "reachPrivateNetwork:::ffff:10.1.1.1"]},
     {"origin": "nova://closed", "allow": ["*"], "permissions": []},
     {"origin": "https://docs.example", "allow": ["*"], "permissions": ["usual", "readClipboard", "openAddress:mailto", "reachNetwork:https://*.docs.example:8443"]},
     {"origin": "https://plain.example", "allow": ["*"]}
@@ -141,6 +141,7 @@ OtherProgram: nova://app 0 /usr/bin/false -> no
 ProgramByAnotherPath: nova://app 0 /usr/bin/../bin/true -> no
 Network: nova://app 7 127.1.2.3 -> yes
 MappedAddress: nova://app 7 ::ffff:127.0.0.1 -> yes
+MappedInTheRule: nova://app 7 10.1.1.1 -> yes
 OtherAddress: nova://app 7 10.0.0.1 -> no
 AddressIPv6: nova://app 7 fd00:0::1 -> yes
 OtherAddressIPv6: nova://app 7 fd00::2 -> no

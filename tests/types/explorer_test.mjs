@@ -15,6 +15,7 @@ const values = {
     "text that means something to script": ["\"'`\\${}", "line\nbreak\u2028", "\ud800", "</script>"],
     "keys that are no names": { "a-b": 1, "": 2, 12: 3, ["__proto__"]: 4 },
     "what breaks into lines": { nested: Array.from({ length: 9 }, (_, index) => ({ index, text: "x".repeat(30) })) },
+    bytes: [new Uint8Array(), { few: new Uint8Array([0, 255]), many: new Uint8Array(20_000).fill(200) }],
     nothing: [null, {}, []]
 };
 for (const [name, value] of Object.entries(values)) {

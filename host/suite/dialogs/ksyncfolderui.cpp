@@ -58,6 +58,10 @@ void showMessage(const QString& title, const QString& text, const QStringList& b
         added.append(box->addButton(button, QMessageBox::AcceptRole));
     if (added.isEmpty())
         added.append(box->addButton(QMessageBox::Ok));
+    // Without a button for it, Escape and the window's own button would do nothing.
+    QPushButton* escape = box->addButton(QMessageBox::Cancel);
+    escape->hide();
+    box->setEscapeButton(escape);
     QObject::connect(box, &QDialog::finished, box, [box, added, ended] {
         const int index = added.indexOf(box->clickedButton());
         ended(index >= 0, { { QStringLiteral("button"), index } });

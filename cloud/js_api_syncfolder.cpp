@@ -91,7 +91,8 @@ struct KJsApiSyncFolder::PathDialogOptions {
     QString localPath;
     static constexpr auto fields()
     {
-        return std::tuple(optional("title", &PathDialogOptions::title, "of the dialog"),
+        return std::tuple(
+            optional("title", &PathDialogOptions::title, "of the dialog, shown up to 100 characters"),
             optional("localPath", &PathDialogOptions::localPath, "the folder that it shows first"));
     }
 };
@@ -109,10 +110,10 @@ struct KJsApiSyncFolder::MessageOptions {
     static constexpr auto fields()
     {
         using Self = MessageOptions;
-        return std::tuple(required("text", &Self::text, "plain text"),
-            optional("title", &Self::title, "of the dialog"),
-            optional(
-                "buttons", &Self::buttons, "their labels, at most 4; the suite's own button when left out"));
+        return std::tuple(required("text", &Self::text, "plain text, shown up to 2,000 characters"),
+            optional("title", &Self::title, "of the dialog, shown up to 100 characters"),
+            optional("buttons", &Self::buttons,
+                "their labels, at most 4, shown up to 60 characters; the suite's own button when left out"));
     }
 };
 struct KJsApiSyncFolder::PrivilegeOptions {
@@ -235,9 +236,10 @@ const MemberList& KJsApiSyncFolder::members()
     const FailureList dialog { &NoSyncFolderUi, &PromiseServiceError };
     static const MemberList list = MemberList {
         "Folders of this machine that are kept in step with a folder of the cloud. `syncFolder` makes a folder one of "
-        "them; from then on it is looked at every some seconds, and changes of either side go to the other. Of a file "
+        "them; from then on it is looked at every few seconds, and changes of either side go to the other. Of a file "
         "that has changed on both sides both versions are kept; one that was removed on one side is removed on the "
-        "other only when it has not changed there. `getSyncFolderCount` lists them, the listeners learn what is done.",
+        "other only when it has not changed there. `getSyncFolderCount` lists them, the listeners learn what is done. While "
+        "another dialog of the page is open, its dialogs end at once as if the user had cancelled them.",
         {
             listeners<Self, SyncNoticeEvent>(u"addNotifyListener", u"removeNotifyListener", Category::None),
             member<&Self::openSyncFolderListDlg>(u"openSyncFolderListDlg", Category::Usual, Type::JsValue,
@@ -366,7 +368,8 @@ Answer<Promise<QString>> KJsApiSyncFolder::showSyncFolderPathWidget(
 {
     return KSyncDialogRequest::show(
         page, KSyncFolderDialog::FolderPath,
-        { { heapString("title"), options.title }, { heapString("localPath"), options.localPath } },
+        { { heapString("title"), shorten(options.title, MaxTitle) },
+            { heapString("localPath"), options.localPath } },
         +[](bool confirmed, const QVariantMap& values) {
             return confirmed ? values.value(heapString("localPath")).toString() : heapString("");
         });
@@ -575,10 +578,11 @@ Answer<Promise<std::int32_t>> KJsApiSyncFolder::showNovaBox(
         return WrongParameters;
     QStringList buttons;
     for (const std::string& button : options.buttons)
-        buttons.append(toQString(button));
+        buttons.append(shorten(toQString(button), MaxButton));
     return KSyncDialogRequest::show(
         page, KSyncFolderDialog::Message,
-        { { heapString("title"), options.title }, { heapString("text"), options.text },
+        { { heapString("title"), shorten(options.title, MaxTitle) },
+            { heapString("text"), shorten(options.text, MaxText, MaxTextLines) },
             { heapString("buttons"), buttons } },
         +[](bool confirmed, const QVariantMap& values) -> std::int32_t {
             return confirmed ? values.value(heapString("button")).toInt() : -1;

@@ -96,6 +96,7 @@ void KSyncFolderRequest::fail(const std::string& reason)
 
 void KSyncDialogRequest::slot_dialogEnded(bool confirmed, const QVariantMap& values)
 {
+    m_turn.reset(); // for the next one, which script may open at once
     resolve(m_read(confirmed, values));
 }
 

@@ -4,6 +4,7 @@
 #include "cloud/clouddocapicaller.h"
 #include "cloud/jsonvalues.h"
 #include "cloud/syncfoldervalues.h"
+#include "local/filedialogs.h"
 #include "suite/ksyncfolderui.h"
 
 namespace jsapi {
@@ -71,7 +72,8 @@ private:
     QString m_id; ///< of the folder that is synced
 };
 
-/// A dialog of the suite's, from the call until its end.
+/// A dialog of the suite's, from the call until its end. While another dialog of the page is open it ends at once, as one
+/// that the user cancels does.
 class KSyncDialogRequest final : public KJsRequest {
     Q_OBJECT
 
@@ -80,20 +82,30 @@ public:
     static Answer<Promise<Value>> show(const JSContextEnv& page, KSyncFolderDialog dialog,
         const QVariantMap& options, Value (*read)(bool confirmed, const QVariantMap& values))
     {
-        auto request = std::make_unique<KSyncDialogRequest>();
+        auto request = std::make_unique<KSyncDialogRequest>(page);
         request->m_read = [read](bool confirmed, const QVariantMap& values) {
             return toVariant(read(confirmed, values));
         };
         KSyncFolderUi* ui = KSyncFolderUi::getInstance();
-        if (!ui || !ui->show(dialog, page, options, request.get(), heapString("slot_dialogEnded")))
+        if (!ui)
+            return NoSyncFolderUi;
+        if (!*request->m_turn)
+            request->slot_dialogEnded(false, {});
+        else if (!ui->show(dialog, page, options, request.get(), heapString("slot_dialogEnded")))
             return NoSyncFolderUi;
         return promise<Value>(page, std::move(request), PromiseServiceError);
+    }
+
+    explicit KSyncDialogRequest(const JSContextEnv& page)
+        : m_turn(std::in_place, page)
+    {
     }
 
     /// For the suite, once.
     Q_SLOT void slot_dialogEnded(bool confirmed, const QVariantMap& values);
 
 private:
+    std::optional<DialogTurn> m_turn;
     std::function<QVariant(bool, const QVariantMap&)> m_read;
 };
 

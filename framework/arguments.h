@@ -195,11 +195,12 @@ public:
 
 template <typename Payload>
 struct Argument<RequiredCallback<Payload>> : ArgumentValue<RequiredCallback<Payload>> {
-    static constexpr std::array Refusals { &WrongParameters };
+    static constexpr std::array Refusals { &MissingParameters, &WrongParameters };
     bool read(ArgumentReader& reader)
     {
-        this->value = RequiredCallback<Payload>(queryFunction(reader.next().raw()));
-        return this->value || reader.refuse(WrongParameters);
+        const KJSVariant& given = reader.next();
+        this->value = RequiredCallback<Payload>(queryFunction(given.raw()));
+        return this->value || reader.refuse(isGiven(given) ? WrongParameters : MissingParameters);
     }
 };
 

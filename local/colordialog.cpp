@@ -23,7 +23,7 @@ QColor readColor(const QString& string)
 class KColorDialogRequest final : public KColorRequest {
 public:
     KColorDialogRequest(
-        std::unique_ptr<DialogTurn> turn, ColorCallback& callback, const ColorOptions& options)
+        std::unique_ptr<DialogTurn> turn, const ColorCallback& callback, const ColorOptions& options)
         : KColorRequest(std::move(turn), callback)
         , m_dialog(new QColorDialog(this->turn().owner()))
         , m_hasAlpha(options.alpha)
@@ -62,7 +62,7 @@ private:
 
 } // namespace
 
-Answer<bool> pickColor(const JSContextEnv& page, const ColorOptions& options, ColorCallback& callback)
+Answer<bool> pickColor(const JSContextEnv& page, const ColorOptions& options, const ColorCallback& callback)
 {
     if (!options.color.isEmpty() && !readColor(options.color).isValid())
         return WrongParameters;

@@ -20,6 +20,6 @@ struct ColorOptions {
 };
 
 /// Shows the dialog. Returns whether it is shown; refuses with WrongParameters. [GUI thread]
-Answer<bool> pickColor(const JSContextEnv& page, const ColorOptions& options, ColorCallback& callback);
+Answer<bool> pickColor(const JSContextEnv& page, const ColorOptions& options, const ColorCallback& callback);
 
 } // namespace jsapi

@@ -7,9 +7,9 @@
 
 namespace jsapi {
 
-KColorRequest::KColorRequest(std::unique_ptr<DialogTurn> turn, ColorCallback& callback)
+KColorRequest::KColorRequest(std::unique_ptr<DialogTurn> turn, ColorCallback callback)
     : m_turn(std::move(turn))
-    , m_callback(std::move(callback.function))
+    , m_callback(std::move(callback))
 {
     connect(&m_watch, &QTimer::timeout, this, &KColorRequest::lookAtPage);
     connect(qApp, &QCoreApplication::aboutToQuit, this, &KColorRequest::cancel);
@@ -37,7 +37,7 @@ void KColorRequest::finish(const QColor& color, bool withAlpha)
             picked.alpha = std::round(color.alphaF() * Thousand) / Thousand;
     }
     // The function may do anything: show the next dialog, end the application.
-    const Callback<PickedColor> callback = std::move(m_callback);
+    const ColorCallback callback = std::move(m_callback);
     m_turn.reset();
     deleteLater();
     callback(picked);

@@ -22,23 +22,7 @@ struct PickedColor {
     }
 };
 
-/// A function of script's that must be given.
-struct ColorCallback {
-    Callback<PickedColor> function;
-};
-template <> struct Argument<ColorCallback> : ArgumentValue<ColorCallback> {
-    using ScriptType = Callback<PickedColor>;
-    static constexpr std::array Refusals { &MissingParameters, &WrongParameters };
-    bool read(ArgumentReader& reader)
-    {
-        const KJSVariant& given = reader.next();
-        KRef<IJSFunction> function = queryFunction(given.raw());
-        if (!function)
-            return reader.refuse(isGiven(given) ? WrongParameters : MissingParameters);
-        value.function = Callback<PickedColor>(std::move(function));
-        return true;
-    }
-};
+using ColorCallback = RequiredCallback<PickedColor>;
 
 /// One colour on its way, from the call until the function has been called, once, with what has become of it: also when the
 /// page or the application ends before the user has. Owns itself; it has the page's turn for a dialog. [GUI thread]
@@ -49,7 +33,7 @@ public:
     ~KColorRequest() override;
 
 protected:
-    KColorRequest(std::unique_ptr<DialogTurn> turn, ColorCallback& callback);
+    KColorRequest(std::unique_ptr<DialogTurn> turn, ColorCallback callback);
 
     /// Leaves the request to itself.
     static void begin(std::unique_ptr<KColorRequest> request);
@@ -62,7 +46,7 @@ protected:
 
 private:
     std::unique_ptr<DialogTurn> m_turn;
-    Callback<PickedColor> m_callback;
+    ColorCallback m_callback;
     QTimer m_watch;
     bool m_hasFinished = false;
 

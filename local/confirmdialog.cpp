@@ -9,22 +9,7 @@ namespace jsapi {
 
 namespace {
 
-// More would not leave room for the buttons on a screen.
-constexpr int MaxText = 2000;
-constexpr int MaxLines = 20;
 constexpr std::size_t MaxButtons = 5;
-constexpr int MaxButton = 60;
-
-/// The beginning of a page's string, with an ellipsis if it is not all.
-QString shorten(const std::string& given, int maxLength, int maxLines)
-{
-    const QString string = QString::fromStdString(given);
-    const QString lines = string.section(QLatin1Char('\n'), 0, maxLines - 1);
-    QString shortened = lines.left(maxLength);
-    if (!shortened.isEmpty() && shortened.at(shortened.size() - 1).isHighSurrogate())
-        shortened.chop(1);
-    return shortened.size() < string.size() ? shortened + QChar(0x2026) : shortened;
-}
 
 QMessageBox::Icon iconOf(ConfirmType type)
 {
@@ -64,10 +49,10 @@ Answer<std::int32_t> askToConfirm(const JSContextEnv& page, const ConfirmOptions
         return -1;
     // Its owner, and the dialog with it, or its page may go while the dialog is open.
     const QPointer<QMessageBox> box(new QMessageBox(turn.owner()));
-    box->setWindowTitle(shorten(options.title, MaxTitle, 1));
+    box->setWindowTitle(shorten(QString::fromStdString(options.title), MaxTitle));
     box->setIcon(iconOf(options.type));
-    box->setText(shorten(options.text, MaxText, MaxLines));
-    box->setInformativeText(shorten(options.detail, MaxText, MaxLines));
+    box->setText(shorten(QString::fromStdString(options.text), MaxText, MaxTextLines));
+    box->setInformativeText(shorten(QString::fromStdString(options.detail), MaxText, MaxTextLines));
     for (QLabel* label : box->findChildren<QLabel*>())
         label->setTextFormat(Qt::PlainText);
     std::vector<QAbstractButton*> shown;

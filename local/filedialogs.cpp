@@ -13,10 +13,10 @@ namespace jsapi {
 
 namespace {
 
-/// The pages that have a dialog open.
+/// The pages that have a dialog open. Never destroyed: requests that have a turn may end after other statics.
 std::vector<JSContextEnv>& pagesWithDialog()
 {
-    static std::vector<JSContextEnv> pages;
+    static auto& pages = *new std::vector<JSContextEnv>;
     return pages;
 }
 
@@ -70,6 +70,14 @@ bool runDialog(const DialogTurn& turn, QDialog* shown)
     });
     watch.start(DialogTurn::PageWatchMs);
     return dialog->exec() == QDialog::Accepted && dialog;
+}
+
+QString shorten(const QString& string, int maxLength, int maxLines)
+{
+    QString shortened = string.section(QLatin1Char('\n'), 0, maxLines - 1).left(maxLength);
+    if (!shortened.isEmpty() && shortened.at(shortened.size() - 1).isHighSurrogate())
+        shortened.chop(1);
+    return shortened.size() < string.size() ? shortened + QChar(0x2026) : shortened;
 }
 
 QStringList chooseFiles(

@@ -38,8 +38,14 @@ private:
 /// destroyed with its owner. [GUI thread]
 bool runDialog(const DialogTurn& turn, QDialog* shown);
 
-/// How much of a page's string is shown as the title of a window.
+/// How much of a page's string is shown as the title of a window, a button, a text. More would not leave room on a screen.
 inline constexpr int MaxTitle = 100;
+inline constexpr int MaxButton = 60;
+inline constexpr int MaxText = 2000;
+inline constexpr int MaxTextLines = 20;
+
+/// The beginning of a page's string, with an ellipsis if it is not all.
+QString shorten(const QString& string, int maxLength, int maxLines = 1);
 
 struct FileDialogOptions {
     QString caption;

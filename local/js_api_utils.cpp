@@ -22,21 +22,6 @@ constexpr char CsrfMessage[] = "csrf";
 
 } // namespace
 
-/// A string; without it, or with anything else, the clipboard stays as it is.
-struct KJsApiUtils::ClipboardText {
-    QString string;
-};
-template <> struct Argument<KJsApiUtils::ClipboardText> : ArgumentValue<KJsApiUtils::ClipboardText> {
-    using ScriptType = QString;
-    static constexpr std::array Refusals { &MissingParameters, &WrongParameters };
-    bool read(ArgumentReader& reader)
-    {
-        const Reading reading = readValue(reader.next(), value.string, true);
-        return reading == Reading::Done
-            || reader.refuse(reading == Reading::Absent ? MissingParameters : WrongParameters);
-    }
-};
-
 struct KJsApiUtils::ImageOptions {
     QString path;
     std::optional<Bytes> bytes;
@@ -165,15 +150,15 @@ const QScreen* findPrimaryScreen()
 
 } // namespace
 
-Answer<void> KJsApiUtils::setTextToClipboard(const ClipboardText& text)
+Answer<void> KJsApiUtils::setTextToClipboard(const Demanded<QString>& text)
 {
     QClipboard* clipboard = findClipboard();
     if (!clipboard)
         return EmptyHandle;
-    if (text.string.isEmpty())
+    if (text.value.isEmpty())
         clipboard->clear();
     else
-        clipboard->setText(text.string);
+        clipboard->setText(text.value);
     return {};
 }
 
@@ -229,7 +214,7 @@ Answer<ScreenGeometry> KJsApiUtils::getCurrentScreenGeometry(const JSContextEnv&
 }
 
 Answer<bool> KJsApiUtils::pickColor(
-    const JSContextEnv& page, const ColorOptions& options, ColorCallback& callback)
+    const JSContextEnv& page, const ColorOptions& options, const ColorCallback& callback)
 {
     return jsapi::pickColor(page, options, callback);
 }
@@ -253,7 +238,7 @@ Answer<Plain<bool>> KJsApiUtils::startDetach(const JSContextEnv& page, const Pro
 }
 
 Answer<bool> KJsApiUtils::getSnapperColor(const Permission<KPagePermission::ReadScreen>&,
-    const JSContextEnv& page, const ScreenColorOptions& options, ColorCallback& callback)
+    const JSContextEnv& page, const ScreenColorOptions& options, const ColorCallback& callback)
 {
     return pickScreenColor(page, options, callback);
 }

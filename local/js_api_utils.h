@@ -14,23 +14,23 @@ public:
     static constexpr char16_t ScriptName[] = u"NovaExtension.Utils";
     static const MemberList& members();
 
-    struct ClipboardText;
     struct ImageOptions;
     struct PictureOptions;
     struct ProgramOptions;
     struct ParamOptions;
 
-    Answer<void> setTextToClipboard(const ClipboardText& text);
+    Answer<void> setTextToClipboard(const Demanded<QString>& text);
     Answer<QString> getClipboardText(const Permission<KPagePermission::ReadClipboard>& permission);
     Answer<void> setImageToClipboard(const ImageOptions& options);
     Answer<ScreenGeometry> getPrimaryScreenGeometry();
     Answer<std::vector<ScreenGeometry>> getAllScreenGeometry();
     Answer<ScreenGeometry> getCurrentScreenGeometry(const JSContextEnv& page);
-    Answer<bool> pickColor(const JSContextEnv& page, const ColorOptions& options, ColorCallback& callback);
+    Answer<bool> pickColor(
+        const JSContextEnv& page, const ColorOptions& options, const ColorCallback& callback);
     Answer<QStringList> getPictureFilepath(const JSContextEnv& page, const PictureOptions& options);
     Answer<Plain<bool>> startDetach(const JSContextEnv& page, const ProgramOptions& options);
     Answer<bool> getSnapperColor(const Permission<KPagePermission::ReadScreen>& permission,
-        const JSContextEnv& page, const ScreenColorOptions& options, ColorCallback& callback);
+        const JSContextEnv& page, const ScreenColorOptions& options, const ColorCallback& callback);
     Answer<QVariant> getParamExtra(const JSContextEnv& page, const ParamOptions& options);
     Answer<bool> inBlackDownloadDir(const QString& path);
     Answer<QString> getCsrf();

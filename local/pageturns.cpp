@@ -51,16 +51,19 @@ private:
         Line line = std::move(m_lines.front());
         m_lines.pop_front();
         const Work& work = line.works.front();
+        // It may settle a promise, whose function may wait in a dialog: other turns are taken meanwhile.
         const Slice slice = work.worker ? work.slice(m_buffer) : Slice::Ended;
         if (slice == Slice::Ended)
             line.works.pop_front();
         m_waiting = slice == Slice::Waiting ? m_waiting + 1 : 0;
-        m_next.setInterval(m_waiting > m_lines.size() ? RetryMs : 0);
+        const int pause = m_waiting > m_lines.size() ? RetryMs : 0;
         if (!line.works.empty())
             m_lines.push_back(std::move(line));
         if (m_lines.empty()) {
             m_next.stop();
             m_buffer.clear();
+        } else {
+            m_next.start(pause);
         }
     }
 

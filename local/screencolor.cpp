@@ -110,7 +110,7 @@ private:
 
 class KScreenColorRequest final : public KColorRequest {
 public:
-    KScreenColorRequest(std::unique_ptr<DialogTurn> turn, ColorCallback& callback, int zoom)
+    KScreenColorRequest(std::unique_ptr<DialogTurn> turn, const ColorCallback& callback, int zoom)
         : KColorRequest(std::move(turn), callback)
     {
         // All pictures before the first cover.
@@ -209,7 +209,7 @@ void ScreenCover::keyPressEvent(QKeyEvent* event)
 } // namespace
 
 Answer<bool> pickScreenColor(
-    const JSContextEnv& page, const ScreenColorOptions& options, ColorCallback& callback)
+    const JSContextEnv& page, const ScreenColorOptions& options, const ColorCallback& callback)
 {
     if (options.zoom < SmallestZoom || options.zoom > LargestZoom)
         return WrongParameters;

@@ -17,6 +17,6 @@ struct ScreenColorOptions {
 /// Shows the eyedropper over all screens. Returns whether it is shown, which needs X11; refuses with WrongParameters. It has
 /// the mouse and the keyboard to itself, and ends by itself when neither is used for a minute. [GUI thread]
 Answer<bool> pickScreenColor(
-    const JSContextEnv& page, const ScreenColorOptions& options, ColorCallback& callback);
+    const JSContextEnv& page, const ScreenColorOptions& options, const ColorCallback& callback);
 
 } // namespace jsapi

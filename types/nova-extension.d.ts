@@ -85,7 +85,8 @@ declare const NovaExtension: {
      * Folders of this machine that are kept in step with a folder of the cloud. `syncFolder` makes a folder one of
      * them; from then on it is looked at every some seconds, and changes of either side go to the other. Of a file that
      * has changed on both sides both versions are kept; one that was removed on one side is removed on the other only
-     * when it has not changed there. `getSyncFolderCount` lists them, the listeners learn what is done.
+     * when it has not changed there. `getSyncFolderCount` lists them, the listeners learn what is done. While another
+     * dialog of the page is open, its dialogs end at once as if the user had cancelled them.
      */
     readonly SyncFolder: NovaExtension.SyncFolder;
     /** Informs the cloud-document service that a web document has been set up. */
@@ -3905,7 +3906,8 @@ declare namespace NovaExtension {
      * Folders of this machine that are kept in step with a folder of the cloud. `syncFolder` makes a folder one of
      * them; from then on it is looked at every some seconds, and changes of either side go to the other. Of a file that
      * has changed on both sides both versions are kept; one that was removed on one side is removed on the other only
-     * when it has not changed there. `getSyncFolderCount` lists them, the listeners learn what is done.
+     * when it has not changed there. `getSyncFolderCount` lists them, the listeners learn what is done. While another
+     * dialog of the page is open, its dialogs end at once as if the user had cancelled them.
      *
      * @remarks one object, shared by all pages
      */
@@ -4319,11 +4321,11 @@ declare namespace NovaExtension.SyncFolder {
         id: string;
     }
     interface MessageOptions {
-        /** plain text */
+        /** plain text, shown up to 2,000 characters */
         text: string;
-        /** of the dialog */
+        /** of the dialog, shown up to 100 characters */
         title?: string | undefined;
-        /** their labels, at most 4; the suite's own button when left out */
+        /** their labels, at most 4, shown up to 60 characters; the suite's own button when left out */
         buttons?: readonly string[] | undefined;
     }
     interface MoveOptions {
@@ -4350,7 +4352,7 @@ declare namespace NovaExtension.SyncFolder {
         reason: string;
     }
     interface PathDialogOptions {
-        /** of the dialog */
+        /** of the dialog, shown up to 100 characters */
         title?: string | undefined;
         /** the folder that it shows first */
         localPath?: string | undefined;

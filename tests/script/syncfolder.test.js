@@ -90,9 +90,10 @@ await check([
     ["and does not", ask("showSyncFolderPathWidget"), ""],
     ["a message", ask("showNovaBox", { text: "t", buttons: ["a", "b"] }), 1],
     ["that the user closes", ask("showNovaBox", { text: "t" }), -1],
+    ["one dialog at a time", () => Promise.all([ask("openSyncFolderListDlg")(), ask("showNovaBox", { text: "t" })(), ask("showSyncFolderPathWidget")()]),
+        [{ confirmed: true }, -1, ""]],
     ["a message without text", ask("showNovaBox", {}), missing],
     ["with too many buttons", ask("showNovaBox", { text: "t", buttons: ["a", "b", "c", "d", "e"] }), wrong],
-    ["the list", ask("openSyncFolderListDlg"), { confirmed: true }],
     ["nothing left to answer", ask("openCloudSpacePage"), { confirmed: false }],
     ["nor here", ask("showCompanyPrivilegeDlg"), { confirmed: false }],
     ["the service killed meanwhile", async () => {

@@ -75,6 +75,7 @@ const refused = [
     ["missing", ["tree", "missing"], refusal(3, gone("missing"))], ["a program", ["tree", "script.txt"], notPacked("script.txt")], ["a pipe", ["pipe"], notPacked("pipe")],
     ["a file that is closed to uploads", ["keys"], notPacked("keys")], ["a name that leads elsewhere on other systems", ["odd\\name.txt"], notPacked("odd\\name.txt")],
     ["two of one name", ["tree", "again/tree"], notPacked("again/tree")], ["a name that a zero would cut", ["tree/a.txt\0.png"], notPacked("tree/a.txt\0.png")],
+    ["the archive itself", ["tree", "older.zip"], notPacked("older.zip")],
     ["too many", ["pile"], refusal(3, `${at("older.zip")} has too many entries.`)],
 ];
 await check([

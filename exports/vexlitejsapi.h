@@ -249,7 +249,7 @@ enum {
     VEXLITE_ZIP_BAD_NAME = -2,  ///< an entry can not have the name
     VEXLITE_ZIP_NOT_FOUND = -3, ///< a source is not there
     VEXLITE_ZIP_UNREADABLE =
-        -4,                  ///< a source can not be read, is of another kind, or changed its size meanwhile
+        -4, ///< a source can not be read, is of another kind or the archive itself, or changed its size meanwhile
     VEXLITE_ZIP_EXISTS = -5, ///< the archive has an entry of the name, or two sources would get the same one
     VEXLITE_ZIP_NOT_ARCHIVE =
         -6, ///< what is there is no archive, damaged, or packed in a way that is not known

@@ -107,7 +107,7 @@ std::int32_t addContent(ZipWriter& archive, int file, off_t size)
     std::array<char, 1 << 16> buffer;
     off_t left = size;
     for (;;) {
-        // A byte more than the size says that the file has grown, or tells none.
+        // A byte more than the size says that the file has grown, or that it has no size.
         const ssize_t count = read(file, buffer.data(), left ? std::min<off_t>(left, buffer.size()) : 1);
         if (count < 0 && errno == EINTR)
             continue;
@@ -155,8 +155,12 @@ std::int32_t compressToZipFile(const fs::path& path, std::vector<fs::path> sourc
         return VEXLITE_ZIP_NO_MEMORY;
     for (const ZipSource& source : found) {
         std::error_code none;
-        if (fs::equivalent(source.path, path, none)) // an older archive in one of the directories
+        if (fs::equivalent(source.path, path, none)) {
+            // An older archive in one of the directories is left out; a file that was named would be lost.
+            if (source.entryName.find('/') == std::string::npos)
+                return VEXLITE_ZIP_UNREADABLE;
             continue;
+        }
         if (const std::int32_t error = addSource(archive, source, level))
             return error;
     }

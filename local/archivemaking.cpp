@@ -136,7 +136,10 @@ private:
             if (!m_source || !krt::dirs::isFileFormatSafe(path) || !m_source.isAt(path)
                 || fstat(m_source.number(), &facts) != 0)
                 return refuseSource();
-            if (identify(facts) == m_replaced) { // an older archive in one of the directories
+            if (identify(facts) == m_replaced) {
+                // An older archive in one of the directories is left out; a file that was named would be lost.
+                if (source.entryName.find('/') == std::string::npos)
+                    return refuseSource();
                 ++m_next;
                 return true;
             }
@@ -151,7 +154,7 @@ private:
 
     bool addBytes(QByteArray& buffer)
     {
-        // A byte more than the size says that the file has grown, or tells none.
+        // A byte more than the size says that the file has grown, or that it has no size.
         const ssize_t count = read(m_source.number(), buffer.data(), m_left ? StepBytes : 1);
         if (count < 0 && errno == EINTR)
             return true;

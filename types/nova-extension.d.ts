@@ -83,7 +83,7 @@ declare const NovaExtension: {
     readonly AiDocsChat: NovaExtension.AiDocsChat;
     /**
      * Folders of this machine that are kept in step with a folder of the cloud. `syncFolder` makes a folder one of
-     * them; from then on it is looked at every some seconds, and changes of either side go to the other. Of a file that
+     * them; from then on it is looked at every few seconds, and changes of either side go to the other. Of a file that
      * has changed on both sides both versions are kept; one that was removed on one side is removed on the other only
      * when it has not changed there. `getSyncFolderCount` lists them, the listeners learn what is done. While another
      * dialog of the page is open, its dialogs end at once as if the user had cancelled them.
@@ -3904,7 +3904,7 @@ declare namespace NovaExtension {
 declare namespace NovaExtension {
     /**
      * Folders of this machine that are kept in step with a folder of the cloud. `syncFolder` makes a folder one of
-     * them; from then on it is looked at every some seconds, and changes of either side go to the other. Of a file that
+     * them; from then on it is looked at every few seconds, and changes of either side go to the other. Of a file that
      * has changed on both sides both versions are kept; one that was removed on one side is removed on the other only
      * when it has not changed there. `getSyncFolderCount` lists them, the listeners learn what is done. While another
      * dialog of the page is open, its dialogs end at once as if the user had cancelled them.

@@ -93,7 +93,7 @@ def check_refusals():
     rows = [("no source", [], -1, BAD_ARGUMENT), ("an empty source", [""], -1, BAD_ARGUMENT), ("a null source", [None], -1, BAD_ARGUMENT),
             ("half a pair", ["\ud800"], -1, BAD_ARGUMENT), ("level", tree, 10, BAD_ARGUMENT), ("level below", tree, -2, BAD_ARGUMENT),
             ("missing", ["tree", "missing"], -1, NOT_FOUND), ("pipe", ["pipe"], -1, UNREADABLE), ("the root", ["/"], -1, BAD_NAME),
-            ("no size", ["/proc/self/status"], -1, UNREADABLE), ("the same name", ["tree", "other/tree"], -1, EXISTS),
+            ("no size", ["/proc/self/status"], -1, UNREADABLE), ("itself", ["tree", "older.zip"], -1, UNREADABLE), ("the same name", ["tree", "other/tree"], -1, EXISTS),
             ("backslash", ["bad"], -1, BAD_NAME)]
     for name, sources, level, code in rows:
         expect(name, compress("older.zip", sources, level), code)

@@ -75,6 +75,7 @@ const refused = [
     ["missing", ["tree", "missing"], refusal(3, gone("missing"))], ["a program", ["tree", "script.txt"], notPacked("script.txt")], ["a pipe", ["pipe"], notPacked("pipe")],
     ["a file that is closed to uploads", ["keys"], notPacked("keys")], ["a name that leads elsewhere on other systems", ["odd\\name.txt"], notPacked("odd\\name.txt")],
     ["two of one name", ["tree", "again/tree"], notPacked("again/tree")], ["a name that a zero would cut", ["tree/a.txt\0.png"], notPacked("tree/a.txt\0.png")],
+    ["the archive itself", ["tree", "older.zip"], notPacked("older.zip")],
     ["too many", ["pile"], refusal(3, `${at("older.zip")} has too many entries.`)],
 ];
 await check([
@@ -104,9 +105,9 @@ await check([
 // One that begins and ends while a function of script waits in a dialog; the one behind it is not forgotten.
 await check([["a dialog when one has ended", async () => {
     const [first, second] = [pack(["tree"], "first.zip"), pack(["tree"], "second.zip")];
-    const third = await first.then(() => { const inside = pack(["tree"], "third.zip"); Tools.showConfirmDlg({ text: "?" }); return inside; });
-    return [third.files, await counted(second)];
-}, [3, 3]]]);
+    await first.then(() => { void pack(["tree"], "closed/third.zip").catch(() => 0); Tools.showConfirmDlg({ text: "?" }); });
+    return counted(second);
+}, 3]]);
 
 // What is under way when the page goes leaves nothing, which the runner sees.
 void pack(["sparse"], "unfinished.zip").catch(() => 0);

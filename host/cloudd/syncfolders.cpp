@@ -237,7 +237,8 @@ void SyncFolders::scan(const Member& member, const SyncFolder& folder, Ended end
 
 void SyncFolders::add(std::shared_ptr<Job> job)
 {
-    if (m_queue.size() >= MaxQueued)
+    // Syncs do not count: there are as many as folders.
+    if (m_queue.size() - m_runs.size() >= MaxQueued)
         throw Error(State::Busy);
     m_queue.add(std::move(job));
 }

@@ -11,11 +11,11 @@ namespace {
 
 constexpr int MaxMethodBytes = 255;
 
-/// What no page may call by this way: who is signed in is the suite's to report, and methods with this prefix take paths
-/// of this machine, which the members of SyncFolder check.
+/// What no page may call by this way: who is signed in is the suite's to report, and uploads and what begins with the prefix
+/// take paths of this machine, for which there are members of other categories.
 bool isReserved(const std::string& method)
 {
-    return method == "setCurrentUser" || method.starts_with("sync.");
+    return method == "setCurrentUser" || method == "uploadFileToCloud" || method.starts_with("sync.");
 }
 
 } // namespace
@@ -43,8 +43,9 @@ const MemberList& KJsApiCloudAdapter::members()
         {
             member<&Self::commonRequest>(u"commonRequest", Category::Usual, Type::JsValue, { Type::JsValue },
                 "Calls an operation of the cloud service. Resolves with what it replies, also when it refuses: look "
-                "at `state`. Rejects when there is no reply. `setCurrentUser`, and what begins with `sync.`, is "
-                "refused: pages may not sign others in, and `SyncFolder` has members for the rest.",
+                "at `state`. Rejects when there is no reply. `setCurrentUser`, "
+                "`uploadFileToCloud` and what begins with `sync.` is refused: pages may not sign others in, and "
+                "`CloudDoc` and `SyncFolder` have members for the rest.",
                 { &NotPermitted, &CallFailed, &PromiseServiceError, &CommonRequestFailed }),
         } }.withEvents(AdapterNoticeEvent);
     return list;
@@ -55,7 +56,8 @@ Answer<Promise<AdapterReply>> KJsApiCloudAdapter::commonRequest(
 {
     if (options.method.size() > MaxMethodBytes)
         return WrongParameters;
-    if (isReserved(options.method))
+    if (isReserved(options.method)
+        || !isPermitted(page, KPagePermission::RequestCloud, QString::fromStdString(options.method)))
         return NotPermitted;
     LarkIpcArg request;
     request.method = options.method;

@@ -2,6 +2,7 @@
 
 #include "cloud/clouddocapicaller.h"
 #include "cloud/orbitrequest.h"
+#include "framework/permission.h"
 
 namespace jsapi {
 
@@ -45,7 +46,7 @@ const MemberList& KJsApiOrbitapi::members()
                         "called with the reply, too, after the promise has got it" } },
                 "Sends a request for the signed-in user. Resolves with whatever the server replies, also when that is "
                 "a refusal: look at `ok`. Rejects when there is no reply, or one that is damaged.",
-                { &NoCloudSdk, &CallFailed, &PromiseServiceError, &CommonRequestFailed,
+                { &NotPermitted, &NoCloudSdk, &CallFailed, &PromiseServiceError, &CommonRequestFailed,
                     &CommonRequestTimedOut }),
         } };
     return list;
@@ -56,6 +57,8 @@ Answer<Promise<OrbitReply>> KJsApiOrbitapi::commonRequest(const SignedInUser&, c
 {
     if (options.timeoutMs < 1 || options.timeoutMs > LongestTimeoutMs)
         return WrongParameters;
+    if (!isPermitted(page, KPagePermission::RequestCloud, QString::fromStdString(options.requestKey)))
+        return NotPermitted;
     orbitapi::CommonRequestArg request;
     request.baseInfo.requestKey = options.requestKey;
     request.baseInfo.bizSource = options.bizSource;

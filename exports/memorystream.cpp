@@ -171,6 +171,8 @@ public:
             all += taken;
             store(read, all);
             store(written, all - taken + given);
+            if (given < taken)
+                break;
         }
         return error;
     }

@@ -260,7 +260,7 @@ Answer<bool> KJsApiUtils::inBlackDownloadDir(const QString& path)
     return krt::dirs::inBlackDownloadDir(path);
 }
 
-Answer<QString> KJsApiUtils::getCsrf()
+Answer<QString> KJsApiUtils::getCsrf(const Permission<KPagePermission::UseSession>&)
 {
     kacctoutsdk::KAccountSdkProxy* accounts = KCoreApplication::getAccountSDK();
     const kacctoutsdk::IKAccount* account = accounts ? accounts->getAccount(QString()) : nullptr;

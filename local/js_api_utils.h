@@ -33,7 +33,7 @@ public:
         const JSContextEnv& page, const ScreenColorOptions& options, const ColorCallback& callback);
     Answer<QVariant> getParamExtra(const JSContextEnv& page, const ParamOptions& options);
     Answer<bool> inBlackDownloadDir(const QString& path);
-    Answer<QString> getCsrf();
+    Answer<QString> getCsrf(const Permission<KPagePermission::UseSession>&);
 };
 
 } // namespace jsapi

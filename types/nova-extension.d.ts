@@ -286,7 +286,7 @@ declare namespace NovaExtension {
         "Utils.getSnapperColor": Failure<3, "Permission denied."> | Failure<1, "wrong parameters."> | Failure<1, "missing required parameters.">;
         "Utils.getParamExtra": Failure<1, "wrong parameters.">;
         "Utils.inBlackDownloadDir": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters.">;
-        "Utils.getCsrf": Failure<3, "Get account SDK error."> | Failure<3, "User not login">;
+        "Utils.getCsrf": Failure<3, "Permission denied."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login">;
         "Product.isPDFStandAlone": never;
         "Product.getProductString": never;
         "Product.getConfigString": never;
@@ -399,7 +399,7 @@ declare namespace NovaExtension {
         "PluginManager.Plugin.getProp": Failure<3, "invalid plugin">;
         "PluginManager.Plugin.resourceFilePath": Failure<3, "invalid plugin"> | Failure<3, "plugin is not ready">;
         "PluginManager.Plugin.frameworkFilePath": Failure<3, "invalid plugin"> | Failure<3, "plugin is not ready">;
-        "CloudDoc.Orbitapi.commonRequest": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Cloud SDK error."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Common request failed."> | Failure<3, "Common request timed out.">;
+        "CloudDoc.Orbitapi.commonRequest": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Permission denied."> | Failure<3, "Cloud SDK error."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, "Common request failed."> | Failure<3, "Common request timed out.">;
         "CloudDoc.UploadFileTask.start": Failure<3, "task is null."> | Failure<3, "task start failed.">;
         "CloudDoc.UploadFileTask.cancel": Failure<3, "task is null."> | Failure<3, "task cancel failed.">;
         "CloudDoc.UploadFileTask.restart": Failure<3, "task is null."> | Failure<3, "task restart failed.">;
@@ -2641,6 +2641,7 @@ declare namespace NovaExtension {
          * comes from the suite: HMAC-SHA256 of `csrf` with the session as the key, 64 lower-case hexadecimal digits.
          * Another one after every login.
          *
+         * @throws 3 "Permission denied."
          * @throws 3 "Get account SDK error."
          * @throws 3 "User not login"
          */
@@ -3773,8 +3774,8 @@ declare namespace NovaExtension {
     interface CloudAdapter {
         /**
          * Calls an operation of the cloud service. Resolves with what it replies, also when it refuses: look at
-         * `state`. Rejects when there is no reply. `setCurrentUser`, and what begins with `sync.`, is refused: pages
-         * may not sign others in, and `SyncFolder` has members for the rest.
+         * `state`. Rejects when there is no reply. `setCurrentUser`, `uploadFileToCloud` and what begins with `sync.`
+         * is refused: pages may not sign others in, and `CloudDoc` and `SyncFolder` have members for the rest.
          *
          * @throws 3 "Cloud service error."
          * @throws 3 "Get account SDK error."
@@ -4766,6 +4767,7 @@ declare namespace NovaExtension.CloudDoc {
          * @throws 3 "User not login"
          * @throws 1 "missing required parameters."
          * @throws 1 "wrong parameters."
+         * @throws 3 "Permission denied."
          * @throws 3 "Cloud SDK error."
          * @throws 3 "Call %1 failed."
          * @throws 3 "Promise Service error."

@@ -22,6 +22,8 @@ constexpr Name Names[] = {
     { "openAddress", KPagePermission::OpenAddress, "a scheme" },
     { "reachNetwork", KPagePermission::ReachNetwork, "an origin" },
     { "reachPrivateNetwork", KPagePermission::ReachPrivateNetwork, "an address or a network" },
+    { "requestCloud", KPagePermission::RequestCloud, "the name of a request" },
+    { "useSession", KPagePermission::UseSession, nullptr },
 };
 
 /// An IPv4 address in its IPv6 form is the IPv4 address.
@@ -40,6 +42,7 @@ bool Permissions::Entry::covers(const QString& subject) const
         return true;
     switch (permission) {
     case KPagePermission::StartProgram:
+    case KPagePermission::RequestCloud:
         return subject == text;
     case KPagePermission::OpenAddress:
         return QUrl(subject).scheme() == text;
@@ -92,6 +95,8 @@ std::optional<Permissions::Entry> Permissions::readEntry(const QString& text, QS
         if (!entry.text.startsWith(QLatin1Char('/')))
             return refuse(QStringLiteral("must name a program by its absolute path"));
         return entry;
+    case KPagePermission::RequestCloud:
+        return entry.text.isEmpty() ? refuse(wrong) : std::optional(entry);
     case KPagePermission::OpenAddress:
         if (QUrl(entry.text + QLatin1Char(':')).scheme() != entry.text || entry.text.isEmpty())
             return refuse(wrong);

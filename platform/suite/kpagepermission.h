@@ -12,9 +12,12 @@ enum class KPagePermission {
     ReadClipboard = 2,       ///< nothing
     ReadScreen = 3,          ///< nothing
     Purchase = 4,            ///< what is bought, as the page names it; may be empty
-    OpenAddress = 5,         ///< the address (URL) that another program is to open
+    OpenAddress = 5,         ///< the address (URL) that another program, or a window of the suite, is to open
     ReachNetwork = 6,        ///< "https://docs.example:443": scheme, host and port of a request
     ReachPrivateNetwork = 7, ///< an IP address that is loopback, link-local, private, or for a special use
+    RequestCloud =
+        8, ///< the name of a request to the cloud service or its servers that has no member of its own
+    UseSession = 9, ///< nothing: a token of the signed-in user's session
 };
 
 namespace kpagepermission {

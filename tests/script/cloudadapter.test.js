@@ -28,7 +28,7 @@ await check([
     ["one that there is not", adapter({ method: "fly" }), { state: 8, resultString: "unknownMethod", resultMap: {}, resultList: [] }],
     ["a user who is not signed in", state({ method: "getRoamingMode", userId: "user-9" }), 3],
     ["arguments can not name another user", state({ method: "getRoamingMode", params: { userId: "user-9" } }), 0],
-    ...["setCurrentUser", "sync.addFolder", "sync.moveFolder", "sync."].map((method) =>
+    ...["setCurrentUser", "uploadFileToCloud", "sync.addFolder", "sync.moveFolder", "sync."].map((method) =>
         [method, adapter({ method, params: { signedIn: "user-9", localPath: "/" } }), denied]),
     ...["SetCurrentUser", "setCurrentUser ", " setCurrentUser", "setCurrentUser\0", "SYNC.addFolder"].map((method) =>
         [`no other spelling of it: ${show(method)}`, state({ method }), 8]),

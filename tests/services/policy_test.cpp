@@ -110,7 +110,7 @@ constexpr char PermissionRules[] = R"({"policy": [
     {"origin": "nova://app", "allow": ["*"], "permissions": ["usual", "startProgram:/usr/bin/true", "reachPrivateNetwork:127.0.0.0/8",
         "reachPrivateNetwork:fd00::1", "reachPrivateNetwork:::ffff:10.1.1.1"]},
     {"origin": "nova://closed", "allow": ["*"], "permissions": []},
-    {"origin": "https://docs.example", "allow": ["*"], "permissions": ["usual", "readClipboard", "openAddress:mailto", "reachNetwork:https://*.docs.example:8443"]},
+    {"origin": "https://docs.example", "allow": ["*"], "permissions": ["usual", "readClipboard", "requestCloud:user.space", "openAddress:mailto", "reachNetwork:https://*.docs.example:8443"]},
     {"origin": "https://plain.example", "allow": ["*"]}
 ]})";
 
@@ -149,6 +149,8 @@ NoAddress: nova://app 7 localhost -> no
 EmptyList: nova://closed 2 - -> no
 Named: https://docs.example 2 - -> yes
 NotNamed: https://docs.example 3 - -> no
+Request: https://docs.example 8 user.space -> yes
+OtherRequest: https://docs.example 8 user.spaces -> no
 Scheme: https://docs.example 5 mailto:a@b.example -> yes
 OtherScheme: https://docs.example 5 https://mailto:1 -> no
 Origin: https://docs.example 6 https://a.docs.example:8443 -> yes

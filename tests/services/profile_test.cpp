@@ -46,7 +46,7 @@ RuleOfAPath: {"policy": [{"origin": "https://a.example/x", "allow": []}]} -> pol
 RuleOfAUser: {"policy": [{"origin": "https://a@b.example", "allow": []}]} -> policy[0].origin: an origin has no user name or password
 RuleOfFiles: {"policy": [{"origin": "file:///", "allow": ["*"]}]} -> policy[0].origin: a rule is for https://, http:// or nova://, or for "*"; other pages get nothing
 RuleOfNull: {"policy": [{"origin": "null", "allow": ["*"]}]} -> policy[0].origin: a rule is for https://, http:// or nova://, or for "*"; other pages get nothing
-RuleOfAPermission: {"policy": [{"origin": "*", "allow": [], "permissions": ["readscreen"]}]} -> policy[0].permissions[0]: there is no permission "readscreen"; use one of usual, startProgram, sendMail, readClipboard, readScreen, purchase, openAddress, reachNetwork, reachPrivateNetwork
+RuleOfAPermission: {"policy": [{"origin": "*", "allow": [], "permissions": ["readscreen"]}]} -> policy[0].permissions[0]: there is no permission "readscreen"; use one of usual, startProgram, sendMail, readClipboard, readScreen, purchase, openAddress, reachNetwork, reachPrivateNetwork, requestCloud, useSession
 RuleOfAnyProgram: {"policy": [{"origin": "*", "allow": [], "permissions": ["usual", "startProgram"]}]} -> policy[0].permissions[1]: must name a program: "startProgram:/usr/bin/true"
 RuleOfNoNetwork: {"policy": [{"origin": "*", "allow": [], "permissions": ["reachPrivateNetwork:localhost"]}]} -> policy[0].permissions[0]: must be "reachPrivateNetwork" or "reachPrivateNetwork:" and an address or a network
 RuleOfAHostOnly: {"policy": [{"origin": "a.example", "allow": []}]} -> policy[0].origin: an origin is scheme://host or scheme://host:port

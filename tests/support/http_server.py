@@ -40,13 +40,15 @@ class Server:
         self.released = set()
         self.changed = threading.Condition()
         for name in ("plain", *CERTIFICATES, "unknown"):
-            listener = socket.create_server(("0.0.0.0", 0))
+            listeners = [socket.create_server(("127.0.0.1", 0))]
+            self.ports[name] = listeners[0].getsockname()[1]
+            listeners.append(socket.create_server(("127.0.0.2", self.ports[name])))
             context = None
             if name != "plain":
                 context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
                 context.load_cert_chain(f"{directory}/{name}.pem", f"{directory}/{name}.key")
-            self.ports[name] = listener.getsockname()[1]
-            threading.Thread(target=self.accept, args=(listener, context), daemon=True).start()
+            for listener in listeners:
+                threading.Thread(target=self.accept, args=(listener, context), daemon=True).start()
 
     def accept(self, listener, context):
         while True:

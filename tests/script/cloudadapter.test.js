@@ -16,7 +16,7 @@ const short = (/** @type {any} */ options) => async () => {
 const heard = [];
 CloudAdapter.addEventListener("cloud.adapter.notify", (notice) => heard.push(notice));
 
-await CloudDoc.uploadFile2CloudFolder({ cloudPath: "in", files: [`${data}/user/work/a.txt`] });
+await CloudDoc.uploadFile2CloudFolder({ cloudPath: "in", files: [`${data}/user/papers/a.txt`] });
 const { data: found } = await Orbitapi.commonRequest({ requestKey: "file.info", params: { cloudPath: "in/a.txt" } });
 const file = /** @type {any} */ (found);
 await check([

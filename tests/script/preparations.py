@@ -155,12 +155,12 @@ def prepare_document_chat(data):
 
 def prepare_cloud(data):
     """The folders of cloudadapter.test.js and syncfolder.test.js."""
-    for folder in ("user/work/deep", "Desktop", "user/holder/deep/closed"):
+    for folder in ("user/papers/deep", "Desktop", "user/holder/deep/closed"):
         os.makedirs(f"{data}/{folder}")
     for path, text in {"a.txt": "123456", "deep/b.txt": "abc"}.items():
-        pathlib.Path(f"{data}/user/work/{path}").write_text(text, encoding="utf-8")
-    for path in ("link", "work/link"):
-        os.symlink(f"{data}/user/work", f"{data}/user/{path}")
+        pathlib.Path(f"{data}/user/papers/{path}").write_text(text, encoding="utf-8")
+    for path in ("link", "papers/link"):
+        os.symlink(f"{data}/user/papers", f"{data}/user/{path}")
 
 
 # By the name of the test; a function may answer files that are to stay open.

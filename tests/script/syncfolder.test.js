@@ -1,4 +1,4 @@
-// Sync folders with the real process: "work", which becomes one, and "copy", which comes from the cloud.
+// Sync folders with the real process: "papers", which becomes one, and "copy", which comes from the cloud.
 const { CloudDoc, FileSystem, SyncFolder } = NovaExtension;
 const data = String(process.argv[2]);
 const at = (/** @type {string} */ name) => `${data}/user/${name}`;
@@ -20,11 +20,11 @@ await check([
     ["none at first", ask("getSyncFolderCount"), { count: 0, folders: [] }],
     ["the ways", ask("getSupportSelectSyncFolderMode"), { supported: false, modes: ["twoWay"] }],
     ["as whom", () => SyncFolder.getUserTypeList().data.map(({ type, id }) => [type, id]), [["personal", "user-1"], ["company", "company-1"]]],
-    ["the size of a folder", ask("getFolderSize", { localPath: at("work") }), { size: 9, files: 2, folders: 1 }],
-    ["what a sync of it would do", ask("scanFolder", { localPath: at("work") }, "uploads", "skipped", "changes"),
+    ["the size of a folder", ask("getFolderSize", { localPath: at("papers") }), { size: 9, files: 2, folders: 1 }],
+    ["what a sync of it would do", ask("scanFolder", { localPath: at("papers") }, "uploads", "skipped", "changes"),
         [2, 1, [{ path: "a.txt", action: "upload" }, { path: "deep/b.txt", action: "upload" }]]],
-    ["whether it may be one", ask("syncFolderPrecheck", { localPath: at("work") }, "allowed", "reason", "files", "size"), [true, "", 2, 9]],
-    ...[["work", true, ""], ["none", false, "missing"], ["work/a.txt", false, "notFolder"], ["link", false, "link"],
+    ["whether it may be one", ask("syncFolderPrecheck", { localPath: at("papers") }, "allowed", "reason", "files", "size"), [true, "", 2, 9]],
+    ...[["papers", true, ""], ["none", false, "missing"], ["papers/a.txt", false, "notFolder"], ["link", false, "link"],
         ["../.config", false, "closed"], ["holder", false, "closed"], ["../..", false, "closed"]].map(([path, valid, reason]) =>
         [`whether ${path} can be used`, ask("checkSyncFolderPathValid", { localPath: at(String(path)) }), { valid, reason }]),
     ["the desktop, which is among the suite's data here", ask("desktopSyncPreCheck", {}, "allowed", "reason"), [false, "closedToUploads"]],
@@ -36,25 +36,25 @@ await check([
         [`${member} of a number`, ask(member, { localPath: 5 }), wrong],
     ]),
     ...["syncFolder", "scanFolder"].map((member) => [`${member} of what holds it`, ask(member, { localPath: at("holder") }), illegal]),
-    ["a way that there is not", ask("syncFolder", { localPath: at("work"), mode: "sideways" }), failed("wrongArguments")],
+    ["a way that there is not", ask("syncFolder", { localPath: at("papers"), mode: "sideways" }), failed("wrongArguments")],
     ["one that there is not", ask("syncFolder", { id: "s0" }), failed("notFound")],
     ["a folder that there is not", ask("syncFolder", { localPath: at("none") }), failed("missing")],
 
-    ["the first sync", ask("syncFolder", { localPath: at("work"), cloudPath: "Team/work" }, ...counts), [2, 0, 0, 0]],
-    ["a second one in it", ask("syncFolder", { localPath: at("work/deep") }), failed("withinSyncFolder")],
+    ["the first sync", ask("syncFolder", { localPath: at("papers"), cloudPath: "Team/papers" }, ...counts), [2, 0, 0, 0]],
+    ["a second one in it", ask("syncFolder", { localPath: at("papers/deep") }), failed("withinSyncFolder")],
     ["it is listed", async () => (await SyncFolder.getSyncFolderCount()).folders.map((one) => [one.localPath, one.cloudPath, one.state, one.kind]),
-        [[at("work"), "Team/work", "idle", "folder"]]],
+        [[at("papers"), "Team/papers", "idle", "folder"]]],
     ["and notified, without the page asking", async () => {
         for (const end = Date.now() + 20000; heard.length < 3 && Date.now() < end;)
             await new Promise((resolve) => setTimeout(resolve, 5));
         SyncFolder.removeNotifyListener(listen);
         return heard.map((one) => [one.state, one.uploaded]);
     }, [["added", 0], ["syncing", 0], ["synced", 2]]],
-    ["whether it can come to another folder", ask("syncToLocalPrecheck", { cloudPath: "Team/work", localPath: at("copy") }, "allowed", "files", "size"),
+    ["whether it can come to another folder", ask("syncToLocalPrecheck", { cloudPath: "Team/papers", localPath: at("copy") }, "allowed", "files", "size"),
         [true, 2, 9]],
     ["no such folder in the cloud", ask("syncToLocal", { cloudPath: "nowhere", localPath: at("other") }), failed("notFound")],
     ["nothing is made then", () => FileSystem.exists(at("other")).data, false],
-    ["it comes there", ask("syncToLocal", { cloudPath: "Team/work", localPath: at("copy") }, ...counts), [0, 2, 0, 0]],
+    ["it comes there", ask("syncToLocal", { cloudPath: "Team/papers", localPath: at("copy") }, ...counts), [0, 2, 0, 0]],
     ["whole", async () => FileSystem.getFileMd5(at("copy/deep/b.txt")), "900150983cd24fb0d6963f7d28e17f72"],
     ["what is latest", async () => (await SyncFolder.getRecentFileList({ count: 1 })).map(({ size }) => size > 0), [true]],
     ["too many of those", ask("getRecentFileList", { count: 201 }), wrong],
@@ -66,16 +66,16 @@ const sync = (/** @type {any} */ folder) => ask("syncFolder", { id: folder?.id }
 await check([
     ["a change on one side", async () => {
         FileSystem.File({ path: at("copy/a.txt") }).remove();
-        FileSystem.copy({ path: at("work/deep/b.txt"), newPath: at("work/c.txt") });
+        FileSystem.copy({ path: at("papers/deep/b.txt"), newPath: at("papers/c.txt") });
         return [await sync(work)(), await sync(copy)(), await sync(work)()];
     }, [[1, 0, 0, 0], [0, 1, 1, 0], [0, 0, 1, 0]]],
-    ["both are the same then", () => [at("work"), at("copy")].map((folder) => ["a.txt", "c.txt"].map((file) => FileSystem.exists(`${folder}/${file}`).data)),
+    ["both are the same then", () => [at("papers"), at("copy")].map((folder) => ["a.txt", "c.txt"].map((file) => FileSystem.exists(`${folder}/${file}`).data)),
         [[false, true], [false, true]]],
     ["moved", async () => (await SyncFolder.changeSyncPath({ id: String(copy?.id), localPath: at("moved") })).localPath, at("moved")],
     ["and synced there", sync(copy), [0, 0, 0, 0]],
     ["nowhere", ask("changeSyncPath", { id: copy?.id, localPath: "" }), missing],
     ["to what is closed", ask("changeSyncPath", { id: copy?.id, localPath: at("../.config") }), illegal],
-    ["into the other one", ask("changeSyncPath", { id: copy?.id, localPath: at("work/in") }), failed("withinSyncFolder")],
+    ["into the other one", ask("changeSyncPath", { id: copy?.id, localPath: at("papers/in") }), failed("withinSyncFolder")],
     ["valid", ask("checkSyncFolderValid", { id: copy?.id }), { valid: true, reason: "" }],
     ["no more", async () => {
         FileSystem.remove(at("moved"));
@@ -86,7 +86,7 @@ await check([
         const { repaired } = await SyncFolder.doRepairOverlayIcon();
         return [typeof supported, lost, repaired];
     }, ["boolean", 0, 0]],
-    ["a folder that the user chooses", ask("showSyncFolderPathWidget", { title: "t" }), at("work")],
+    ["a folder that the user chooses", ask("showSyncFolderPathWidget", { title: "t" }), at("papers")],
     ["and does not", ask("showSyncFolderPathWidget"), ""],
     ["a message", ask("showNovaBox", { text: "t", buttons: ["a", "b"] }), 1],
     ["that the user closes", ask("showNovaBox", { text: "t" }), -1],

@@ -451,7 +451,7 @@ Answer<Promise<std::int32_t>> KJsApiSyncFolder::showNovaBox(
 
 Answer<std::vector<UserType>> KJsApiSyncFolder::getUserTypeList(const SignedInUser& user)
 {
-    const kacctoutsdk::IKAccount* account = KCoreApplication::getAccountSDK()->getAccount(QString());
+    const kacctoutsdk::IKAccount* account = findAccount();
     if (!account)
         return NoAccountSdk;
     std::vector<UserType> types { { heapString("personal"), user.id(), account->userInfo().nickName } };

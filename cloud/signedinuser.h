@@ -4,14 +4,11 @@
 
 #include "cloud/ipc/invoke.h"
 #include "framework/arguments.h"
-#include "suite/kaccountsdk.h"
-#include "suite/kcoreapplication.h"
+#include "local/account.h"
 
 namespace jsapi {
 
 inline constexpr Failure NoCloudService { ErrorCode::OperationFailed, "Cloud service error." };
-inline constexpr Failure NoAccountSdk { ErrorCode::OperationFailed, "Get account SDK error." };
-inline constexpr Failure NotLoggedIn { ErrorCode::OperationFailed, "User not login" };
 
 /// The signed-in user, while there is a cloud service. As a parameter it comes first, so that these are
 /// refused first.
@@ -44,8 +41,7 @@ private:
     {
         if (!cloudIpcService())
             return reader.refuse(NoCloudService);
-        kacctoutsdk::KAccountSdkProxy* accounts = KCoreApplication::getAccountSDK();
-        const kacctoutsdk::IKAccount* account = accounts ? accounts->getAccount(QString()) : nullptr;
+        const kacctoutsdk::IKAccount* account = findAccount();
         if (!account)
             return reader.refuse(NoAccountSdk);
         if (!account->isLoggedIn())

@@ -1,7 +1,7 @@
 # libvexlitejsapi: the library itself, built against the suite's declarations only.
 find_package(ZLIB REQUIRED)
 
-set(parts framework local webui cloud cloud/ipc exports)
+set(parts framework local local/archive local/network webui cloud cloud/ipc exports)
 set(sources)
 foreach(part ${parts})
     file(GLOB part_sources CONFIGURE_DEPENDS ${part}/*.cpp)

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "framework/extensionobject.h"
-#include "local/archives.h"
+#include "local/archive/archives.h"
 #include "local/confirmdialog.h"
+#include "local/innerpage.h"
 #include "suite/kdomainmanager.h"
-#include "webui/innerpage.h"
 
 namespace jsapi {
 

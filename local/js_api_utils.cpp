@@ -1,7 +1,7 @@
 #include "local/js_api_utils.h"
 
-#include "cloud/signedinuser.h"
 #include "krt/dirs.h"
+#include "local/account.h"
 #include "local/clipboard.h"
 #include "local/launch.h"
 #include "suite/kjsapiwebwidget.h"
@@ -262,8 +262,7 @@ Answer<bool> KJsApiUtils::inBlackDownloadDir(const QString& path)
 
 Answer<QString> KJsApiUtils::getCsrf(const Permission<KPagePermission::UseSession>&)
 {
-    kacctoutsdk::KAccountSdkProxy* accounts = KCoreApplication::getAccountSDK();
-    const kacctoutsdk::IKAccount* account = accounts ? accounts->getAccount(QString()) : nullptr;
+    const kacctoutsdk::IKAccount* account = findAccount();
     if (!account)
         return NoAccountSdk;
     const QByteArray session = account->novasid().toUtf8();

@@ -1,9 +1,9 @@
 #include "local/screens.h"
 
 #include "framework/pagewatch.h"
+#include "local/csspixels.h"
 #include "suite/klitestyle.h"
 #include "vexlite/webwidgets.h"
-#include "webui/js_api_vieweventhandle.h"
 
 #include <QGuiApplication>
 #include <QScreen>

@@ -21,10 +21,10 @@ FileDescriptor openDirectory(const FileDescriptor& above, const char* name)
         openat(above.number(), name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
 }
 
-std::optional<FileId> identify(const FileDescriptor& file)
+std::optional<FileId> identifyOpen(const FileDescriptor& file)
 {
     struct stat facts { };
-    return fstat(file.number(), &facts) == 0 ? std::optional(jsapi::identify(facts)) : std::nullopt;
+    return fstat(file.number(), &facts) == 0 ? std::optional(identify(facts)) : std::nullopt;
 }
 
 bool isStep(const char* name)
@@ -53,7 +53,7 @@ bool show(const FileDescriptor& here, const dirent64& entry, Level& level, TreeV
 /// Shows what is in a directory.
 bool list(const FileDescriptor& here, Level& level, TreeVisitor& visitor)
 {
-    const std::optional<FileId> id = identify(here);
+    const std::optional<FileId> id = identifyOpen(here);
     if (!id)
         return false;
     level.id = *id;
@@ -102,7 +102,7 @@ bool walkTree(const FileDescriptor& directory, TreeVisitor& visitor)
         if (levels.empty())
             return true;
         here = openDirectory(here, "..");
-        if (!here || identify(here) != levels.back().id || !visitor.leave(here, name.constData()))
+        if (!here || identifyOpen(here) != levels.back().id || !visitor.leave(here, name.constData()))
             return false;
     }
 }

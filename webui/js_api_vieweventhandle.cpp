@@ -1,6 +1,5 @@
 #include "webui/js_api_vieweventhandle.h"
 
-#include "suite/klitestyle.h"
 #include "webui/js_api_webview.h"
 
 #include <cstring>
@@ -82,14 +81,6 @@ void KJsApiViewEventHandle::onWebWidgetDragEnter(const QStringList& paths)
 void KJsApiViewEventHandle::onWebWidgetEvent(const QVariant& value)
 {
     emitToPages(WebviewEvent, { value });
-}
-
-std::int32_t toCssPixels(int length)
-{
-    // Whatever the suite says: neither a division by zero nor more than an integer holds.
-    constexpr double SmallestScale = 0.01;
-    const double pixels = length / qMax(SmallestScale, KLiteStyle::dpi());
-    return static_cast<std::int32_t>(qBound(-2e9, pixels, 2e9));
 }
 
 } // namespace jsapi

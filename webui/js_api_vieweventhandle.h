@@ -2,9 +2,9 @@
 #pragma once
 
 #include "framework/events.h"
+#include "local/csspixels.h"
 
 #include <QObject>
-#include <QSize>
 
 namespace jsapi {
 
@@ -104,8 +104,6 @@ public Q_SLOTS:
     void onWebWidgetEvent(const QVariant& value);
 };
 
-/// A length in physical pixels in CSS pixels, truncated.
-std::int32_t toCssPixels(int length);
 inline ViewSize toCssPixels(const QSize& size)
 {
     return { toCssPixels(size.width()), toCssPixels(size.height()) };

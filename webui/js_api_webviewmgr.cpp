@@ -1,9 +1,9 @@
 #include "webui/js_api_webviewmgr.h"
 
+#include "local/innerpage.h"
 #include "suite/klitestyle.h"
 #include "suite/kviewpage.h"
 #include "vexlite/webwidgets.h"
-#include "webui/innerpage.h"
 #include "webui/js_api_webview.h"
 #include "webui/webwidgetkinds.h"
 #include "webui/windowvalues.h"

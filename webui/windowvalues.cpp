@@ -26,21 +26,6 @@ bool Argument<ConvertedString>::read(ArgumentReader& reader)
     return true;
 }
 
-QSize scaleSize(std::int32_t width, std::int32_t height, int largest)
-{
-    const QSize scaled = KLiteStyle::dpiScaledSize(qBound(0, width, largest), qBound(0, height, largest));
-    return scaled.boundedTo({ largest, largest });
-}
-
-QRect scaleRect(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height)
-{
-    const auto bounded = [](int place) { return qBound(-FarthestPlace, place, FarthestPlace); };
-    const QRect scaled = KLiteStyle::dpiScaledRect(
-        bounded(x), bounded(y), qBound(0, width, LargestWindow), qBound(0, height, LargestWindow));
-    return { QPoint(bounded(scaled.x()), bounded(scaled.y())),
-        scaled.size().boundedTo({ LargestWindow, LargestWindow }) };
-}
-
 bool isSettableAttribute(std::int32_t attribute)
 {
     // The first and the last of each group.

@@ -1,18 +1,10 @@
-// What pages pass about windows, in CSS pixels, and what the suite's windows get of it. Nothing that a page passes makes a
-// window that the window system could not bear.
+// What pages pass about windows, in CSS pixels, and what the suite's windows get of it.
 #pragma once
 
 #include "framework/arguments.h"
-
-#include <QRect>
-#include <QSize>
+#include "local/csspixels.h"
 
 namespace jsapi {
-
-// Physical pixels.
-constexpr int LargestWindow = 16'384;    ///< the window system has to keep its content
-constexpr int LargestMaximum = 0xffffff; ///< what Qt takes for no limit at all
-constexpr int FarthestPlace = 32'767;    ///< what the window system counts to
 
 /// A length that script must pass as a number.
 struct WindowLength {
@@ -34,9 +26,6 @@ template <> struct Argument<ConvertedString> : ArgumentValue<ConvertedString> {
     using ScriptType = QString;
     bool read(ArgumentReader& reader);
 };
-
-QSize scaleSize(std::int32_t width, std::int32_t height, int largest = LargestWindow);
-QRect scaleRect(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height);
 
 /// An integer that must be given.
 template <typename Struct>

@@ -1,5 +1,5 @@
 // The addresses that pages reach only where that is permitted, each range with its borders.
-#include "local/networkaddress.h"
+#include "local/network/networkaddress.h"
 
 #include <gtest/gtest.h>
 

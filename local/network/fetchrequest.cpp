@@ -1,6 +1,6 @@
-#include "local/fetchrequest.h"
+#include "local/network/fetchrequest.h"
 
-#include "local/transferqueue.h"
+#include "local/network/transferqueue.h"
 
 #include <QPointer>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "framework/request.h"
-#include "local/httpcall.h"
+#include "local/network/httpcall.h"
 
 namespace jsapi {
 

@@ -1,17 +1,29 @@
-#include "webui/innerpage.h"
+#include "local/innerpage.h"
 
+#include "framework/stayloaded.h"
+#include "local/csspixels.h"
 #include "local/filedialogs.h"
 #include "local/launch.h"
+#include "suite/kjsapiwebwidget.h"
 #include "suite/kviewpage.h"
 #include "vexlite/webwidgets.h"
-#include "webui/webwidgetkinds.h"
-#include "webui/windowvalues.h"
 
 #include <QApplication>
+#include <QPointer>
 
 namespace jsapi {
 
 namespace {
+
+/// The suite's web widget as it is. The suite owns it, and it has its code here.
+class InnerPageWindow final : public KJsApiWebWidget {
+public:
+    explicit InnerPageWindow(const QString& viewId)
+        : KJsApiWebWidget(viewId)
+    {
+        stayLoaded();
+    }
+};
 
 /// An identifier that no view has.
 QString makeViewId()
@@ -36,7 +48,7 @@ Answer<QString> openInnerPage(const JSContextEnv& page, const QUrl& address, con
     if (!qobject_cast<QApplication*>(QCoreApplication::instance()) || !kviewpage::choose(viewId, address))
         return NoInnerPage;
     // Whoever watches the suite's windows may destroy it at any step.
-    const QPointer<KJsApiWebWidget> window(new KJsApiTabWebWidget(viewId, nullptr));
+    const QPointer<KJsApiWebWidget> window(new InnerPageWindow(viewId));
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setProperty(KWebWidgetParamExtraProperty, options.paramExtra);
     const QString title = options.title.isEmpty() ? address.toDisplayString() : options.title;

@@ -1,7 +1,7 @@
-#include "local/addressfinder.h"
+#include "local/network/addressfinder.h"
 
-#include "local/httprequest.h"
-#include "local/networkaddress.h"
+#include "local/network/httprequest.h"
+#include "local/network/networkaddress.h"
 
 #include <QNetworkProxyFactory>
 #include <QTcpSocket>

@@ -1,4 +1,4 @@
-#include "local/httprequest.h"
+#include "local/network/httprequest.h"
 
 #include "framework/values.h"
 

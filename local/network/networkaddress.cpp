@@ -1,4 +1,4 @@
-#include "local/networkaddress.h"
+#include "local/network/networkaddress.h"
 
 #include <QtEndian>
 #include <algorithm>

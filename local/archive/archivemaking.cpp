@@ -5,7 +5,7 @@
 #include "framework/pagewatch.h"
 #include "framework/request.h"
 #include "krt/dirs.h"
-#include "local/archives.h"
+#include "local/archive/archives.h"
 #include "local/pageturns.h"
 
 #include <QElapsedTimer>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "framework/arguments.h"
-#include "local/httptransfer.h"
-#include "local/partfile.h"
+#include "local/network/httptransfer.h"
+#include "local/network/partfile.h"
 
 namespace jsapi {
 

@@ -1,7 +1,7 @@
-#include "local/js_api_network.h"
+#include "local/network/js_api_network.h"
 
-#include "local/fetchrequest.h"
-#include "local/transferqueue.h"
+#include "local/network/fetchrequest.h"
+#include "local/network/transferqueue.h"
 
 #include <QNetworkInterface>
 #include <QUuid>

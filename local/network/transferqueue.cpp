@@ -1,4 +1,4 @@
-#include "local/transferqueue.h"
+#include "local/network/transferqueue.h"
 
 #include "framework/libraryowner.h"
 

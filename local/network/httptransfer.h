@@ -2,13 +2,15 @@
 #pragma once
 
 #include "framework/pagewatch.h"
-#include "local/addressfinder.h"
-#include "local/httprequest.h"
+#include "local/network/addressfinder.h"
+#include "local/network/httprequest.h"
 
 #include <QNetworkReply>
 #include <QPointer>
 
 namespace jsapi {
+
+inline constexpr int OkStatus = 200;
 
 /// What comes before the content of a response.
 struct HttpHead {
@@ -22,7 +24,7 @@ struct HttpHead {
 };
 
 /// Every hop asks for permission anew: for its origin, and for the address if that is private. A transfer belongs to the queue
-/// (local/transferqueue.h) until it ends, then to itself until the page has been told. [GUI thread]
+/// (local/network/transferqueue.h) until it ends, then to itself until the page has been told. [GUI thread]
 class KHttpTransfer : public QObject {
     Q_OBJECT
 

@@ -1,7 +1,7 @@
 // The transfers of all pages: which of them run, and which wait.
 #pragma once
 
-#include "local/httptransfer.h"
+#include "local/network/httptransfer.h"
 
 #include <QHash>
 

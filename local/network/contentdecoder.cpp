@@ -1,4 +1,4 @@
-#include "local/contentdecoder.h"
+#include "local/network/contentdecoder.h"
 
 #include <algorithm>
 #include <zlib.h>

@@ -1,7 +1,7 @@
-#include "local/httptransfer.h"
+#include "local/network/httptransfer.h"
 
 #include "framework/libraryowner.h"
-#include "local/transferqueue.h"
+#include "local/network/transferqueue.h"
 
 #include <QNetworkAccessManager>
 #include <algorithm>
@@ -13,7 +13,6 @@ namespace {
 constexpr int MostRedirects = 20;
 constexpr qint64 ReadAheadBytes = 1 << 20;
 constexpr int MostHeadBytes = 256 << 10;
-constexpr int OkStatus = 200;
 constexpr int ErrorStatus = 400;
 
 /// What is sent behind the headers. It can not be read again: of a request that may do something each time it arrives, such

@@ -1,7 +1,7 @@
 // PartFile: where a download is written until it is whole.
 #pragma once
 
-#include "local/networkerror.h"
+#include "local/network/networkerror.h"
 #include "local/newfile.h"
 #include "local/pathcheck.h"
 

@@ -1,4 +1,4 @@
-#include "local/partfile.h"
+#include "local/network/partfile.h"
 
 #include <QCryptographicHash>
 #include <QtEndian>

@@ -1,4 +1,4 @@
-#include "local/httpcall.h"
+#include "local/network/httpcall.h"
 
 namespace jsapi {
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "framework/bytes.h"
-#include "local/contentdecoder.h"
-#include "local/httptransfer.h"
+#include "local/network/contentdecoder.h"
+#include "local/network/httptransfer.h"
 
 #include <QMap>
 

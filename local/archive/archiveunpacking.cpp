@@ -3,9 +3,9 @@
 #include "framework/pagewatch.h"
 #include "framework/request.h"
 #include "krt/dirs.h"
-#include "local/archives.h"
+#include "local/archive/archives.h"
+#include "local/archive/unpackedtree.h"
 #include "local/pageturns.h"
-#include "local/unpackedtree.h"
 
 #include <QElapsedTimer>
 #include <QFile>

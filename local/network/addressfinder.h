@@ -1,7 +1,7 @@
 // KAddressFinder: from the name of a server to the address to which a page's request is sent.
 #pragma once
 
-#include "local/networkerror.h"
+#include "local/network/networkerror.h"
 #include "vexlite/jsvariant.h"
 
 #include <QHostAddress>

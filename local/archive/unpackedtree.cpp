@@ -1,4 +1,4 @@
-#include "local/unpackedtree.h"
+#include "local/archive/unpackedtree.h"
 
 #include "local/treechanges.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "framework/extensionobject.h"
-#include "local/download.h"
-#include "local/httpcall.h"
+#include "local/network/download.h"
+#include "local/network/httpcall.h"
 
 namespace jsapi {
 

@@ -1,4 +1,4 @@
-#include "local/download.h"
+#include "local/network/download.h"
 
 #include "framework/values.h"
 
@@ -10,7 +10,6 @@ namespace jsapi {
 namespace {
 
 constexpr int ProgressMs = 100;
-constexpr int OkStatus = 200;
 constexpr int PartialStatus = 206;
 constexpr int RangeNotSatisfiable = 416;
 

@@ -1,2 +1,3 @@
-# The sources in local/ of the path check and of what changes the disk, which tests build in as well.
-set(vexlite_path_sources filedescriptor.cpp guardedplaces.cpp pathcheck.cpp treechanges.cpp treewalk.cpp)
+# The sources of the path check and of what changes the disk, which tests build in as well.
+set(vexlite_path_sources exports/newfile.cpp local/filedescriptor.cpp local/guardedplaces.cpp local/pathcheck.cpp
+    local/treechanges.cpp local/treewalk.cpp)

@@ -1,6 +1,6 @@
 // Zip archives: made of files and directories, and files added to them.
 #include "exports/compression.h"
-#include "exports/replacementfile.h"
+#include "exports/newfile.h"
 #include "exports/zipdirectory.h"
 #include "exports/zipfile.h"
 #include "exports/zipsources.h"
@@ -18,26 +18,11 @@ using namespace jsapi;
 
 constexpr int MaxLevel = 9;
 
-/// An open file or directory.
-class Descriptor {
-public:
-    Descriptor(int directory, const char* path, int flags)
-        : m_number(openat(directory, path, flags | O_CLOEXEC))
-    {
-    }
-    ~Descriptor()
-    {
-        if (m_number >= 0)
-            close(m_number);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    explicit operator bool() const noexcept { return m_number >= 0; }
-    int number() const noexcept { return m_number; }
-
-private:
-    int m_number;
-};
+/// Opens what is in a directory, as `flags` say.
+Descriptor openIn(int directory, const char* path, int flags)
+{
+    return Descriptor(openat(directory, path, flags | O_CLOEXEC));
+}
 
 /// Where a link leads, so that its target is replaced and not the link.
 fs::path followLink(const fs::path& path)
@@ -55,9 +40,9 @@ public:
     explicit NewArchive(const fs::path& path)
         : m_path(followLink(path))
         , m_name(m_path.filename().native())
-        , m_directory(
-              AT_FDCWD, m_path.has_parent_path() ? m_path.parent_path().c_str() : ".", O_PATH | O_DIRECTORY)
-        , m_file(m_directory.number())
+        , m_directory(openIn(
+              AT_FDCWD, m_path.has_parent_path() ? m_path.parent_path().c_str() : ".", O_PATH | O_DIRECTORY))
+        , m_file(m_directory.number(), 0666)
         , m_error(errno)
     {
     }
@@ -67,12 +52,9 @@ public:
     {
         return m_file ? std::int32_t { VEXLITE_ZIP_OK } : convertWriteError(m_error);
     }
-    int descriptor() const noexcept { return m_file.descriptor(); }
+    int descriptor() const noexcept { return m_file.file().number(); }
     /// What is in its place now.
-    Descriptor openOld() const
-    {
-        return Descriptor(m_directory.number(), m_name.c_str(), O_RDONLY | O_NONBLOCK);
-    }
+    Descriptor openOld() const { return openIn(m_directory.number(), m_name.c_str(), O_RDONLY | O_NONBLOCK); }
     bool isThere() const
     {
         struct stat facts { };
@@ -83,12 +65,12 @@ public:
     {
         struct stat old { };
         const bool replaces = fstatat(m_directory.number(), m_name.c_str(), &old, AT_SYMLINK_NOFOLLOW) == 0;
-        if (replaces && (!S_ISREG(old.st_mode) || fchmod(m_file.descriptor(), old.st_mode & 0777) != 0))
+        if (replaces && (!S_ISREG(old.st_mode) || fchmod(descriptor(), old.st_mode & 0777) != 0))
             return VEXLITE_ZIP_WRITE_FAILED;
-        if (!m_file.take(m_name, true))
+        if (!m_file.take(m_name.c_str(), true))
             return convertWriteError(errno);
         // The new name on disk as well, where the directory may be read.
-        const Descriptor readable(m_directory.number(), ".", O_RDONLY | O_DIRECTORY);
+        const Descriptor readable = openIn(m_directory.number(), ".", O_RDONLY | O_DIRECTORY);
         if (readable)
             fsync(readable.number());
         return VEXLITE_ZIP_OK;
@@ -98,7 +80,7 @@ private:
     fs::path m_path;
     std::string m_name;
     Descriptor m_directory;
-    ReplacementFile m_file;
+    NewFile m_file;
     int m_error;
 };
 
@@ -125,7 +107,7 @@ std::int32_t addContent(ZipWriter& archive, int file, off_t size)
 std::int32_t addSource(ZipWriter& archive, const ZipSource& source, int level)
 {
     const bool isDirectory = source.entryName.back() == '/';
-    const Descriptor file(
+    const Descriptor file = openIn(
         AT_FDCWD, source.path.c_str(), isDirectory ? O_PATH | O_DIRECTORY : O_RDONLY | O_NONBLOCK | O_NOCTTY);
     struct stat facts { };
     if (!file || fstat(file.number(), &facts) != 0)

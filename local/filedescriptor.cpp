@@ -10,29 +10,23 @@
 
 namespace jsapi {
 
-FileDescriptor::~FileDescriptor()
-{
-    if (m_number >= 0)
-        close(m_number);
-}
-
 QByteArray FileDescriptor::path() const
 {
-    return "/proc/self/fd/" + QByteArray::number(m_number);
+    return "/proc/self/fd/" + QByteArray::number(number());
 }
 
 bool FileDescriptor::isAt(const QString& path) const
 {
     struct stat facts { };
     const auto found = lookAt(AT_FDCWD, QFile::encodeName(path), true);
-    return fstat(m_number, &facts) == 0 && found && identify(facts) == identify(*found);
+    return fstat(number(), &facts) == 0 && found && identify(facts) == identify(*found);
 }
 
 QByteArray FileDescriptor::realPath() const
 {
     const QByteArray path = readLink(AT_FDCWD, this->path().constData());
     struct stat facts { };
-    const bool isThere = fstat(m_number, &facts) == 0 && facts.st_nlink > 0;
+    const bool isThere = fstat(number(), &facts) == 0 && facts.st_nlink > 0;
     return isThere && path.startsWith('/') ? path : QByteArray();
 }
 
@@ -82,7 +76,7 @@ std::optional<QByteArray> readAll(const FileDescriptor& file, qint64 limit)
     return content;
 }
 
-bool writeAll(const FileDescriptor& file, const char* bytes, qint64 count)
+bool writeAll(const Descriptor& file, const char* bytes, qint64 count)
 {
     while (count > 0) {
         const ssize_t written = write(file.number(), bytes, static_cast<size_t>(count));

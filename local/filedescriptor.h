@@ -2,37 +2,18 @@
 // meanwhile. [any thread]
 #pragma once
 
+#include "exports/descriptor.h"
+
 #include <QString>
 #include <optional>
 #include <sys/stat.h>
-#include <utility>
 
 namespace jsapi {
 
-/// An open file or directory, closed with the object; or none.
-class FileDescriptor {
+/// A descriptor that is compared with paths.
+class FileDescriptor : public Descriptor {
 public:
-    FileDescriptor() = default;
-    /// Takes the descriptor over; a negative number is none.
-    explicit FileDescriptor(int number) noexcept
-        : m_number(number)
-    {
-    }
-    FileDescriptor(FileDescriptor&& other) noexcept
-        : m_number(other.release())
-    {
-    }
-    FileDescriptor& operator=(FileDescriptor&& other) noexcept
-    {
-        std::swap(m_number, other.m_number);
-        return *this;
-    }
-    ~FileDescriptor();
-
-    explicit operator bool() const noexcept { return m_number >= 0; }
-    int number() const noexcept { return m_number; }
-    /// Gives the descriptor to the caller.
-    int release() noexcept { return std::exchange(m_number, -1); }
+    using Descriptor::Descriptor;
 
     /// A path that leads to what is open, while it is open.
     QByteArray path() const;
@@ -40,9 +21,6 @@ public:
     bool isAt(const QString& path) const;
     /// Where what is open lies, without links. Empty when it has been removed, or the path is too long.
     QByteArray realPath() const;
-
-private:
-    int m_number = -1;
 };
 
 /// What a file or directory is, under whatever name: its device and inode.
@@ -68,6 +46,6 @@ FileDescriptor openRegularFile(const QString& path);
 std::optional<QByteArray> readAll(const FileDescriptor& file, qint64 limit);
 
 /// Writes all of it. False with errno when that fails.
-bool writeAll(const FileDescriptor& file, const char* bytes, qint64 count);
+bool writeAll(const Descriptor& file, const char* bytes, qint64 count);
 
 } // namespace jsapi

@@ -1,7 +1,7 @@
 #include "local/treechanges.h"
 
+#include "exports/newfile.h"
 #include "local/guardedplaces.h"
-#include "local/newfile.h"
 #include "local/treewalk.h"
 
 #include <QFile>
@@ -14,8 +14,11 @@ namespace jsapi {
 namespace {
 
 constexpr mode_t Permissions = 0777;
+constexpr mode_t NewPermissions = 0666;
+/// For what may be a copy of something private, or replace it.
+constexpr mode_t PrivatePermissions = 0600;
 
-bool copyByReading(int from, const FileDescriptor& to)
+bool copyByReading(int from, const Descriptor& to)
 {
     QByteArray buffer(1 << 18, Qt::Uninitialized);
     for (;;) {
@@ -29,7 +32,7 @@ bool copyByReading(int from, const FileDescriptor& to)
 
 /// Copies content and permissions. A file that tells no size though it has content, as the system's own do, is
 /// not copied: it may have no end.
-bool copyContent(const FileDescriptor& source, const FileDescriptor& target)
+bool copyContent(const FileDescriptor& source, const Descriptor& target)
 {
     struct stat facts { };
     if (lseek(source.number(), 0, SEEK_SET) != 0 || fstat(source.number(), &facts) != 0)
@@ -93,8 +96,8 @@ bool copyFile(const FileDescriptor& source, const WritablePath& target)
     const std::optional<QByteArray> name = target.name();
     if (!name || target.look())
         return false;
-    NewFile copy(target.above().number());
-    return copy && copyContent(source, copy.file()) && copy.take(*name);
+    NewFile copy(target.above().number(), PrivatePermissions);
+    return copy && copyContent(source, copy.file()) && copy.take(*name, false);
 }
 
 Replacement replaceFile(const FileDescriptor& source, const WritablePath& target)
@@ -102,12 +105,12 @@ Replacement replaceFile(const FileDescriptor& source, const WritablePath& target
     const std::optional<QByteArray> name = target.name();
     if (!name || !isFileOrLinkToFile(target))
         return Replacement::Refused;
-    NewFile copy(target.above().number());
+    NewFile copy(target.above().number(), PrivatePermissions);
     if (!copy)
         return errno == ENOSPC || errno == EDQUOT ? Replacement::CopyFailed : Replacement::Refused;
     if (!copyContent(source, copy.file()))
         return Replacement::CopyFailed;
-    return copy.replace(*name) ? Replacement::Done : Replacement::Refused;
+    return copy.take(*name, true) ? Replacement::Done : Replacement::Refused;
 }
 
 bool writeFile(const QByteArray& content, const WritablePath& target)
@@ -115,10 +118,10 @@ bool writeFile(const QByteArray& content, const WritablePath& target)
     const auto present = target.look();
     if (present && !S_ISREG(present->st_mode))
         return false;
-    NewFile file(target.above().number(), present ? 0600 : 0666);
+    NewFile file(target.above().number(), present ? PrivatePermissions : NewPermissions);
     return file && writeAll(file.file(), content.constData(), content.size())
         && (!present || fchmod(file.file().number(), present->st_mode & Permissions) == 0)
-        && fdatasync(file.file().number()) == 0 && file.replace(*target.name());
+        && fdatasync(file.file().number()) == 0 && file.take(*target.name(), true);
 }
 
 bool makeDirectory(const WritablePath& directory)

@@ -1,5 +1,5 @@
 // "Tools.compress".
-#include "exports/replacementfile.h"
+#include "exports/newfile.h"
 #include "exports/zipfile.h"
 #include "exports/zipsources.h"
 #include "framework/pagewatch.h"
@@ -109,9 +109,9 @@ private:
     {
         if (!m_target->name())
             return fail(ArchiveNotWritten / m_target->string());
-        m_file.emplace(m_target->above().number());
+        m_file.emplace(m_target->above().number(), 0666);
         if (*m_file)
-            m_archive.emplace(m_file->descriptor());
+            m_archive.emplace(m_file->file().number());
         if (!m_archive || !*m_archive)
             return failToWrite(
                 errno == ENOSPC || errno == EDQUOT ? VEXLITE_ZIP_NO_SPACE : VEXLITE_ZIP_WRITE_FAILED);
@@ -184,10 +184,10 @@ private:
             return failToWrite(error);
         struct stat facts { };
         const auto present = m_target->look();
-        const int descriptor = m_file->descriptor();
+        const int descriptor = m_file->file().number();
         if (fstat(descriptor, &facts) != 0
             || (m_replaced && present && fchmod(descriptor, present->st_mode & 0777) != 0)
-            || !m_file->take(m_target->name()->toStdString(), m_options.overwrite))
+            || !m_file->take(*m_target->name(), m_options.overwrite))
             return fail((errno == EEXIST ? ArchiveTargetExists : ArchiveNotWritten) / m_target->string());
         resolve({ m_target->string(), m_files, facts.st_size });
         return false;
@@ -216,7 +216,7 @@ private:
     FileDescriptor m_source;
     off_t m_left = 0; ///< of the open source
     std::int32_t m_files = 0;
-    std::optional<ReplacementFile> m_file;
+    std::optional<NewFile> m_file;
     std::optional<ZipWriter> m_archive;
 };
 

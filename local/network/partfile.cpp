@@ -25,7 +25,7 @@ QByteArray digest(const QByteArray& url)
     return QCryptographicHash::hash(url, QCryptographicHash::Sha256);
 }
 
-QByteArray readAt(const FileDescriptor& file, qint64 offset, qint64 size)
+QByteArray readAt(const Descriptor& file, qint64 offset, qint64 size)
 {
     QByteArray bytes(static_cast<int>(size), Qt::Uninitialized);
     return pread(file.number(), bytes.data(), static_cast<std::size_t>(size), offset) == size ? bytes
@@ -62,7 +62,7 @@ std::optional<PartFile> PartFile::open(const WritablePath& target, bool isResuma
         return file ? std::optional(PartFile(target, std::move(file))) : std::nullopt;
     }
     const QByteArray name = partName(*target.name());
-    FileDescriptor opened(openat(
+    Descriptor opened(openat(
         directory, name.constData(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, permissions));
     struct stat facts { };
     // A name that another one has taken meanwhile, a link, or a file with other names is nobody's part.
@@ -72,7 +72,7 @@ std::optional<PartFile> PartFile::open(const WritablePath& target, bool isResuma
     const auto found = lookAt(directory, name);
     if (!found || identify(*found) != identify(facts))
         return std::nullopt;
-    PartFile part(target, NewFile(directory, name, std::move(opened)));
+    PartFile part(target, NewFile(directory, name.toStdString(), std::move(opened)));
     part.m_size = facts.st_size;
     part.readOrigin(url);
     if (part.m_validator.isEmpty() && !part.clear())
@@ -140,8 +140,7 @@ std::optional<NetworkError> PartFile::take(bool overwrite)
     if ((present && S_ISREG(present->st_mode) && fchmod(file, present->st_mode & Permissions) != 0)
         || fdatasync(file) != 0)
         return writeError();
-    const QByteArray name = *m_target.name();
-    if (overwrite ? m_file.replace(name) : m_file.take(name))
+    if (m_file.take(*m_target.name(), overwrite))
         return std::nullopt;
     return errno == EEXIST || errno == EISDIR ? NetworkError::FileExists : writeError();
 }

@@ -1,8 +1,8 @@
 // PartFile: where a download is written until it is whole.
 #pragma once
 
+#include "exports/newfile.h"
 #include "local/network/networkerror.h"
-#include "local/newfile.h"
 #include "local/pathcheck.h"
 
 namespace jsapi {

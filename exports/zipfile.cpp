@@ -18,6 +18,7 @@ namespace {
 constexpr std::size_t MaxStepLength = 255;
 constexpr int MaxSteps = 100;
 constexpr std::size_t StreamBuffer = 1 << 18;
+constexpr std::size_t FlushBytes = 8 << 20;
 
 constexpr uLong MadeByUnix = 3 << 8 | 30;
 constexpr int UnixSystem = 3;
@@ -278,7 +279,14 @@ std::int32_t ZipWriter::begin(const std::string& name, const struct stat& facts,
 
 std::int32_t ZipWriter::write(const void* bytes, std::size_t count)
 {
-    return convert(zipWriteInFileInZip(m_zip, bytes, static_cast<unsigned>(count)));
+    const std::int32_t error = convert(zipWriteInFileInZip(m_zip, bytes, static_cast<unsigned>(count)));
+    m_unflushed += count;
+    // Little by little, so that finish() need not wait for all of it.
+    if (m_unflushed >= FlushBytes) {
+        sync_file_range(m_descriptor, 0, 0, SYNC_FILE_RANGE_WRITE);
+        m_unflushed = 0;
+    }
+    return error;
 }
 
 std::int32_t ZipWriter::end()

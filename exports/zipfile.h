@@ -84,6 +84,7 @@ private:
     ZipStream m_stream;
     zipFile m_zip;
     std::uint64_t m_entries;
+    std::size_t m_unflushed = 0; ///< bytes added since the system was told to write
 };
 
 /// Reads an archive, entry by entry.

@@ -361,7 +361,7 @@ declare namespace NovaExtension {
         "SyncFolder.getFolderSize": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
         "SyncFolder.getSupportSelectSyncFolderMode": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
         "SyncFolder.syncFolderPrecheck": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
-        "SyncFolder.desktopSyncPreCheck": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.desktopSyncPreCheck": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
         "SyncFolder.syncToLocalPrecheck": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
         "SyncFolder.setPersonalDesktopSync": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
         "SyncFolder.cancelPersonalDesktopSync": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
@@ -3997,6 +3997,7 @@ declare namespace NovaExtension {
          * @throws 1 "missing required parameters."
          * @throws 1 "wrong parameters."
          * @throws 3 "New path is illegal."
+         * @throws rejects with 3 "New path is illegal."
          * @throws 3 "Call %1 failed."
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
@@ -4009,6 +4010,7 @@ declare namespace NovaExtension {
          * @throws 3 "Get account SDK error."
          * @throws 3 "User not login"
          * @throws 1 "wrong parameters."
+         * @throws rejects with 3 "New path is illegal."
          * @throws 3 "Call %1 failed."
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
@@ -4023,6 +4025,7 @@ declare namespace NovaExtension {
          * @throws 1 "missing required parameters."
          * @throws 1 "wrong parameters."
          * @throws 3 "New path is illegal."
+         * @throws rejects with 3 "New path is illegal."
          * @throws 3 "Call %1 failed."
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
@@ -4036,7 +4039,7 @@ declare namespace NovaExtension {
          * @throws 3 "Get account SDK error."
          * @throws 3 "User not login"
          * @throws 1 "wrong parameters."
-         * @throws 3 "New path is illegal."
+         * @throws rejects with 3 "New path is illegal."
          * @throws 3 "Call %1 failed."
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
@@ -4085,6 +4088,7 @@ declare namespace NovaExtension {
          * @throws 3 "User not login"
          * @throws 1 "wrong parameters."
          * @throws 3 "New path is illegal."
+         * @throws rejects with 3 "New path is illegal."
          * @throws 3 "Call %1 failed."
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
@@ -4099,6 +4103,7 @@ declare namespace NovaExtension {
          * @throws 1 "missing required parameters."
          * @throws 1 "wrong parameters."
          * @throws 3 "New path is illegal."
+         * @throws rejects with 3 "New path is illegal."
          * @throws 3 "Call %1 failed."
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
@@ -4114,6 +4119,7 @@ declare namespace NovaExtension {
          * @throws 1 "missing required parameters."
          * @throws 1 "wrong parameters."
          * @throws 3 "New path is illegal."
+         * @throws rejects with 3 "New path is illegal."
          * @throws 3 "Call %1 failed."
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
@@ -4168,6 +4174,7 @@ declare namespace NovaExtension {
          * @throws 3 "User not login"
          * @throws 1 "wrong parameters."
          * @throws 3 "New path is illegal."
+         * @throws rejects with 3 "New path is illegal."
          * @throws 3 "Call %1 failed."
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."

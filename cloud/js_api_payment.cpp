@@ -25,9 +25,9 @@ const MemberList& KJsApiPayment::members()
             member<&Self::open>(u"open", Category::Purchase, Type::JsValue, { Type::JsValue },
                 "Opens the purchase page for the signed-in user, who buys there or closes it; only one is open at a "
                 "time. Resolves when it has been closed. What was bought is among the memberships and privileges by "
-                "then. The purchase page stays when the page that has opened it goes.",
+                "then. The purchase page goes with the page that has opened it.",
                 { &NotPermitted, &NoPurchaseService, &PromiseServiceNull, &NobodyBuys, &PurchaseIsOpen,
-                    &PurchaseServiceEnded }),
+                    &PurchaseNotLoaded, &PurchaseServiceEnded }),
         } };
     return list;
 }

@@ -1,14 +1,11 @@
 #include "cloud/js_api_syncfolder.h"
 
 #include "cloud/syncfolderoptions.h"
-#include "local/guardedplaces.h"
 #include "local/pathcheck.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
-#include <fcntl.h>
 
 namespace jsapi {
 
@@ -50,23 +47,6 @@ std::optional<Arguments> makeLocalArguments(const SignedInUser& user, const QStr
     return arguments;
 }
 
-/// Whether syncing the folder would write to what is closed to pages: it is in there.
-bool holdsClosedPlace(const QString& path)
-{
-    const FileDescriptor folder(
-        open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    return folder && holdsGuardedPlace(folder);
-}
-
-/// The same as makeLocalArguments() for a folder that is to be synced.
-std::optional<Arguments> makeSyncedArguments(const SignedInUser& user, const QString& localPath)
-{
-    std::optional<Arguments> arguments = makeLocalArguments(user, localPath);
-    if (arguments && holdsClosedPlace(arguments->value(heapString("localPath"))))
-        return std::nullopt;
-    return arguments;
-}
-
 /// The user's desktop as a folder to be added.
 Arguments makeDesktopArguments(const SignedInUser& user, const std::string& cloudPath)
 {
@@ -93,6 +73,9 @@ const MemberList& KJsApiSyncFolder::members()
     // What a request may fail with.
     const FailureList request { &CallFailed, &PromiseServiceError, &SyncRequestFailed };
     const FailureList local { &NewPathIsIllegal, &CallFailed, &PromiseServiceError, &SyncRequestFailed };
+    const FailureList synced { &NewPathIsIllegal, &HoldsClosedPlace, &CallFailed, &PromiseServiceError,
+        &SyncRequestFailed };
+    const FailureList desktop { &HoldsClosedPlace, &CallFailed, &PromiseServiceError, &SyncRequestFailed };
     const FailureList dialog { &NoSyncFolderUi, &PromiseServiceError };
     static const MemberList list = MemberList {
         "Folders of this machine that are kept in step with a folder of the cloud. `syncFolder` makes a folder one of "
@@ -124,16 +107,16 @@ const MemberList& KJsApiSyncFolder::members()
             member<&Self::syncFolderPrecheck>(u"syncFolderPrecheck", Category::Usual, Type::JsValue,
                 { Type::JsValue },
                 "Resolves with whether `syncFolder` would take a local folder, and what it would transfer.",
-                local),
+                synced),
             member<&Self::desktopSyncPreCheck>(u"desktopSyncPreCheck", Category::Usual, Type::JsValue,
-                { Type::JsValue }, "The same for `setPersonalDesktopSync`.", request),
+                { Type::JsValue }, "The same for `setPersonalDesktopSync`.", desktop),
             member<&Self::syncToLocalPrecheck>(u"syncToLocalPrecheck", Category::Usual, Type::JsValue,
-                { Type::JsValue }, "The same for `syncToLocal`, and whether the disk has the space.", local),
+                { Type::JsValue }, "The same for `syncToLocal`, and whether the disk has the space.", synced),
             member<&Self::setPersonalDesktopSync>(u"setPersonalDesktopSync", Category::Usual, Type::JsValue,
                 { Type::JsValue },
                 "Makes the user's desktop a sync folder, which is synced within some seconds. Fails with "
                 "`alreadySynced` when it is one.",
-                local),
+                desktop),
             member<&Self::cancelPersonalDesktopSync>(u"cancelPersonalDesktopSync", Category::Usual,
                 Type::JsValue, { Type::JsValue },
                 "Ends that; the files stay on both sides. Resolves with whether the desktop was a sync folder.",
@@ -148,16 +131,16 @@ const MemberList& KJsApiSyncFolder::members()
             member<&Self::syncFolder>(u"syncFolder", Category::Usual, Type::JsValue, { Type::JsValue },
                 "Syncs a sync folder now, or makes a local folder one and syncs it. Resolves when that is done. When the "
                 "folder is being synced already, it is synced once more.",
-                local),
+                synced),
             member<&Self::syncToLocal>(u"syncToLocal", Category::Usual, Type::JsValue, { Type::JsValue },
                 "Makes a folder of the cloud a local one, too, as a sync folder. Resolves when it has been synced.",
-                local),
+                synced),
             member<&Self::changeSyncPath>(u"changeSyncPath", Category::Usual, Type::JsValue,
                 { Type::JsValue },
                 "Moves a sync folder on this machine, or takes note that the user has moved it. To another disk nothing "
                 "is moved: its files are downloaded there, and the old ones stay. A sync under way ends with "
                 "`cancelled`.",
-                local),
+                synced),
             member<&Self::checkSyncFolderPathValid>(u"checkSyncFolderPathValid", Category::Usual,
                 Type::JsValue, { Type::JsValue },
                 "Resolves with whether a local folder can become a sync folder. Reasons against it: `closed` "
@@ -174,7 +157,7 @@ const MemberList& KJsApiSyncFolder::members()
                 "Resolves with the user's files of the cloud that were changed last, the latest first.",
                 request),
             member<&Self::scanFolder>(u"scanFolder", Category::Usual, Type::JsValue, { Type::JsValue },
-                "Resolves with what a sync of a folder would do. Changes nothing.", local),
+                "Resolves with what a sync of a folder would do. Changes nothing.", synced),
             member<&Self::getSyncFolderCount>(u"getSyncFolderCount", Category::Usual, Type::JsValue,
                 "Resolves with the user's sync folders and how many there are.", request),
             member<&Self::showNovaBox>(u"showNovaBox", Category::Usual, Type::JsValue, { Type::JsValue },
@@ -270,7 +253,7 @@ Answer<Promise<SyncModes>> KJsApiSyncFolder::getSupportSelectSyncFolderMode(
 Answer<Promise<SyncPrecheck>> KJsApiSyncFolder::syncFolderPrecheck(
     const SignedInUser& user, const JSContextEnv& page, const FolderOptions& options)
 {
-    std::optional<Arguments> arguments = makeSyncedArguments(user, options.localPath);
+    std::optional<Arguments> arguments = makeLocalArguments(user, options.localPath);
     if (!arguments)
         return NewPathIsIllegal;
     const QString name = QFileInfo(arguments->value(heapString("localPath"))).fileName();
@@ -289,7 +272,7 @@ Answer<Promise<SyncPrecheck>> KJsApiSyncFolder::desktopSyncPreCheck(
 Answer<Promise<SyncPrecheck>> KJsApiSyncFolder::syncToLocalPrecheck(
     const SignedInUser& user, const JSContextEnv& page, const ToLocalOptions& options)
 {
-    std::optional<Arguments> arguments = makeSyncedArguments(user, options.localPath);
+    std::optional<Arguments> arguments = makeLocalArguments(user, options.localPath);
     if (!arguments)
         return NewPathIsIllegal;
     arguments->insert(heapString("cloudFolder"), toQString(options.cloudPath));
@@ -300,10 +283,8 @@ Answer<Promise<SyncPrecheck>> KJsApiSyncFolder::syncToLocalPrecheck(
 Answer<Promise<SyncFolderInfo>> KJsApiSyncFolder::setPersonalDesktopSync(
     const SignedInUser& user, const JSContextEnv& page, const DesktopOptions& options)
 {
-    const Arguments arguments = makeDesktopArguments(user, options.cloudPath);
-    if (holdsClosedPlace(arguments.value(heapString("localPath"))))
-        return NewPathIsIllegal;
-    return KSyncFolderRequest::send<SyncFolderInfo>(page, "sync.addFolder", arguments);
+    return KSyncFolderRequest::send<SyncFolderInfo>(
+        page, "sync.addFolder", makeDesktopArguments(user, options.cloudPath));
 }
 
 Answer<Promise<bool>> KJsApiSyncFolder::cancelPersonalDesktopSync(
@@ -333,7 +314,7 @@ Answer<Promise<SyncSummary>> KJsApiSyncFolder::syncFolder(
         return WrongParameters;
     if (!options.id.empty())
         return KSyncFolderRequest::sync(page, user.id(), toQString(options.id));
-    std::optional<Arguments> arguments = makeSyncedArguments(user, options.localPath);
+    std::optional<Arguments> arguments = makeLocalArguments(user, options.localPath);
     if (!arguments)
         return NewPathIsIllegal;
     const QString name = QFileInfo(arguments->value(heapString("localPath"))).fileName();
@@ -348,7 +329,7 @@ Answer<Promise<SyncSummary>> KJsApiSyncFolder::syncFolder(
 Answer<Promise<SyncSummary>> KJsApiSyncFolder::syncToLocal(
     const SignedInUser& user, const JSContextEnv& page, const ToLocalOptions& options)
 {
-    std::optional<Arguments> arguments = makeSyncedArguments(user, options.localPath);
+    std::optional<Arguments> arguments = makeLocalArguments(user, options.localPath);
     if (!arguments)
         return NewPathIsIllegal;
     arguments->insert(heapString("cloudFolder"), toQString(options.cloudPath));
@@ -360,7 +341,7 @@ Answer<Promise<SyncSummary>> KJsApiSyncFolder::syncToLocal(
 Answer<Promise<SyncFolderInfo>> KJsApiSyncFolder::changeSyncPath(
     const SignedInUser& user, const JSContextEnv& page, const MoveOptions& options)
 {
-    std::optional<Arguments> arguments = makeSyncedArguments(user, options.localPath);
+    std::optional<Arguments> arguments = makeLocalArguments(user, options.localPath);
     if (!arguments)
         return NewPathIsIllegal;
     arguments->insert(heapString("id"), toQString(options.id));
@@ -370,14 +351,8 @@ Answer<Promise<SyncFolderInfo>> KJsApiSyncFolder::changeSyncPath(
 Answer<Promise<PathCheck>> KJsApiSyncFolder::checkSyncFolderPathValid(
     const SignedInUser& user, const JSContextEnv& page, const PathOptions& options)
 {
-    // The check itself never refuses a path: a word for it is what the page wants.
-    const std::optional<Arguments> arguments = makeSyncedArguments(user, options.localPath);
-    if (!arguments)
-        return KSyncFolderRequest::send<PathCheck>(
-            page, "sync.listModes", makeArguments(user), +[](const LarkIpcResult&) {
-                return PathCheck { false, heapString("closed") };
-            });
-    return KSyncFolderRequest::send<PathCheck>(page, "sync.checkPath", *arguments);
+    const std::optional<Arguments> arguments = makeLocalArguments(user, options.localPath);
+    return arguments ? KSyncFolderRequest::checkPath(page, *arguments) : KSyncFolderRequest::refusePath(page);
 }
 
 Answer<Promise<PathCheck>> KJsApiSyncFolder::checkSyncFolderValid(
@@ -410,7 +385,7 @@ Answer<Promise<FolderScan>> KJsApiSyncFolder::scanFolder(
     if (options.id.empty() == options.localPath.isEmpty())
         return WrongParameters;
     std::optional<Arguments> arguments =
-        options.localPath.isEmpty() ? makeArguments(user) : makeSyncedArguments(user, options.localPath);
+        options.localPath.isEmpty() ? makeArguments(user) : makeLocalArguments(user, options.localPath);
     if (!arguments)
         return NewPathIsIllegal;
     arguments->insert(heapString("id"), toQString(options.id));

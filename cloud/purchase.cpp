@@ -7,7 +7,7 @@ Answer<Promise<PurchaseReport>> KPurchaseRequest::start(
 {
     auto made = std::make_unique<KPurchaseRequest>();
     const QPointer<KPurchaseRequest> request = made.get();
-    connect(&service, SIGNAL(finished(int, QString)), request, SLOT(onFinished(int, QString)));
+    connect(&service, SIGNAL(finished(int, int, QString)), request, SLOT(onFinished(int, int, QString)));
     connect(&service, SIGNAL(destroyed()), request, SLOT(onServiceEnded()));
     // Before the page is opened, from which nobody would hear otherwise.
     auto answer = promise(page, std::move(made));
@@ -22,10 +22,16 @@ Answer<Promise<PurchaseReport>> KPurchaseRequest::start(
     return answer;
 }
 
-void KPurchaseRequest::onFinished(int purchase, const QString& item)
+void KPurchaseRequest::onFinished(int purchase, int outcome, const QString& item)
 {
-    if (purchase == m_purchase)
-        resolve({ item.isEmpty() ? PurchaseStatus::Closed : PurchaseStatus::Purchased, item });
+    if (purchase != m_purchase)
+        return;
+    if (outcome == KPurchase::NotLoaded)
+        reject(PurchaseNotLoaded);
+    else if (outcome == KPurchase::Bought)
+        resolve({ PurchaseStatus::Purchased, item });
+    else
+        resolve({ outcome == KPurchase::Closed ? PurchaseStatus::Closed : PurchaseStatus::Cancelled, {} });
 }
 
 void KPurchaseRequest::onServiceEnded()

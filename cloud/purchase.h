@@ -8,10 +8,11 @@
 
 namespace jsapi {
 
-enum class PurchaseStatus { Purchased, Closed };
+enum class PurchaseStatus { Purchased, Cancelled, Closed };
 template <>
-inline constexpr std::array<Choice<PurchaseStatus>, 2> ChoicesOf<PurchaseStatus> {
-    { { PurchaseStatus::Purchased, "purchased" }, { PurchaseStatus::Closed, "closed" } }
+inline constexpr std::array<Choice<PurchaseStatus>, 3> ChoicesOf<PurchaseStatus> {
+    { { PurchaseStatus::Purchased, "purchased" }, { PurchaseStatus::Cancelled, "cancelled" },
+        { PurchaseStatus::Closed, "closed" } }
 };
 
 struct PurchaseReport {
@@ -21,7 +22,8 @@ struct PurchaseReport {
     {
         return std::tuple(
             property("status", &PurchaseReport::status,
-                "`closed` where nothing was bought, also because the user has signed out or another one in"),
+                "`closed` where the user closed the window, `cancelled` where nothing was bought for another reason, as when "
+                "the user has signed out"),
             property("item", &PurchaseReport::item, "what was bought; empty if nothing was"));
     }
 };
@@ -30,6 +32,8 @@ inline constexpr Failure NoPurchaseService { ErrorCode::OperationFailed, "Purcha
 inline constexpr Failure NobodyBuys = Failure { ErrorCode::OperationFailed, "User not login" }.rejected();
 inline constexpr Failure PurchaseIsOpen =
     Failure { ErrorCode::OperationFailed, "Another purchase is open." }.rejected();
+inline constexpr Failure PurchaseNotLoaded =
+    Failure { ErrorCode::OperationFailed, "The purchase page can not be loaded." }.rejected();
 inline constexpr Failure PurchaseServiceEnded = NoPurchaseService.rejected();
 
 class KPurchaseRequest final : public KJsRequestFor<PurchaseReport> {
@@ -45,7 +49,7 @@ private:
 
 public Q_SLOTS:
     // For the service.
-    void onFinished(int purchase, const QString& item);
+    void onFinished(int purchase, int outcome, const QString& item);
     void onServiceEnded();
 };
 

@@ -1,5 +1,10 @@
 #include "cloud/syncfolderrequest.h"
 
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTimer>
+#include <fcntl.h>
+
 namespace jsapi {
 
 namespace {
@@ -11,7 +16,46 @@ QString key(const char* name)
     return heapString(name);
 }
 
+PathCheck closedPath()
+{
+    return { false, key("closed") };
+}
+
 } // namespace
+
+bool KSyncFolderRequest::start(const JSContextEnv& page, const char* method, const Arguments& arguments)
+{
+    FileDescriptor folder(open(QFile::encodeName(arguments.value(key("localPath"))).constData(),
+        O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    // A folder can be measured whatever is in it.
+    if (!folder || qstrcmp(method, "sync.measure") == 0)
+        return invoke(method, arguments);
+    m_look = std::make_unique<GuardedPlaceLook>(std::move(folder));
+    takeTurns(page, this, [this, watch = PageWatch(page), method, arguments](QByteArray&) {
+        return lookOn(watch, method, arguments);
+    });
+    return true;
+}
+
+Slice KSyncFolderRequest::lookOn(const PageWatch& watch, const char* method, const Arguments& arguments)
+{
+    constexpr int SliceMs = 5;
+    QElapsedTimer spent;
+    spent.start();
+    std::optional<bool> holdsClosedPlace = watch.isGone() ? std::optional(true) : std::nullopt;
+    while (!holdsClosedPlace && !spent.hasExpired(SliceMs))
+        holdsClosedPlace = m_look->step();
+    if (!holdsClosedPlace)
+        return Slice::Worked;
+    m_look.reset();
+    if (!*holdsClosedPlace && !invoke(method, arguments))
+        fail("noReply");
+    else if (*holdsClosedPlace && m_refuse)
+        m_refuse(*this);
+    else if (*holdsClosedPlace)
+        reject(HoldsClosedPlace);
+    return Slice::Ended;
+}
 
 bool KSyncFolderRequest::invoke(const char* method, const Arguments& arguments)
 {
@@ -27,6 +71,24 @@ bool KSyncFolderRequest::invokeSync(const QString& userId, const QString& id)
     request.userId = userId.toStdString();
     request.extraParam["syncFolderId"] = id.toStdString();
     return !invokeCloud(heapString("syncFolder"), request, this, "onSyncFolderFinished").isEmpty();
+}
+
+Answer<Promise<PathCheck>> KSyncFolderRequest::checkPath(const JSContextEnv& page, const Arguments& arguments)
+{
+    auto request = std::make_unique<KSyncFolderRequest>();
+    request->m_finish = [](KSyncFolderRequest& self, const LarkIpcResult& result) {
+        self.resolve(toVariant(fromJson<PathCheck>(result.resultString)));
+    };
+    // The check never refuses a path: a word for it is what the page wants.
+    request->m_refuse = [](KSyncFolderRequest& self) { self.resolve(toVariant(closedPath())); };
+    return begin<PathCheck>(page, std::move(request), "sync.checkPath", arguments);
+}
+
+Answer<Promise<PathCheck>> KSyncFolderRequest::refusePath(const JSContextEnv& page)
+{
+    auto request = std::make_unique<KSyncFolderRequest>();
+    QTimer::singleShot(0, request.get(), [self = request.get()] { self->resolve(toVariant(closedPath())); });
+    return promise<PathCheck>(page, std::move(request), PromiseServiceError);
 }
 
 Answer<Promise<SyncSummary>> KSyncFolderRequest::sync(

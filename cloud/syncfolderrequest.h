@@ -5,6 +5,9 @@
 #include "cloud/jsonvalues.h"
 #include "cloud/syncfoldervalues.h"
 #include "local/filedialogs.h"
+#include "local/guardedplaces.h"
+#include "local/pageturns.h"
+#include "local/pathcheck.h"
 #include "suite/ksyncfolderui.h"
 
 namespace jsapi {
@@ -12,10 +15,13 @@ namespace jsapi {
 /// With a word of the service's for the reason, or "noReply".
 inline constexpr Failure SyncRequestFailed =
     Failure { ErrorCode::OperationFailed, "Sync folder request failed: %1." }.rejected();
+/// The folder holds what is closed to pages.
+inline constexpr Failure HoldsClosedPlace = NewPathIsIllegal.rejected();
 inline constexpr Failure NoSyncFolderUi { ErrorCode::OperationFailed,
     "Sync folder dialogs are not available." };
 
-/// One or two requests to the cloud service: the second, a sync, is made of the reply to the first.
+/// One or two requests to the cloud service: the second, a sync, is made of the reply to the first. A folder that is to be
+/// synced is looked through before; one that holds what is closed to pages is refused, since it would be written to.
 class KSyncFolderRequest final : public KJsRequest {
     Q_OBJECT
 
@@ -42,6 +48,10 @@ public:
             page, method, arguments,
             +[](const LarkIpcResult& result) { return fromJson<Value>(result.resultString); });
     }
+    /// Whether a folder can be synced.
+    static Answer<Promise<PathCheck>> checkPath(const JSContextEnv& page, const Arguments& arguments);
+    /// What that is of a path that is closed to pages.
+    static Answer<Promise<PathCheck>> refusePath(const JSContextEnv& page);
     /// Syncs a folder.
     static Answer<Promise<SyncSummary>> sync(
         const JSContextEnv& page, const QString& userId, const QString& id);
@@ -60,15 +70,20 @@ private:
     static Answer<Promise<Value>> begin(const JSContextEnv& page, std::unique_ptr<KSyncFolderRequest> request,
         const char* method, const Arguments& arguments)
     {
-        if (!request->invoke(method, arguments))
+        if (!request->start(page, method, arguments))
             return CallFailed / QString::fromUtf16(LarkIpcCall);
         return promise<Value>(page, std::move(request), PromiseServiceError);
     }
+    /// Looks through the folder first, if there is one to be synced.
+    bool start(const JSContextEnv& page, const char* method, const Arguments& arguments);
+    Slice lookOn(const PageWatch& watch, const char* method, const Arguments& arguments);
     bool invoke(const char* method, const Arguments& arguments);
     bool invokeSync(const QString& userId, const QString& id);
     void fail(const std::string& reason);
 
     std::function<void(KSyncFolderRequest&, const LarkIpcResult&)> m_finish;
+    std::function<void(KSyncFolderRequest&)> m_refuse; ///< in place of HoldsClosedPlace
+    std::unique_ptr<GuardedPlaceLook> m_look;
     QString m_id; ///< of the folder that is synced
 };
 

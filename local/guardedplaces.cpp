@@ -145,6 +145,36 @@ private:
 
 } // namespace
 
+struct GuardedPlaceLook::Private {
+    explicit Private(FileDescriptor opened)
+        : directory(std::move(opened))
+        , path(directory.realPath())
+        , search(path)
+        , walk(directory, search)
+    {
+    }
+
+    const FileDescriptor directory;
+    const QByteArray path;
+    GuardedPlaceSearch search;
+    TreeWalk walk;
+};
+
+GuardedPlaceLook::GuardedPlaceLook(FileDescriptor directory)
+    : d(std::make_unique<Private>(std::move(directory)))
+{
+}
+
+GuardedPlaceLook::~GuardedPlaceLook() = default;
+
+std::optional<bool> GuardedPlaceLook::step()
+{
+    if (d->path.isEmpty() || d->search.isGuarded(d->directory))
+        return true;
+    const TreeWalk::State state = d->walk.step();
+    return state == TreeWalk::State::GoesOn ? std::nullopt : std::optional(state == TreeWalk::State::Ended);
+}
+
 bool holdsGuardedPlace(const FileDescriptor& directory)
 {
     const QByteArray path = directory.realPath();

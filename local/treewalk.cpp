@@ -3,17 +3,10 @@
 #include <array>
 #include <dirent.h>
 #include <fcntl.h>
-#include <vector>
 
 namespace jsapi {
 
 namespace {
-
-struct Level {
-    FileId id {};
-    QByteArray name;                     ///< in the level above
-    std::vector<QByteArray> directories; ///< that have not been entered yet
-};
 
 FileDescriptor openDirectory(const FileDescriptor& above, const char* name)
 {
@@ -32,78 +25,103 @@ bool isStep(const char* name)
     return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
 
-/// Shows an entry of a directory; directories are left for later.
-bool show(const FileDescriptor& here, const dirent64& entry, Level& level, TreeVisitor& visitor)
+} // namespace
+
+TreeWalk::TreeWalk(const FileDescriptor& directory, TreeVisitor& visitor)
+    : m_visitor(visitor)
 {
-    if (isStep(entry.d_name))
+    begin(openDirectory(directory, "."), {});
+}
+
+TreeWalk::State TreeWalk::step()
+{
+    if (m_listed)
+        return list();
+    if (m_levels.empty())
+        return State::Ended;
+    return m_levels.back().directories.empty() ? goUp() : enterNext();
+}
+
+/// Begins to show what is in a directory.
+bool TreeWalk::begin(FileDescriptor directory, QByteArray name)
+{
+    const std::optional<FileId> id = directory ? identifyOpen(directory) : std::nullopt;
+    if (!id)
+        return false;
+    m_listed = std::move(directory);
+    m_below = { *id, std::move(name), {} };
+    return true;
+}
+
+/// Shows an entry of the directory; directories are left for later.
+bool TreeWalk::show(const char* name, unsigned char type)
+{
+    if (isStep(name))
         return true;
-    bool isDirectory = entry.d_type == DT_DIR;
-    bool isLink = entry.d_type == DT_LNK;
-    if (entry.d_type == DT_UNKNOWN) { // some file systems do not say
-        const auto facts = lookAt(here.number(), entry.d_name);
+    bool isDirectory = type == DT_DIR;
+    bool isLink = type == DT_LNK;
+    if (type == DT_UNKNOWN) { // some file systems do not say
+        const auto facts = lookAt(m_listed.number(), name);
         isDirectory = facts && S_ISDIR(facts->st_mode);
         isLink = facts && S_ISLNK(facts->st_mode);
     }
     if (!isDirectory)
-        return visitor.visit(here, entry.d_name, isLink);
-    level.directories.emplace_back(entry.d_name);
+        return m_visitor.visit(m_listed, name, isLink);
+    m_below.directories.emplace_back(name);
     return true;
 }
 
-/// Shows what is in a directory.
-bool list(const FileDescriptor& here, Level& level, TreeVisitor& visitor)
+TreeWalk::State TreeWalk::list()
 {
-    const std::optional<FileId> id = identifyOpen(here);
-    if (!id)
-        return false;
-    level.id = *id;
     alignas(dirent64) std::array<char, 1 << 15> buffer;
-    for (;;) {
-        const ssize_t count = getdents64(here.number(), buffer.data(), buffer.size());
-        if (count <= 0)
-            return count == 0;
-        for (ssize_t at = 0; at < count;) {
-            const auto& entry = *reinterpret_cast<const dirent64*>(buffer.data() + at);
-            if (!show(here, entry, level, visitor))
-                return false;
-            at += entry.d_reclen;
-        }
+    const ssize_t count = getdents64(m_listed.number(), buffer.data(), buffer.size());
+    if (count < 0)
+        return State::Ended;
+    for (ssize_t at = 0; at < count;) {
+        const auto& entry = *reinterpret_cast<const dirent64*>(buffer.data() + at);
+        if (!show(entry.d_name, entry.d_type))
+            return State::Ended;
+        at += entry.d_reclen;
     }
+    if (count > 0)
+        return State::GoesOn;
+    FileDescriptor listed = std::move(m_listed);
+    if (!m_levels.empty() && m_below.directories.empty())
+        return m_visitor.leave(m_here, m_below.name.constData()) ? State::GoesOn : State::Ended;
+    m_levels.push_back(std::move(m_below));
+    m_here = std::move(listed);
+    return State::GoesOn;
 }
 
-} // namespace
+TreeWalk::State TreeWalk::enterNext()
+{
+    QByteArray name = std::move(m_levels.back().directories.back());
+    m_levels.back().directories.pop_back();
+    FileDescriptor child = openDirectory(m_here, name.constData());
+    const bool goesOn = !child ? m_visitor.skip(m_here, name.constData())
+                               : m_visitor.enter(child, name.constData()) && begin(std::move(child), name);
+    return goesOn ? State::GoesOn : State::Ended;
+}
+
+TreeWalk::State TreeWalk::goUp()
+{
+    const QByteArray name = std::move(m_levels.back().name);
+    m_levels.pop_back();
+    if (m_levels.empty())
+        return State::Done;
+    m_here = openDirectory(m_here, "..");
+    return m_here && identify(m_here) == m_levels.back().id && m_visitor.leave(m_here, name.constData())
+        ? State::GoesOn
+        : State::Ended;
+}
 
 bool walkTree(const FileDescriptor& directory, TreeVisitor& visitor)
 {
-    FileDescriptor here = openDirectory(directory, ".");
-    std::vector<Level> levels(1);
-    if (!here || !list(here, levels.back(), visitor))
-        return false;
+    TreeWalk walk(directory, visitor);
     for (;;) {
-        if (!levels.back().directories.empty()) {
-            Level below;
-            below.name = std::move(levels.back().directories.back());
-            levels.back().directories.pop_back();
-            FileDescriptor child = openDirectory(here, below.name.constData());
-            const bool goesOn = !child
-                ? visitor.skip(here, below.name.constData())
-                : visitor.enter(child, below.name.constData()) && list(child, below, visitor)
-                    && (!below.directories.empty() || visitor.leave(here, below.name.constData()));
-            if (!goesOn)
-                return false;
-            if (!below.directories.empty()) {
-                levels.push_back(std::move(below));
-                here = std::move(child);
-            }
-            continue;
-        }
-        const QByteArray name = std::move(levels.back().name);
-        levels.pop_back();
-        if (levels.empty())
-            return true;
-        here = openDirectory(here, "..");
-        if (!here || identifyOpen(here) != levels.back().id || !visitor.leave(here, name.constData()))
-            return false;
+        const TreeWalk::State state = walk.step();
+        if (state != TreeWalk::State::GoesOn)
+            return state == TreeWalk::State::Done;
     }
 }
 

@@ -4,6 +4,8 @@
 
 #include "local/filedescriptor.h"
 
+#include <vector>
+
 namespace jsapi {
 
 class TreeVisitor {
@@ -25,8 +27,41 @@ public:
     virtual bool skip(const FileDescriptor& above, const char* name) = 0;
 };
 
-/// Shows a directory's tree, without the directory itself. False when the visitor ended the walk, or the tree
-/// was moved apart.
+/// A walk that is done in steps, each of a thousand entries or so of one directory.
+class TreeWalk {
+public:
+    /// Shows a directory's tree, without the directory itself. Both must live as long as the walk.
+    TreeWalk(const FileDescriptor& directory, TreeVisitor& visitor);
+
+    enum class State {
+        GoesOn,
+        Done,
+        Ended, ///< by the visitor, or because the tree was moved apart
+    };
+    /// Goes one step on. Not after the walk has ended.
+    State step();
+
+private:
+    struct Level {
+        FileId id {};
+        QByteArray name;                     ///< in the level above
+        std::vector<QByteArray> directories; ///< that have not been entered yet
+    };
+
+    bool begin(FileDescriptor directory, QByteArray name);
+    State list();
+    State enterNext();
+    State goUp();
+    bool show(const char* name, unsigned char type);
+
+    TreeVisitor& m_visitor;
+    FileDescriptor m_here; ///< of the last level
+    std::vector<Level> m_levels;
+    FileDescriptor m_listed; ///< is being shown, and becomes a level when it has directories
+    Level m_below;
+};
+
+/// Shows a directory's tree in one go. False when the walk ended before.
 bool walkTree(const FileDescriptor& directory, TreeVisitor& visitor);
 
 } // namespace jsapi

@@ -306,7 +306,7 @@ declare namespace NovaExtension {
         "Event.removeEventListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Event.dispatchEvent": Failure<3, "Event service error.">;
         "Event.getAllEventInfo": Failure<3, "Event service error.">;
-        "Payment.open": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Permission denied."> | Failure<3, "Purchase service error."> | Failure<3, "PromiseServiceNull"> | Failure<3, "User not login"> | Failure<3, "Another purchase is open.">;
+        "Payment.open": Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "Permission denied."> | Failure<3, "Purchase service error."> | Failure<3, "PromiseServiceNull"> | Failure<3, "User not login"> | Failure<3, "Another purchase is open."> | Failure<3, "The purchase page can not be loaded.">;
         "Skin.addSkinChangeListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Skin.removeSkinChangeListener": Failure<3, "Event service error."> | Failure<1, "wrong parameters.">;
         "Skin.getCurrentSkinName": never;
@@ -361,7 +361,7 @@ declare namespace NovaExtension {
         "SyncFolder.getFolderSize": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
         "SyncFolder.getSupportSelectSyncFolderMode": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
         "SyncFolder.syncFolderPrecheck": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
-        "SyncFolder.desktopSyncPreCheck": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
+        "SyncFolder.desktopSyncPreCheck": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
         "SyncFolder.syncToLocalPrecheck": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "missing required parameters."> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
         "SyncFolder.setPersonalDesktopSync": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<1, "wrong parameters."> | Failure<3, "New path is illegal."> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
         "SyncFolder.cancelPersonalDesktopSync": Failure<3, "Cloud service error."> | Failure<3, "Get account SDK error."> | Failure<3, "User not login"> | Failure<3, `Call ${string} failed.`> | Failure<3, "Promise Service error."> | Failure<3, `Sync folder request failed: ${string}.`>;
@@ -3075,7 +3075,7 @@ declare namespace NovaExtension {
         /**
          * Opens the purchase page for the signed-in user, who buys there or closes it; only one is open at a time.
          * Resolves when it has been closed. What was bought is among the memberships and privileges by then. The
-         * purchase page stays when the page that has opened it goes.
+         * purchase page goes with the page that has opened it.
          *
          * @throws 1 "missing required parameters."
          * @throws 1 "wrong parameters."
@@ -3084,6 +3084,7 @@ declare namespace NovaExtension {
          * @throws 3 "PromiseServiceNull"
          * @throws rejects with 3 "User not login"
          * @throws rejects with 3 "Another purchase is open."
+         * @throws rejects with 3 "The purchase page can not be loaded."
          * @throws rejects with 3 "Purchase service error."
          */
         open(options: NovaExtension.Payment.OpenOptions): Promise<NovaExtension.Payment.PurchaseReport>;
@@ -3101,8 +3102,11 @@ declare namespace NovaExtension.Payment {
         item?: string | undefined;
     }
     interface PurchaseReport {
-        /** `closed` where nothing was bought, also because the user has signed out or another one in */
-        status: "purchased" | "closed";
+        /**
+         * `closed` where the user closed the window, `cancelled` where nothing was bought for another reason, as when
+         * the user has signed out
+         */
+        status: "purchased" | "cancelled" | "closed";
         /** what was bought; empty if nothing was */
         item: string;
     }
@@ -3993,6 +3997,7 @@ declare namespace NovaExtension {
          * @throws 1 "missing required parameters."
          * @throws 1 "wrong parameters."
          * @throws 3 "New path is illegal."
+         * @throws rejects with 3 "New path is illegal."
          * @throws 3 "Call %1 failed."
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
@@ -4005,6 +4010,7 @@ declare namespace NovaExtension {
          * @throws 3 "Get account SDK error."
          * @throws 3 "User not login"
          * @throws 1 "wrong parameters."
+         * @throws rejects with 3 "New path is illegal."
          * @throws 3 "Call %1 failed."
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
@@ -4019,6 +4025,7 @@ declare namespace NovaExtension {
          * @throws 1 "missing required parameters."
          * @throws 1 "wrong parameters."
          * @throws 3 "New path is illegal."
+         * @throws rejects with 3 "New path is illegal."
          * @throws 3 "Call %1 failed."
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
@@ -4032,7 +4039,7 @@ declare namespace NovaExtension {
          * @throws 3 "Get account SDK error."
          * @throws 3 "User not login"
          * @throws 1 "wrong parameters."
-         * @throws 3 "New path is illegal."
+         * @throws rejects with 3 "New path is illegal."
          * @throws 3 "Call %1 failed."
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
@@ -4081,6 +4088,7 @@ declare namespace NovaExtension {
          * @throws 3 "User not login"
          * @throws 1 "wrong parameters."
          * @throws 3 "New path is illegal."
+         * @throws rejects with 3 "New path is illegal."
          * @throws 3 "Call %1 failed."
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
@@ -4095,6 +4103,7 @@ declare namespace NovaExtension {
          * @throws 1 "missing required parameters."
          * @throws 1 "wrong parameters."
          * @throws 3 "New path is illegal."
+         * @throws rejects with 3 "New path is illegal."
          * @throws 3 "Call %1 failed."
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
@@ -4110,6 +4119,7 @@ declare namespace NovaExtension {
          * @throws 1 "missing required parameters."
          * @throws 1 "wrong parameters."
          * @throws 3 "New path is illegal."
+         * @throws rejects with 3 "New path is illegal."
          * @throws 3 "Call %1 failed."
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."
@@ -4164,6 +4174,7 @@ declare namespace NovaExtension {
          * @throws 3 "User not login"
          * @throws 1 "wrong parameters."
          * @throws 3 "New path is illegal."
+         * @throws rejects with 3 "New path is illegal."
          * @throws 3 "Call %1 failed."
          * @throws 3 "Promise Service error."
          * @throws rejects with 3 "Sync folder request failed: %1."

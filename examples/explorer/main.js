@@ -6,7 +6,7 @@ import { byId, fill, make } from "./dom.js";
 import { active } from "./listeners.js";
 import { makeMemberView } from "./memberview.js";
 import { makeHomeView, makeObjectView } from "./objectview.js";
-import { find, isHandedOut, objects, pathOf } from "./reference.js";
+import { find, isAllBuilt, isHandedOut, objects, pathOf } from "./reference.js";
 import { makePanelView } from "./panelview.js";
 import { makePluginView } from "./pluginview.js";
 import { followSkin } from "./skin.js";
@@ -198,6 +198,7 @@ window.addEventListener("hashchange", () => {
 document.addEventListener("keydown", goByKey);
 search.addEventListener("keydown", searchByKey);
 search.addEventListener("input", narrow);
+byId("built-choice").hidden = objects.every(isAllBuilt);
 builtOnly.addEventListener("change", narrow);
 document.querySelector("[data-action=skip]")?.addEventListener("click", (event) => {
     event.preventDefault(); // the address names what is shown

@@ -8,9 +8,11 @@ import {
     answerText,
     countBuilt,
     firstSentence,
+    isAllBuilt,
     isHandedOut,
     listenerPairs,
     makersOf,
+    membersText,
     objects,
     pathOf,
     shapesOf,
@@ -49,7 +51,7 @@ export function makeObjectView(object) {
                 "."
             ),
         makeListening(object),
-        section(`Members (${countBuilt(object)} of ${object.members.length} built)`, membersTable(object)),
+        section(`Members (${isAllBuilt(object) ? object.members.length : membersText(object)})`, membersTable(object)),
         ...object.events.map((event) =>
             section(
                 `Event ${event.name}`,
@@ -197,6 +199,7 @@ const KEYS = [
 export function makeHomeView() {
     const members = objects.reduce((sum, object) => sum + object.members.length, 0);
     const built = objects.reduce((sum, object) => sum + countBuilt(object), 0);
+    const builtText = built === members ? "" : `, of which ${built} are built`;
     return make(
         "article",
         { class: "view", "data-view": "home" },
@@ -208,8 +211,8 @@ export function makeHomeView() {
                 "p",
                 { class: "lead" },
                 `${objects.filter((object) => !isHandedOut(object)).length} objects, ` +
-                    `${objects.filter(isHandedOut).length} that they hand out, ${members} members, of which ${built} ` +
-                    "are built. Choose one, fill in its form, call it."
+                    `${objects.filter(isHandedOut).length} that they hand out, ${members} members` +
+                    `${builtText}. Choose one, fill in its form, call it.`
             )
         ),
         section(
@@ -245,7 +248,7 @@ function cards(isMeant) {
                 { class: "object-card", href: `#${object.name}`, "data-card": object.name },
                 make("strong", {}, object.name),
                 make("span", { class: "doc" }, ...prose(firstSentence(object.doc))),
-                make("span", { class: "built" }, meter, `${countBuilt(object)} of ${object.members.length} built`)
+                make("span", { class: "built" }, !isAllBuilt(object) && meter, membersText(object))
             );
         })
     );

@@ -82,6 +82,19 @@ export function countBuilt(object) {
     return object.members.filter((member) => member.built).length;
 }
 
+/** @param {ApiObject} object */
+export function isAllBuilt(object) {
+    return countBuilt(object) === object.members.length;
+}
+
+/** @param {ApiObject} object */
+export function membersText(object) {
+    const count = object.members.length;
+    if (isAllBuilt(object))
+        return count === 1 ? "1 member" : `${count} members`;
+    return `${countBuilt(object)} of ${count} built`;
+}
+
 /** @param {string} doc */
 export function firstSentence(doc) {
     return doc.split(/(?<=\.)\s/, 1)[0];

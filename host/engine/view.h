@@ -10,13 +10,21 @@ class QWidget;
 
 namespace engine {
 
-/// What a view reports to its web widget. Called from the event loop, not after the view's destruction. [GUI thread]
+/// What a view shows, and what it reports to its web widget. Called from the event loop, not after the view's destruction. All
+/// may be unset. [GUI thread]
 struct ViewHost {
+    /// A page of the suite's own, in place of what is chosen for the view's identifier. Only where a browser engine runs.
+    QUrl page;
     /// The widget that gets the mouse's events and those of dragging is another one now: see View::inputWidget().
     std::function<void()> inputWidgetChanged;
     std::function<void(const QString& title)> titleChanged;
     /// The page asks for its window to be closed, as with window.close().
     std::function<void()> closeRequested;
+    /// The page can not be loaded, or its process has ended.
+    std::function<void()> failed;
+    /// Whether the page, or a frame of it, may go to an address; asked for the first one, too. The browser waits for it: the
+    /// view must not be destroyed meanwhile.
+    std::function<bool(const QUrl& url)> mayGoTo;
 };
 
 /// A browser view. It may be destroyed at any time, also while its page waits in a call. [GUI thread]

@@ -6,6 +6,7 @@
 #include "host/novahost/libraries.h"
 #include "host/novahost/output.h"
 #include "host/profile/profile.h"
+#include "host/suite/account/purchasepage.h"
 #include "host/suite/plugins/pluginmanager.h"
 #include "host/suite/skin/skinimages.h"
 
@@ -85,6 +86,8 @@ bool Browser::choosePage(const QString& viewId, const QUrl& url)
 
 std::unique_ptr<engine::View> Browser::makeView(const QString& viewId, engine::ViewHost host)
 {
+    if (!host.page.isEmpty())
+        return m_engine ? m_engine->makeView(viewId, std::move(host)) : nullptr;
     if (!m_expected.contains(viewId) && pageOf(viewId).isEmpty())
         return nullptr;
     QString error;
@@ -101,6 +104,9 @@ engine::WebEngineHost Browser::host()
     engine::WebEngineHost host;
     host.browser = makeBrowserFacts;
     host.rights = [policy](const QString& origin) {
+        if (engine::Origin::of(origin)
+            == engine::Origin { QStringLiteral("nova"), QLatin1String(suite::PurchaseHost) })
+            return engine::OriginRights {};
         const engine::OriginPolicy own = policy->of(origin);
         return engine::OriginRights { own.anything(),
             [own](const QString& tag, const QString& member, std::uint32_t mask) {
@@ -108,6 +114,8 @@ engine::WebEngineHost Browser::host()
             } };
     };
     host.directory = [this](const QString& name) {
+        if (name == QLatin1String(suite::PurchaseHost))
+            return QString(QLatin1String(suite::PurchaseFiles));
         return name == QLatin1String("app") ? m_application : findPanelPages(name);
     };
     host.skinImage = suite::drawSkinImage;

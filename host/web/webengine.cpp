@@ -86,6 +86,7 @@ public:
 
     std::unique_ptr<View> makeView(const QString& viewId, ViewHost viewHost) override
     {
+        const QUrl own = viewHost.page;
         const auto facts = std::make_shared<vexlite::BrowserFacts>(m_host.browser(viewId));
         VEXBrowserTimes& times = facts->times;
         Bridge::Host bridge;
@@ -113,9 +114,12 @@ public:
         times.creationFinish = QDateTime::currentMSecsSinceEpoch();
         m_pages.removeAll(nullptr);
         m_pages.append(&page);
-        const bool isScript = m_scripts.contains(viewId);
-        const QUrl url =
-            isScript ? QUrl(QLatin1String(ScriptOrigin) + QLatin1Char('/')) : m_host.firstPage(viewId);
+        const bool isScript = own.isEmpty() && m_scripts.contains(viewId);
+        QUrl url = own;
+        if (isScript)
+            url = QLatin1String(ScriptOrigin) + QLatin1Char('/');
+        else if (own.isEmpty())
+            url = m_host.firstPage(viewId);
         if (isScript)
             page.setQuiet();
         if (!url.isEmpty())

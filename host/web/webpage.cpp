@@ -103,8 +103,9 @@ QStringList WebPage::chooseFiles(
 
 bool WebPage::acceptNavigationRequest(const QUrl& url, NavigationType, bool)
 {
+    const BrowserWaits waits;
     // A file that is dropped on a page would take its place.
-    return url.scheme() != QLatin1String("file");
+    return url.scheme() != QLatin1String("file") && (!m_mayGoTo || m_isRetired || m_mayGoTo(url));
 }
 
 void WebPage::javaScriptConsoleMessage(

@@ -29,6 +29,8 @@ public:
     /// Whether script can be run: into a dead renderer it would keep the page from ever running any.
     bool isLive() const { return m_isLive; }
     void setQuiet() { m_isQuiet = true; }
+    /// Is asked for each address that the page goes to.
+    void setGuard(std::function<bool(const QUrl& url)> mayGoTo) { m_mayGoTo = std::move(mayGoTo); }
     /// Has no answers for its documents any more.
     void retire();
 
@@ -47,6 +49,7 @@ private:
 
     Bridge m_bridge;
     Console m_console;
+    std::function<bool(const QUrl&)> m_mayGoTo;
     static constexpr int MaximumDialogs = 20;
     int m_dialogs = 0; ///< since the page began to load
     bool m_isLive = false;

@@ -126,7 +126,16 @@ WebView::WebView(QWebEngineProfile* profile, Bridge::Host bridge, WebPage::Conso
     QObject::connect(m_page, &QWebEnginePage::loadFinished, m_view, [this](bool ok) {
         if (loaded)
             loaded(ok);
+        // So ends, too, what mayGoTo has refused.
+        if (!ok && !m_hasLoaded && m_host.failed)
+            m_host.failed();
+        m_hasLoaded = m_hasLoaded || ok;
     });
+    QObject::connect(m_page, &QWebEnginePage::renderProcessTerminated, m_view, [this] {
+        if (m_host.failed)
+            m_host.failed();
+    });
+    m_page->setGuard(m_host.mayGoTo);
 }
 
 WebView::~WebView()

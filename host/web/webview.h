@@ -38,6 +38,7 @@ private:
     QPointer<Holder> m_holder;
     WebPage* m_page;
     bool m_hidesScrollBars = false;
+    bool m_hasLoaded = false;
 };
 
 } // namespace engine::web

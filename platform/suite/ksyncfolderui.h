@@ -27,8 +27,9 @@ public:
 
     /// Shows a dialog above the page's window, and returns at once. False when it can not be shown. Otherwise the slot
     /// `endedSlot` (a name without parameters) of `receiver` is called once when it has ended, from the event loop, unless
-    /// the receiver has gone: with whether the user confirmed (bool) and the values (QVariantMap). A dialog whose page or
-    /// receiver goes may stay or end.
+    /// the receiver has gone: with whether the user confirmed (bool) and the values (QVariantMap). It is called also when the
+    /// suite ends the service with the dialog open, or the page goes, which ends the dialog, and when the dialog goes with its
+    /// window: not confirmed. A dialog whose receiver goes may stay or end.
     bool show(KSyncFolderDialog dialog, const JSContextEnv& page, const QVariantMap& options,
         QObject* receiver, const QString& endedSlot);
 };

@@ -152,11 +152,13 @@ def _index(objects):
     lines = ["# Reference", "",
              "Every member that a page finds, made by `scripts/reference` from [api.json](../../types/api.json). What answers,",
              "failures and values have in common is described in [pages.md](../pages.md).", "",
-             "| Object | | Built | |", "|---|---|---|---|"]
+             "| Object | | Members | |", "|---|---|---|---|"]
     for one in objects:
+        count = len(one["members"])
         built = sum(member["built"] for member in one["members"])
+        members = str(count) if built == count else f"{built} of {count} built"
         begin = re.split(r"(?<=\.)\s", one["doc"], maxsplit=1)[0]
-        lines.append(f"| [{one['name']}]({one['name']}.md) | {text(begin)} | {built} of {len(one['members'])} | "
+        lines.append(f"| [{one['name']}]({one['name']}.md) | {text(begin)} | {members} | "
                      f"{api.INSTANCES[one['instance']]} |")
     lines += ["", "## Categories", "", "A member carries its category to the suite as a mask of bits. `novahost --deny MASK` hides",
               "the members that share a bit with a mask.", "", "| Category | Mask |", "|---|---|"]

@@ -111,6 +111,17 @@ TEST_F(PageDialogs, ReportAColourOnceAndAskNoMoreHoweverTheyEnd)
     EXPECT_EQ(page.call("Tools", "showConfirmDlg", R"({"text": "?"})"), "-1");
 }
 
+TEST_F(PageDialogs, OfSyncFoldersEndWithTheirPage)
+{
+    Page asking(support::libraryCore());
+    EXPECT_EQ(asking.call("SyncFolder", "showNovaBox", R"({"title": "Sync", "text": "?"})"), "null");
+    const QPointer<QDialog> shown = owner->findChild<QDialog*>();
+    ASSERT_TRUE(shown && shown->isVisible());
+    asking.close();
+    while (shown)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
 TEST_F(PageDialogs, KeepThePageFromAsking)
 {
     makeFiles({ "a.txt" });

@@ -159,13 +159,13 @@ await check([
         [["pdfToWord", NEVER], ["ocr", NEVER], ["fonts", NEVER], ["sharedTemplates", NEVER]]],
 ]);
 
-const closed = { status: "closed", item: "" };
+const cancelled = { status: "cancelled", item: "" };
 await check([
     // @ts-expect-error
     ["a purchase from nowhere", () => Payment.open({ item: "super" }), missing],
     // @ts-expect-error
     ["a purchase of a number", () => Payment.open({ source: "page", item: 1 }), wrong],
-    ["a purchase that the user closes", () => Payment.open({ source: "page" }), closed],
+    ["a purchase that the user cancels", () => Payment.open({ source: "page" }), cancelled],
     ["a purchase of what the page names", () => Payment.open({ source: "page", item: "novaPro" }), { status: "purchased", item: "novaPro" }],
     ["its events have come", () => next(2), [member("user-1", { nova: LATE, novaPro: NEVER, super: NEVER, company: NEVER }),
         ["privilege", { ...ok, data: { novaPro: true } }]]],
@@ -176,6 +176,6 @@ await check([
         const first = Payment.open({ source: "page" });
         const second = await Payment.open({ source: "page" }).catch(caught);
         return [second, await first];
-    }, [refusal(3, "Another purchase is open."), closed]]),
+    }, [refusal(3, "Another purchase is open."), cancelled]]),
 ]);
 exit(failures ? 1 : 0);

@@ -34,7 +34,7 @@ ROWS = [
         ("pluginManager", "PluginManager.getPlugin()", "plugin manager is null"), ("browserGroups", "PluginManager.getPlugin()", "empty pBrowsersGroup"),
         ("purchase", "Payment.open({ source: 'x' })", "Purchase service error\\."))],
     ["a purchase of a user who signs out", ["--profile", "/dev/stdin", "--play", "logout@100ms", "eval", "NovaExtension.Payment.open({ source: 'x' })"],
-        '{"dialogs": {"mode": "show"}}', [r'"status":"closed"'], 0],
+        '{"dialogs": {"mode": "show"}}', [r'"status":"cancelled"'], 0],
     ["a page that may not buy", ["--profile", "/dev/stdin", "eval", "NovaExtension.Payment.open({ source: 'x' })"],
         '{"policy": [{"origin": "nova://script", "allow": ["*"], "permissions": []}]}', [r"^Permission denied\."], 1],
     ["failures that no file can be made for", ["--failures", "/proc/none", "eval", "1"], "", [r"^novahost: --failures: no file"], 2],

@@ -10,6 +10,7 @@ import json
 import os
 import pathlib
 import random
+import re
 import resource
 import shutil
 import subprocess
@@ -95,6 +96,8 @@ def main():
     print(result.stdout, result.stderr[-4000:], sep="", end="")
     if result.returncode != 0:
         sys.exit(f"exit code {result.returncode}; arguments {arguments[-1:] if name == 'random' else ''}")
+    if name == "random" and not re.search(r"^\d+ calls, ", result.stdout, re.MULTILINE):
+        sys.exit(f"the page has gone before its end; arguments {arguments}")
     if name == "desk":
         check_desk(result)
     counts = [json.loads(line) for line in result.stderr.splitlines() if line.startswith('{"when"')]

@@ -14,7 +14,7 @@ import tempfile
 import threading
 
 sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "support"))
-from display import PATIENCE, display, environment, prop, running, tool, visible, window
+from display import PATIENCE, display, environment, prop, running, tool, until, visible, window
 
 
 def turned(jpeg):
@@ -33,7 +33,7 @@ def page(novahost, directory, script, **variables):
     """A page in a window that has its path as the title, and a function that returns what its script says next. Until then the
     user does something, again and again: what is done before a window is there is lost."""
     path = pathlib.Path(directory, "page.js")
-    path.write_text("const { Tools, Utils, Webview } = NovaExtension;\nconst say = (value) => console.log(JSON.stringify(value));\n"
+    path.write_text("const { Payment, Tools, Utils, Webview } = NovaExtension;\nconst say = (value) => console.log(JSON.stringify(value));\n"
                     f"{script}\nawait new Promise(() => 1);", encoding="utf-8")
     variables = environment(directory, **variables)
     with running(novahost, "--window", "run", path, stdout=subprocess.PIPE, text=True, env=variables) as host:
@@ -103,23 +103,28 @@ def picks_pixels(novahost, directory, scale):
     script = """
         Webview.setSize({ w: 300, h: 200 });
         Webview.setWindowBackgroundColor({ r: 0x12, g: 0x34, b: 0x56 });
-        await new Promise((resolve) => setTimeout(resolve, 500));
-        say("shown");
-        while (true)
-            await new Promise((resolve) => { say(Utils.getSnapperColor({}, (picked) => { say(picked); resolve(); }).data); });"""
+        while (true) {
+            await new Promise((resolve) => setTimeout(resolve, 20)); // the window is painted between two
+            await new Promise((resolve) => { say(Utils.getSnapperColor({}, (picked) => { say(picked); resolve(); }).data); });
+        }"""
     with page(novahost, directory, script, QT_SCALE_FACTOR=str(scale)) as (title, said):
-        found = window(title)
-        said()
-        place = tool("xwininfo", "-id", found)
-        left, top, width, height = (int(re.search(fr"{name}: +(-?\d+)", place)[1])
-                                    for name in ("upper-left X", "upper-left Y", "Width", "Height"))
+        def place():
+            facts = tool("xwininfo", "-id", window(title))
+            found = [int(re.search(fr"{name}: +(-?\d+)", facts)[1]) for name in ("upper-left X", "upper-left Y", "Width", "Height")]
+            return found[2] * 2 == found[3] * 3 and found  # once it has its size
+
+        def pick(x, y):
+            same("shown", said(), True)
+            return said(tool, "xdotool", "mousemove", str(x), str(y), "click", "1")
+
+        left, top, width, height = until(place, "the window's size")
         inside, outside = {"accepted": True, "color": "#123456"}, {"accepted": True, "color": "#000000"}
         middle = top + height // 2
         rows = [("the first pixel", left + 1, middle, inside), ("the last", left + width - 2, middle, inside), ("beside it", left + width, middle, outside),
                 ("below it", left + 10, top + height, outside), ("at the corner", 1279, 959, outside)]
+        until(lambda: pick(left + width // 2, middle) == inside, "the window's colour")
         for name, x, y, expected in rows:
-            same("shown", said(), True)
-            same(f"scale {scale}, {name} at {x}, {y} of {place}", said(tool, "xdotool", "mousemove", str(x), str(y), "click", "1"), expected)
+            same(f"scale {scale}, {name} at {x}, {y} of {place()}", pick(x, y), expected)
         for keys in (["key", "Escape"], ["click", "3"]):
             said()
             same(f"cancelled by {keys}", said(tool, "xdotool", *keys), {"accepted": False})
@@ -134,9 +139,13 @@ def answers_dialogs(novahost, directory):
     script = """
         say(Tools.showConfirmDlg({ title: "Sure", text: "<b>bold</b>", detail: "<i>", buttons: ["No", "Save & quit"], defaultButton: 1 }).data);
         say(Tools.showConfirmDlg({ title: "Sure again", text: "?", buttons: ["Only"] }).data);
-        say(Utils.pickColor({ title: "Colour", color: "#654321" }, say).data);
+        const picked = new Promise((resolve) => {
+            say(Utils.pickColor({ title: "Colour", color: "#654321" }, (color) => { say(color); resolve(); }).data);
+        });
         await new Promise((resolve) => setTimeout(resolve, 100));
-        say(Utils.pickColor({ title: "Second" }, say).data);"""
+        say(Utils.pickColor({ title: "Second" }, say).data);
+        await picked;
+        say(await Payment.open({ source: "page", item: "super" }));"""
     with page(novahost, directory, script) as (title, said):
         owner = re.search(r"# (0x[0-9a-f]+)", prop("Sure", "WM_TRANSIENT_FOR"))
         same("the owner", owner and int(owner[1], 16), int(window(title)))
@@ -145,6 +154,9 @@ def answers_dialogs(novahost, directory):
         same("shown", said(), True)
         same("a second one", said(), False)
         same("the colour that it began with", said(press, "Colour", "Return"), {"accepted": True, "color": "#654321"})
+        owner = re.search(r"# (0x[0-9a-f]+)", prop("Buy a membership", "WM_TRANSIENT_FOR"))
+        same("the owner of the purchase", owner and int(owner[1], 16), int(window(title)))
+        same("the purchase", said(press, "Buy a membership", "Return"), {"status": "purchased", "item": "super"})
 
 
 def main():

@@ -1,6 +1,7 @@
 #include "host/suite/account/accountdialog.h"
 
 #include "host/suite/dialogs/dialoganswers.h"
+#include "host/suite/dialogs/pagewindow.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -35,10 +36,12 @@ QString takeAnsweredId(const AccountDialog& dialog)
 
 QDialog* show(const AccountDialog& dialog, const std::function<void(const QString&)>& chosen)
 {
-    auto* window = new QDialog;
+    auto* window = new QDialog(dialog.owner);
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setWindowTitle(dialog.title);
-    window->setWindowModality(dialog.modal ? Qt::ApplicationModal : Qt::NonModal);
+    window->setWindowModality(dialog.modal ? Qt::ApplicationModal
+            : dialog.owner                 ? Qt::WindowModal
+                                           : Qt::NonModal);
     window->setWindowFlag(Qt::WindowStaysOnTopHint, dialog.onTop);
 
     auto* list = new QListWidget;
@@ -59,11 +62,11 @@ QDialog* show(const AccountDialog& dialog, const std::function<void(const QStrin
     QObject::connect(buttons, &QDialogButtonBox::accepted, window, &QDialog::accept);
     QObject::connect(buttons, &QDialogButtonBox::rejected, window, &QDialog::reject);
     QObject::connect(list, &QListWidget::itemDoubleClicked, window, &QDialog::accept);
-    QObject::connect(window, &QDialog::finished, window, [list, chosen](int result) {
-        const QListWidgetItem* item = list->currentItem();
-        chosen(result == QDialog::Accepted && item ? item->data(Qt::UserRole).toString() : QString());
+    dialogs::whenEnded(*window, [list, chosen](int result) {
+        const QListWidgetItem* item = result == QDialog::Accepted ? list->currentItem() : nullptr;
+        chosen(item ? item->data(Qt::UserRole).toString() : QString());
     });
-    // The window has no owner that would delete it.
+    // It may have no owner that would delete it.
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, window, [window] { delete window; });
     window->show();
     return window;

@@ -22,6 +22,7 @@ struct AccountDialog {
     QString preferred; ///< the id selected at first
     bool modal = false;
     bool onTop = false;
+    QWidget* owner = nullptr; ///< the window in front of which it stays, and with which it goes; null: none
 };
 
 /// Returns at once; `chosen` is called from the event loop with the id, or an empty string when the user

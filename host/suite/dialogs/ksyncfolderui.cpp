@@ -3,6 +3,7 @@
 #include "host/profile/profile.h"
 #include "host/suite/dialogs/dialoganswers.h"
 #include "host/suite/dialogs/filedialog.h"
+#include "host/suite/dialogs/pagewindow.h"
 #include "host/suite/dialogs/syncfolderlist.h"
 
 #include <QApplication>
@@ -33,24 +34,24 @@ void answer(KSyncFolderDialog dialog, const Ended& ended)
     QTimer::singleShot(0, qApp, [ended, accepted, values] { ended(accepted, values); });
 }
 
-void chooseFolder(const QVariantMap& options, const Ended& ended)
+QDialog* chooseFolder(QWidget* owner, const QVariantMap& options, const Ended& ended)
 {
-    auto* window = new suite::FileDialog(QApplication::activeWindow(), readString(options, "title"));
+    auto* window = new suite::FileDialog(owner, readString(options, "title"));
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setFileMode(QFileDialog::Directory);
     window->setOption(QFileDialog::ShowDirsOnly);
     window->openAt(readString(options, "localPath"));
-    QObject::connect(window, &QDialog::finished, window, [window, ended](int result) {
-        ended(result == QDialog::Accepted,
-            { { QStringLiteral("localPath"), window->selectedFiles().value(0) } });
+    dialogs::whenEnded(*window, [window, ended](int result) {
+        const QStringList chosen = result == QDialog::Accepted ? window->selectedFiles() : QStringList();
+        ended(!chosen.isEmpty(), { { QStringLiteral("localPath"), chosen.value(0) } });
     });
-    window->show();
+    return window;
 }
 
-void showMessage(const QString& title, const QString& text, const QStringList& buttons, const Ended& ended)
+QDialog* makeMessage(
+    QWidget* owner, const QString& title, const QString& text, const QStringList& buttons, const Ended& ended)
 {
-    auto* box = new QMessageBox(
-        QMessageBox::NoIcon, title, text, QMessageBox::NoButton, QApplication::activeWindow());
+    auto* box = new QMessageBox(QMessageBox::NoIcon, title, text, QMessageBox::NoButton, owner);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setTextFormat(Qt::PlainText);
     QList<QAbstractButton*> added;
@@ -62,39 +63,36 @@ void showMessage(const QString& title, const QString& text, const QStringList& b
     QPushButton* escape = box->addButton(QMessageBox::Cancel);
     escape->hide();
     box->setEscapeButton(escape);
-    QObject::connect(box, &QDialog::finished, box, [box, added, ended] {
-        const int index = added.indexOf(box->clickedButton());
+    const QPointer<QMessageBox> shown(box);
+    dialogs::whenEnded(*box, [shown, added, ended](int) {
+        const int index = shown ? added.indexOf(shown->clickedButton()) : -1;
         ended(index >= 0, { { QStringLiteral("button"), index } });
     });
-    box->show();
+    return box;
 }
 
-void showDialog(KSyncFolderDialog dialog, const QVariantMap& options, const Ended& ended)
+QDialog* makeDialog(KSyncFolderDialog dialog, QWidget* owner, const QVariantMap& options, const Ended& ended)
 {
     switch (dialog) {
     case KSyncFolderDialog::FolderList: {
-        auto* list = new suite::SyncFolderList(QApplication::activeWindow());
-        QObject::connect(list, &QDialog::finished, list, [ended] { ended(true, {}); });
-        list->show();
-        break;
+        auto* list = new suite::SyncFolderList(owner);
+        dialogs::whenEnded(*list, [ended](int) { ended(true, {}); });
+        return list;
     }
     case KSyncFolderDialog::FolderPath:
-        chooseFolder(options, ended);
-        break;
+        return chooseFolder(owner, options, ended);
     case KSyncFolderDialog::CloudSpace:
-        showMessage(QStringLiteral("Cloud space"),
+        return makeMessage(owner, QStringLiteral("Cloud space"),
             QStringLiteral("The stand-in's cloud has as much space as this machine's disk."), {}, ended);
-        break;
     case KSyncFolderDialog::Message:
-        showMessage(readString(options, "title"), readString(options, "text"),
+        return makeMessage(owner, readString(options, "title"), readString(options, "text"),
             options.value(QStringLiteral("buttons")).toStringList(), ended);
-        break;
     case KSyncFolderDialog::CompanyPrivilege:
-        showMessage(QStringLiteral("Company"),
+        return makeMessage(owner, QStringLiteral("Company"),
             QStringLiteral("Members of a company may have: %1").arg(readString(options, "privilege")), {},
             ended);
-        break;
     }
+    return nullptr;
 }
 
 } // namespace
@@ -105,7 +103,7 @@ KSyncFolderUi* KSyncFolderUi::getInstance()
     return profile::serviceOn(QStringLiteral("syncFolderUi")) ? &ui : nullptr;
 }
 
-bool KSyncFolderUi::show(KSyncFolderDialog dialog, const JSContextEnv&, const QVariantMap& options,
+bool KSyncFolderUi::show(KSyncFolderDialog dialog, const JSContextEnv& page, const QVariantMap& options,
     QObject* receiver, const QString& endedSlot)
 {
     if (!receiver)
@@ -116,9 +114,15 @@ bool KSyncFolderUi::show(KSyncFolderDialog dialog, const JSContextEnv&, const QV
             QMetaObject::invokeMethod(receiver, endedSlot.toLatin1().constData(), Qt::DirectConnection,
                 Q_ARG(bool, accepted), Q_ARG(QVariantMap, values));
     };
-    if (dialogs::areAnswered())
+    if (dialogs::areAnswered()) {
         answer(dialog, ended);
-    else
-        showDialog(dialog, options, ended);
+        return true;
+    }
+    QWidget* owner = dialogs::windowOf(page);
+    QDialog* shown = makeDialog(dialog, owner ? owner : QApplication::activeWindow(), options, ended);
+    if (!shown)
+        return false;
+    dialogs::rejectWithPage(*shown, page);
+    shown->show();
     return true;
 }

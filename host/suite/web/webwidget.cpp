@@ -55,6 +55,11 @@ void suite::setViewMaker(engine::ViewMaker maker)
     viewMaker() = std::move(maker);
 }
 
+std::unique_ptr<engine::View> suite::makeView(const QString& viewId, engine::ViewHost host)
+{
+    return viewMaker() ? viewMaker()(viewId, std::move(host)) : nullptr;
+}
+
 void suite::setPageChooser(PageChooser choose)
 {
     pageChooser() = std::move(choose);

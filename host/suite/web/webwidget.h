@@ -15,6 +15,8 @@ namespace suite {
 
 /// Has all web widgets made from now on show a view of that maker. Without one they are empty. [GUI thread]
 void setViewMaker(engine::ViewMaker maker);
+/// A view that belongs to no web widget, so that no page finds it. Null without a maker, or when that makes none.
+std::unique_ptr<engine::View> makeView(const QString& viewId, engine::ViewHost host);
 /// Has a view that is made later show a page, where `choose` can have it done: while a browser engine runs.
 using PageChooser = std::function<bool(const QString& viewId, const QUrl& page)>;
 void setPageChooser(PageChooser choose);

@@ -110,7 +110,7 @@ TreeWalk::State TreeWalk::goUp()
     if (m_levels.empty())
         return State::Done;
     m_here = openDirectory(m_here, "..");
-    return m_here && identify(m_here) == m_levels.back().id && m_visitor.leave(m_here, name.constData())
+    return m_here && identifyOpen(m_here) == m_levels.back().id && m_visitor.leave(m_here, name.constData())
         ? State::GoesOn
         : State::Ended;
 }

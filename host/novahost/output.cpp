@@ -1,19 +1,57 @@
 #include "host/novahost/output.h"
 
+#include <QAbstractEventDispatcher>
 #include <cstdio>
+#include <unistd.h>
 
 namespace novahost {
 
+namespace {
+
+constexpr std::size_t BufferSize = std::size_t { 64 } << 10;
+
+bool isTerminal(FILE* stream)
+{
+    return isatty(fileno(stream));
+}
+
+/// Has standard output written in large pieces. False where it is to be written line by line.
+bool bufferOutput()
+{
+    QAbstractEventDispatcher* events = QAbstractEventDispatcher::instance();
+    if (!events || isTerminal(stdout))
+        return false;
+    std::setvbuf(stdout, nullptr, _IOFBF, BufferSize);
+    QObject::connect(events, &QAbstractEventDispatcher::aboutToBlock, [] { std::fflush(stdout); });
+    return true;
+}
+
+} // namespace
+
 void printLine(const QString& line, bool toErrors)
 {
+    static const bool isBuffered = bufferOutput();
     FILE* stream = toErrors ? stderr : stdout;
     const QByteArray bytes = line.toUtf8() + '\n';
+    if (toErrors)
+        std::fflush(stdout);
     std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
-    std::fflush(stream);
+    if (toErrors || !isBuffered)
+        std::fflush(stream);
+}
+
+bool useColors(FILE* stream)
+{
+    // As Node reads them: FORCE_COLOR wins, and is off when it is 0.
+    if (qEnvironmentVariableIsSet("FORCE_COLOR"))
+        return qgetenv("FORCE_COLOR") != "0";
+    return isTerminal(stream) && qEnvironmentVariableIsEmpty("NO_COLOR") && qgetenv("TERM") != "dumb";
 }
 
 void printError(const engine::Outcome& error)
 {
+    if (!error.report.isEmpty())
+        return printLine(error.report, true);
     QString text = error.text;
     if (!error.stack.isEmpty())
         text += QLatin1Char('\n') + error.stack;

@@ -13,6 +13,8 @@
             return value;
         if (isErrorObject(value))
             return fullTitle(value);
+        if (typeof value === 'function')
+            return functionText(value);
         return inspect(value, false, 0);
     };
     const jsonText = (value) => {

@@ -37,12 +37,13 @@
     const noteSource = (known, name, text, shift) => {
         sources[known] = { __proto__: null, name, text, shift };
     };
+    // Undefined beyond the end.
     const lineOf = (text, number) => {
         let from = 0;
         for (let i = 1; i < number; ++i) {
             from = indexOf(text, '\n', from) + 1;
             if (from === 0)
-                return '';
+                return undefined;
         }
         const end = indexOf(text, '\n', from);
         return slice(text, from, end < 0 ? text.length : end);
@@ -54,7 +55,9 @@
             return frame;
         const line = lineOf(source.text, frame.line);
         const column = frame.line === 1 ? frame.column - source.shift : frame.column;
-        if (column < 1)
+        if (source.text === '')
+            return frame;
+        if (column < 1 || line === undefined)
             return undefined;
         return { __proto__: null, name: frame.name, file: source.name, line: frame.line, column: columnOf(line, column), text: line };
     };
@@ -141,9 +144,11 @@
 
     // The members that have refused, by their errors.
     const refusals = new WeakMap();
+    let lastRefusal;
     const noteRefusal = (error, member) => {
         if (isObject(error))
             weakSet(refusals, error, startsWith(member, 'NovaExtension.') ? slice(member, 14) : member);
+        lastRefusal = error;
         return error;
     };
 
@@ -245,5 +250,13 @@
     const reportError = (error, where) => {
         const facts = describeError(error, where);
         native.uncaught(facts[0], facts[1], facts[2], facts[3]);
+    };
+    // Calls a function of the page whose errors nobody else gets.
+    const callReporting = (callee, self, values, where) => {
+        try {
+            apply(callee, self, values);
+        } catch (error) {
+            reportError(error, where);
+        }
     };
 

@@ -1,13 +1,11 @@
-    // --- Values as text ------------------------------------------------------------------------------------------
+    // --- Objects as text -----------------------------------------------------------------------------------------
     // As Node's util.inspect prints them, with its limits. Runs no getter, no toString and no toJSON of the page.
 
     const maximumItems = 100;
     const usualDepth = 2;
-    const maximumText = 10000; // of a string in an object
     const maximumShown = 1 << 20; // units of one value; objects beyond it are not opened any more
-    const lineLength = 80;
-    const levelsOnALine = 3;
 
+    const arrayPrototype = Array.prototype;
     const typedArrayLength = accessor(typedArrayPrototype, 'length');
     const regExpSource = accessor(RegExp.prototype, 'source');
     const regExpFlags = makeList();
@@ -59,122 +57,6 @@
         }
     };
 
-    const styles = { __proto__: null, string: '32', number: '33', bigint: '33', boolean: '33', undefined: '90', null: '1', symbol: '32',
-        special: '36', date: '35', regexp: '31', dim: '90', error: '31' };
-    const paint = (context, text, style) => {
-        if (!context.colors || !styles[style])
-            return text;
-        return '\u001b[' + styles[style] + 'm' + text + (style === 'null' ? '\u001b[22m' : '\u001b[39m');
-    };
-    // Without the sequences for colours. Escapes of the page's own are quoted.
-    const shownLength = (context, text) => {
-        let count = text.length;
-        if (!context.colors)
-            return count;
-        for (let at = indexOf(text, '\u001b[', 0); at >= 0;) {
-            const end = indexOf(text, 'm', at) + 1;
-            count -= end - at;
-            at = indexOf(text, '\u001b[', end);
-        }
-        return count;
-    };
-
-    const lowerDigits = '0123456789abcdef';
-    const hex = (code, count, digits) => {
-        let text = '';
-        for (let i = 0; i < count; ++i) {
-            const digit = (code >> (i * 4)) & 15;
-            text = digits[digit] + text;
-        }
-        return text;
-    };
-    const escapes = { __proto__: null, 8: '\\b', 9: '\\t', 10: '\\n', 12: '\\f', 13: '\\r', 92: '\\\\' };
-    const isHalf = (text, at, code) => {
-        if ((code & 0xf800) !== 0xd800)
-            return false;
-        const other = code < 0xdc00 ? at + 1 : at - 1;
-        const next = other >= 0 && other < text.length ? codeAt(text, other) : 0;
-        return (next & 0xfc00) !== (code < 0xdc00 ? 0xdc00 : 0xd800);
-    };
-    const quote = (text) => {
-        let mark = "'";
-        if (indexOf(text, "'", 0) >= 0) {
-            if (indexOf(text, '"', 0) < 0)
-                mark = '"';
-            else if (indexOf(text, '`', 0) < 0 && indexOf(text, '${', 0) < 0)
-                mark = '`';
-        }
-        const markCode = codeAt(mark, 0);
-        let quoted = mark;
-        let from = 0;
-        for (let i = 0; i < text.length; ++i) {
-            const code = codeAt(text, i);
-            let escape;
-            if (code < 32 || code === 92 || (code >= 127 && code < 160))
-                escape = escapes[code] ?? '\\x' + hex(code, 2, '0123456789ABCDEF');
-            else if (code === markCode)
-                escape = '\\' + mark;
-            else if (isHalf(text, i, code))
-                escape = '\\u' + hex(code, 4, lowerDigits);
-            if (escape) {
-                quoted = quoted + slice(text, from, i) + escape;
-                from = i + 1;
-            }
-        }
-        return quoted + slice(text, from) + mark;
-    };
-
-    const inspectText = (context, text) => {
-        let rest = '';
-        if (text.length > maximumText) {
-            const more = text.length - maximumText;
-            rest = '... ' + more + ' more character' + (more > 1 ? 's' : '');
-            text = slice(text, 0, maximumText);
-        }
-        if (text.length <= 16 || text.length <= lineLength - context.indent - 4 || indexOf(text, '\n', 0) < 0)
-            return paint(context, quote(text), 'string') + rest;
-        const lines = makeList();
-        for (let from = 0; from < text.length;) {
-            const end = indexOf(text, '\n', from) < 0 ? text.length : indexOf(text, '\n', from) + 1;
-            push(lines, paint(context, quote(slice(text, from, end)), 'string'));
-            from = end;
-        }
-        return joinAll(lines, ' +\n' + repeat(' ', context.indent + 2)) + rest;
-    };
-    const numberText = (number) => (number === 0 && 1 / number < 0 ? '-0' : toText(number));
-    const inspectPrimitive = (context, value) => {
-        switch (typeof value) {
-        case 'string':
-            return inspectText(context, value);
-        case 'number':
-            return paint(context, numberText(value), 'number');
-        case 'bigint':
-            return paint(context, toText(value) + 'n', 'bigint');
-        case 'symbol':
-            return paint(context, symbolText(value), 'symbol');
-        case 'object':
-            return paint(context, 'null', 'null');
-        default:
-            return paint(context, toText(value), typeof value);
-        }
-    };
-
-    const isPlainName = (name) => {
-        for (let i = 0; i < name.length; ++i) {
-            const code = codeAt(name, i);
-            const isLetter = (code >= 97 && code <= 122) || (code >= 65 && code <= 90) || code === 95;
-            if (!isLetter && !(i > 0 && code >= 48 && code <= 57))
-                return false;
-        }
-        return name !== '';
-    };
-    const keyText = (context, key) => {
-        if (typeof key === 'symbol')
-            return '[' + paint(context, symbolText(key), 'symbol') + ']';
-        if (key === '__proto__')
-            return "['__proto__']";
-        return isPlainName(key) ? key : paint(context, quote(key), 'string');
-    };
     const inspectWithin = (context, value, level) => {
         context.indent += 2;
         const text = inspectValue(context, value, level);
@@ -201,8 +83,8 @@
         const own = getOwnPropertyDescriptor(value, tagSymbol);
         if (own && !own.enumerable && typeof own.value === 'string')
             tag = own.value;
-        if (object === objectPrototype)
-            return { __proto__: null, name: 'Object', kind, tag };
+        if (object === objectPrototype || object === arrayPrototype)
+            return { __proto__: null, name: object === arrayPrototype ? 'Array' : 'Object', kind, tag };
         for (let step = 0; object !== null && step < 20; ++step) {
             if (name === '') {
                 const maker = getOwnPropertyDescriptor(object, 'constructor')?.value;
@@ -229,7 +111,7 @@
 
     // `depth` is how many levels are opened.
     const makeContext = (colors, depth) => (
-        { __proto__: null, colors, depth, isReport: false, indent: 0, lastLevel: 0, shown: 0, above: null, references: 0 });
+        { __proto__: null, colors, depth, isReport: false, indent: 0, lastLevel: 0, shown: 0, above: null, references: makeList() });
     const isFull = (context) => context.shown > maximumShown;
     const longList = 10000; // of whose keys a list would take too long
     const addKeys = (context, value, parts, level, isListed) => {
@@ -291,74 +173,6 @@
         return length;
     };
 
-    // --- Lines
-
-    // Puts the short items of a long list into columns.
-    const groupItems = (context, parts, list) => {
-        const count = parts.length - (list.hasMore ? 1 : 0);
-        const lengths = makeList();
-        let total = 0;
-        let longest = 0;
-        for (let i = 0; i < count; ++i) {
-            const length = shownLength(context, parts[i]);
-            push(lengths, length);
-            total += length + 2;
-            longest = max(longest, length);
-        }
-        const widest = longest + 2;
-        if (widest * 3 + context.indent >= lineLength || (total / widest <= 5 && longest > 6))
-            return parts;
-        const biased = max(widest - 3 - sqrt(widest - total / parts.length), 1);
-        const columns = min(round(sqrt(2.5 * biased * count) / biased), floor((lineLength - context.indent) / widest), 4 * levelsOnALine, 15);
-        if (columns <= 1)
-            return parts;
-        const widths = makeList();
-        for (let i = 0; i < columns; ++i) {
-            let width = 0;
-            for (let j = i; j < count; j += columns)
-                width = max(width, lengths[j]);
-            push(widths, width + 2);
-        }
-        const grouped = makeList();
-        for (let i = 0; i < count; i += columns) {
-            const end = min(i + columns, count);
-            let line = '';
-            for (let j = i; j < end; ++j) {
-                const item = j < end - 1 ? parts[j] + ', ' : parts[j];
-                const width = widths[j - i] + parts[j].length - lengths[j] - (j < end - 1 ? 0 : 2);
-                if (list.isNumeric)
-                    line = line + padStart(item, width, ' ');
-                else
-                    line = line + (j < end - 1 ? padEnd(item, width, ' ') : item);
-            }
-            push(grouped, line);
-        }
-        if (list.hasMore)
-            push(grouped, parts[count]);
-        return grouped;
-    };
-    // What an object becomes: one line where it is short and not deep, else a line for each part. `list` is undefined for
-    // parts that are not to be put into columns.
-    const layOut = (context, level, parts, base, open, close, list) => {
-        const count = parts.length;
-        const grouped = list && count > 6 ? groupItems(context, parts, list) : parts;
-        const front = base === '' ? '' : base + ' ';
-        if (context.lastLevel - level < levelsOnALine && grouped.length === count) {
-            let length = 2 * count + context.indent + open.length + base.length + 10;
-            let isOneLine = length + count <= lineLength && indexOf(base, '\n', 0) < 0;
-            for (let i = 0; i < count && isOneLine; ++i) {
-                length += shownLength(context, grouped[i]);
-                isOneLine = length <= lineLength && indexOf(grouped[i], '\n', 0) < 0;
-            }
-            if (isOneLine)
-                return front + open + ' ' + joinAll(grouped, ', ') + ' ' + close;
-        }
-        const line = '\n' + repeat(' ', context.indent);
-        return front + open + line + '  ' + joinAll(grouped, ',' + line + '  ') + line + close;
-    };
-
-    // --- Kinds of objects
-
     const functionBase = (value, type) => {
         const name = getOwnPropertyDescriptor(value, 'name')?.value;
         const hasName = typeof name === 'string' && name !== '';
@@ -399,10 +213,12 @@
         return layOut(context, level, parts, tag, '{', '}', { __proto__: null, isNumeric: false, hasMore: false });
     };
 
-    // How an object of a built-in class is shown: {open, close, base, list, isListed, add(parts)}, all but the last two texts.
-    // Undefined where it is no real one, but an heir of the class's prototype.
+    // How an object is shown: its own text, if any, whose style is used where nothing follows, and the parts between `open` and
+    // `close`: what add(parts) adds, and the keys but for those that isListed(key) says have been added.
+    const makeShape = (open) => ({ __proto__: null, open, close: '}', base: '', style: '', list: undefined, isListed: nothingListed, add: undefined });
+    // Of a built-in class; undefined where it is no real one, but an heir of the class's prototype.
     const shapeOf = (context, value, type, level) => {
-        const shape = { __proto__: null, open: '{', close: '}', base: '', list: undefined, isListed: nothingListed, add: undefined };
+        const shape = makeShape('{');
         const prefix = (fallback, size) => prefixOf(type, fallback, size);
         const elements = (length) => (parts) => { shape.list = addElements(context, value, length, parts, level + 1); };
         if (isArray(value)) {
@@ -452,7 +268,7 @@
                 if (typeof bytes === 'string') {
                     push(parts, '(detached)');
                 } else {
-                    push(parts, '[' + paint(context, 'Uint8Contents', 'special') + ']: ' + bytesText(bytes));
+                    push(parts, paint(context, '[Uint8Contents]', 'special') + ': ' + bytesText(bytes));
                     push(parts, 'byteLength: ' + paint(context, toText(typedArrayBytes(bytes)), 'number'));
                 }
             };
@@ -468,16 +284,18 @@
             return shape;
         case 'Date':
             try {
-                shape.base = paint(context, dateText(value), 'date');
+                shape.base = dateText(value);
             } catch {
-                shape.base = paint(context, 'Invalid Date', 'date');
+                shape.base = 'Invalid Date';
             }
+            shape.style = 'date';
             return shape;
         case 'RegExp': {
             let flags = '';
             for (let i = 0; i < regExpFlags.length; ++i)
                 flags = flags + (regExpFlags[i].has(value) ? regExpFlags[i].letter : '');
-            shape.base = paint(context, '/' + regExpSource(value) + '/' + flags, 'regexp');
+            shape.base = '/' + regExpSource(value) + '/' + flags;
+            shape.style = 'regexp';
             return shape;
         }
         case 'Number':
@@ -487,8 +305,9 @@
         case 'BigInt': {
             const primitive = primitiveOf[type.kind](value);
             const named = type.name !== type.kind && type.name !== '' ? ' (' + type.name + ')' : '';
-            const text = inspectPrimitive({ __proto__: null, colors: false, indent: 0 }, primitive);
-            shape.base = paint(context, '[' + type.kind + named + ': ' + text + ']', typeof primitive);
+            const text = inspectPrimitive(makeContext(false, 0), primitive);
+            shape.base = '[' + type.kind + named + ': ' + text + ']';
+            shape.style = typeof primitive;
             if (type.kind === 'String')
                 shape.isListed = isIndex;
             return shape;
@@ -497,16 +316,26 @@
         return undefined;
     };
 
+    // The number of an object that has itself in it, which it keeps where it is shown again.
+    const referenceTo = (context, value) => {
+        for (let i = 0; i < context.references.length; ++i) {
+            if (context.references[i] === value)
+                return i + 1;
+        }
+        push(context.references, value);
+        return context.references.length;
+    };
     const circularMark = (context, value) => {
         for (let one = context.above; one !== null; one = one.next) {
             if (one.value === value) {
                 if (one.reference === 0)
-                    one.reference = ++context.references;
+                    one.reference = referenceTo(context, value);
                 return paint(context, '[Circular *' + one.reference + ']', 'special');
             }
         }
         return '';
     };
+    const referenceOf = (context, here) => (here.reference === 0 ? '' : paint(context, '<ref *' + here.reference + '>', 'special'));
     const inspectObject = (context, value, level) => {
         const circular = circularMark(context, value);
         if (circular !== '')
@@ -521,17 +350,17 @@
             // An heir of a built-in class's prototype that is none itself.
         }
         if (typeof value === 'function') {
-            shape = { __proto__: null, open: '{', close: '}', base: paint(context, functionBase(value, type), 'special'), list: undefined,
-                isListed: nothingListed, add: undefined };
+            shape = makeShape('{');
+            shape.base = functionBase(value, type);
+            shape.style = 'special';
         } else if (!shape) {
-            const open = type.name === 'Object' && type.tag === '' ? '{' : prefixOf(type, 'Object', '') + '{';
-            shape = { __proto__: null, open, close: '}', base: '', list: undefined, isListed: nothingListed, add: undefined };
+            shape = makeShape(type.name === 'Object' && type.tag === '' ? '{' : prefixOf(type, 'Object', '') + '{');
         }
         const isError = isErrorObject(value);
         const isEmpty = !shape.add && !isError && keys(value).length === 0;
         if ((level > context.depth && !isEmpty && !(isArray(value) && peekOwn(value, 'length') === 0)) || isFull(context)) {
             if (isError || shape.base !== '')
-                return isError ? '[' + fullTitle(value) + ']' : shape.base;
+                return isError ? '[' + fullTitle(value) + ']' : paint(context, shape.base, shape.style);
             const name = isArray(value) ? 'Array' : type.name === '' ? 'Object: null prototype' : type.name;
             return paint(context, '[' + name + ']', 'special');
         }
@@ -542,6 +371,8 @@
         let text;
         if (isError) {
             text = inspectError(context, value, level);
+            if (here.reference !== 0)
+                text = referenceOf(context, here) + ' ' + text;
         } else {
             const parts = makeList();
             if (shape.add)
@@ -552,15 +383,15 @@
                 shape.list.isNumeric = false;
             if (parts.length === 0) {
                 context.lastLevel = levelBefore;
-                text = shape.base !== '' ? shape.base : shape.open + shape.close;
+                text = shape.base !== '' ? paint(context, shape.base, shape.style) : shape.open + shape.close;
             } else {
-                text = layOut(context, level, parts, shape.base, shape.open, shape.close, shape.list);
+                const mark = referenceOf(context, here);
+                const base = mark === '' || shape.base === '' ? mark + shape.base : mark + ' ' + shape.base;
+                text = layOut(context, level, parts, base, shape.open, shape.close, shape.list);
             }
         }
         context.above = here.next;
         context.shown += text.length;
-        if (here.reference !== 0)
-            text = paint(context, '<ref *' + here.reference + '>', 'special') + ' ' + text;
         return text;
     };
     const inspectValue = (context, value, level) => (isObject(value) ? inspectObject(context, value, level) : inspectPrimitive(context, value));
@@ -577,3 +408,4 @@
     const colors = { __proto__: null, output: false, errors: false };
     // A result as the repl shows it.
     const show = (value) => inspect(value, colors.output, usualDepth);
+

@@ -39,10 +39,10 @@ struct PageHost {
 
 struct PageOptions {
     QStringList arguments; ///< process.argv
+    vexlite::BrowserFacts browser;
     QString inputName = QStringLiteral("repl"); ///< what stacks call what is evaluated, with a number
     bool colors = false;                         ///< whether output of the console, and results, have colours
     bool errorColors = false;                    ///< the same for errors
-    vexlite::BrowserFacts browser;
 };
 
 /// One page with its global object: `NovaExtension`, `console`, timers, `process`, `exit`. [GUI thread]

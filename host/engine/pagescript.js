@@ -1,6 +1,6 @@
-// What every engine's prelude begins with, before inspect.js, errors.js and console.js: the language's own functions, bytes,
-// and the results of scripts. Runs before any script of the page and keeps the built-in functions that it needs, so that the
-// page can not change its behaviour by replacing them. For the same reason none of the four files uses prototypes: no
+// What every engine's prelude begins with, before inspecttext.js, inspect.js, errors.js and console.js: the language's own
+// functions, bytes, and the results of scripts. Runs before any script of the page and keeps the built-in functions that it needs, so that the
+// page can not change its behaviour by replacing them. For the same reason none of these files uses prototypes: no
 // iteration protocol, no assignment of new properties but to objects without a prototype, no methods.
 //
 // The prelude around them defines

@@ -3,7 +3,7 @@
 function(vexlite_prelude PRELUDE_NAMESPACE)
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/prelude.js)
     set(PAGE_SCRIPT)
-    foreach(name pagescript inspect errors console)
+    foreach(name pagescript inspecttext inspect errors console)
         set(shared ${PROJECT_SOURCE_DIR}/host/engine/${name}.js)
         set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${shared})
         file(READ ${shared} script)

@@ -167,13 +167,7 @@
     };
     define(globalThis, 'queueMicrotask', function queueMicrotask(callback) {
         needFunction('queueMicrotask', callback);
-        afterThis(() => {
-            try {
-                callback();
-            } catch (error) {
-                reportError(error, 'in a microtask');
-            }
-        });
+        afterThis(() => callReporting(callback, undefined, [], 'in a microtask'));
     }, false);
     define(globalThis, 'exit', function exit(code = 0) {
         if (!isInteger(code) || code < 0 || code > 255)

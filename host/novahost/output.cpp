@@ -1,6 +1,7 @@
 #include "host/novahost/output.h"
 
 #include <QAbstractEventDispatcher>
+#include <chrono>
 #include <cstdio>
 #include <unistd.h>
 
@@ -9,6 +10,8 @@ namespace novahost {
 namespace {
 
 constexpr std::size_t BufferSize = std::size_t { 64 } << 10;
+/// What is printed so soon after the last writing waits for the end of the turn.
+constexpr std::chrono::milliseconds Soon(20);
 
 bool isTerminal(FILE* stream)
 {
@@ -36,8 +39,13 @@ void printLine(const QString& line, bool toErrors)
     if (toErrors)
         std::fflush(stdout);
     std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
-    if (toErrors || !isBuffered)
-        std::fflush(stream);
+    using Clock = std::chrono::steady_clock;
+    static Clock::time_point written;
+    const Clock::time_point now = Clock::now();
+    if (!toErrors && isBuffered && now - written < Soon)
+        return;
+    std::fflush(stream);
+    written = now;
 }
 
 bool useColors(FILE* stream)

@@ -11,7 +11,8 @@ namespace novahost {
 constexpr int Failure = 1;
 constexpr int UsageError = 2;
 
-/// Where standard output is no terminal it is written when this thread waits for events, before errors, and at the end.
+/// Where standard output is no terminal, lines that follow each other closely are written together: at the latest when this
+/// thread waits for events, before errors, and at the end.
 void printLine(const QString& line, bool toErrors);
 /// Whether what is printed there has colours: on a terminal that has any, unless NO_COLOR is set; or where FORCE_COLOR is.
 bool useColors(FILE* stream);

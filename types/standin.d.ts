@@ -2,6 +2,7 @@
 //
 //     /// <reference types="@vexlite/nova-extension-types/standin" />
 
+/** As Node's, with its format specifiers. What is no output goes to standard error: warn, error, trace, assert. */
 declare const console: {
     log(...values: unknown[]): void;
     info(...values: unknown[]): void;
@@ -10,6 +11,23 @@ declare const console: {
     warn(...values: unknown[]): void;
     /** Prints to standard error. */
     error(...values: unknown[]): void;
+    /** Prints to standard error, with the stack. */
+    trace(...values: unknown[]): void;
+    /** Prints a value opened to a depth, 2 levels by default; null opens all. */
+    dir(value: unknown, options?: { depth?: number | null }): void;
+    dirxml(...values: unknown[]): void;
+    table(data: unknown, columns?: readonly string[]): void;
+    group(...values: unknown[]): void;
+    groupCollapsed(...values: unknown[]): void;
+    groupEnd(): void;
+    count(label?: string): void;
+    countReset(label?: string): void;
+    time(label?: string): void;
+    timeLog(label?: string, ...values: unknown[]): void;
+    timeEnd(label?: string): void;
+    /** Prints to standard error unless the condition holds. */
+    assert(condition?: unknown, ...values: unknown[]): void;
+    clear(): void;
 };
 
 declare const process: {

@@ -1,15 +1,21 @@
-// What every engine's prelude begins with: values as text for the console, errors as script sees them, and the results of
-// scripts. Runs before any script of the page and keeps the built-in functions that it needs, so that the page can not
-// change its behaviour by replacing them. For the same reason it must not use prototypes: no iteration protocol, no
-// assignment of new properties, no methods.
+// What every engine's prelude begins with, before inspecttext.js, inspect.js, errors.js and console.js: the language's own
+// functions, bytes, and the results of scripts. Runs before any script of the page and keeps the built-in functions that it needs, so that the
+// page can not change its behaviour by replacing them. For the same reason none of these files uses prototypes: no
+// iteration protocol, no assignment of new properties but to objects without a prototype, no methods.
 //
-// The prelude around it defines `native`, with finish(ticket, ok, text, json, stack, code) and uncaught(text, stack, code);
-// isOwnFrame(frame), whether a line of a stack is of the engine's own script; and jsonOf(value), which may throw.
+// The prelude around them defines
+//   native                 with finish(ticket, ok, text, json, stack, code, report) and uncaught(text, stack, code, report)
+//   jsonOf(value)          may throw
+//   readFrame(line)        what a line of a stack says, {name, file, line, column}; undefined where it is not of the page
+//   columnOf(text, column) the column at which a frame of a line of source is shown
+//   write(text, isError)   prints a line
+//   now()                  milliseconds, for console.time
     const { apply } = Reflect;
     const { keys, defineProperty, getOwnPropertyDescriptor, getPrototypeOf } = Object;
     const { isArray } = Array;
     const { stringify } = JSON;
     const { isInteger } = Number;
+    const { sqrt, round, floor, min, max } = Math;
     const toText = String;
     const toNumber = Number;
     const ErrorType = Error;
@@ -25,8 +31,14 @@
     const regExpText = uncurry(RegExp.prototype.toString);
     const mapEach = uncurry(Map.prototype.forEach);
     const setEach = uncurry(Set.prototype.forEach);
+    const functionText = uncurry(Function.prototype.toString);
     const slice = uncurry(String.prototype.slice);
     const indexOf = uncurry(String.prototype.indexOf);
+    const lastIndexOf = uncurry(String.prototype.lastIndexOf);
+    const codeAt = uncurry(String.prototype.charCodeAt);
+    const repeat = uncurry(String.prototype.repeat);
+    const padStart = uncurry(String.prototype.padStart);
+    const padEnd = uncurry(String.prototype.padEnd);
     const startsWith = uncurry(String.prototype.startsWith);
     const weakGet = uncurry(WeakMap.prototype.get);
     const weakSet = uncurry(WeakMap.prototype.set);
@@ -50,11 +62,17 @@
     const define = (object, name, value, enumerable) =>
         defineProperty(object, name, { __proto__: null, value, writable: true, enumerable, configurable: true });
 
-    const consoleLine = (values) => {
-        let line = '';
-        for (let i = 0; i < values.length; ++i)
-            line = i === 0 ? format(values[i]) : line + ' ' + format(values[i]);
-        return line;
+    // A list without a prototype, whose setters an assignment would call.
+    const makeList = () => ({ __proto__: null, length: 0 });
+    const push = (list, item) => {
+        list[list.length] = item;
+        ++list.length;
+    };
+    const joinAll = (list, separator) => {
+        let text = list.length > 0 ? list[0] : '';
+        for (let i = 1; i < list.length; ++i)
+            text = text + separator + list[i];
+        return text;
     };
 
     // An object stays the value of a property, with all that the page puts on it, as long as the owner is there.
@@ -90,201 +108,6 @@
         }
     };
 
-    // --- Values as text ------------------------------------------------------------------------------------------
-
-    const maximumItems = 100;
-    const maximumNesting = 5;
-    const maximumText = 10000;
-
-    // A data property, own or inherited; never runs a getter.
-    const peek = (object, name) => {
-        for (let step = 0; object !== null && step < 20; ++step) {
-            const found = getOwnPropertyDescriptor(object, name);
-            if (found)
-                return found.value;
-            object = getPrototypeOf(object);
-        }
-        return undefined;
-    };
-    const read = (object, name) => {
-        try {
-            return object[name];
-        } catch {
-            return undefined;
-        }
-    };
-    const readText = (object, name) => {
-        const value = read(object, name);
-        return typeof value === 'string' ? value : '';
-    };
-    const isError = (value) => isObject(value) && isPrototypeOf(errorPrototype, value);
-    const errorTitle = (error) => {
-        const name = readText(error, 'name');
-        const message = readText(error, 'message');
-        if (name === '' || name === 'Error')
-            return message || 'Error';
-        return message ? name + ': ' + message : name;
-    };
-    const objectTitle = (value) => {
-        const tag = peek(value, tagSymbol);
-        if (typeof tag === 'string')
-            return startsWith(tag, 'NovaExtension') ? '[object ' + tag + ']' : tag;
-        const maker = peek(value, 'constructor');
-        const name = typeof maker === 'function' ? peek(maker, 'name') : undefined;
-        return typeof name === 'string' && name !== 'Object' ? name : '';
-    };
-    const join = (left, right) => (left === '' ? right : left + ', ' + right);
-
-    const inspectObject = (value, level, above) => {
-        for (let one = above; one !== null; one = one.next) {
-            if (one.value === value)
-                return '[Circular]';
-        }
-        const title = objectTitle(value);
-        const list = isArray(value);
-        if (level >= maximumNesting)
-            return list ? '[Array]' : '[Object]';
-        const here = { __proto__: null, value, next: above };
-        let text = '';
-        let shown = 0;
-        const add = (part) => {
-            if (shown++ < maximumItems)
-                text = join(text, part());
-            return shown <= maximumItems && text.length < maximumText;
-        };
-        if (title === 'Map')
-            mapEach(value, (item, key) => add(() => inspect(key, level + 1, here) + ' => ' + inspect(item, level + 1, here)));
-        else if (title === 'Set')
-            setEach(value, (item) => add(() => inspect(item, level + 1, here)));
-        const member = (name) => {
-            const found = getOwnPropertyDescriptor(value, name);
-            if (!found)
-                return 'undefined';
-            return 'value' in found ? inspect(found.value, level + 1, here) : '[Getter]';
-        };
-        if (list) {
-            const length = getOwnPropertyDescriptor(value, 'length').value;
-            for (let i = 0; i < length && add(() => member(i)); ++i);
-            if (length > maximumItems)
-                text = join(text, '... ' + (length - maximumItems) + ' more');
-            return '[' + text + ']';
-        }
-        const names = keys(value);
-        for (let i = 0; i < names.length && add(() => names[i] + ': ' + member(names[i])); ++i);
-        if (names.length > maximumItems)
-            text = join(text, '... ' + (names.length - maximumItems) + ' more');
-        if (text === '')
-            return title === '' ? '{}' : startsWith(title, '[') ? title : title + ' {}';
-        return (title === '' ? '{ ' : title + ' { ') + text + ' }';
-    };
-
-    const inspect = (value, level, above) => {
-        switch (typeof value) {
-        case 'string':
-            return level === 0 ? value : stringify(value.length > maximumText ? slice(value, 0, maximumText) : value);
-        case 'number':
-            return value === 0 && 1 / value < 0 ? '-0' : toText(value);
-        case 'bigint':
-            return toText(value) + 'n';
-        case 'symbol':
-            return symbolText(value);
-        case 'function': {
-            const name = getOwnPropertyDescriptor(value, 'name')?.value;
-            return typeof name === 'string' && name !== '' ? '[Function: ' + name + ']' : '[Function]';
-        }
-        case 'object':
-            if (value === null)
-                return 'null';
-            if (isError(value))
-                return level === 0 ? join2(errorTitle(value), readText(value, 'stack')) : '[' + errorTitle(value) + ']';
-            if (objectTitle(value) === 'Date')
-                return dateText(value);
-            if (objectTitle(value) === 'RegExp')
-                return regExpText(value);
-            return inspectObject(value, level, above);
-        default:
-            return toText(value);
-        }
-    };
-    const join2 = (title, stack) => (stack === '' ? title : title + '\n' + stack);
-
-    const format = (value) => {
-        try {
-            const text = inspect(value, 0, null);
-            return typeof value === 'string' || text.length <= maximumText ? text : slice(text, 0, maximumText) + '...';
-        } catch {
-            return '[' + typeof value + ' that can not be shown]';
-        }
-    };
-
-    // --- Errors --------------------------------------------------------------------------------------------------
-
-    // A stack without the frames of the engine's own scripts.
-    const pageFrames = (stack) => {
-        let kept = '';
-        for (let from = 0; from < stack.length;) {
-            const end = indexOf(stack, '\n', from) < 0 ? stack.length : indexOf(stack, '\n', from);
-            const frame = slice(stack, from, end);
-            if (!isOwnFrame(frame))
-                kept = kept === '' ? frame : kept + '\n' + frame;
-            from = end + 1;
-        }
-        return kept;
-    };
-    const withPageFrames = (error) => {
-        define(error, 'stack', pageFrames(readText(error, 'stack')), false);
-        return error;
-    };
-
-    // The Error that script sees for a failure object {success, code, msg}.
-    const makeError = (success, code, msg) => {
-        const error = withPageFrames(new ErrorType(msg));
-        define(error, 'success', success, true);
-        define(error, 'code', code, true);
-        define(error, 'msg', msg, true);
-        return error;
-    };
-    const errorFromObject = (failure) => {
-        const own = (name) => getOwnPropertyDescriptor(failure, name)?.value;
-        const msg = own('msg');
-        return makeError(own('success') === true, own('code'), typeof msg === 'string' ? msg : '');
-    };
-    const makeTypeError = (message) => withPageFrames(new TypeErrorType(message));
-    const makeRangeError = (message) => withPageFrames(new RangeErrorType(message));
-
-    // [text, stack, code or undefined] of a thrown value.
-    const describeError = (error) => {
-        let text = '';
-        let stack = '';
-        let code;
-        try {
-            if (isObject(error)) {
-                const number = read(error, 'code');
-                if (isInteger(number))
-                    code = number;
-            }
-            if (isError(error)) {
-                text = errorTitle(error);
-                stack = pageFrames(readText(error, 'stack'));
-                const line = read(error, 'line');
-                if (isPrototypeOf(syntaxErrorPrototype, error) && typeof line === 'number') {
-                    const place = readText(error, 'sourceURL') + ':' + line;
-                    text = text + ' (' + place + ')';
-                    stack = join2(place, stack);
-                }
-            } else {
-                text = isObject(error) ? readText(error, 'msg') || format(error) : format(error);
-            }
-        } catch {
-            text = 'an error that can not be shown';
-        }
-        return [text, stack, code];
-    };
-    const reportError = (error) => {
-        const facts = describeError(error);
-        native.uncaught(facts[0], facts[1], facts[2]);
-    };
-
     // --- Results -------------------------------------------------------------------------------------------------
 
     const toJson = (value) => {
@@ -296,8 +119,8 @@
         }
     };
     const fail = (ticket, error) => {
-        const facts = describeError(error);
-        native.finish(ticket, false, facts[0], '', facts[1], facts[2]);
+        const facts = describeError(error, '');
+        native.finish(ticket, false, facts[0], '', facts[1], facts[2], facts[3]);
     };
     // Awaits a result and reports it with its ticket.
     const settle = async (ticket, value) => {
@@ -308,6 +131,6 @@
             fail(ticket, error);
             return;
         }
-        native.finish(ticket, true, format(answer), toJson(answer), '', undefined);
+        native.finish(ticket, true, show(answer), toJson(answer), '', undefined, '');
     };
     const run = (ticket, body) => settle(ticket, apply(body, undefined, []));

@@ -1,9 +1,14 @@
-# vexlite_prelude(NAMESPACE): makes preludesource.cpp, with the folder's prelude.js and the script that all engines share in it.
+# vexlite_prelude(NAMESPACE): makes preludesource.cpp, with the folder's prelude.js and the scripts that all engines share in it.
 # The folder's prelude.h declares it. Every document holds the script, so lines of comment and indents are left out.
 function(vexlite_prelude PRELUDE_NAMESPACE)
-    set(shared ${PROJECT_SOURCE_DIR}/host/engine/pagescript.js)
-    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/prelude.js ${shared})
-    file(READ ${shared} PAGE_SCRIPT)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/prelude.js)
+    set(PAGE_SCRIPT)
+    foreach(name pagescript inspecttext inspect errors console)
+        set(shared ${PROJECT_SOURCE_DIR}/host/engine/${name}.js)
+        set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${shared})
+        file(READ ${shared} script)
+        string(APPEND PAGE_SCRIPT "${script}")
+    endforeach()
     configure_file(prelude.js prelude.js @ONLY)
     file(READ ${CMAKE_CURRENT_BINARY_DIR}/prelude.js PRELUDE)
     string(REGEX REPLACE "\n *//[^#\n][^\n]*" "" PRELUDE "${PRELUDE}")

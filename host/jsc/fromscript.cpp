@@ -82,7 +82,7 @@ bool FromScript::refuse(const QString& problem)
 
 bool FromScript::refuseThrown(JSValueRef exception)
 {
-    const ErrorFacts facts = exception ? m_page.prelude().describe(exception) : ErrorFacts {};
+    const ErrorFacts facts = exception ? m_page.prelude().describe(exception, {}) : ErrorFacts {};
     return refuse(QStringLiteral("reading it threw: ") + facts.text);
 }
 

@@ -134,6 +134,7 @@ JSValueRef callMember(JSContextRef ctx, JSObjectRef function, JSObjectRef thisOb
     PageState& page = *member->page;
     const Answer answer = perform(page, *member, thisObject, values, count);
     if (!answer.value) {
+        noteRefusal(page, member->fullName(), answer.thrown);
         *exception = answer.thrown;
         return JSValueMakeUndefined(ctx);
     }
@@ -149,6 +150,17 @@ JSValueRef callMember(JSContextRef ctx, JSObjectRef function, JSObjectRef thisOb
 }
 
 } // namespace
+
+QString NativeMember::fullName() const
+{
+    return nativeClass->tag + QLatin1Char('.') + name;
+}
+
+void noteRefusal(PageState& page, const QString& member, JSValueRef error)
+{
+    const Prelude& prelude = page.prelude();
+    prelude.call(prelude.noteRefusal, nullptr, error, makeString(page.ctx(), member));
+}
 
 std::unique_ptr<NativeClass> makeClass(
     PageState& page, const QString& tag, std::int64_t typeId, IJSMemberList& members)

@@ -20,6 +20,9 @@ struct NativeMember {
     std::int32_t id;
     JSAccess access;
     JSObjectRef function; ///< the native one: the getter, or the one that the script method calls
+
+    /// "NovaExtension.Log.logInfo"
+    QString fullName() const;
 };
 
 /// A native class in one page: the prototype of its wrappers.
@@ -37,6 +40,8 @@ std::unique_ptr<NativeClass> makeClass(
     PageState& page, const QString& tag, std::int64_t typeId, IJSMemberList& members);
 /// Releases the roots; functions that script still holds throw when called.
 void dropClass(PageState& page, const NativeClass& nativeClass);
+/// Has the page remember which member has thrown an error.
+void noteRefusal(PageState& page, const QString& member, JSValueRef error);
 /// Whether this is the function of a member.
 bool isMemberFunction(JSObjectRef function);
 

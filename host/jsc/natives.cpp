@@ -2,7 +2,7 @@
 
 #include "host/jsc/pagestate.h"
 
-#include <cmath>
+#include <chrono>
 
 namespace engine::jsc {
 
@@ -40,11 +40,17 @@ JSValueRef print(PageState& page, JSContextRef ctx, Arguments arguments, JSValue
     return JSValueMakeUndefined(ctx);
 }
 
+JSValueRef now(PageState&, JSContextRef ctx, Arguments, JSValueRef*)
+{
+    const auto time = std::chrono::steady_clock::now().time_since_epoch();
+    return JSValueMakeNumber(ctx, std::chrono::duration<double, std::milli>(time).count());
+}
+
 JSValueRef uncaught(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef*)
 {
     const bool hasCode = JSValueIsNumber(ctx, arguments[2]);
     page.reportUncaught({ stringOf(ctx, arguments[0]), stringOf(ctx, arguments[1]),
-        hasCode ? integer(ctx, arguments[2]) : 0, hasCode });
+        hasCode ? integer(ctx, arguments[2]) : 0, hasCode, stringOf(ctx, arguments[3]) });
     return JSValueMakeUndefined(ctx);
 }
 
@@ -57,6 +63,7 @@ JSValueRef finish(PageState& page, JSContextRef ctx, Arguments arguments, JSValu
     outcome.stack = stringOf(ctx, arguments[4]);
     outcome.hasCode = JSValueIsNumber(ctx, arguments[5]);
     outcome.code = outcome.hasCode ? integer(ctx, arguments[5]) : 0;
+    outcome.report = stringOf(ctx, arguments[6]);
     page.finish(integer(ctx, arguments[0]), outcome);
     return JSValueMakeUndefined(ctx);
 }
@@ -126,8 +133,9 @@ JSObjectRef makeNatives(JSGlobalContextRef ctx)
             kJSPropertyAttributeNone, nullptr);
     };
     add("print", callback<2, print>);
-    add("uncaught", callback<3, uncaught>);
-    add("finish", callback<6, finish>);
+    add("uncaught", callback<4, uncaught>);
+    add("finish", callback<7, finish>);
+    add("now", callback<0, now>);
     add("awaited", callback<2, awaited>);
     add("startTimer", callback<3, startTimer>);
     add("clearTimer", callback<1, clearTimer>);

@@ -1,6 +1,7 @@
 #include "host/jsc/page.h"
 
 #include "host/engine/replsource.h"
+#include "host/jsc/syntaxerror.h"
 
 #include <QRegularExpression>
 
@@ -8,15 +9,19 @@ namespace engine::jsc {
 
 namespace {
 
-const Text& replName()
-{
-    static const Text name("repl");
-    return name;
-}
-
 bool compiles(JSContextRef ctx, const QString& source)
 {
-    return JSCheckScriptSyntax(ctx, Text(source), replName(), 1, nullptr);
+    return JSCheckScriptSyntax(ctx, Text(source), nullptr, 1, nullptr);
+}
+
+// What errors show of a source; `script` is what runs, in which it begins on the first line.
+void noteSource(PageState& page, const Text& name, const QString& source, const QString& script)
+{
+    JSContextRef ctx = page.ctx();
+    const int shift = script.indexOf(source);
+    page.prelude().call(page.prelude().noteSource, nullptr, JSValueMakeString(ctx, name),
+        JSValueMakeString(ctx, name), makeString(ctx, shift < 0 ? QString() : source),
+        JSValueMakeNumber(ctx, shift < 0 ? 0 : shift));
 }
 
 JSValueRef evaluateScript(PageState& page, const QString& source, const Text& fileName, JSValueRef* exception)
@@ -59,14 +64,20 @@ void JscPage::run(const QString& source, const QString& fileName, Done done)
         body.replace(0, 2, QStringLiteral("//"));
     // Checked as a method as well: source that closes one of the two wrappers, "}); ... (function () {", is a
     // syntax error in the other.
-    const Text asMethod(QStringLiteral("({ async run() {") + body + QStringLiteral("\n}})"));
+    const QString asMethod = QStringLiteral("({ async run() {") + body + QStringLiteral("\n}})");
     const QString wrapped = QStringLiteral("(async function () {") + body + QStringLiteral("\n})");
     JSValueRef exception = nullptr;
-    if (!JSCheckScriptSyntax(page.ctx(), asMethod, name, 1, &exception))
+    noteSource(page, name, body, asMethod);
+    if (!JSCheckScriptSyntax(page.ctx(), Text(asMethod), name, 1, &exception)) {
+        placeSyntaxError(page.ctx(), exception, asMethod, body);
         return failTicket(page, ticket, exception);
+    }
+    noteSource(page, name, body, wrapped);
     const JSValueRef function = evaluateScript(page, wrapped, name, &exception);
-    if (!function)
+    if (!function) {
+        placeSyntaxError(page.ctx(), exception, wrapped, body);
         return failTicket(page, ticket, exception);
+    }
     page.prelude().call(page.prelude().run, nullptr, JSValueMakeNumber(page.ctx(), ticket), function);
 }
 
@@ -82,9 +93,13 @@ void JscPage::evaluate(const QString& source, Done done)
     if (!plan.declaration.isEmpty())
         return declareAwaited(ticket, plan.script, plan.declaration);
     JSValueRef exception = nullptr;
-    const JSValueRef value = evaluateScript(page, plan.script, replName(), &exception);
-    if (!value)
+    const Text name(page.inputName() + QString::number(ticket));
+    noteSource(page, name, source, plan.script);
+    const JSValueRef value = evaluateScript(page, plan.script, name, &exception);
+    if (!value) {
+        placeSyntaxError(page.ctx(), exception, plan.script, source);
         return failTicket(page, ticket, exception);
+    }
     page.prelude().call(page.prelude().settle, nullptr, JSValueMakeNumber(page.ctx(), ticket), value);
 }
 
@@ -94,7 +109,7 @@ void JscPage::declareAwaited(int ticket, const QString& awaited, const QString& 
 {
     PageState& page = *m_state;
     JSValueRef exception = nullptr;
-    const JSValueRef promise = evaluateScript(page, awaited, replName(), &exception);
+    const JSValueRef promise = evaluateScript(page, awaited, Text(page.inputName() + QString::number(ticket)), &exception);
     if (!promise)
         return failTicket(page, ticket, exception);
     page.addContinuation(ticket, [&page, ticket, declaration](JSValueRef value) {
@@ -103,7 +118,7 @@ void JscPage::declareAwaited(int ticket, const QString& awaited, const QString& 
         const Text holder(QString::fromLatin1(ReplSource::awaitedName));
         JSValueRef failure = nullptr;
         JSObjectSetProperty(ctx, global, holder, value, kJSPropertyAttributeDontEnum, nullptr);
-        const JSValueRef declared = evaluateScript(page, declaration, replName(), &failure);
+        const JSValueRef declared = evaluateScript(page, declaration, Text(page.inputName() + QString::number(ticket)), &failure);
         JSObjectDeleteProperty(ctx, global, holder, nullptr);
         if (!declared)
             return failTicket(page, ticket, failure);
@@ -127,7 +142,7 @@ QStringList JscPage::propertyNames(const QString& path)
     if (!steps.isEmpty() && identifier.match(steps.first()).hasMatch()
         && !JSObjectHasProperty(ctx, asObject(start), Text(steps.first()))) {
         // Declared with let, const or class, so no property of the global object.
-        start = evaluateScript(page, steps.takeFirst(), replName(), nullptr);
+        start = evaluateScript(page, steps.takeFirst(), Text(page.inputName()), nullptr);
         if (!start)
             return {};
     }

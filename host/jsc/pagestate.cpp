@@ -13,7 +13,7 @@ JSValueRef rejectionUnhandled(
     if (page && count == 2) {
         const std::shared_ptr<PageState> keep = page->shared_from_this();
         const NativeScope scope(*page);
-        page->reportThrown(arguments[1]);
+        page->reportThrown(arguments[1], QStringLiteral("in promise"));
     }
     return JSValueMakeUndefined(ctx);
 }
@@ -74,6 +74,9 @@ void PageState::open(const PageOptions& options)
         return array;
     };
     m_prelude.call(m_prelude.makeProcess, nullptr, list(options.arguments));
+    m_prelude.call(m_prelude.setColors, nullptr, JSValueMakeBoolean(m_ctx, options.colors),
+        JSValueMakeBoolean(m_ctx, options.errorColors));
+    m_inputName = options.inputName;
     const JSValueRef root = m_prelude.call(m_prelude.makeRoot, nullptr, list(m_core->objectNames()));
     m_wrappers.setRoot(asObject(root));
 }
@@ -160,10 +163,10 @@ QString PageState::play(const QString& steps)
     return m_host.play ? m_host.play(steps) : QStringLiteral("this page has nothing to play");
 }
 
-void PageState::reportThrown(JSValueRef error)
+void PageState::reportThrown(JSValueRef error, const QString& where)
 {
     if (isLive())
-        reportUncaught(m_prelude.describe(error));
+        reportUncaught(m_prelude.describe(error, where));
 }
 
 void PageState::reportUncaught(const ErrorFacts& facts)
@@ -175,6 +178,7 @@ void PageState::reportUncaught(const ErrorFacts& facts)
     outcome.stack = facts.stack;
     outcome.code = facts.code;
     outcome.hasCode = facts.hasCode;
+    outcome.report = facts.report;
     m_host.uncaughtError(outcome);
 }
 

@@ -49,6 +49,7 @@ public:
     Functions& functions() { return m_functions; }
     Promises& promises() { return m_promises; }
     Timers& timers() { return *m_timers; }
+    const QString& inputName() const { return m_inputName; }
     /// The number of calls of the page on the stack.
     int depth() const { return m_depth; }
 
@@ -57,7 +58,8 @@ public:
     void exitWith(int code);
     /// Returns the error, or an empty string.
     QString play(const QString& steps);
-    void reportThrown(JSValueRef error);
+    /// `where` is what has thrown, such as "in a timer".
+    void reportThrown(JSValueRef error, const QString& where);
     void reportUncaught(const ErrorFacts& facts);
     void reportUncaught(const QString& text) { reportUncaught({ text, {}, 0, false }); }
 
@@ -87,6 +89,7 @@ private:
     JSContextGroupRef m_group;
     JSGlobalContextRef m_ctx;
     JSContextEnv m_env {};
+    QString m_inputName;
     Prelude m_prelude;
     Shapes m_shapes;
     KeyNames m_keyNames;

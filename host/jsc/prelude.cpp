@@ -49,6 +49,9 @@ void Prelude::load(JSGlobalContextRef ctx, JSObjectRef native)
     propertyNames = take("propertyNames");
     afterThis = take("afterThis");
     makeProcess = take("makeProcess");
+    noteRefusal = take("noteRefusal");
+    noteSource = take("noteSource");
+    setColors = take("setColors");
     makeRoot = take("makeRoot");
     bindRoot = take("bindRoot");
     makeClass = take("makeClass");
@@ -119,9 +122,9 @@ JSValueRef Prelude::makeRangeError(const QString& message) const
     return orUndefined(error, exception);
 }
 
-ErrorFacts Prelude::describe(JSValueRef error) const
+ErrorFacts Prelude::describe(JSValueRef error, const QString& where) const
 {
-    const JSValueRef facts = call(m_describeError, nullptr, error);
+    const JSValueRef facts = call(m_describeError, nullptr, error, makeString(m_ctx, where));
     if (!facts)
         return { QStringLiteral("an error that can not be shown"), {}, 0, false };
     const auto at = [&](unsigned index) {
@@ -134,6 +137,7 @@ ErrorFacts Prelude::describe(JSValueRef error) const
     out.hasCode = JSValueIsNumber(m_ctx, code);
     if (out.hasCode)
         out.code = static_cast<int>(JSValueToInt32(m_ctx, code, nullptr));
+    out.report = stringOf(m_ctx, at(3));
     return out;
 }
 

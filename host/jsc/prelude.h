@@ -17,6 +17,7 @@ struct ErrorFacts {
     QString stack;
     int code = 0;
     bool hasCode = false;
+    QString report {};
 };
 
 /// The functions that prelude.js returns, as roots. [GUI thread]
@@ -40,6 +41,9 @@ public:
     JSObjectRef propertyNames = nullptr;
     JSObjectRef afterThis = nullptr;
     JSObjectRef makeProcess = nullptr;
+    JSObjectRef noteRefusal = nullptr;
+    JSObjectRef noteSource = nullptr;
+    JSObjectRef setColors = nullptr;
     JSObjectRef makeRoot = nullptr;
     JSObjectRef bindRoot = nullptr;
     JSObjectRef makeClass = nullptr;
@@ -65,8 +69,8 @@ public:
     JSValueRef errorFromObject(JSValueRef failure) const;
     JSValueRef makeTypeError(const QString& message) const;
     JSValueRef makeRangeError(const QString& message) const;
-    /// Reads a thrown value; exceptions of its getters are caught.
-    ErrorFacts describe(JSValueRef error) const;
+    /// Reads a thrown value; `where` is what has thrown it, such as "in a timer".
+    ErrorFacts describe(JSValueRef error, const QString& where) const;
 
     /// The name of the built-in class ("Map") with this prototype; null for every other object.
     const QString* languageKind(JSObjectRef prototype) const;

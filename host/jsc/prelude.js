@@ -1,7 +1,36 @@
-// Prepares a page and inspects its values for the engine. host/engine/pagescript.js comes first, whose rules hold here, too.
+// Prepares a page and inspects its values for the engine. host/engine/pagescript.js and what follows it come first, whose
+// rules hold here, too.
 (function (native, signalArray) {
     'use strict';
     const isOwnFrame = (frame) => indexOf(frame, '@nova:', 0) >= 0;
+    // "name@file:line:column", where file and name may hold any character; "@" alone for functions without a name.
+    const readFrame = (line) => {
+        const at = indexOf(line, '@', 0);
+        const frame = isOwnFrame(line) ? undefined : readPlace(slice(line, at + 1));
+        const name = at > 0 ? slice(line, 0, at) : '';
+        if (frame)
+            frame.name = name === 'global code' || name === 'eval code' || name === 'module code' ? '' : name;
+        return frame;
+    };
+    // The engine points behind what is called or read: at the bracket of a call, where others point at the name, and of a
+    // construction at its "new"; and at the dot of a property.
+    const isNameUnit = (unit) => (unit >= 'a' && unit <= 'z') || (unit >= 'A' && unit <= 'Z') || (unit >= '0' && unit <= '9')
+        || unit === '_' || unit === '$' || unit > '\x7f';
+    const columnOf = (text, column) => {
+        if (text[column - 1] === '.')
+            return column + 1;
+        if (text[column - 1] !== '(')
+            return column;
+        let start = column - 1;
+        while (start > 0 && isNameUnit(text[start - 1]))
+            --start;
+        let first = start;
+        while (first > 0 && (isNameUnit(text[first - 1]) || text[first - 1] === '.'))
+            --first;
+        return first >= 4 && slice(text, first - 4, first) === 'new ' ? first - 3 : start + 1;
+    };
+    const write = (text, isError) => native.print(text, isError);
+    const now = () => native.now();
     const { rawJSON } = JSON;
     const bigIntAsNumber = (key, value) => (typeof value === 'bigint' ? rawJSON(toText(value)) : value);
     const jsonOf = (value) => {
@@ -110,14 +139,8 @@
 
     // --- Globals of the page -------------------------------------------------------------------------------------
 
-    const printer = (isError) => function (...values) {
-        native.print(consoleLine(values), isError);
-    };
     const console = {};
-    for (const name of ['log', 'info', 'debug'])
-        define(console, name, printer(false), true);
-    for (const name of ['warn', 'error'])
-        define(console, name, printer(true), true);
+    installConsole(console);
     define(globalThis, 'console', console, false);
 
     const needFunction = (name, callback) => {
@@ -144,13 +167,7 @@
     };
     define(globalThis, 'queueMicrotask', function queueMicrotask(callback) {
         needFunction('queueMicrotask', callback);
-        afterThis(() => {
-            try {
-                callback();
-            } catch (error) {
-                reportError(error);
-            }
-        });
+        afterThis(() => callReporting(callback, undefined, [], 'in a microtask'));
     }, false);
     define(globalThis, 'exit', function exit(code = 0) {
         if (!isInteger(code) || code < 0 || code > 255)
@@ -163,6 +180,10 @@
         native.play(steps);
     };
     const makeProcess = (argv) => define(globalThis, 'process', { argv, play }, false);
+    const setColors = (output, errors) => {
+        colors.output = output;
+        colors.errors = errors;
+    };
 
     // NovaExtension: every object is bound at its first access and is a plain property from then on.
     const makeRoot = (names) => {
@@ -189,7 +210,7 @@
 
     return {
         __proto__: null, nativePrototype, signalArray, keys: listKeys, languagePrototypes, objectPrototype, makeError,
-        errorFromObject, makeTypeError, makeRangeError, describeError, settle, settleWith, run, fail, propertyNames,
+        errorFromObject, makeTypeError, makeRangeError, describeError, noteRefusal, noteSource, setColors, settle, settleWith, run, fail, propertyNames,
         afterThis, makeProcess, makeRoot, bindRoot, makeClass, addGetter, keepValue, bytesOf, copyBytes,
         spread: (callee, values) => apply(callee, undefined, values), bare: () => ({ __proto__: null }),
     };

@@ -35,6 +35,10 @@ void Promises::settle(std::int64_t id, JSPromiseState state, const KJSVariant& v
     JSObjectRef settle = rejects || !answer ? settling.reject : settling.resolve;
     if (!answer)
         answer = convert.thrown();
+    if (rejects && !settling.maker.isEmpty())
+        noteRefusal(m_page, settling.maker, answer);
+    else if (rejects && settling.promise)
+        found->second.reason = answer;
     JSObjectCallAsFunction(m_page.ctx(), settle, nullptr, 1, &answer, nullptr);
     unprotect(settling.resolve);
     unprotect(settling.reject);
@@ -54,6 +58,16 @@ JSObjectRef Promises::find(std::int64_t id) const
 {
     const auto found = m_records.find(id);
     return found == m_records.end() ? nullptr : found->second.promise;
+}
+
+void Promises::setMaker(std::int64_t id, const NativeMember& member)
+{
+    const auto found = m_records.find(id);
+    if (found == m_records.end() || !found->second.maker.isEmpty())
+        return;
+    found->second.maker = member.fullName();
+    if (const JSValueRef reason = std::exchange(found->second.reason, nullptr))
+        noteRefusal(m_page, found->second.maker, reason);
 }
 
 void Promises::clear()

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/jsc/api.h"
+#include "host/jsc/members.h"
 #include "vexlite/jscore.h"
 
 #include <unordered_map>
@@ -26,6 +27,8 @@ public:
     void release(std::int64_t id);
     /// The promise, or null when it was released.
     JSObjectRef find(std::int64_t id) const;
+    /// Which member has returned the promise, for what is printed of its rejection.
+    void setMaker(std::int64_t id, const NativeMember& member);
     /// Drops all, without settling them.
     void clear();
 
@@ -35,6 +38,8 @@ private:
         JSObjectRef promise = nullptr;
         JSObjectRef resolve = nullptr;
         JSObjectRef reject = nullptr;
+        QString maker {};
+        JSValueRef reason = nullptr; ///< of a rejection without a maker yet; the promise keeps it
     };
     void unprotect(JSObjectRef& object);
 

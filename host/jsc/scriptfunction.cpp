@@ -19,7 +19,7 @@ ScriptFunction::~ScriptFunction()
         m_page->functions().forget(this);
 }
 
-KResult ScriptFunction::Call(const JSApiArguments& arguments, KJSVariant* result)
+KResult ScriptFunction::perform(const JSApiArguments& arguments, KJSVariant* result, const QString& event)
 {
     if (result)
         *result = {};
@@ -36,6 +36,10 @@ KResult ScriptFunction::Call(const JSApiArguments& arguments, KJSVariant* result
         return KR_REJECTED;
     }
 
+    const auto report = [&](JSValueRef thrown) {
+        page->reportThrown(thrown,
+            event.isNull() ? QStringLiteral("in a callback") : QStringLiteral("in a listener of ") + event);
+    };
     constexpr std::size_t inlineCount = 16;
     JSContextRef ctx = page->ctx();
     JSValueRef values[inlineCount];
@@ -47,7 +51,7 @@ KResult ScriptFunction::Call(const JSApiArguments& arguments, KJSVariant* result
         for (const KJSVariant& argument : arguments) {
             values[count] = toScript.value(argument.raw());
             if (!values[count++]) {
-                page->reportThrown(toScript.thrown());
+                report(toScript.thrown());
                 return KR_REJECTED;
             }
         }
@@ -56,14 +60,14 @@ KResult ScriptFunction::Call(const JSApiArguments& arguments, KJSVariant* result
         JSValueRef list = toScript.list(
             arguments.size(), [&](std::size_t i) -> const MVARIANT& { return arguments[i].raw(); });
         if (!list) {
-            page->reportThrown(toScript.thrown());
+            report(toScript.thrown());
             return KR_REJECTED;
         }
         answer =
             page->prelude().call(page->prelude().spread, &exception, static_cast<JSValueRef>(function), list);
     }
     if (!answer) {
-        page->reportThrown(exception ? exception : JSValueMakeUndefined(ctx));
+        report(exception ? exception : JSValueMakeUndefined(ctx));
         return KR_REJECTED;
     }
     if (!result)

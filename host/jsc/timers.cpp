@@ -65,7 +65,7 @@ void Timers::timerEvent(QTimerEvent* event)
         JSValueRef exception = nullptr;
         JSObjectCallAsFunction(m_page.ctx(), callback, nullptr, 0, nullptr, &exception);
         if (exception)
-            m_page.reportThrown(exception);
+            m_page.reportThrown(exception, QStringLiteral("in a timer"));
     }
     // This object is part of the page, which may be destroyed when Entry releases it.
     if (keep.use_count() == 1)

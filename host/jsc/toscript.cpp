@@ -130,6 +130,8 @@ JSValueRef ToScript::interface(IUnknown* object, int depth)
         return this->object(*json.get(), depth);
     if (const std::int64_t promise = vexlite::promiseHandle(object)) {
         JSObjectRef found = m_page.promises().find(promise);
+        if (m_member)
+            m_page.promises().setMaker(promise, *m_member);
         return found ? found
                      : fail(QStringLiteral(
                          "the answer is a promise that is not of this page, or was settled long ago"));
@@ -166,7 +168,7 @@ JSValueRef ToScript::bytes(const IJSBytes& source)
 JSValueRef ToScript::wrapper(IJSExtentionObject* object)
 {
     KResult status = KR_NOT_AVAILABLE;
-    const QString name = m_member ? m_member->nativeClass->tag + QLatin1Char('.') + m_member->name
+    const QString name = m_member ? m_member->fullName()
                                   : QStringLiteral("NovaExtension");
     JSObjectRef script = object ? m_page.wrappers().wrap(object, name, status) : nullptr;
     if (!script)

@@ -3,6 +3,7 @@
 #include "host/krt/centre.h"
 #include "host/novahost/browserfacts.h"
 #include "host/novahost/libraries.h"
+#include "host/novahost/output.h"
 #include "host/novahost/pageplays.h"
 #include "host/novahost/policy.h"
 #include "host/profile/directories.h"
@@ -147,6 +148,7 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     suite::SkinService::instance().start();
     suite::RemoteConfig::instance().start();
     suite->m_inBrowser = options.browser;
+    suite->m_isEvaluation = options.command == Command::Eval;
     if (options.devToolsPort) {
         // The engine says nothing when it does not get the port.
         if (!QTcpServer().listen(QHostAddress::LocalHost, static_cast<quint16>(options.devToolsPort))) {
@@ -248,6 +250,10 @@ std::unique_ptr<engine::Page> Suite::openPage(const QStringList& arguments, engi
 {
     engine::PageOptions options;
     options.arguments = arguments;
+    options.colors = useColors(stdout);
+    options.errorColors = useColors(stderr);
+    if (m_isEvaluation)
+        options.inputName = QStringLiteral("eval");
     options.browser = makeBrowserFacts(QString::fromLatin1("browser-%1").arg(++m_pages));
     VEXBrowserTimes& times = options.browser.times;
     // Destroyed when the page closes, which ends its plays.

@@ -49,6 +49,7 @@ private:
     QString m_windowTitle;              ///< null without --window
     QPointer<suite::WebShell> m_window; ///< of the last page; a page may have destroyed it
     Browser m_browser;
+    bool m_isEvaluation = false;
     bool m_inBrowser = false;
     int m_pages = 0;
 };

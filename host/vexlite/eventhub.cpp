@@ -80,11 +80,12 @@ KResult EventHub::Dispatch(
         return KR_OK;
     const JSApiArguments arguments(payload.data(), payload.size());
     const JSContextEnv receiver = target;
+    const QString name = event;
     const ListenerList::Reading reading(*list);
     for (std::size_t position = 0; position < reading.end(); ++position) {
         // An exception is reported as the page's uncaught error, and the next listener is called.
         if (const Ref<PageFunction> function = reading.at(position, receiver))
-            function->Call(arguments, nullptr);
+            function->CallListener(name, arguments);
     }
     return KR_OK;
 }

@@ -24,6 +24,12 @@ public:
     /// function of the same page. It stays as it is, and names no other function of that page, while either
     /// of them lives.
     virtual std::uintptr_t Identity() const = 0;
+    /// Calls the function as a listener of `event`, by whose name the page's host reports what it throws.
+    virtual KResult CallListener(const QString& event, const JSApiArguments& arguments)
+    {
+        static_cast<void>(event);
+        return Call(arguments, nullptr);
+    }
     /// The page it belongs to.
     virtual JSContextEnv Context() const = 0;
 

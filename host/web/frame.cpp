@@ -74,14 +74,14 @@ void Frame::setScript(FrameScript script)
     m_script = std::move(script);
 }
 
-void Frame::runScript(int ticket, bool isExpression, const QString& fileName, const QString& source)
+void Frame::runScript(int ticket, const QString& fileName, const QString& source, const QString& typed)
 {
     WireWriter message;
     message.unit('v');
     message.count(static_cast<std::uint64_t>(ticket));
-    message.unit(isExpression ? 'e' : 'b');
     message.text(fileName);
     message.text(source);
+    message.text(typed);
     queue(message.take());
 }
 
@@ -131,6 +131,8 @@ QString Frame::greeting()
         greeting.count(static_cast<std::uint64_t>(m_script.arguments.size()));
         for (const QString& argument : m_script.arguments)
             greeting.text(argument);
+        greeting.unit(m_script.colors ? 't' : 'f');
+        greeting.unit(m_script.errorColors ? 't' : 'f');
     }
     greeting.endReply({}, {});
     return greeting.take();

@@ -50,8 +50,8 @@ public:
 
     /// Makes the document that of scripts of the command line.
     void setScript(FrameScript script);
-    /// Has the document run a script.
-    void runScript(int ticket, bool isExpression, const QString& fileName, const QString& source);
+    /// Has the document run a script: the body of a function, or what was typed, when `typed` is not empty.
+    void runScript(int ticket, const QString& fileName, const QString& source, const QString& typed);
 
     /// What the document gets first.
     QString greeting();

@@ -23,6 +23,16 @@ KResult FrameFunction::Call(const JSApiArguments& arguments, KJSVariant* result)
 {
     if (result)
         *result = {};
+    return send(arguments, {});
+}
+
+KResult FrameFunction::CallListener(const QString& event, const JSApiArguments& arguments)
+{
+    return send(arguments, event);
+}
+
+KResult FrameFunction::send(const JSApiArguments& arguments, const QString& event)
+{
     if (!m_frame)
         return KR_NOT_AVAILABLE;
     if (m_frame->isFull())
@@ -30,6 +40,7 @@ KResult FrameFunction::Call(const JSApiArguments& arguments, KJSVariant* result)
     WireWriter message;
     message.unit('f');
     message.count(static_cast<std::uint64_t>(m_id));
+    message.text(event);
     message.count(arguments.size());
     ToWire toWire(*m_frame, QStringLiteral("NovaExtension"));
     for (const KJSVariant& argument : arguments) {

@@ -15,6 +15,7 @@ void readPlace(WireReader& reader, Outcome& outcome)
     const QString code = nextText(reader);
     outcome.hasCode = !code.isEmpty();
     outcome.code = code.toInt();
+    outcome.report = nextText(reader);
 }
 
 } // namespace

@@ -10,6 +10,8 @@ namespace engine::web {
 struct FrameScript {
     PageHost host;
     QStringList arguments; ///< process.argv
+    bool colors;           ///< see PageOptions
+    bool errorColors;
     std::function<void(int ticket, const Outcome& outcome)> finished;
     /// The document has gone, but not by exit().
     std::function<void()> closed;

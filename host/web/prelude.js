@@ -5,6 +5,21 @@
     'use strict';
     const isOwnFrame = (frame) => indexOf(frame, '    at ', 0) !== 0 || indexOf(frame, 'nova-prelude', 0) >= 0
         || indexOf(frame, '<anonymous>', 0) >= 0;
+    // "    at name (file:line:column)", "    at file:line:column"
+    const readFrame = (line) => {
+        if (isOwnFrame(line))
+            return undefined;
+        const open = indexOf(line, ' (', 7);
+        const frame = readPlace(open < 0 ? slice(line, 7) : slice(line, open + 2, -1));
+        if (frame && open > 0)
+            frame.name = slice(line, 7, open) === 'eval' ? '' : slice(line, 7, open);
+        return frame;
+    };
+    const columnOf = (text, column) => column;
+    const write = (text, isError) => printLine(text, isError);
+    const clock = performance;
+    const clockNow = performance.now;
+    const now = () => apply(clockNow, clock, []);
     // Replaced by itself without its quotes, which no text of the page can hold: half of a surrogate pair and a random number.
     const jsonOf = (value) => {
         const mark = '\ud800' + random();
@@ -44,12 +59,11 @@
     const reasonOf = getterOf(PromiseRejectionEvent, 'reason');
     const errorOf = getterOf(ErrorEvent, 'error');
     const fileOf = getterOf(ErrorEvent, 'filename');
-    const lineOf = getterOf(ErrorEvent, 'lineno');
+    const messageOfEvent = getterOf(ErrorEvent, 'message');
+    const lineNumberOf = getterOf(ErrorEvent, 'lineno');
+    const columnNumberOf = getterOf(ErrorEvent, 'colno');
     const preventDefault = uncurry(Event.prototype.preventDefault);
     const stopImmediatePropagation = uncurry(Event.prototype.stopImmediatePropagation);
-    const functionText = uncurry(Function.prototype.toString);
-    const lastIndexOf = uncurry(String.prototype.lastIndexOf);
-    const codeAt = uncurry(String.prototype.charCodeAt);
     const mapGet = uncurry(Map.prototype.get);
     const mapSet = uncurry(Map.prototype.set);
     const mapDelete = uncurry(Map.prototype.delete);
@@ -66,112 +80,7 @@
 
     // --- Requests and replies ------------------------------------------------------------------------------------
 
-    const decodeUnits = uncurry(TextDecoder.prototype.decode);
-    const unitsDecoder = new TextDecoder('utf-16le', { ignoreBOM: true });
-    const UnitsType = Uint16Array;
-
-    // Replaces a unit that comes so often that a piece of text for each would take too long. Undefined when the text has
-    // halves of surrogate pairs, which the decoder does not take.
-    const replaceMany = (text, unit, by) => {
-        const units = new UnitsType(text.length);
-        const code = codeAt(unit, 0);
-        const byCode = codeAt(by, 0);
-        for (let i = 0; i < text.length; ++i) {
-            const one = codeAt(text, i);
-            if ((one & 0xf800) === 0xd800)
-                return undefined;
-            units[i] = one === code ? byCode : one;
-        }
-        return decodeUnits(unitsDecoder, units);
-    };
-    const runLengths = [4096, 64];
-    const runOf = (unit, count) => {
-        let run = unit;
-        while (run.length < count)
-            run = run + run;
-        return run;
-    };
-    const replaceUnit = (text, unit, by) => {
-        let made = '';
-        let from = 0;
-        let pieces = 0;
-        for (let at = indexOf(text, unit, 0); at >= 0; at = indexOf(text, unit, from)) {
-            if (++pieces > 100 + at / 32) {
-                const all = replaceMany(text, unit, by);
-                if (all !== undefined)
-                    return all;
-                pieces = -text.length;
-            }
-            made = made + slice(text, from, at) + by;
-            from = at + 1;
-            if (text[from] !== unit)
-                continue;
-            for (let i = 0; i < runLengths.length; ++i) {
-                const count = runLengths[i];
-                const run = runOf(unit, count);
-                const byRun = runOf(by, count);
-                for (; slice(text, from, from + count) === run; from += count)
-                    made = made + byRun;
-            }
-        }
-        return made + slice(text, from);
-    };
-    // A zero would end the request, so it is replaced by a unit that the text does not have. A long text gets such a unit in
-    // any case: a string of single bytes, which it would be without, is slower on its way.
-    const longText = 10000;
-    // A text that has all units that are for private use is written in pieces, which are too short for that.
-    const pieceUnits = 6000;
-    const written = (text) => {
-        if (text.length < longText && indexOf(text, '\0', 0) < 0)
-            return text.length + ';' + text;
-        let code = 0xe000;
-        while (code < 0xf900 && indexOf(text, fromCharCode(code), 0) >= 0)
-            ++code;
-        if (code === 0xf900) {
-            let pieces = '';
-            let count = 0;
-            for (let at = 0; at < text.length; at += pieceUnits, ++count)
-                pieces += written(slice(text, at, at + pieceUnits));
-            return count + '+' + pieces;
-        }
-        const stand = fromCharCode(code);
-        return text.length + ':' + stand + replaceUnit(text, '\0', stand);
-    };
-
-    // A natural number or 0, with the character after it.
-    const nextCount = (reader) => {
-        const { text } = reader;
-        let count = 0;
-        for (let at = reader.at; ; ++at) {
-            const unit = text[at];
-            if (unit === ';' || unit === ':' || unit === '+') {
-                reader.at = at + 1;
-                return count;
-            }
-            count = count * 10 + +unit;
-        }
-    };
-    const nextWord = (reader) => {
-        const end = indexOf(reader.text, ';', reader.at);
-        const word = slice(reader.text, reader.at, end);
-        reader.at = end + 1;
-        return word;
-    };
-    const nextText = (reader) => {
-        const count = nextCount(reader);
-        const mark = reader.text[reader.at - 1];
-        if (mark === '+') {
-            let whole = '';
-            for (let i = 0; i < count; ++i)
-                whole += nextText(reader);
-            return whole;
-        }
-        const stand = mark === ':' ? reader.text[reader.at++] : '';
-        const text = slice(reader.text, reader.at, reader.at + count);
-        reader.at += count;
-        return stand === '' ? text : replaceUnit(text, stand, '\0');
-    };
-
+@WIRE_TEXT@
     // What the suite has had for this document and is still to be done, in the order in which it came: a function of the page
     // that is called may send a request, whose reply brings what came later. What came before that is then done first.
     let firstBatch;
@@ -200,6 +109,8 @@
     // Sends a request, does what the suite had for this document until then, and returns a reader of what the request itself
     // is answered; undefined when there is nobody, as for a document that is going away.
     const transact = (request) => {
+        if (printed !== '')
+            sendPrinted();
         const reply = ask('nova', request);
         if (typeof reply !== 'string' || reply === '')
             return undefined;
@@ -575,19 +486,31 @@
         return made;
     };
 
+    const readFailure = (reader) => {
+        const failure = readValue(reader);
+        return isObject(failure) ? errorFromObject(failure) : makeError(false, operationFailed, toText(failure));
+    };
+    const returnPromise = (reader, member) => {
+        ++reader.at;
+        const record = promiseOf(nextCount(reader));
+        record.member = record.member || member;
+        if (record.reason)
+            noteRefusal(record.reason, member);
+        return record.promise;
+    };
     // What a member returns or throws.
-    const result = (reader) => {
+    const result = (reader, member) => {
         if (!reader)
             throw makeError(false, operationFailed, 'the page has been closed');
         switch (reader.text[reader.at++]) {
         case 'r':
+            if (reader.text[reader.at] === 'p')
+                return returnPromise(reader, member);
             return readValue(reader);
-        case 't': {
-            const failure = readValue(reader);
-            throw isObject(failure) ? errorFromObject(failure) : makeError(false, operationFailed, toText(failure));
-        }
+        case 't':
+            throw noteRefusal(readFailure(reader), member);
         case 'w':
-            return result(waitFor(nextWord(reader)));
+            return result(waitFor(nextWord(reader)), member);
         case 'y':
             throw makeTypeError(nextText(reader));
         default:
@@ -605,12 +528,12 @@
         }
         return transact('T' + frame + ';' + ticket + ';');
     };
-    const invoke = (self, classId, member, given) => {
+    const invoke = (self, classId, member, name, given) => {
         const record = isObject(self) ? weakGet(wrapperRecords, self) : undefined;
         if (!record || record.classId !== classId)
             throw makeTypeError('Illegal invocation');
         if (given.length > 255)
-            throw makeError(false, wrongArgument, 'more than 255 arguments');
+            throw noteRefusal(makeError(false, wrongArgument, 'more than 255 arguments'), name);
         const writer = makeWriter('C' + frame + ';' + record.id + ';' + member + ';' + given.length + ';');
         let done = 0;
         try {
@@ -622,22 +545,22 @@
         }
         if (done < given.length) {
             takeBack(writer);
-            throw makeError(false, wrongArgument, 'argument ' + (done + 1) + ': ' + problemOf(writer));
+            throw noteRefusal(makeError(false, wrongArgument, 'argument ' + (done + 1) + ': ' + problemOf(writer)), name);
         }
-        return result(transact(writer.out));
+        return result(transact(writer.out), name);
     };
-    const makeMethod = (classId, member, name) => {
+    const makeMethod = (classId, tag, member, name) => {
         const holder = {
             [name](...given) {
                 /* [native code] */
-                return invoke(this, classId, member, given);
+                return invoke(this, classId, member, tag + '.' + name, given);
             },
         };
         return holder[name];
     };
-    const makeGetter = (classId, member, name) => function () {
+    const makeGetter = (classId, tag, member, name) => function () {
         /* [native code] */
-        const value = invoke(this, classId, member, []);
+        const value = invoke(this, classId, member, tag + '.' + name, []);
         if (isObject(value) && weakGet(wrapperRecords, value))
             keepValue(this, name, value);
         return value;
@@ -652,9 +575,9 @@
             const name = nextText(reader);
             if (isProperty)
                 defineProperty(prototype, name,
-                    { __proto__: null, get: makeGetter(id, member, name), enumerable: true, configurable: true });
+                    { __proto__: null, get: makeGetter(id, tag, member, name), enumerable: true, configurable: true });
             else
-                define(prototype, name, makeMethod(id, member, name), true);
+                define(prototype, name, makeMethod(id, tag, member, name), true);
         }
         defineProperty(prototype, tagSymbol, { __proto__: null, value: tag, configurable: true });
         mapSet(classes, id, { __proto__: null, prototype });
@@ -665,7 +588,7 @@
         for (let count = nextCount(reader); count > 0; --count) {
             const name = nextText(reader);
             const get = () => {
-                const bound = result(transact('B' + frame + ';' + name));
+                const bound = result(transact('B' + frame + ';' + name), '');
                 if (getOwnPropertyDescriptor(root, name)?.configurable)
                     define(root, name, bound, true);
                 keepValue(root, name, bound);
@@ -683,7 +606,7 @@
     const promiseOf = (id) => {
         let record = mapGet(promises, id);
         if (!record) {
-            record = { __proto__: null, promise: undefined, settle: undefined, isReleased: false };
+            record = { __proto__: null, promise: undefined, settle: undefined, isReleased: false, member: '', reason: undefined };
             record.promise = new PromiseType((resolve, reject) => {
                 record.settle = { __proto__: null, resolve, reject };
             });
@@ -702,8 +625,10 @@
             mapDelete(promises, id);
         if (settle && isResolved)
             settle.resolve(value);
-        else if (settle)
-            settle.reject(isObject(value) ? errorFromObject(value) : makeError(false, operationFailed, toText(value)));
+        if (!settle || isResolved)
+            return;
+        record.reason = isObject(value) ? errorFromObject(value) : makeError(false, operationFailed, toText(value));
+        settle.reject(noteRefusal(record.reason, record.member));
     };
     const releasePromise = (id) => {
         const record = mapGet(promises, id);
@@ -715,6 +640,7 @@
     };
     const callFunction = (reader) => {
         const id = nextCount(reader);
+        const event = nextText(reader);
         const given = [];
         const count = nextCount(reader);
         for (let i = 0; i < count; ++i)
@@ -726,7 +652,7 @@
             apply(record.callee, undefined, given);
         } catch (error) {
             try {
-                reportError(error);
+                reportError(error, event === '' ? 'in a callback' : 'in a listener of ' + event);
             } catch {
                 // The stack is short; what else there is must not be lost.
             }
@@ -746,10 +672,10 @@
         }
         case 'v': {
             const ticket = nextCount(reader);
-            const isExpression = reader.text[reader.at++] === 'e';
             const fileName = nextText(reader);
             const source = nextText(reader);
-            const start = () => runSource(ticket, isExpression, fileName, source);
+            const typed = nextText(reader);
+            const start = () => runSource(ticket, fileName, source, typed);
             // It may come before the document has an element to put the script into.
             if (document.readyState === 'loading')
                 listen(document, 'DOMContentLoaded', start);
@@ -798,19 +724,45 @@
     };
     let isScripted = false;
     const outcome = Symbol('outcome');
+    // Lines of the console go together: the first at once, those that come soon after it with the next request, at the latest
+    // when the script has returned to the event loop.
+    let printed = '';
+    let printedAt = 0;
+    let willPrint = false;
+    const soonAfter = 20; // milliseconds
+    const maximumPrinted = 1 << 20;
+    const sendPrinted = () => {
+        const part = printed;
+        printed = '';
+        printedAt = now();
+        if (part !== '')
+            report(part);
+    };
+    const printLine = (text, isError) => {
+        printed += compose('p', isError ? '1' : '', text);
+        if (printed.length > maximumPrinted || now() - printedAt >= soonAfter) {
+            sendPrinted();
+        } else if (!willPrint) {
+            willPrint = true;
+            soon(() => {
+                willPrint = false;
+                sendPrinted();
+            });
+        }
+    };
     const native = {
         __proto__: null,
         // Behind the events of promises that nobody has handled, which come when the script has returned to the event loop.
-        finish: (ticket, ok, text, json, stack, code) => {
-            const part = compose('f', '' + ticket, ok ? '1' : '', text, json, stack, code === undefined ? '' : '' + code);
+        finish: (ticket, ok, text, json, stack, code, facts) => {
+            const part = compose('f', '' + ticket, ok ? '1' : '', text, json, stack, code === undefined ? '' : '' + code, facts);
             rejectPromise({ __proto__: null, [outcome]: part });
             later(() => report(part), 1000); // a script can remove all listeners of the document
         },
-        uncaught: (text, stack, code) => {
+        uncaught: (text, stack, code, facts) => {
             if (isScripted)
-                reportEnd(compose('u', text, stack, code === undefined ? '' : '' + code));
+                reportEnd(compose('u', text, stack, code === undefined ? '' : '' + code, facts));
             else
-                showError('Uncaught ' + text + (stack === '' ? '' : '\n' + stack));
+                showError(facts);
         },
     };
     const consoleObject = console;
@@ -828,52 +780,38 @@
         delete world.__novaTake;
         return taken;
     };
-    // Where a syntax error is can only be had from the event of a script that the document loads; it does not run.
-    let placing; // {address, line}
-    const placeSyntaxError = (error, source, fileName) => new PromiseType((resolve) => {
-        const element = document.createElement('script');
-        placing = { address: URL.createObjectURL(new Blob(['throw 0;' + source])), line: undefined };
-        element.onload = element.onerror = () => {
-            define(error, 'sourceURL', fileName, false);
-            define(error, 'line', placing.line, false);
-            URL.revokeObjectURL(placing.address);
-            placing = undefined;
-            element.remove();
-            resolve();
-        };
-        element.src = placing.address;
-        (document.head ?? document.documentElement).appendChild(element);
-    });
-    const failWithPlace = async (ticket, error, source, fileName) => {
-        if (isError(error) && isPrototypeOf(syntaxErrorPrototype, error))
-            await placeSyntaxError(error, source, fileName);
-        fail(ticket, error);
-    };
+@SYNTAX_PLACES@
     let rejectPromise; // one of the document's own functions, whose promises it hears of
-    const runSource = (ticket, isExpression, fileName, source) => {
+    const runSource = (ticket, fileName, source, typed) => {
         rejectPromise ??= runInDocument('{ const P = Promise; __novaTake((reason) => { new P((resolve, reject) => reject(reason)); }); }');
-        const end = '\n//# sourceURL=' + encodeName(fileName);
+        const known = encodeName(fileName);
+        const end = '\n//# sourceURL=' + known;
         // All on the first line of the source, so that line numbers stay right.
-        const body = 'async function () {' + source + '\n}';
+        let compiled;
+        const wrap = (before, after) => {
+            compiled = before + source + after;
+            noteSource(known, fileName, source, before.length);
+            return compiled;
+        };
         let value;
-        let compiled = source;
         try {
-            if (isExpression) {
+            if (typed !== '') {
+                compiled = source;
+                const shift = indexOf(source, typed, 0);
+                noteSource(known, fileName, shift < 0 ? '' : typed, max(shift, 0));
                 value = runInDocument('__novaTake((source) => eval(source))')(source + end);
             } else {
                 // Checked as a method as well: source that closes one of the two wrappers, "}); ... (function () {", is a
                 // syntax error in the other.
-                compiled = '({ async run() {' + source + '\n}})';
-                indirectEval(compiled);
-                compiled = '(' + body + ')';
-                indirectEval(compiled);
-                value = runInDocument('__novaTake(' + body + ')' + end);
+                indirectEval(wrap('({ async run() {', '\n}})'));
+                indirectEval(wrap('(async function () {', '\n})'));
+                value = runInDocument(wrap('__novaTake(async function () {', '\n})') + end);
             }
         } catch (error) {
-            failWithPlace(ticket, error, compiled, fileName);
+            failWithPlace(ticket, error, compiled, known);
             return;
         }
-        if (isExpression)
+        if (typed !== '')
             settle(ticket, value);
         else
             run(ticket, value);
@@ -883,13 +821,9 @@
         const argv = [];
         for (let count = nextCount(reader); count > 0; --count)
             argv[argv.length] = nextText(reader);
-        const printer = (isError) => function (...given) {
-            report(compose('p', isError ? '1' : '', consoleLine(given)));
-        };
-        for (const name of ['log', 'info', 'debug'])
-            define(console, name, printer(false), true);
-        for (const name of ['warn', 'error'])
-            define(console, name, printer(true), true);
+        colors.output = reader.text[reader.at++] === 't';
+        colors.errors = reader.text[reader.at++] === 't';
+        installConsole(console);
         define(world, 'exit', function exit(code = 0) {
             if (!isInteger(code) || code < 0 || code > 255)
                 throw makeTypeError('exit: the code must be an integer from 0 to 255');
@@ -906,17 +840,20 @@
         addEventListener('error', (event) => {
             preventDefault(event);
             const error = errorOf(event);
-            if (placing && fileOf(event) === placing.address)
-                placing.line = error === 0 ? undefined : lineOf(event);
-            else
-                reportError(error);
+            if (!placing || fileOf(event) !== placing.address)
+                // The browser hides what the suite's own script has thrown.
+                return reportError(error ?? lastRefusal ?? messageOfEvent(event), '');
+            if (error === 0)
+                return;
+            placing.line = lineNumberOf(event);
+            placing.column = columnNumberOf(event) - (placing.line === 1 ? guard.length : 0);
         });
         addEventListener('unhandledrejection', (event) => {
             preventDefault(event);
             const reason = reasonOf(event);
             const part = isObject(reason) ? getOwnPropertyDescriptor(reason, outcome)?.value : undefined;
             if (part === undefined) {
-                reportError(reason);
+                reportError(reason, 'in promise');
             } else {
                 stopImmediatePropagation(event);
                 report(part);

@@ -24,7 +24,7 @@ void ScriptPage::attach(Frame& frame)
     if (const std::shared_ptr<Frame> before = m_frame.lock())
         before->close();
     m_frame = frame.weak_from_this();
-    FrameScript script { m_host, m_options.arguments, {}, {} };
+    FrameScript script { m_host, m_options.arguments, m_options.colors, m_options.errorColors, {}, {} };
     script.finished = [this](int ticket, const Outcome& outcome) { finish(ticket, outcome); };
     script.closed = [this] {
         Outcome gone;
@@ -48,13 +48,14 @@ void ScriptPage::run(const QString& source, const QString& fileName, Done done)
     QString body = source;
     if (body.startsWith(QLatin1String("#!")))
         body.replace(0, 2, QStringLiteral("//"));
-    begin({ false, fileName, body, std::move(done) });
+    begin({ fileName, body, {}, std::move(done) });
 }
 
 void ScriptPage::evaluate(const QString& source, Done done)
 {
     const ReplSource plan = planReplSource(source, m_compiles);
-    begin({ true, QStringLiteral("repl"), plan.script, std::move(done) });
+    const QString name = m_options.inputName + QString::number(++m_inputs);
+    begin({ name, plan.script, source.isEmpty() ? QStringLiteral(" ") : source, std::move(done) });
 }
 
 void ScriptPage::begin(Work work)
@@ -65,7 +66,7 @@ void ScriptPage::begin(Work work)
         return;
     }
     m_running.emplace(++m_lastTicket, std::move(work.done));
-    frame->runScript(m_lastTicket, work.isExpression, work.fileName, work.source);
+    frame->runScript(m_lastTicket, work.fileName, work.source, work.typed);
 }
 
 void ScriptPage::finish(int ticket, const Outcome& outcome)

@@ -28,9 +28,9 @@ public:
 
 private:
     struct Work {
-        bool isExpression;
         QString fileName;
         QString source;
+        QString typed; ///< empty: the source is the body of a function
         Done done;
     };
     void begin(Work work);
@@ -44,6 +44,7 @@ private:
     std::vector<Work> m_later;
     std::map<int, Done> m_running;
     int m_lastTicket = 0;
+    int m_inputs = 0;
     QObject m_mailbox;
 };
 

@@ -59,9 +59,9 @@ SyntaxErrorWhileItRuns: eval "console.log('once'); JSON.parse('{')" -> 1 ^once\n
 Exit: eval exit(7) -> 7
 ExitEndsTheTurn: eval "exit(7); console.log('after')" -> 7 ^after\n$
 ErrorEndsTheTurn: eval "const E = NovaExtension.Event; E.addEventListener('e', () => { throw 'x' }); E.addEventListener('e', () => console.log('second'));
- E.dispatchEvent('e'); console.log('after')" -> 1 ^second\nafter\n$ || ^x\n$
-RejectionAtTheEnd: eval "Promise.reject('no'), 5" -> 1 || ^no\n
-OddOutput: eval "console.log('a', -0, NaN, 5n, '\ud83d\ude00', [1, , 2]); console.error('z'.repeat(3e5).length)" -> 0 ^a -0 NaN 5n \x{1f600} \[1, undefined, 2\]\nnull\n$ || ^300000\n$
+ E.dispatchEvent('e'); console.log('after')" -> 1 ^second\nafter\n$ || ^Uncaught \(in a listener of e\) 'x'\n$
+RejectionAtTheEnd: eval "Promise.reject('no'), 5" -> 1 || ^Uncaught \(in promise\) 'no'\n
+OddOutput: eval "console.log('a', -0, NaN, 5n, '\ud83d\ude00', [1, , 2]); console.error('z'.repeat(3e5).length)" -> 0 ^a -0 NaN 5n \x{1f600} \[ 1, <1 empty item>, 2 \]\nnull\n$ || ^300000\n$
 Traced: eval "NovaExtension.Log.logInfo({moduleName: 'm', logStr: 's'})" --trace -> 0 success || NovaExtension\.Log\.logInfo .* us  ok
 TracedFailure: eval NovaExtension.Log.logInfo() --trace -> 1 || failed: missing required parameters\.
 HandedOutNames: eval "[NovaExtension.SettingsManager.settings({format: 0}), NovaExtension.Account.Privilege, NovaExtension.FileSystem.File({path: '/etc/passwd'}), NovaExtension.CloudDoc.Orbitapi].map(String)" -> 0 ^\["\[object NovaExtension.SettingsManager.Settings\]","\[object NovaExtension.Account.Privilege\]","\[object NovaExtension.FileSystem.File\]","\[object NovaExtension.CloudDoc.Orbitapi\]"\]\n$

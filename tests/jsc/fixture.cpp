@@ -2,6 +2,8 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QTimer>
 #include <cmath>
 
@@ -385,6 +387,12 @@ QString PageTest::shown(const Outcome& outcome)
     if (!outcome.ok)
         return QLatin1Char('!') + outcome.text;
     return outcome.json.isEmpty() ? outcome.text : outcome.json;
+}
+
+QString PageTest::textOf(const Outcome& outcome)
+{
+    const QString list = QLatin1Char('[') + outcome.json + QLatin1Char(']');
+    return QJsonDocument::fromJson(list.toUtf8()).array()[0].toString(outcome.text);
 }
 
 void PageTest::expectShown(const QString& found, const QString& expected)

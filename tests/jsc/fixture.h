@@ -56,6 +56,8 @@ protected:
     Outcome evaluate(const QString& line);
     /// JSON, a text where there is no JSON, or "!" and the error's text.
     static QString shown(const Outcome& outcome);
+    /// A result that is a string.
+    static QString textOf(const Outcome& outcome);
     /// An expected error need only be the beginning of what is shown.
     static void expectShown(const QString& found, const QString& expected);
     /// Spins the event loop until it is so; false after a minute.

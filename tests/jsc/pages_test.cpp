@@ -41,7 +41,7 @@ TEST_F(PageTest, WhatAPagePutsOnTheObjectOfAPropertyStays)
         engine->collectGarbage();
     }
     EXPECT_EQ(
-        run("const p = NovaExtension.Probe; return [p.own, p.Child.own, p.Child.back === p].join()").text,
+        textOf(run("const p = NovaExtension.Probe; return [p.own, p.Child.own, p.Child.back === p].join()")),
         QStringLiteral("1,2,true"));
 }
 
@@ -58,7 +58,7 @@ TEST_F(PageTest, SameNamesAgainAndAgain)
                   .text,
         QStringLiteral("0"));
     engine->collectGarbage();
-    EXPECT_EQ(run("return NovaExtension.Probe.see({ k1: 1, other: 2, k599: 3 })").text,
+    EXPECT_EQ(textOf(run("return NovaExtension.Probe.see({ k1: 1, other: 2, k599: 3 })")),
         QStringLiteral("{k1: int 1, k599: int 3, other: int 2}"));
 }
 

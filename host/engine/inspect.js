@@ -1,0 +1,411 @@
+    // --- Objects as text -----------------------------------------------------------------------------------------
+    // As Node's util.inspect prints them, with its limits. Runs no getter, no toString and no toJSON of the page.
+
+    const maximumItems = 100;
+    const usualDepth = 2;
+    const maximumShown = 1 << 20; // units of one value; objects beyond it are not opened any more
+
+    const arrayPrototype = Array.prototype;
+    const typedArrayLength = accessor(typedArrayPrototype, 'length');
+    const regExpSource = accessor(RegExp.prototype, 'source');
+    const regExpFlags = makeList();
+    for (const [letter, name] of [['d', 'hasIndices'], ['g', 'global'], ['i', 'ignoreCase'], ['m', 'multiline'], ['s', 'dotAll'],
+        ['u', 'unicode'], ['v', 'unicodeSets'], ['y', 'sticky']]) {
+        if (getOwnPropertyDescriptor(RegExp.prototype, name))
+            push(regExpFlags, { __proto__: null, letter, has: accessor(RegExp.prototype, name) });
+    }
+    const mapSize = accessor(Map.prototype, 'size');
+    const setSize = accessor(Set.prototype, 'size');
+    const { getOwnPropertySymbols } = Object;
+    const isEnumerable = uncurry(objectPrototype.propertyIsEnumerable);
+    const isSymbolEnumerable = (object, symbol) => isEnumerable(object, symbol);
+    const domError = globalThis.DOMException?.prototype;
+    const domErrorName = domError && accessor(domError, 'name');
+    const domErrorMessage = domError && accessor(domError, 'message');
+
+    // Built-in classes that are not printed as plain objects, by prototype.
+    const builtInKinds = new WeakMap();
+    for (const name of ['Map', 'Set', 'WeakMap', 'WeakSet', 'WeakRef', 'Date', 'RegExp', 'Promise', 'ArrayBuffer', 'DataView',
+        'Number', 'String', 'Boolean', 'Symbol', 'BigInt']) {
+        if (globalThis[name])
+            weakSet(builtInKinds, globalThis[name].prototype, name);
+    }
+    for (const [name, callee] of [['AsyncFunction', async () => {}], ['GeneratorFunction', function* () {}],
+        ['AsyncGeneratorFunction', async function* () {}]])
+        weakSet(builtInKinds, getPrototypeOf(callee), name);
+    const primitiveOf = { __proto__: null };
+    for (const name of ['Number', 'String', 'Boolean', 'Symbol', 'BigInt'])
+        primitiveOf[name] = uncurry(globalThis[name].prototype.valueOf);
+
+    // A data property, own or inherited; never runs a getter.
+    const peek = (object, name) => {
+        for (let step = 0; object !== null && step < 20; ++step) {
+            const found = getOwnPropertyDescriptor(object, name);
+            if (found)
+                return found.value;
+            object = getPrototypeOf(object);
+        }
+        return undefined;
+    };
+    const peekOwn = (object, name) => getOwnPropertyDescriptor(object, name)?.value;
+    const peekText = (object, name) => {
+        try {
+            const value = peek(object, name);
+            return typeof value === 'string' ? value : '';
+        } catch {
+            return '';
+        }
+    };
+
+    const inspectWithin = (context, value, level) => {
+        context.indent += 2;
+        const text = inspectValue(context, value, level);
+        context.indent -= 2;
+        return text;
+    };
+    const inspectProperty = (context, object, key, level) => {
+        const found = getOwnPropertyDescriptor(object, key);
+        if (!found)
+            return paint(context, 'undefined', 'undefined');
+        if ('value' in found)
+            return inspectWithin(context, found.value, level);
+        if (found.get)
+            return paint(context, found.set ? '[Getter/Setter]' : '[Getter]', 'special');
+        return paint(context, found.set ? '[Setter]' : 'undefined', found.set ? 'special' : 'undefined');
+    };
+
+    // {name, kind, tag}: the constructor's name, '' for none; the built-in class; and toStringTag where that differs.
+    const classOf = (value) => {
+        let name = '';
+        let kind = '';
+        let tag = '';
+        let object = getPrototypeOf(value);
+        const own = getOwnPropertyDescriptor(value, tagSymbol);
+        if (own && !own.enumerable && typeof own.value === 'string')
+            tag = own.value;
+        if (object === objectPrototype || object === arrayPrototype)
+            return { __proto__: null, name: object === arrayPrototype ? 'Array' : 'Object', kind, tag };
+        for (let step = 0; object !== null && step < 20; ++step) {
+            if (name === '') {
+                const maker = getOwnPropertyDescriptor(object, 'constructor')?.value;
+                if (typeof maker === 'function')
+                    name = peekText(maker, 'name');
+            }
+            if (kind === '')
+                kind = weakGet(builtInKinds, object) ?? '';
+            if (tag === '') {
+                const found = getOwnPropertyDescriptor(object, tagSymbol)?.value;
+                if (typeof found === 'string')
+                    tag = found;
+            }
+            object = getPrototypeOf(object);
+        }
+        return { __proto__: null, name, kind, tag: tag === name ? '' : tag };
+    };
+    const prefixOf = (type, fallback, size) => {
+        const tag = type.tag !== '' && type.tag !== fallback ? '[' + type.tag + '] ' : '';
+        if (type.name === '')
+            return '[' + fallback + size + ': null prototype] ' + tag;
+        return type.name + size + ' ' + (type.tag !== '' ? '[' + type.tag + '] ' : '');
+    };
+
+    // `depth` is how many levels are opened.
+    const makeContext = (colors, depth) => (
+        { __proto__: null, colors, depth, isReport: false, indent: 0, lastLevel: 0, shown: 0, above: null, references: makeList() });
+    const isFull = (context) => context.shown > maximumShown;
+    const longList = 10000; // of whose keys a list would take too long
+    const addKeys = (context, value, parts, level, isListed) => {
+        const names = isListed === isIndex && getOwnPropertyDescriptor(value, longList) ? [] : keys(value);
+        const all = makeList();
+        for (let i = 0; i < names.length; ++i) {
+            if (!isListed(names[i]))
+                push(all, names[i]);
+        }
+        const symbols = getOwnPropertySymbols(value);
+        for (let i = 0; i < symbols.length; ++i) {
+            if (isSymbolEnumerable(value, symbols[i]))
+                push(all, symbols[i]);
+        }
+        for (let i = 0; i < all.length && i < maximumItems * 10; ++i)
+            push(parts, keyText(context, all[i]) + ': ' + inspectProperty(context, value, all[i], level));
+        if (all.length > maximumItems * 10)
+            push(parts, moreItems(all.length - maximumItems * 10, 'key'));
+    };
+    const nothingListed = () => false;
+    const moreItems = (count, what) => '... ' + count + ' more ' + what + (count > 1 ? 's' : '');
+    const isIndex = (name) => {
+        const code = codeAt(name, 0);
+        return code >= 48 && code <= 57;
+    };
+    const addElements = (context, value, length, parts, level) => {
+        let next = 0;
+        let isNumeric = true;
+        while (next < length && parts.length < maximumItems) {
+            const found = getOwnPropertyDescriptor(value, next);
+            if (!found) {
+                const from = next;
+                // Looks at the keys for a sparse array, which may have a billion elements.
+                next = nextIndex(value, from, length);
+                push(parts, paint(context, '<' + (next - from) + ' empty item' + (next - from > 1 ? 's' : '') + '>', 'undefined'));
+                isNumeric = false;
+                continue;
+            }
+            isNumeric = isNumeric && (typeof found.value === 'number' || typeof found.value === 'bigint');
+            push(parts, inspectProperty(context, value, next, level));
+            ++next;
+        }
+        if (next < length)
+            push(parts, moreItems(length - next, 'item'));
+        return { __proto__: null, isNumeric, hasMore: next < length };
+    };
+    const nextIndex = (value, from, length) => {
+        for (let i = from + 1; i < length && i < from + 1000; ++i) {
+            if (getOwnPropertyDescriptor(value, i))
+                return i;
+        }
+        if (length <= from + 1000)
+            return length;
+        const names = keys(value);
+        for (let i = 0; i < names.length; ++i) {
+            if (isIndex(names[i]) && toNumber(names[i]) > from)
+                return toNumber(names[i]);
+        }
+        return length;
+    };
+
+    const functionBase = (value, type) => {
+        const name = getOwnPropertyDescriptor(value, 'name')?.value;
+        const hasName = typeof name === 'string' && name !== '';
+        const source = functionText(value);
+        const tag = type.tag !== '' && type.tag !== type.kind ? ' [' + type.tag + ']' : '';
+        if (startsWith(source, 'class') && source[source.length - 1] === '}') {
+            const parent = getPrototypeOf(value);
+            const parentName = parent === null ? '[null prototype]' : peekText(parent, 'name');
+            return '[class ' + (hasName ? name : '(anonymous)') + tag + (parentName === '' ? '' : ' extends ' + parentName) + ']';
+        }
+        const kind = type.kind === '' ? 'Function' : type.kind;
+        return '[' + kind + (type.name === '' ? ' (null prototype)' : '') + (hasName ? ': ' + name : ' (anonymous)') + ']' + tag;
+    };
+    const bytesText = (bytes) => {
+        const count = typedArrayBytes(bytes);
+        let text = '';
+        for (let i = 0; i < count && i < 50; ++i)
+            text = text + (i === 0 ? '' : ' ') + hex(bytes[i], 2, lowerDigits);
+        return '<' + text + (count > 50 ? ' ' + moreItems(count - 50, 'byte') : '') + '>';
+    };
+
+    // NovaExtension and its objects: the names of their members, none of which is bound for that.
+    const inspectNative = (context, value, tag, level) => {
+        if (level > 0)
+            return paint(context, '[' + tag + ']', 'special');
+        const isRoot = tag === 'NovaExtension';
+        const holder = isRoot ? value : getPrototypeOf(value);
+        const names = keys(holder);
+        const parts = makeList();
+        for (let i = 0; i < names.length; ++i) {
+            const found = getOwnPropertyDescriptor(holder, names[i]);
+            push(parts, isRoot ? names[i] : found?.get ? names[i] + ': ' + paint(context, '[Getter]', 'special') : names[i] + '()');
+        }
+        if (!isRoot)
+            addKeys(context, value, parts, level + 1, nothingListed);
+        if (parts.length === 0)
+            return tag + ' {}';
+        return layOut(context, level, parts, tag, '{', '}', { __proto__: null, isNumeric: false, hasMore: false });
+    };
+
+    // How an object is shown: its own text, if any, whose style is used where nothing follows, and the parts between `open` and
+    // `close`: what add(parts) adds, and the keys but for those that isListed(key) says have been added.
+    const makeShape = (open) => ({ __proto__: null, open, close: '}', base: '', style: '', list: undefined, isListed: nothingListed, add: undefined });
+    // Of a built-in class; undefined where it is no real one, but an heir of the class's prototype.
+    const shapeOf = (context, value, type, level) => {
+        const shape = makeShape('{');
+        const prefix = (fallback, size) => prefixOf(type, fallback, size);
+        const elements = (length) => (parts) => { shape.list = addElements(context, value, length, parts, level + 1); };
+        if (isArray(value)) {
+            const length = getOwnPropertyDescriptor(value, 'length')?.value ?? 0;
+            shape.open = type.name === 'Array' && type.tag === '' ? '[' : prefix('Array', '(' + length + ')') + '[';
+            shape.close = ']';
+            shape.isListed = isIndex;
+            shape.add = elements(length);
+            return shape;
+        }
+        if (isView(value) && typedArrayKind(value) !== undefined) {
+            const length = typedArrayLength(value);
+            shape.open = prefix(typedArrayKind(value), '(' + length + ')') + '[';
+            shape.close = ']';
+            shape.isListed = isIndex;
+            shape.add = elements(length);
+            return shape;
+        }
+        switch (type.kind) {
+        case 'Map':
+            shape.open = prefix('Map', '(' + mapSize(value) + ')') + '{';
+            shape.add = (parts) => mapEach(value, (item, key) => {
+                if (parts.length < maximumItems)
+                    push(parts, inspectWithin(context, key, level + 1) + ' => ' + inspectWithin(context, item, level + 1));
+                else if (parts.length === maximumItems)
+                    push(parts, moreItems(mapSize(value) - maximumItems, 'item'));
+            });
+            return shape;
+        case 'Set':
+            shape.open = prefix('Set', '(' + setSize(value) + ')') + '{';
+            shape.add = (parts) => setEach(value, (item) => {
+                if (parts.length < maximumItems)
+                    push(parts, inspectWithin(context, item, level + 1));
+                else if (parts.length === maximumItems)
+                    push(parts, moreItems(setSize(value) - maximumItems, 'item'));
+            });
+            return shape;
+        case 'WeakMap':
+        case 'WeakSet':
+            shape.open = prefix(type.kind, '') + '{';
+            shape.add = (parts) => push(parts, paint(context, '<items unknown>', 'special'));
+            return shape;
+        case 'ArrayBuffer': {
+            const bytes = bytesOf(value);
+            shape.open = prefix(type.kind, '') + '{';
+            shape.add = (parts) => {
+                if (typeof bytes === 'string') {
+                    push(parts, '(detached)');
+                } else {
+                    push(parts, paint(context, '[Uint8Contents]', 'special') + ': ' + bytesText(bytes));
+                    push(parts, 'byteLength: ' + paint(context, toText(typedArrayBytes(bytes)), 'number'));
+                }
+            };
+            return shape;
+        }
+        case 'DataView':
+            shape.open = prefix('DataView', '') + '{';
+            shape.add = (parts) => {
+                push(parts, 'byteLength: ' + paint(context, toText(dataViewBytes(value)), 'number'));
+                push(parts, 'byteOffset: ' + paint(context, toText(dataViewOffset(value)), 'number'));
+                push(parts, 'buffer: ' + inspectWithin(context, dataViewBuffer(value), level + 1));
+            };
+            return shape;
+        case 'Date':
+            try {
+                shape.base = dateText(value);
+            } catch {
+                shape.base = 'Invalid Date';
+            }
+            shape.style = 'date';
+            return shape;
+        case 'RegExp': {
+            let flags = '';
+            for (let i = 0; i < regExpFlags.length; ++i)
+                flags = flags + (regExpFlags[i].has(value) ? regExpFlags[i].letter : '');
+            shape.base = '/' + regExpSource(value) + '/' + flags;
+            shape.style = 'regexp';
+            return shape;
+        }
+        case 'Number':
+        case 'String':
+        case 'Boolean':
+        case 'Symbol':
+        case 'BigInt': {
+            const primitive = primitiveOf[type.kind](value);
+            const named = type.name !== type.kind && type.name !== '' ? ' (' + type.name + ')' : '';
+            const text = inspectPrimitive(makeContext(false, 0), primitive);
+            shape.base = '[' + type.kind + named + ': ' + text + ']';
+            shape.style = typeof primitive;
+            if (type.kind === 'String')
+                shape.isListed = isIndex;
+            return shape;
+        }
+        }
+        return undefined;
+    };
+
+    // The number of an object that has itself in it, which it keeps where it is shown again.
+    const referenceTo = (context, value) => {
+        for (let i = 0; i < context.references.length; ++i) {
+            if (context.references[i] === value)
+                return i + 1;
+        }
+        push(context.references, value);
+        return context.references.length;
+    };
+    const circularMark = (context, value) => {
+        for (let one = context.above; one !== null; one = one.next) {
+            if (one.value === value) {
+                if (one.reference === 0)
+                    one.reference = referenceTo(context, value);
+                return paint(context, '[Circular *' + one.reference + ']', 'special');
+            }
+        }
+        return '';
+    };
+    const referenceOf = (context, here) => (here.reference === 0 ? '' : paint(context, '<ref *' + here.reference + '>', 'special'));
+    const inspectObject = (context, value, level) => {
+        const circular = circularMark(context, value);
+        if (circular !== '')
+            return circular;
+        const type = classOf(value);
+        if (startsWith(type.tag, 'NovaExtension') && typeof value === 'object')
+            return inspectNative(context, value, type.tag, level);
+        let shape;
+        try {
+            shape = typeof value === 'function' ? undefined : shapeOf(context, value, type, level);
+        } catch {
+            // An heir of a built-in class's prototype that is none itself.
+        }
+        if (typeof value === 'function') {
+            shape = makeShape('{');
+            shape.base = functionBase(value, type);
+            shape.style = 'special';
+        } else if (!shape) {
+            shape = makeShape(type.name === 'Object' && type.tag === '' ? '{' : prefixOf(type, 'Object', '') + '{');
+        }
+        const isError = isErrorObject(value);
+        const isEmpty = !shape.add && !isError && keys(value).length === 0;
+        if ((level > context.depth && !isEmpty && !(isArray(value) && peekOwn(value, 'length') === 0)) || isFull(context)) {
+            if (isError || shape.base !== '')
+                return isError ? '[' + fullTitle(value) + ']' : paint(context, shape.base, shape.style);
+            const name = isArray(value) ? 'Array' : type.name === '' ? 'Object: null prototype' : type.name;
+            return paint(context, '[' + name + ']', 'special');
+        }
+        const here = { __proto__: null, value, reference: 0, next: context.above };
+        const levelBefore = context.lastLevel;
+        context.above = here;
+        context.lastLevel = level;
+        let text;
+        if (isError) {
+            text = inspectError(context, value, level);
+            if (here.reference !== 0)
+                text = referenceOf(context, here) + ' ' + text;
+        } else {
+            const parts = makeList();
+            if (shape.add)
+                shape.add(parts);
+            const listed = parts.length;
+            addKeys(context, value, parts, level + 1, shape.isListed);
+            if (shape.list && parts.length > listed)
+                shape.list.isNumeric = false;
+            if (parts.length === 0) {
+                context.lastLevel = levelBefore;
+                text = shape.base !== '' ? paint(context, shape.base, shape.style) : shape.open + shape.close;
+            } else {
+                const mark = referenceOf(context, here);
+                const base = mark === '' || shape.base === '' ? mark + shape.base : mark + ' ' + shape.base;
+                text = layOut(context, level, parts, base, shape.open, shape.close, shape.list);
+            }
+        }
+        context.above = here.next;
+        context.shown += text.length;
+        return text;
+    };
+    const inspectValue = (context, value, level) => (isObject(value) ? inspectObject(context, value, level) : inspectPrimitive(context, value));
+
+    const inspect = (value, isColored, depth) => {
+        try {
+            return inspectValue(makeContext(isColored, depth), value, 0);
+        } catch {
+            return '[' + typeof value + ' that can not be shown]';
+        }
+    };
+
+    // Whether what is printed has colours; set before the page's script runs.
+    const colors = { __proto__: null, output: false, errors: false };
+    // A result as the repl shows it.
+    const show = (value) => inspect(value, colors.output, usualDepth);
+

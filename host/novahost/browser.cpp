@@ -108,6 +108,8 @@ engine::WebEngineHost Browser::host()
             } };
     };
     host.directory = [this](const QString& name) {
+        if (name == QLatin1String("script"))
+            return m_scripts;
         return name == QLatin1String("app") ? m_application : findPanelPages(name);
     };
     host.skinImage = suite::drawSkinImage;

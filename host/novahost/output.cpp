@@ -1,5 +1,7 @@
 #include "host/novahost/output.h"
 
+#include "host/novahost/advice.h"
+
 #include <cstdio>
 
 namespace novahost {
@@ -19,6 +21,9 @@ void printError(const engine::Outcome& error)
         text += QLatin1Char('\n') + error.stack;
     if (error.hasCode)
         text += QString::fromLatin1("\ncode: %1").arg(error.code);
+    const QString advice = adviceOn(error);
+    if (!advice.isEmpty())
+        text += QLatin1Char('\n') + advice;
     printLine(text, true);
 }
 

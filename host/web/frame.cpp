@@ -74,12 +74,12 @@ void Frame::setScript(FrameScript script)
     m_script = std::move(script);
 }
 
-void Frame::runScript(int ticket, bool isExpression, const QString& fileName, const QString& source)
+void Frame::runScript(int ticket, ScriptKind kind, const QString& fileName, const QString& source)
 {
     WireWriter message;
     message.unit('v');
     message.count(static_cast<std::uint64_t>(ticket));
-    message.unit(isExpression ? 'e' : 'b');
+    message.unit(static_cast<char>(kind));
     message.text(fileName);
     message.text(source);
     queue(message.take());

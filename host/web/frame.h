@@ -51,7 +51,7 @@ public:
     /// Makes the document that of scripts of the command line.
     void setScript(FrameScript script);
     /// Has the document run a script.
-    void runScript(int ticket, bool isExpression, const QString& fileName, const QString& source);
+    void runScript(int ticket, ScriptKind kind, const QString& fileName, const QString& source);
 
     /// What the document gets first.
     QString greeting();

@@ -746,10 +746,16 @@
         }
         case 'v': {
             const ticket = nextCount(reader);
-            const isExpression = reader.text[reader.at++] === 'e';
+            const kind = reader.text[reader.at++];
             const fileName = nextText(reader);
             const source = nextText(reader);
-            const start = () => runSource(ticket, isExpression, fileName, source);
+            const start = () => {
+                rejectPromise ??= runInDocument('{ const P = Promise; __novaTake((reason) => { new P((resolve, reject) => reject(reason)); }); }');
+                if (kind === 'm')
+                    settle(ticket, runInDocument(importer)(fileName));
+                else
+                    runSource(ticket, kind === 'e', fileName, source);
+            };
             // It may come before the document has an element to put the script into.
             if (document.readyState === 'loading')
                 listen(document, 'DOMContentLoaded', start);
@@ -828,6 +834,7 @@
         delete world.__novaTake;
         return taken;
     };
+    const importer = '__novaTake((address) => import(address))';
     // Where a syntax error is can only be had from the event of a script that the document loads; it does not run.
     let placing; // {address, line}
     const placeSyntaxError = (error, source, fileName) => new PromiseType((resolve) => {
@@ -851,7 +858,6 @@
     };
     let rejectPromise; // one of the document's own functions, whose promises it hears of
     const runSource = (ticket, isExpression, fileName, source) => {
-        rejectPromise ??= runInDocument('{ const P = Promise; __novaTake((reason) => { new P((resolve, reject) => reject(reason)); }); }');
         const end = '\n//# sourceURL=' + encodeName(fileName);
         // All on the first line of the source, so that line numbers stay right.
         const body = 'async function () {' + source + '\n}';

@@ -2,6 +2,8 @@
 
 #include "host/engine/replsource.h"
 
+#include <QUrl>
+
 namespace engine::web {
 
 ScriptPage::ScriptPage(PageOptions options, PageHost host, Compiles compiles, Gone gone)
@@ -48,13 +50,20 @@ void ScriptPage::run(const QString& source, const QString& fileName, Done done)
     QString body = source;
     if (body.startsWith(QLatin1String("#!")))
         body.replace(0, 2, QStringLiteral("//"));
-    begin({ false, fileName, body, std::move(done) });
+    begin({ ScriptKind::Body, fileName, body, std::move(done) });
+}
+
+bool ScriptPage::importModule(const QString& fileName, Done done)
+{
+    const QString path = QString::fromLatin1(QUrl::toPercentEncoding(fileName));
+    begin({ ScriptKind::Module, QLatin1String(ScriptOrigin) + QLatin1Char('/') + path, {}, std::move(done) });
+    return true;
 }
 
 void ScriptPage::evaluate(const QString& source, Done done)
 {
     const ReplSource plan = planReplSource(source, m_compiles);
-    begin({ true, QStringLiteral("repl"), plan.script, std::move(done) });
+    begin({ ScriptKind::Expression, QStringLiteral("repl"), plan.script, std::move(done) });
 }
 
 void ScriptPage::begin(Work work)
@@ -65,7 +74,7 @@ void ScriptPage::begin(Work work)
         return;
     }
     m_running.emplace(++m_lastTicket, std::move(work.done));
-    frame->runScript(m_lastTicket, work.isExpression, work.fileName, work.source);
+    frame->runScript(m_lastTicket, work.kind, work.fileName, work.source);
 }
 
 void ScriptPage::finish(int ticket, const Outcome& outcome)

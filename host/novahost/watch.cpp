@@ -4,6 +4,7 @@
 #include "host/novahost/signals.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDirIterator>
 #include <QFileInfo>
 #include <QFileSystemWatcher>

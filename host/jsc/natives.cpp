@@ -1,7 +1,9 @@
 #include "host/jsc/natives.h"
 
 #include "host/jsc/pagestate.h"
+#include "host/jsc/webapis.h"
 
+#include <QRandomGenerator>
 #include <chrono>
 
 namespace engine::jsc {
@@ -122,6 +124,35 @@ JSValueRef makeGetter(PageState& page, JSContextRef ctx, Arguments arguments, JS
     return page.wrappers().makeRootGetter(stringOf(ctx, arguments[0]));
 }
 
+JSValueRef milliseconds(PageState& page, JSContextRef ctx, Arguments, JSValueRef*)
+{
+    return JSValueMakeNumber(ctx, page.milliseconds());
+}
+
+// Fills a Uint8Array.
+JSValueRef fillRandom(PageState&, JSContextRef ctx, Arguments arguments, JSValueRef* exception)
+{
+    JSObjectRef array = asObject(arguments[0]);
+    auto* bytes = static_cast<char*>(JSObjectGetTypedArrayBytesPtr(ctx, array, exception));
+    if (!bytes)
+        return JSValueMakeUndefined(ctx);
+    bytes += JSObjectGetTypedArrayByteOffset(ctx, array, nullptr);
+    char* const end = bytes + JSObjectGetTypedArrayByteLength(ctx, array, nullptr);
+    QRandomGenerator::system()->generate(bytes, end);
+    return JSValueMakeUndefined(ctx);
+}
+
+JSValueRef webApi(PageState&, JSContextRef ctx, Arguments arguments, JSValueRef* exception)
+{
+    return loadWebApi(ctx, stringOf(ctx, arguments[0]), exception);
+}
+
+JSValueRef addKinds(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef*)
+{
+    page.addKinds(asObject(arguments[0]));
+    return JSValueMakeUndefined(ctx);
+}
+
 } // namespace
 
 JSObjectRef makeNatives(JSGlobalContextRef ctx)
@@ -144,6 +175,10 @@ JSObjectRef makeNatives(JSGlobalContextRef ctx)
     add("isProxy", callback<1, isProxy>);
     add("isNative", callback<1, isNative>);
     add("makeGetter", callback<1, makeGetter>);
+    add("milliseconds", callback<0, milliseconds>);
+    add("fillRandom", callback<1, fillRandom>);
+    add("webApi", callback<1, webApi>);
+    add("addKinds", callback<1, addKinds>);
     return natives;
 }
 

@@ -13,6 +13,7 @@ public:
 
     JSContextEnv context() const override { return m_state->env(); }
     void run(const QString& source, const QString& fileName, Done done) override;
+    bool importModule(const QString&, Done) override { return false; }
     void evaluate(const QString& source, Done done) override;
     QStringList propertyNames(const QString& path) override;
     void close() override { m_state->close(); }

@@ -57,6 +57,7 @@ PageState::~PageState()
 
 void PageState::open(const PageOptions& options)
 {
+    m_clock.start();
     m_env = m_core->openPage(this, options.browser);
     m_engine->addPage(m_ctx, this);
     const Entry entry(*this);

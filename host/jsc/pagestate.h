@@ -11,6 +11,7 @@
 #include "host/jsc/timers.h"
 #include "host/jsc/wrappers.h"
 
+#include <QElapsedTimer>
 #include <memory>
 #include <unordered_map>
 
@@ -44,6 +45,9 @@ public:
     const JSContextEnv& env() const { return m_env; }
     const Prelude& prelude() const { return m_prelude; }
     Shapes& shapes() { return m_shapes; }
+    void addKinds(JSObjectRef list) { m_prelude.addKinds(list); } ///< see there
+    /// The time since the page was opened.
+    double milliseconds() const { return static_cast<double>(m_clock.nsecsElapsed()) / 1e6; }
     KeyNames& keyNames() { return m_keyNames; }
     Wrappers& wrappers() { return m_wrappers; }
     Functions& functions() { return m_functions; }
@@ -99,6 +103,7 @@ private:
     std::unique_ptr<Timers> m_timers;
     std::unordered_map<int, Page::Done> m_tickets;
     std::unordered_map<int, std::function<void(JSValueRef)>> m_continuations;
+    QElapsedTimer m_clock;
     int m_lastTicket = 0;
     int m_depth = 0;
     bool m_closing = false;

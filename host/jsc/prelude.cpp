@@ -69,12 +69,17 @@ void Prelude::load(JSGlobalContextRef ctx, JSObjectRef native)
 
     m_languagePrototypes = asObject(call(take("languagePrototypes"), nullptr));
     JSValueProtect(ctx, m_languagePrototypes);
-    const auto count = static_cast<unsigned>(JSValueToNumber(
-        ctx, JSObjectGetProperty(ctx, m_languagePrototypes, Text("length"), nullptr), nullptr));
-    m_kinds.reserve(count / 2);
+    addKinds(m_languagePrototypes);
+}
+
+void Prelude::addKinds(JSObjectRef list)
+{
+    const auto count = static_cast<unsigned>(
+        JSValueToNumber(m_ctx, JSObjectGetProperty(m_ctx, list, Text("length"), nullptr), nullptr));
+    m_kinds.reserve(m_kinds.size() + count / 2);
     for (unsigned i = 0; i + 1 < count; i += 2) {
-        m_kinds.emplace_back(asObject(JSObjectGetPropertyAtIndex(ctx, m_languagePrototypes, i + 1, nullptr)),
-            stringOf(ctx, JSObjectGetPropertyAtIndex(ctx, m_languagePrototypes, i, nullptr)));
+        m_kinds.emplace_back(asObject(JSObjectGetPropertyAtIndex(m_ctx, list, i + 1, nullptr)),
+            stringOf(m_ctx, JSObjectGetPropertyAtIndex(m_ctx, list, i, nullptr)));
     }
     std::sort(m_kinds.begin(), m_kinds.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
 }

@@ -26,6 +26,9 @@ public:
     /// Runs prelude.js; `native` is the object of functions that it calls. Aborts when that fails, since the
     /// script is part of the program.
     void load(JSGlobalContextRef ctx, JSObjectRef native);
+    /// Adds built-in prototypes to those that languageKind() knows: an array of names, each followed by its prototype,
+    /// which must last as long as the page.
+    void addKinds(JSObjectRef list);
     /// Releases the roots. Nothing may be called afterwards.
     void unload();
 

@@ -185,6 +185,71 @@
         colors.errors = errors;
     };
 
+    // What pages have in every browser beside the language, loaded when it is first used. Each script's functions are those
+    // that it exports; what else it defines stays in a global object of its own.
+    const webApis = {
+        __proto__: null,
+        clone: ['DOMException', 'structuredClone', 'atob', 'btoa'],
+        crypto: ['crypto'],
+        events: ['Event', 'CustomEvent', 'EventTarget', 'AbortSignal', 'AbortController'],
+        performance: ['performance'],
+        text: ['TextEncoder', 'TextDecoder'],
+        url: ['URL', 'URLSearchParams'],
+    };
+    const { milliseconds, fillRandom } = native;
+    const forWebApis = {
+        __proto__: null, milliseconds, fillRandom, reportError, timeOrigin: Date.now(),
+        startTimer: (callback, delay) => native.startTimer(callback, toNumber(delay), false),
+    };
+    const loadWebApi = (script) => {
+        const names = webApis[script];
+        const prototypes = [];
+        const scope = {};
+        const globals = ownKeys(globalThis);
+        for (let i = 0; i < globals.length; ++i)
+            define(scope, globals[i], getOwnPropertyDescriptor(globalThis, globals[i]).value, false);
+        const made = apply(native.webApi(script), undefined, [scope, forWebApis]);
+        for (let i = 0; i < names.length; ++i) {
+            const value = made[names[i]];
+            const prototype = typeof value === 'function' ? getOwnPropertyDescriptor(value, 'prototype')?.value : undefined;
+            if (isObject(prototype)) {
+                define(prototypes, prototypes.length, names[i], true);
+                define(prototypes, prototypes.length, prototype, true);
+            }
+            if (weakGet(lazyGetters, getOwnPropertyDescriptor(globalThis, names[i])?.get ?? names) === script)
+                define(globalThis, names[i], value, false);
+        }
+        apiPrototypes[script] = prototypes;
+        native.addKinds(prototypes);
+        return made;
+    };
+    const lazyGetters = new WeakMap(); // the script behind each
+    const apiPrototypes = { __proto__: null }; // kept as long as the page, also when it deletes the functions
+    for (const script of keys(webApis)) {
+        let made;
+        const none = { __proto__: null };
+        const load = () => {
+            if (!made) {
+                made = none; // the script looks whether the engine has them
+                try {
+                    made = loadWebApi(script);
+                } catch (error) {
+                    made = undefined; // the stack is short
+                    throw error;
+                }
+            }
+            return made;
+        };
+        for (const name of webApis[script]) {
+            const get = () => load()[name];
+            const set = function (value) {
+                define(this ?? globalThis, name, value, true);
+            };
+            weakSet(lazyGetters, get, script);
+            defineProperty(globalThis, name, { __proto__: null, get, set, enumerable: false, configurable: true });
+        }
+    }
+
     // NovaExtension: every object is bound at its first access and is a plain property from then on.
     const makeRoot = (names) => {
         const root = {};

@@ -116,6 +116,8 @@ engine::WebEngineHost Browser::host()
     host.directory = [this](const QString& name) {
         if (name == QLatin1String(suite::PurchaseHost))
             return QString(QLatin1String(suite::PurchaseFiles));
+        if (name == QLatin1String("script"))
+            return m_scripts;
         return name == QLatin1String("app") ? m_application : findPanelPages(name);
     };
     host.skinImage = suite::drawSkinImage;

@@ -22,6 +22,8 @@ public:
     void stop();
     /// The directory that is served as nova://app/. A view that is made shows the page of its name there, if there is one.
     void setApplication(const QString& directory) { m_application = directory; }
+    /// The directory that is served as nova://script/, from which a script imports modules.
+    void setScripts(const QString& directory) { m_scripts = directory; }
     /// Says what a view shows when it is made: an address, or the page that the engine has opened for it.
     void expect(const QString& viewId, const QUrl& url = {}) { m_expected[viewId] = url; }
     /// The same while the engine runs; false when it does not.
@@ -40,6 +42,7 @@ private:
     QLibrary m_library;
     std::unique_ptr<engine::WebEngine> m_engine;
     QString m_application;
+    QString m_scripts;
     QHash<QString, QUrl> m_expected;
 };
 

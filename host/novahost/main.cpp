@@ -6,6 +6,7 @@
 #include "host/novahost/repl.h"
 #include "host/novahost/script.h"
 #include "host/novahost/signals.h"
+#include "host/novahost/watch.h"
 
 #include "host/krt/centre.h"
 #include "host/profile/directories.h"
@@ -75,6 +76,22 @@ int run(novahost::Suite& suite, const novahost::Options& options, novahost::Sign
     return novahost::UsageError;
 }
 
+/// Runs this program without --watch, again and again.
+int watch(const novahost::Options& options, int argc, char** argv)
+{
+    if (!novahost::Signals::hold())
+        return novahost::fail(novahost::Failure, QStringLiteral("no pipe can be made for signals"));
+    const QCoreApplication application(argc, argv);
+    QStringList words = QCoreApplication::arguments().mid(1);
+    // What follows the script is its own.
+    const int ownWords = words.size() - options.arguments.size();
+    for (int i = ownWords - 1; i >= 0; --i) {
+        if (words[i] == QLatin1String("--watch"))
+            words.removeAt(i);
+    }
+    return novahost::watchScript(options, words);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -85,6 +102,8 @@ int main(int argc, char** argv)
     if (!options)
         return exitCode;
 
+    if (options->watch)
+        return watch(*options, argc, argv);
     QString error = novahost::Suite::prepare(*options);
     if (!error.isEmpty())
         return novahost::fail(novahost::UsageError, error);

@@ -25,7 +25,7 @@ int findScriptArguments(const CLI::App& app, int argc, char** argv)
         const std::string word = argv[i];
         if (running && word == "--")
             return std::min(i + 2, argc);
-        if (word.rfind('-', 0) == 0) {
+        if (word.rfind('-', 0) == 0 && word != "-") {
             const CLI::Option* option = app.get_option_no_throw(word);
             i += option && option->get_items_expected_max() > 0 ? 1 : 0;
         } else if (running) {
@@ -46,6 +46,12 @@ std::string checkMask(const std::string& given)
     QString::fromStdString(given).toUInt(&ok, 0);
     return ok ? std::string()
               : "a mask is a number below 2^32, such as 64 or 0x40; \"" + given + "\" is none";
+}
+
+std::string checkScript(const std::string& given)
+{
+    std::string name = given;
+    return given == "-" ? std::string() : CLI::ExistingFile(name);
 }
 
 bool readSize(const std::string& given, int& width, int& height)
@@ -138,9 +144,10 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
         ->option_text("STEP,...");
 
     CLI::App* run = app.add_subcommand("run", "Run a file as the body of an async function");
-    run->add_option("FILE", script, "The script; all that follows is its process.argv")
+    run->add_option("FILE", script, "The script, - for standard input; all that follows is its process.argv")
         ->required()
-        ->check(CLI::ExistingFile);
+        ->check(checkScript);
+    run->add_flag("--watch", options.watch, "Run it again whenever it changes, or what it imports");
 
     CLI::App* eval = app.add_subcommand("eval", "Print the awaited answer of an expression as JSON");
     eval->add_option("EXPRESSION", script)->required();
@@ -216,6 +223,11 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     options.without = toQStringList(without);
     options.play = toQString(play);
     options.script = toQString(script);
+    if (options.watch && options.script == QLatin1String("-")) {
+        exitCode =
+            fail(UsageError, QStringLiteral("--watch is for a file; standard input can be read only once"));
+        return std::nullopt;
+    }
     options.arguments = toQStringList(std::vector<std::string>(argv + ownArguments, argv + argc));
     options.page = toQString(page);
     readSize(size, options.width, options.height);

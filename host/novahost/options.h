@@ -24,7 +24,8 @@ struct Options {
     bool browser = false; ///< runs the script in a browser view
     QString play;         ///< steps to play while the page runs
 
-    QString script;        ///< run: the file; eval: the expression
+    bool watch = false;    ///< run: again whenever the script changes
+    QString script;        ///< run: the file, - for standard input; eval: the expression
     QStringList arguments; ///< run: what follows the file
     QString page;          ///< open: a file or an address
     int width = 1000;      ///< open: of the window, in CSS pixels

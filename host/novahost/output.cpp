@@ -1,5 +1,7 @@
 #include "host/novahost/output.h"
 
+#include "host/novahost/advice.h"
+
 #include <QAbstractEventDispatcher>
 #include <chrono>
 #include <cstdio>
@@ -58,13 +60,17 @@ bool useColors(FILE* stream)
 
 void printError(const engine::Outcome& error)
 {
-    if (!error.report.isEmpty())
-        return printLine(error.report, true);
-    QString text = error.text;
-    if (!error.stack.isEmpty())
-        text += QLatin1Char('\n') + error.stack;
-    if (error.hasCode)
-        text += QString::fromLatin1("\ncode: %1").arg(error.code);
+    QString text = error.report;
+    if (text.isEmpty()) {
+        text = error.text;
+        if (!error.stack.isEmpty())
+            text += QLatin1Char('\n') + error.stack;
+        if (error.hasCode)
+            text += QString::fromLatin1("\ncode: %1").arg(error.code);
+    }
+    const QString advice = adviceOn(error);
+    if (!advice.isEmpty())
+        text += QLatin1Char('\n') + advice;
     printLine(text, true);
 }
 

@@ -1,9 +1,10 @@
 #include "host/novahost/script.h"
 
+#include "host/novahost/module.h"
 #include "host/novahost/output.h"
 
 #include <QCoreApplication>
-#include <QFile>
+#include <QFileInfo>
 #include <QTimer>
 #include <functional>
 
@@ -83,17 +84,31 @@ int printResult(const engine::Outcome& outcome)
 
 int runScript(Suite& suite, const Options& options)
 {
+    const bool isInput = options.script == QLatin1String("-");
     QFile file(options.script);
-    if (!file.open(QIODevice::ReadOnly))
+    if (isInput ? !file.open(stdin, QIODevice::ReadOnly) : !file.open(QIODevice::ReadOnly))
         return fail(UsageError, QString::fromLatin1("%1: %2").arg(options.script, file.errorString()));
+    const QString name = isInput ? QStringLiteral("[stdin]") : options.script;
     const QString source = QString::fromUtf8(file.readAll());
+    const bool module = isModule(name, source);
+    if (module && (isInput || !options.browser))
+        return fail(UsageError,
+            isInput ? QStringLiteral("a module must be a file; standard input can not be imported")
+                    : QStringLiteral(
+                        "%1 is a module, and the bare script engine has none; novahost --browser run %1 "
+                        "runs it")
+                          .arg(options.script));
     PageRun run(suite, options);
     return run.wait([&] {
-        run.page().run(source, options.script, [&](const engine::Outcome& outcome) {
+        const auto done = [&](const engine::Outcome& outcome) {
             if (!outcome.ok)
                 printError(outcome);
             run.end(outcome.ok ? 0 : Failure);
-        });
+        };
+        if (module)
+            run.page().importModule(QFileInfo(options.script).fileName(), done);
+        else
+            run.page().run(source, name, done);
     });
 }
 

@@ -158,8 +158,11 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
         }
         qputenv("QTWEBENGINE_REMOTE_DEBUGGING", "127.0.0.1:" + QByteArray::number(options.devToolsPort));
     }
-    if (options.command == Command::Run)
-        suite->m_browser.setApplication(QFileInfo(options.script).absolutePath());
+    if (options.command == Command::Run) {
+        const QString folder = QFileInfo(options.script).absolutePath();
+        suite->m_browser.setApplication(folder);
+        suite->m_browser.setScripts(folder);
+    }
     if (options.browser && !suite->m_browser.engine(error))
         return nullptr;
     suite::setViewMaker([browser = &suite->m_browser](const QString& viewId, engine::ViewHost host) {

@@ -50,8 +50,9 @@ public:
 
     /// Makes the document that of scripts of the command line.
     void setScript(FrameScript script);
-    /// Has the document run a script: the body of a function, or what was typed, when `typed` is not empty.
-    void runScript(int ticket, const QString& fileName, const QString& source, const QString& typed);
+    /// Has the document run a script; `typed` is the part of an expression's source that the user has typed.
+    void runScript(
+        int ticket, ScriptKind kind, const QString& fileName, const QString& source, const QString& typed);
 
     /// What the document gets first.
     QString greeting();

@@ -6,6 +6,13 @@
 
 namespace engine::web {
 
+/// How a script is run; the letters are those of the prelude.
+enum class ScriptKind : char {
+    Body = 'b',       ///< of an async function
+    Expression = 'e', ///< or a script whose declarations stay
+    Module = 'm',     ///< imported by its address
+};
+
 /// Where the output, the errors and the outcomes of a document's scripts go. [GUI thread]
 struct FrameScript {
     PageHost host;

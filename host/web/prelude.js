@@ -672,10 +672,17 @@
         }
         case 'v': {
             const ticket = nextCount(reader);
+            const kind = reader.text[reader.at++];
             const fileName = nextText(reader);
             const source = nextText(reader);
             const typed = nextText(reader);
-            const start = () => runSource(ticket, fileName, source, typed);
+            const start = () => {
+                rejectPromise ??= runInDocument('{ const P = Promise; __novaTake((reason) => { new P((resolve, reject) => reject(reason)); }); }');
+                if (kind === 'm')
+                    settle(ticket, runInDocument('__novaTake((address) => import(address))')(fileName));
+                else
+                    runSource(ticket, kind === 'e', fileName, source, typed);
+            };
             // It may come before the document has an element to put the script into.
             if (document.readyState === 'loading')
                 listen(document, 'DOMContentLoaded', start);
@@ -782,8 +789,7 @@
     };
 @SYNTAX_PLACES@
     let rejectPromise; // one of the document's own functions, whose promises it hears of
-    const runSource = (ticket, fileName, source, typed) => {
-        rejectPromise ??= runInDocument('{ const P = Promise; __novaTake((reason) => { new P((resolve, reject) => reject(reason)); }); }');
+    const runSource = (ticket, isExpression, fileName, source, typed) => {
         const known = encodeName(fileName);
         const end = '\n//# sourceURL=' + known;
         // All on the first line of the source, so that line numbers stay right.
@@ -795,7 +801,7 @@
         };
         let value;
         try {
-            if (typed !== '') {
+            if (isExpression) {
                 compiled = source;
                 const shift = indexOf(source, typed, 0);
                 noteSource(known, fileName, shift < 0 ? '' : typed, max(shift, 0));
@@ -811,7 +817,7 @@
             failWithPlace(ticket, error, compiled, known);
             return;
         }
-        if (typed !== '')
+        if (isExpression)
             settle(ticket, value);
         else
             run(ticket, value);

@@ -76,7 +76,7 @@ void FilesHandler::requestStarted(QWebEngineUrlRequestJob* job)
     const bool isForeign = !job->initiator().isEmpty() && job->initiator().scheme() != QLatin1String("nova");
     if (job->requestMethod() != "GET" || isForeign)
         return job->fail(QWebEngineUrlRequestJob::RequestDenied);
-    if (url.host() == QLatin1String("script"))
+    if (url.host() == QLatin1String("script") && url.path() == QLatin1String("/"))
         return replyWith(*job, "text/html", "<!doctype html><title>script</title>");
     const QString directory = m_directory(url.host());
     if (directory.isEmpty())

@@ -2,6 +2,8 @@
 
 #include "host/engine/replsource.h"
 
+#include <QUrl>
+
 namespace engine::web {
 
 ScriptPage::ScriptPage(PageOptions options, PageHost host, Compiles compiles, Gone gone)
@@ -48,14 +50,22 @@ void ScriptPage::run(const QString& source, const QString& fileName, Done done)
     QString body = source;
     if (body.startsWith(QLatin1String("#!")))
         body.replace(0, 2, QStringLiteral("//"));
-    begin({ fileName, body, {}, std::move(done) });
+    begin({ ScriptKind::Body, fileName, body, {}, std::move(done) });
+}
+
+bool ScriptPage::importModule(const QString& fileName, Done done)
+{
+    const QString path = QString::fromLatin1(QUrl::toPercentEncoding(fileName));
+    begin({ ScriptKind::Module, QLatin1String(ScriptOrigin) + QLatin1Char('/') + path, {}, {},
+        std::move(done) });
+    return true;
 }
 
 void ScriptPage::evaluate(const QString& source, Done done)
 {
     const ReplSource plan = planReplSource(source, m_compiles);
     const QString name = m_options.inputName + QString::number(++m_inputs);
-    begin({ name, plan.script, source.isEmpty() ? QStringLiteral(" ") : source, std::move(done) });
+    begin({ ScriptKind::Expression, name, plan.script, source, std::move(done) });
 }
 
 void ScriptPage::begin(Work work)
@@ -66,7 +76,7 @@ void ScriptPage::begin(Work work)
         return;
     }
     m_running.emplace(++m_lastTicket, std::move(work.done));
-    frame->runScript(m_lastTicket, work.fileName, work.source, work.typed);
+    frame->runScript(m_lastTicket, work.kind, work.fileName, work.source, work.typed);
 }
 
 void ScriptPage::finish(int ticket, const Outcome& outcome)

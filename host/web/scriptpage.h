@@ -21,6 +21,7 @@ public:
     /// {0, 0} until the document has been opened.
     JSContextEnv context() const override;
     void run(const QString& source, const QString& fileName, Done done) override;
+    bool importModule(const QString& fileName, Done done) override;
     void evaluate(const QString& source, Done done) override;
     /// None: a browser's document can not be asked and waited for.
     QStringList propertyNames(const QString&) override { return {}; }
@@ -28,9 +29,10 @@ public:
 
 private:
     struct Work {
+        ScriptKind kind;
         QString fileName;
         QString source;
-        QString typed; ///< empty: the source is the body of a function
+        QString typed; ///< the part of an expression that the user has typed
         Done done;
     };
     void begin(Work work);

@@ -1,0 +1,22 @@
+#include "host/novahost/module.h"
+
+#include "host/jsc/syntax.h"
+
+#include <QRegularExpression>
+
+namespace novahost {
+
+bool isModule(const QString& fileName, const QString& source)
+{
+    if (fileName.endsWith(QLatin1String(".mjs")))
+        return true;
+    static const QRegularExpression statement(
+        QStringLiteral(
+            R"(^\s*(?:import\s*(?:[\w{*"']|\$)|export\s*(?:[{*]|default\b|const\b|let\b|var\b|class\b|async\b|function\b)))"),
+        QRegularExpression::MultilineOption);
+    // The words may stand in a comment or a string.
+    return statement.match(source).hasMatch()
+        && !engine::jsc::compiles(QStringLiteral("(async function () {") + source + QStringLiteral("\n})"));
+}
+
+} // namespace novahost

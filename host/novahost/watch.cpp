@@ -1,0 +1,155 @@
+#include "host/novahost/watch.h"
+
+#include "host/novahost/output.h"
+#include "host/novahost/signals.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QFileSystemWatcher>
+#include <QHash>
+#include <QProcess>
+#include <QTimer>
+#include <csignal>
+
+namespace novahost {
+
+namespace {
+
+constexpr int SettlingMs = 100;  ///< an editor changes a file in several steps
+constexpr int PatienceMs = 3000; ///< for a run to end before it is killed
+constexpr int MaximumFiles = 1000;
+constexpr int InterruptedCode = 128 + SIGINT;
+
+/// Files that a module may come from, without hidden ones and packages.
+QStringList filesIn(const QString& folder)
+{
+    QStringList files;
+    QDirIterator all(folder, QDir::Files, QDirIterator::Subdirectories);
+    while (all.hasNext() && files.size() < MaximumFiles) {
+        const QString file = all.next();
+        if (!file.contains(QLatin1String("/node_modules/")))
+            files.append(file);
+    }
+    return files;
+}
+
+class Watch {
+public:
+    Watch(const Options& options, const QStringList& arguments)
+        : m_options(options)
+    {
+        m_run.setProgram(QCoreApplication::applicationFilePath());
+        m_run.setArguments(arguments);
+        m_run.setProcessChannelMode(QProcess::ForwardedChannels);
+        m_run.setInputChannelMode(QProcess::ForwardedInputChannel);
+        m_settling.setSingleShot(true);
+        m_settling.setInterval(SettlingMs);
+        m_patience.setSingleShot(true);
+        m_patience.setInterval(PatienceMs);
+        QObject::connect(&m_files, &QFileSystemWatcher::fileChanged, [this] { m_settling.start(); });
+        QObject::connect(&m_files, &QFileSystemWatcher::directoryChanged, [this] { m_settling.start(); });
+        QObject::connect(&m_settling, &QTimer::timeout, [this] { restart(); });
+        QObject::connect(&m_patience, &QTimer::timeout, [this] { m_run.kill(); });
+        QObject::connect(&m_run, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished),
+            [this](int code, QProcess::ExitStatus status) { ended(code, status); });
+    }
+
+    ~Watch()
+    {
+        m_run.disconnect();
+        m_run.terminate();
+        if (!m_run.waitForFinished(PatienceMs))
+            m_run.kill();
+        m_run.waitForFinished();
+    }
+
+    void start()
+    {
+        watchFiles();
+        m_run.start();
+    }
+
+    /// The run gets the signal of a terminal, too.
+    void interrupt()
+    {
+        if (m_run.state() == QProcess::NotRunning)
+            QCoreApplication::exit(InterruptedCode);
+    }
+
+private:
+    /// All anew: files that an editor has replaced are not watched any more.
+    void watchFiles()
+    {
+        m_state = state();
+        m_files.addPaths(m_state.keys());
+        // A file that is replaced is missed first, and then found in its directory.
+        m_files.addPath(QFileInfo(m_options.script).absolutePath());
+    }
+
+    /// The watched files that there are, and which state they are in.
+    QHash<QString, QPair<QDateTime, qint64>> state() const
+    {
+        const QFileInfo script(m_options.script);
+        QStringList files { script.absoluteFilePath() };
+        if (!m_options.profileFile.isEmpty())
+            files.append(m_options.profileFile);
+        if (m_options.browser)
+            files.append(filesIn(script.absolutePath()));
+        QHash<QString, QPair<QDateTime, qint64>> found;
+        for (const QString& file : qAsConst(files)) {
+            if (const QFileInfo info(file); info.exists())
+                found.insert(file, { info.lastModified(), info.size() });
+        }
+        return found;
+    }
+
+    void restart()
+    {
+        // Without the script it waits until it is there again.
+        if (m_isRestarting || !QFileInfo::exists(m_options.script) || state() == m_state)
+            return;
+        printLine(
+            QStringLiteral("novahost: a file has changed, running %1 again").arg(m_options.script), true);
+        m_isRestarting = m_run.state() != QProcess::NotRunning;
+        if (!m_isRestarting)
+            return start();
+        m_run.terminate();
+        m_patience.start();
+    }
+
+    void ended(int code, QProcess::ExitStatus status)
+    {
+        m_patience.stop();
+        if (std::exchange(m_isRestarting, false))
+            return start();
+        if (status == QProcess::NormalExit && code == InterruptedCode)
+            return QCoreApplication::exit(code);
+        printLine(status == QProcess::NormalExit
+                ? QStringLiteral("novahost: ended with exit code %1, waiting for changes").arg(code)
+                : QStringLiteral("novahost: crashed, waiting for changes"),
+            true);
+    }
+
+    const Options& m_options;
+    QFileSystemWatcher m_files;
+    QProcess m_run;
+    QTimer m_settling;
+    QTimer m_patience;
+    QHash<QString, QPair<QDateTime, qint64>> m_state; ///< when the last run began
+    bool m_isRestarting = false;
+};
+
+} // namespace
+
+int watchScript(const Options& options, const QStringList& arguments)
+{
+    Signals signals;
+    Watch watch(options, arguments);
+    signals.setInterrupt([&] { watch.interrupt(); });
+    QTimer::singleShot(0, [&] { watch.start(); });
+    return signals.exitCode(QCoreApplication::exec());
+}
+
+} // namespace novahost

@@ -57,13 +57,17 @@ DESCRIBE_AS(std::int64_t, "int64")
 DESCRIBE_AS(qlonglong, "int64")
 DESCRIBE_AS(double, "number")
 DESCRIBE_AS(QString, "string")
-DESCRIBE_AS(std::string, "string")
 DESCRIBE_AS(EventName, "string")
 DESCRIBE_AS(Bytes, "bytes")
 DESCRIBE_AS(TrueByDefault, "boolean")
 DESCRIBE_AS(KJSVariant, "any")
 DESCRIBE_AS(Rest, "any")
 #undef DESCRIBE_AS
+
+/// A string that UTF-8 can spell. Where it stands for an argument, others are converted to one.
+template <> struct DescribedType<std::string> {
+    static Json describe() { return { { "kind", "string" }, { "utf8", true } }; }
+};
 
 /// Neither functions nor native objects nor bytes.
 template <> struct DescribedType<QVariant> {

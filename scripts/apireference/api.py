@@ -39,7 +39,7 @@ class ApiError(Exception):
 def for_readers(given):
     """The same without what only those need who call members."""
     if isinstance(given, dict):
-        return {key: for_readers(value) for key, value in given.items() if key not in (*REFUSALS, "plain")}
+        return {key: for_readers(value) for key, value in given.items() if key not in (*REFUSALS, "plain", "utf8")}
     return [for_readers(value) for value in given] if isinstance(given, list) else given
 
 
@@ -102,7 +102,7 @@ def _check_type(given, place, names):
     kind = given.get("kind")
     if kind not in _TYPES:
         raise ApiError(f"{place}: there is no type {kind!r}")
-    optional = {"string": ("values",), "number": ("values",), "integer": ("values",), "object": ("strict",),
+    optional = {"string": ("values", "utf8"), "number": ("values",), "integer": ("values",), "object": ("strict",),
                 "any": ("plain",)}.get(kind, ())
     _check(given, {"kind": str, **_TYPES[kind]}, place, optional)
     if kind == "handle" and given["name"] not in names:

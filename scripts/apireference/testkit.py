@@ -23,8 +23,10 @@ export interface Events {
 %s
 }
 """
-# What a member says of an empty string where a string must be given, and its parameter itself says nothing.
-EMPTY = ("missing required parameters.", "Path is empty.", "empty skin name param")
+# What a member says of an empty string or list where one must be given, and its parameter itself says nothing.
+EMPTY = ("missing required parameters.", "Path is empty.", "empty skin name param", "empty view id", "%1 is not existed")
+# The same of a property whose absence the member itself refuses.
+ABSENT = ("%1 is not existed",)
 
 
 def make(objects):
@@ -55,12 +57,24 @@ def _member(member):
     kept = {key: _slim(member[key]) for key in ("name", "kind", "parameters", "answer", "failures", "event") if member[key]}
     for parameter in kept.get("parameters", ()):
         kind = parameter["type"]
-        if kind["kind"] != "string" or kind.get("values") or parameter.get("optional"):
+        for field in kind.get("fields", ()):
+            if field.get("expected"):
+                absent = _failure(member, ABSENT)
+                field.update({"missing": absent} if absent else {})
+        if kind["kind"] not in ("string", "array") or kind.get("values") or parameter.get("optional"):
             continue
-        empty = next((failure for failure in member["failures"] if failure["text"] in EMPTY), None)
+        empty = _failure(member, EMPTY)
         if empty:
-            parameter["empty"] = _slim(empty)
+            parameter["empty"] = empty
     return kept
+
+
+def _failure(member, texts):
+    """The first failure with one of these texts, of an empty subject; a path that is missing is a wrong argument then."""
+    for failure in member["failures"]:
+        if failure["text"] in texts and ("%1" not in failure["text"] or failure["code"] == 1):
+            return _slim({**failure, "text": failure["text"].replace("%1", "")})
+    return None
 
 
 def _slim(given):

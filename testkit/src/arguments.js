@@ -16,6 +16,8 @@ function toText(value) {
     return isWritten ? String(value) : undefined;
 }
 
+const hasHalfPair = (text) => /\p{Surrogate}/u.test(text);
+
 function toInteger(value) {
     if (typeof value === "boolean")
         return Number(value);
@@ -44,7 +46,12 @@ function toBoolean(value) {
 const Kinds = {
     string: {
         is: (type, value) => typeof value === "string",
-        read: (type, value) => (type.values ? choose(type, typeof value === "string" ? value : "") : converted(toText(value))),
+        read: (type, value) => {
+            if (type.values)
+                return choose(type, typeof value === "string" ? value : "");
+            const text = toText(value);
+            return type.utf8 && text !== undefined && hasHalfPair(text) ? [Wrong] : converted(text);
+        },
     },
     integer: {
         is: (type, value) => isNumber(value) && toInteger(value) !== undefined,
@@ -109,8 +116,12 @@ function read(type, value, strict) {
     return strict && !Kinds[type.kind].is(type, value) ? [Wrong] : Kinds[type.kind].read(type, value);
 }
 
-const isEmpty = (type, value) => value === "" || (type.kind === "any" && (value === null || value === undefined))
-    || (type.kind === "array" && type.items.kind === "string" && value.length === 0);
+/** Whether a required property counts as missing though it was read. */
+function isEmpty(type, value) {
+    if (type.kind === "any")
+        return value === null || value === undefined;
+    return (type.kind === "string" && value === "") || (type.kind === "array" && type.items.utf8 && value.length === 0);
+}
 
 function refusalOfFields(type, object) {
     for (const field of type.fields) {
@@ -123,22 +134,37 @@ function refusalOfFields(type, object) {
     return undefined;
 }
 
+/** An argument that must be given and be of its kind. */
+function refusalOfDemanded(type, refusals, value) {
+    const [reading] = read(type, value, true);
+    return reading === Absent ? refusals[0] : reading === Done ? undefined : refusals.at(-1);
+}
+
+function refusalOfText(parameter, value) {
+    const { type, refusals, empty } = parameter;
+    if (type.utf8) {
+        const [reading, text] = read(type, value);
+        return reading === Wrong ? WrongParameters : text ? undefined : empty;
+    }
+    const isWrong = typeof value !== "string" && value !== undefined && refusals?.length === 1;
+    return isWrong ? refusals[0] : typeof value !== "string" || value === "" ? empty ?? refusals?.[0] : undefined;
+}
+
 function refusalOfPosition(parameter, value) {
     const { type, refusals } = parameter;
     if (type.kind === "object") {
-        if (type.strict && value !== undefined && !isPlain(value))
-            return type.fields[0].wrong ?? WrongParameters;
+        if (!isPlain(value) && (refusals || (type.strict && value !== undefined)))
+            return refusals?.[0] ?? type.fields[0].wrong ?? WrongParameters;
         return refusalOfFields(type, isPlain(value) ? value : undefined);
     }
     if (type.kind === "function")
         return refusals && typeof value !== "function" ? refusals[value === undefined ? 0 : refusals.length - 1] : undefined;
-    if (refusals && refusals[0].text === MissingParameters.text) {
-        const [reading, found] = read(type, value, true);
-        return reading === Absent ? refusals[0] : reading !== Done ? refusals.at(-1)
-            : found === "" ? parameter.empty : undefined;
-    }
+    if (refusals && refusals[0].text === MissingParameters.text)
+        return refusalOfDemanded(type, refusals, value);
     if (type.kind === "string" && !type.values)
-        return typeof value !== "string" || value === "" ? parameter.empty ?? refusals?.[0] : undefined;
+        return refusalOfText(parameter, value);
+    if (type.kind === "array" && (value === undefined || value.length === 0))
+        return parameter.empty;
     const isRefused = Kinds[type.kind].read(type, value)[0] === Wrong && !(type.kind === "any" && value === undefined);
     return isRefused ? refusals?.[0] ?? WrongParameters : undefined;
 }

@@ -1,13 +1,13 @@
 // The kit: fakes of all objects, rows or a recording that say what calls return, and what there is to look at afterwards.
 import { objects as described } from "../api.js";
-import { refusalOfArguments } from "./arguments.js";
 import { Clock, settled } from "./clock.js";
 import { conform } from "./declared.js";
 import { Fakes, callByteBuffer } from "./fakes.js";
-import { dialogKinds, dialogs, failureWithout, serviceNames } from "./faults.js";
-import { WrongParameters, makeFailure } from "./failure.js";
+import { dialogKinds, dialogs, serviceNames } from "./faults.js";
+import { makeFailure } from "./failure.js";
 import { hint, nearest } from "./nearest.js";
 import { Recording } from "./recording.js";
+import { genericMembers, refusalOf } from "./refusals.js";
 import { Row, callbackOf } from "./rows.js";
 import { copy, instances, show, whyNotPassable } from "./values.js";
 
@@ -18,7 +18,6 @@ for (const object of objects.values()) {
 }
 
 const Options = ["rows", "dialogs", "missing", "recording", "clock"];
-const genericMembers = ["addEventListener", "removeEventListener", "dispatchEvent", "getAllEventInfo"];
 
 /** The declaration of a member, or with `isObject` of an object, by its name. */
 function find(name, isObject = false) {
@@ -192,10 +191,14 @@ export class Kit {
         const why = values.map((value, index) => [index + 1, whyNotPassable(value)]).find(([, text]) => text);
         if (why)
             throw makeFailure(1, `argument ${why[0]}: ${why[1]}`);
-        const refusal = this.#refusal(path, member, values);
+        const refusal = refusalOf(path, member, values, this.#missing);
         if (refusal)
             return refuse(refusal);
         const recorded = this.#recording?.take(path, member.name, instance, values) ?? {};
+        const { hub } = instances.get(instance);
+        const isForHub = genericMembers.includes(member.name) || member.event;
+        if (isForHub && recorded.entry && !recorded.entry.thrown)
+            callHub(hub, member, values);
         if (recorded.entry) {
             const answer = this.#recording.answer(recorded.entry, values);
             return member.answer.type.kind === "handle" ? this.#handOut(member, instance, values, answer) : answer;
@@ -204,20 +207,12 @@ export class Kit {
         const row = this.#groups.flat().find((one) => one.isFor(name) && one.left > 0 && !one.differences(instance, values).length);
         if (row)
             return this.#answerByRow(row, member, instance, values);
+        if (isForHub)
+            return callHub(hub, member, values);
         const usual = this.#usual(path, member, instance, values);
         if (usual)
             return usual.answer;
         throw this.#refuseUnexpected(name, instance, values, recorded);
-    }
-
-    /** What comes first of a missing service and a wrong argument: failures are declared in the order in which they are found. */
-    #refusal(path, member, values) {
-        const missing = failureWithout([...this.#missing], path, member);
-        const wrong = refusalOfEvents(member, values) ?? refusalOfArguments(member, values);
-        if (!missing || !wrong)
-            return missing ?? wrong;
-        const position = (one) => member.failures.findIndex(({ code, text }) => code === one.code && text === one.text);
-        return position(missing) < position(wrong) ? missing : wrong;
     }
 
     #answerByRow(row, member, instance, values) {
@@ -255,11 +250,8 @@ export class Kit {
         row.callback.forEach((payload) => this.clock.schedule(row.after, () => listener?.(copy(payload))));
     }
 
-    /** What members do without a row: those for listeners, ByteBuffer, dialogs, and objects that are handed out. */
+    /** What members do without a row: those of a ByteBuffer, those that show dialogs or hand out objects. */
     #usual(path, member, instance, values) {
-        const { hub } = instances.get(instance);
-        if (genericMembers.includes(member.name) || member.event)
-            return { answer: callHub(hub, member, values) };
         const bytes = path === "ByteBufferManager.ByteBuffer" && callByteBuffer(member.name, instance, values);
         if (bytes)
             return { answer: envelope(member, bytes.data) };
@@ -299,7 +291,7 @@ export class Kit {
         const lines = [`Unexpected call: ${name}(${values.map((value) => show(value)).join(", ")})`];
         const rows = this.#groups.flat().filter((row) => row.isFor(name));
         const near = rows.map((row) => ({ row, texts: row.left > 0 ? row.differences(instance, values) : [`used up: ${row.times} times`] }))
-            .sort((a, b) => a.texts.length - b.texts.length)[0];
+            .sort((a, b) => (b.row.left > 0) - (a.row.left > 0) || a.texts.length - b.texts.length)[0];
         if (recorded.expected)
             lines.push(`  recorded: ${recorded.expected}`, ...recorded.differences.map((text) => `    ${text}`));
         if (near)
@@ -328,18 +320,6 @@ function envelope(member, data) {
     if (form === "envelope")
         return { data, success: true };
     return form === "promise" ? Promise.resolve(data) : data;
-}
-
-/** What the hub of an object refuses, which sees to listeners itself. */
-function refusalOfEvents(member, values) {
-    const isGeneric = genericMembers.includes(member.name);
-    if (!isGeneric && !member.event)
-        return undefined;
-    const isAdding = member.name.startsWith("add");
-    const listener = isGeneric ? values[1] : values[0];
-    const takesListener = isAdding || member.name.startsWith("remove");
-    const isWrong = typeof listener !== "function" && (isAdding || listener !== undefined);
-    return takesListener && isWrong ? WrongParameters : undefined;
 }
 
 function callHub(hub, member, values) {

@@ -36,6 +36,10 @@ class ApiError(Exception):
     """Something is wrong in api.json; the message begins with the place."""
 
 
+# The members that all objects with events have.
+LISTENING = ("addEventListener", "removeEventListener", "dispatchEvent", "getAllEventInfo")
+
+
 def for_readers(given):
     """The same without what only those need who call members."""
     if isinstance(given, dict):

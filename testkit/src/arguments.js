@@ -163,7 +163,7 @@ function refusalOfPosition(parameter, value) {
         return refusalOfDemanded(type, refusals, value);
     if (type.kind === "string" && !type.values)
         return refusalOfText(parameter, value);
-    if (type.kind === "array" && (value === undefined || value.length === 0))
+    if (type.kind === "array" && (value === undefined || (Array.isArray(value) && value.length === 0)))
         return parameter.empty;
     const isRefused = Kinds[type.kind].read(type, value)[0] === Wrong && !(type.kind === "any" && value === undefined);
     return isRefused ? refusals?.[0] ?? WrongParameters : undefined;

@@ -57,6 +57,9 @@ export const dialogs = {
         kind: "confirm", cancelled: -1,
         confirmed: (answer, [options]) => buttonIn(options.buttons ?? ["OK", "Cancel"], answer, options.defaultButton ?? 0),
     },
+    "Utils.getPictureFilepath": {
+        kind: "file", kindOf: ([options]) => (options?.multiple ? "files" : "file"), confirmed: chosen, cancelled: [],
+    },
     "Utils.pickColor": {
         kind: "color", answer: true, cancelled: { accepted: false },
         confirmed: (answer, [options]) => ({ accepted: true, color: answer.values?.color ?? options?.color ?? "#ffffff" }),

@@ -275,11 +275,12 @@ export class Kit {
     }
 
     #answerDialog(dialog, member, values) {
-        const index = this.#dialogs.findIndex(({ dialog: kind }) => (kind ?? dialog.kind) === dialog.kind);
+        const kind = dialog.kindOf?.(values) ?? dialog.kind;
+        const index = this.#dialogs.findIndex((one) => (one.dialog ?? kind) === kind);
         const [answer] = index < 0 ? [] : this.#dialogs.splice(index, 1);
         const isConfirmed = answer && answer.accept !== false;
         const outcome = conform(dialog.answer === undefined ? member.answer.type : callbackOf(member).parameters[0].type,
-            isConfirmed ? dialog.confirmed(answer, values) : dialog.cancelled, `dialogs: ${dialog.kind}`);
+            isConfirmed ? dialog.confirmed(answer, values) : dialog.cancelled, `dialogs: ${kind}`);
         if (dialog.answer === undefined)
             return envelope(member, outcome);
         const listener = values[callbackOf(member).index];

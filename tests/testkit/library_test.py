@@ -47,7 +47,7 @@ def main():
 
     def sweep(service=None, *further):
         calls = subprocess.run([node, tests / "sweep.mjs", source / "testkit", *([service] if service else [])],
-                               capture_output=True, text=True, check=True).stdout
+                               stdout=subprocess.PIPE, text=True, check=True).stdout
         text = calls + (tests / "sweep.js").read_text(encoding="utf-8")
         return run_script(text, (source / "examples/tour.profile.json").read_text(encoding="utf-8"), *further)
 
@@ -59,7 +59,7 @@ def main():
     elif what == "services":
         names = subprocess.run([node, "--input-type=module", "--eval", "import { serviceNames } from "
                                 f"{json.dumps((source / 'testkit/src/faults.js').as_uri())}; console.log(serviceNames.join(' '))"],
-                               capture_output=True, text=True, check=True).stdout.split()
+                               stdout=subprocess.PIPE, text=True, check=True).stdout.split()
         passed = bool(names) and all([sweep(name, "--without", name) for name in names])
     else:
         passed = subprocess.run([node, source / "examples/testing/run.mjs", novahost, *options], env=environment,

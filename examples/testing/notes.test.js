@@ -13,7 +13,7 @@ test("the view is the default at first", () => {
 
 test("the view is kept", () => {
     let kept = "";
-    begin({ member: "SettingsManager.Settings.setValue", answer: ({ value }) => void (kept = value) },
+    begin({ member: "SettingsManager.Settings.setValue", answer: ({ value }) => void (kept = String(value)) },
         { member: "SettingsManager.Settings.getValue", answer: () => kept });
     saveView("page");
     assert.equal(loadView(), "page");

@@ -192,9 +192,10 @@ export class Kit {
         if (why)
             throw makeFailure(1, `argument ${why[0]}: ${why[1]}`);
         const refusal = refusalOf(path, member, values, this.#missing);
-        if (refusal)
+        // What the library refused then is in the recording, too.
+        const recorded = refusal && this.#missing.size ? {} : this.#recording?.take(path, member.name, instance, values) ?? {};
+        if (refusal && !recorded.entry)
             return refuse(refusal);
-        const recorded = this.#recording?.take(path, member.name, instance, values) ?? {};
         const { hub } = instances.get(instance);
         const isForHub = genericMembers.includes(member.name) || member.event;
         if (isForHub && recorded.entry && !recorded.entry.thrown)
@@ -207,7 +208,7 @@ export class Kit {
         const row = this.#groups.flat().find((one) => one.isFor(name) && one.left > 0 && !one.differences(instance, values).length);
         if (row)
             return this.#answerByRow(row, member, instance, values);
-        if (isForHub)
+        if (isForHub && !this.#recording)
             return callHub(hub, member, values);
         const usual = this.#usual(path, member, instance, values);
         if (usual)

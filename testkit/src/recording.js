@@ -1,6 +1,6 @@
 // Plays what novahost has recorded: calls in their order, with the promises, events and callbacks of then.
 import { makeFailure } from "./failure.js";
-import { differencesOfCall } from "./patterns.js";
+import { differencesOfCall, match } from "./patterns.js";
 import { instances, show } from "./values.js";
 
 const special = {
@@ -11,7 +11,7 @@ const special = {
     $bytes: (value) => Uint8Array.from(atob(value), (character) => character.charCodeAt(0)),
 };
 
-/** The entries of a recording, those that belong together in the order in which they began. */
+/** What happened in the first page, in the order in which it began. */
 function parse(text) {
     const entries = text.split("\n").filter((line) => line.trim()).map((line, index) => {
         try {
@@ -23,7 +23,11 @@ function parse(text) {
     const head = entries.shift();
     if (head?.novaRecording !== 1)
         throw new TypeError("the text is no recording: its first line has no \"novaRecording\": 1");
-    return entries.sort((a, b) => a.at - b.at);
+    const calls = new Map(entries.filter(({ type, page }) => type === "call" && page === undefined).map((entry) => [entry.id, entry]));
+    const isHere = ({ type, page, within }) => type !== "page" && type !== "play" && page === undefined
+        // The kit's own dispatchEvent calls the listeners.
+        && !(type === "event" && calls.get(within)?.member === "dispatchEvent");
+    return entries.filter(isHere).sort((a, b) => a.at - b.at);
 }
 
 export class Recording {
@@ -64,8 +68,9 @@ export class Recording {
         if (key in special)
             return special[key](value[key]);
         if (key === "$function")
-            return { describe: "a function", test: (one) => typeof one === "function",
-                differences: (one) => (typeof one === "function" ? [] : [`expected a function, got ${show(one)}`]) };
+            return match.function;
+        if (key === "$cut" || key === "$promise")
+            return match.any;
         if (key === "$object")
             return this.#objectOf(value.$object, value.class?.replace(/^NovaExtension\./, ""));
         const plain = key === "$plain" ? value.$plain : value;
@@ -119,7 +124,8 @@ export class Recording {
 
     /** What the recorded call returned; throws what it threw. Plays what happened during it and, later, what came after it. */
     answer(entry, values) {
-        this.#play((one) => one.at > entry.at && one.at < entry.at + (entry.duration ?? 0));
+        this.#play((one) => (one.within === undefined ? one.at > entry.at && one.at < entry.at + (entry.duration ?? 0)
+            : one.within === entry.id));
         queueMicrotask(() => this.play());
         if (entry.thrown)
             throw makeFailure(entry.thrown.code, entry.thrown.msg);
@@ -138,7 +144,7 @@ export class Recording {
         if (entry.type === "settled")
             return this.#promises.has(entry.promise);
         return (this.#order === "loose" && entry.type === "callback" && this.#functions.has(entry.function))
-            || earlier.every((one) => one.isUsed || one.type === "play");
+            || earlier.every((one) => one.isUsed);
     }
 
     #play(isWanted) {

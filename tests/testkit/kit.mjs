@@ -97,47 +97,34 @@ test("events are checked, and heard by one object or by all", () => {
     assert.throws(() => kit.emit("Skin", "skinchangeevent", { name: 1, previousName: "" }), /skinchangeevent.name: a string is expected, not 1/);
 });
 
-const settings = "NovaExtension.SettingsManager.Settings";
-const recording = [
-    { novaRecording: 1, library: "0", origin: "nova://script" },
-    { at: 1, type: "call", id: 1, object: "NovaExtension.SettingsManager", member: "settings", arguments: [{ format: 0 }], answer: { $object: 3, class: settings } },
-    { at: 2, type: "call", id: 2, object: settings, instance: 3, member: "getValue", arguments: [{ key: "k" }], answer: { success: true, data: "v" } },
-    { at: 3, type: "call", id: 3, object: "NovaExtension.FileSystem", member: "getFileMd5", arguments: ["/a"], promise: 7 },
-    { at: 4, type: "call", id: 4, object: "NovaExtension.FileSystem", member: "mkpath", arguments: ["/m"], thrown: { code: 3, msg: "the directory already exist" } },
-    { at: 5, type: "call", id: 5, object: "NovaExtension.Hive", member: "addDataWatch", arguments: [{ key: "k" }, { $function: 5 }],
-        answer: { success: true, data: { $undefined: true } }, duration: 2 },
-    { at: 6, type: "callback", function: 5, arguments: [{ key: "k", value: { $bytes: "AQ==" } }] },
-    { at: 8, type: "settled", promise: 7, state: "resolved", value: "d" },
-    { at: 8.5, type: "call", id: 6, object: "NovaExtension.Account", member: "addLoginListener", arguments: [{ $function: 6 }], answer: { success: true, data: { $undefined: true } } },
-    { at: 9, type: "event", object: "NovaExtension.Account", event: "event.account.login", arguments: [{ userId: "u" }] },
-].map((entry) => JSON.stringify(entry)).join("\n");
-
-async function page({ Account, FileSystem, Hive, SettingsManager }, path = "/a") {
-    const heard = [SettingsManager.settings({ format: 0 }).getValue({ key: "k" }).data];
-    const digest = FileSystem.getFileMd5(path);
-    try {
-        FileSystem.mkpath("/m");
-    } catch ({ code }) {
-        heard.push(code);
-    }
-    Hive.addDataWatch({ key: "k" }, ({ value }) => heard.push([...value]));
-    heard.push("added", await digest);
-    await new Promise((resolve) => Account.addLoginListener(({ userId }) => resolve(heard.push(userId))));
-    return heard;
-}
+const recording = read(process.env.RECORDING ? pathToFileURL(process.env.RECORDING) : "page.recording.jsonl");
+const page = new Function("NovaExtension", "happen", `return (async () => {\n${read("page.js")}\nreturn heard; })();`);
+const heard = ["outline", "/no is not existed", 1, false, [97, 98], ["1152921504606846976", true], { a: [1, undefined] }, "user-1", "User not login"];
 
 test("a recording is played with its promises, callbacks and events", async () => {
     kit = createKit({ recording });
-    assert.deepEqual(await page(kit.NovaExtension), ["v", 3, [1], "added", "d", "u"]);
+    assert.deepEqual(await page(kit.NovaExtension, () => {}), heard);
     kit.verify();
-    kit = createKit({ recording });
-    await assert.rejects(page(kit.NovaExtension, "/b"), /recorded: FileSystem.getFileMd5\("\/a"\)\n {4}argument 1: expected "\/a", got "\/b"/);
-    assert.throws(() => kit.verify(), /recorded, but not called: Account.addLoginListener/);
+    kit = createKit({ recording: recording.replace('"/no"', '"/yes"') });
+    await assert.rejects(page(kit.NovaExtension), /recorded: FileSystem.getFileMd5\("\/yes"\)\n {4}argument 1: expected "\/yes", got "\/no"/);
+    assert.throws(() => kit.verify(), /recorded, but not called: CloudDoc.getRoamingMode/);
+});
+
+test("what is recorded within a call is played within it", () => {
+    const lines = [{ novaRecording: 1 }, { at: 1, type: "call", id: 1, object: "NovaExtension.Hive", member: "addDataWatch",
+        arguments: [{ key: "k" }, { $function: 5 }], answer: { success: true, data: "now" }, duration: 2 },
+    { at: 2, type: "callback", within: 1, function: 5, arguments: [{ key: "k", value: { $bytes: "AQ==" } }] }];
+    const heardThen = [];
+    kit = createKit({ recording: lines.map((line) => JSON.stringify(line)).join("\n") });
+    heardThen.push(kit.NovaExtension.Hive.addDataWatch({ key: "k" }, ({ value }) => heardThen.push([...value])).data);
+    assert.deepEqual(heardThen, [[1], "now"]);
 });
 
 test("a recording in strict order keeps the order of each object, a loose one none", () => {
-    for (const [order, outcome] of [["strict", /recorded: FileSystem.getFileMd5/], ["loose", /already exist/]]) {
+    for (const [order, outcome] of [["strict", /Unexpected call/], ["loose", /User not login/]]) {
         kit = createKit({ recording: { text: recording, order } });
-        assert.throws(() => kit.NovaExtension.FileSystem.mkpath("/m"), outcome);
+        const { Account, CloudDoc } = kit.NovaExtension;
+        const late = () => (order === "strict" ? Account.addEventListener("event.account.logout", () => {}) : CloudDoc.getRoamingMode());
+        assert.throws(late, outcome);
     }
 });

@@ -1,7 +1,8 @@
 """Runs in novahost, against the library, what the testkit's own tests run against the testkit: the shared cases, the refusals
-of arguments and of missing services, and the example for users.
+of arguments and of missing services, and the example for users; and the examples of the reference. With `recording` a page is recorded,
+and played back by the testkit.
 
-usage: library_test.py NOVAHOST NODE SOURCE_DIR cases|sweep|services|example [--browser]
+usage: library_test.py NOVAHOST NODE SOURCE_DIR cases|sweep|services|example|reference|recording [--browser]
 """
 import json
 import os
@@ -61,6 +62,20 @@ def main():
                                 f"{json.dumps((source / 'testkit/src/faults.js').as_uri())}; console.log(serviceNames.join(' '))"],
                                stdout=subprocess.PIPE, text=True, check=True).stdout.split()
         passed = bool(names) and all([sweep(name, "--without", name) for name in names])
+    elif what == "recording":
+        page = (tests / "page.js").read_text(encoding="utf-8")
+        with tempfile.TemporaryDirectory() as place:
+            file = pathlib.Path(place, "page.jsonl")
+            passed = run_script(f"const happen = (steps) => process.play(steps);\n{page}\nconsole.log(JSON.stringify(heard));\nexit(0);\n",
+                                "{}", "--record", str(file))
+            passed = subprocess.run([node, "--test", tests / "kit.mjs"], check=False, env={
+                **environment, "TESTKIT": str(source / "testkit"), "RECORDING": str(file)}).returncode == 0 and passed
+    elif what == "reference":
+        examples = sorted((source / "docs/examples").glob("*.js"))
+        profile = (source / "docs/examples/profile.json").read_text(encoding="utf-8")
+        failed = [path.name for path in examples if not run_script(path.read_text(encoding="utf-8"), profile)]
+        print(f"{len(examples)} examples run; failed: {failed}")
+        passed = bool(examples) and not failed
     else:
         passed = subprocess.run([node, source / "examples/testing/run.mjs", novahost, *options], env=environment,
                                 check=False).returncode == 0

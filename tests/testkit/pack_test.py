@@ -37,7 +37,7 @@ def main():
         files = {path.relative_to(packed).as_posix() for path in packed.rglob("*") if path.is_file()}
         if {name for name in files if not name.startswith("src/")} != FILES or len(files) == len(FILES):
             sys.exit(f"packed: {sorted(files)}")
-        print(run(node, "--test", "."))
+        print(run(node, "--test"))
         readme = (packed / "README.md").read_text(encoding="utf-8")
         pathlib.Path(place, "readme.test.js").write_text(readme.split("```js\n", 2)[1].split("```", 1)[0], encoding="utf-8")
         run(node, "--test", "readme.test.js")

@@ -113,8 +113,8 @@ export interface Kit {
     use(...rows: AnyRow[]): this;
     callsOf(member: keyof Members): readonly Call[];
     /** Has an object emit an event: all of that name, or this one. */
-    emit<Name extends keyof Events>(target: Name, event: Events[Name], payload?: object): void;
-    emit(target: object, event: string, payload?: object): void;
+    emit<Name extends keyof Events>(target: Name, event: Events[Name], ...payload: unknown[]): void;
+    emit(target: object, event: string, ...payload: unknown[]): void;
     /** A new object that is otherwise handed out by a member. */
     object(path: string, ...made: unknown[]): any;
     lose(...services: Service[]): void;

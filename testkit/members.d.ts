@@ -296,8 +296,9 @@ export interface Members {
     "Account.Privilege.getAllEventInfo": NovaExtension.Account.Privilege["getAllEventInfo"];
 }
 
-/** The payloads of every object's events. */
+/** The events of every object. */
 export interface Events {
+    "Webview": "Hide" | "Destroy" | "Show" | "Close" | "WindowActivateState" | "Resize" | "DragEnter" | "WebviewEvent";
     "CloudDoc": "clouddoc.loginstatus.changed" | "clouddoc.roamingmode.changed" | "docCloudSyncStatus";
     "Skin": "skinchangeevent";
     "Account": "event.account.login" | "event.account.logout" | "event.user.info.changed" | "event.account.Member.info.changed" | "confirmLoginSuccess";

@@ -1,5 +1,6 @@
 """testkit/api.js: what the testkit knows of the members. testkit/members.d.ts: their types by their names."""
 import json
+import re
 
 from . import api
 
@@ -18,7 +19,7 @@ export interface Members {
 %s
 }
 
-/** The payloads of every object's events. */
+/** The events of every object. */
 export interface Events {
 %s
 }
@@ -38,18 +39,30 @@ def make_types(objects):
     """The text of members.d.ts."""
     members = [f'    "{one["name"]}.{member["name"]}": {api.ROOT}.{one["name"]}["{member["name"]}"];'
                for one in objects for member in one["members"]]
-    events = [f'    "{one["name"]}": {_events(one)};' for one in objects if one["events"]]
+    events = [f'    "{one["name"]}": {" | ".join(json.dumps(event["name"]) for event in _all_events(one))};'
+              for one in objects if _all_events(one)]
     return MEMBERS_HEAD % ("\n".join(members), "\n".join(events))
 
 
-def _events(one):
-    names = " | ".join(json.dumps(event["name"]) for event in one["events"])
-    return names
+def _unnamed(one, member):
+    """What the testkit calls an event that only a pair of members knows; None for other members."""
+    found = re.fullmatch(r"(?:add|remove)(\w+)Listener", member["name"])
+    is_pair = found and {f"add{found[1]}Listener", f"remove{found[1]}Listener"} <= {other["name"] for other in one["members"]}
+    return found[1] if is_pair and not member["event"] and member["name"] not in api.LISTENING else None
+
+
+def _all_events(one):
+    """The events with what their listeners are called with."""
+    events = [{"name": event["name"], "arguments": [] if event["payload"]["kind"] == "void" else [_slim(event["payload"])]}
+              for event in one["events"]]
+    return events + [{"name": _unnamed(one, member), "arguments": [_slim(given["type"]) for given in member["parameters"][0]["type"]["parameters"]]}
+                     for member in one["members"] if member["name"].startswith("add") and _unnamed(one, member)]
 
 
 def _object(one):
-    head = {"name": one["name"], "instance": one["instance"], "events": [_slim(event) for event in one["events"]]}
-    members = "".join(f"    {json.dumps(_member(member), ensure_ascii=False)},\n" for member in one["members"])
+    head = {"name": one["name"], "instance": one["instance"], "events": _all_events(one)}
+    members = "".join(f"    {json.dumps(_member({**member, 'event': member['event'] or _unnamed(one, member)}), ensure_ascii=False)},\n"
+                      for member in one["members"])
     return f"  {json.dumps(head)[:-1]}, \"members\": [\n{members}  ]}},\n"
 
 

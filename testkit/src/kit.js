@@ -141,15 +141,15 @@ export class Kit {
     }
 
     /** Has an object emit an event: one that is handed out, or one by its name. */
-    emit(target, event, payload) {
+    emit(target, event, ...values) {
         const path = typeof target === "string" ? target : instances.get(target)?.path;
         const { events = [] } = find(path ?? target, true);
         const declared = events.find((one) => one.name === event);
         const names = events.map((one) => one.name);
         if (!declared)
             throw new TypeError(`${path} emits no event ${show(event)}${hint(event, names)} It emits: ${names.join(", ") || "none"}`);
-        const isNothing = declared.payload.kind === "void";
-        const errors = this.#dispatch(target, event, isNothing ? [] : [conform(declared.payload, payload, `${path} ${event}`)]);
+        const given = declared.arguments.map((type, index) => conform(type, values[index], `${path} ${event}`));
+        const errors = this.#dispatch(target, event, given);
         if (errors.length > 1)
             throw new AggregateError(errors, `${errors.length} listeners of ${event} threw`);
         if (errors.length)

@@ -93,6 +93,9 @@ test("events are checked, and heard by one object or by all", () => {
     kit.emit(one, "cloud.upload.finished", fill({ status: "1" }));
     kit.emit("CloudDoc.UploadFileTask", "cloud.upload.finished", fill({ status: "2" }));
     assert.deepEqual(heard, ["one 1", "one 2", "other 2"]);
+    kit.NovaExtension.Webview.addResizeListener((...sizes) => heard.push(...sizes));
+    kit.emit("Webview", "Resize", { w: 2, h: 1 }, fill());
+    assert.deepEqual(heard.slice(3), [{ w: 2, h: 1 }, { w: 0, h: 0 }]);
     assert.throws(() => kit.emit("Account", "event.account.logi", {}), /Did you mean "event.account.login"/);
     assert.throws(() => kit.emit("Skin", "skinchangeevent", { name: 1, previousName: "" }), /skinchangeevent.name: a string is expected, not 1/);
 });

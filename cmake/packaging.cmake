@@ -44,6 +44,7 @@ install(FILES framework/exports.txt framework/imports.txt DESTINATION ${data_dir
 install(DIRECTORY examples/embed DESTINATION ${data_dir}/examples PATTERN build EXCLUDE)
 install(FILES types/README.md types/api.json types/nova-extension.d.ts types/standin.d.ts types/package.json
     DESTINATION ${data_dir}/types)
+install(DIRECTORY testkit DESTINATION ${data_dir})
 
 if(NOT PROJECT_IS_TOP_LEVEL)
     return()

@@ -57,14 +57,22 @@ DESCRIBE_AS(std::int64_t, "int64")
 DESCRIBE_AS(qlonglong, "int64")
 DESCRIBE_AS(double, "number")
 DESCRIBE_AS(QString, "string")
-DESCRIBE_AS(std::string, "string")
 DESCRIBE_AS(EventName, "string")
 DESCRIBE_AS(Bytes, "bytes")
 DESCRIBE_AS(TrueByDefault, "boolean")
-DESCRIBE_AS(QVariant, "any")
 DESCRIBE_AS(KJSVariant, "any")
 DESCRIBE_AS(Rest, "any")
 #undef DESCRIBE_AS
+
+/// A string that UTF-8 can spell. Where it stands for an argument, others are converted to one.
+template <> struct DescribedType<std::string> {
+    static Json describe() { return { { "kind", "string" }, { "utf8", true } }; }
+};
+
+/// Neither functions nor native objects nor bytes.
+template <> struct DescribedType<QVariant> {
+    static Json describe() { return { { "kind", "any" }, { "plain", true } }; }
+};
 
 template <typename T> struct DescribedType<std::optional<T>> : DescribedType<T> {
 };
@@ -173,6 +181,29 @@ template <typename T> Json describeDefault(const T& value)
 template <typename T> constexpr bool IsOptional = false;
 template <typename T> constexpr bool IsOptional<std::optional<T>> = true;
 
+/// Whether a failure is the one that every reader expects.
+inline bool isUsual(const Failure& failure, const Failure& usual)
+{
+    return failure.code == usual.code && std::string_view(failure.text) == usual.text;
+}
+
+inline Json describeFailure(const Failure& failure)
+{
+    return { { "code", static_cast<std::int32_t>(failure.code) }, { "text", failure.text },
+        { "rejects", failure.rejects } };
+}
+
+/// What a property refuses with, where that is not what all others do.
+inline void describeRefusals(Json& described, const FieldFacts& facts)
+{
+    if (facts.isExpected)
+        described["expected"] = true;
+    if (facts.isRequired && !isUsual(*facts.missing, MissingParameters))
+        described["missing"] = describeFailure(*facts.missing);
+    if (!isUsual(*facts.wrong, WrongParameters))
+        described["wrong"] = describeFailure(*facts.wrong);
+}
+
 template <HasFields Struct> struct DescribedType<Struct> {
     static Json describe()
     {
@@ -188,6 +219,7 @@ template <HasFields Struct> struct DescribedType<Struct> {
                 if (!usual.is_null())
                     described["default"] = usual;
             }
+            describeRefusals(described, field);
             described["doc"] = field.doc.doc;
             fields.push_back(std::move(described));
             return true;
@@ -223,9 +255,12 @@ template <typename Payload> constexpr bool CanBeLeftOut<RemovedListener<Payload>
 template <typename T> void describeParameter(SignatureDescription& signature)
 {
     bool isOptional = false;
+    Json refusals = Json::array();
     if constexpr (requires { Argument<T>::Refusals; }) {
-        for (const Failure* refusal : Argument<T>::Refusals)
+        for (const Failure* refusal : Argument<T>::Refusals) {
             signature.refusals.push_back(*refusal);
+            refusals.push_back(describeFailure(*refusal));
+        }
     } else if constexpr (HasFields<T>) {
         isOptional = true;
         forEachField<T>([&](const auto& field, std::size_t) {
@@ -246,6 +281,10 @@ template <typename T> void describeParameter(SignatureDescription& signature)
     } else if constexpr (Argument<T>::IsScript) {
         signature.parameters.push_back({ { "type", describeType<T>() },
             { "optional", isOptional || CanBeLeftOut<T> }, { "rest", std::is_same_v<T, Rest> } });
+    }
+    if constexpr (Argument<T>::IsScript) {
+        if (!refusals.empty())
+            signature.parameters.back()["refusals"] = std::move(refusals);
     }
 }
 

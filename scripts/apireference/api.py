@@ -27,11 +27,24 @@ _FIELD = {"name": str, "type": dict, "optional": bool, "doc": str}
 _TYPES = {"string": {}, "number": {}, "integer": {}, "int64": {}, "boolean": {}, "bytes": {}, "any": {}, "void": {},
           "array": {"items": dict}, "map": {"values": dict}, "union": {"types": list}, "object": {"name": str, "fields": list},
           "function": {"parameters": list}, "handle": {"name": str}}
+# What a parameter or a property refuses with, where that is not what all others do: for those who call, not for readers.
+REFUSALS = ("expected", "missing", "wrong", "refusals")
 _IDENTIFIER = re.compile(r"[A-Za-z_$][A-Za-z0-9_$]*")
 
 
 class ApiError(Exception):
     """Something is wrong in api.json; the message begins with the place."""
+
+
+# The members that all objects with events have.
+LISTENING = ("addEventListener", "removeEventListener", "dispatchEvent", "getAllEventInfo")
+
+
+def for_readers(given):
+    """The same without what only those need who call members."""
+    if isinstance(given, dict):
+        return {key: for_readers(value) for key, value in given.items() if key not in (*REFUSALS, "plain", "utf8")}
+    return [for_readers(value) for value in given] if isinstance(given, list) else given
 
 
 def is_identifier(name):
@@ -76,7 +89,7 @@ def _check_object(one, names):
             raise ApiError(f"{where}: the name is no identifier, or not the only one")
         seen.add(member["name"])
         for parameter in member["parameters"]:
-            _check(parameter, _PARAMETER, where)
+            _check(parameter, _PARAMETER, where, REFUSALS)
             _check_type(parameter["type"], f"{where}({parameter['name']})", names)
         _check(member["answer"], {"form": str, "type": dict}, where)
         if member["answer"]["form"] not in ("envelope", "promise", "object", "plain"):
@@ -93,12 +106,13 @@ def _check_type(given, place, names):
     kind = given.get("kind")
     if kind not in _TYPES:
         raise ApiError(f"{place}: there is no type {kind!r}")
-    optional = {"string": ("values",), "number": ("values",), "integer": ("values",), "object": ("strict",)}.get(kind, ())
+    optional = {"string": ("values", "utf8"), "number": ("values",), "integer": ("values",), "object": ("strict",),
+                "any": ("plain",)}.get(kind, ())
     _check(given, {"kind": str, **_TYPES[kind]}, place, optional)
     if kind == "handle" and given["name"] not in names:
         raise ApiError(f"{place}: there is no object {given['name']}")
     for field in given.get("fields", ()):
-        _check(field, _FIELD, f"{place}.{field.get('name')}", ("default",))
+        _check(field, _FIELD, f"{place}.{field.get('name')}", ("default", *REFUSALS))
         _check_type(field["type"], f"{place}.{field['name']}", names)
     for parameter in given.get("parameters", ()):
         _check(parameter, {"name": str, "type": dict}, place)

@@ -5,12 +5,24 @@ import re
 from . import api
 
 
-def make(objects):
-    """{file name: text} of all pages."""
+def make(objects, examples):
+    """{file name: text} of all pages. `examples` are scripts by the name of the object, which all have one."""
+    without = {one["name"] for one in objects} ^ examples.keys()
+    if without:
+        raise api.ApiError(f"{min(without)}: an object and its example in docs/examples belong together")
     pages = {"README.md": _index(objects)}
     for one in objects:
-        pages[f"{one['name']}.md"] = _page(one)
+        pages[f"{one['name']}.md"] = _page(one, examples[one["name"]])
     return pages
+
+
+def anchor(heading):
+    """What a page calls one of its headings."""
+    return re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-")
+
+
+def _link(heading):
+    return f"[{text(heading)}](#{anchor(heading)})"
 
 
 def text(given):
@@ -132,9 +144,30 @@ def _member(one, member):
     return lines
 
 
-def _page(one):
+def _kind(member):
+    """The line of the contents that a member is in."""
+    if member["name"] in api.LISTENING or member["event"] or re.match(r"(add|remove)\w*Listener$", member["name"]):
+        return "For listeners"
+    if member["answer"]["type"]["kind"] == "handle":
+        return "Objects"
+    return "Promises" if member["answer"]["form"] == "promise" else "Members"
+
+
+def _contents(one):
+    """The members by their kinds, and the events."""
+    lines = ["| | |", "|---|---|"]
+    for kind in ("Objects", "Members", "Promises", "For listeners"):
+        links = [_link(member["name"]) for member in one["members"] if _kind(member) == kind]
+        lines += [f"| {kind} | {', '.join(links)} |"] if links else []
+    if one["events"]:
+        lines.append(f"| [Events](#events) | {', '.join(_link(event['name']) for event in one['events'])} |")
+    return [*lines, ""]
+
+
+def _page(one, example):
     lines = [f"# {api.ROOT}.{one['name']}", "", text(one["doc"]), "",
-             f"{api.INSTANCES[one['instance']].capitalize()}. [All objects](README.md)", ""]
+             f"{api.INSTANCES[one['instance']].capitalize()}. [All objects](README.md)", "",
+             *_contents(one), "```js", *example.splitlines(), "```", ""]
     for member in one["members"]:
         lines += _member(one, member)
     if one["events"]:
@@ -148,17 +181,30 @@ def _page(one):
     return "\n".join(lines).rstrip("\n") + "\n"
 
 
+def _names(objects, *instances):
+    names = sorted(one["name"] for one in objects if one["instance"] in instances)
+    return ", ".join(f"[{name}]({name}.md)" for name in names)
+
+
+def _built(objects):
+    """What of the members is not built."""
+    unbuilt = [f"{one['name']}.{member['name']}" for one in objects for member in one["members"] if not member["built"]]
+    count = sum(len(one["members"]) for one in objects)
+    if not unbuilt:
+        return f"All {count} members of {len(objects)} objects are built."
+    return f"{count - len(unbuilt)} of {count} members are built; not {', '.join(map(code, unbuilt))}."
+
+
 def _index(objects):
     lines = ["# Reference", "",
              "Every member that a page finds, made by `scripts/reference` from [api.json](../../types/api.json). What answers,",
              "failures and values have in common is described in [pages.md](../pages.md).", "",
-             "| Object | | Members | |", "|---|---|---|---|"]
+             f"- [Objects](#objects): {_names(objects, 'shared', 'page')}",
+             f"- handed out by others: {_names(objects, 'handed out')}", "- [Categories](#categories)", "- [Types](#types)",
+             "", _built(objects), "", "## Objects", "", "| Object | | Members | |", "|---|---|---|---|"]
     for one in objects:
-        count = len(one["members"])
-        built = sum(member["built"] for member in one["members"])
-        members = str(count) if built == count else f"{built} of {count} built"
         begin = re.split(r"(?<=\.)\s", one["doc"], maxsplit=1)[0]
-        lines.append(f"| [{one['name']}]({one['name']}.md) | {text(begin)} | {members} | "
+        lines.append(f"| [{one['name']}]({one['name']}.md) | {text(begin)} | {len(one['members'])} | "
                      f"{api.INSTANCES[one['instance']]} |")
     lines += ["", "## Categories", "", "A member carries its category to the suite as a mask of bits. `novahost --deny MASK` hides",
               "the members that share a bit with a mask.", "", "| Category | Mask |", "|---|---|"]

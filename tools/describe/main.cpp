@@ -62,8 +62,7 @@ Json describeCoreType(Type type)
 
 void addFailure(Json& list, const Failure& failure)
 {
-    const Json described { { "code", static_cast<std::int32_t>(failure.code) }, { "text", failure.text },
-        { "rejects", failure.rejects } };
+    const Json described = describeFailure(failure);
     if (std::find(list.begin(), list.end(), described) == list.end())
         list.push_back(described);
 }

@@ -1,0 +1,5 @@
+const { FileSystem } = NovaExtension;
+
+const path = FileSystem.getOpenFileName({ caption: "Which file?", dir: FileSystem.homePath().data }).data;
+const file = FileSystem.File({ path });
+console.log(file.exists().data, file.size().data);

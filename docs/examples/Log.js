@@ -1,0 +1,4 @@
+const { Log } = NovaExtension;
+
+Log.logInfo({ moduleName: "notes", logStr: "opened" });
+Log.logWarning({ moduleName: "notes", logStr: "no settings yet" });

@@ -1,0 +1,3 @@
+const { Novaoffice } = NovaExtension;
+
+console.log(`${Novaoffice.getApplicationName().data} ${Novaoffice.getNovaVersion().data}`);

@@ -1,0 +1,3 @@
+const { Product } = NovaExtension;
+
+console.log(Product.language().data, Product.getAppVersionInfo().data.product);

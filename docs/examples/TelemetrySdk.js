@@ -1,0 +1,1 @@
+NovaExtension.TelemetrySdk.postEvent({ eventName: "notes_opened", postContent: { view: "outline" } });

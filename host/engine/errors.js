@@ -121,8 +121,10 @@
         });
         return kept;
     };
+    let lastMade; // of the suite's own errors
     const withPageFrames = (error) => {
         define(error, 'stack', pageFrames(peekText(error, 'stack')), false);
+        lastMade = error;
         return error;
     };
 
@@ -144,11 +146,9 @@
 
     // The members that have refused, by their errors.
     const refusals = new WeakMap();
-    let lastRefusal;
     const noteRefusal = (error, member) => {
         if (isObject(error))
             weakSet(refusals, error, startsWith(member, 'NovaExtension.') ? slice(member, 14) : member);
-        lastRefusal = error;
         return error;
     };
 
@@ -172,7 +172,8 @@
         const cause = getOwnPropertyDescriptor(error, 'cause');
         const isSyntax = isPrototypeOf(syntaxErrorPrototype, error);
         const parts = makeList();
-        addKeys(context, error, parts, level + 1, (name) => name === 'stack' || (isSyntax && (name === 'line' || name === 'column' || name === 'sourceURL'))
+        addKeys(context, error, parts, level + 1, (name) => name === 'stack'
+            || (isSyntax && (name === 'line' || name === 'column' || name === 'sourceURL'))
             || (isRefusal && (name === 'success' || name === 'code' || name === 'msg'))
             || (name === 'errors' && hasErrors) || (name === 'cause' && cause && 'value' in cause));
         if (frames === '' && !isRefusal && level > 0)

@@ -215,55 +215,45 @@
 
     // How an object is shown: its own text, if any, whose style is used where nothing follows, and the parts between `open` and
     // `close`: what add(parts) adds, and the keys but for those that isListed(key) says have been added.
-    const makeShape = (open) => ({ __proto__: null, open, close: '}', base: '', style: '', list: undefined, isListed: nothingListed, add: undefined });
-    // Of a built-in class; undefined where it is no real one, but an heir of the class's prototype.
-    const shapeOf = (context, value, type, level) => {
-        const shape = makeShape('{');
-        const prefix = (fallback, size) => prefixOf(type, fallback, size);
-        const elements = (length) => (parts) => { shape.list = addElements(context, value, length, parts, level + 1); };
-        if (isArray(value)) {
-            const length = getOwnPropertyDescriptor(value, 'length')?.value ?? 0;
-            shape.open = type.name === 'Array' && type.tag === '' ? '[' : prefix('Array', '(' + length + ')') + '[';
-            shape.close = ']';
-            shape.isListed = isIndex;
-            shape.add = elements(length);
+    const makeShape = (open) => (
+        { __proto__: null, open, close: '}', base: '', style: '', list: undefined, isListed: nothingListed, add: undefined });
+    const makeListShape = (context, value, open, length, level) => {
+        const shape = makeShape(open + '[');
+        shape.close = ']';
+        shape.isListed = isIndex;
+        shape.add = (parts) => { shape.list = addElements(context, value, length, parts, level + 1); };
+        return shape;
+    };
+    // Adds what `text` makes of an item of a collection, up to the limit.
+    const addItem = (parts, size, text) => {
+        if (parts.length < maximumItems)
+            push(parts, text());
+        else if (parts.length === maximumItems)
+            push(parts, moreItems(size - maximumItems, 'item'));
+    };
+    const collectionShapes = {
+        __proto__: null,
+        Map: (context, value, type, level) => {
+            const size = mapSize(value);
+            const shape = makeShape(prefixOf(type, 'Map', '(' + size + ')') + '{');
+            shape.add = (parts) => mapEach(value, (item, key) => addItem(parts, size,
+                () => inspectWithin(context, key, level + 1) + ' => ' + inspectWithin(context, item, level + 1)));
             return shape;
-        }
-        if (isView(value) && typedArrayKind(value) !== undefined) {
-            const length = typedArrayLength(value);
-            shape.open = prefix(typedArrayKind(value), '(' + length + ')') + '[';
-            shape.close = ']';
-            shape.isListed = isIndex;
-            shape.add = elements(length);
+        },
+        Set: (context, value, type, level) => {
+            const size = setSize(value);
+            const shape = makeShape(prefixOf(type, 'Set', '(' + size + ')') + '{');
+            shape.add = (parts) => setEach(value, (item) => addItem(parts, size, () => inspectWithin(context, item, level + 1)));
             return shape;
-        }
-        switch (type.kind) {
-        case 'Map':
-            shape.open = prefix('Map', '(' + mapSize(value) + ')') + '{';
-            shape.add = (parts) => mapEach(value, (item, key) => {
-                if (parts.length < maximumItems)
-                    push(parts, inspectWithin(context, key, level + 1) + ' => ' + inspectWithin(context, item, level + 1));
-                else if (parts.length === maximumItems)
-                    push(parts, moreItems(mapSize(value) - maximumItems, 'item'));
-            });
-            return shape;
-        case 'Set':
-            shape.open = prefix('Set', '(' + setSize(value) + ')') + '{';
-            shape.add = (parts) => setEach(value, (item) => {
-                if (parts.length < maximumItems)
-                    push(parts, inspectWithin(context, item, level + 1));
-                else if (parts.length === maximumItems)
-                    push(parts, moreItems(setSize(value) - maximumItems, 'item'));
-            });
-            return shape;
-        case 'WeakMap':
-        case 'WeakSet':
-            shape.open = prefix(type.kind, '') + '{';
+        },
+        WeakMap: (context, value, type) => {
+            const shape = makeShape(prefixOf(type, type.kind, '') + '{');
             shape.add = (parts) => push(parts, paint(context, '<items unknown>', 'special'));
             return shape;
-        case 'ArrayBuffer': {
+        },
+        ArrayBuffer: (context, value, type) => {
             const bytes = bytesOf(value);
-            shape.open = prefix(type.kind, '') + '{';
+            const shape = makeShape(prefixOf(type, type.kind, '') + '{');
             shape.add = (parts) => {
                 if (typeof bytes === 'string') {
                     push(parts, '(detached)');
@@ -273,47 +263,63 @@
                 }
             };
             return shape;
-        }
-        case 'DataView':
-            shape.open = prefix('DataView', '') + '{';
+        },
+        DataView: (context, value, type, level) => {
+            const shape = makeShape(prefixOf(type, 'DataView', '') + '{');
             shape.add = (parts) => {
                 push(parts, 'byteLength: ' + paint(context, toText(dataViewBytes(value)), 'number'));
                 push(parts, 'byteOffset: ' + paint(context, toText(dataViewOffset(value)), 'number'));
                 push(parts, 'buffer: ' + inspectWithin(context, dataViewBuffer(value), level + 1));
             };
             return shape;
-        case 'Date':
-            try {
-                shape.base = dateText(value);
-            } catch {
-                shape.base = 'Invalid Date';
-            }
-            shape.style = 'date';
-            return shape;
-        case 'RegExp': {
-            let flags = '';
-            for (let i = 0; i < regExpFlags.length; ++i)
-                flags = flags + (regExpFlags[i].has(value) ? regExpFlags[i].letter : '');
-            shape.base = '/' + regExpSource(value) + '/' + flags;
-            shape.style = 'regexp';
-            return shape;
+        },
+    };
+    collectionShapes.WeakSet = collectionShapes.WeakMap;
+    const makeTextShape = (text, style) => {
+        const shape = makeShape('{');
+        shape.base = text;
+        shape.style = style;
+        return shape;
+    };
+    const regExpShape = (value) => {
+        let flags = '';
+        for (let i = 0; i < regExpFlags.length; ++i)
+            flags = flags + (regExpFlags[i].has(value) ? regExpFlags[i].letter : '');
+        return makeTextShape('/' + regExpSource(value) + '/' + flags, 'regexp');
+    };
+    const dateShape = (value) => {
+        try {
+            return makeTextShape(dateText(value), 'date');
+        } catch {
+            return makeTextShape('Invalid Date', 'date');
         }
-        case 'Number':
-        case 'String':
-        case 'Boolean':
-        case 'Symbol':
-        case 'BigInt': {
-            const primitive = primitiveOf[type.kind](value);
-            const named = type.name !== type.kind && type.name !== '' ? ' (' + type.name + ')' : '';
-            const text = inspectPrimitive(makeContext(false, 0), primitive);
-            shape.base = '[' + type.kind + named + ': ' + text + ']';
-            shape.style = typeof primitive;
-            if (type.kind === 'String')
-                shape.isListed = isIndex;
-            return shape;
+    };
+    // Of a built-in class; undefined for others, and may throw where it is no real one, but an heir of the class's prototype.
+    const shapeOf = (context, value, type, level) => {
+        if (isArray(value)) {
+            const length = peekOwn(value, 'length') ?? 0;
+            const open = type.name === 'Array' && type.tag === '' ? '' : prefixOf(type, 'Array', '(' + length + ')');
+            return makeListShape(context, value, open, length, level);
         }
+        if (isView(value) && typedArrayKind(value) !== undefined) {
+            const length = typedArrayLength(value);
+            return makeListShape(context, value, prefixOf(type, typedArrayKind(value), '(' + length + ')'), length, level);
         }
-        return undefined;
+        const { kind } = type;
+        if (kind === 'Date')
+            return dateShape(value);
+        if (kind === 'RegExp')
+            return regExpShape(value);
+        if (collectionShapes[kind])
+            return collectionShapes[kind](context, value, type, level);
+        if (!primitiveOf[kind])
+            return undefined;
+        const primitive = primitiveOf[kind](value);
+        const named = type.name !== kind && type.name !== '' ? ' (' + type.name + ')' : '';
+        const shape = makeTextShape('[' + kind + named + ': ' + inspectPrimitive(makeContext(false, 0), primitive) + ']', typeof primitive);
+        if (kind === 'String')
+            shape.isListed = isIndex;
+        return shape;
     };
 
     // The number of an object that has itself in it, which it keeps where it is shown again.
@@ -350,9 +356,7 @@
             // An heir of a built-in class's prototype that is none itself.
         }
         if (typeof value === 'function') {
-            shape = makeShape('{');
-            shape.base = functionBase(value, type);
-            shape.style = 'special';
+            shape = makeTextShape(functionBase(value, type), 'special');
         } else if (!shape) {
             shape = makeShape(type.name === 'Object' && type.tag === '' ? '{' : prefixOf(type, 'Object', '') + '{');
         }

@@ -21,7 +21,8 @@ struct Outcome {
     QString stack; ///< of an error: the page's frames, "    at name (file:line:column)"
     int code = 0;  ///< the "code" that an error carries, or 0
     bool hasCode = false;
-    QString report; ///< an error as shown to the user, with its source line, causes and what has thrown it; may be empty
+    QString
+        report; ///< an error as shown to the user, with its source line, causes and what has thrown it; may be empty
 };
 
 /// Callbacks of a page into its host. [GUI thread]
@@ -41,8 +42,8 @@ struct PageOptions {
     QStringList arguments; ///< process.argv
     vexlite::BrowserFacts browser;
     QString inputName = QStringLiteral("repl"); ///< what stacks call what is evaluated, with a number
-    bool colors = false;                         ///< whether output of the console, and results, have colours
-    bool errorColors = false;                    ///< the same for errors
+    bool colors = false;                        ///< whether output of the console, and results, have colours
+    bool errorColors = false;                   ///< the same for errors
 };
 
 /// One page with its global object: `NovaExtension`, `console`, timers, `process`, `exit`. [GUI thread]

@@ -109,7 +109,8 @@ void JscPage::declareAwaited(int ticket, const QString& awaited, const QString& 
 {
     PageState& page = *m_state;
     JSValueRef exception = nullptr;
-    const JSValueRef promise = evaluateScript(page, awaited, Text(page.inputName() + QString::number(ticket)), &exception);
+    const JSValueRef promise =
+        evaluateScript(page, awaited, Text(page.inputName() + QString::number(ticket)), &exception);
     if (!promise)
         return failTicket(page, ticket, exception);
     page.addContinuation(ticket, [&page, ticket, declaration](JSValueRef value) {
@@ -118,7 +119,8 @@ void JscPage::declareAwaited(int ticket, const QString& awaited, const QString& 
         const Text holder(QString::fromLatin1(ReplSource::awaitedName));
         JSValueRef failure = nullptr;
         JSObjectSetProperty(ctx, global, holder, value, kJSPropertyAttributeDontEnum, nullptr);
-        const JSValueRef declared = evaluateScript(page, declaration, Text(page.inputName() + QString::number(ticket)), &failure);
+        const JSValueRef declared =
+            evaluateScript(page, declaration, Text(page.inputName() + QString::number(ticket)), &failure);
         JSObjectDeleteProperty(ctx, global, holder, nullptr);
         if (!declared)
             return failTicket(page, ticket, failure);

@@ -168,8 +168,7 @@ JSValueRef ToScript::bytes(const IJSBytes& source)
 JSValueRef ToScript::wrapper(IJSExtentionObject* object)
 {
     KResult status = KR_NOT_AVAILABLE;
-    const QString name = m_member ? m_member->fullName()
-                                  : QStringLiteral("NovaExtension");
+    const QString name = m_member ? m_member->fullName() : QStringLiteral("NovaExtension");
     JSObjectRef script = object ? m_page.wrappers().wrap(object, name, status) : nullptr;
     if (!script)
         return fail(

@@ -848,7 +848,7 @@
             const error = errorOf(event);
             if (!placing || fileOf(event) !== placing.address)
                 // The browser hides what the suite's own script has thrown.
-                return reportError(error ?? lastRefusal ?? messageOfEvent(event), '');
+                return reportError(error ?? lastMade ?? messageOfEvent(event), '');
             if (error === 0)
                 return;
             placing.line = lineNumberOf(event);

@@ -359,9 +359,10 @@ TEST_P(Tampering, ChangesNothingOfTheEngine)
         "get() { ++taken; return () => 'stolen' }, set() { ++taken } };"
         "NovaExtension.Probe");
     run(GetParam().given);
-    EXPECT_EQ(textOf(run("const p = NovaExtension.Probe, make = () => p.enveloped('list'); make(); make(); const x "
-                  "= make();"
-                  "return (x.success === true && x.data[19] === 19) + ' ' + taken")),
+    EXPECT_EQ(
+        textOf(run("const p = NovaExtension.Probe, make = () => p.enveloped('list'); make(); make(); const x "
+                   "= make();"
+                   "return (x.success === true && x.data[19] === 19) + ' ' + taken")),
         QStringLiteral("true 0"));
     EXPECT_EQ(textOf(run("return NovaExtension.Probe.keys({ a: 1, b: [2] })")), QStringLiteral("a,b"));
     const Outcome failed = run("NovaExtension.Probe.fail()");

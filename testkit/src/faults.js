@@ -1,21 +1,21 @@
 // What members say where the suite lacks a service, and what the dialogs of the suite make of an answer.
 
-/** The texts of the failures by which a member shows that a service is missing; `of` limits them to these objects. */
+/** The texts of the failures by which a member shows that a service is missing; some only of one object. */
 const services = {
-    accountSdk: { texts: ["Accountsdk is not initialized.", "Get account SDK error."] },
-    cloudFileDialog: { texts: ["inputBox is null"] },
-    cloudIpc: { texts: ["Cloud service error."] },
-    currentAccount: { texts: ["Current account is not initialized.", "Get account SDK error."] },
-    dataCollection: { texts: ["kdcinfo error"] },
-    domainManager: { texts: ["empty handle."], of: "Tools" },
-    eventHubs: { texts: ["Event service error."] },
-    fileFilter: { texts: ["empty fileFilter"] },
-    filePanel: { texts: ["empty handle"] },
-    pluginManager: { texts: ["plugin manager is null"] },
-    promiseService: { texts: ["Promise Service error.", "PromiseServiceNull"] },
-    purchase: { texts: ["Purchase service error."] },
-    remoteConfig: { texts: ["Remote config service error."] },
-    syncFolderUi: { texts: ["Sync folder dialogs are not available."] },
+    accountSdk: ["Accountsdk is not initialized.", "Get account SDK error."],
+    cloudFileDialog: ["inputBox is null"],
+    cloudIpc: ["Cloud service error."],
+    currentAccount: ["Current account is not initialized.", "Get account SDK error."],
+    dataCollection: ["kdcinfo error"],
+    domainManager: ["Tools: empty handle."],
+    eventHubs: ["Event service error.", "Webview: empty handle."],
+    fileFilter: ["empty fileFilter"],
+    filePanel: ["empty handle"],
+    pluginManager: ["plugin manager is null"],
+    promiseService: ["Promise Service error.", "PromiseServiceNull"],
+    purchase: ["Purchase service error."],
+    remoteConfig: ["Remote config service error."],
+    syncFolderUi: ["Sync folder dialogs are not available."],
 };
 
 export const serviceNames = Object.keys(services);
@@ -23,7 +23,7 @@ export const serviceNames = Object.keys(services);
 /** The declared failure by which a member shows that one of these services is missing. */
 export function failureWithout(names, object, member) {
     return member.failures?.find(({ text }) => names.some((name) =>
-        services[name].texts.includes(text) && (services[name].of ?? object) === object));
+        services[name].includes(text) || services[name].includes(`${object}: ${text}`)));
 }
 
 const chosen = (answer) => answer.files ?? [];

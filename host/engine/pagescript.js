@@ -3,7 +3,8 @@
 // change its behaviour by replacing them. For the same reason it must not use prototypes: no iteration protocol, no
 // assignment of new properties, no methods.
 //
-// The prelude around it defines `native`, with finish(ticket, ok, text, json, stack, code) and uncaught(text, stack, code);
+// The prelude around it defines `native`, with finish(ticket, ok, text, json, stack, code) and uncaught(text, stack, code), and
+// unknownName(owner, name), which may throw;
 // isOwnFrame(frame), whether a line of a stack is of the engine's own script; and jsonOf(value), which may throw.
     const { apply } = Reflect;
     const { keys, defineProperty, getOwnPropertyDescriptor, getPrototypeOf } = Object;
@@ -311,3 +312,24 @@
         native.finish(ticket, true, format(answer), toJson(answer), '', undefined);
     };
     const run = (ticket, body) => settle(ticket, apply(body, undefined, []));
+
+    // --- Names that NovaExtension does not have ------------------------------------------------------------------
+
+    const ProxyType = Proxy;
+    const { get: readProperty, setPrototypeOf: setBase } = Reflect;
+    let isChecked = false; // set by the prelude: somebody wants to know of misspelt names
+    // What NovaExtension and the classes of its objects inherit from then. Only the reading of a name that they do not have
+    // comes here; to ask whether they have one, by `in` or hasOwnProperty, is no mistake.
+    const makeBase = (owner) => new ProxyType({}, {
+        __proto__: null,
+        get: (base, name, self) => {
+            if (typeof name === 'string' && !(name in base))
+                native.unknownName(owner, name);
+            return readProperty(base, name, self);
+        },
+    });
+    const setTag = (object, tag) => {
+        defineProperty(object, tagSymbol, { __proto__: null, value: tag, configurable: true });
+        if (isChecked)
+            setBase(object, makeBase(tag));
+    };

@@ -115,6 +115,17 @@ JSValueRef makeGetter(PageState& page, JSContextRef ctx, Arguments arguments, JS
     return page.wrappers().makeRootGetter(stringOf(ctx, arguments[0]));
 }
 
+JSValueRef unknownName(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef* exception)
+{
+    vexlite::PageChecker* checker = page.core().checker();
+    const QString refusal = checker
+        ? checker->checkName(page.env(), stringOf(ctx, arguments[0]), stringOf(ctx, arguments[1]))
+        : QString();
+    if (!refusal.isNull())
+        *exception = page.prelude().makeTypeError(refusal);
+    return JSValueMakeUndefined(ctx);
+}
+
 } // namespace
 
 JSObjectRef makeNatives(JSGlobalContextRef ctx)
@@ -136,6 +147,7 @@ JSObjectRef makeNatives(JSGlobalContextRef ctx)
     add("isProxy", callback<1, isProxy>);
     add("isNative", callback<1, isNative>);
     add("makeGetter", callback<1, makeGetter>);
+    add("unknownName", callback<2, unknownName>);
     return natives;
 }
 

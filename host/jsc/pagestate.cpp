@@ -74,7 +74,8 @@ void PageState::open(const PageOptions& options)
         return array;
     };
     m_prelude.call(m_prelude.makeProcess, nullptr, list(options.arguments));
-    const JSValueRef root = m_prelude.call(m_prelude.makeRoot, nullptr, list(m_core->objectNames()));
+    const JSValueRef root = m_prelude.call(m_prelude.makeRoot, nullptr, list(m_core->objectNames()),
+        JSValueMakeBoolean(m_ctx, m_core->checker()));
     m_wrappers.setRoot(asObject(root));
 }
 

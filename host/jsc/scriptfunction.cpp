@@ -19,7 +19,7 @@ ScriptFunction::~ScriptFunction()
         m_page->functions().forget(this);
 }
 
-KResult ScriptFunction::Call(const JSApiArguments& arguments, KJSVariant* result)
+KResult ScriptFunction::perform(const JSApiArguments& arguments, KJSVariant* result)
 {
     if (result)
         *result = {};

@@ -13,7 +13,7 @@ class PageState;
 /// Keeps its script function alive as long as it and the page live.
 class ScriptFunction final : public vexlite::PageFunction {
 public:
-    KResult Call(const JSApiArguments& arguments, KJSVariant* result) override;
+    KResult perform(const JSApiArguments& arguments, KJSVariant* result) override;
     std::uintptr_t Identity() const override { return reinterpret_cast<std::uintptr_t>(m_function); }
     JSContextEnv Context() const override { return m_env; }
 

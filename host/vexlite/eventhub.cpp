@@ -5,6 +5,7 @@
 #include "host/vexlite/eventhubs.h"
 #include "host/vexlite/ownedtext.h"
 #include "host/vexlite/scriptvalues.h"
+#include "host/vexlite/trace.h"
 
 namespace vexlite {
 
@@ -80,11 +81,14 @@ KResult EventHub::Dispatch(
         return KR_OK;
     const JSApiArguments arguments(payload.data(), payload.size());
     const JSContextEnv receiver = target;
+    CallTrace::Emission emission(m_typeId, m_object, event, arguments);
     const ListenerList::Reading reading(*list);
     for (std::size_t position = 0; position < reading.end(); ++position) {
         // An exception is reported as the page's uncaught error, and the next listener is called.
-        if (const Ref<PageFunction> function = reading.at(position, receiver))
-            function->Call(arguments, nullptr);
+        if (const Ref<PageFunction> function = reading.at(position, receiver)) {
+            emission.reach(function->Context());
+            function->perform(arguments, nullptr);
+        }
     }
     return KR_OK;
 }

@@ -14,6 +14,8 @@ public:
     PageFunction(const PageFunction&) = delete;
     PageFunction& operator=(const PageFunction&) = delete;
 
+    /// Performs the call and reports it to observers.
+    KResult Call(const JSApiArguments& arguments, KJSVariant* result) final;
     KResult QueryInterface(const KIID& iid, void** out) final;
     /// [any thread]
     std::uint32_t AddRef() final { return m_references.fetch_add(1, std::memory_order_relaxed) + 1; }
@@ -26,12 +28,17 @@ public:
     virtual std::uintptr_t Identity() const = 0;
     /// The page it belongs to.
     virtual JSContextEnv Context() const = 0;
+    /// What IJSFunction::Call says, without a report.
+    virtual KResult perform(const JSApiArguments& arguments, KJSVariant* result) = 0;
+    /// A number for people and for records: that of all wrappers of the same function, as long as one of them lives.
+    std::int64_t number();
 
 protected:
     /// Called on the GUI thread, or after the application has ended.
-    virtual ~PageFunction() = default;
+    virtual ~PageFunction();
 
 private:
+    std::int64_t m_number = 0; ///< 0 until it is asked for
     std::atomic<std::uint32_t> m_references { 1 };
 };
 

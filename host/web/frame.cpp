@@ -123,6 +123,7 @@ QString Frame::greeting()
     greeting.unit('k');
     greeting.word(m_name);
     greeting.unit(m_isScript ? 's' : 'p');
+    greeting.unit(vexlite::Core::instance()->checker() ? 'n' : '-');
     const QStringList names = vexlite::Core::instance()->objectNames();
     greeting.count(static_cast<std::uint64_t>(names.size()));
     for (const QString& name : names)
@@ -161,6 +162,9 @@ QString Frame::reply(char request, WireReader& reader)
             const std::int64_t handle = reader.count();
             m_handles.release(handle, reader.count());
         }
+        break;
+    case 'N':
+        answer = checkName(reader);
         break;
     case 'P':
         break;
@@ -299,6 +303,15 @@ QString Frame::answerOf(
     if (isMethod && !isThrown ? toWire.writeResult(answer, value) : toWire.write(answer, value))
         return answer.take();
     return failure(OperationFailed, toWire.problem());
+}
+
+QString Frame::checkName(WireReader& reader)
+{
+    const QString object = reader.text().toString();
+    const QString name = reader.text().toString();
+    vexlite::PageChecker* checker = vexlite::Core::instance()->checker();
+    const QString refusal = checker && !reader.failed() ? checker->checkName(m_context, object, name) : QString();
+    return refusal.isNull() ? QStringLiteral("ru") : typeError(refusal);
 }
 
 QString Frame::scriptRequest(WireReader& reader)

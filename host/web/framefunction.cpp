@@ -19,7 +19,7 @@ FrameFunction::~FrameFunction()
         m_frame->removeFunction(*this);
 }
 
-KResult FrameFunction::Call(const JSApiArguments& arguments, KJSVariant* result)
+KResult FrameFunction::perform(const JSApiArguments& arguments, KJSVariant* result)
 {
     if (result)
         *result = {};

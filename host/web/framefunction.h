@@ -15,7 +15,7 @@ public:
 
     /// KR_REJECTED for a call whose arguments have no script form, and when more calls wait than a document may have.
     /// `result` stays empty.
-    KResult Call(const JSApiArguments& arguments, KJSVariant* result) override;
+    KResult perform(const JSApiArguments& arguments, KJSVariant* result) override;
     std::uintptr_t Identity() const override { return static_cast<std::uintptr_t>(m_id); }
     JSContextEnv Context() const override { return m_context; }
 

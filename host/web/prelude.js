@@ -26,7 +26,6 @@
     const world = globalThis;
     const later = setTimeout;
     const soon = queueMicrotask;
-    const { setPrototypeOf } = Object;
     const { parse } = JSON;
     const { random } = Math;
     const { fromCharCode } = String;
@@ -651,12 +650,11 @@
             const member = nextCount(reader);
             const name = nextText(reader);
             if (isProperty)
-                defineProperty(prototype, name,
-                    { __proto__: null, get: makeGetter(id, member, name), enumerable: true, configurable: true });
+                defineProperty(prototype, name, { __proto__: null, get: makeGetter(id, member, name), enumerable: true, configurable: true });
             else
                 define(prototype, name, makeMethod(id, member, name), true);
         }
-        defineProperty(prototype, tagSymbol, { __proto__: null, value: tag, configurable: true });
+        setTag(prototype, tag);
         mapSet(classes, id, { __proto__: null, prototype });
     };
     // NovaExtension: every object is bound at its first access and is a plain property from then on.
@@ -673,7 +671,7 @@
             };
             defineProperty(root, name, { __proto__: null, get, enumerable: true, configurable: true });
         }
-        defineProperty(root, tagSymbol, { __proto__: null, value: 'NovaExtension', configurable: true });
+        setTag(root, 'NovaExtension');
         define(world, 'NovaExtension', root, false);
     };
 
@@ -806,6 +804,7 @@
             rejectPromise({ __proto__: null, [outcome]: part });
             later(() => report(part), 1000); // a script can remove all listeners of the document
         },
+        unknownName: (owner, name) => result(transact('N' + frame + ';' + written(owner) + written(name))),
         uncaught: (text, stack, code) => {
             if (isScripted)
                 reportEnd(compose('u', text, stack, code === undefined ? '' : '' + code));
@@ -932,6 +931,7 @@
         return;
     frame = nextWord(reader);
     const isScript = reader.text[reader.at++] === 's';
+    isChecked = reader.text[reader.at++] === 'n';
     makeRoot(reader);
     if (isScript)
         setUpScript(reader);

@@ -26,12 +26,14 @@ Kind kindOf(const std::string& kind)
 DeclaredType readType(const Json& type)
 {
     DeclaredType read { kindOf(type["kind"].get_ref<const std::string&>()) };
-    for (const Json& value : type.value("values", Json::array()))
-        read.values.append(QString::fromStdString(value.dump()));
     if (read.kind == Kind::Array)
         read.inner.push_back(readType(type["items"]));
-    if (read.kind == Kind::Map)
+    if (read.kind == Kind::Map) {
         read.inner.push_back(readType(type["values"]));
+        return read;
+    }
+    for (const Json& value : type.value("values", Json::array()))
+        read.values.append(QString::fromStdString(value.dump()));
     for (const Json& one : type.value("types", Json::array()))
         read.inner.push_back(readType(one));
     for (const Json& field : type.value("fields", Json::array()))

@@ -3,9 +3,9 @@
 // change its behaviour by replacing them. For the same reason it must not use prototypes: no iteration protocol, no
 // assignment of new properties, no methods.
 //
-// The prelude around it defines `native`, with finish(ticket, ok, text, json, stack, code) and uncaught(text, stack, code), and
-// unknownName(owner, name), which may throw;
-// isOwnFrame(frame), whether a line of a stack is of the engine's own script; and jsonOf(value), which may throw.
+// The prelude around it defines `native`, with finish(ticket, ok, text, json, stack, code), uncaught(text, stack, code) and
+// unknownName(owner, name), which returns the text of an error to throw, or undefined; isOwnFrame(frame), whether a line of a
+// stack is of the engine's own script; and jsonOf(value), which may throw.
     const { apply } = Reflect;
     const { keys, defineProperty, getOwnPropertyDescriptor, getPrototypeOf } = Object;
     const { isArray } = Array;
@@ -323,8 +323,9 @@
     const makeBase = (owner) => new ProxyType({}, {
         __proto__: null,
         get: (base, name, self) => {
-            if (typeof name === 'string' && !(name in base))
-                native.unknownName(owner, name);
+            const refusal = typeof name === 'string' && !(name in base) ? native.unknownName(owner, name) : undefined;
+            if (refusal !== undefined)
+                throw makeTypeError(refusal);
             return readProperty(base, name, self);
         },
     });

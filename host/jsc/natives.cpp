@@ -115,15 +115,13 @@ JSValueRef makeGetter(PageState& page, JSContextRef ctx, Arguments arguments, JS
     return page.wrappers().makeRootGetter(stringOf(ctx, arguments[0]));
 }
 
-JSValueRef unknownName(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef* exception)
+JSValueRef unknownName(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef*)
 {
     vexlite::PageChecker* checker = page.core().checker();
     const QString refusal = checker
         ? checker->checkName(page.env(), stringOf(ctx, arguments[0]), stringOf(ctx, arguments[1]))
         : QString();
-    if (!refusal.isNull())
-        *exception = page.prelude().makeTypeError(refusal);
-    return JSValueMakeUndefined(ctx);
+    return refusal.isNull() ? JSValueMakeUndefined(ctx) : makeString(ctx, refusal);
 }
 
 } // namespace

@@ -54,7 +54,8 @@ std::size_t findEntry(const QString& name, const char* second, std::size_t from)
 {
     const std::string_view text = description();
     const std::string start = "\"name\": \"" + name.toStdString() + "\",";
-    for (std::size_t at = text.find(start, from); at != std::string_view::npos; at = text.find(start, at + 1)) {
+    for (std::size_t at = text.find(start, from); at != std::string_view::npos;
+         at = text.find(start, at + 1)) {
         const std::size_t next = text.find_first_not_of(" \n", at + start.size());
         if (text.substr(next).starts_with(second))
             return text.rfind('{', at);
@@ -121,7 +122,8 @@ QString DeclaredType::name() const
     return names.join(QStringLiteral(" or "));
 }
 
-const std::vector<DeclaredType::Field>& DeclaredTypes::parameters(const QString& object, const QString& member)
+const std::vector<DeclaredType::Field>& DeclaredTypes::parameters(
+    const QString& object, const QString& member)
 {
     QHash<QString, std::vector<DeclaredType::Field>>& members = m_known[object];
     const auto known = members.constFind(member);

@@ -71,7 +71,8 @@ bool isOfKind(const KJSVariant& value, const DeclaredType& type)
     case Kind::Number:
         return raw.vt == MV_INT32 || raw.vt == MV_INT64 || raw.vt == MV_DOUBLE;
     case Kind::Integer:
-        return raw.vt == MV_INT32 || raw.vt == MV_INT64 || (raw.vt == MV_DOUBLE && std::trunc(raw.dblVal) == raw.dblVal);
+        return raw.vt == MV_INT32 || raw.vt == MV_INT64
+            || (raw.vt == MV_DOUBLE && std::trunc(raw.dblVal) == raw.dblVal);
     case Kind::Boolean:
         return raw.vt == MV_BOOL;
     case Kind::Object:
@@ -93,8 +94,8 @@ bool isOfKind(const KJSVariant& value, const DeclaredType& type)
 QString quoted(const QString& text)
 {
     constexpr int LongestShown = 80;
-    return QString::fromUtf8(vexlite::jsonString(
-        text.size() > LongestShown ? text.left(LongestShown) + QChar(0x2026) : text));
+    return QString::fromUtf8(
+        vexlite::jsonString(text.size() > LongestShown ? text.left(LongestShown) + QChar(0x2026) : text));
 }
 
 QString didYouMean(const QString& nearest, const QString& mark)
@@ -106,7 +107,8 @@ QString didYouMean(const QString& nearest, const QString& mark)
 class Search {
 public:
     explicit Search(const vexlite::CallFacts& call)
-        : m_member(call.object.mid(call.object.indexOf(QLatin1Char('.')) + 1) + QLatin1Char('.') + call.member)
+        : m_member(
+            call.object.mid(call.object.indexOf(QLatin1Char('.')) + 1) + QLatin1Char('.') + call.member)
     {
     }
     QStringList found;
@@ -167,13 +169,14 @@ private:
     {
         const MVARIANT& raw = *dereference(value.raw());
         const QString text = vexlite::textOf(value);
-        const QString written = isText(raw) ? QString::fromUtf8(vexlite::jsonString(text)) : vexlite::summaryOf(value);
+        const QString written =
+            isText(raw) ? QString::fromUtf8(vexlite::jsonString(text)) : vexlite::summaryOf(value);
         if (type.values.contains(written))
             return;
         const QString nearest = isText(raw) ? findNearest(written, type.values) : QString();
         add(QStringLiteral("`%1` of %2 is %3, which is none of %4%5")
-                .arg(path, m_member, isText(raw) ? quoted(text) : written, type.values.join(QStringLiteral(", ")),
-                    didYouMean(nearest, QString())));
+                .arg(path, m_member, isText(raw) ? quoted(text) : written,
+                    type.values.join(QStringLiteral(", ")), didYouMean(nearest, QString())));
     }
 
     void lookAtFields(const IJSONValue& object, const DeclaredType& type, const QString& path)
@@ -186,8 +189,8 @@ private:
         const QString* key = nullptr;
         const KJSVariant* value = nullptr;
         for (std::int32_t i = 0; object.At(i, &key, &value); ++i) {
-            const auto known =
-                std::ranges::find(type.fields, *key, [](const DeclaredType::Field& field) { return field.name; });
+            const auto known = std::ranges::find(
+                type.fields, *key, [](const DeclaredType::Field& field) { return field.name; });
             if (known != type.fields.end())
                 look(*value, known->type, join(path, *key));
             else
@@ -218,17 +221,18 @@ private:
 /// Names that pages, libraries and engines read of any object, to see what it is.
 bool isProbe(const QString& name)
 {
-    static const QSet<QString> probes { QStringLiteral("then"), QStringLiteral("toJSON"), QStringLiteral("length"),
-        QStringLiteral("nodeType"), QStringLiteral("inspect"), QStringLiteral("asymmetricMatch"),
-        QStringLiteral("default") };
+    static const QSet<QString> probes { QStringLiteral("then"), QStringLiteral("toJSON"),
+        QStringLiteral("length"), QStringLiteral("nodeType"), QStringLiteral("inspect"),
+        QStringLiteral("asymmetricMatch"), QStringLiteral("default") };
     return name.isEmpty() || name[0] == QLatin1Char('_') || name[0] == QLatin1Char('$') || name[0].isDigit()
         || probes.contains(name);
 }
 
 } // namespace
 
-QString Hints::give(const JSContextEnv& context, const QString& hint)
+QString Hints::give(const JSContextEnv& context, const QString& text)
 {
+    const QString hint = vexlite::withoutControls(text);
     if (m_isStrict)
         return hint;
     QSet<QString>& given = m_given[context.contextId];

@@ -20,7 +20,7 @@ public:
     QString checkName(const JSContextEnv& context, const QString& object, const QString& name) override;
 
 private:
-    QString give(const JSContextEnv& context, const QString& hint);
+    QString give(const JSContextEnv& context, const QString& text);
 
     bool m_isStrict;
     DeclaredTypes m_types;

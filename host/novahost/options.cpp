@@ -91,7 +91,8 @@ QStringList toQStringList(const std::vector<std::string>& given)
 std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
 {
     Options options;
-    std::string profileFile, dataDirectory, libraryFile, failures, play, script, object, origin, trace, record;
+    std::string profileFile, dataDirectory, libraryFile, failures, play, script, object, origin, trace,
+        record;
     std::vector<std::string> without;
 
     CLI::App app("Runs page script against libvexlitejsapi in a stand-in suite.", "novahost");
@@ -114,7 +115,8 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
            "got, passwords too")
         ->option_text("FILE");
     app.add_flag("--no-hints", options.noHints, "Print no hints at what looks like a mistake of the page's");
-    app.add_flag("--strict", options.strict, "Refuse calls at which a hint would be printed, and unknown names");
+    app.add_flag(
+        "--strict", options.strict, "Refuse calls at which a hint would be printed, and unknown names");
     app.add_option("--failures", failures,
            "Write each failure that a page sees, {member, code, msg, rejects}, to a file of JSON lines in "
            "this directory")
@@ -211,7 +213,12 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
         return std::nullopt;
     }
     if (options.strict && options.noHints) {
-        exitCode = fail(UsageError, QStringLiteral("--strict makes errors of hints, which --no-hints switches off"));
+        exitCode =
+            fail(UsageError, QStringLiteral("--strict makes errors of hints, which --no-hints switches off"));
+        return std::nullopt;
+    }
+    if (!record.empty() && (members->parsed() || policy->parsed())) {
+        exitCode = fail(UsageError, QStringLiteral("--record is for run, eval, repl and open"));
         return std::nullopt;
     }
     options.command = run->parsed() ? Command::Run

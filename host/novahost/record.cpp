@@ -53,16 +53,19 @@ QByteArray Recorder::begin(const char* type, double at, const JSContextEnv* page
 void Recorder::pageOpened(const JSContextEnv& context, const QString& origin)
 {
     if (m_pages.add(context) == 1)
-        m_file->write("{\"novaRecording\":1,\"library\":\"" NOVAHOST_VERSION "\",\"origin\":" + jsonString(origin) + "}\n");
+        m_file->write("{\"novaRecording\":1,\"library\":\"" NOVAHOST_VERSION "\",\"origin\":"
+            + jsonString(origin) + "}\n");
     else
-        m_file->write(begin("page", m_pages.milliseconds(), &context) + ",\"origin\":" + jsonString(origin) + "}\n");
+        m_file->write(
+            begin("page", m_pages.milliseconds(), &context) + ",\"origin\":" + jsonString(origin) + "}\n");
 }
 
 void Recorder::callEnded(const vexlite::CallFacts& call, const vexlite::CallOutcome& outcome)
 {
     RecordWriter writer(MostOfValues);
-    QByteArray line = begin("call", m_pages.millisecondsAt(call.start), &call.context, call.within) + ",\"id\":"
-        + number(call.id) + ofObject(call.object, call.instance) + ",\"member\":" + jsonString(call.member);
+    QByteArray line = begin("call", m_pages.millisecondsAt(call.start), &call.context, call.within)
+        + ",\"id\":" + number(call.id) + ofObject(call.object, call.instance)
+        + ",\"member\":" + jsonString(call.member);
     line += call.isProperty ? ",\"property\":true,\"arguments\":[]"
                             : ",\"arguments\":" + writer.list(call.arguments, ValueFrom::Page);
     line += outcomeOf(outcome, writer);
@@ -72,8 +75,8 @@ void Recorder::callEnded(const vexlite::CallFacts& call, const vexlite::CallOutc
 void Recorder::promiseSettled(const vexlite::SettledPromise& promise)
 {
     const char* state = promise.state == JSPromiseState::Resolved ? "resolved" : "rejected";
-    m_file->write(begin("settled", m_pages.millisecondsAt(promise.time), &promise.context) + ",\"promise\":"
-        + number(promise.id) + ",\"state\":\"" + state
+    m_file->write(begin("settled", m_pages.millisecondsAt(promise.time), &promise.context)
+        + ",\"promise\":" + number(promise.id) + ",\"state\":\"" + state
         + "\",\"value\":" + RecordWriter(MostOfValues).value(promise.value, ValueFrom::Library) + "}\n");
 }
 
@@ -86,9 +89,10 @@ void Recorder::eventBegan(const vexlite::EventFacts& event)
 
 void Recorder::functionBegan(const vexlite::FunctionFacts& function)
 {
-    m_file->write(begin("callback", m_pages.millisecondsAt(function.start), &function.context, function.within)
-        + ",\"function\":" + number(function.function)
-        + ",\"arguments\":" + RecordWriter(MostOfValues).list(function.arguments, ValueFrom::Library) + "}\n");
+    m_file->write(
+        begin("callback", m_pages.millisecondsAt(function.start), &function.context, function.within)
+        + ",\"function\":" + number(function.function) + ",\"arguments\":"
+        + RecordWriter(MostOfValues).list(function.arguments, ValueFrom::Library) + "}\n");
 }
 
 void Recorder::stepPlayed(const QString& step)

@@ -2,9 +2,9 @@
 
 #include "host/krt/centre.h"
 #include "host/novahost/browserfacts.h"
+#include "host/novahost/hints.h"
 #include "host/novahost/libraries.h"
 #include "host/novahost/pageplays.h"
-#include "host/novahost/hints.h"
 #include "host/novahost/policy.h"
 #include "host/novahost/record.h"
 #include "host/novahost/tracefile.h"

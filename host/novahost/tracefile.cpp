@@ -40,15 +40,15 @@ bool TraceFile::finish()
     return m_file->finish();
 }
 
-void TraceFile::add(const char* phase, const char* category, const QString& name, int page, double milliseconds,
-    const QByteArray& rest)
+void TraceFile::add(const char* phase, const char* category, const QString& name, int page,
+    double milliseconds, const QByteArray& rest)
 {
     if (m_isFinished)
         return;
     QByteArray line = std::exchange(m_isEmpty, false) ? "\n" : ",\n";
-    line += "{\"ph\":\"" + QByteArray(phase) + "\",\"cat\":\"" + category + "\",\"name\":" + vexlite::jsonString(name)
-        + ",\"pid\":" + QByteArray::number(QCoreApplication::applicationPid())
-        + ",\"tid\":" + QByteArray::number(page) + ",\"ts\":" + microseconds(milliseconds) + rest + '}';
+    line += "{\"ph\":\"" + QByteArray(phase) + "\",\"cat\":\"" + category + "\",\"name\":"
+        + vexlite::jsonString(name) + ",\"pid\":" + QByteArray::number(QCoreApplication::applicationPid())
+        + ",\"tid\":" + QByteArray::number(page + 1) + ",\"ts\":" + microseconds(milliseconds) + rest + '}';
     m_file->write(line);
 }
 
@@ -56,7 +56,8 @@ void TraceFile::pageOpened(const JSContextEnv& context, const QString& origin)
 {
     const int page = m_pages.add(context);
     add("M", "__metadata", QStringLiteral("thread_name"), page, 0,
-        ",\"args\":{\"name\":" + vexlite::jsonString(QStringLiteral("page %1 %2").arg(page).arg(origin)) + '}');
+        ",\"args\":{\"name\":" + vexlite::jsonString(QStringLiteral("page %1 %2").arg(page).arg(origin))
+            + '}');
 }
 
 void TraceFile::callEnded(const vexlite::CallFacts& call, const vexlite::CallOutcome& outcome)
@@ -65,8 +66,9 @@ void TraceFile::callEnded(const vexlite::CallFacts& call, const vexlite::CallOut
     const QString name = nameOf(call.object, call.instance) + QLatin1Char('.') + call.member;
     RecordWriter writer(MostOfEvent);
     QByteArray values = ",\"args\":{\"arguments\":" + writer.list(call.arguments, ValueFrom::Page);
-    values += outcome.exception.isEmpty() ? ",\"answer\":" + writer.value(outcome.result, ValueFrom::Library)
-                                          : ",\"thrown\":" + writer.value(outcome.exception, ValueFrom::Library);
+    values += outcome.exception.isEmpty()
+        ? ",\"answer\":" + writer.value(outcome.result, ValueFrom::Library)
+        : ",\"thrown\":" + writer.value(outcome.exception, ValueFrom::Library);
     add("X", "call", name, page, m_pages.millisecondsAt(call.start),
         ",\"dur\":" + microseconds(millisecondsBetween(call.start, outcome.end)) + values + '}');
     if (const std::int64_t promise = vexlite::promiseHandle(outcome.result))
@@ -89,14 +91,14 @@ void TraceFile::eventBegan(const vexlite::EventFacts& event)
 {
     add("i", "event", nameOf(event.object, event.instance) + QLatin1Char(' ') + event.event,
         m_pages.numberOf(event.context), m_pages.millisecondsAt(event.time),
-        ",\"s\":\"t\",\"args\":{\"arguments\":" + RecordWriter(MostOfEvent).list(event.arguments, ValueFrom::Library)
-            + '}');
+        ",\"s\":\"t\",\"args\":{\"arguments\":"
+            + RecordWriter(MostOfEvent).list(event.arguments, ValueFrom::Library) + '}');
 }
 
 void TraceFile::functionEnded(const vexlite::FunctionFacts& function, vexlite::TraceTime end)
 {
-    add("X", "callback", QStringLiteral("function %1").arg(function.function), m_pages.numberOf(function.context),
-        m_pages.millisecondsAt(function.start),
+    add("X", "callback", QStringLiteral("function %1").arg(function.function),
+        m_pages.numberOf(function.context), m_pages.millisecondsAt(function.start),
         ",\"dur\":" + microseconds(millisecondsBetween(function.start, end)) + ",\"args\":{\"arguments\":"
             + RecordWriter(MostOfEvent).list(function.arguments, ValueFrom::Library) + '}');
 }

@@ -22,7 +22,7 @@ public:
     void stepPlayed(const QString& step) override;
 
 private:
-    /// `rest` is what else the event has: ",\"dur\":5".
+    /// `page` is 0 for the suite; `rest` is what else the event has: ",\"dur\":5".
     void add(const char* phase, const char* category, const QString& name, int page, double milliseconds,
         const QByteArray& rest);
 

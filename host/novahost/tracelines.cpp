@@ -10,7 +10,7 @@ namespace {
 
 QString duration(double milliseconds)
 {
-    return milliseconds < 1 ? QStringLiteral("%1 us").arg(milliseconds * 1000, 0, 'f', 0)
+    return milliseconds < 1   ? QStringLiteral("%1 us").arg(milliseconds * 1000, 0, 'f', 0)
         : milliseconds < 1000 ? QStringLiteral("%1 ms").arg(milliseconds, 0, 'f', 1)
                               : QStringLiteral("%1 s").arg(milliseconds / 1000, 0, 'f', 2);
 }
@@ -18,7 +18,9 @@ QString duration(double milliseconds)
 QString describeFailure(const KJSVariant& exception)
 {
     const vexlite::Failure failure = vexlite::failureOf(exception);
-    return QStringLiteral("code %1 %2").arg(failure.code).arg(QString::fromUtf8(vexlite::jsonString(failure.msg)));
+    return QStringLiteral("code %1 %2")
+        .arg(failure.code)
+        .arg(QString::fromUtf8(vexlite::jsonString(failure.msg)));
 }
 
 /// Without the envelope, which every answer has.
@@ -41,7 +43,9 @@ QString TraceLines::pageOf(const JSContextEnv& context) const
 
 void TraceLines::print(double at, int depth, const QString& text) const
 {
-    printLine(QStringLiteral("%1 ms  %2").arg(at, 9, 'f', 1).arg(QString(2 * depth, QLatin1Char(' ')) + text), true);
+    const QString indent(2 * depth, QLatin1Char(' '));
+    printLine(
+        QStringLiteral("%1 ms  %2").arg(at, 9, 'f', 1).arg(indent + vexlite::withoutControls(text)), true);
 }
 
 void TraceLines::printOpen()
@@ -132,7 +136,9 @@ void TraceLines::eventEnded(const vexlite::EventFacts&)
 void TraceLines::functionBegan(const vexlite::FunctionFacts& function)
 {
     begin(function.context, function.start,
-        QStringLiteral("function %1%2 called").arg(function.function).arg(vexlite::summaryOf(function.arguments)));
+        QStringLiteral("function %1%2 called")
+            .arg(function.function)
+            .arg(vexlite::summaryOf(function.arguments)));
     printOpen();
 }
 

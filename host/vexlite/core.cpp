@@ -129,7 +129,8 @@ public:
     {
         const auto perform = [&](std::int64_t extra) {
             KResult status = KR_REJECTED;
-            if (m_checker && arguments.size() && isRefused(object, context, id, access, arguments, exception)) [[unlikely]]
+            if (m_checker && arguments.size() && isRefused(object, context, id, access, arguments, exception))
+                [[unlikely]]
                 return status;
             if (access == JSAccess::Method)
                 status = object->InvokeMethod(context, id, arguments, result, extra, exception);
@@ -140,7 +141,8 @@ public:
             return status == KR_OK && exception.isEmpty() ? KR_OK : failed(status, exception);
         };
         if (m_trace.isTracing()) [[unlikely]]
-            return m_trace.trace(m_trace.describe(object, context, id, access, arguments), result, exception, perform);
+            return m_trace.trace(
+                m_trace.describe(object, context, id, access, arguments), result, exception, perform);
         return perform(0);
     }
 
@@ -167,7 +169,8 @@ private:
     bool isRefused(IJSExtentionObject* object, const JSContextEnv& context, std::int32_t id, JSAccess access,
         const JSApiArguments& arguments, KJSVariant& exception) const
     {
-        const QString refusal = m_checker->checkCall(m_trace.describe(object, context, id, access, arguments));
+        const QString refusal =
+            m_checker->checkCall(m_trace.describe(object, context, id, access, arguments));
         if (!refusal.isNull())
             exception = makeFailure(wrongArgument, refusal);
         return !refusal.isNull();

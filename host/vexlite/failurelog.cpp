@@ -33,7 +33,8 @@ void FailureLog::add(const QString& object, const QString& member, const KJSVari
     const Failure seen = failureOf(failed);
     const QString name = object.mid(object.indexOf(QLatin1Char('.')) + 1);
     const QJsonObject failure { { QStringLiteral("member"), name + QLatin1Char('.') + member },
-        { QStringLiteral("code"), seen.code }, { QStringLiteral("msg"), seen.msg }, { QStringLiteral("rejects"), rejects } };
+        { QStringLiteral("code"), seen.code }, { QStringLiteral("msg"), seen.msg },
+        { QStringLiteral("rejects"), rejects } };
     const QByteArray line = QJsonDocument(failure).toJson(QJsonDocument::Compact) + '\n';
     if (m_lines.contains(line))
         return;

@@ -31,7 +31,8 @@ private:
         JSContextEnv context;
         CallTrace::Caller caller;
     };
-    void settle(ScriptPage& page, std::int64_t promise, const State& state, JSPromiseState to, const KJSVariant& value);
+    void settle(ScriptPage& page, std::int64_t promise, const State& state, JSPromiseState to,
+        const KJSVariant& value);
 
     std::shared_ptr<Pages> m_pages;
     CallTrace& m_trace;

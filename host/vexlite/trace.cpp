@@ -1,7 +1,9 @@
 #include "host/vexlite/trace.h"
 
+#include "host/vexlite/conversion.h"
 #include "host/vexlite/memberrecord.h"
 #include "host/vexlite/ownedtext.h"
+#include "host/vexlite/pagefunction.h"
 #include "host/vexlite/scriptvalues.h"
 
 #include <algorithm>
@@ -14,8 +16,28 @@ Failure failureOf(const KJSVariant& exception)
     const IJSONValue* failure = objectOf(exception);
     if (!failure)
         return { OperationFailed, textOf(exception) };
-    return { failure->GetInt32(QStringLiteral("code"), OperationFailed), failure->GetString(QStringLiteral("msg"), {}) };
+    return { failure->GetInt32(QStringLiteral("code"), OperationFailed),
+        failure->GetString(QStringLiteral("msg"), {}) };
 }
+
+namespace {
+
+/// Gives the functions in a value their numbers while those that native code may let go during a call are still there.
+void numberFunctions(const KJSVariant& value, int depth = 0)
+{
+    constexpr int Deepest = 2;
+    if (const auto function = queryInterface<IJSFunction>(value, IID_IJSFunction)) {
+        if (auto* ours = dynamic_cast<PageFunction*>(function.get()))
+            ours->number();
+    }
+    const QString* key = nullptr;
+    const KJSVariant* inner = nullptr;
+    const IJSONValue* object = depth < Deepest ? objectOf(value) : nullptr;
+    for (std::int32_t i = 0; object && object->At(i, &key, &inner); ++i)
+        numberFunctions(*inner, depth + 1);
+}
+
+} // namespace
 
 CallTrace::~CallTrace()
 {
@@ -46,17 +68,20 @@ template <typename Report> void CallTrace::each(Report report)
     }
 }
 
-CallFacts CallTrace::describe(IJSExtentionObject* object, const JSContextEnv& context, std::int32_t id, JSAccess access,
-    const JSApiArguments& arguments) const
+CallFacts CallTrace::describe(IJSExtentionObject* object, const JSContextEnv& context, std::int32_t id,
+    JSAccess access, const JSApiArguments& arguments) const
 {
     const std::int64_t typeId = object->GetTypeId();
     return { 0, innermost(), context, m_names.nameOf(typeId), m_names.instanceOf(object),
         m_names.memberName(typeId, id), access != JSAccess::Method, arguments, Clock::now() };
 }
 
-KResult CallTrace::trace(CallFacts call, const KJSVariant& result, const KJSVariant& exception, const Invoke& invoke)
+KResult CallTrace::trace(
+    CallFacts call, const KJSVariant& result, const KJSVariant& exception, const Invoke& invoke)
 {
     call.id = ++m_lastCall;
+    for (const KJSVariant& argument : call.arguments)
+        numberFunctions(argument);
     each([&](Observer& observer) { observer.callBegan(call); });
     ActiveCall active { m_innermost, call };
     m_innermost = &active;
@@ -82,7 +107,8 @@ void CallTrace::reportSettled(const JSContextEnv& context, std::int64_t promise,
 {
     if (!isTracing())
         return;
-    const SettledPromise settled { promise, context, caller.object, caller.member, Clock::now(), state, value };
+    const SettledPromise settled { promise, context, caller.object, caller.member, Clock::now(), state,
+        value };
     for (ActiveCall* call = m_innermost; call; call = call->outer) {
         if (call->facts.id == caller.call) {
             call->settled.push_back(std::make_unique<Settlement>(settled));
@@ -139,7 +165,8 @@ CallTrace::Emission::~Emission()
 
 void CallTrace::recordEnd(const JSContextEnv& context, std::int64_t extra)
 {
-    if (m_innermost && extra == reinterpret_cast<std::int64_t>(m_innermost) && m_innermost->facts.context == context)
+    if (m_innermost && extra == reinterpret_cast<std::int64_t>(m_innermost)
+        && m_innermost->facts.context == context)
         m_innermost->end = Clock::now();
 }
 
@@ -159,7 +186,8 @@ void CallTrace::CallNotice(
     const QString& objectName, const JSContextEnv& context, const JSMemberEntry* member)
 {
     // The first notice belongs to the call; further ones come from calls that native code makes within it.
-    if (!m_innermost || std::exchange(m_innermost->isNoticed, true) || !(m_innermost->facts.context == context))
+    if (!m_innermost || std::exchange(m_innermost->isNoticed, true)
+        || !(m_innermost->facts.context == context))
         return;
     m_innermost->facts.object = makeOwnedText(objectName);
     m_innermost->facts.member = member ? MemberRecord::of(*member).nameText() : QString();

@@ -29,10 +29,11 @@ public:
 
     ClassNames& names() { return m_names; }
     /// The facts of a call that is about to be made, without its number.
-    CallFacts describe(IJSExtentionObject* object, const JSContextEnv& context, std::int32_t id, JSAccess access,
-        const JSApiArguments& arguments) const;
+    CallFacts describe(IJSExtentionObject* object, const JSContextEnv& context, std::int32_t id,
+        JSAccess access, const JSApiArguments& arguments) const;
     /// Makes a call and reports its beginning and end.
-    KResult trace(CallFacts call, const KJSVariant& result, const KJSVariant& exception, const Invoke& invoke);
+    KResult trace(
+        CallFacts call, const KJSVariant& result, const KJSVariant& exception, const Invoke& invoke);
     struct Caller {
         int call = 0; ///< 0 when no call is observed
         QString object;
@@ -41,8 +42,8 @@ public:
     /// Whose call is in progress.
     Caller caller() const;
     /// Reports that the promise which `caller` made is settled: at once, or when its call has ended.
-    void reportSettled(const JSContextEnv& context, std::int64_t promise, const Caller& caller, JSPromiseState state,
-        const KJSVariant& value);
+    void reportSettled(const JSContextEnv& context, std::int64_t promise, const Caller& caller,
+        JSPromiseState state, const KJSVariant& value);
     void reportPage(const JSContextEnv& context, const QString& origin);
     void reportStep(const QString& step);
     /// Reports the call of a function of a page, made by `call`.
@@ -52,7 +53,8 @@ public:
     /// One event of a hub: reported for each page when its first listener is about to be called, and when all have been.
     class Emission {
     public:
-        Emission(std::int64_t typeId, IJSExtentionObject* object, const QString& event, const JSApiArguments& arguments)
+        Emission(std::int64_t typeId, IJSExtentionObject* object, const QString& event,
+            const JSApiArguments& arguments)
             : m_typeId(typeId)
             , m_object(object)
             , m_event(event)

@@ -56,7 +56,8 @@ QString stringOf(const MVARIANT& value)
 {
     switch (value.vt) {
     case MV_STRING:
-        return QString(reinterpret_cast<const QChar*>(value.bstrVal), static_cast<int>(_XSysStringLen(value.bstrVal)));
+        return QString(
+            reinterpret_cast<const QChar*>(value.bstrVal), static_cast<int>(_XSysStringLen(value.bstrVal)));
     case MV_LPSTR:
         return QString::fromUtf8(value.pszVal);
     default:
@@ -70,6 +71,20 @@ QByteArray marked(const char* key, const QByteArray& json)
 }
 
 } // namespace
+
+QString withoutControls(const QString& text)
+{
+    const auto isControl = [](QChar unit) {
+        return unit < QLatin1Char(' ') || (unit >= QChar(0x7f) && unit < QChar(0xa0));
+    };
+    if (std::none_of(text.begin(), text.end(), isControl))
+        return text;
+    QString plain;
+    for (const QChar unit : text)
+        plain += isControl(unit) ? QStringLiteral("\\u%1").arg(unit.unicode(), 4, 16, QLatin1Char('0'))
+                                 : QString(unit);
+    return plain;
+}
 
 QByteArray jsonString(const QString& text)
 {
@@ -128,8 +143,8 @@ template <typename Write> bool RecordWriter::writeOr(const char* kind, std::size
         return true;
     m_out.truncate(start);
     // The outermost value always has its place.
-    const QByteArray marker =
-        "{\"$cut\":\"" + QByteArray(kind) + "\",\"length\":" + QByteArray::number(static_cast<qulonglong>(length)) + '}';
+    const QByteArray marker = "{\"$cut\":\"" + QByteArray(kind)
+        + "\",\"length\":" + QByteArray::number(static_cast<qulonglong>(length)) + '}';
     if (start == 0) {
         m_out += marker;
         return true;
@@ -165,10 +180,11 @@ bool RecordWriter::write(const MVARIANT& given, int depth)
         return append(marked("bigint", '"' + QByteArray::number(static_cast<qlonglong>(value->llVal)) + '"'));
     case MV_DOUBLE:
         if (!std::isfinite(value->dblVal) || (value->dblVal == 0 && std::signbit(value->dblVal)))
-            return append(marked("number", std::isnan(value->dblVal) ? "\"NaN\""
-                    : value->dblVal == 0                             ? "\"-0\""
-                    : value->dblVal > 0                              ? "\"Infinity\""
-                                                                     : "\"-Infinity\""));
+            return append(marked("number",
+                std::isnan(value->dblVal) ? "\"NaN\""
+                    : value->dblVal == 0  ? "\"-0\""
+                    : value->dblVal > 0   ? "\"Infinity\""
+                                          : "\"-Infinity\""));
         return append(numberText(value->dblVal));
     case MV_STRING:
     case MV_LPSTR:
@@ -178,7 +194,8 @@ bool RecordWriter::write(const MVARIANT& given, int depth)
             [&] { return text.size() <= m_limit && append(jsonString(text)); });
     }
     default:
-        return isInterface(*value) && value->punkVal ? writeObject(*value, depth) : append(QByteArrayLiteral("null"));
+        return isInterface(*value) && value->punkVal ? writeObject(*value, depth)
+                                                     : append(QByteArrayLiteral("null"));
     }
 }
 
@@ -193,17 +210,20 @@ bool RecordWriter::writeObject(const MVARIANT& value, int depth)
         for (std::int32_t i = 0; i < count && object->At(i, &key, &item); ++i)
             isMarked |= key->startsWith(QLatin1Char('$'));
         const auto property = [&](int i) {
-            return object->At(i, &key, &item) && append(jsonString(*key) + ':') && write(item->raw(), depth + 1);
+            return object->At(i, &key, &item) && append(jsonString(*key) + ':')
+                && write(item->raw(), depth + 1);
         };
         return writeOr("object", static_cast<std::size_t>(count), [&] {
             return !isDeep && append(isMarked ? QByteArrayLiteral("{\"$plain\":") : QByteArray())
-                && writeItems('{', '}', count, property) && append(isMarked ? QByteArrayLiteral("}") : QByteArray());
+                && writeItems('{', '}', count, property)
+                && append(isMarked ? QByteArrayLiteral("}") : QByteArray());
         });
     }
     if (const auto array = query<IJSArray>(value, IID_IJSArray)) {
         return writeOr("array", static_cast<std::size_t>(array->Count()), [&] {
-            return !isDeep
-                && writeItems('[', ']', array->Count(), [&](int i) { return write(array->At(i)->raw(), depth + 1); });
+            return !isDeep && writeItems('[', ']', array->Count(), [&](int i) {
+                return write(array->At(i)->raw(), depth + 1);
+            });
         });
     }
     if (const auto bytes = query<IJSBytes>(value, IID_IJSBytes)) {
@@ -218,7 +238,8 @@ bool RecordWriter::writeObject(const MVARIANT& value, int depth)
         return append(marked("promise", QByteArray::number(static_cast<qlonglong>(promise))));
     if (const auto function = query<IJSFunction>(value, IID_IJSFunction)) {
         auto* ours = dynamic_cast<PageFunction*>(function.get());
-        return append(marked("function", QByteArray::number(static_cast<qlonglong>(ours ? ours->number() : 0))));
+        return append(
+            marked("function", QByteArray::number(static_cast<qlonglong>(ours ? ours->number() : 0))));
     }
     if (const auto native = nativeOf(value)) {
         const QByteArray number = QByteArray::number(static_cast<qlonglong>(numberOf(native.get())));
@@ -258,19 +279,22 @@ QString summariseItems(QChar open, QChar close, std::int32_t count, int depth, I
 QString summariseKey(const QString& key)
 {
     const bool isPlain = !key.isEmpty() && !key[0].isDigit()
-        && std::all_of(key.begin(), key.end(), [](QChar unit) { return unit.isLetterOrNumber() || unit == QLatin1Char('_'); });
+        && std::all_of(key.begin(), key.end(),
+            [](QChar unit) { return unit.isLetterOrNumber() || unit == QLatin1Char('_'); });
     return isPlain && key.size() <= LongestText ? key : summariseText(key);
 }
 
 QString summariseObject(const MVARIANT& value, int depth)
 {
     if (const auto object = query<IJSONValue>(value, IID_IJSONValue)) {
-        return summariseItems(QLatin1Char('{'), QLatin1Char('}'), object->Count(), depth, [&](std::int32_t i) {
-            const QString* key = nullptr;
-            const KJSVariant* item = nullptr;
-            return object->At(i, &key, &item) ? summariseKey(*key) + QLatin1String(": ") + summarise(item->raw(), depth + 1)
-                                              : QString();
-        });
+        return summariseItems(
+            QLatin1Char('{'), QLatin1Char('}'), object->Count(), depth, [&](std::int32_t i) {
+                const QString* key = nullptr;
+                const KJSVariant* item = nullptr;
+                return object->At(i, &key, &item)
+                    ? summariseKey(*key) + QLatin1String(": ") + summarise(item->raw(), depth + 1)
+                    : QString();
+            });
     }
     if (const auto array = query<IJSArray>(value, IID_IJSArray))
         return summariseItems(QLatin1Char('['), QLatin1Char(']'), array->Count(), depth,
@@ -285,7 +309,9 @@ QString summariseObject(const MVARIANT& value, int depth)
     }
     if (const auto native = nativeOf(value)) {
         const QString name = classOf(native.get());
-        return QStringLiteral("%1#%2").arg(name.mid(name.indexOf(QLatin1Char('.')) + 1)).arg(numberOf(native.get()));
+        return QStringLiteral("%1#%2")
+            .arg(name.mid(name.indexOf(QLatin1Char('.')) + 1))
+            .arg(numberOf(native.get()));
     }
     return QStringLiteral("null");
 }
@@ -306,14 +332,16 @@ QString summarise(const MVARIANT& given, int depth)
         return QString::number(static_cast<qlonglong>(value->llVal));
     case MV_DOUBLE:
         return std::isnan(value->dblVal) ? QStringLiteral("NaN")
-            : std::isinf(value->dblVal)  ? (value->dblVal < 0 ? QStringLiteral("-Infinity") : QStringLiteral("Infinity"))
-                                         : QString::fromLatin1(numberText(value->dblVal));
+            : std::isinf(value->dblVal)
+            ? (value->dblVal < 0 ? QStringLiteral("-Infinity") : QStringLiteral("Infinity"))
+            : QString::fromLatin1(numberText(value->dblVal));
     case MV_STRING:
     case MV_LPSTR:
     case MV_LPWSTR:
         return summariseText(stringOf(*value));
     default:
-        return isInterface(*value) && value->punkVal ? summariseObject(*value, depth) : QStringLiteral("null");
+        return isInterface(*value) && value->punkVal ? summariseObject(*value, depth)
+                                                     : QStringLiteral("null");
     }
 }
 

@@ -40,6 +40,9 @@ private:
 /// The text as a JSON string, also when it has halves of surrogate pairs.
 QByteArray jsonString(const QString& text);
 
+/// For one line of a terminal, which a control character could confuse: these are escaped.
+QString withoutControls(const QString& text);
+
 /// As a page would write it, shortened: {path: "/tmp/…", list: [1, 2, 3, …]}.
 QString summaryOf(const KJSVariant& value);
 /// (1, "two")

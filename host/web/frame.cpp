@@ -1,5 +1,6 @@
 #include "host/web/frame.h"
 
+#include "host/vexlite/scriptvalues.h"
 #include "host/web/dialogmembers.h"
 #include "host/web/fromwire.h"
 #include "host/web/towire.h"
@@ -310,8 +311,14 @@ QString Frame::checkName(WireReader& reader)
     const QString object = reader.text().toString();
     const QString name = reader.text().toString();
     vexlite::PageChecker* checker = vexlite::Core::instance()->checker();
-    const QString refusal = checker && !reader.failed() ? checker->checkName(m_context, object, name) : QString();
-    return refusal.isNull() ? QStringLiteral("ru") : typeError(refusal);
+    const QString refusal =
+        checker && !reader.failed() ? checker->checkName(m_context, object, name) : QString();
+    WireWriter answer(QStringLiteral("r"));
+    if (refusal.isNull())
+        answer.unit('u');
+    else
+        ToWire(*this, QString()).write(answer, vexlite::makeText(refusal).raw());
+    return answer.take();
 }
 
 QString Frame::scriptRequest(WireReader& reader)

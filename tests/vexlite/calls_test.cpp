@@ -257,8 +257,8 @@ struct Notes final : Observer {
     void callEnded(const CallFacts& call, const CallOutcome& outcome) override
     {
         EXPECT_GE(outcome.end, call.start);
-        seen << call.object + QLatin1Char('.') + call.member + QStringLiteral(" in %1 ").arg(call.within - first)
-                + failureOf(outcome.exception).msg;
+        seen << call.object + QLatin1Char('.') + call.member
+                + QStringLiteral(" in %1 ").arg(call.within - first) + failureOf(outcome.exception).msg;
         if (call.member == QStringLiteral("open"))
             core.removeObserver(this);
         else

@@ -107,9 +107,10 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
         ->check(CLI::ExistingFile);
     app.add_option("--data", dataDirectory, "Where all state is kept (default: a fresh temporary folder)")
         ->option_text("DIR");
-    app.add_flag("--trace{-}", trace,
-        "Print what happens between the page and the library: calls with arguments and answers, promises, events; or, "
-        "with --trace=FILE, write it as a trace that ui.perfetto.dev and chrome://tracing open");
+    app.add_flag("--trace", trace,
+           "Print what happens between the page and the library: calls with arguments and answers, promises, events; or, "
+           "with --trace=FILE, write it as a trace that ui.perfetto.dev and chrome://tracing open")
+        ->option_text("[=FILE]");
     app.add_option("--record", record,
            "Write the same as JSON lines, to be played back in tests (run, eval, repl, open); holds what the page passed and "
            "got, passwords too")
@@ -232,7 +233,7 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     options.dataDirectory = toQString(dataDirectory);
     options.libraryFile = toQString(libraryFile);
     options.failures = toQString(failures);
-    options.trace = toQString(trace);
+    options.trace = trace == "true" ? QStringLiteral("-") : toQString(trace);
     options.record = toQString(record);
     options.without = toQStringList(without);
     options.play = toQString(play);

@@ -1,5 +1,5 @@
 // A member called from C++, as the JS core calls it, against the least that such a call can cost, and against
-// the calls that it owes to the JS core alone.
+// the calls that it owes to the JS core alone; and through the JS core, which may be observed.
 #include "bench/allocations.h"
 #include "bench/dispatchrivals.h"
 #include "bench/extension.h"
@@ -50,6 +50,35 @@ void rival(benchmark::State& state, std::unique_ptr<Dispatch> (*make)(), std::in
     });
 }
 
+/// A call through a core: the page's own, or the rival that is made by `make`.
+void throughCore(benchmark::State& state, std::unique_ptr<PlainCore> (*make)(), vexlite::Observer* observer)
+{
+    NativePage page;
+    const vexlite::BoundObject bound = page.bind(&extensionFactory);
+    vexlite::Core& core = *vexlite::Core::instance();
+    const std::int32_t id = memberId(bound, u"enveloped");
+    const JSContextEnv context = page.context();
+    const std::unique_ptr<PlainCore> rival = make ? make() : nullptr;
+    JSApiArguments none;
+    if (observer)
+        core.addObserver(observer);
+    const auto run = [&](auto& with) {
+        measure(state, [&](KJSVariant& result, KJSVariant& exception) {
+            return with.call(bound.object.get(), context, id, JSAccess::Method, none, result, exception);
+        });
+    };
+    if (rival)
+        run(*rival);
+    else
+        run(core);
+}
+
+struct Nobody final : vexlite::Observer {
+} nobody;
+
+BENCHMARK_CAPTURE(throughCore, off, nullptr, nullptr)->Name("dispatch_core/call");
+BENCHMARK_CAPTURE(throughCore, plain, makePlainCore, nullptr)->Name("dispatch_core/without_hook");
+BENCHMARK_CAPTURE(throughCore, observed, nullptr, &nobody)->Name("dispatch_core/observed");
 BENCHMARK_CAPTURE(member, empty, u"empty")->Name("dispatch_empty/member");
 BENCHMARK_CAPTURE(rival, empty, makeMapDispatch, EmptyMember)->Name("dispatch_empty/map_and_pointer");
 BENCHMARK_CAPTURE(rival, core, makeCoreCalls, EmptyMember)->Name("dispatch_empty/core_calls");

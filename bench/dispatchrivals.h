@@ -26,4 +26,15 @@ std::unique_ptr<Dispatch> makeMapDispatch();
 /// empty member only. There must be a JS core.
 std::unique_ptr<Dispatch> makeCoreCalls();
 
+/// The way of a call through the JS core.
+class PlainCore {
+public:
+    virtual ~PlainCore() = default;
+    virtual KResult call(IJSExtentionObject* object, const JSContextEnv& context, std::int32_t id,
+        JSAccess access, JSApiArguments& arguments, KJSVariant& result, KJSVariant& exception) = 0;
+};
+
+/// One that nobody can observe or check.
+std::unique_ptr<PlainCore> makePlainCore();
+
 } // namespace bench

@@ -152,7 +152,7 @@ async function callEveryMember() {
         "Account.Privilege": { hasPrivilege: ["cloudSpace"] },
         "FileSystem": {
             File: [{ path: `${folder}/spare.txt` }], exists: [file], copy: [{ path: file, newPath: `${folder}/copy.txt`, overwrite: true }],
-            openLocalLocation: [{ path: folder }], getDllWorkPath: ["tour"], selectLocalFolder: [dialog], selectFolderx: [{}],
+            openLocalLocation: [{ path: folder }], getDllWorkPath: ["tour"], selectLocalFolder: [{ caption: dialog.caption }], selectFolderx: [{}],
             mkpath: [`${folder}/made`], remove: [`${folder}/made`], open: [file], getFileStatus: [file],
             getWritableSaveFileName: [dialog], getExistingDirectory: [dialog], getOpenFileNames: [dialog],
             getOpenFileName: [dialog], showSelectFilePanel: [{ section: "tour" }], getFileMd5: [file],

@@ -4,7 +4,8 @@
 // iteration protocol, no assignment of new properties but to objects without a prototype, no methods.
 //
 // The prelude around them defines
-//   native                 with finish(ticket, ok, text, json, stack, code, report) and uncaught(text, stack, code, report)
+//   native                 with finish(ticket, ok, text, json, stack, code, report), uncaught(text, stack, code, report) and
+//                          unknownName(owner, name), which returns the text of an error to throw, or undefined
 //   jsonOf(value)          may throw
 //   readFrame(line)        what a line of a stack says, {name, file, line, column}; undefined where it is not of the page
 //   columnOf(text, column) the column at which a frame of a line of source is shown
@@ -134,3 +135,25 @@
         native.finish(ticket, true, show(answer), toJson(answer), '', undefined, '');
     };
     const run = (ticket, body) => settle(ticket, apply(body, undefined, []));
+
+    // --- Names that NovaExtension does not have ------------------------------------------------------------------
+
+    const ProxyType = Proxy;
+    const { get: readProperty, setPrototypeOf: setBase } = Reflect;
+    let isChecked = false; // set by the prelude: somebody wants to know of misspelt names
+    // What NovaExtension and the classes of its objects inherit from then. Only the reading of a name that they do not have
+    // comes here; to ask whether they have one, by `in` or hasOwnProperty, is no mistake.
+    const makeBase = (owner) => new ProxyType({}, {
+        __proto__: null,
+        get: (base, name, self) => {
+            const refusal = typeof name === 'string' && !(name in base) ? native.unknownName(owner, name) : undefined;
+            if (refusal !== undefined)
+                throw makeTypeError(refusal);
+            return readProperty(base, name, self);
+        },
+    });
+    const setTag = (object, tag) => {
+        defineProperty(object, tagSymbol, { __proto__: null, value: tag, configurable: true });
+        if (isChecked)
+            setBase(object, makeBase(tag));
+    };

@@ -153,6 +153,15 @@ JSValueRef addKinds(PageState& page, JSContextRef ctx, Arguments arguments, JSVa
     return JSValueMakeUndefined(ctx);
 }
 
+JSValueRef unknownName(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef*)
+{
+    vexlite::PageChecker* checker = page.core().checker();
+    const QString refusal = checker
+        ? checker->checkName(page.env(), stringOf(ctx, arguments[0]), stringOf(ctx, arguments[1]))
+        : QString();
+    return refusal.isNull() ? JSValueMakeUndefined(ctx) : makeString(ctx, refusal);
+}
+
 } // namespace
 
 JSObjectRef makeNatives(JSGlobalContextRef ctx)
@@ -179,6 +188,7 @@ JSObjectRef makeNatives(JSGlobalContextRef ctx)
     add("fillRandom", callback<1, fillRandom>);
     add("webApi", callback<1, webApi>);
     add("addKinds", callback<1, addKinds>);
+    add("unknownName", callback<2, unknownName>);
     return natives;
 }
 

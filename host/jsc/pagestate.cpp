@@ -78,7 +78,8 @@ void PageState::open(const PageOptions& options)
     m_prelude.call(m_prelude.setColors, nullptr, JSValueMakeBoolean(m_ctx, options.colors),
         JSValueMakeBoolean(m_ctx, options.errorColors));
     m_inputName = options.inputName;
-    const JSValueRef root = m_prelude.call(m_prelude.makeRoot, nullptr, list(m_core->objectNames()));
+    const JSValueRef root = m_prelude.call(m_prelude.makeRoot, nullptr, list(m_core->objectNames()),
+        JSValueMakeBoolean(m_ctx, m_core->checker()));
     m_wrappers.setRoot(asObject(root));
 }
 

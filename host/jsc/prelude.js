@@ -251,13 +251,14 @@
     }
 
     // NovaExtension: every object is bound at its first access and is a plain property from then on.
-    const makeRoot = (names) => {
+    const makeRoot = (names, checksNames) => {
         const root = {};
+        isChecked = checksNames;
         for (const name of names) {
             const get = native.makeGetter(name);
             defineProperty(root, name, { __proto__: null, get, enumerable: true, configurable: true });
         }
-        defineProperty(root, tagSymbol, { __proto__: null, value: 'NovaExtension', configurable: true });
+        setTag(root, 'NovaExtension');
         define(globalThis, 'NovaExtension', root, false);
         return root;
     };
@@ -267,7 +268,7 @@
     };
     // Makes an object of methods the prototype of a class, and returns the function that makes its wrappers.
     const makeClass = (tag, prototype) => {
-        defineProperty(prototype, tagSymbol, { __proto__: null, value: tag, configurable: true });
+        setTag(prototype, tag);
         return () => ({ __proto__: prototype });
     };
     const addGetter = (prototype, name, get) =>

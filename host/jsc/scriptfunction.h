@@ -13,14 +13,7 @@ class PageState;
 /// Keeps its script function alive as long as it and the page live.
 class ScriptFunction final : public vexlite::PageFunction {
 public:
-    KResult Call(const JSApiArguments& arguments, KJSVariant* result) override
-    {
-        return perform(arguments, result, {});
-    }
-    KResult CallListener(const QString& event, const JSApiArguments& arguments) override
-    {
-        return perform(arguments, nullptr, event);
-    }
+    KResult perform(const JSApiArguments& arguments, KJSVariant* result, const QString& event) override;
     std::uintptr_t Identity() const override { return reinterpret_cast<std::uintptr_t>(m_function); }
     JSContextEnv Context() const override { return m_env; }
 
@@ -31,8 +24,6 @@ private:
     friend class Functions;
     ScriptFunction(PageState& page, JSObjectRef function);
     ~ScriptFunction() override;
-    /// `event` is null where the function is no listener.
-    KResult perform(const JSApiArguments& arguments, KJSVariant* result, const QString& event);
 
     PageState* m_page; ///< null once the page has closed
     JSObjectRef m_function;

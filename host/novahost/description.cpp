@@ -1,8 +1,8 @@
 #include "host/novahost/description.h"
 
+#include "host/novahost/nearest.h"
+
 #include <QFile>
-#include <algorithm>
-#include <numeric>
 
 namespace novahost {
 
@@ -92,22 +92,6 @@ void appendFields(QStringList& lines, const Json& type, const QString& indent)
         lines.append(withDoc(line, textOf(field["doc"])));
         appendFields(lines, field["type"], indent + QLatin1String("  "));
     }
-}
-
-/// The number of characters to add, remove or replace.
-int editDistance(const QString& from, const QString& to)
-{
-    std::vector<int> row(static_cast<std::size_t>(to.size()) + 1);
-    std::iota(row.begin(), row.end(), 0);
-    for (int i = 1; i <= from.size(); ++i) {
-        int diagonal = std::exchange(row[0], i);
-        for (std::size_t j = 1; j < row.size(); ++j) {
-            const int replaced = diagonal + (from[i - 1] == to[static_cast<int>(j) - 1] ? 0 : 1);
-            diagonal = row[j];
-            row[j] = std::min({ replaced, row[j] + 1, row[j - 1] + 1 });
-        }
-    }
-    return row.back();
 }
 
 } // namespace

@@ -135,6 +135,8 @@ int main(int argc, char** argv)
     else
         QTimer::singleShot(0, [&] { play.begin(); });
     exitCode = run(*suite, *options, signals);
+    if (!suite->finishWatching() && exitCode == 0)
+        exitCode = novahost::Failure;
     // Before the application ends, which writes them for the last time: there is still somebody to report to.
     if (krt::kcc::shutdown())
         return exitCode;

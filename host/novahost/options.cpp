@@ -97,7 +97,8 @@ QStringList toQStringList(const std::vector<std::string>& given)
 std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
 {
     Options options;
-    std::string profileFile, dataDirectory, libraryFile, failures, play, script, object, origin;
+    std::string profileFile, dataDirectory, libraryFile, failures, play, script, object, origin, trace,
+        record;
     std::vector<std::string> without;
 
     CLI::App app("Runs page script against libvexlitejsapi in a stand-in suite.", "novahost");
@@ -112,7 +113,17 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
         ->check(CLI::ExistingFile);
     app.add_option("--data", dataDirectory, "Where all state is kept (default: a fresh temporary folder)")
         ->option_text("DIR");
-    app.add_flag("--trace", options.trace, "Print a line for each call: object, member, time, outcome");
+    app.add_flag("--trace", trace,
+           "Print what happens between the page and the library: calls with arguments and answers, promises, events; or, "
+           "with --trace=FILE, write it as a trace that ui.perfetto.dev and chrome://tracing open")
+        ->option_text("[=FILE]");
+    app.add_option("--record", record,
+           "Write the same as JSON lines, to be played back in tests (run, eval, repl, open); holds what the page passed and "
+           "got, passwords too")
+        ->option_text("FILE");
+    app.add_flag("--no-hints", options.noHints, "Print no hints at what looks like a mistake of the page's");
+    app.add_flag(
+        "--strict", options.strict, "Refuse calls at which a hint would be printed, and unknown names");
     app.add_option("--failures", failures,
            "Write each failure that a page sees, {member, code, msg, rejects}, to a file of JSON lines in "
            "this directory")
@@ -209,6 +220,15 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
             fail(UsageError, QStringLiteral("--browser is for run and eval; open always has the browser"));
         return std::nullopt;
     }
+    if (options.strict && options.noHints) {
+        exitCode =
+            fail(UsageError, QStringLiteral("--strict makes errors of hints, which --no-hints switches off"));
+        return std::nullopt;
+    }
+    if (!record.empty() && (members->parsed() || policy->parsed())) {
+        exitCode = fail(UsageError, QStringLiteral("--record is for run, eval, repl and open"));
+        return std::nullopt;
+    }
     options.command = run->parsed() ? Command::Run
         : eval->parsed()            ? Command::Eval
         : repl->parsed()            ? Command::Repl
@@ -220,6 +240,8 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     options.dataDirectory = toQString(dataDirectory);
     options.libraryFile = toQString(libraryFile);
     options.failures = toQString(failures);
+    options.trace = trace == "true" ? QStringLiteral("-") : toQString(trace);
+    options.record = toQString(record);
     options.without = toQStringList(without);
     options.play = toQString(play);
     options.script = toQString(script);

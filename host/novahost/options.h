@@ -17,8 +17,11 @@ struct Options {
     QString libraryFile;   ///< empty for the one beside this program
     QStringList without;   ///< services to switch off
     std::uint32_t denyMask = 0;
-    bool trace = false;
-    QString failures; ///< the directory that gets the failures that pages see; empty: none
+    QString trace;  ///< "-" for lines to standard error, or the file that gets a trace; empty: none
+    QString record; ///< the file that gets a recording; empty: none
+    bool noHints = false;
+    bool strict = false; ///< hints are errors
+    QString failures;    ///< the directory that gets the failures that pages see; empty: none
     bool liveCounts = false;
     bool window = false;
     bool browser = false; ///< runs the script in a browser view

@@ -2,10 +2,14 @@
 
 #include "host/krt/centre.h"
 #include "host/novahost/browserfacts.h"
+#include "host/novahost/hints.h"
 #include "host/novahost/libraries.h"
 #include "host/novahost/output.h"
 #include "host/novahost/pageplays.h"
 #include "host/novahost/policy.h"
+#include "host/novahost/record.h"
+#include "host/novahost/tracefile.h"
+#include "host/novahost/tracelines.h"
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
 #include "host/suite/cloud/cloudservice.h"
@@ -26,7 +30,6 @@
 #include <QGuiApplication>
 #include <QSettings>
 #include <QTcpServer>
-#include <cstdio>
 
 namespace novahost {
 
@@ -48,21 +51,6 @@ vexlite::CoreServices readServices()
     services.browserGroups = on("browserGroups");
     services.traceHook = on("traceHook");
     return services;
-}
-
-void printTracedCall(const vexlite::TracedCall& call)
-{
-    if (call.isRejection) {
-        std::fprintf(stderr, "%s.%s  rejected: %s\n", call.object.toLocal8Bit().constData(),
-            call.member.toLocal8Bit().constData(), call.message.toLocal8Bit().constData());
-        return;
-    }
-    const QString line =
-        QString::fromLatin1("%1.%2  %3 us  %4")
-            .arg(call.object, call.member)
-            .arg(static_cast<double>(call.nanoseconds) / 1000, 0, 'f', 1)
-            .arg(call.succeeded ? QString::fromLatin1("ok") : QLatin1String("failed: ") + call.message);
-    std::fprintf(stderr, "%s\n", line.toLocal8Bit().constData());
 }
 
 /// Loads a profile whose policy names only what there is: a misspelt name would deny nothing.
@@ -118,23 +106,10 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
         return nullptr;
     vexlite::Core& core = vexlite::Core::start(readServices());
     core.setDenyMask(options.denyMask);
-    std::shared_ptr<vexlite::FailureLog> failures;
-    if (!options.failures.isEmpty()) {
-        failures = std::make_shared<vexlite::FailureLog>(options.failures);
-        if (!failures->isOpen()) {
-            error = QString::fromLatin1("--failures: no file can be made in %1").arg(options.failures);
-            return nullptr;
-        }
-    }
-    if (options.trace || failures) {
-        core.setTracer([trace = options.trace, failures](const vexlite::TracedCall& call) {
-            if (trace)
-                printTracedCall(call);
-            if (failures)
-                failures->add(call);
-        });
-    }
     std::unique_ptr<Suite> suite(new Suite);
+    error = suite->watch(options);
+    if (!error.isEmpty())
+        return nullptr;
     suite->m_engine = engine::makeJscEngine();
     // Before any page is opened: so the cloud process is notified of a login before a page reacts to it.
     suite::CloudService::instance();
@@ -174,6 +149,55 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     if (options.window || options.browser)
         suite->m_windowTitle = options.script.isNull() ? QLatin1String("") : options.script;
     return suite;
+}
+
+struct Suite::Watchers {
+    std::unique_ptr<vexlite::FailureLog> failures;
+    std::unique_ptr<TraceLines> lines;
+    std::unique_ptr<TraceFile> trace;
+    std::unique_ptr<Recorder> recorder;
+    std::unique_ptr<Hints> hints;
+};
+
+Suite::Suite() = default;
+
+QString Suite::watch(const Options& options)
+{
+    vexlite::Core& core = *vexlite::Core::instance();
+    m_watchers = std::make_unique<Watchers>();
+    QString error;
+    const auto observe = [&](auto& place, auto made) {
+        place = std::move(made);
+        core.addObserver(place.get());
+    };
+    if (!options.failures.isEmpty()) {
+        observe(m_watchers->failures, std::make_unique<vexlite::FailureLog>(options.failures));
+        if (!m_watchers->failures->isOpen())
+            return QString::fromLatin1("--failures: no file can be made in %1").arg(options.failures);
+    }
+    if (options.trace == QLatin1String("-"))
+        observe(m_watchers->lines, std::make_unique<TraceLines>());
+    else if (!options.trace.isEmpty()) {
+        if (auto file = OutputFile::open(QStringLiteral("--trace"), options.trace, error))
+            observe(m_watchers->trace, std::make_unique<TraceFile>(std::move(file)));
+    }
+    if (error.isEmpty() && !options.record.isEmpty()) {
+        if (auto file = OutputFile::open(QStringLiteral("--record"), options.record, error))
+            observe(m_watchers->recorder, std::make_unique<Recorder>(std::move(file)));
+    }
+    const bool isForPages = options.command != Command::Members && options.command != Command::Policy;
+    if (isForPages && !options.noHints) {
+        m_watchers->hints = std::make_unique<Hints>(options.strict);
+        core.setChecker(m_watchers->hints.get());
+    }
+    suite::Play::setWatch([&core](const QString& step) { core.reportStep(step); });
+    return error;
+}
+
+bool Suite::finishWatching()
+{
+    const bool isTraced = !m_watchers->trace || m_watchers->trace->finish();
+    return (!m_watchers->recorder || m_watchers->recorder->finish()) && isTraced;
 }
 
 bool Suite::loadLibrary(const QString& file, QString& error)
@@ -218,8 +242,10 @@ Suite::~Suite()
     suite::CloudService::shutDown();
     // Objects that deleteLater() was called for need the library for their destructors.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    suite::Play::setWatch({});
     if (m_library.isLoaded())
         m_library.unload();
+    // Nothing calls observers any more.
     vexlite::Core::stop();
 }
 

@@ -30,6 +30,8 @@ public:
     /// Makes a window with a page at this address, not shown. It ends the event loop when it goes. Null on failure, with the
     /// error and advice in `error`.
     suite::WebShell* openWindow(const QUrl& url, const QString& title, QString& error);
+    /// Ends what is written down meanwhile. Returns false, after a message, when it could not all be written.
+    bool finishWatching();
     /// Destroys all windows with their pages.
     void closeWindows();
     Browser& browser() { return m_browser; }
@@ -37,15 +39,19 @@ public:
     JSMemberInvoke notSupported() const { return m_notSupported; }
 
 private:
-    Suite() = default;
+    Suite();
     /// Makes the window of a page; a null title: none.
     void makeWindow(const QString& title, const QString& viewId);
     bool loadLibrary(const QString& file, QString& error);
+    /// Begins to trace, record and check what pages do. Returns the error, with advice, or an empty string.
+    QString watch(const Options& options);
     /// Shows the window of a page that is about to be opened.
 
     QLibrary m_library;
     JSMemberInvoke m_notSupported = nullptr;
     std::unique_ptr<engine::ScriptEngine> m_engine;
+    struct Watchers;
+    std::unique_ptr<Watchers> m_watchers;
     QString m_windowTitle;              ///< null without --window
     QPointer<suite::WebShell> m_window; ///< of the last page; a page may have destroyed it
     Browser m_browser;

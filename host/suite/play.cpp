@@ -100,6 +100,12 @@ QString checkConfig(const PlayStep& step)
         : QStringLiteral("a value is JSON: a number, true, false, or a string in quotation marks");
 }
 
+QString textOf(const PlayStep& step)
+{
+    return step.kind + (step.subject.isEmpty() ? QString() : QLatin1Char(':') + step.subject)
+        + (step.value.isEmpty() ? QString() : QLatin1Char('=') + step.value);
+}
+
 AccountService& accounts()
 {
     return AccountService::instance();
@@ -193,6 +199,8 @@ void Play::next()
         return;
     const PlayStep step = m_steps[m_at++];
     begin();
+    if (s_watch)
+        s_watch(textOf(step));
     findKind(step.kind)->play(step);
 }
 

@@ -7,6 +7,7 @@
 
 #include <QString>
 #include <QTimer>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -35,7 +36,12 @@ public:
     void next();
     bool hasEnded() const { return m_at == m_steps.size(); }
 
+    /// Calls `watch` with each step of all plays before it is played: "login:user-2"; an empty function ends that.
+    static void setWatch(std::function<void(const QString& step)> watch) { s_watch = std::move(watch); }
+
 private:
+    inline static std::function<void(const QString&)> s_watch;
+
     std::vector<PlayStep> m_steps;
     std::size_t m_at = 0;
     QTimer m_timer;

@@ -32,6 +32,7 @@ public:
         , m_registry(*m_pages, m_trace)
         , m_promises(m_pages, m_trace)
         , m_hubs(EventHubs::instance())
+        , m_objects(m_trace.names())
     {
     }
 
@@ -73,6 +74,8 @@ public:
         const JSContextEnv context =
             m_pages->open(page, std::make_unique<vexlite::Browser>(browser, m_services.browserGroups));
         m_hubs.addPage(context);
+        if (m_trace.isTracing())
+            m_trace.reportPage(context, page->origin());
         return context;
     }
 
@@ -108,13 +111,14 @@ public:
         Ref<IJSExtentionObject> object = place.take();
         if (made != KR_OK)
             return { {}, {}, made };
-        return addMembers(context, std::move(object));
+        return addMembers(context, std::move(object), QStringLiteral("NovaExtension.") + shortName);
     }
 
     BoundObject bindSubObject(const JSContextEnv& context, IJSExtentionObject* object) override
     {
-        BoundObject bound = addMembers(context, Ref<IJSExtentionObject>::share(object));
-        bound.name = m_objects.nameOf(object);
+        const QString name = m_objects.nameOf(object);
+        BoundObject bound = addMembers(context, Ref<IJSExtentionObject>::share(object), name);
+        bound.name = name;
         return bound;
     }
 
@@ -125,6 +129,9 @@ public:
     {
         const auto perform = [&](std::int64_t extra) {
             KResult status = KR_REJECTED;
+            if (m_checker && arguments.size() && isRefused(object, context, id, access, arguments, exception))
+                [[unlikely]]
+                return status;
             if (access == JSAccess::Method)
                 status = object->InvokeMethod(context, id, arguments, result, extra, exception);
             else if (access == JSAccess::PropertyGet)
@@ -133,8 +140,9 @@ public:
                 exception = makeFailure(operationFailed, QStringLiteral("The property can not be written."));
             return status == KR_OK && exception.isEmpty() ? KR_OK : failed(status, exception);
         };
-        if (m_services.traceHook && m_trace.isTracing())
-            return m_trace.trace(context, exception, perform);
+        if (m_trace.isTracing()) [[unlikely]]
+            return m_trace.trace(
+                m_trace.describe(object, context, id, access, arguments), result, exception, perform);
         return perform(0);
     }
 
@@ -147,14 +155,26 @@ public:
             m_liveFunctions };
     }
 
-    void setTracer(std::function<void(const TracedCall&)> tracer) override
-    {
-        m_trace.setTracer(std::move(tracer));
-    }
+    void addObserver(Observer* observer) override { m_trace.add(observer); }
+    void removeObserver(Observer* observer) override { m_trace.remove(observer); }
+    void setChecker(PageChecker* checker) override { m_checker = checker; }
+    PageChecker* checker() const override { return m_checker; }
+    void reportStep(const QString& step) override { m_trace.reportStep(step); }
     void setDenyMask(std::uint32_t mask) override { m_trace.setDenyMask(mask); }
 
 private:
     static constexpr std::int32_t operationFailed = 3;
+    static constexpr std::int32_t wrongArgument = 1;
+
+    bool isRefused(IJSExtentionObject* object, const JSContextEnv& context, std::int32_t id, JSAccess access,
+        const JSApiArguments& arguments, KJSVariant& exception) const
+    {
+        const QString refusal =
+            m_checker->checkCall(m_trace.describe(object, context, id, access, arguments));
+        if (!refusal.isNull())
+            exception = makeFailure(wrongArgument, refusal);
+        return !refusal.isNull();
+    }
 
     /// The status of a failed call; makes an exception if there is none.
     static KResult failed(KResult status, KJSVariant& exception)
@@ -165,7 +185,7 @@ private:
         return status == KR_OK ? KR_REJECTED : status;
     }
 
-    BoundObject addMembers(const JSContextEnv& context, Ref<IJSExtentionObject> object)
+    BoundObject addMembers(const JSContextEnv& context, Ref<IJSExtentionObject> object, const QString& name)
     {
         if (!object || !m_pages->isOpen(context))
             return {};
@@ -174,12 +194,17 @@ private:
         Ref<IJSMemberList> members = Ref<IJSMemberList>::adopt(published);
         if (status != KR_OK || !members)
             return { {}, {}, status == KR_OK ? KR_NOT_AVAILABLE : status };
+        const std::int64_t typeId = object->GetTypeId();
+        if (!name.isEmpty())
+            m_trace.names().add(typeId, name);
+        m_trace.names().add(typeId, *members.get());
         return { std::move(object), std::move(members), KR_OK };
     }
 
     CoreServices m_services;
     std::shared_ptr<Pages> m_pages;
     CallTrace m_trace;
+    PageChecker* m_checker = nullptr;
     class Registry m_registry;
     class TypeIds m_typeIds;
     Promises m_promises;

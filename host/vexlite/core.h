@@ -4,6 +4,7 @@
 #pragma once
 
 #include "host/vexlite/jsmemberlist.h"
+#include "host/vexlite/observer.h"
 #include "host/vexlite/ref.h"
 #include "host/vexlite/scriptpage.h"
 #include "vexlite/jscore.h"
@@ -23,7 +24,7 @@ struct CoreServices {
     bool objectFactory = true;
     bool browsers = true;
     bool browserGroups = true;
-    bool traceHook = true; ///< also needs a tracer or a deny mask
+    bool traceHook = true; ///< also needs an observer or a deny mask
 };
 
 /// What open pages hold. All zero when every page is closed.
@@ -42,17 +43,6 @@ struct CoreLimits {
     static constexpr int pendingPromisesPerPage = 100'000;
     static constexpr int eventNameLength = 4'096; ///< UTF-16 units
     static constexpr int nestedDispatches = 64;   ///< over all hubs and pages
-};
-
-/// One finished call; or later, that the promise which it returned was rejected.
-struct TracedCall {
-    QString object; ///< "NovaExtension.Log"
-    QString member;
-    qint64 nanoseconds;
-    bool succeeded;
-    QString message;       ///< of a failure
-    std::int32_t code = 0; ///< of a failure
-    bool isRejection = false;
 };
 
 /// An object that was bound for a page, with the members that the page may see; or the error.
@@ -108,7 +98,7 @@ public:
     /// Full script names of the classes announced to the object factory, in the order of their announcement.
     virtual QStringList creatableClasses() const = 0;
 
-    /// Calls a method, or reads a property (without arguments), and traces it. Returns KR_OK only with an
+    /// Calls a method, or reads a property (without arguments), and reports it to observers. Returns KR_OK only with an
     /// empty `exception`; a failure without an exception gets one. The caller must hold a reference to
     /// `object`, and `id` must be in its published table.
     virtual KResult call(IJSExtentionObject* object, const JSContextEnv& context, std::int32_t id,
@@ -120,9 +110,15 @@ public:
     virtual void addLiveFunctions(int change) = 0;
     virtual LiveCounts liveCounts() const = 0;
 
-    /// Sets a function to be called after each call and when a promise is rejected; an empty one ends tracing. Needs
-    /// the trace hook's service.
-    virtual void setTracer(std::function<void(const TracedCall&)> tracer) = 0;
+    /// Reports to an observer from now on, until it is removed; it must live until then.
+    virtual void addObserver(Observer* observer) = 0;
+    virtual void removeObserver(Observer* observer) = 0;
+    /// Asks a checker about calls, and about names in pages that are opened from now on; null: none. It must live as long as
+    /// the core, or until there is another one.
+    virtual void setChecker(PageChecker* checker) = 0;
+    virtual PageChecker* checker() const = 0;
+    /// Reports that something has happened in the suite, as a play says.
+    virtual void reportStep(const QString& step) = 0;
     /// Hides members whose category mask shares a bit with `mask`, in tables published from now on; 0 hides
     /// none.
     virtual void setDenyMask(std::uint32_t mask) = 0;
@@ -131,6 +127,8 @@ public:
 /// For engines: the identifier that ScriptPage::createPromise got for a promise in a result, or 0 when
 /// `object` is no promise of this core.
 std::int64_t promiseHandle(IUnknown* object);
+/// The same for what a call returns.
+std::int64_t promiseHandle(const KJSVariant& value);
 
 /// The failure object {"success": false, "code", "msg"} that script sees as an Error.
 KJSVariant makeFailure(std::int32_t code, const QString& message);

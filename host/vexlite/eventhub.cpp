@@ -5,6 +5,7 @@
 #include "host/vexlite/eventhubs.h"
 #include "host/vexlite/ownedtext.h"
 #include "host/vexlite/scriptvalues.h"
+#include "host/vexlite/trace.h"
 
 namespace vexlite {
 
@@ -81,11 +82,14 @@ KResult EventHub::Dispatch(
     const JSApiArguments arguments(payload.data(), payload.size());
     const JSContextEnv receiver = target;
     const QString name = event;
+    CallTrace::Emission emission(m_typeId, m_object, name, arguments);
     const ListenerList::Reading reading(*list);
     for (std::size_t position = 0; position < reading.end(); ++position) {
         // An exception is reported as the page's uncaught error, and the next listener is called.
-        if (const Ref<PageFunction> function = reading.at(position, receiver))
-            function->CallListener(name, arguments);
+        if (const Ref<PageFunction> function = reading.at(position, receiver)) {
+            emission.reach(function->Context());
+            function->perform(arguments, nullptr, name);
+        }
     }
     return KR_OK;
 }

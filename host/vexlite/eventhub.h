@@ -13,8 +13,11 @@ class EventHubs;
 
 class EventHub final : public IJSEventHub {
 public:
-    explicit EventHub(EventHubs& owner)
+    /// Of a class of objects; or of one of them, with `object`.
+    explicit EventHub(EventHubs& owner, std::int64_t typeId, IJSExtentionObject* object = nullptr)
         : m_owner(owner)
+        , m_typeId(typeId)
+        , m_object(object)
     {
     }
     ~EventHub();
@@ -36,6 +39,8 @@ private:
     using Lists = QHash<QString, std::shared_ptr<ListenerList>>;
 
     EventHubs& m_owner;
+    std::int64_t m_typeId;
+    IJSExtentionObject* m_object;
     Lists m_lists; ///< no empty ones
 };
 

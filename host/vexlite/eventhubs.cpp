@@ -20,7 +20,7 @@ IJSEventHub* EventHubs::ClassHub(std::int32_t typeId)
 {
     std::unique_ptr<EventHub>& hub = m_classHubs[typeId];
     if (!hub)
-        hub = std::make_unique<EventHub>(*this);
+        hub = std::make_unique<EventHub>(*this, typeId);
     return hub.get();
 }
 
@@ -29,7 +29,7 @@ IJSEventHub* EventHubs::InstanceHub(std::int32_t typeId, IJSExtentionObject* obj
     const InstanceKey key(typeId, object);
     std::unique_ptr<EventHub>& hub = m_instanceHubs[key];
     if (!hub) {
-        hub = std::make_unique<EventHub>(*this);
+        hub = std::make_unique<EventHub>(*this, typeId, object);
         m_instanceKeys.emplace(hub.get(), key);
     }
     return hub.get();

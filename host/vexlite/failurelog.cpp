@@ -16,14 +16,25 @@ FailureLog::FailureLog(const QString& directory)
         m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered);
 }
 
-void FailureLog::add(const TracedCall& call)
+void FailureLog::callEnded(const CallFacts& call, const CallOutcome& outcome)
 {
-    if (call.succeeded)
-        return;
-    const QString object = call.object.mid(call.object.indexOf(QLatin1Char('.')) + 1);
-    const QJsonObject failure { { QStringLiteral("member"), object + QLatin1Char('.') + call.member },
-        { QStringLiteral("code"), call.code }, { QStringLiteral("msg"), call.message },
-        { QStringLiteral("rejects"), call.isRejection } };
+    if (!outcome.exception.isEmpty())
+        add(call.object, call.member, outcome.exception, false);
+}
+
+void FailureLog::promiseSettled(const SettledPromise& promise)
+{
+    if (promise.state == JSPromiseState::Rejected && !promise.object.isNull())
+        add(promise.object, promise.member, promise.value, true);
+}
+
+void FailureLog::add(const QString& object, const QString& member, const KJSVariant& failed, bool rejects)
+{
+    const Failure seen = failureOf(failed);
+    const QString name = object.mid(object.indexOf(QLatin1Char('.')) + 1);
+    const QJsonObject failure { { QStringLiteral("member"), name + QLatin1Char('.') + member },
+        { QStringLiteral("code"), seen.code }, { QStringLiteral("msg"), seen.msg },
+        { QStringLiteral("rejects"), rejects } };
     const QByteArray line = QJsonDocument(failure).toJson(QJsonDocument::Compact) + '\n';
     if (m_lines.contains(line))
         return;

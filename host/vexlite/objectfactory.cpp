@@ -29,8 +29,10 @@ IJSExtentionObject* ObjectFactory::Create(const QString& scriptName, const JSCon
         return nullptr;
     IJSCreatable* creatable = nullptr;
     IJSExtentionObject* object = known->creator(&creatable);
-    if (object)
+    if (object) {
         known->typeId = object->GetTypeId();
+        m_names.add(*known->typeId, known->name);
+    }
     if (object && creatable)
         creatable->Initialise(options);
     return object;

@@ -14,6 +14,8 @@ public:
     PageFunction(const PageFunction&) = delete;
     PageFunction& operator=(const PageFunction&) = delete;
 
+    /// Performs the call and reports it to observers.
+    KResult Call(const JSApiArguments& arguments, KJSVariant* result) final;
     KResult QueryInterface(const KIID& iid, void** out) final;
     /// [any thread]
     std::uint32_t AddRef() final { return m_references.fetch_add(1, std::memory_order_relaxed) + 1; }
@@ -24,20 +26,20 @@ public:
     /// function of the same page. It stays as it is, and names no other function of that page, while either
     /// of them lives.
     virtual std::uintptr_t Identity() const = 0;
-    /// Calls the function as a listener of `event`, by whose name the page's host reports what it throws.
-    virtual KResult CallListener(const QString& event, const JSApiArguments& arguments)
-    {
-        static_cast<void>(event);
-        return Call(arguments, nullptr);
-    }
     /// The page it belongs to.
     virtual JSContextEnv Context() const = 0;
+    /// What IJSFunction::Call says, without a report to observers. For a listener `event` is the name by which the page's host
+    /// reports what it throws; null for any other function.
+    virtual KResult perform(const JSApiArguments& arguments, KJSVariant* result, const QString& event) = 0;
+    /// A number for people and for records: that of all wrappers of the same function, as long as one of them lives.
+    std::int64_t number();
 
 protected:
     /// Called on the GUI thread, or after the application has ended.
-    virtual ~PageFunction() = default;
+    virtual ~PageFunction();
 
 private:
+    std::int64_t m_number = 0; ///< 0 until it is asked for
     std::atomic<std::uint32_t> m_references { 1 };
 };
 

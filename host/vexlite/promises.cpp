@@ -45,6 +45,12 @@ std::int64_t promiseHandle(IUnknown* object)
     return promise ? promise->handle() : 0;
 }
 
+std::int64_t promiseHandle(const KJSVariant& value)
+{
+    const MVARIANT* target = dereference(value.raw());
+    return target && target->vt == MV_UNKNOWN && target->punkVal ? promiseHandle(target->punkVal) : 0;
+}
+
 Promises::Promises(std::shared_ptr<Pages> pages, CallTrace& trace)
     : m_pages(std::move(pages))
     , m_trace(trace)
@@ -63,10 +69,8 @@ KResult Promises::CreateSettled(JSPromiseState state, const JSContextEnv& contex
     if (!page || !page->createPromise(promise))
         return KR_NOT_AVAILABLE;
     out = KJSVariant::fromUnknown(new Promise(promise, context, m_pages));
-    if (state == JSPromiseState::Rejected)
-        reject(*page, promise, m_trace.caller(), defaultRejectionCode, convertToText(value));
-    else
-        page->settlePromise(promise, state, value);
+    settle(*page, promise, { context, m_trace.caller() }, state,
+        state == JSPromiseState::Rejected ? makeFailure(defaultRejectionCode, convertToText(value)) : value);
     return KR_OK;
 }
 
@@ -101,21 +105,21 @@ KResult Promises::Answer(
     m_pending.erase(found);
     --m_pendingOfPage[context.contextId];
     if (success.raw().boolVal) {
-        page->settlePromise(promise, JSPromiseState::Resolved, list[2]);
+        settle(*page, promise, state, JSPromiseState::Resolved, list[2]);
         return KR_OK;
     }
     const IJSONValue* details = objectOf(list[2]);
     const std::int32_t code =
         details ? details->GetInt32(QStringLiteral("code"), defaultRejectionCode) : defaultRejectionCode;
-    reject(*page, promise, state.caller, code, convertToText(list[1]));
+    settle(*page, promise, state, JSPromiseState::Rejected, makeFailure(code, convertToText(list[1])));
     return KR_OK;
 }
 
-void Promises::reject(ScriptPage& page, std::int64_t promise, const CallTrace::Caller& caller,
-    std::int32_t code, const QString& message)
+void Promises::settle(
+    ScriptPage& page, std::int64_t promise, const State& state, JSPromiseState to, const KJSVariant& value)
 {
-    m_trace.reportRejection(caller, code, message);
-    page.settlePromise(promise, JSPromiseState::Rejected, makeFailure(code, message));
+    m_trace.reportSettled(state.context, promise, state.caller, to, value);
+    page.settlePromise(promise, to, value);
 }
 
 void Promises::dropPage(const JSContextEnv& context)

@@ -8,7 +8,7 @@ namespace vexlite {
 
 class Promises final : public IJSPromiseService, public IJSAnswerChannel {
 public:
-    /// Rejections are reported to `trace`.
+    /// What promises are settled with is reported to `trace`.
     Promises(std::shared_ptr<Pages> pages, CallTrace& trace);
 
     /// `fill` is always called first, even if the page is closed.
@@ -31,8 +31,8 @@ private:
         JSContextEnv context;
         CallTrace::Caller caller;
     };
-    void reject(ScriptPage& page, std::int64_t promise, const CallTrace::Caller& caller, std::int32_t code,
-        const QString& message);
+    void settle(ScriptPage& page, std::int64_t promise, const State& state, JSPromiseState to,
+        const KJSVariant& value);
 
     std::shared_ptr<Pages> m_pages;
     CallTrace& m_trace;

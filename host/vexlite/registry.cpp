@@ -120,6 +120,11 @@ void Registry::AddMember(JSMemberTable& table, const char16_t* name, std::int32_
 
 std::int64_t Registry::SubObjectToken(IJSExtentionObject* object)
 {
+    return numberOf(object);
+}
+
+std::int64_t numberOf(IJSExtentionObject* object)
+{
     if (!object)
         return 0;
     if (!object->GetHostPointer())

@@ -61,4 +61,7 @@ private:
     PendingBind* m_pending = nullptr; ///< the innermost
 };
 
+/// The number that identifies an object: see Registry::SubObjectToken().
+std::int64_t numberOf(IJSExtentionObject* object);
+
 } // namespace vexlite

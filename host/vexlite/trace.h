@@ -1,43 +1,88 @@
-// CallTrace: the trace hook, which measures calls for a tracer and hides members.
+// CallTrace: the trace hook, which reports to observers and hides members.
 #pragma once
 
-#include "host/vexlite/core.h"
+#include "host/vexlite/classnames.h"
+#include "host/vexlite/observer.h"
 
-#include <chrono>
+#include <functional>
+#include <vector>
 
 namespace vexlite {
 
 class CallTrace final : public IJSTraceHook {
 public:
-    using Tracer = std::function<void(const TracedCall&)>;
     /// Makes the call, with the value that recordEnd() will get.
     using Invoke = std::function<KResult(std::int64_t extra)>;
 
-    void setTracer(Tracer tracer);
+    CallTrace() = default;
+    ~CallTrace();
+    CallTrace(const CallTrace&) = delete;
+    CallTrace& operator=(const CallTrace&) = delete;
+    /// The trace of the process while it has observers; else null.
+    static CallTrace* active() { return s_active; }
+
+    void add(Observer* observer);
+    void remove(Observer* observer);
     void setDenyMask(std::uint32_t mask) { m_denyMask = mask; }
-    bool isTracing() const { return m_tracer != nullptr; }
+    bool isTracing() const { return !m_observers.empty(); }
     bool isNeeded() const { return isTracing() || m_denyMask; }
 
-    /// Makes a call and reports it when it has ended, so inner calls are reported before outer ones.
-    KResult trace(const JSContextEnv& context, const KJSVariant& exception, const Invoke& invoke);
+    ClassNames& names() { return m_names; }
+    /// The facts of a call that is about to be made, without its number.
+    CallFacts describe(IJSExtentionObject* object, const JSContextEnv& context, std::int32_t id,
+        JSAccess access, const JSApiArguments& arguments) const;
+    /// Makes a call and reports its beginning and end.
+    KResult trace(
+        CallFacts call, const KJSVariant& result, const KJSVariant& exception, const Invoke& invoke);
     struct Caller {
-        QString object; ///< null when no call is traced
+        int call = 0; ///< 0 when no call is observed
+        QString object;
         QString member;
     };
     /// Whose call is in progress.
-    Caller caller() const
-    {
-        return m_innermost ? Caller { m_innermost->object, m_innermost->member } : Caller {};
-    }
-    /// Reports that the promise which `caller` made was rejected.
-    void reportRejection(const Caller& caller, std::int32_t code, const QString& message);
+    Caller caller() const;
+    /// Reports that the promise which `caller` made is settled: at once, or when its call has ended.
+    void reportSettled(const JSContextEnv& context, std::int64_t promise, const Caller& caller,
+        JSPromiseState state, const KJSVariant& value);
+    void reportPage(const JSContextEnv& context, const QString& origin);
+    void reportStep(const QString& step);
+    /// Reports the call of a function of a page, made by `call`.
+    KResult traceFunction(const JSContextEnv& context, std::int64_t function, const JSApiArguments& arguments,
+        const std::function<KResult()>& call);
+
+    /// One event of a hub: reported for each page when its first listener is about to be called, and when all have been.
+    class Emission {
+    public:
+        Emission(std::int64_t typeId, IJSExtentionObject* object, const QString& event,
+            const JSApiArguments& arguments)
+            : m_typeId(typeId)
+            , m_object(object)
+            , m_event(event)
+            , m_arguments(arguments)
+        {
+        }
+        ~Emission();
+        Emission(const Emission&) = delete;
+        Emission& operator=(const Emission&) = delete;
+        void reach(const JSContextEnv& context)
+        {
+            if (m_isTraced) [[unlikely]]
+                report(context);
+        }
+
+    private:
+        void report(const JSContextEnv& context);
+
+        bool m_isTraced = s_active;
+        std::int64_t m_typeId;
+        IJSExtentionObject* m_object; ///< may go with the first listener, as may the event's name
+        const QString& m_event;
+        const JSApiArguments& m_arguments;
+        std::vector<EventFacts> m_reported;
+    };
+
     /// Records the end of the innermost call, if `extra` identifies it; does nothing otherwise.
-    void recordEnd(const JSContextEnv& context, std::int64_t extra)
-    {
-        if (m_innermost && extra == reinterpret_cast<std::int64_t>(m_innermost)
-            && m_innermost->context == context)
-            m_innermost->end = Clock::now();
-    }
+    void recordEnd(const JSContextEnv& context, std::int64_t extra);
 
     bool FilterTable(const QString& objectName, const JSContextEnv& context, const JSMemberTable& table,
         JSMemberTable& replacement) override;
@@ -46,18 +91,33 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
+    /// Keeps the value.
+    struct Settlement {
+        explicit Settlement(const SettledPromise& given)
+            : value(given.value)
+            , promise { given.id, given.context, given.object, given.member, given.time, given.state, value }
+        {
+        }
+        KJSVariant value;
+        SettledPromise promise;
+    };
     struct ActiveCall {
         ActiveCall* outer;
-        JSContextEnv context;
-        QString object; ///< null before CallNotice()
-        QString member;
-        Clock::time_point start;
-        Clock::time_point end; ///< the epoch until recordEnd()
+        CallFacts& facts;
+        TraceTime end {}; ///< the epoch until recordEnd()
+        bool isNoticed = false;
+        std::vector<std::unique_ptr<Settlement>> settled {}; ///< promises of this call
     };
+    int innermost() const { return m_innermost ? m_innermost->facts.id : 0; }
+    template <typename Report> void each(Report report);
 
-    std::shared_ptr<const Tracer> m_tracer; ///< shared: a tracer may replace itself while it runs
+    inline static CallTrace* s_active = nullptr;
+
+    std::vector<Observer*> m_observers;
     std::uint32_t m_denyMask = 0;
     ActiveCall* m_innermost = nullptr;
+    int m_lastCall = 0;
+    ClassNames m_names;
 };
 
 } // namespace vexlite

@@ -1,5 +1,6 @@
 #include "host/web/frame.h"
 
+#include "host/vexlite/scriptvalues.h"
 #include "host/web/dialogmembers.h"
 #include "host/web/fromwire.h"
 #include "host/web/towire.h"
@@ -125,6 +126,7 @@ QString Frame::greeting()
     greeting.unit('k');
     greeting.word(m_name);
     greeting.unit(m_isScript ? 's' : 'p');
+    greeting.unit(vexlite::Core::instance()->checker() ? 'n' : '-');
     const QStringList names = vexlite::Core::instance()->objectNames();
     greeting.count(static_cast<std::uint64_t>(names.size()));
     for (const QString& name : names)
@@ -165,6 +167,9 @@ QString Frame::reply(char request, WireReader& reader)
             const std::int64_t handle = reader.count();
             m_handles.release(handle, reader.count());
         }
+        break;
+    case 'N':
+        answer = checkName(reader);
         break;
     case 'P':
         break;
@@ -303,6 +308,21 @@ QString Frame::answerOf(
     if (isMethod && !isThrown ? toWire.writeResult(answer, value) : toWire.write(answer, value))
         return answer.take();
     return failure(OperationFailed, toWire.problem());
+}
+
+QString Frame::checkName(WireReader& reader)
+{
+    const QString object = reader.text().toString();
+    const QString name = reader.text().toString();
+    vexlite::PageChecker* checker = vexlite::Core::instance()->checker();
+    const QString refusal =
+        checker && !reader.failed() ? checker->checkName(m_context, object, name) : QString();
+    WireWriter answer(QStringLiteral("r"));
+    if (refusal.isNull())
+        answer.unit('u');
+    else
+        ToWire(*this, QString()).write(answer, vexlite::makeText(refusal).raw());
+    return answer.take();
 }
 
 QString Frame::scriptRequest(WireReader& reader)

@@ -92,6 +92,7 @@ private:
     QString callMember(WireReader& reader);
     QString collectWaiting(WireReader& reader);
     QString scriptRequest(WireReader& reader);
+    QString checkName(WireReader& reader);
     QString answerOf(
         const KJSVariant& result, const KJSVariant& exception, bool isMethod, const QString& tag);
     QString failure(int code, const QString& message);

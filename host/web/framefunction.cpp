@@ -19,20 +19,10 @@ FrameFunction::~FrameFunction()
         m_frame->removeFunction(*this);
 }
 
-KResult FrameFunction::Call(const JSApiArguments& arguments, KJSVariant* result)
+KResult FrameFunction::perform(const JSApiArguments& arguments, KJSVariant* result, const QString& event)
 {
     if (result)
         *result = {};
-    return send(arguments, {});
-}
-
-KResult FrameFunction::CallListener(const QString& event, const JSApiArguments& arguments)
-{
-    return send(arguments, event);
-}
-
-KResult FrameFunction::send(const JSApiArguments& arguments, const QString& event)
-{
     if (!m_frame)
         return KR_NOT_AVAILABLE;
     if (m_frame->isFull())

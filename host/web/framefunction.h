@@ -15,8 +15,7 @@ public:
 
     /// KR_REJECTED for a call whose arguments have no script form, and when more calls wait than a document may have.
     /// `result` stays empty.
-    KResult Call(const JSApiArguments& arguments, KJSVariant* result) override;
-    KResult CallListener(const QString& event, const JSApiArguments& arguments) override;
+    KResult perform(const JSApiArguments& arguments, KJSVariant* result, const QString& event) override;
     std::uintptr_t Identity() const override { return static_cast<std::uintptr_t>(m_id); }
     JSContextEnv Context() const override { return m_context; }
 
@@ -28,7 +27,6 @@ public:
 
 private:
     ~FrameFunction() override;
-    KResult send(const JSApiArguments& arguments, const QString& event);
 
     Frame* m_frame; ///< null once the document has gone
     std::int64_t m_id;

@@ -41,7 +41,6 @@
     const world = globalThis;
     const later = setTimeout;
     const soon = queueMicrotask;
-    const { setPrototypeOf } = Object;
     const { parse } = JSON;
     const { random } = Math;
     const { fromCharCode } = String;
@@ -579,7 +578,7 @@
             else
                 define(prototype, name, makeMethod(id, tag, member, name), true);
         }
-        defineProperty(prototype, tagSymbol, { __proto__: null, value: tag, configurable: true });
+        setTag(prototype, tag);
         mapSet(classes, id, { __proto__: null, prototype });
     };
     // NovaExtension: every object is bound at its first access and is a plain property from then on.
@@ -596,7 +595,7 @@
             };
             defineProperty(root, name, { __proto__: null, get, enumerable: true, configurable: true });
         }
-        defineProperty(root, tagSymbol, { __proto__: null, value: 'NovaExtension', configurable: true });
+        setTag(root, 'NovaExtension');
         define(world, 'NovaExtension', root, false);
     };
 
@@ -765,6 +764,7 @@
             rejectPromise({ __proto__: null, [outcome]: part });
             later(() => report(part), 1000); // a script can remove all listeners of the document
         },
+        unknownName: (owner, name) => result(transact('N' + frame + ';' + written(owner) + written(name))),
         uncaught: (text, stack, code, facts) => {
             if (isScripted)
                 reportEnd(compose('u', text, stack, code === undefined ? '' : '' + code, facts));
@@ -875,6 +875,7 @@
         return;
     frame = nextWord(reader);
     const isScript = reader.text[reader.at++] === 's';
+    isChecked = reader.text[reader.at++] === 'n';
     makeRoot(reader);
     if (isScript)
         setUpScript(reader);

@@ -62,8 +62,8 @@ ErrorEndsTheTurn: eval "const E = NovaExtension.Event; E.addEventListener('e', (
  E.dispatchEvent('e'); console.log('after')" -> 1 ^second\nafter\n$ || ^Uncaught \(in a listener of e\) 'x'\n$
 RejectionAtTheEnd: eval "Promise.reject('no'), 5" -> 1 || ^Uncaught \(in promise\) 'no'\n
 OddOutput: eval "console.log('a', -0, NaN, 5n, '\ud83d\ude00', [1, , 2]); console.error('z'.repeat(3e5).length)" -> 0 ^a -0 NaN 5n \x{1f600} \[ 1, <1 empty item>, 2 \]\nnull\n$ || ^300000\n$
-Traced: eval "NovaExtension.Log.logInfo({moduleName: 'm', logStr: 's'})" --trace -> 0 success || NovaExtension\.Log\.logInfo .* us  ok
-TracedFailure: eval NovaExtension.Log.logInfo() --trace -> 1 || failed: missing required parameters\.
+Traced: eval "NovaExtension.Log.logInfo({moduleName: 'm', logStr: 's'})" --trace -> 0 success || ^ +\d+\.\d ms  Log\.logInfo\(\{logStr: "s", moduleName: "m"\}\) → undefined  [\d.]+ [um]s\n$
+TracedFailure: eval NovaExtension.Log.logInfo() --trace -> 1 || Log\.logInfo\(\) failed: code 1 "missing required parameters\."
 HandedOutNames: eval "[NovaExtension.SettingsManager.settings({format: 0}), NovaExtension.Account.Privilege, NovaExtension.FileSystem.File({path: '/etc/passwd'}), NovaExtension.CloudDoc.Orbitapi].map(String)" -> 0 ^\["\[object NovaExtension.SettingsManager.Settings\]","\[object NovaExtension.Account.Privilege\]","\[object NovaExtension.FileSystem.File\]","\[object NovaExtension.CloudDoc.Orbitapi\]"\]\n$
 Denied: --deny 0x40 eval "typeof NovaExtension.Log.logInfo" -> 0 ^"undefined"\n$
 NotDenied: --deny 0x80 eval "typeof NovaExtension.Log.logInfo" -> 0 ^"function"\n$
@@ -89,7 +89,7 @@ Browsers: --without browsers eval NovaExtension.Profile.getBrowserTraceInfo() ->
 BrowserGroups: --without browserGroups eval NovaExtension.Profile.getBrowserTraceInfo() -> 1 || Browser is not in browser group\.[\s\S]*code: 1
 DataCollection: --without dataCollection eval "NovaExtension.TelemetrySdk.postEvent({eventName: 'e', postContent: {a: 'b'}})" -> 1 || kdcinfo error[\s\S]*code: 3
 ConfigCentre: --without configCentre eval "NovaExtension.ConfigCenter.setValue({key: 'k', value: 1})" -> 0 "data":false
-TraceHook: --trace --without=traceHook eval NovaExtension.Product.language() -> 0 success
+TraceHook: --trace --without=traceHook eval NovaExtension.Product.language() -> 0 success || Product\.language\(\) → "
 Several: --without eventHubs,dataCollection eval "NovaExtension.TelemetrySdk.postEvent({eventName: 'e', postContent: {a: 'b'}})" -> 1 || kdcinfo error
 Repeated: --without dataCollection --without eventHubs eval "NovaExtension.TelemetrySdk.postEvent({eventName: 'e', postContent: {a: 'b'}})" -> 1 || kdcinfo error
 Unknown: --without coffee eval 1 -> 2 || ^novahost: --without.*coffee
@@ -116,7 +116,7 @@ NoSuchPage: open no.html -> 2 || ^novahost: no\.html: there is no such file
 NoDisplay: open TOUR -> 2 || ^novahost: open: there is no X display
 EmptyWindow: open TOUR --size 0x9 --screenshot p.png -> 2 || ^novahost: --size: a size is
 TooLargeWindow: open TOUR --size 9000x9 --scale 2 --screenshot p.png -> 2 || ^novahost: --size: a window has at most 16384x16384
-Tour: run TOUR -> 0 9007199254740993[\s\S]*Format is illegal\.
+Tour: run TOUR -> 0 9007199254740993[\s\S]*Format is illegal\. || ^hint: `format` of SettingsManager\.settings is 7, which is none of 0, 1\n$
 TourOfAll: run TOUR --all https://localhost:1/ -> 0 ^(?![\s\S]*(not supported|threw))[\s\S]*Account\.logout || suite\.desktop: open https://localhost:1/
 NothingIsNotBuilt: members --unsupported -> 0 ^$
 )js")),

@@ -17,7 +17,7 @@ inline void recordFailures(vexlite::Core& core)
     if (directory.isEmpty())
         return;
     static vexlite::FailureLog log(directory);
-    core.setTracer([](const vexlite::TracedCall& call) { log.add(call); });
+    core.addObserver(&log);
 }
 
 /// The core of the process: the library announces its classes to one core only.

@@ -247,16 +247,29 @@ TEST_F(Calls, FailureAlwaysHasAnException)
     EXPECT_EQ(support::failure(exception), "1 mine");
 }
 
-TEST_F(Calls, TracerSeesNestedCallsByTheirOwnNames)
-{
+/// Notes what it is told, and stops when the outer call has ended.
+struct Notes final : Observer {
+    explicit Notes(Core& observed)
+        : core(observed)
+    {
+    }
+    void callBegan(const CallFacts& call) override { seen << QStringLiteral("%1>").arg(call.member); }
+    void callEnded(const CallFacts& call, const CallOutcome& outcome) override
+    {
+        EXPECT_GE(outcome.end, call.start);
+        seen << call.object + QLatin1Char('.') + call.member + QStringLiteral(" in %1 ").arg(call.within)
+                + failureOf(outcome.exception).msg;
+        if (call.member == QStringLiteral("open"))
+            core.removeObserver(this);
+    }
+    Core& core;
     QStringList seen;
-    core.setTracer([&](const TracedCall& traced) {
-        seen.append(traced.object + QLatin1Char('.') + traced.member
-            + QLatin1Char(traced.succeeded ? '+' : '-') + traced.message);
-        EXPECT_GE(traced.nanoseconds, 0);
-        if (traced.member == QStringLiteral("open"))
-            core.setTracer({});
-    });
+};
+
+TEST_F(Calls, ObserverSeesNestedCallsByTheirOwnNames)
+{
+    Notes notes(core);
+    core.addObserver(&notes);
     const BoundObject bound = core.bindObject(first, QStringLiteral("Fake"));
     const BoundObject other = core.bindObject(second, QStringLiteral("Fake"));
     handled = [&](KJSVariant&, KJSVariant& thrown) {
@@ -270,10 +283,9 @@ TEST_F(Calls, TracerSeesNestedCallsByTheirOwnNames)
         return KR_REJECTED;
     };
     call(bound.object.get(), first, 0);
-    call(bound.object.get(), first, 1); // no tracer any more
-    EXPECT_EQ(seen,
-        QStringList(
-            { QStringLiteral("NovaExtension.Fake.Part+"), QStringLiteral("NovaExtension.Fake.open-no") }));
+    call(bound.object.get(), first, 1); // nobody observes any more
+    EXPECT_EQ(notes.seen.join(QStringLiteral("; ")).toStdString(),
+        "open>; Part>; NovaExtension.Fake.Part in 1 ; NovaExtension.Fake.open in 0 no");
     EXPECT_EQ(GetVEXJSCore()->TraceHook(), nullptr);
 }
 

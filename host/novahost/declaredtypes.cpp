@@ -1,0 +1,135 @@
+#include "host/novahost/declaredtypes.h"
+
+#include "host/novahost/description.h"
+
+#include <QResource>
+#include <sstream>
+#include <string_view>
+
+namespace novahost {
+
+namespace {
+
+using Kind = DeclaredType::Kind;
+
+Kind kindOf(const std::string& kind)
+{
+    static const QHash<QString, Kind> kinds { { QStringLiteral("string"), Kind::String },
+        { QStringLiteral("number"), Kind::Number }, { QStringLiteral("integer"), Kind::Integer },
+        { QStringLiteral("int64"), Kind::Integer }, { QStringLiteral("boolean"), Kind::Boolean },
+        { QStringLiteral("object"), Kind::Object }, { QStringLiteral("array"), Kind::Array },
+        { QStringLiteral("map"), Kind::Map }, { QStringLiteral("function"), Kind::Function },
+        { QStringLiteral("bytes"), Kind::Bytes }, { QStringLiteral("union"), Kind::Union } };
+    return kinds.value(QString::fromStdString(kind), Kind::Any);
+}
+
+DeclaredType readType(const Json& type)
+{
+    DeclaredType read { kindOf(type["kind"].get_ref<const std::string&>()) };
+    if (read.kind == Kind::Array)
+        read.inner.push_back(readType(type["items"]));
+    if (read.kind == Kind::Map) {
+        read.inner.push_back(readType(type["values"]));
+        return read;
+    }
+    for (const Json& value : type.value("values", Json::array()))
+        read.values.append(QString::fromStdString(value.dump()));
+    for (const Json& one : type.value("types", Json::array()))
+        read.inner.push_back(readType(one));
+    for (const Json& field : type.value("fields", Json::array()))
+        read.fields.push_back({ textOf(field["name"]), readType(field["type"]) });
+    return read;
+}
+
+/// The content of the resource, which is not compressed.
+std::string_view description()
+{
+    static const QResource resource(QStringLiteral(":/novahost/api.json"));
+    return { reinterpret_cast<const char*>(resource.data()), static_cast<std::size_t>(resource.size()) };
+}
+
+/// Where the entry with this name begins, after `from`: names are the first property of objects and members, each with a
+/// second one of its own. npos when there is none.
+std::size_t findEntry(const QString& name, const char* second, std::size_t from)
+{
+    const std::string_view text = description();
+    const std::string start = "\"name\": \"" + name.toStdString() + "\",";
+    for (std::size_t at = text.find(start, from); at != std::string_view::npos;
+         at = text.find(start, at + 1)) {
+        const std::size_t next = text.find_first_not_of(" \n", at + start.size());
+        if (text.substr(next).starts_with(second))
+            return text.rfind('{', at);
+    }
+    return std::string_view::npos;
+}
+
+Json readEntry(std::size_t at)
+{
+    // Reads one value and leaves what follows.
+    std::istringstream stream(std::string(description().substr(at, 64 * 1024)));
+    Json entry;
+    stream >> entry;
+    return entry;
+}
+
+std::vector<DeclaredType::Field> readParameters(const QString& object, const QString& member)
+{
+    const QString name = object.mid(object.indexOf(QLatin1Char('.')) + 1);
+    const std::size_t start = findEntry(name, "\"instance\":", 0);
+    const std::size_t at = start == std::string_view::npos ? start : findEntry(member, "\"kind\":", start);
+    if (at == std::string_view::npos)
+        return {};
+    std::vector<DeclaredType::Field> parameters;
+    const Json entry = readEntry(at);
+    for (const Json& parameter : entry["parameters"])
+        parameters.push_back(
+            { textOf(parameter["name"]), readType(parameter["type"]), parameter.value("rest", false) });
+    return parameters;
+}
+
+} // namespace
+
+QString DeclaredType::name() const
+{
+    switch (kind) {
+    case Kind::Any:
+        return QStringLiteral("any value");
+    case Kind::String:
+        return QStringLiteral("a string");
+    case Kind::Number:
+        return QStringLiteral("a number");
+    case Kind::Integer:
+        return QStringLiteral("an integer");
+    case Kind::Boolean:
+        return QStringLiteral("a boolean");
+    case Kind::Object:
+        return fields.empty() ? QStringLiteral("an object")
+                              : QStringLiteral("an object with `%1`").arg(fields.front().name);
+    case Kind::Array:
+        return QStringLiteral("an array");
+    case Kind::Map:
+        return QStringLiteral("an object");
+    case Kind::Function:
+        return QStringLiteral("a function");
+    case Kind::Bytes:
+        return QStringLiteral("bytes");
+    case Kind::Union:
+        break;
+    }
+    QStringList names;
+    for (const DeclaredType& one : inner)
+        names.append(one.name());
+    return names.join(QStringLiteral(" or "));
+}
+
+const std::vector<DeclaredType::Field>& DeclaredTypes::parameters(
+    const QString& object, const QString& member)
+{
+    QHash<QString, std::vector<DeclaredType::Field>>& members = m_known[object];
+    const auto known = members.constFind(member);
+    if (known != members.constEnd())
+        return *known;
+    return *members.insert(member, readParameters(object, member));
+}
+
+} // namespace novahost

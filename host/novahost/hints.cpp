@@ -1,0 +1,291 @@
+#include "host/novahost/hints.h"
+
+#include "host/novahost/description.h"
+#include "host/novahost/nearest.h"
+#include "host/novahost/output.h"
+#include "host/vexlite/conversion.h"
+#include "host/vexlite/scriptvalues.h"
+#include "host/vexlite/valuetext.h"
+
+#include <cmath>
+
+namespace novahost {
+
+namespace {
+
+using Kind = DeclaredType::Kind;
+using vexlite::dereference;
+
+constexpr int MostHintsOfPage = 1'000;
+constexpr int MostItems = 100; ///< of an array or a map that are looked at
+
+bool isText(const MVARIANT& value)
+{
+    return value.vt == MV_STRING || value.vt == MV_LPSTR || value.vt == MV_LPWSTR;
+}
+
+template <typename T> bool has(const KJSVariant& value, const KIID& iid)
+{
+    return static_cast<bool>(vexlite::queryInterface<T>(value, iid));
+}
+
+/// What a member returns, with the value in `data`.
+bool isAnswer(const KJSVariant& value)
+{
+    const IJSONValue* object = vexlite::objectOf(value);
+    return object && object->Count() == 2 && object->Has(QStringLiteral("data"))
+        && object->GetBoolean(QStringLiteral("success"), false);
+}
+
+/// "a number"; what it is for the page.
+QString describe(const KJSVariant& value)
+{
+    const MVARIANT& raw = *dereference(value.raw());
+    if (raw.vt == MV_BOOL)
+        return QStringLiteral("a boolean");
+    if (raw.vt == MV_INT64)
+        return QStringLiteral("a BigInt");
+    if (raw.vt == MV_INT32 || raw.vt == MV_DOUBLE)
+        return QStringLiteral("a number");
+    if (isText(raw))
+        return QStringLiteral("a string");
+    if (isAnswer(value))
+        return QStringLiteral("an answer");
+    if (vexlite::arrayOf(value))
+        return QStringLiteral("an array");
+    if (has<IJSFunction>(value, IID_IJSFunction))
+        return QStringLiteral("a function");
+    if (has<IJSBytes>(value, IID_IJSBytes))
+        return QStringLiteral("bytes");
+    return QStringLiteral("an object");
+}
+
+bool isOfKind(const KJSVariant& value, const DeclaredType& type)
+{
+    const MVARIANT& raw = *dereference(value.raw());
+    switch (type.kind) {
+    case Kind::Any:
+        return true;
+    case Kind::String:
+        return isText(raw);
+    case Kind::Number:
+        return raw.vt == MV_INT32 || raw.vt == MV_INT64 || raw.vt == MV_DOUBLE;
+    case Kind::Integer:
+        return raw.vt == MV_INT32 || raw.vt == MV_INT64
+            || (raw.vt == MV_DOUBLE && std::trunc(raw.dblVal) == raw.dblVal);
+    case Kind::Boolean:
+        return raw.vt == MV_BOOL;
+    case Kind::Object:
+    case Kind::Map:
+        return vexlite::objectOf(value) && !isAnswer(value);
+    case Kind::Array:
+        return vexlite::arrayOf(value);
+    case Kind::Function:
+        return has<IJSFunction>(value, IID_IJSFunction);
+    case Kind::Bytes: // also an object that has some
+        return has<IJSBytes>(value, IID_IJSBytes) || has<IJSExtentionObject>(value, IID_IJSExtentionObject);
+    case Kind::Union:
+        break;
+    }
+    return std::any_of(
+        type.inner.begin(), type.inner.end(), [&](const DeclaredType& one) { return isOfKind(value, one); });
+}
+
+QString quoted(const QString& text)
+{
+    constexpr int LongestShown = 80;
+    return QString::fromUtf8(
+        vexlite::jsonString(text.size() > LongestShown ? text.left(LongestShown) + QChar(0x2026) : text));
+}
+
+QString didYouMean(const QString& nearest, const QString& mark)
+{
+    return nearest.isEmpty() ? QString() : QStringLiteral("; did you mean %1%2%1?").arg(mark, nearest);
+}
+
+/// Looks for the mistakes in one call.
+class Search {
+public:
+    explicit Search(const vexlite::CallFacts& call)
+        : m_member(
+            call.object.mid(call.object.indexOf(QLatin1Char('.')) + 1) + QLatin1Char('.') + call.member)
+    {
+    }
+    QStringList found;
+
+    void look(const KJSVariant& value, const DeclaredType& type, const QString& path)
+    {
+        const MVARIANT* raw = dereference(value.raw());
+        if (!raw || raw->vt == MV_EMPTY || raw->vt == MV_NULL)
+            return;
+        if (!isOfKind(value, type))
+            return add(isAnswer(value)
+                    ? QStringLiteral("`%1` of %2 is an answer, where %3 is expected: `.data` is forgotten")
+                          .arg(path, m_member, type.name())
+                    : raw->vt == MV_DOUBLE && type.kind == Kind::Integer
+                    ? QStringLiteral("`%1` of %2 is %3, where an integer is expected")
+                          .arg(path, m_member, vexlite::summaryOf(value))
+                    : QStringLiteral("`%1` of %2 is %3, where %4 is expected")
+                          .arg(path, m_member, describe(value), type.name()));
+        if (isText(*raw))
+            lookAtText(vexlite::textOf(value), path);
+        if (!type.values.isEmpty())
+            lookAtChoice(value, type, path);
+        if (type.kind == Kind::Object)
+            lookAtFields(*vexlite::objectOf(value), type, path);
+        if (type.kind == Kind::Array)
+            lookAtItems(*vexlite::arrayOf(value), type.inner.front(), path);
+        if (type.kind == Kind::Map)
+            lookAtEntries(*vexlite::objectOf(value), type.inner.front(), path);
+    }
+
+    /// The options of a call, whose own name says nothing to the page.
+    void lookAtArgument(const KJSVariant& value, const DeclaredType::Field& parameter)
+    {
+        const bool hasFields = parameter.type.kind == Kind::Object && isOfKind(value, parameter.type);
+        look(value, parameter.type, hasFields ? QString() : parameter.name);
+    }
+
+private:
+    void add(const QString& hint) { found.append(hint); }
+
+    static QString join(const QString& path, const QString& key)
+    {
+        return path.isEmpty() ? key : path + QLatin1Char('.') + key;
+    }
+
+    void lookAtText(const QString& text, const QString& path)
+    {
+        for (const char* made : { "[object Object]", "[object Promise]" }) {
+            if (text.contains(QLatin1String(made)))
+                add(QStringLiteral("`%1` of %2 contains \"%3\": %4")
+                        .arg(path, m_member, QLatin1String(made),
+                            made[8] == 'P' ? QStringLiteral("an `await` is forgotten")
+                                           : QStringLiteral("an object was made a string")));
+        }
+    }
+
+    void lookAtChoice(const KJSVariant& value, const DeclaredType& type, const QString& path)
+    {
+        const MVARIANT& raw = *dereference(value.raw());
+        const QString text = vexlite::textOf(value);
+        const QString written =
+            isText(raw) ? QString::fromUtf8(vexlite::jsonString(text)) : vexlite::summaryOf(value);
+        if (type.values.contains(written))
+            return;
+        const QString nearest = isText(raw) ? findNearest(written, type.values) : QString();
+        add(QStringLiteral("`%1` of %2 is %3, which is none of %4%5")
+                .arg(path, m_member, isText(raw) ? quoted(text) : written,
+                    type.values.join(QStringLiteral(", ")), didYouMean(nearest, QString())));
+    }
+
+    void lookAtFields(const IJSONValue& object, const DeclaredType& type, const QString& path)
+    {
+        QStringList unused;
+        for (const DeclaredType::Field& field : type.fields) {
+            if (!object.Has(field.name))
+                unused.append(field.name);
+        }
+        const QString* key = nullptr;
+        const KJSVariant* value = nullptr;
+        for (std::int32_t i = 0; object.At(i, &key, &value); ++i) {
+            const auto known = std::ranges::find(
+                type.fields, *key, [](const DeclaredType::Field& field) { return field.name; });
+            if (known != type.fields.end())
+                look(*value, known->type, join(path, *key));
+            else
+                add(QStringLiteral("%1 has no option `%2`%3")
+                        .arg(m_member, join(path, key->left(LongestKey)),
+                            didYouMean(findNearest(*key, unused), QStringLiteral("`"))));
+        }
+    }
+
+    void lookAtItems(const IJSArray& array, const DeclaredType& type, const QString& path)
+    {
+        for (std::int32_t i = 0; i < std::min(array.Count(), MostItems); ++i)
+            look(*array.At(i), type, QStringLiteral("%1[%2]").arg(path).arg(i));
+    }
+
+    void lookAtEntries(const IJSONValue& object, const DeclaredType& type, const QString& path)
+    {
+        const QString* key = nullptr;
+        const KJSVariant* value = nullptr;
+        for (std::int32_t i = 0; i < MostItems && object.At(i, &key, &value); ++i)
+            look(*value, type, join(path, key->left(LongestKey)));
+    }
+
+    static constexpr int LongestKey = 80;
+    QString m_member;
+};
+
+/// Names that pages, libraries and engines read of any object, to see what it is.
+bool isProbe(const QString& name)
+{
+    static const QSet<QString> probes { QStringLiteral("then"), QStringLiteral("toJSON"),
+        QStringLiteral("length"), QStringLiteral("nodeType"), QStringLiteral("inspect"),
+        QStringLiteral("asymmetricMatch"), QStringLiteral("default") };
+    return name.isEmpty() || name[0] == QLatin1Char('_') || name[0] == QLatin1Char('$') || name[0].isDigit()
+        || probes.contains(name);
+}
+
+} // namespace
+
+QString Hints::give(const JSContextEnv& context, const QString& text)
+{
+    const QString hint = vexlite::withoutControls(text);
+    if (m_isStrict)
+        return hint;
+    QSet<QString>& given = m_given[context.contextId];
+    if (!given.contains(hint) && given.size() < MostHintsOfPage) {
+        given.insert(hint);
+        printLine(QLatin1String("hint: ") + hint, true);
+    }
+    return {};
+}
+
+QString Hints::checkCall(const vexlite::CallFacts& call)
+{
+    const std::vector<DeclaredType::Field>& parameters = m_types.parameters(call.object, call.member);
+    if (parameters.empty())
+        return {};
+    Search search(call);
+    for (std::size_t i = 0; i < call.arguments.size(); ++i) {
+        const DeclaredType::Field& last = parameters.back();
+        if (i < parameters.size())
+            search.lookAtArgument(call.arguments[i], parameters[i]);
+        else if (last.isRest)
+            search.lookAtArgument(call.arguments[i], last);
+    }
+    for (const QString& hint : std::as_const(search.found)) {
+        if (const QString refusal = give(call.context, hint); !refusal.isNull())
+            return refusal;
+    }
+    return {};
+}
+
+QString Hints::checkName(const JSContextEnv& context, const QString& object, const QString& name)
+{
+    if (isProbe(name))
+        return {};
+    const Description& description = Description::builtIn();
+    const QString owner = object.mid(object.indexOf(QLatin1Char('.')) + 1);
+    QStringList names;
+    if (object == QLatin1String("NovaExtension")) {
+        for (const Json& one : description.objects()) {
+            if (!textOf(one["name"]).contains(QLatin1Char('.')))
+                names.append(textOf(one["name"]));
+        }
+    } else if (const Json* known = description.object(object)) {
+        for (const Json& member : (*known)["members"])
+            names.append(textOf(member["name"]));
+    }
+    // What exists is hidden from this page, which is no mistake of its author's.
+    if (names.contains(name))
+        return {};
+    constexpr int LongestName = 80;
+    return give(context,
+        QStringLiteral("%1 has no %2%3")
+            .arg(owner, name.left(LongestName), didYouMean(findNearest(name, names), QString())));
+}
+
+} // namespace novahost

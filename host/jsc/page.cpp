@@ -1,7 +1,5 @@
 #include "host/jsc/page.h"
 
-#include "host/engine/replsource.h"
-
 #include <QRegularExpression>
 
 namespace engine::jsc {
@@ -12,11 +10,6 @@ const Text& replName()
 {
     static const Text name("repl");
     return name;
-}
-
-bool compiles(JSContextRef ctx, const QString& source)
-{
-    return JSCheckScriptSyntax(ctx, Text(source), replName(), 1, nullptr);
 }
 
 JSValueRef evaluateScript(PageState& page, const QString& source, const Text& fileName, JSValueRef* exception)
@@ -70,57 +63,42 @@ void JscPage::run(const QString& source, const QString& fileName, Done done)
     page.prelude().call(page.prelude().run, nullptr, JSValueMakeNumber(page.ctx(), ticket), function);
 }
 
-void JscPage::evaluate(const QString& source, Done done)
+void JscPage::evaluate(const PageScript& script, Done done)
 {
     PageState& page = *m_state;
     const Entry entry(page);
     if (!entry)
         return;
-    const int ticket = page.addTicket(std::move(done));
-    const ReplSource plan =
-        planReplSource(source, [&](const QString& script) { return compiles(page.ctx(), script); });
-    if (!plan.declaration.isEmpty())
-        return declareAwaited(ticket, plan.script, plan.declaration);
     JSValueRef exception = nullptr;
-    const JSValueRef value = evaluateScript(page, plan.script, replName(), &exception);
-    if (!value)
-        return failTicket(page, ticket, exception);
-    page.prelude().call(page.prelude().settle, nullptr, JSValueMakeNumber(page.ctx(), ticket), value);
-}
-
-// Awaits the initialiser first and then declares the variable in a script of its own: a declaration inside a
-// function would be local to it.
-void JscPage::declareAwaited(int ticket, const QString& awaited, const QString& declaration)
-{
-    PageState& page = *m_state;
-    JSValueRef exception = nullptr;
-    const JSValueRef promise = evaluateScript(page, awaited, replName(), &exception);
-    if (!promise)
-        return failTicket(page, ticket, exception);
-    page.addContinuation(ticket, [&page, ticket, declaration](JSValueRef value) {
-        JSContextRef ctx = page.ctx();
-        JSObjectRef global = JSContextGetGlobalObject(ctx);
-        const Text holder(QString::fromLatin1(ReplSource::awaitedName));
-        JSValueRef failure = nullptr;
-        JSObjectSetProperty(ctx, global, holder, value, kJSPropertyAttributeDontEnum, nullptr);
-        const JSValueRef declared = evaluateScript(page, declaration, replName(), &failure);
-        JSObjectDeleteProperty(ctx, global, holder, nullptr);
-        if (!declared)
-            return failTicket(page, ticket, failure);
-        page.prelude().call(
-            page.prelude().settle, nullptr, JSValueMakeNumber(ctx, ticket), JSValueMakeUndefined(ctx));
+    const bool isDeclared = script.declarations.isEmpty()
+        || evaluateScript(page, script.declarations, replName(), &exception);
+    const int ticket = page.addTicket([done = std::move(done), isDeclared](Outcome outcome) {
+        outcome.isDeclared = isDeclared;
+        done(outcome);
     });
-    page.prelude().call(page.prelude().settleWith, nullptr, JSValueMakeNumber(page.ctx(), ticket), promise);
+    const JSValueRef value =
+        isDeclared ? evaluateScript(page, script.source, replName(), &exception) : nullptr;
+    const Prelude& prelude = page.prelude();
+    const JSValueRef number = JSValueMakeNumber(page.ctx(), ticket);
+    if (value)
+        prelude.call(script.isKept ? prelude.settleKept : prelude.settle, nullptr, number, value);
+    else
+        prelude.call(script.isKept ? prelude.failKept : prelude.fail, nullptr, number, exception);
 }
 
-QStringList JscPage::propertyNames(const QString& path)
+void JscPage::propertyNames(
+    const QStringList& path, std::function<void(const QStringList& names)> found)
+{
+    found(namesAt(path));
+}
+
+QStringList JscPage::namesAt(QStringList steps)
 {
     PageState& page = *m_state;
     const Entry entry(page);
     if (!entry)
         return {};
     JSContextRef ctx = page.ctx();
-    QStringList steps = path.split(QLatin1Char('.'), Qt::SkipEmptyParts);
     const bool isNova = !steps.isEmpty() && steps.first() == QLatin1String("NovaExtension");
     JSValueRef start = JSContextGetGlobalObject(ctx);
     static const QRegularExpression identifier(QStringLiteral("^[\\p{L}_$][\\p{L}\\p{N}_$]*$"));

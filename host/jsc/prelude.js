@@ -58,18 +58,6 @@
         return found;
     };
 
-    // The same for a value that the caller itself needs.
-    const settleWith = async (ticket, promise) => {
-        let answer;
-        try {
-            answer = await promise;
-        } catch (error) {
-            fail(ticket, error);
-            return;
-        }
-        native.awaited(ticket, answer);
-    };
-
     // --- Completion ----------------------------------------------------------------------------------------------
 
     const step = (value, name, mayRead) => {
@@ -189,8 +177,8 @@
 
     return {
         __proto__: null, nativePrototype, signalArray, keys: listKeys, languagePrototypes, objectPrototype, makeError,
-        errorFromObject, makeTypeError, makeRangeError, describeError, settle, settleWith, run, fail, propertyNames,
-        afterThis, makeProcess, makeRoot, bindRoot, makeClass, addGetter, keepValue, bytesOf, copyBytes,
+        errorFromObject, makeTypeError, makeRangeError, describeError, settle, settleKept, run, fail, failKept,
+        propertyNames, afterThis, makeProcess, makeRoot, bindRoot, makeClass, addGetter, keepValue, bytesOf, copyBytes,
         spread: (callee, values) => apply(callee, undefined, values), bare: () => ({ __proto__: null }),
     };
 })

@@ -1,8 +1,8 @@
 #include "host/novahost/description.h"
 
+#include "host/novahost/nearest.h"
+
 #include <QFile>
-#include <algorithm>
-#include <numeric>
 
 namespace novahost {
 
@@ -53,15 +53,6 @@ QString typeText(const Json& type)
     return values.isEmpty() ? QString::fromStdString(kind) : values.join(QLatin1String(" | "));
 }
 
-QString answerText(const Json& answer)
-{
-    const QString type = typeText(answer["type"]);
-    const Json& form = answer["form"];
-    return form == "envelope" ? QString::fromLatin1("Answer<%1>").arg(type)
-        : form == "promise"   ? QString::fromLatin1("Promise<%1>").arg(type)
-                              : type;
-}
-
 QString withDoc(const QString& line, const QString& doc)
 {
     return doc.isEmpty() ? line : line.leftJustified(40) + QLatin1String("  ") + doc.simplified();
@@ -92,22 +83,6 @@ void appendFields(QStringList& lines, const Json& type, const QString& indent)
         lines.append(withDoc(line, textOf(field["doc"])));
         appendFields(lines, field["type"], indent + QLatin1String("  "));
     }
-}
-
-/// The number of characters to add, remove or replace.
-int editDistance(const QString& from, const QString& to)
-{
-    std::vector<int> row(static_cast<std::size_t>(to.size()) + 1);
-    std::iota(row.begin(), row.end(), 0);
-    for (int i = 1; i <= from.size(); ++i) {
-        int diagonal = std::exchange(row[0], i);
-        for (std::size_t j = 1; j < row.size(); ++j) {
-            const int replaced = diagonal + (from[i - 1] == to[static_cast<int>(j) - 1] ? 0 : 1);
-            diagonal = row[j];
-            row[j] = std::min({ replaced, row[j] + 1, row[j - 1] + 1 });
-        }
-    }
-    return row.back();
 }
 
 } // namespace
@@ -181,18 +156,16 @@ QStringList Description::names() const
 
 QString Description::advice(const QString& wanted) const
 {
-    QString nearest;
-    int least = 4;
-    for (const QString& name : names()) {
-        const int distance =
-            isNamed(name, wanted, Qt::CaseInsensitive) ? 0 : editDistance(name.toLower(), wanted.toLower());
-        if (distance < least) {
-            least = distance;
-            nearest = name;
-        }
-    }
-    return nearest.isEmpty() ? QStringLiteral("`novahost members` lists all")
-                             : QString::fromLatin1("did you mean %1?").arg(nearest);
+    return advise(names(), wanted, "%1", "`novahost members` lists all");
+}
+
+QString Description::answerText(const Json& answer)
+{
+    const QString type = typeText(answer["type"]);
+    const Json& form = answer["form"];
+    return form == "envelope" ? QString::fromLatin1("Answer<%1>").arg(type)
+        : form == "promise"   ? QString::fromLatin1("Promise<%1>").arg(type)
+                              : type;
 }
 
 QString Description::fullName(const Json& object)

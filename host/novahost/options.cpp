@@ -197,9 +197,9 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
         return std::nullopt;
     }
 
-    if (options.browser && !run->parsed() && !eval->parsed()) {
+    if (options.browser && !run->parsed() && !eval->parsed() && !repl->parsed()) {
         exitCode =
-            fail(UsageError, QStringLiteral("--browser is for run and eval; open always has the browser"));
+            fail(UsageError, QStringLiteral("--browser is for run, eval and repl; open always has the browser"));
         return std::nullopt;
     }
     options.command = run->parsed() ? Command::Run

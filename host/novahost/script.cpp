@@ -1,5 +1,6 @@
 #include "host/novahost/script.h"
 
+#include "host/novahost/inputparser.h"
 #include "host/novahost/output.h"
 
 #include <QCoreApplication>
@@ -66,6 +67,16 @@ private:
     std::unique_ptr<engine::Page> m_page;
 };
 
+/// Most expressions are evaluated as they are; the parser takes a while to load.
+engine::PageScript scriptOf(const QString& expression)
+{
+    if (!expression.contains(QLatin1String("await")) && !expression.trimmed().startsWith(QLatin1Char('{')))
+        return { expression };
+    const InputParser::Input input = InputParser().read(expression);
+    return input.error.isEmpty() ? engine::PageScript { input.script.source, input.script.declarations }
+                                 : engine::PageScript { expression };
+}
+
 int printResult(const engine::Outcome& outcome)
 {
     if (!outcome.ok) {
@@ -102,7 +113,7 @@ int evalExpression(Suite& suite, const Options& options)
     PageRun run(suite, options);
     return run.wait([&] {
         run.page().evaluate(
-            options.script, [&](const engine::Outcome& outcome) { run.end(printResult(outcome)); });
+            scriptOf(options.script), [&](const engine::Outcome& outcome) { run.end(printResult(outcome)); });
     });
 }
 

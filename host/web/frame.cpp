@@ -74,12 +74,12 @@ void Frame::setScript(FrameScript script)
     m_script = std::move(script);
 }
 
-void Frame::runScript(int ticket, bool isExpression, const QString& fileName, const QString& source)
+void Frame::runScript(int ticket, ScriptForm form, const QString& fileName, const QString& source)
 {
     WireWriter message;
     message.unit('v');
     message.count(static_cast<std::uint64_t>(ticket));
-    message.unit(isExpression ? 'e' : 'b');
+    message.unit(form == ScriptForm::Body ? 'b' : form == ScriptForm::Expression ? 'e' : 'k');
     message.text(fileName);
     message.text(source);
     queue(message.take());

@@ -50,8 +50,9 @@ public:
 
     /// Makes the document that of scripts of the command line.
     void setScript(FrameScript script);
+    enum class ScriptForm { Body, Expression, KeptExpression };
     /// Has the document run a script.
-    void runScript(int ticket, bool isExpression, const QString& fileName, const QString& source);
+    void runScript(int ticket, ScriptForm form, const QString& fileName, const QString& source);
 
     /// What the document gets first.
     QString greeting();

@@ -746,10 +746,10 @@
         }
         case 'v': {
             const ticket = nextCount(reader);
-            const isExpression = reader.text[reader.at++] === 'e';
+            const form = reader.text[reader.at++];
             const fileName = nextText(reader);
             const source = nextText(reader);
-            const start = () => runSource(ticket, isExpression, fileName, source);
+            const start = () => runSource(ticket, form, fileName, source);
             // It may come before the document has an element to put the script into.
             if (document.readyState === 'loading')
                 listen(document, 'DOMContentLoaded', start);
@@ -850,7 +850,8 @@
         fail(ticket, error);
     };
     let rejectPromise; // one of the document's own functions, whose promises it hears of
-    const runSource = (ticket, isExpression, fileName, source) => {
+    // The forms: b, the body of a function; e, an expression; k, one whose result is kept as a global.
+    const runSource = (ticket, form, fileName, source) => {
         rejectPromise ??= runInDocument('{ const P = Promise; __novaTake((reason) => { new P((resolve, reject) => reject(reason)); }); }');
         const end = '\n//# sourceURL=' + encodeName(fileName);
         // All on the first line of the source, so that line numbers stay right.
@@ -858,8 +859,8 @@
         let value;
         let compiled = source;
         try {
-            if (isExpression) {
-                value = runInDocument('__novaTake((source) => eval(source))')(source + end);
+            if (form !== 'b') {
+                value = runInDocument('__novaTake((source) => (0, eval)(source))')(source + end);
             } else {
                 // Checked as a method as well: source that closes one of the two wrappers, "}); ... (function () {", is a
                 // syntax error in the other.
@@ -870,13 +871,12 @@
                 value = runInDocument('__novaTake(' + body + ')' + end);
             }
         } catch (error) {
+            if (form === 'k')
+                keep('_error', error);
             failWithPlace(ticket, error, compiled, fileName);
             return;
         }
-        if (isExpression)
-            settle(ticket, value);
-        else
-            run(ticket, value);
+        (form === 'b' ? run : form === 'e' ? settle : settleKept)(ticket, value);
     };
     const setUpScript = (reader) => {
         isScripted = true;

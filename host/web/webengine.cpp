@@ -74,7 +74,7 @@ public:
     {
         const QString viewId = options.browser.browserId;
         auto page = std::make_unique<ScriptPage>(
-            options, std::move(host), m_host.compiles, [this, viewId](const ScriptPage& gone) {
+            options, std::move(host), [this, viewId](const ScriptPage& gone) {
                 if (m_scripts.value(viewId) == &gone)
                     m_scripts.remove(viewId);
             });
@@ -116,8 +116,13 @@ public:
         const bool isScript = m_scripts.contains(viewId);
         const QUrl url =
             isScript ? QUrl(QLatin1String(ScriptOrigin) + QLatin1Char('/')) : m_host.firstPage(viewId);
-        if (isScript)
+        if (isScript) {
             page.setQuiet();
+            m_scripts[viewId]->setWorld([page = QPointer<WebPage>(&page)](const QString& source, const auto& done) {
+                if (page && page->isLive())
+                    page->runJavaScript(source, done);
+            });
+        }
         if (!url.isEmpty())
             view->load(url);
         return view;

@@ -1,0 +1,55 @@
+#include "host/novahost/nearest.h"
+
+#include <algorithm>
+#include <numeric>
+#include <vector>
+
+namespace novahost {
+
+namespace {
+
+/// The number of characters to add, remove, replace or exchange with the next.
+int editDistance(const QString& from, const QString& to)
+{
+    const auto width = static_cast<std::size_t>(to.size()) + 1;
+    std::vector<int> before(width), row(width), next(width);
+    std::iota(row.begin(), row.end(), 0);
+    for (int i = 1; i <= from.size(); ++i) {
+        next[0] = i;
+        for (std::size_t j = 1; j < width; ++j) {
+            const int at = static_cast<int>(j) - 1;
+            next[j] = std::min({ row[j - 1] + (from[i - 1] == to[at] ? 0 : 1), row[j] + 1, next[j - 1] + 1 });
+            if (i > 1 && j > 1 && from[i - 1] == to[at - 1] && from[i - 2] == to[at])
+                next[j] = std::min(next[j], before[j - 2] + 1);
+        }
+        before.swap(row);
+        row.swap(next);
+    }
+    return row.back();
+}
+
+} // namespace
+
+QString nearest(const QStringList& names, const QString& wanted)
+{
+    QString found;
+    int least = std::min(4, wanted.size() / 2 + 1);
+    for (const QString& name : names) {
+        const bool isEnd = name.endsWith(QLatin1Char('.') + wanted, Qt::CaseInsensitive);
+        const int distance = isEnd ? 0 : editDistance(name.toLower(), wanted.toLower());
+        if (distance < least) {
+            least = distance;
+            found = name;
+        }
+    }
+    return found;
+}
+
+QString advise(const QStringList& names, const QString& wanted, const char* form, const char* otherwise)
+{
+    const QString name = nearest(names, wanted);
+    return name.isEmpty() ? QString::fromUtf8(otherwise)
+                          : QStringLiteral("did you mean %1?").arg(QString::fromUtf8(form).arg(name));
+}
+
+} // namespace novahost

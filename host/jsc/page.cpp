@@ -70,8 +70,8 @@ void JscPage::evaluate(const PageScript& script, Done done)
     if (!entry)
         return;
     JSValueRef exception = nullptr;
-    const bool isDeclared = script.declarations.isEmpty()
-        || evaluateScript(page, script.declarations, replName(), &exception);
+    const bool isDeclared =
+        script.declarations.isEmpty() || evaluateScript(page, script.declarations, replName(), &exception);
     const int ticket = page.addTicket([done = std::move(done), isDeclared](Outcome outcome) {
         outcome.isDeclared = isDeclared;
         done(outcome);
@@ -86,8 +86,7 @@ void JscPage::evaluate(const PageScript& script, Done done)
         prelude.call(script.isKept ? prelude.failKept : prelude.fail, nullptr, number, exception);
 }
 
-void JscPage::propertyNames(
-    const QStringList& path, std::function<void(const QStringList& names)> found)
+void JscPage::propertyNames(const QStringList& path, std::function<void(const QStringList& names)> found)
 {
     found(namesAt(path));
 }

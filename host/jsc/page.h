@@ -14,8 +14,7 @@ public:
     JSContextEnv context() const override { return m_state->env(); }
     void run(const QString& source, const QString& fileName, Done done) override;
     void evaluate(const PageScript& script, Done done) override;
-    void propertyNames(
-        const QStringList& path, std::function<void(const QStringList& names)> found) override;
+    void propertyNames(const QStringList& path, std::function<void(const QStringList& names)> found) override;
     void close() override { m_state->close(); }
 
 private:

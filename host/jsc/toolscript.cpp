@@ -46,9 +46,8 @@ QByteArray ToolScript::call(const char* function, const QString& text)
     // Declared with const, so no property of the global object.
     const JSValueRef callee = JSEvaluateScript(ctx, Text(function), nullptr, nullptr, 1, nullptr);
     const JSValueRef argument = makeString(ctx, text);
-    const JSValueRef value = callee
-        ? JSObjectCallAsFunction(ctx, asObject(callee), nullptr, 1, &argument, nullptr)
-        : nullptr;
+    const JSValueRef value =
+        callee ? JSObjectCallAsFunction(ctx, asObject(callee), nullptr, 1, &argument, nullptr) : nullptr;
     if (!value)
         return {};
     return Text::adopt(JSValueCreateJSONString(ctx, value, 0, nullptr)).toQString().toUtf8();

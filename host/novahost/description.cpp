@@ -156,7 +156,7 @@ QStringList Description::names() const
 
 QString Description::advice(const QString& wanted) const
 {
-    return advise(names(), wanted, "%1", "`novahost members` lists all");
+    return advise(names(), wanted, "did you mean %1?", "`novahost members` lists all");
 }
 
 QString Description::answerText(const Json& answer)

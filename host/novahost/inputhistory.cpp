@@ -72,12 +72,14 @@ void InputHistory::add(const QString& input)
         return;
     m_inputs.append(input);
     QDir().mkpath(QFileInfo(m_file).path());
-    const int file = open(QFile::encodeName(m_file).constData(),
-        O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    const int file = open(
+        QFile::encodeName(m_file).constData(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
     // One call: sessions that run at the same time write whole lines.
     const QByteArray line = lineOf(input);
-    const bool ok = file >= 0 && write(file, line.constData(), static_cast<std::size_t>(line.size())) == line.size();
-    m_error = ok ? QString() : QString::fromLatin1("%1: %2").arg(m_file, QString::fromLocal8Bit(strerror(errno)));
+    const bool ok =
+        file >= 0 && write(file, line.constData(), static_cast<std::size_t>(line.size())) == line.size();
+    m_error =
+        ok ? QString() : QString::fromLatin1("%1: %2").arg(m_file, QString::fromLocal8Bit(strerror(errno)));
     if (file >= 0)
         close(file);
 }

@@ -22,10 +22,11 @@ public:
     void commit();
 
     struct Suggestions {
-        int from = 0;                    ///< where what is being typed begins
-        QStringList names;               ///< that it may become
-        std::optional<QStringList> path; ///< whose properties it may become as well; see Page::propertyNames()
-        QString member;                  ///< the member that is being called
+        int from = 0;      ///< where what is being typed begins
+        QStringList names; ///< that it may become
+        std::optional<QStringList>
+            path;       ///< whose properties it may become as well; see Page::propertyNames()
+        QString member; ///< the member that is being called
     };
     Suggestions suggest(const QString& textBeforeCursor);
 

@@ -65,8 +65,8 @@ LineEditor::LineEditor(Host host)
     m_line.reset(el_init("novahost", stdin, stdout, stderr));
     EditLine* line = m_line.get();
     el_set(line, EL_CLIENTDATA, this);
-    el_set(line, EL_PROMPT,
-        +[](EditLine* of) { return const_cast<char*>(LineEditor::of(of).m_prompt); });
+    el_set(
+        line, EL_PROMPT, +[](EditLine* of) { return const_cast<char*>(LineEditor::of(of).m_prompt); });
     el_set(line, EL_EDITOR, "emacs");
     el_set(line, EL_HIST, history, m_recalled.get());
     el_set(line, EL_GETCFN, readCharacter);
@@ -83,13 +83,14 @@ void LineEditor::bindKeys()
 {
     EditLine* line = m_line.get();
     using Key = unsigned char (*)(EditLine*, int);
-    const auto add = [&](const char* name, const char* doc, Key key) { el_set(line, EL_ADDFN, name, doc, key); };
+    const auto add = [&](const char* name, const char* doc, Key key) {
+        el_set(line, EL_ADDFN, name, doc, key);
+    };
     const auto bind = [&](const char* keys, const char* command) {
         el_set(line, EL_BIND, keys, command, nullptr);
     };
-    add("nova-complete", "Completes the word", [](EditLine* at, int) -> unsigned char {
-        return of(at).completeWord() ? CC_REFRESH : CC_NORM;
-    });
+    add("nova-complete", "Completes the word",
+        [](EditLine* at, int) -> unsigned char { return of(at).completeWord() ? CC_REFRESH : CC_NORM; });
     add("nova-paste", "Inserts what is pasted", [](EditLine* at, int) -> unsigned char {
         of(at).insertPasted();
         return CC_REFRESH;
@@ -246,7 +247,9 @@ void LineEditor::insertPasted()
     if (pasted.endsWith(QLatin1String(PasteEnd)))
         pasted.chop(static_cast<int>(qstrlen(PasteEnd)));
     static const QRegularExpression newline(QStringLiteral("\r\n?")), end(QStringLiteral("\n+$"));
-    pasted.replace(newline, QStringLiteral("\n")).remove(end).replace(QLatin1Char('\t'), QLatin1String("    "));
+    pasted.replace(newline, QStringLiteral("\n"))
+        .remove(end)
+        .replace(QLatin1Char('\t'), QLatin1String("    "));
     el_insertstr(m_line.get(), pasted.toUtf8().constData());
 }
 

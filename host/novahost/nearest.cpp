@@ -33,10 +33,13 @@ int editDistance(const QString& from, const QString& to)
 QString nearest(const QStringList& names, const QString& wanted)
 {
     QString found;
-    int least = std::min(4, wanted.size() / 2 + 1);
+    int least = std::clamp(wanted.size() / 3 + 1, 2, 4);
+    const int dots = wanted.count(QLatin1Char('.'));
     for (const QString& name : names) {
-        const bool isEnd = name.endsWith(QLatin1Char('.') + wanted, Qt::CaseInsensitive);
-        const int distance = isEnd ? 0 : editDistance(name.toLower(), wanted.toLower());
+        // As much of its end as was written.
+        const QString end = name.section(QLatin1Char('.'), -1 - dots);
+        const int distance = std::min(
+            editDistance(name.toLower(), wanted.toLower()), editDistance(end.toLower(), wanted.toLower()));
         if (distance < least) {
             least = distance;
             found = name;
@@ -48,8 +51,7 @@ QString nearest(const QStringList& names, const QString& wanted)
 QString advise(const QStringList& names, const QString& wanted, const char* form, const char* otherwise)
 {
     const QString name = nearest(names, wanted);
-    return name.isEmpty() ? QString::fromUtf8(otherwise)
-                          : QStringLiteral("did you mean %1?").arg(QString::fromUtf8(form).arg(name));
+    return name.isEmpty() ? QString::fromUtf8(otherwise) : QString::fromUtf8(form).arg(name);
 }
 
 } // namespace novahost

@@ -8,7 +8,7 @@ namespace novahost {
 /// The one that is written most like `wanted`, or ends with it; empty when none is.
 QString nearest(const QStringList& names, const QString& wanted);
 
-/// "did you mean NAME?", with the nearest name in `form`; `otherwise` when there is none.
+/// `form`, such as "did you mean %1?", with the nearest name; `otherwise` when there is none.
 QString advise(const QStringList& names, const QString& wanted, const char* form, const char* otherwise);
 
 } // namespace novahost

@@ -82,9 +82,8 @@ private:
     engine::PageHost host()
     {
         engine::PageHost host;
-        host.console = [this](const QString& line, bool isError) {
-            print([&] { printLine(line, isError); });
-        };
+        host.console = [this](
+                           const QString& line, bool isError) { print([&] { printLine(line, isError); }); };
         host.exitRequested = [](int code) { QCoreApplication::exit(code); };
         host.uncaughtError = [this](const engine::Outcome& error) {
             m_failed = true;
@@ -155,7 +154,9 @@ private:
             if (name == names.last())
                 return (this->*command->perform)(argument);
         }
-        printLine(QString::fromLatin1("There is no .%1; %2").arg(name, advise(names, name, ".%1", ".help lists all")), true);
+        printLine(QString::fromLatin1("There is no .%1; %2")
+                      .arg(name, advise(names, name, "did you mean .%1?", ".help lists all")),
+            true);
         next();
     }
 
@@ -169,8 +170,8 @@ private:
             printLine(input.error, true);
             return next();
         }
-        m_page->evaluate(
-            input.script, [this, name = text.trimmed(), evaluation = ++m_evaluation](const engine::Outcome& outcome) {
+        m_page->evaluate(input.script,
+            [this, name = text.trimmed(), evaluation = ++m_evaluation](const engine::Outcome& outcome) {
                 if (evaluation != m_evaluation)
                     return;
                 if (outcome.isDeclared)
@@ -188,7 +189,8 @@ private:
         }
         printLine(outcome.text, false);
         // A member by its name.
-        const QString signature = outcome.text.startsWith(QLatin1String("[Function")) ? m_parser.typeOf(name) : QString();
+        const QString signature =
+            outcome.text.startsWith(QLatin1String("[Function")) ? m_parser.typeOf(name) : QString();
         if (!signature.isEmpty())
             printLine(signature, false);
     }
@@ -207,14 +209,17 @@ private:
             lines += Description::documentation(*member);
         if (name.isEmpty()) {
             for (const Command* command = Commands; command->name; ++command) {
-                const QString form = QString::fromLatin1(".%1 %2").arg(QLatin1String(command->name), QLatin1String(command->argument));
+                const QString form = QString::fromLatin1(".%1 %2").arg(
+                    QLatin1String(command->name), QLatin1String(command->argument));
                 lines.append(form.leftJustified(18) + QLatin1String(command->doc));
             }
-            lines.append(QStringLiteral("\n_ is the last result, _error the last error. Tab completes names, options and values.\n"
-                                        "Ctrl-C drops the input or the answer that is awaited; Alt-Enter begins another line."));
+            lines.append(QStringLiteral(
+                "\n_ is the last result, _error the last error. Tab completes names, options and values.\n"
+                "Ctrl-C drops the input or the answer that is awaited; Alt-Enter begins another line."));
         }
-        printLine(lines.isEmpty() ? QString::fromLatin1("There is no %1; %2").arg(name, description.advice(name))
-                                  : lines.join(QLatin1Char('\n')),
+        printLine(lines.isEmpty()
+                ? QString::fromLatin1("There is no %1; %2").arg(name, description.advice(name))
+                : lines.join(QLatin1Char('\n')),
             false);
         next();
     }
@@ -224,7 +229,10 @@ private:
         QString type = m_parser.typeOf(expression);
         if (const auto member = Description::builtIn().member(expression); type.isEmpty() && member)
             type = Description::signature(*member);
-        printLine(type.isEmpty() ? QStringLiteral("unknown: only what comes from NovaExtension has a declared type") : type, false);
+        printLine(type.isEmpty()
+                ? QStringLiteral("unknown: only what comes from NovaExtension has a declared type")
+                : type,
+            false);
         next();
     }
 
@@ -267,7 +275,8 @@ private:
         static const QRegularExpression identifier(QStringLiteral("^[\\p{L}_$][\\p{L}\\p{N}_$]*$"));
         QStringList names;
         for (const QString& name : found->value_or(QStringList())) {
-            const bool isHidden = name.startsWith(QLatin1String("__")) && !typed.startsWith(QLatin1String("__"));
+            const bool isHidden =
+                name.startsWith(QLatin1String("__")) && !typed.startsWith(QLatin1String("__"));
             if (identifier.match(name).hasMatch() && !isHidden)
                 names.append(name);
         }
@@ -277,7 +286,8 @@ private:
     LineEditor::Host::Completion complete(const QString& text)
     {
         LineEditor::Host::Completion completion;
-        static const QRegularExpression command(QStringLiteral("^\\s*\\.([a-z]*)$")), argument(QStringLiteral("^\\s*\\.(?:help|type)\\s+([\\w.]*)$"));
+        static const QRegularExpression command(QStringLiteral("^\\s*\\.([a-z]*)$")),
+            argument(QStringLiteral("^\\s*\\.(?:help|type)\\s+([\\w.]*)$"));
         if (const auto match = command.match(text); match.hasMatch()) {
             completion.from = match.capturedStart(1);
             for (const Command* one = Commands; one->name; ++one)
@@ -304,7 +314,8 @@ private:
         if (!text.contains(QLatin1Char('(')))
             return {};
         const QString name = m_parser.suggest(text).member;
-        const auto member = Description::builtIn().member(QLatin1String("NovaExtension.") + name, Qt::CaseSensitive);
+        const auto member =
+            Description::builtIn().member(QLatin1String("NovaExtension.") + name, Qt::CaseSensitive);
         return name.isEmpty() || !member ? QString() : Description::signature(*member);
     }
 
@@ -321,8 +332,10 @@ private:
 };
 
 const Session::Command Session::Commands[] = {
-    { "help", "[NAME]", "what an object or a member does: .help FileSystem, .help FileSystem.copy", &Session::help },
-    { "type", "EXPRESSION", "its declared type, or a member's signature: .type FileSystem.homePath().data", &Session::type },
+    { "help", "[NAME]", "what an object or a member does: .help FileSystem, .help FileSystem.copy",
+        &Session::help },
+    { "type", "EXPRESSION", "its declared type, or a member's signature: .type FileSystem.homePath().data",
+        &Session::type },
     { "load", "FILE", "runs a file as one input", &Session::load },
     { "editor", "", "takes a text of several lines", &Session::editor },
     { "exit", "", "ends; so do exit(CODE) and Ctrl-D", &Session::exit },

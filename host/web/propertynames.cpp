@@ -40,7 +40,8 @@ QString propertyNamesSource(QStringList path)
         // What is declared with let, const or class is no property of the global object.
         const QString name = path.first();
         const QString isProperty = QStringLiteral("'%1' in globalThis").arg(name);
-        start = QStringLiteral("%1 || typeof %2 === 'undefined' ? globalThis : { '%2': %2 }").arg(isProperty, name);
+        start = QStringLiteral("%1 || typeof %2 === 'undefined' ? globalThis : { '%2': %2 }")
+                    .arg(isProperty, name);
     }
     return QLatin1String(Source) + QLatin1Char('(') + start + QStringLiteral(", ")
         + QString::fromUtf8(QJsonDocument(QJsonArray::fromStringList(path)).toJson(QJsonDocument::Compact))

@@ -74,13 +74,13 @@ void ScriptPage::declare(Work work)
             return begin(work);
         Outcome failed;
         failed.isDeclared = false;
-        failed.text = QStringLiteral("SyntaxError: the page has one of these names, which can not be declared again");
+        failed.text =
+            QStringLiteral("SyntaxError: the page has one of these names, which can not be declared again");
         work.done(failed);
     });
 }
 
-void ScriptPage::propertyNames(
-    const QStringList& path, std::function<void(const QStringList& names)> found)
+void ScriptPage::propertyNames(const QStringList& path, std::function<void(const QStringList& names)> found)
 {
     if (!m_world)
         return found({});

@@ -10,8 +10,8 @@ class ScriptPage final : public Page {
 public:
     using Gone = std::function<void(const ScriptPage& page)>;
     /// Runs a script in the document as one of its own, and calls `done` with its value; not if the document has gone.
-    using World
-        = std::function<void(const QString& source, const std::function<void(const QVariant&)>& done)>;
+    using World =
+        std::function<void(const QString& source, const std::function<void(const QVariant&)>& done)>;
     /// `gone` is called when the page is destroyed.
     ScriptPage(PageOptions options, PageHost host, Gone gone);
     ~ScriptPage() override;
@@ -26,8 +26,7 @@ public:
     JSContextEnv context() const override;
     void run(const QString& source, const QString& fileName, Done done) override;
     void evaluate(const PageScript& script, Done done) override;
-    void propertyNames(
-        const QStringList& path, std::function<void(const QStringList& names)> found) override;
+    void propertyNames(const QStringList& path, std::function<void(const QStringList& names)> found) override;
     void close() override;
 
 private:

@@ -195,6 +195,15 @@ void LineEditor::stop()
     el_set(m_line.get(), EL_UNBUFFERED, 0);
 }
 
+void LineEditor::drop()
+{
+    if (!m_isReading)
+        return;
+    clearHint();
+    show(QByteArray(placeAfter(line()).row - placeAfter(beforeCursor()).row + 1, '\n'));
+    stop();
+}
+
 void LineEditor::readKey()
 {
     clearHint();
@@ -206,7 +215,7 @@ void LineEditor::readKey()
     if (isNewline() && !(text && count > 0 && text[count - 1] == '\n'))
         text = el_gets(m_line.get(), &count);
     if (m_isEnded || count < 0) {
-        const bool isText = m_isText && count >= 0;
+        const bool isText = m_isText && m_isEnded;
         const QString input = m_before + line();
         stop();
         show("\n");
@@ -219,12 +228,18 @@ void LineEditor::readKey()
 
 void LineEditor::takeLine(const QString& line)
 {
-    stop();
     const QString input = m_before + line;
     if (m_isText || (!line.trimmed().isEmpty() && m_host.isIncomplete(input))) {
         m_before = input + QLatin1Char('\n');
-        return showPrompt(m_isText ? "" : NextPrompt);
+        m_prompt = m_isText ? "" : NextPrompt;
+        // The terminal stays as it is: what is typed meanwhile, Ctrl-D too, is for the next line.
+        const LineInfo* info = el_line(m_line.get());
+        el_cursor(m_line.get(), static_cast<int>(info->lastchar - info->cursor));
+        el_deletestr(m_line.get(), static_cast<int>(info->lastchar - info->buffer));
+        el_set(m_line.get(), EL_REFRESH);
+        return;
     }
+    stop();
     m_before.clear();
     if (!input.trimmed().isEmpty()) {
         const QString error = m_history.error();

@@ -42,8 +42,9 @@ public:
     void start();
     /// Every line belongs to the input, which Ctrl-D ends.
     void startText();
-    /// Drops what is typed.
     void stop();
+    /// Stops and drops what is typed, which stays to be seen.
+    void drop();
     bool isReading() const { return m_isReading; }
     /// Shows what `write` writes above the prompt and what is typed.
     void print(const std::function<void()>& write);

@@ -109,8 +109,9 @@ private:
     void startAfresh()
     {
         ++m_evaluation;
-        m_editor->stop();
-        printLine({}, false);
+        if (!m_editor->isReading())
+            printLine({}, false);
+        m_editor->drop();
         m_editor->start();
     }
 
@@ -154,6 +155,7 @@ private:
             if (name == names.last())
                 return (this->*command->perform)(argument);
         }
+        m_failed = true;
         printLine(QString::fromLatin1("There is no .%1; %2")
                       .arg(name, advise(names, name, "did you mean .%1?", ".help lists all")),
             true);
@@ -241,6 +243,7 @@ private:
         QFile file(name);
         if (file.open(QIODevice::ReadOnly))
             return evaluate(QString::fromUtf8(file.readAll()));
+        m_failed = true;
         printLine(QString::fromLatin1(".load %1: %2").arg(name, file.errorString()), true);
         next();
     }

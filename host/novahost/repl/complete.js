@@ -85,6 +85,8 @@ const stepsTo = (node) => {
         return ['String', 'prototype'];
     case 'ArrayExpression':
         return ['Array', 'prototype'];
+    case 'ObjectExpression':
+        return ['Object', 'prototype'];
     }
 };
 

@@ -201,7 +201,8 @@ const plan = (source) => {
 // The page has run the declarations.
 const commit = () => {
     for (const [name, kind] of pending?.names ?? []) {
-        declared.set(name, kind !== 'const' && declared.get(name) === 'var' ? 'var' : kind);
+        const before = declared.get(name);
+        declared.set(name, kind === 'const' || !before ? kind : before === 'var' ? 'var' : 'let');
         if (pending.inits.has(name))
             initialisers.set(name, pending.inits.get(name));
         else

@@ -28,7 +28,7 @@ struct Outcome {
 struct PageScript {
     QString source = {};       ///< an expression, or statements, whose value is awaited
     QString declarations = {}; ///< run first, as a script of its own: what it declares stays
-    bool isKept = false;  ///< the page gets the value as its global `_`, or the error as `_error`
+    bool isKept = false;       ///< the page gets the value as its global `_`, or the error as `_error`
 };
 
 /// Callbacks of a page into its host. [GUI thread]
@@ -65,7 +65,8 @@ public:
     /// For completion: the names of the properties, own and inherited, of the value that is reached from the global object by
     /// these names. Runs no getters but those of NovaExtension on the way. `found` is called once, with none where the page
     /// does not reply; possibly from inside this call, and not at all when the page closes first.
-    virtual void propertyNames(const QStringList& path, std::function<void(const QStringList& names)> found) = 0;
+    virtual void propertyNames(
+        const QStringList& path, std::function<void(const QStringList& names)> found) = 0;
     /// Drops listeners, promises, handles, functions and timers. Within a call of the page it takes effect
     /// when the outermost call has returned.
     virtual void close() = 0;

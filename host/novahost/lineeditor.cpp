@@ -144,8 +144,10 @@ int LineEditor::readCharacter(EditLine* line, wchar_t* character)
         const ssize_t count = read(STDIN_FILENO, &byte, 1);
         if (count < 0 && errno == EINTR)
             continue;
-        if (count <= 0)
+        if (count <= 0) {
+            of(line).m_isClosed = true;
             return static_cast<int>(count);
+        }
         const std::size_t used = std::mbrtowc(character, &byte, 1, &state);
         if (used == static_cast<std::size_t>(-1)) {
             state = {};
@@ -214,7 +216,7 @@ void LineEditor::readKey()
     // The key that ends a search is a command of its own.
     if (isNewline() && !(text && count > 0 && text[count - 1] == '\n'))
         text = el_gets(m_line.get(), &count);
-    if (m_isEnded || count < 0) {
+    if (m_isEnded || m_isClosed) {
         const bool isText = m_isText && m_isEnded;
         const QString input = m_before + line();
         stop();

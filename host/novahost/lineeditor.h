@@ -85,6 +85,7 @@ private:
     bool m_isReading = false;
     bool m_isText = false;
     bool m_isEnded = false;
+    bool m_isClosed = false; ///< the terminal has gone
     bool m_isHinted = false;
     bool m_isDumb; ///< the terminal knows no escape sequences
 };

@@ -73,8 +73,8 @@ public:
     std::unique_ptr<Page> openPage(const PageOptions& options, PageHost host) override
     {
         const QString viewId = options.browser.browserId;
-        auto page = std::make_unique<ScriptPage>(
-            options, std::move(host), [this, viewId](const ScriptPage& gone) {
+        auto page =
+            std::make_unique<ScriptPage>(options, std::move(host), [this, viewId](const ScriptPage& gone) {
                 if (m_scripts.value(viewId) == &gone)
                     m_scripts.remove(viewId);
             });
@@ -118,10 +118,11 @@ public:
             isScript ? QUrl(QLatin1String(ScriptOrigin) + QLatin1Char('/')) : m_host.firstPage(viewId);
         if (isScript) {
             page.setQuiet();
-            m_scripts[viewId]->setWorld([page = QPointer<WebPage>(&page)](const QString& source, const auto& done) {
-                if (page && page->isLive())
-                    page->runJavaScript(source, done);
-            });
+            m_scripts[viewId]->setWorld(
+                [page = QPointer<WebPage>(&page)](const QString& source, const auto& done) {
+                    if (page && page->isLive())
+                        page->runJavaScript(source, done);
+                });
         }
         if (!url.isEmpty())
             view->load(url);

@@ -153,6 +153,7 @@ TEST(Repl, CompletesAndEditsAtATerminal)
              { "list[0].w\t\n", "within\r\n7\r\n" },
              { "NovaExtension.Tools.showConfirmDlg({ type: 'qu\t", "'question'" },
              { "\x03", "nova> " },
+             { "\x7f\x1b[D\t", "NovaExtension" },
              { "(() => { const other = 8; return oth\t })()\n", "other })()\r\n8\r\n" },
              { ".ed\t", "itor" },
              { "\n", "drops it.\r\n" },

@@ -192,7 +192,6 @@ Library::Library()
     };
     host.directory = [](const QString&) { return QString(); };
     host.firstPage = [](const QString&) { return Address; };
-    host.compiles = [](const QString&) { return true; };
     host.console = [](const QString& line, bool) { qWarning("%s", qPrintable(line)); };
     host.opened = [](const QString&) {};
     host.loaded = [this](const QString& viewId, bool) { m_loaded = viewId; };

@@ -22,7 +22,16 @@ struct Outcome {
     int code = 0;  ///< the "code" that an error carries, or 0
     bool hasCode = false;
     QString
-        report; ///< an error as shown to the user, with its source line, causes and what has thrown it; may be empty
+        report; ///< an error as shown to the user, with its source, causes and what has thrown it; may be empty
+    bool isDeclared = true; ///< whether the declarations of the script stay
+};
+
+/// What a page evaluates.
+struct PageScript {
+    QString source = {};       ///< an expression, or statements, whose value is awaited
+    QString declarations = {}; ///< run first, as a script of its own: what it declares stays
+    bool isKept = false;       ///< the page gets the value as its global `_`, or the error as `_error`
+    QString typed = {};        ///< what errors show of the source: that which the user has typed
 };
 
 /// Callbacks of a page into its host. [GUI thread]
@@ -60,11 +69,13 @@ public:
     /// Imports a module, a file of the folder that the page is served as nova://script/; `done` as above. False when the
     /// engine has no modules.
     virtual bool importModule(const QString& fileName, Done done) = 0;
-    /// Evaluates an expression, or a script whose declarations stay, and awaits the result; `done` as above.
-    virtual void evaluate(const QString& source, Done done) = 0;
-    /// For completion: the names of the properties, own and inherited, of the value at a dotted path. Runs no
-    /// getters but those of NovaExtension in the path. None where the engine can not wait for a page.
-    virtual QStringList propertyNames(const QString& path) = 0;
+    /// Evaluates a script and awaits the result; `done` as above.
+    virtual void evaluate(const PageScript& script, Done done) = 0;
+    /// For completion: the names of the properties, own and inherited, of the value that is reached from the global object by
+    /// these names. Runs no getters but those of NovaExtension on the way. `found` is called once, with none where the page
+    /// does not reply; possibly from inside this call, and not at all when the page closes first.
+    virtual void propertyNames(
+        const QStringList& path, std::function<void(const QStringList& names)> found) = 0;
     /// Drops listeners, promises, handles, functions and timers. Within a call of the page it takes effect
     /// when the outermost call has returned.
     virtual void close() = 0;

@@ -29,8 +29,6 @@ struct WebEngineHost {
     std::function<QByteArray(const QUrl& url)> skinImage;
     /// What the view of this identifier loads when it is made; empty: nothing.
     std::function<QUrl(const QString& viewId)> firstPage;
-    /// Whether a text is a script without errors of syntax.
-    std::function<bool(const QString& source)> compiles;
     /// A line of a page's console that is not a script's own (see PageHost).
     std::function<void(const QString& line, bool isError)> console;
     /// The document of a view has been opened; none of its scripts has run.

@@ -70,12 +70,6 @@ JSValueRef finish(PageState& page, JSContextRef ctx, Arguments arguments, JSValu
     return JSValueMakeUndefined(ctx);
 }
 
-JSValueRef awaited(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef*)
-{
-    page.awaited(integer(ctx, arguments[0]), arguments[1]);
-    return JSValueMakeUndefined(ctx);
-}
-
 JSValueRef startTimer(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef* exception)
 {
     const int timer = page.timers().start(
@@ -176,7 +170,6 @@ JSObjectRef makeNatives(JSGlobalContextRef ctx)
     add("uncaught", callback<4, uncaught>);
     add("finish", callback<7, finish>);
     add("now", callback<0, now>);
-    add("awaited", callback<2, awaited>);
     add("startTimer", callback<3, startTimer>);
     add("clearTimer", callback<1, clearTimer>);
     add("exit", callback<1, exitPage>);

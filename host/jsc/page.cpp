@@ -1,6 +1,5 @@
 #include "host/jsc/page.h"
 
-#include "host/engine/replsource.h"
 #include "host/jsc/syntaxerror.h"
 
 #include <QRegularExpression>
@@ -8,11 +7,6 @@
 namespace engine::jsc {
 
 namespace {
-
-bool compiles(JSContextRef ctx, const QString& source)
-{
-    return JSCheckScriptSyntax(ctx, Text(source), nullptr, 1, nullptr);
-}
 
 // What errors show of a source; `script` is what runs, in which it begins on the first line.
 void noteSource(PageState& page, const Text& name, const QString& source, const QString& script)
@@ -81,63 +75,48 @@ void JscPage::run(const QString& source, const QString& fileName, Done done)
     page.prelude().call(page.prelude().run, nullptr, JSValueMakeNumber(page.ctx(), ticket), function);
 }
 
-void JscPage::evaluate(const QString& source, Done done)
+void JscPage::evaluate(const PageScript& script, Done done)
 {
     PageState& page = *m_state;
     const Entry entry(page);
     if (!entry)
         return;
-    const int ticket = page.addTicket(std::move(done));
-    const ReplSource plan =
-        planReplSource(source, [&](const QString& script) { return compiles(page.ctx(), script); });
-    if (!plan.declaration.isEmpty())
-        return declareAwaited(ticket, plan.script, plan.declaration);
-    JSValueRef exception = nullptr;
-    const Text name(page.inputName() + QString::number(ticket));
-    noteSource(page, name, source, plan.script);
-    const JSValueRef value = evaluateScript(page, plan.script, name, &exception);
-    if (!value) {
-        placeSyntaxError(page.ctx(), exception, plan.script, source);
-        return failTicket(page, ticket, exception);
-    }
-    page.prelude().call(page.prelude().settle, nullptr, JSValueMakeNumber(page.ctx(), ticket), value);
-}
-
-// Awaits the initialiser first and then declares the variable in a script of its own: a declaration inside a
-// function would be local to it.
-void JscPage::declareAwaited(int ticket, const QString& awaited, const QString& declaration)
-{
-    PageState& page = *m_state;
-    JSValueRef exception = nullptr;
-    const JSValueRef promise =
-        evaluateScript(page, awaited, Text(page.inputName() + QString::number(ticket)), &exception);
-    if (!promise)
-        return failTicket(page, ticket, exception);
-    page.addContinuation(ticket, [&page, ticket, declaration](JSValueRef value) {
-        JSContextRef ctx = page.ctx();
-        JSObjectRef global = JSContextGetGlobalObject(ctx);
-        const Text holder(QString::fromLatin1(ReplSource::awaitedName));
-        JSValueRef failure = nullptr;
-        JSObjectSetProperty(ctx, global, holder, value, kJSPropertyAttributeDontEnum, nullptr);
-        const JSValueRef declared =
-            evaluateScript(page, declaration, Text(page.inputName() + QString::number(ticket)), &failure);
-        JSObjectDeleteProperty(ctx, global, holder, nullptr);
-        if (!declared)
-            return failTicket(page, ticket, failure);
-        page.prelude().call(
-            page.prelude().settle, nullptr, JSValueMakeNumber(ctx, ticket), JSValueMakeUndefined(ctx));
+    const auto isDeclared = std::make_shared<bool>(true);
+    const int ticket = page.addTicket([done = std::move(done), isDeclared](Outcome outcome) {
+        outcome.isDeclared = *isDeclared;
+        done(outcome);
     });
-    page.prelude().call(page.prelude().settleWith, nullptr, JSValueMakeNumber(page.ctx(), ticket), promise);
+    const Text name(page.inputName() + QString::number(ticket));
+    noteSource(page, name, script.typed, script.source);
+    JSValueRef exception = nullptr;
+    JSValueRef value = nullptr;
+    *isDeclared =
+        script.declarations.isEmpty() || evaluateScript(page, script.declarations, name, &exception);
+    if (*isDeclared)
+        value = evaluateScript(page, script.source, name, &exception);
+    const Prelude& prelude = page.prelude();
+    const JSValueRef number = JSValueMakeNumber(page.ctx(), ticket);
+    if (value) {
+        prelude.call(script.isKept ? prelude.settleKept : prelude.settle, nullptr, number, value);
+        return;
+    }
+    if (*isDeclared)
+        placeSyntaxError(page.ctx(), exception, script.source, script.typed);
+    prelude.call(script.isKept ? prelude.failKept : prelude.fail, nullptr, number, exception);
 }
 
-QStringList JscPage::propertyNames(const QString& path)
+void JscPage::propertyNames(const QStringList& path, std::function<void(const QStringList& names)> found)
+{
+    found(namesAt(path));
+}
+
+QStringList JscPage::namesAt(QStringList steps)
 {
     PageState& page = *m_state;
     const Entry entry(page);
     if (!entry)
         return {};
     JSContextRef ctx = page.ctx();
-    QStringList steps = path.split(QLatin1Char('.'), Qt::SkipEmptyParts);
     const bool isNova = !steps.isEmpty() && steps.first() == QLatin1String("NovaExtension");
     JSValueRef start = JSContextGetGlobalObject(ctx);
     static const QRegularExpression identifier(QStringLiteral("^[\\p{L}_$][\\p{L}\\p{N}_$]*$"));

@@ -14,12 +14,12 @@ public:
     JSContextEnv context() const override { return m_state->env(); }
     void run(const QString& source, const QString& fileName, Done done) override;
     bool importModule(const QString&, Done) override { return false; }
-    void evaluate(const QString& source, Done done) override;
-    QStringList propertyNames(const QString& path) override;
+    void evaluate(const PageScript& script, Done done) override;
+    void propertyNames(const QStringList& path, std::function<void(const QStringList& names)> found) override;
     void close() override { m_state->close(); }
 
 private:
-    void declareAwaited(int ticket, const QString& awaited, const QString& declaration);
+    QStringList namesAt(QStringList path);
 
     std::shared_ptr<PageState> m_state;
 };

@@ -125,7 +125,6 @@ void PageState::tearDown()
     const JSGlobalContextRef ctx = m_ctx;
     m_closing = m_muted = true;
     m_tickets.clear();
-    m_continuations.clear();
     m_timers->stop();
     if (vexlite::Core::instance())
         vexlite::Core::instance()->closePage(m_env);
@@ -204,19 +203,6 @@ void PageState::finish(int ticket, const Outcome& outcome)
         },
         Qt::QueuedConnection);
     m_tickets.erase(found);
-    m_continuations.erase(ticket);
-}
-
-void PageState::addContinuation(int ticket, std::function<void(JSValueRef)> then)
-{
-    m_continuations.emplace(ticket, std::move(then));
-}
-
-void PageState::awaited(int ticket, JSValueRef value)
-{
-    const auto node = m_continuations.extract(ticket);
-    if (!node.empty() && isLive())
-        node.mapped()(value);
 }
 
 bool PageState::createPromise(std::int64_t promise)

@@ -71,9 +71,6 @@ public:
     int addTicket(Page::Done done);
     /// Calls `done` of the ticket from the event loop.
     void finish(int ticket, const Outcome& outcome);
-    /// Stores `then` until awaited() is called with the ticket and the value.
-    void addContinuation(int ticket, std::function<void(JSValueRef)> then);
-    void awaited(int ticket, JSValueRef value);
 
     QString origin() const override { return QLatin1String(ScriptOrigin); }
     bool createPromise(std::int64_t promise) override;
@@ -102,7 +99,6 @@ private:
     Promises m_promises;
     std::unique_ptr<Timers> m_timers;
     std::unordered_map<int, Page::Done> m_tickets;
-    std::unordered_map<int, std::function<void(JSValueRef)>> m_continuations;
     QElapsedTimer m_clock;
     int m_lastTicket = 0;
     int m_depth = 0;

@@ -43,9 +43,10 @@ void Prelude::load(JSGlobalContextRef ctx, JSObjectRef native)
     keys = take("keys");
     objectPrototype = take("objectPrototype");
     settle = take("settle");
-    settleWith = take("settleWith");
+    settleKept = take("settleKept");
     run = take("run");
     fail = take("fail");
+    failKept = take("failKept");
     propertyNames = take("propertyNames");
     afterThis = take("afterThis");
     makeProcess = take("makeProcess");

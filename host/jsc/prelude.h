@@ -38,9 +38,10 @@ public:
     JSObjectRef keys = nullptr; ///< returns an array with an object's keys, and sets Signals::keyCount
     JSObjectRef objectPrototype = nullptr;
     JSObjectRef settle = nullptr;
-    JSObjectRef settleWith = nullptr;
+    JSObjectRef settleKept = nullptr;
     JSObjectRef run = nullptr;
     JSObjectRef fail = nullptr;
+    JSObjectRef failKept = nullptr;
     JSObjectRef propertyNames = nullptr;
     JSObjectRef afterThis = nullptr;
     JSObjectRef makeProcess = nullptr;

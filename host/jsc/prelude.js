@@ -87,18 +87,6 @@
         return found;
     };
 
-    // The same for a value that the caller itself needs.
-    const settleWith = async (ticket, promise) => {
-        let answer;
-        try {
-            answer = await promise;
-        } catch (error) {
-            fail(ticket, error);
-            return;
-        }
-        native.awaited(ticket, answer);
-    };
-
     // --- Completion ----------------------------------------------------------------------------------------------
 
     const step = (value, name, mayRead) => {
@@ -276,8 +264,9 @@
 
     return {
         __proto__: null, nativePrototype, signalArray, keys: listKeys, languagePrototypes, objectPrototype, makeError,
-        errorFromObject, makeTypeError, makeRangeError, describeError, noteRefusal, noteSource, setColors, settle, settleWith, run, fail, propertyNames,
-        afterThis, makeProcess, makeRoot, bindRoot, makeClass, addGetter, keepValue, bytesOf, copyBytes,
+        errorFromObject, makeTypeError, makeRangeError, describeError, noteRefusal, noteSource, setColors, settle, settleKept,
+        run, fail, failKept, propertyNames, afterThis, makeProcess, makeRoot, bindRoot, makeClass, addGetter, keepValue,
+        bytesOf, copyBytes,
         spread: (callee, values) => apply(callee, undefined, values), bare: () => ({ __proto__: null }),
     };
 })

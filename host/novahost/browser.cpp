@@ -1,7 +1,6 @@
 #include "host/novahost/browser.h"
 
 #include "host/engine/policy.h"
-#include "host/jsc/syntax.h"
 #include "host/novahost/browserfacts.h"
 #include "host/novahost/libraries.h"
 #include "host/novahost/output.h"
@@ -122,7 +121,6 @@ engine::WebEngineHost Browser::host()
     };
     host.skinImage = suite::drawSkinImage;
     host.firstPage = [this](const QString& viewId) { return pageOf(viewId); };
-    host.compiles = engine::jsc::compiles;
     host.console = printLine;
     host.opened = [this](const QString&) {
         if (const auto first = std::exchange(opened, {}))

@@ -53,15 +53,6 @@ QString typeText(const Json& type)
     return values.isEmpty() ? QString::fromStdString(kind) : values.join(QLatin1String(" | "));
 }
 
-QString answerText(const Json& answer)
-{
-    const QString type = typeText(answer["type"]);
-    const Json& form = answer["form"];
-    return form == "envelope" ? QString::fromLatin1("Answer<%1>").arg(type)
-        : form == "promise"   ? QString::fromLatin1("Promise<%1>").arg(type)
-                              : type;
-}
-
 QString withDoc(const QString& line, const QString& doc)
 {
     return doc.isEmpty() ? line : line.leftJustified(40) + QLatin1String("  ") + doc.simplified();
@@ -165,18 +156,16 @@ QStringList Description::names() const
 
 QString Description::advice(const QString& wanted) const
 {
-    QString nearest;
-    int least = 4;
-    for (const QString& name : names()) {
-        const int distance =
-            isNamed(name, wanted, Qt::CaseInsensitive) ? 0 : editDistance(name.toLower(), wanted.toLower());
-        if (distance < least) {
-            least = distance;
-            nearest = name;
-        }
-    }
-    return nearest.isEmpty() ? QStringLiteral("`novahost members` lists all")
-                             : QString::fromLatin1("did you mean %1?").arg(nearest);
+    return advise(names(), wanted, "did you mean %1?", "`novahost members` lists all");
+}
+
+QString Description::answerText(const Json& answer)
+{
+    const QString type = typeText(answer["type"]);
+    const Json& form = answer["form"];
+    return form == "envelope" ? QString::fromLatin1("Answer<%1>").arg(type)
+        : form == "promise"   ? QString::fromLatin1("Promise<%1>").arg(type)
+                              : type;
 }
 
 QString Description::fullName(const Json& object)

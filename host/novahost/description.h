@@ -38,6 +38,8 @@ public:
     /// Advice to whom has written `wanted`, which is no name: "did you mean FileSystem.copy?".
     QString advice(const QString& wanted) const;
 
+    /// The type of an answer {type, form}: Answer<string[]>
+    static QString answerText(const Json& answer);
     static QString fullName(const Json& object);
     /// FileSystem.copy(options: CopyOptions): Answer<boolean>
     static QString signature(const Member& member);

@@ -173,10 +173,10 @@ private:
             isText(raw) ? QString::fromUtf8(vexlite::jsonString(text)) : vexlite::summaryOf(value);
         if (type.values.contains(written))
             return;
-        const QString nearest = isText(raw) ? findNearest(written, type.values) : QString();
+        const QString meant = isText(raw) ? nearest(type.values, written) : QString();
         add(QStringLiteral("`%1` of %2 is %3, which is none of %4%5")
                 .arg(path, m_member, isText(raw) ? quoted(text) : written,
-                    type.values.join(QStringLiteral(", ")), didYouMean(nearest, QString())));
+                    type.values.join(QStringLiteral(", ")), didYouMean(meant, QString())));
     }
 
     void lookAtFields(const IJSONValue& object, const DeclaredType& type, const QString& path)
@@ -196,7 +196,7 @@ private:
             else
                 add(QStringLiteral("%1 has no option `%2`%3")
                         .arg(m_member, join(path, key->left(LongestKey)),
-                            didYouMean(findNearest(*key, unused), QStringLiteral("`"))));
+                            didYouMean(nearest(unused, *key), QStringLiteral("`"))));
         }
     }
 
@@ -285,7 +285,7 @@ QString Hints::checkName(const JSContextEnv& context, const QString& object, con
     constexpr int LongestName = 80;
     return give(context,
         QStringLiteral("%1 has no %2%3")
-            .arg(owner, name.left(LongestName), didYouMean(findNearest(name, names), QString())));
+            .arg(owner, name.left(LongestName), didYouMean(nearest(names, name), QString())));
 }
 
 } // namespace novahost

@@ -247,13 +247,6 @@ Json describedTable(const Json& object, std::uint32_t denied, bool unsupportedOn
         { "members", std::move(members) } };
 }
 
-QString advice(const QStringList& names, const QString& wanted)
-{
-    const QStringList similar = names.filter(wanted, Qt::CaseInsensitive);
-    return similar.isEmpty() ? QStringLiteral("`novahost members` lists all")
-                             : QLatin1String("there is ") + similar.join(QLatin1String(", "));
-}
-
 /// Prints what the description says of a member. Returns whether there is one of that name.
 bool documentMember(const Options& options)
 {
@@ -331,7 +324,7 @@ int listMembers(Suite& suite, const Options& options)
         } else if (!documentMember(options) && rows.empty())
             return fail(UsageError,
                 QString::fromLatin1("OBJECT: there is no \"%1\"; %2")
-                    .arg(options.object, advice(names, options.object)));
+                    .arg(options.object, Description::builtIn().advice(options.object)));
     }
     // Whatever is listed is what script sees.
     if (differences.isEmpty())

@@ -6,36 +6,52 @@
 
 namespace novahost {
 
+namespace {
+
+/// The number of characters to add, remove, replace or exchange with the next.
 int editDistance(const QString& from, const QString& to)
 {
-    std::vector<int> row(static_cast<std::size_t>(to.size()) + 1);
+    const auto width = static_cast<std::size_t>(to.size()) + 1;
+    std::vector<int> before(width), row(width), next(width);
     std::iota(row.begin(), row.end(), 0);
     for (int i = 1; i <= from.size(); ++i) {
-        int diagonal = std::exchange(row[0], i);
-        for (std::size_t j = 1; j < row.size(); ++j) {
-            const int replaced = diagonal + (from[i - 1] == to[static_cast<int>(j) - 1] ? 0 : 1);
-            diagonal = row[j];
-            row[j] = std::min({ replaced, row[j] + 1, row[j - 1] + 1 });
+        next[0] = i;
+        for (std::size_t j = 1; j < width; ++j) {
+            const int at = static_cast<int>(j) - 1;
+            next[j] = std::min({ row[j - 1] + (from[i - 1] == to[at] ? 0 : 1), row[j] + 1, next[j - 1] + 1 });
+            if (i > 1 && j > 1 && from[i - 1] == to[at - 1] && from[i - 2] == to[at])
+                next[j] = std::min(next[j], before[j - 2] + 1);
         }
+        before.swap(row);
+        row.swap(next);
     }
     return row.back();
 }
 
-QString findNearest(const QString& wanted, const QStringList& names)
+} // namespace
+
+QString nearest(const QStringList& names, const QString& wanted)
 {
-    QString nearest;
-    int least = std::max(2, wanted.size() / 3 + 1);
+    QString found;
+    int least = std::clamp(wanted.size() / 3 + 1, 2, 4);
+    const int dots = wanted.count(QLatin1Char('.'));
     for (const QString& name : names) {
-        // Of many names most differ too much in length alone.
-        if (std::abs(name.size() - wanted.size()) >= least)
-            continue;
-        const int distance = editDistance(name.toLower(), wanted.toLower());
+        // As much of its end as was written.
+        const QString end = name.section(QLatin1Char('.'), -1 - dots);
+        const int distance = std::min(
+            editDistance(name.toLower(), wanted.toLower()), editDistance(end.toLower(), wanted.toLower()));
         if (distance < least) {
             least = distance;
-            nearest = name;
+            found = name;
         }
     }
-    return nearest;
+    return found;
+}
+
+QString advise(const QStringList& names, const QString& wanted, const char* form, const char* otherwise)
+{
+    const QString name = nearest(names, wanted);
+    return name.isEmpty() ? QString::fromUtf8(otherwise) : QString::fromUtf8(form).arg(name);
 }
 
 } // namespace novahost

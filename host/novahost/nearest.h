@@ -1,14 +1,14 @@
-// Names that are like one that somebody has mistyped.
+// Advice to whom has written a name that there is not.
 #pragma once
 
 #include <QStringList>
 
 namespace novahost {
 
-/// The number of characters to add, remove or replace.
-int editDistance(const QString& from, const QString& to);
+/// The one that is written most like `wanted`, or ends with it; empty when none is.
+QString nearest(const QStringList& names, const QString& wanted);
 
-/// The one that is most like `wanted`, but for their case; empty when it is too different to be meant.
-QString findNearest(const QString& wanted, const QStringList& names);
+/// `form`, such as "did you mean %1?", with the nearest name; `otherwise` when there is none.
+QString advise(const QStringList& names, const QString& wanted, const char* form, const char* otherwise);
 
 } // namespace novahost

@@ -1,5 +1,6 @@
 #include "host/novahost/script.h"
 
+#include "host/novahost/inputparser.h"
 #include "host/novahost/module.h"
 #include "host/novahost/output.h"
 
@@ -67,6 +68,16 @@ private:
     std::unique_ptr<engine::Page> m_page;
 };
 
+/// Most expressions are evaluated as they are; the parser takes a while to load.
+engine::PageScript scriptOf(const QString& expression)
+{
+    if (!expression.contains(QLatin1String("await")) && !expression.trimmed().startsWith(QLatin1Char('{')))
+        return { expression, {}, false, expression };
+    const InputParser::Input input = InputParser().read(expression);
+    return { input.error.isEmpty() ? input.script.source : expression, input.script.declarations, false,
+        expression };
+}
+
 int printResult(const engine::Outcome& outcome)
 {
     if (!outcome.ok) {
@@ -117,7 +128,7 @@ int evalExpression(Suite& suite, const Options& options)
     PageRun run(suite, options);
     return run.wait([&] {
         run.page().evaluate(
-            options.script, [&](const engine::Outcome& outcome) { run.end(printResult(outcome)); });
+            scriptOf(options.script), [&](const engine::Outcome& outcome) { run.end(printResult(outcome)); });
     });
 }
 

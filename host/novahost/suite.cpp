@@ -4,6 +4,7 @@
 #include "host/novahost/browserfacts.h"
 #include "host/novahost/hints.h"
 #include "host/novahost/libraries.h"
+#include "host/novahost/nearest.h"
 #include "host/novahost/output.h"
 #include "host/novahost/pageplays.h"
 #include "host/novahost/policy.h"
@@ -73,8 +74,11 @@ QString Suite::prepare(const Options& options)
     if (!options.profileFile.isEmpty())
         error = loadProfile(options.profileFile);
     for (const QString& service : options.without) {
-        if (error.isEmpty() && !profile::switchOff(service, &error))
-            error = QString::fromLatin1("--without: %1").arg(error);
+        if (error.isEmpty() && !profile::switchOff(service, nullptr))
+            error = QString::fromLatin1("--without: there is no service %1; %2")
+                        .arg(service,
+                            advise(profile::serviceNames(), service, "did you mean %1?",
+                                "`novahost --help` lists all"));
     }
     if (error.isEmpty() && !options.dataDirectory.isEmpty()) {
         error = profile::setDataDirectory(options.dataDirectory);

@@ -18,7 +18,7 @@ namespace novahost {
 namespace {
 
 constexpr int SettlingMs = 100;  ///< an editor changes a file in several steps
-constexpr int PatienceMs = 3000; ///< for a run to end before it is killed
+constexpr int EndingMs = 3000; ///< for a run to end before it is killed
 constexpr int MaximumFiles = 1000;
 constexpr int InterruptedCode = 128 + SIGINT;
 
@@ -47,7 +47,7 @@ public:
         m_settling.setSingleShot(true);
         m_settling.setInterval(SettlingMs);
         m_patience.setSingleShot(true);
-        m_patience.setInterval(PatienceMs);
+        m_patience.setInterval(EndingMs);
         QObject::connect(&m_files, &QFileSystemWatcher::fileChanged, [this] { m_settling.start(); });
         QObject::connect(&m_files, &QFileSystemWatcher::directoryChanged, [this] { m_settling.start(); });
         QObject::connect(&m_settling, &QTimer::timeout, [this] { restart(); });
@@ -60,7 +60,7 @@ public:
     {
         m_run.disconnect();
         m_run.terminate();
-        if (!m_run.waitForFinished(PatienceMs))
+        if (!m_run.waitForFinished(EndingMs))
             m_run.kill();
         m_run.waitForFinished();
     }

@@ -10,6 +10,7 @@ namespace engine::web {
 enum class ScriptKind : char {
     Body = 'b',       ///< of an async function
     Expression = 'e', ///< or a script whose declarations stay
+    Kept = 'k',       ///< the same, whose result is kept as a global
     Module = 'm',     ///< imported by its address
 };
 

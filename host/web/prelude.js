@@ -680,7 +680,7 @@
                 if (kind === 'm')
                     settle(ticket, runInDocument('__novaTake((address) => import(address))')(fileName));
                 else
-                    runSource(ticket, kind === 'e', fileName, source, typed);
+                    runSource(ticket, kind, fileName, source, typed);
             };
             // It may come before the document has an element to put the script into.
             if (document.readyState === 'loading')
@@ -789,7 +789,8 @@
     };
 @SYNTAX_PLACES@
     let rejectPromise; // one of the document's own functions, whose promises it hears of
-    const runSource = (ticket, isExpression, fileName, source, typed) => {
+    // The kinds: b, the body of a function; e, an expression; k, one whose result is kept as a global.
+    const runSource = (ticket, kind, fileName, source, typed) => {
         const known = encodeName(fileName);
         const end = '\n//# sourceURL=' + known;
         // All on the first line of the source, so that line numbers stay right.
@@ -801,11 +802,11 @@
         };
         let value;
         try {
-            if (isExpression) {
+            if (kind !== 'b') {
                 compiled = source;
                 const shift = indexOf(source, typed, 0);
                 noteSource(known, fileName, shift < 0 ? '' : typed, max(shift, 0));
-                value = runInDocument('__novaTake((source) => eval(source))')(source + end);
+                value = runInDocument('__novaTake((source) => (0, eval)(source))')(source + end);
             } else {
                 // Checked as a method as well: source that closes one of the two wrappers, "}); ... (function () {", is a
                 // syntax error in the other.
@@ -814,13 +815,12 @@
                 value = runInDocument(wrap('__novaTake(async function () {', '\n})') + end);
             }
         } catch (error) {
+            if (kind === 'k')
+                keep('_error', error);
             failWithPlace(ticket, error, compiled, known);
             return;
         }
-        if (isExpression)
-            settle(ticket, value);
-        else
-            run(ticket, value);
+        (kind === 'b' ? run : kind === 'e' ? settle : settleKept)(ticket, value);
     };
     const setUpScript = (reader) => {
         isScripted = true;

@@ -1,15 +1,14 @@
 #include "host/web/scriptpage.h"
 
-#include "host/engine/replsource.h"
+#include "host/web/propertynames.h"
 
 #include <QUrl>
 
 namespace engine::web {
 
-ScriptPage::ScriptPage(PageOptions options, PageHost host, Compiles compiles, Gone gone)
+ScriptPage::ScriptPage(PageOptions options, PageHost host, Gone gone)
     : m_options(std::move(options))
     , m_host(std::move(host))
-    , m_compiles(std::move(compiles))
     , m_gone(std::move(gone))
 {
 }
@@ -27,6 +26,11 @@ void ScriptPage::attach(Frame& frame)
         before->close();
     m_frame = frame.weak_from_this();
     FrameScript script { m_host, m_options.arguments, m_options.colors, m_options.errorColors, {}, {} };
+    script.host.uncaughtError = [this](const Outcome& error) {
+        // Why nothing can be declared is not for the page to see: its error event has none.
+        if (!m_isDeclaring || error.text != QLatin1String("null"))
+            m_host.uncaughtError(error);
+    };
     script.finished = [this](int ticket, const Outcome& outcome) { finish(ticket, outcome); };
     script.closed = [this] {
         Outcome gone;
@@ -50,22 +54,52 @@ void ScriptPage::run(const QString& source, const QString& fileName, Done done)
     QString body = source;
     if (body.startsWith(QLatin1String("#!")))
         body.replace(0, 2, QStringLiteral("//"));
-    begin({ ScriptKind::Body, fileName, body, {}, std::move(done) });
+    begin({ ScriptKind::Body, fileName, body, {}, std::move(done), {} });
 }
 
 bool ScriptPage::importModule(const QString& fileName, Done done)
 {
     const QString path = QString::fromLatin1(QUrl::toPercentEncoding(fileName));
     begin({ ScriptKind::Module, QLatin1String(ScriptOrigin) + QLatin1Char('/') + path, {}, {},
-        std::move(done) });
+        std::move(done), {} });
     return true;
 }
 
-void ScriptPage::evaluate(const QString& source, Done done)
+void ScriptPage::evaluate(const PageScript& script, Done done)
 {
-    const ReplSource plan = planReplSource(source, m_compiles);
+    const ScriptKind kind = script.isKept ? ScriptKind::Kept : ScriptKind::Expression;
     const QString name = m_options.inputName + QString::number(++m_inputs);
-    begin({ ScriptKind::Expression, name, plan.script, source, std::move(done) });
+    begin({ kind, name, script.source, script.typed, std::move(done), script.declarations });
+}
+
+// Only a script of the document itself declares for all later ones.
+void ScriptPage::declare(Work work)
+{
+    const QString source = std::exchange(work.declarations, {}) + QStringLiteral("\n;true");
+    m_isDeclaring = true;
+    m_world(source, [this, alive = QPointer<QObject>(&m_mailbox), work](const QVariant& value) {
+        if (!alive)
+            return;
+        m_isDeclaring = false;
+        if (value.toBool())
+            return begin(work);
+        Outcome failed;
+        failed.isDeclared = false;
+        failed.text =
+            QStringLiteral("SyntaxError: the page has one of these names, which can not be declared again");
+        work.done(failed);
+    });
+}
+
+void ScriptPage::propertyNames(const QStringList& path, std::function<void(const QStringList& names)> found)
+{
+    if (!m_world)
+        return found({});
+    m_world(propertyNamesSource(path),
+        [alive = QPointer<QObject>(&m_mailbox), found = std::move(found)](const QVariant& names) {
+            if (alive)
+                found(names.toStringList());
+        });
 }
 
 void ScriptPage::begin(Work work)
@@ -75,6 +109,8 @@ void ScriptPage::begin(Work work)
         m_later.push_back(std::move(work));
         return;
     }
+    if (!work.declarations.isEmpty())
+        return declare(std::move(work));
     m_running.emplace(++m_lastTicket, std::move(work.done));
     frame->runScript(m_lastTicket, work.kind, work.fileName, work.source, work.typed);
 }

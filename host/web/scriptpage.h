@@ -9,22 +9,25 @@ namespace engine::web {
 class ScriptPage final : public Page {
 public:
     using Gone = std::function<void(const ScriptPage& page)>;
-    using Compiles = std::function<bool(const QString& source)>;
+    /// Runs a script in the document as one of its own, and calls `done` with its value; not if the document has gone.
+    using World =
+        std::function<void(const QString& source, const std::function<void(const QVariant&)>& done)>;
     /// `gone` is called when the page is destroyed.
-    ScriptPage(PageOptions options, PageHost host, Compiles compiles, Gone gone);
+    ScriptPage(PageOptions options, PageHost host, Gone gone);
     ~ScriptPage() override;
 
     const QString& viewId() const { return m_options.browser.browserId; }
     /// Takes the document, whose script has not begun.
     void attach(Frame& frame);
 
+    void setWorld(World world) { m_world = std::move(world); }
+
     /// {0, 0} until the document has been opened.
     JSContextEnv context() const override;
     void run(const QString& source, const QString& fileName, Done done) override;
     bool importModule(const QString& fileName, Done done) override;
-    void evaluate(const QString& source, Done done) override;
-    /// None: a browser's document can not be asked and waited for.
-    QStringList propertyNames(const QString&) override { return {}; }
+    void evaluate(const PageScript& script, Done done) override;
+    void propertyNames(const QStringList& path, std::function<void(const QStringList& names)> found) override;
     void close() override;
 
 private:
@@ -34,19 +37,22 @@ private:
         QString source;
         QString typed; ///< the part of an expression that the user has typed
         Done done;
+        QString declarations;
     };
     void begin(Work work);
+    void declare(Work work);
     void finish(int ticket, const Outcome& outcome);
 
     PageOptions m_options;
     PageHost m_host;
-    Compiles m_compiles;
     Gone m_gone;
+    World m_world;
     std::weak_ptr<Frame> m_frame;
     std::vector<Work> m_later;
     std::map<int, Done> m_running;
     int m_lastTicket = 0;
     int m_inputs = 0;
+    bool m_isDeclaring = false;
     QObject m_mailbox;
 };
 

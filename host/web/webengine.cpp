@@ -73,8 +73,8 @@ public:
     std::unique_ptr<Page> openPage(const PageOptions& options, PageHost host) override
     {
         const QString viewId = options.browser.browserId;
-        auto page = std::make_unique<ScriptPage>(
-            options, std::move(host), m_host.compiles, [this, viewId](const ScriptPage& gone) {
+        auto page =
+            std::make_unique<ScriptPage>(options, std::move(host), [this, viewId](const ScriptPage& gone) {
                 if (m_scripts.value(viewId) == &gone)
                     m_scripts.remove(viewId);
             });
@@ -120,8 +120,14 @@ public:
             url = QLatin1String(ScriptOrigin) + QLatin1Char('/');
         else if (own.isEmpty())
             url = m_host.firstPage(viewId);
-        if (isScript)
+        if (isScript) {
             page.setQuiet();
+            m_scripts[viewId]->setWorld(
+                [page = QPointer<WebPage>(&page)](const QString& source, const auto& done) {
+                    if (page && page->isLive())
+                        page->runJavaScript(source, done);
+                });
+        }
         if (!url.isEmpty())
             view->load(url);
         return view;

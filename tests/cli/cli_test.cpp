@@ -97,11 +97,20 @@ Unknown: --without coffee eval 1 -> 2 || ^novahost: --without.*coffee
     rowName);
 
 INSTANTIATE_TEST_SUITE_P(Usage, CommandLine, testing::ValuesIn(rows(R"js(
-NoCommand: -> 2 || ^novahost: .*subcommand
+NoCommand: -> 2 || ^novahost: a command is missing: run, eval,.*\nhint: `novahost --help`.*\n$
+MisspeltCommand: rnu -> 2 || ^novahost: there is no command rnu; did you mean run\?
+MisspeltOption: run --trce no.js -> 2 || ^novahost: there is no option --trce; did you mean --trace\?
+MisspeltFile: run script.jss -> 2 || ^novahost: FILE: there is no file "script\.jss"
+OptionOfAnother: --play logout members -> 2 || ^novahost: --play is for run, eval, repl, open
+HelpOfACommand: policy explain --help -> 0 ^Say whether(?![\s\S]*--play)[\s\S]*--profile FILE[\s\S]*Examples:[\s\S]*Exit codes:
+HelpByItsCommand: help policy explain -> 0 ^Say whether
+CompletedMember: --complete-words members Log.logI -> 0 ^Log\.logInfo\n$
+CompletedServices: --complete-words run --without=skin,lo -> 0 ^--without=skin,logger\n$
+CompletedFile: --complete-words run --deny 1 exam -> 0 ^:files\n$
 NoSuchScript: run no.js -> 2 || ^novahost: .*no\.js
 NoSuchProfile: --profile no.json eval 1 -> 2 || ^novahost: --profile.*no\.json
 NoSuchObject: members Nothing -> 2 || ^novahost: .*"Nothing"; .novahost members. lists all
-SimilarObjects: members Setting -> 2 || ^novahost: .*"Setting"; there is .*SettingsManager, .*SettingsManager\.Settings\n$
+SimilarObject: members Seting -> 2 || ^novahost: .*"Seting"; did you mean SettingsManager\.settings\?\n$
 ObjectByItsLastPart: members Settings -> 0 ^NovaExtension\.SettingsManager\.Settings  \(handed out
 MembersAsJson: members --json SettingsManager -> 0 ^\[\{"object":"NovaExtension.SettingsManager","mode":\d,"members":\[\{"name":"settings","kind":0,"mask":64,"result":13,"params":\[\{"type":32772,"name":null\}
 NoMask: --deny zz eval 1 -> 2 || ^novahost: --deny: a mask is a number
@@ -155,16 +164,6 @@ EndOfOptionsBehindTheFile: run SCRIPT -- x -> 0 ^--,x\n$
 None: run SCRIPT -> 0 ^\n$
 )js")),
     rowName);
-
-TEST(Repl, KeepsDeclarationsAndAwaits)
-{
-    const Ended ended = novahost({ QStringLiteral("repl") },
-        "const a = 20\nlet b = a + 1; b\n{x: a}\nawait Promise.resolve(b * 2)\nnull.x\n\nexit(3)");
-    EXPECT_EQ(ended.code, 3);
-    EXPECT_TRUE(ended.out.contains(QRegularExpression(QStringLiteral("21\n.*x.*20.*\n42\n"))))
-        << ended.out.toStdString();
-    EXPECT_TRUE(ended.errors.contains(QStringLiteral("TypeError")));
-}
 
 TEST(Run, LosesNoValueInSilence)
 {

@@ -2,11 +2,7 @@
 #include "tests/cli/novahost.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <csignal>
-#include <poll.h>
-#include <pty.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -102,97 +98,6 @@ TEST(Play, GoesOnAtEachSignalAndLastsBeyondTheProcess)
         novahost(wordsOf(QStringLiteral("--data DATA eval NovaExtension.Account.getUserId().data"), place))
             .out,
         QStringLiteral("\"user-2\"\n"));
-}
-
-/// novahost on a terminal of its own.
-class Terminal {
-public:
-    explicit Terminal(const QString& data)
-    {
-        const QByteArray directory = QFile::encodeName(data);
-        const winsize wide { 24, 200, 0, 0 };
-        m_process = forkpty(&m_terminal, nullptr, nullptr, &wide);
-        if (m_process == 0) {
-            setenv("TERM", "dumb", 1);
-            execl(NOVAHOST, NOVAHOST, "repl", "--data", directory.constData(), nullptr);
-            _exit(127);
-        }
-    }
-    ~Terminal()
-    {
-        if (m_process > 0)
-            kill(m_process, SIGKILL);
-        close(m_terminal);
-    }
-    /// Whether the machine has terminals to give.
-    bool isOpen() const { return m_process > 0; }
-
-    Terminal(const Terminal&) = delete;
-    Terminal& operator=(const Terminal&) = delete;
-
-    void type(const char* keys) { ASSERT_EQ(write(m_terminal, keys, qstrlen(keys)), qstrlen(keys)); }
-
-    /// What has been shown since the last call, up to `end`.
-    QByteArray shownUntil(const char* end)
-    {
-        QByteArray shown;
-        QElapsedTimer timer;
-        for (timer.start(); !shown.contains(end) && timer.elapsed() < PatienceMs;) {
-            pollfd wait { m_terminal, POLLIN, 0 };
-            char bytes[1024];
-            const ssize_t count = poll(&wait, 1, 100) > 0 ? read(m_terminal, bytes, sizeof bytes) : 0;
-            if (count < 0)
-                break;
-            shown.append(bytes, static_cast<int>(count));
-        }
-        EXPECT_TRUE(shown.contains(end)) << end << " was not shown but " << shown.constData();
-        return shown;
-    }
-
-    int exitCode()
-    {
-        int status = -1;
-        waitpid(m_process, &status, 0);
-        m_process = -1;
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
-private:
-    int m_terminal = -1;
-    pid_t m_process = -1;
-};
-
-TEST(Repl, DropsTheLineOrTheAnswerAtAnInterrupt)
-{
-    const QTemporaryDir data;
-    Terminal terminal(data.path());
-    if (!terminal.isOpen())
-        GTEST_SKIP() << "no terminal to be had here";
-    terminal.shownUntil("nova> ");
-    terminal.type("null.boom");
-    terminal.shownUntil("boom");
-    terminal.type("\x03");
-    terminal.shownUntil("nova> ");
-    terminal.type("6 * 7\n");
-    const QByteArray answer = terminal.shownUntil("\nnova> ");
-    EXPECT_TRUE(answer.endsWith("\n42\r\nnova> ")) << answer.constData();
-
-    // The first promise settles while the second one is awaited.
-    terminal.type("await new Promise(done => globalThis.settle = done)\n");
-    terminal.shownUntil("= done)\r\n");
-    terminal.type("\x03");
-    terminal.shownUntil("nova> ");
-    terminal.type(
-        "await new Promise(done => { settle('la' + 'te'); setTimeout(() => done('in ' + 'time'), 50) })\n");
-    const QByteArray second = terminal.shownUntil("\nnova> ");
-    EXPECT_TRUE(second.endsWith("\r\n'in time'\r\nnova> ")) << second.constData();
-    EXPECT_FALSE(second.contains("late")) << second.constData();
-
-    terminal.type("exit(5)\n");
-    EXPECT_EQ(terminal.exitCode(), 5);
-    const QByteArray kept = readFile(data, "repl-history");
-    EXPECT_TRUE(kept.contains("exit(5)")) << kept.constData();
-    EXPECT_FALSE(kept.contains("boom"));
 }
 
 } // namespace

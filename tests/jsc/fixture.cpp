@@ -377,7 +377,7 @@ Outcome PageTest::run(const QString& source, Page* where)
 Outcome PageTest::evaluate(const QString& line)
 {
     std::vector<Outcome> outcomes;
-    page->evaluate(line, [&](const Outcome& outcome) { outcomes.push_back(outcome); });
+    page->evaluate({ line }, [&](const Outcome& outcome) { outcomes.push_back(outcome); });
     EXPECT_TRUE(waitFor([&] { return !outcomes.empty(); })) << line;
     return outcomes.empty() ? Outcome {} : outcomes.front();
 }

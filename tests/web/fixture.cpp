@@ -48,7 +48,6 @@ WebEngine& WebTest::webEngine()
             return url.host() == QLatin1String("have") ? QByteArray::fromBase64(image) : QByteArray();
         };
         host.firstPage = [](const QString& viewId) { return QUrl(viewId); };
-        host.compiles = [](const QString&) { return true; };
         host.console = [](const QString& line, bool) {
             if (current)
                 current->lines += line.section(QStringLiteral(" (nova:"), 0, 0);

@@ -5,7 +5,7 @@ import { conform } from "./declared.js";
 import { Fakes, callByteBuffer } from "./fakes.js";
 import { dialogKinds, dialogs, serviceNames } from "./faults.js";
 import { makeFailure } from "./failure.js";
-import { hint, nearest } from "./nearest.js";
+import { hint } from "./nearest.js";
 import { Recording } from "./recording.js";
 import { genericMembers, refusalOf } from "./refusals.js";
 import { Row, callbackOf } from "./rows.js";
@@ -205,7 +205,7 @@ export class Kit {
             return member.answer.type.kind === "handle" ? this.#handOut(member, instance, values, answer) : answer;
         }
         const name = `${path}.${member.name}`;
-        const row = this.#groups.flat().find((one) => one.isFor(name) && one.left > 0 && !one.differences(instance, values).length);
+        const row = this.#groups.flat().find((one) => one.isFor(name, member.answer.type.kind === "void") && one.left > 0 && !one.differences(instance, values).length);
         if (row)
             return this.#answerByRow(row, member, instance, values);
         if (isForHub && !this.#recording)
@@ -291,18 +291,16 @@ export class Kit {
 
     #refuseUnexpected(name, instance, values, recorded) {
         const lines = [`Unexpected call: ${name}(${values.map((value) => show(value)).join(", ")})`];
-        const rows = this.#groups.flat().filter((row) => row.isFor(name));
+        const returnsNothing = find(name).answer.type.kind === "void";
+        const rows = this.#groups.flat().filter((row) => row.isFor(name, returnsNothing));
         const near = rows.map((row) => ({ row, texts: row.left > 0 ? row.differences(instance, values) : [`used up: ${row.times} times`] }))
             .sort((a, b) => (b.row.left > 0) - (a.row.left > 0) || a.texts.length - b.texts.length)[0];
         if (recorded.expected)
             lines.push(`  recorded: ${recorded.expected}`, ...recorded.differences.map((text) => `    ${text}`));
         if (near)
             lines.push(`  nearest row: ${near.row}`, ...near.texts.map((text) => `    ${text}`));
-        const other = near ? undefined : nearest(name, this.#groups.flat().map((row) => row.member));
-        if (other)
-            lines.push(`  there are rows for ${other}`);
         lines.push(`  to have an answer: kit.use({ member: ${show(name)}, arguments: [${values.map((value) =>
-            (typeof value === "function" ? "match.function" : show(value))).join(", ")}], answer: ... })`);
+            (typeof value === "function" ? "match.function" : show(value))).join(", ")}]${returnsNothing ? "" : ", answer: ..."} })`);
         const error = new UnexpectedCall(lines.join("\n"));
         this.#unexpected.push(error);
         return error;

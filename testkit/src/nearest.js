@@ -23,8 +23,8 @@ export function nearest(name, names) {
     return found;
 }
 
-/** The same as the end of a message; empty without one. */
+/** The same as the end of a message. */
 export function hint(name, names) {
     const found = nearest(name, names);
-    return found === undefined ? "" : `. Did you mean ${JSON.stringify(found)}?`;
+    return found === undefined ? "." : `. Did you mean ${JSON.stringify(found)}?`;
 }

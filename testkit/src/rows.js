@@ -47,6 +47,8 @@ export class Row {
 
     /** `find` returns the declaration of a member, or throws. */
     constructor(given, find) {
+        if (typeof given?.member !== "string")
+            throw new TypeError(`A row is an object with the name of a member, { member: "FileSystem.exists", ... }, not ${show(given)}`);
         const unknown = Object.keys(given).find((key) => !Keys.includes(key));
         if (unknown !== undefined)
             throw new TypeError(`A row has no ${show(unknown)}${hint(unknown, Keys)} It can have: ${Keys.join(", ")}`);
@@ -92,8 +94,8 @@ export class Row {
         return this.times === undefined ? Infinity : this.times - this.uses;
     }
 
-    isFor(name) {
-        return this.isWildcard ? name.startsWith(this.member.slice(0, -1)) && !name.slice(this.member.length - 1).includes(".")
+    isFor(name, returnsNothing) {
+        return this.isWildcard ? returnsNothing && name.startsWith(this.member.slice(0, -1)) && !name.slice(this.member.length - 1).includes(".")
             : this.member === name;
     }
 

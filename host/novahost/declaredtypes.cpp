@@ -23,9 +23,9 @@ Kind kindOf(const std::string& kind)
     return kinds.value(QString::fromStdString(kind), Kind::Any);
 }
 
-DeclaredType readType(const Json& type)
+DeclaredType readType(const Json& type, const QString& key = {}, bool isRest = false)
 {
-    DeclaredType read { kindOf(type["kind"].get_ref<const std::string&>()) };
+    DeclaredType read { kindOf(type["kind"].get_ref<const std::string&>()), key, isRest };
     if (read.kind == Kind::Array)
         read.inner.push_back(readType(type["items"]));
     if (read.kind == Kind::Map) {
@@ -37,7 +37,7 @@ DeclaredType readType(const Json& type)
     for (const Json& one : type.value("types", Json::array()))
         read.inner.push_back(readType(one));
     for (const Json& field : type.value("fields", Json::array()))
-        read.fields.push_back({ textOf(field["name"]), readType(field["type"]) });
+        read.fields.push_back(readType(field["type"], textOf(field["name"])));
     return read;
 }
 
@@ -65,25 +65,26 @@ std::size_t findEntry(const QString& name, const char* second, std::size_t from)
 
 Json readEntry(std::size_t at)
 {
+    constexpr std::size_t LongestEntry = 65'536;
     // Reads one value and leaves what follows.
-    std::istringstream stream(std::string(description().substr(at, 64 * 1024)));
+    std::istringstream stream(std::string(description().substr(at, LongestEntry)));
     Json entry;
     stream >> entry;
     return entry;
 }
 
-std::vector<DeclaredType::Field> readParameters(const QString& object, const QString& member)
+std::vector<DeclaredType> readParameters(const QString& object, const QString& member)
 {
     const QString name = object.mid(object.indexOf(QLatin1Char('.')) + 1);
     const std::size_t start = findEntry(name, "\"instance\":", 0);
     const std::size_t at = start == std::string_view::npos ? start : findEntry(member, "\"kind\":", start);
     if (at == std::string_view::npos)
         return {};
-    std::vector<DeclaredType::Field> parameters;
+    std::vector<DeclaredType> parameters;
     const Json entry = readEntry(at);
     for (const Json& parameter : entry["parameters"])
         parameters.push_back(
-            { textOf(parameter["name"]), readType(parameter["type"]), parameter.value("rest", false) });
+            readType(parameter["type"], textOf(parameter["name"]), parameter.value("rest", false)));
     return parameters;
 }
 
@@ -104,7 +105,7 @@ QString DeclaredType::name() const
         return QStringLiteral("a boolean");
     case Kind::Object:
         return fields.empty() ? QStringLiteral("an object")
-                              : QStringLiteral("an object with `%1`").arg(fields.front().name);
+                              : QStringLiteral("an object with `%1`").arg(fields.front().key);
     case Kind::Array:
         return QStringLiteral("an array");
     case Kind::Map:
@@ -122,10 +123,9 @@ QString DeclaredType::name() const
     return names.join(QStringLiteral(" or "));
 }
 
-const std::vector<DeclaredType::Field>& DeclaredTypes::parameters(
-    const QString& object, const QString& member)
+const std::vector<DeclaredType>& DeclaredTypes::parameters(const QString& object, const QString& member)
 {
-    QHash<QString, std::vector<DeclaredType::Field>>& members = m_known[object];
+    QHash<QString, std::vector<DeclaredType>>& members = m_known[object];
     const auto known = members.constFind(member);
     if (known != members.constEnd())
         return *known;

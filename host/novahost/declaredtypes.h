@@ -11,30 +11,25 @@ namespace novahost {
 
 struct DeclaredType {
     enum class Kind { Any, String, Number, Integer, Boolean, Object, Array, Map, Function, Bytes, Union };
-    struct Field;
 
     Kind kind = Kind::Any;
-    QStringList values {};              ///< of an enumeration: those that are allowed, as script writes them
-    std::vector<Field> fields {};       ///< of an object
-    std::vector<DeclaredType> inner {}; ///< of an array and a map: their items; of a union: the types
+    QString key {};                      ///< of a parameter and of a field: its name
+    bool isRest = false;                 ///< of a parameter: all arguments from here on
+    QStringList values {};               ///< of an enumeration: those that are allowed, as script writes them
+    std::vector<DeclaredType> fields {}; ///< of an object
+    std::vector<DeclaredType> inner {};  ///< of an array and a map: their items; of a union: the types
 
     /// "a string", "an object with `path`"
     QString name() const;
 };
 
-struct DeclaredType::Field {
-    QString name;
-    DeclaredType type;
-    bool isRest = false; ///< of a parameter: all arguments from here on
-};
-
 class DeclaredTypes {
 public:
     /// The parameters of a member ("NovaExtension.FileSystem", "copy"); none for an unknown one.
-    const std::vector<DeclaredType::Field>& parameters(const QString& object, const QString& member);
+    const std::vector<DeclaredType>& parameters(const QString& object, const QString& member);
 
 private:
-    QHash<QString, QHash<QString, std::vector<DeclaredType::Field>>> m_known;
+    QHash<QString, QHash<QString, std::vector<DeclaredType>>> m_known;
 };
 
 } // namespace novahost

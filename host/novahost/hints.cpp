@@ -140,10 +140,10 @@ public:
     }
 
     /// The options of a call, whose own name says nothing to the page.
-    void lookAtArgument(const KJSVariant& value, const DeclaredType::Field& parameter)
+    void lookAtArgument(const KJSVariant& value, const DeclaredType& parameter)
     {
-        const bool hasFields = parameter.type.kind == Kind::Object && isOfKind(value, parameter.type);
-        look(value, parameter.type, hasFields ? QString() : parameter.name);
+        const bool hasFields = parameter.kind == Kind::Object && isOfKind(value, parameter);
+        look(value, parameter, hasFields ? QString() : parameter.key);
     }
 
 private:
@@ -182,17 +182,16 @@ private:
     void lookAtFields(const IJSONValue& object, const DeclaredType& type, const QString& path)
     {
         QStringList unused;
-        for (const DeclaredType::Field& field : type.fields) {
-            if (!object.Has(field.name))
-                unused.append(field.name);
+        for (const DeclaredType& field : type.fields) {
+            if (!object.Has(field.key))
+                unused.append(field.key);
         }
         const QString* key = nullptr;
         const KJSVariant* value = nullptr;
         for (std::int32_t i = 0; object.At(i, &key, &value); ++i) {
-            const auto known = std::ranges::find(
-                type.fields, *key, [](const DeclaredType::Field& field) { return field.name; });
+            const auto known = std::ranges::find(type.fields, *key, &DeclaredType::key);
             if (known != type.fields.end())
-                look(*value, known->type, join(path, *key));
+                look(*value, *known, join(path, *key));
             else
                 add(QStringLiteral("%1 has no option `%2`%3")
                         .arg(m_member, join(path, key->left(LongestKey)),
@@ -232,7 +231,7 @@ bool isProbe(const QString& name)
 
 QString Hints::give(const JSContextEnv& context, const QString& text)
 {
-    const QString hint = vexlite::withoutControls(text);
+    QString hint = vexlite::withoutControls(text);
     if (m_isStrict)
         return hint;
     QSet<QString>& given = m_given[context.contextId];
@@ -245,19 +244,19 @@ QString Hints::give(const JSContextEnv& context, const QString& text)
 
 QString Hints::checkCall(const vexlite::CallFacts& call)
 {
-    const std::vector<DeclaredType::Field>& parameters = m_types.parameters(call.object, call.member);
+    const std::vector<DeclaredType>& parameters = m_types.parameters(call.object, call.member);
     if (parameters.empty())
         return {};
     Search search(call);
     for (std::size_t i = 0; i < call.arguments.size(); ++i) {
-        const DeclaredType::Field& last = parameters.back();
+        const DeclaredType& last = parameters.back();
         if (i < parameters.size())
             search.lookAtArgument(call.arguments[i], parameters[i]);
         else if (last.isRest)
             search.lookAtArgument(call.arguments[i], last);
     }
     for (const QString& hint : std::as_const(search.found)) {
-        if (const QString refusal = give(call.context, hint); !refusal.isNull())
+        if (QString refusal = give(call.context, hint); !refusal.isNull())
             return refusal;
     }
     return {};

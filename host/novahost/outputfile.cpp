@@ -28,20 +28,19 @@ std::unique_ptr<OutputFile> OutputFile::open(const QString& option, const QStrin
     // A pipe would be waited for without O_NONBLOCK.
     const int file = ::open(QFile::encodeName(path).constData(),
         O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (file < 0) {
+        error = name
+            + (errno == ELOOP ? QStringLiteral(": is a symbolic link, which is not followed")
+                              : QLatin1String(": ") + lastError());
+        return nullptr;
+    }
+    std::unique_ptr<OutputFile> made(new OutputFile(name, file));
     struct stat facts { };
-    if (file < 0 && errno == ELOOP)
-        error = name + QLatin1String(": is a symbolic link, which is not followed");
-    else if (file < 0)
-        error = name + QLatin1String(": ") + lastError();
-    else if (fstat(file, &facts) != 0 || !S_ISREG(facts.st_mode))
+    if (fstat(file, &facts) != 0 || !S_ISREG(facts.st_mode))
         error = name + QLatin1String(": is no plain file");
     else if (ftruncate(file, 0) != 0)
         error = name + QLatin1String(": ") + lastError();
-    else
-        return std::unique_ptr<OutputFile>(new OutputFile(name, file));
-    if (file >= 0)
-        close(file);
-    return nullptr;
+    return error.isEmpty() ? std::move(made) : nullptr;
 }
 
 OutputFile::OutputFile(QString name, int file)

@@ -93,7 +93,8 @@ def _check_type(given, place, names):
     kind = given.get("kind")
     if kind not in _TYPES:
         raise ApiError(f"{place}: there is no type {kind!r}")
-    optional = {"string": ("values",), "number": ("values",), "integer": ("values",), "object": ("strict",)}.get(kind, ())
+    optional = {"string": ("values",), "number": ("values",), "integer": ("values",), "object": ("strict",),
+                "function": ("watches",)}.get(kind, ())
     _check(given, {"kind": str, **_TYPES[kind]}, place, optional)
     if kind == "handle" and given["name"] not in names:
         raise ApiError(f"{place}: there is no object {given['name']}")

@@ -113,6 +113,19 @@ void JscPage::declareAwaited(int ticket, const QString& awaited, const QString& 
     page.prelude().call(page.prelude().settleWith, nullptr, JSValueMakeNumber(page.ctx(), ticket), promise);
 }
 
+void JscPage::settle(std::function<void(int exitCode)> done)
+{
+    m_state->post([this, done = std::move(done)] {
+        int exitCode = 0;
+        if (const Entry entry(*m_state); entry) {
+            const Prelude& prelude = m_state->prelude();
+            const JSValueRef code = prelude.call(prelude.exitCode, nullptr);
+            exitCode = code ? static_cast<int>(JSValueToInt32(m_state->ctx(), code, nullptr)) : 0;
+        }
+        done(exitCode);
+    });
+}
+
 QStringList JscPage::propertyNames(const QString& path)
 {
     PageState& page = *m_state;

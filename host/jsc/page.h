@@ -15,6 +15,8 @@ public:
     void run(const QString& source, const QString& fileName, Done done) override;
     void evaluate(const QString& source, Done done) override;
     QStringList propertyNames(const QString& path) override;
+    PendingList pending() const override { return m_state->pending(); }
+    void settle(std::function<void(int exitCode)> done) override;
     void close() override { m_state->close(); }
 
 private:

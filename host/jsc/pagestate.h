@@ -51,6 +51,9 @@ public:
     Timers& timers() { return *m_timers; }
     /// The number of calls of the page on the stack.
     int depth() const { return m_depth; }
+    /// The member that script is calling, "Network.fetch"; empty when it is none.
+    QString callingMember() const;
+    PendingList pending() const;
 
     // Callbacks into the host.
     void print(const QString& line, bool isError);
@@ -61,6 +64,8 @@ public:
     void reportUncaught(const ErrorFacts& facts);
     void reportUncaught(const QString& text) { reportUncaught({ text, {}, 0, false }); }
 
+    /// Calls `work` from the event loop, unless the page or its host has gone by then.
+    void post(std::function<void()> work);
     /// Stores `done` until finish() is called with the ticket.
     int addTicket(Page::Done done);
     /// Calls `done` of the ticket from the event loop.
@@ -78,6 +83,8 @@ private:
     friend class Entry;
     friend class NativeScope;
     static void onCollected(JSContextGroupRef group, void* page);
+    static bool onTick(JSContextRef ctx, void* page);
+    void startTicks();
     void leaveOutermost();
     void tearDown();
 
@@ -98,6 +105,11 @@ private:
     std::unordered_map<int, std::function<void(JSValueRef)>> m_continuations;
     int m_lastTicket = 0;
     int m_depth = 0;
+    const NativeMember* m_calling = nullptr;
+    Pending::Clock::time_point m_turnBegan;
+    int m_timeLimitMs = 0;
+    int m_ranMs = 0;            ///< in this turn, of the processor's time
+    bool m_isInterrupted = false; ///< script was ended in this turn
     bool m_closing = false;
     bool m_muted = false;
     bool m_hostGone = false;
@@ -123,14 +135,16 @@ private:
 /// A call from the page's script into native code, which may close the page.
 class NativeScope {
 public:
-    explicit NativeScope(PageState& page)
+    explicit NativeScope(PageState& page, const NativeMember* member = nullptr)
         : m_page(page)
+        , m_outer(std::exchange(page.m_calling, member))
     {
         ++m_page.m_depth;
         m_page.engine().enter();
     }
     ~NativeScope()
     {
+        m_page.m_calling = m_outer;
         m_page.engine().leave();
         if (--m_page.m_depth == 0)
             m_page.leaveOutermost();
@@ -140,6 +154,7 @@ public:
 
 private:
     PageState& m_page;
+    const NativeMember* m_outer;
 };
 
 } // namespace engine::jsc

@@ -49,6 +49,7 @@ void Prelude::load(JSGlobalContextRef ctx, JSObjectRef native)
     propertyNames = take("propertyNames");
     afterThis = take("afterThis");
     makeProcess = take("makeProcess");
+    exitCode = take("exitCode");
     makeRoot = take("makeRoot");
     bindRoot = take("bindRoot");
     makeClass = take("makeClass");

@@ -40,6 +40,7 @@ public:
     JSObjectRef propertyNames = nullptr;
     JSObjectRef afterThis = nullptr;
     JSObjectRef makeProcess = nullptr;
+    JSObjectRef exitCode = nullptr; ///< returns what the page has set as process.exitCode, or 0
     JSObjectRef makeRoot = nullptr;
     JSObjectRef bindRoot = nullptr;
     JSObjectRef makeClass = nullptr;

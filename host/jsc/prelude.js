@@ -162,7 +162,15 @@
             throw makeTypeError('process.play: a text is expected');
         native.play(steps);
     };
-    const makeProcess = (argv) => define(globalThis, 'process', { argv, play }, false);
+    let process;
+    const makeProcess = (argv) => {
+        process = { argv, play };
+        define(globalThis, 'process', process, false);
+    };
+    const exitCode = () => {
+        const code = peek(process, 'exitCode');
+        return isInteger(code) && code >= 0 && code <= 255 ? code : 0;
+    };
 
     // NovaExtension: every object is bound at its first access and is a plain property from then on.
     const makeRoot = (names) => {
@@ -190,7 +198,7 @@
     return {
         __proto__: null, nativePrototype, signalArray, keys: listKeys, languagePrototypes, objectPrototype, makeError,
         errorFromObject, makeTypeError, makeRangeError, describeError, settle, settleWith, run, fail, propertyNames,
-        afterThis, makeProcess, makeRoot, bindRoot, makeClass, addGetter, keepValue, bytesOf, copyBytes,
+        afterThis, makeProcess, exitCode, makeRoot, bindRoot, makeClass, addGetter, keepValue, bytesOf, copyBytes,
         spread: (callee, values) => apply(callee, undefined, values), bare: () => ({ __proto__: null }),
     };
 })

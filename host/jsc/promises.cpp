@@ -12,6 +12,7 @@ bool Promises::create(std::int64_t id)
     record.promise = JSObjectMakeDeferredPromise(ctx, &record.resolve, &record.reject, nullptr);
     if (!record.promise)
         return false;
+    record.member = m_page.callingMember();
     JSValueProtect(ctx, record.promise);
     JSValueProtect(ctx, record.resolve);
     JSValueProtect(ctx, record.reject);
@@ -54,6 +55,14 @@ JSObjectRef Promises::find(std::int64_t id) const
 {
     const auto found = m_records.find(id);
     return found == m_records.end() ? nullptr : found->second.promise;
+}
+
+void Promises::addPending(PendingList& list) const
+{
+    for (const auto& [id, record] : m_records) {
+        if (record.resolve)
+            list.push_back({ Pending::Kind::Promise, record.member, {}, record.since });
+    }
 }
 
 void Promises::clear()

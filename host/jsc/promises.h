@@ -1,6 +1,7 @@
 // Promises: the page's promises that native code made and has not settled.
 #pragma once
 
+#include "host/engine/pending.h"
 #include "host/jsc/api.h"
 #include "vexlite/jscore.h"
 
@@ -26,6 +27,7 @@ public:
     void release(std::int64_t id);
     /// The promise, or null when it was released.
     JSObjectRef find(std::int64_t id) const;
+    void addPending(PendingList& list) const;
     /// Drops all, without settling them.
     void clear();
 
@@ -35,6 +37,8 @@ private:
         JSObjectRef promise = nullptr;
         JSObjectRef resolve = nullptr;
         JSObjectRef reject = nullptr;
+        QString member {}; ///< that has made it
+        Pending::Clock::time_point since = Pending::Clock::now();
     };
     void unprotect(JSObjectRef& object);
 

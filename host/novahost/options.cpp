@@ -137,6 +137,13 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
                + ". STEP@100ms waits that long, a step without a time for SIGUSR2")
         ->option_text("STEP,...");
 
+    app.add_flag("--keep", options.keep,
+        "Go on while there are listeners or watches, which do not keep run and eval otherwise");
+    app.add_option("--time-limit", options.timeLimit,
+           "End script that runs longer than this many seconds without returning to the event loop (default: none)")
+        ->option_text("SECONDS")
+        ->check(CLI::Range(0.1, 1'000'000.0));
+
     CLI::App* run = app.add_subcommand("run", "Run a file as the body of an async function");
     run->add_option("FILE", script, "The script; all that follows is its process.argv")
         ->required()

@@ -23,6 +23,8 @@ struct Options {
     bool window = false;
     bool browser = false; ///< runs the script in a browser view
     QString play;         ///< steps to play while the page runs
+    bool keep = false;    ///< run, eval: listeners keep the page
+    double timeLimit = 0; ///< in seconds; 0: none
 
     QString script;        ///< run: the file; eval: the expression
     QStringList arguments; ///< run: what follows the file

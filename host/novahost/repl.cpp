@@ -116,6 +116,7 @@ private:
         engine::PageHost host;
         host.console = printLine;
         host.exitRequested = [](int code) { QCoreApplication::exit(code); };
+        host.interrupted = [this] { return m_signals.poll(); };
         host.uncaughtError = [this](const engine::Outcome& error) {
             m_failed = true;
             printError(error);

@@ -3,7 +3,6 @@
 #include "host/krt/centre.h"
 #include "host/novahost/browserfacts.h"
 #include "host/novahost/libraries.h"
-#include "host/novahost/pageplays.h"
 #include "host/novahost/policy.h"
 #include "host/profile/directories.h"
 #include "host/profile/profile.h"
@@ -18,6 +17,7 @@
 #include "krt/dirs.h"
 #include "suite/kpluginconfig.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
@@ -147,6 +147,7 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     suite::SkinService::instance().start();
     suite::RemoteConfig::instance().start();
     suite->m_inBrowser = options.browser;
+    suite->m_timeLimitMs = static_cast<int>(options.timeLimit * 1000);
     if (options.devToolsPort) {
         // The engine says nothing when it does not get the port.
         if (!QTcpServer().listen(QHostAddress::LocalHost, static_cast<quint16>(options.devToolsPort))) {
@@ -218,6 +219,24 @@ Suite::~Suite()
     vexlite::Core::stop();
 }
 
+QStringList Suite::shownWindows() const
+{
+    QStringList titles;
+    if (QGuiApplication::platformName() == QLatin1String("offscreen"))
+        return titles;
+    for (const QWidget* window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && window->windowType() == Qt::Window && window != m_window)
+            titles.append(window->windowTitle());
+    }
+    return titles;
+}
+
+QStringList Suite::playsLeft() const
+{
+    const std::shared_ptr<PagePlays> plays = m_plays.lock();
+    return plays ? plays->left() : QStringList();
+}
+
 void Suite::closeWindows()
 {
     delete m_window;
@@ -250,8 +269,11 @@ std::unique_ptr<engine::Page> Suite::openPage(const QStringList& arguments, engi
     options.arguments = arguments;
     options.browser = makeBrowserFacts(QString::fromLatin1("browser-%1").arg(++m_pages));
     VEXBrowserTimes& times = options.browser.times;
+    options.timeLimitMs = m_timeLimitMs;
     // Destroyed when the page closes, which ends its plays.
-    host.play = [plays = std::make_shared<PagePlays>()](const QString& steps) { return plays->begin(steps); };
+    const auto plays = std::make_shared<PagePlays>();
+    m_plays = plays;
+    host.play = [plays](const QString& steps) { return plays->begin(steps); };
     const QString viewId = options.browser.browserId;
     if (m_inBrowser)
         m_browser.expect(viewId);

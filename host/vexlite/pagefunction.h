@@ -27,12 +27,18 @@ public:
     /// The page it belongs to.
     virtual JSContextEnv Context() const = 0;
 
+    /// It is a listener of this event from now on.
+    void listenTo(const QString& event) { m_event = event; }
+    /// Empty for one that is no listener.
+    const QString& event() const { return m_event; }
+
 protected:
     /// Called on the GUI thread, or after the application has ended.
     virtual ~PageFunction() = default;
 
 private:
     std::atomic<std::uint32_t> m_references { 1 };
+    QString m_event;
 };
 
 } // namespace vexlite

@@ -19,6 +19,7 @@ struct WaitingCall {
     KJSVariant result;
     KJSVariant exception;
     QString tag; ///< of the object's class and member, for what the call hands out
+    Pending::Clock::time_point since = Pending::Clock::now();
 };
 
 /// [GUI thread] States: open, closed.
@@ -52,6 +53,13 @@ public:
     void setScript(FrameScript script);
     /// Has the document run a script.
     void runScript(int ticket, bool isExpression, const QString& fileName, const QString& source);
+    /// Has the document report, by FrameScript::settled, when it has done all that it has got until now.
+    void settle(int ticket);
+    PendingList pending() const;
+    /// Whether a call of the document's waits for a dialog.
+    bool hasDialog() const;
+    /// The member that the document is calling, "Network.fetch"; empty when it is none.
+    QString callingMember() const { return m_calling.section(QLatin1Char('.'), 1); }
 
     /// What the document gets first.
     QString greeting();
@@ -81,6 +89,8 @@ private:
     struct PromiseState {
         bool isSettled = false;
         bool isReleased = false;
+        QString member;
+        Pending::Clock::time_point since;
     };
     /// Puts what is queued after `answer`.
     QString withMessages(QString answer);
@@ -113,6 +123,7 @@ private:
     std::unordered_map<std::int64_t, PromiseState> m_promises;
     std::map<int, WaitingCall> m_waiting;
     int m_lastTicket = 0;
+    QString m_calling; ///< the tag of a member, "NovaExtension.Network.fetch"
 
     bool m_isScript = false;
     FrameScript m_script;

@@ -744,6 +744,8 @@
             const id = nextCount(reader);
             return dropFunction(id, nextCount(reader));
         }
+        case 'q':
+            return reportSettled(nextCount(reader));
         case 'v': {
             const ticket = nextCount(reader);
             const isExpression = reader.text[reader.at++] === 'e';
@@ -788,8 +790,9 @@
             part += written(parts[i]);
         return part;
     };
-    const report = (part) => transact('E' + frame + ';' + part);
-    // What ends the run is reported when the script has returned to the event loop, all at once: nothing is heard after it.
+    const report = (part) => transact('E' + frame + ';' + timersPart() + part);
+@SCRIPT_TIMERS@
+    // exit() is reported when the script has returned to the event loop: nothing is heard after it.
     let ending = '';
     const reportEnd = (part) => {
         if (ending === '')
@@ -808,7 +811,7 @@
         },
         uncaught: (text, stack, code) => {
             if (isScripted)
-                reportEnd(compose('u', text, stack, code === undefined ? '' : '' + code));
+                report(compose('u', text, stack, code === undefined ? '' : '' + code));
             else
                 showError('Uncaught ' + text + (stack === '' ? '' : '\n' + stack));
         },
@@ -902,7 +905,9 @@
             if (reader && reader.text[reader.at++] === 't')
                 throw errorFromObject(readValue(reader));
         };
-        define(world, 'process', { argv, play }, false);
+        scriptProcess = { argv, play };
+        define(world, 'process', scriptProcess, false);
+        countTimers();
         addEventListener('error', (event) => {
             preventDefault(event);
             const error = errorOf(event);

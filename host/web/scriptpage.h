@@ -3,6 +3,9 @@
 
 #include "host/web/frame.h"
 
+#include <QElapsedTimer>
+#include <QTimer>
+
 namespace engine::web {
 
 /// [GUI thread] Scripts wait until the document has been opened.
@@ -24,6 +27,8 @@ public:
     void evaluate(const QString& source, Done done) override;
     /// None: a browser's document can not be asked and waited for.
     QStringList propertyNames(const QString&) override { return {}; }
+    PendingList pending() const override;
+    void settle(std::function<void(int exitCode)> done) override;
     void close() override;
 
 private:
@@ -35,6 +40,10 @@ private:
     };
     void begin(Work work);
     void finish(int ticket, const Outcome& outcome);
+    /// Calls one that waits for the document to settle, from the event loop.
+    void finishSettling(int ticket, int exitCode);
+    /// Looks whether the document returns to its event loop in time.
+    void checkTime();
 
     PageOptions m_options;
     PageHost m_host;
@@ -43,6 +52,10 @@ private:
     std::weak_ptr<Frame> m_frame;
     std::vector<Work> m_later;
     std::map<int, Done> m_running;
+    std::map<int, std::function<void(int exitCode)>> m_settling;
+    QTimer m_check;
+    QElapsedTimer m_turn; ///< since the document has been asked whether it returns to its event loop
+    bool m_isReturning = true;
     int m_lastTicket = 0;
     QObject m_mailbox;
 };

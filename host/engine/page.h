@@ -66,6 +66,10 @@ public:
     virtual QStringList propertyNames(const QString& path) = 0;
     /// What the page has begun and that has not ended.
     virtual PendingList pending() const = 0;
+    /// Whether script runs, or timers or promises of members are pending: what pending() says, faster.
+    virtual bool isBusy() const = 0;
+    /// Whether nothing but pending() can have script run: a browser has requests and events of its own.
+    virtual bool knowsAllPending() const = 0;
     /// Calls `done` from the event loop, with process.exitCode or else 0, when the page has done all that it could do by
     /// now; not at all when it closes first.
     virtual void settle(std::function<void(int exitCode)> done) = 0;

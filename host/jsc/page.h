@@ -16,6 +16,8 @@ public:
     void evaluate(const QString& source, Done done) override;
     QStringList propertyNames(const QString& path) override;
     PendingList pending() const override { return m_state->pending(); }
+    bool isBusy() const override { return m_state->isBusy(); }
+    bool knowsAllPending() const override { return true; }
     void settle(std::function<void(int exitCode)> done) override;
     void close() override { m_state->close(); }
 

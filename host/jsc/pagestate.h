@@ -54,6 +54,7 @@ public:
     /// The member that script is calling, "Network.fetch"; empty when it is none.
     QString callingMember() const;
     PendingList pending() const;
+    bool isBusy() const { return m_depth > 0 || m_timers->any() || m_promises.anyPending(); }
 
     // Callbacks into the host.
     void print(const QString& line, bool isError);

@@ -3,6 +3,8 @@
 #include "host/jsc/pagestate.h"
 #include "host/jsc/toscript.h"
 
+#include <algorithm>
+
 namespace engine::jsc {
 
 bool Promises::create(std::int64_t id)
@@ -55,6 +57,12 @@ JSObjectRef Promises::find(std::int64_t id) const
 {
     const auto found = m_records.find(id);
     return found == m_records.end() ? nullptr : found->second.promise;
+}
+
+bool Promises::anyPending() const
+{
+    return std::any_of(
+        m_records.begin(), m_records.end(), [](const auto& entry) { return entry.second.resolve; });
 }
 
 void Promises::addPending(PendingList& list) const

@@ -27,6 +27,7 @@ public:
     void release(std::int64_t id);
     /// The promise, or null when it was released.
     JSObjectRef find(std::int64_t id) const;
+    bool anyPending() const;
     void addPending(PendingList& list) const;
     /// Drops all, without settling them.
     void clear();

@@ -32,6 +32,7 @@ public:
     /// Stops all timers.
     void stop();
     QObject* mailbox() { return this; }
+    bool any() const { return !m_timers.empty(); }
     void addPending(PendingList& list) const;
 
 protected:

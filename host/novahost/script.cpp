@@ -28,17 +28,20 @@ public:
     /// The script has ended: from now on the page goes on only as long as something keeps it.
     void endWhenDone(bool failed)
     {
+        m_hasEnded = true;
         if (failed)
-            return end(Failure, QStringLiteral("the script's error"));
-        // Whatever may change what is pending wakes the event loop.
-        QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
-            &m_context, [this] { look(); });
+            end(Failure, QStringLiteral("the script's error"));
     }
 
     /// Calls `begin` within the event loop, so that a dialog that the page opens at once ends with the loop.
     int wait(const std::function<void()>& begin)
     {
-        QTimer::singleShot(0, &m_context, begin);
+        QTimer::singleShot(0, &m_context, [&] {
+            begin();
+            // Whatever may change what is pending wakes the event loop.
+            QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
+                &m_context, [this] { look(); });
+        });
         m_run.signals.setInterrupt([this] { interrupt(); }, false);
         const int code = QCoreApplication::exec();
         m_run.signals.setInterrupt({});
@@ -100,19 +103,36 @@ private:
     /// Ends the run when nothing keeps the page, and nothing has come up meanwhile.
     void look()
     {
-        if (m_exitCode || m_isSettling || m_waiting.keeps(*m_page))
+        const bool isIdle = this->isIdle();
+        m_wasKept |= m_hasEnded && !isIdle;
+        if (m_isSettling || !isIdle)
             return;
         m_isSettling = true;
         m_page->settle([this](int exitCode) {
             m_isSettling = false;
-            if (m_exitCode || m_waiting.keeps(*m_page))
-                return;
-            const QString others = m_waiting.others(*m_page);
-            if (!others.isEmpty())
-                printLine(QStringLiteral("hint: ended with %1; --keep waits for events").arg(others), true);
-            m_exitCode = m_hasErrors && exitCode == 0 ? Failure : exitCode;
-            QCoreApplication::exit(*m_exitCode);
+            if (this->isIdle())
+                endIdle(exitCode);
         });
+    }
+
+    /// Whether nothing more can come.
+    bool isIdle() const
+    {
+        if (m_exitCode || m_waiting.keeps(*m_page))
+            return false;
+        return m_hasEnded || (m_page->knowsAllPending() && !m_waiting.listens(*m_page));
+    }
+
+    void endIdle(int exitCode)
+    {
+        if (!m_hasEnded)
+            fail(Failure, QStringLiteral("the script awaits a promise that nothing is left to settle"));
+        // Who waits for events that way sees no others than those before the script's end.
+        const QString others = m_wasKept || !m_hasEnded ? QString() : m_waiting.others(*m_page);
+        if (!others.isEmpty())
+            printLine(QStringLiteral("hint: ended with %1; --keep waits for events").arg(others), true);
+        m_exitCode = exitCode == 0 && (m_hasErrors || !m_hasEnded) ? Failure : exitCode;
+        QCoreApplication::exit(*m_exitCode);
     }
 
     /// At the first Ctrl-C.
@@ -129,6 +149,8 @@ private:
     const ScriptRun m_run;
     const Waiting m_waiting;
     std::optional<int> m_exitCode;
+    bool m_hasEnded = false; ///< the script, without an error
+    bool m_wasKept = false;  ///< something was pending after that
     bool m_hasErrors = false;
     bool m_isSettling = false;
     bool m_isInterrupted = false; ///< what is pending has been said

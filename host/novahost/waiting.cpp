@@ -2,6 +2,7 @@
 
 #include "host/novahost/description.h"
 
+#include <QHash>
 #include <algorithm>
 #include <tuple>
 
@@ -13,7 +14,7 @@ using engine::Pending;
 using engine::PendingList;
 
 /// Whether a member calls the functions that it gets until the page goes, rather than at the end of something.
-bool isWatch(const QString& name)
+bool readIsWatch(const QString& name)
 {
     const auto described = Description::builtIn().member(name, Qt::CaseSensitive);
     if (!described)
@@ -21,6 +22,13 @@ bool isWatch(const QString& name)
     const Json& parameters = described->member["parameters"];
     return std::any_of(parameters.begin(), parameters.end(),
         [](const Json& parameter) { return parameter["type"].value("watches", false); });
+}
+
+bool isWatch(const QString& name)
+{
+    static QHash<QString, bool> known;
+    const auto found = known.constFind(name);
+    return found != known.constEnd() ? *found : *known.insert(name, readIsWatch(name));
 }
 
 /// Puts the same together, with the longest time; in the order of their kinds, then of their beginnings.
@@ -129,7 +137,7 @@ QString Waiting::all(const engine::Page& page) const
 
 bool Waiting::keeps(const engine::Page& page) const
 {
-    return !textsOf(workOf(page)).isEmpty();
+    return page.isBusy() || !textsOf(workOf(page)).isEmpty();
 }
 
 QString Waiting::undone(const engine::Page& page) const

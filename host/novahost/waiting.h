@@ -19,6 +19,8 @@ public:
 
     /// Whether a page whose script has ended goes on.
     bool keeps(const engine::Page& page) const;
+    /// Whether it has listeners or watches.
+    bool listens(const engine::Page& page) const { return !workOf(page).events.empty(); }
     /// What a page loses that ends now, "timer (2), promise of Network.fetch since 3.1 s"; empty: nothing.
     QString undone(const engine::Page& page) const;
     /// The same, with the call under way, and the listeners and watches, which do not keep the page.

@@ -115,6 +115,13 @@ bool Frame::hasDialog() const
     return std::any_of(m_waiting.begin(), m_waiting.end(), [](const auto& one) { return !one.second.isDone; });
 }
 
+bool Frame::isBusy() const
+{
+    return m_script.timers || hasDialog()
+        || std::any_of(
+            m_promises.begin(), m_promises.end(), [](const auto& one) { return !one.second.isSettled; });
+}
+
 PendingList Frame::pending() const
 {
     PendingList list;

@@ -56,6 +56,7 @@ public:
     /// Has the document report, by FrameScript::settled, when it has done all that it has got until now.
     void settle(int ticket);
     PendingList pending() const;
+    bool isBusy() const;
     /// Whether a call of the document's waits for a dialog.
     bool hasDialog() const;
     /// The member that the document is calling, "Network.fetch"; empty when it is none.

@@ -95,6 +95,12 @@ PendingList ScriptPage::pending() const
     return frame ? frame->pending() : PendingList();
 }
 
+bool ScriptPage::isBusy() const
+{
+    const std::shared_ptr<Frame> frame = m_frame.lock();
+    return frame && frame->isBusy();
+}
+
 void ScriptPage::settle(std::function<void(int exitCode)> done)
 {
     m_settling.emplace(++m_lastTicket, std::move(done));

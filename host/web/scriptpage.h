@@ -28,6 +28,8 @@ public:
     /// None: a browser's document can not be asked and waited for.
     QStringList propertyNames(const QString&) override { return {}; }
     PendingList pending() const override;
+    bool isBusy() const override;
+    bool knowsAllPending() const override { return false; }
     void settle(std::function<void(int exitCode)> done) override;
     void close() override;
 

@@ -44,7 +44,8 @@ struct PageHost {
 
 struct PageOptions {
     QStringList arguments; ///< process.argv
-    int timeLimitMs = 0;   ///< how long script may run before it returns to the event loop; 0: as long as it likes
+    int timeLimitMs =
+        0; ///< how long script may run before it returns to the event loop; 0: as long as it likes
     vexlite::BrowserFacts browser;
 };
 

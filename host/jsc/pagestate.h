@@ -109,7 +109,7 @@ private:
     const NativeMember* m_calling = nullptr;
     Pending::Clock::time_point m_turnBegan;
     int m_timeLimitMs = 0;
-    int m_ranMs = 0;            ///< in this turn, of the processor's time
+    int m_ranMs = 0;              ///< in this turn, of the processor's time
     bool m_isInterrupted = false; ///< script was ended in this turn
     bool m_closing = false;
     bool m_muted = false;

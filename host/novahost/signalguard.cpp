@@ -25,8 +25,7 @@ constexpr int LookMs = 20;
 
 SignalGuard::SignalGuard(int pipe)
     : m_pipe(pipe)
-    , m_temporary(
-          profile::isDataTemporary() ? QFile::encodeName(profile::dataDirectory()).toStdString() : "")
+    , m_temporary(profile::isDataTemporary() ? QFile::encodeName(profile::dataDirectory()).toStdString() : "")
     , m_thread([this] { watch(); })
 {
 }

@@ -94,7 +94,8 @@ bool Signals::take()
     if (read(s_pipe[0], &number, 1) != 1)
         return false;
     if (number == SIGUSR2) {
-        QMetaObject::invokeMethod(&m_notifier, [this] { m_next(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            &m_notifier, [this] { m_next(); }, Qt::QueuedConnection);
         return true;
     }
     if (number == SIGINT && m_interrupt) {

@@ -112,7 +112,8 @@ void Frame::settle(int ticket)
 
 bool Frame::hasDialog() const
 {
-    return std::any_of(m_waiting.begin(), m_waiting.end(), [](const auto& one) { return !one.second.isDone; });
+    return std::any_of(
+        m_waiting.begin(), m_waiting.end(), [](const auto& one) { return !one.second.isDone; });
 }
 
 bool Frame::isBusy() const

@@ -56,8 +56,7 @@ const EndCase Cases[] = {
         "^novahost: left undone at exit\\(4\\): timer \\(2\\)\n$" },
     { "NothingSettles", "run SCRIPT", "console.log('on'); await new Promise(() => {});", {}, 1, "^on\n$",
         "^novahost: the script awaits a promise that nothing is left to settle\n$", true },
-    { "TimeLimit", "--time-limit 0.3 run SCRIPT",
-        "for (;;) NovaExtension.Product.language();", {}, 1, "^$",
+    { "TimeLimit", "--time-limit 0.3 run SCRIPT", "for (;;) NovaExtension.Product.language();", {}, 1, "^$",
         "^novahost: script has run for 0\\.3 s [^\n]*\\(--time-limit\\)\n$" },
     { "InterruptedTwice", "--profile PROFILE --keep run SCRIPT",
         "const url = 'http://127.0.0.1:PORT/'; const { Network, Account } = NovaExtension; setTimeout(() => {}, 60000);\n"

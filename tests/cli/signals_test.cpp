@@ -27,9 +27,9 @@ void startReady(QProcess& process, const QStringList& arguments, const char* inp
 
 TEST(Signals, EndARunInOrder)
 {
-    for (const auto& [line, number] :
-        { std::pair("run SCRIPT", SIGTERM), std::pair("run SCRIPT", SIGHUP),
-            std::pair("run --data DATA SCRIPT", SIGTERM), std::pair("repl", SIGTERM), std::pair("repl", SIGINT) }) {
+    for (const auto& [line, number] : { std::pair("run SCRIPT", SIGTERM), std::pair("run SCRIPT", SIGHUP),
+             std::pair("run --data DATA SCRIPT", SIGTERM), std::pair("repl", SIGTERM),
+             std::pair("repl", SIGINT) }) {
         SCOPED_TRACE(std::string(line) + ", signal " + std::to_string(number));
         const QTemporaryDir place;
         const QTemporaryDir temporary;

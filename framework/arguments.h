@@ -193,15 +193,25 @@ public:
     using Callback<Payload>::Callback;
 };
 
-template <typename Payload>
-struct Argument<RequiredCallback<Payload>> : ArgumentValue<RequiredCallback<Payload>> {
+/// The same for one that is called as often as something happens, until the page goes: nobody waits for it.
+template <typename Payload> class Watcher : public RequiredCallback<Payload> {
+public:
+    using RequiredCallback<Payload>::RequiredCallback;
+};
+
+template <typename Function> struct RequiredFunction : ArgumentValue<Function> {
     static constexpr std::array Refusals { &MissingParameters, &WrongParameters };
     bool read(ArgumentReader& reader)
     {
         const KJSVariant& given = reader.next();
-        this->value = RequiredCallback<Payload>(queryFunction(given.raw()));
+        this->value = Function(queryFunction(given.raw()));
         return this->value || reader.refuse(isGiven(given) ? WrongParameters : MissingParameters);
     }
+};
+template <typename Payload>
+struct Argument<RequiredCallback<Payload>> : RequiredFunction<RequiredCallback<Payload>> {
+};
+template <typename Payload> struct Argument<Watcher<Payload>> : RequiredFunction<Watcher<Payload>> {
 };
 
 /// All arguments that are left.

@@ -106,6 +106,14 @@ template <typename T> struct DescribedType<Handle<T>> {
 template <typename Payload>
 struct DescribedType<RequiredCallback<Payload>> : DescribedType<Callback<Payload>> {
 };
+template <typename Payload> struct DescribedType<Watcher<Payload>> {
+    static Json describe()
+    {
+        Json type = describeType<Callback<Payload>>();
+        type["watches"] = true;
+        return type;
+    }
+};
 template <typename Payload> struct DescribedType<Callback<Payload>> {
     static Json describe()
     {

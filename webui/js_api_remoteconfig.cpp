@@ -165,7 +165,7 @@ Answer<QVariant> KJsApiHive::watch(
 }
 
 Answer<QVariant> KJsApiHive::addDataWatch(const KRemoteConfig& config, const JSContextEnv& page,
-    const DataKey& options, const RequiredCallback<ConfigChange>& callback)
+    const DataKey& options, const Watcher<ConfigChange>& callback)
 {
     const QString key = options.key;
     return watch(
@@ -210,7 +210,7 @@ Answer<QString> KJsApiHive::i18nFieldName(const KRemoteConfig& config, const Fie
 }
 
 Answer<QVariant> KJsApiHive::subscribeGroupMatchValue(const KRemoteConfig& config, const JSContextEnv& page,
-    const GroupRequest& options, const RequiredCallback<GroupChange>& callback)
+    const GroupRequest& options, const Watcher<GroupChange>& callback)
 {
     const auto read = [group = options.group, context = options.context, fallback = options.defaultValue](
                           const KRemoteConfig& current) {

@@ -48,14 +48,14 @@ public:
     struct Summary;
 
     Answer<QVariant> addDataWatch(const KRemoteConfig& config, const JSContextEnv& page,
-        const DataKey& options, const RequiredCallback<ConfigChange>& callback);
+        const DataKey& options, const Watcher<ConfigChange>& callback);
     Answer<QVariant> getData(const KRemoteConfig& config, const DataRequest& options);
     Answer<QVariant> getGroupMatchValue(const KRemoteConfig& config, const GroupRequest& options);
     Answer<Summary> getHiveConfig(const KRemoteConfig& config, const Prefix& options);
     Answer<KConfigContext> translateContext(const KRemoteConfig& config, const Context& options);
     Answer<QString> i18nFieldName(const KRemoteConfig& config, const FieldName& options);
     Answer<QVariant> subscribeGroupMatchValue(const KRemoteConfig& config, const JSContextEnv& page,
-        const GroupRequest& options, const RequiredCallback<GroupChange>& callback);
+        const GroupRequest& options, const Watcher<GroupChange>& callback);
 
 private:
     Answer<QVariant> watch(const JSContextEnv& page, const QVariant& value, KConfigWatches::Read read,

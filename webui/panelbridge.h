@@ -34,7 +34,7 @@ struct PanelCallback {
     KRef<IJSFunction> function;
 };
 template <> struct Argument<PanelCallback> : ArgumentValue<PanelCallback> {
-    using ScriptType = Callback<QVariantMap>;
+    using ScriptType = Watcher<QVariantMap>;
     static constexpr std::array Refusals { &InvalidArgument };
     bool read(ArgumentReader& reader)
     {

@@ -1,6 +1,7 @@
 // Page and ScriptEngine: the interface that a script engine implements.
 #pragma once
 
+#include "host/engine/pending.h"
 #include "host/vexlite/core.h"
 
 #include <QString>
@@ -45,10 +46,17 @@ struct PageHost {
     /// process.play(steps) was called. Returns the error, or an empty string. Destroyed when the page closes,
     /// possibly during a step.
     std::function<QString(const QString& steps)> play;
+    /// Called ten times a second while script runs without returning to the event loop; true ends the script at once.
+    /// Not called by an engine whose script runs in another process.
+    std::function<bool()> interrupted;
+    /// Script has run longer than PageOptions::timeLimitMs and was ended; the page is to be closed.
+    std::function<void()> overran;
 };
 
 struct PageOptions {
     QStringList arguments; ///< process.argv
+    int timeLimitMs =
+        0; ///< how long script may run before it returns to the event loop; 0: as long as it likes
     vexlite::BrowserFacts browser;
     QString inputName = QStringLiteral("repl"); ///< what stacks call what is evaluated, with a number
     bool colors = false;                        ///< whether output of the console, and results, have colours
@@ -76,6 +84,15 @@ public:
     /// does not reply; possibly from inside this call, and not at all when the page closes first.
     virtual void propertyNames(
         const QStringList& path, std::function<void(const QStringList& names)> found) = 0;
+    /// What the page has begun and that has not ended.
+    virtual PendingList pending() const = 0;
+    /// Whether script runs, or timers or promises of members are pending: what pending() says, faster.
+    virtual bool isBusy() const = 0;
+    /// Whether nothing but pending() can have script run: a browser has requests and events of its own.
+    virtual bool knowsAllPending() const = 0;
+    /// Calls `done` from the event loop, with process.exitCode or else 0, when the page has done all that it could do by
+    /// now; not at all when it closes first.
+    virtual void settle(std::function<void(int exitCode)> done) = 0;
     /// Drops listeners, promises, handles, functions and timers. Within a call of the page it takes effect
     /// when the outermost call has returned.
     virtual void close() = 0;

@@ -21,6 +21,12 @@ JSObjectRef JSObjectGetProxyTarget(JSObjectRef object);
 void JSGlobalContextSetUnhandledRejectionCallback(
     JSGlobalContextRef ctx, JSObjectRef function, JSValueRef* exception);
 void JSSynchronousGarbageCollectForDebugging(JSContextRef ctx);
+/// Calls `callback` whenever script has used so many seconds of the processor since it began or since the last call; true
+/// ends the script, which can not catch that.
+using JSShouldTerminateCallback = bool (*)(JSContextRef ctx, void* context);
+void JSContextGroupSetExecutionTimeLimit(
+    JSContextGroupRef group, double seconds, JSShouldTerminateCallback callback, void* context);
+void JSContextGroupClearExecutionTimeLimit(JSContextGroupRef group);
 /// Microtasks run when the outermost lock is released, and not before.
 void JSLock(JSContextRef ctx);
 void JSUnlock(JSContextRef ctx);

@@ -100,7 +100,7 @@ Answer makeAnswer(PageState& page, const NativeMember& member, const KJSVariant&
         return thrown(page.prelude().makeRangeError(QStringLiteral("Maximum call stack size exceeded.")));
 
     IJSExtentionObject* object = wrapper->object;
-    const NativeScope scope(page);
+    const NativeScope scope(page, &member);
     std::optional<Lock> lock;
     ArgumentList arguments;
     if (count && member.access == JSAccess::Method) {

@@ -105,6 +105,19 @@ void JscPage::evaluate(const PageScript& script, Done done)
     prelude.call(script.isKept ? prelude.failKept : prelude.fail, nullptr, number, exception);
 }
 
+void JscPage::settle(std::function<void(int exitCode)> done)
+{
+    m_state->post([this, done = std::move(done)] {
+        int exitCode = 0;
+        if (const Entry entry(*m_state); entry) {
+            const Prelude& prelude = m_state->prelude();
+            const JSValueRef code = prelude.call(prelude.exitCode, nullptr);
+            exitCode = code ? static_cast<int>(JSValueToInt32(m_state->ctx(), code, nullptr)) : 0;
+        }
+        done(exitCode);
+    });
+}
+
 void JscPage::propertyNames(const QStringList& path, std::function<void(const QStringList& names)> found)
 {
     found(namesAt(path));

@@ -16,6 +16,10 @@ public:
     bool importModule(const QString&, Done) override { return false; }
     void evaluate(const PageScript& script, Done done) override;
     void propertyNames(const QStringList& path, std::function<void(const QStringList& names)> found) override;
+    PendingList pending() const override { return m_state->pending(); }
+    bool isBusy() const override { return m_state->isBusy(); }
+    bool knowsAllPending() const override { return true; }
+    void settle(std::function<void(int exitCode)> done) override;
     void close() override { m_state->close(); }
 
 private:

@@ -6,6 +6,9 @@ namespace engine::jsc {
 
 namespace {
 
+/// How often signals are heard while script runs.
+constexpr int TickMs = 100;
+
 JSValueRef rejectionUnhandled(
     JSContextRef ctx, JSObjectRef, JSObjectRef, std::size_t count, const JSValueRef arguments[], JSValueRef*)
 {
@@ -58,6 +61,9 @@ PageState::~PageState()
 void PageState::open(const PageOptions& options)
 {
     m_clock.start();
+    m_timeLimitMs = options.timeLimitMs;
+    if (m_host.interrupted || m_timeLimitMs)
+        startTicks();
     m_env = m_core->openPage(this, options.browser);
     m_engine->addPage(m_ctx, this);
     const Entry entry(*this);
@@ -81,6 +87,43 @@ void PageState::open(const PageOptions& options)
     const JSValueRef root = m_prelude.call(m_prelude.makeRoot, nullptr, list(m_core->objectNames()),
         JSValueMakeBoolean(m_ctx, m_core->checker()));
     m_wrappers.setRoot(asObject(root));
+}
+
+// Between two steps of the script: the API must not be used.
+bool PageState::onTick(JSContextRef, void* page)
+{
+    auto* self = static_cast<PageState*>(page);
+    self->m_ranMs += TickMs;
+    if (self->m_hostGone || self->m_isInterrupted)
+        return self->m_isInterrupted;
+    const bool overran = self->m_timeLimitMs && self->m_ranMs >= self->m_timeLimitMs;
+    self->m_isInterrupted = overran || (self->m_host.interrupted && self->m_host.interrupted());
+    if (overran && self->m_host.overran)
+        self->post(self->m_host.overran);
+    if (!self->m_isInterrupted)
+        self->startTicks(); // each limit is for one call
+    return self->m_isInterrupted;
+}
+
+void PageState::startTicks()
+{
+    JSContextGroupSetExecutionTimeLimit(m_group, TickMs / 1000.0, onTick, this);
+}
+
+QString PageState::callingMember() const
+{
+    return m_calling ? memberName(m_calling->nativeClass->tag, m_calling->name) : QString();
+}
+
+PendingList PageState::pending() const
+{
+    PendingList list;
+    if (m_depth > 0)
+        list.push_back({ Pending::Kind::Script, callingMember(), {}, m_turnBegan });
+    m_timers->addPending(list);
+    m_promises.addPending(list);
+    m_functions.addPending(list);
+    return list;
 }
 
 void PageState::close()
@@ -138,6 +181,7 @@ void PageState::tearDown()
         m_prelude.unload();
     m_ctx = nullptr;
     JSContextGroupRemoveHeapFinalizer(m_group, onCollected, this);
+    JSContextGroupClearExecutionTimeLimit(m_group);
     JSGlobalContextRelease(ctx);
     JSContextGroupRelease(m_group);
 }
@@ -172,7 +216,7 @@ void PageState::reportThrown(JSValueRef error, const QString& where)
 
 void PageState::reportUncaught(const ErrorFacts& facts)
 {
-    if (!isLive() || m_hostGone || !m_host.uncaughtError)
+    if (!isLive() || m_hostGone || m_isInterrupted || !m_host.uncaughtError)
         return;
     Outcome outcome;
     outcome.text = facts.text;
@@ -181,6 +225,17 @@ void PageState::reportUncaught(const ErrorFacts& facts)
     outcome.hasCode = facts.hasCode;
     outcome.report = facts.report;
     m_host.uncaughtError(outcome);
+}
+
+void PageState::post(std::function<void()> work)
+{
+    QMetaObject::invokeMethod(
+        m_timers->mailbox(),
+        [self = shared_from_this(), work = std::move(work)] {
+            if (self->isLive() && !self->m_hostGone)
+                work();
+        },
+        Qt::QueuedConnection);
 }
 
 int PageState::addTicket(Page::Done done)
@@ -194,14 +249,8 @@ void PageState::finish(int ticket, const Outcome& outcome)
     const auto found = m_tickets.find(ticket);
     if (found == m_tickets.end() || !isLive())
         return;
-    const std::shared_ptr<PageState> self = shared_from_this();
-    QMetaObject::invokeMethod(
-        m_timers->mailbox(),
-        [self, done = std::move(found->second), outcome] {
-            if (self->isLive() && !self->m_hostGone && done)
-                done(outcome);
-        },
-        Qt::QueuedConnection);
+    if (found->second && !m_isInterrupted)
+        post([done = std::move(found->second), outcome] { done(outcome); });
     m_tickets.erase(found);
 }
 
@@ -229,6 +278,11 @@ Entry::Entry(PageState& page)
         return;
     m_page = page.shared_from_this();
     m_entered = true;
+    if (page.m_depth == 0) {
+        page.m_turnBegan = Pending::Clock::now();
+        page.m_ranMs = 0;
+        page.m_isInterrupted = false;
+    }
     ++page.m_depth;
     page.engine().enter();
     JSLock(page.ctx());

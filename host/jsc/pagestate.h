@@ -56,6 +56,10 @@ public:
     const QString& inputName() const { return m_inputName; }
     /// The number of calls of the page on the stack.
     int depth() const { return m_depth; }
+    /// The member that script is calling, "Network.fetch"; empty when it is none.
+    QString callingMember() const;
+    PendingList pending() const;
+    bool isBusy() const { return m_depth > 0 || m_timers->any() || m_promises.anyPending(); }
 
     // Callbacks into the host.
     void print(const QString& line, bool isError);
@@ -67,6 +71,8 @@ public:
     void reportUncaught(const ErrorFacts& facts);
     void reportUncaught(const QString& text) { reportUncaught({ text, {}, 0, false }); }
 
+    /// Calls `work` from the event loop, unless the page or its host has gone by then.
+    void post(std::function<void()> work);
     /// Stores `done` until finish() is called with the ticket.
     int addTicket(Page::Done done);
     /// Calls `done` of the ticket from the event loop.
@@ -81,6 +87,8 @@ private:
     friend class Entry;
     friend class NativeScope;
     static void onCollected(JSContextGroupRef group, void* page);
+    static bool onTick(JSContextRef ctx, void* page);
+    void startTicks();
     void leaveOutermost();
     void tearDown();
 
@@ -102,6 +110,11 @@ private:
     QElapsedTimer m_clock;
     int m_lastTicket = 0;
     int m_depth = 0;
+    const NativeMember* m_calling = nullptr;
+    Pending::Clock::time_point m_turnBegan;
+    int m_timeLimitMs = 0;
+    int m_ranMs = 0;              ///< in this turn, of the processor's time
+    bool m_isInterrupted = false; ///< script was ended in this turn
     bool m_closing = false;
     bool m_muted = false;
     bool m_hostGone = false;
@@ -127,14 +140,16 @@ private:
 /// A call from the page's script into native code, which may close the page.
 class NativeScope {
 public:
-    explicit NativeScope(PageState& page)
+    explicit NativeScope(PageState& page, const NativeMember* member = nullptr)
         : m_page(page)
+        , m_outer(std::exchange(page.m_calling, member))
     {
         ++m_page.m_depth;
         m_page.engine().enter();
     }
     ~NativeScope()
     {
+        m_page.m_calling = m_outer;
         m_page.engine().leave();
         if (--m_page.m_depth == 0)
             m_page.leaveOutermost();
@@ -144,6 +159,7 @@ public:
 
 private:
     PageState& m_page;
+    const NativeMember* m_outer;
 };
 
 } // namespace engine::jsc

@@ -53,6 +53,7 @@ void Prelude::load(JSGlobalContextRef ctx, JSObjectRef native)
     noteRefusal = take("noteRefusal");
     noteSource = take("noteSource");
     setColors = take("setColors");
+    exitCode = take("exitCode");
     makeRoot = take("makeRoot");
     bindRoot = take("bindRoot");
     makeClass = take("makeClass");

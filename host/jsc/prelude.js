@@ -167,7 +167,15 @@
             throw makeTypeError('process.play: a text is expected');
         native.play(steps);
     };
-    const makeProcess = (argv) => define(globalThis, 'process', { argv, play }, false);
+    let process;
+    const makeProcess = (argv) => {
+        process = { argv, play };
+        define(globalThis, 'process', process, false);
+    };
+    const exitCode = () => {
+        const code = peek(process, 'exitCode');
+        return isInteger(code) && code >= 0 && code <= 255 ? code : 0;
+    };
     const setColors = (output, errors) => {
         colors.output = output;
         colors.errors = errors;
@@ -265,8 +273,8 @@
     return {
         __proto__: null, nativePrototype, signalArray, keys: listKeys, languagePrototypes, objectPrototype, makeError,
         errorFromObject, makeTypeError, makeRangeError, describeError, noteRefusal, noteSource, setColors, settle, settleKept,
-        run, fail, failKept, propertyNames, afterThis, makeProcess, makeRoot, bindRoot, makeClass, addGetter, keepValue,
-        bytesOf, copyBytes,
+        run, fail, failKept, propertyNames, afterThis, makeProcess, exitCode, makeRoot, bindRoot, makeClass, addGetter,
+        keepValue, bytesOf, copyBytes,
         spread: (callee, values) => apply(callee, undefined, values), bare: () => ({ __proto__: null }),
     };
 })

@@ -3,6 +3,8 @@
 #include "host/jsc/pagestate.h"
 #include "host/jsc/toscript.h"
 
+#include <algorithm>
+
 namespace engine::jsc {
 
 bool Promises::create(std::int64_t id)
@@ -12,6 +14,7 @@ bool Promises::create(std::int64_t id)
     record.promise = JSObjectMakeDeferredPromise(ctx, &record.resolve, &record.reject, nullptr);
     if (!record.promise)
         return false;
+    record.member = m_page.callingMember();
     JSValueProtect(ctx, record.promise);
     JSValueProtect(ctx, record.resolve);
     JSValueProtect(ctx, record.reject);
@@ -35,10 +38,8 @@ void Promises::settle(std::int64_t id, JSPromiseState state, const KJSVariant& v
     JSObjectRef settle = rejects || !answer ? settling.reject : settling.resolve;
     if (!answer)
         answer = convert.thrown();
-    if (rejects && !settling.maker.isEmpty())
-        noteRefusal(m_page, settling.maker, answer);
-    else if (rejects && settling.promise)
-        found->second.reason = answer;
+    if (rejects && !settling.member.isEmpty())
+        noteRefusal(m_page, settling.member, answer);
     JSObjectCallAsFunction(m_page.ctx(), settle, nullptr, 1, &answer, nullptr);
     unprotect(settling.resolve);
     unprotect(settling.reject);
@@ -60,14 +61,18 @@ JSObjectRef Promises::find(std::int64_t id) const
     return found == m_records.end() ? nullptr : found->second.promise;
 }
 
-void Promises::setMaker(std::int64_t id, const NativeMember& member)
+bool Promises::anyPending() const
 {
-    const auto found = m_records.find(id);
-    if (found == m_records.end() || !found->second.maker.isEmpty())
-        return;
-    found->second.maker = member.fullName();
-    if (const JSValueRef reason = std::exchange(found->second.reason, nullptr))
-        noteRefusal(m_page, found->second.maker, reason);
+    return std::any_of(
+        m_records.begin(), m_records.end(), [](const auto& entry) { return entry.second.resolve; });
+}
+
+void Promises::addPending(PendingList& list) const
+{
+    for (const auto& [id, record] : m_records) {
+        if (record.resolve)
+            list.push_back({ Pending::Kind::Promise, record.member, {}, record.since });
+    }
 }
 
 void Promises::clear()

@@ -1,6 +1,7 @@
 // Promises: the page's promises that native code made and has not settled.
 #pragma once
 
+#include "host/engine/pending.h"
 #include "host/jsc/api.h"
 #include "host/jsc/members.h"
 #include "vexlite/jscore.h"
@@ -27,8 +28,8 @@ public:
     void release(std::int64_t id);
     /// The promise, or null when it was released.
     JSObjectRef find(std::int64_t id) const;
-    /// Which member has returned the promise, for what is printed of its rejection.
-    void setMaker(std::int64_t id, const NativeMember& member);
+    bool anyPending() const;
+    void addPending(PendingList& list) const;
     /// Drops all, without settling them.
     void clear();
 
@@ -38,8 +39,8 @@ private:
         JSObjectRef promise = nullptr;
         JSObjectRef resolve = nullptr;
         JSObjectRef reject = nullptr;
-        QString maker {};
-        JSValueRef reason = nullptr; ///< of a rejection without a maker yet; the promise keeps it
+        QString member {}; ///< that has made it
+        Pending::Clock::time_point since = Pending::Clock::now();
     };
     void unprotect(JSObjectRef& object);
 

@@ -10,6 +10,7 @@ ScriptFunction::ScriptFunction(PageState& page, JSObjectRef function)
     : m_page(&page)
     , m_function(function)
     , m_env(page.env())
+    , m_member(page.callingMember())
 {
 }
 
@@ -87,6 +88,14 @@ ScriptFunction* Functions::keep(JSObjectRef function)
     m_kept.insert(kept);
     m_page.core().addLiveFunctions(1);
     return kept;
+}
+
+void Functions::addPending(PendingList& list) const
+{
+    for (const ScriptFunction* function : m_kept) {
+        const auto kind = function->event().isEmpty() ? Pending::Kind::Function : Pending::Kind::Listener;
+        list.push_back({ kind, function->m_member, function->event(), function->m_since });
+    }
 }
 
 void Functions::forget(ScriptFunction* function)

@@ -1,6 +1,7 @@
 // ScriptFunction: a function of the page that native code keeps.
 #pragma once
 
+#include "host/engine/pending.h"
 #include "host/jsc/api.h"
 #include "host/vexlite/pagefunction.h"
 
@@ -28,6 +29,8 @@ private:
     PageState* m_page; ///< null once the page has closed
     JSObjectRef m_function;
     JSContextEnv m_env;
+    QString m_member; ///< that has got it
+    Pending::Clock::time_point m_since = Pending::Clock::now();
 };
 
 /// The functions of one page that native code keeps. [GUI thread]
@@ -40,6 +43,7 @@ public:
 
     /// A new handle with one reference for the caller.
     ScriptFunction* keep(JSObjectRef function);
+    void addPending(PendingList& list) const;
     /// Releases all functions; their handles can not be called afterwards.
     void clear();
 

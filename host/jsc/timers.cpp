@@ -47,6 +47,12 @@ void Timers::stop()
         cancel(m_timers.begin()->first);
 }
 
+void Timers::addPending(PendingList& list) const
+{
+    for (const auto& [id, timer] : m_timers)
+        list.push_back({ Pending::Kind::Timer, {}, {}, timer.since });
+}
+
 void Timers::timerEvent(QTimerEvent* event)
 {
     // A native call of the page runs a nested event loop: the page, and so the timer, must wait for its end.

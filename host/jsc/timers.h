@@ -1,6 +1,7 @@
 // Timers: setTimeout and setInterval of one page, and the receiver of its queued calls.
 #pragma once
 
+#include "host/engine/pending.h"
 #include "host/jsc/api.h"
 
 #include <QObject>
@@ -31,6 +32,8 @@ public:
     /// Stops all timers.
     void stop();
     QObject* mailbox() { return this; }
+    bool any() const { return !m_timers.empty(); }
+    void addPending(PendingList& list) const;
 
 protected:
     void timerEvent(QTimerEvent* event) override;
@@ -39,6 +42,7 @@ private:
     struct Timer {
         JSObjectRef callback;
         bool repeats;
+        Pending::Clock::time_point since = Pending::Clock::now();
     };
     PageState& m_page;
     std::unordered_map<int, Timer> m_timers;

@@ -130,8 +130,6 @@ JSValueRef ToScript::interface(IUnknown* object, int depth)
         return this->object(*json.get(), depth);
     if (const std::int64_t promise = vexlite::promiseHandle(object)) {
         JSObjectRef found = m_page.promises().find(promise);
-        if (m_member)
-            m_page.promises().setMaker(promise, *m_member);
         return found ? found
                      : fail(QStringLiteral(
                          "the answer is a promise that is not of this page, or was settled long ago"));

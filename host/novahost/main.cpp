@@ -57,13 +57,14 @@ void printMessage(QtMsgType type, const QMessageLogContext& context, const QStri
         s_print(type, context, message);
 }
 
-int run(novahost::Suite& suite, const novahost::Options& options, novahost::Signals& signals)
+int run(novahost::Suite& suite, const novahost::Options& options, novahost::Signals& signals,
+    const suite::Play& play)
 {
     switch (options.command) {
     case novahost::Command::Run:
-        return signals.exitCode(novahost::runScript(suite, options));
+        return signals.exitCode(novahost::runScript({ suite, options, signals, play }));
     case novahost::Command::Eval:
-        return signals.exitCode(novahost::evalExpression(suite, options));
+        return signals.exitCode(novahost::evalExpression({ suite, options, signals, play }));
     case novahost::Command::Repl:
         return novahost::runRepl(suite, options, signals);
     case novahost::Command::Open:
@@ -134,7 +135,7 @@ int main(int argc, char** argv)
         suite->browser().opened = [&] { play.begin(); };
     else
         QTimer::singleShot(0, [&] { play.begin(); });
-    exitCode = run(*suite, *options, signals);
+    exitCode = run(*suite, *options, signals, play);
     if (!suite->finishWatching() && exitCode == 0)
         exitCode = novahost::Failure;
     // Before the application ends, which writes them for the last time: there is still somebody to report to.

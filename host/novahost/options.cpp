@@ -163,6 +163,13 @@ void declareShared(CLI::App& app, Options& options, Given& given)
                + ". STEP@100ms waits that long, a step without a time for SIGUSR2")
         ->option_text("STEP,...");
 
+    app.add_flag("--keep", options.keep,
+        "Go on while there are listeners or watches, which do not keep run and eval otherwise");
+    app.add_option("--time-limit", options.timeLimit,
+           "End script that runs longer than this many seconds without returning to the event loop (default: none)")
+        ->option_text("SECONDS")
+        ->check(CLI::Range(0.1, 1'000'000.0));
+
     app.add_option("--devtools", options.devToolsPort,
            "Let clients of the browser's DevTools protocol on this machine connect to this port: whoever does controls "
            "the pages")

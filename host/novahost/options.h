@@ -26,6 +26,8 @@ struct Options {
     bool window = false;
     bool browser = false; ///< runs the script in a browser view
     QString play;         ///< steps to play while the page runs
+    bool keep = false;    ///< run, eval: listeners keep the page
+    double timeLimit = 0; ///< in seconds; 0: none
 
     bool watch = false;    ///< run: again whenever the script changes
     QString script;        ///< run: the file, - for standard input; eval: the expression

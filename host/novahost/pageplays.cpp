@@ -16,4 +16,12 @@ QString PagePlays::begin(const QString& steps)
     return {};
 }
 
+QStringList PagePlays::left() const
+{
+    QStringList steps;
+    for (const auto& play : m_plays)
+        steps += play->left();
+    return steps;
+}
+
 } // namespace novahost

@@ -13,6 +13,8 @@ public:
     /// Plays steps from the event loop, in order; a step without a time follows at once. Returns the error,
     /// after which nothing is played, or an empty string.
     QString begin(const QString& steps);
+    /// The steps of all plays that are left.
+    QStringList left() const;
 
 private:
     std::vector<std::unique_ptr<suite::Play>> m_plays;

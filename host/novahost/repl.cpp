@@ -85,6 +85,7 @@ private:
         host.console = [this](
                            const QString& line, bool isError) { print([&] { printLine(line, isError); }); };
         host.exitRequested = [](int code) { QCoreApplication::exit(code); };
+        host.interrupted = [this] { return m_signals.poll(); };
         host.uncaughtError = [this](const engine::Outcome& error) {
             m_failed = true;
             print([&] { printError(error); });

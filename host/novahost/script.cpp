@@ -3,7 +3,9 @@
 #include "host/novahost/inputparser.h"
 #include "host/novahost/module.h"
 #include "host/novahost/output.h"
+#include "host/novahost/waiting.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QTimer>
@@ -13,34 +15,46 @@ namespace novahost {
 
 namespace {
 
-/// Runs the event loop for one page. The first event that ends it decides the exit code.
+/// Runs the event loop for one page, until its script has ended and nothing keeps it, or something ends it.
 class PageRun {
 public:
-    PageRun(Suite& suite, const Options& options)
-        : m_options(options)
-        , m_page(suite.openPage(argv(options), host()))
+    explicit PageRun(const ScriptRun& run)
+        : m_run(run)
+        , m_waiting(run.suite, run.play, run.options.keep)
+        , m_page(run.suite.openPage(argv(run.options), host()))
     {
     }
 
     engine::Page& page() { return *m_page; }
 
-    void end(int code)
+    /// The script has ended: from now on the page goes on only as long as something keeps it.
+    void endWhenDone(bool failed)
     {
-        if (!m_exitCode)
-            m_exitCode = code;
-        QCoreApplication::exit(*m_exitCode);
+        m_hasEnded = true;
+        if (failed)
+            end(Failure, QStringLiteral("the script's error"));
     }
 
     /// Calls `begin` within the event loop, so that a dialog that the page opens at once ends with the loop.
     int wait(const std::function<void()>& begin)
     {
-        const QObject context;
-        QTimer::singleShot(0, &context, begin);
-        end(QCoreApplication::exec());
-        if (m_options.liveCounts)
+        QTimer::singleShot(0, &m_context, [&] {
+            begin();
+            // Whatever may change what is pending wakes the event loop.
+            QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
+                &m_context, [this] { look(); });
+        });
+        m_run.signals.setInterrupt([this] { interrupt(); }, false);
+        const int code = QCoreApplication::exec();
+        m_run.signals.setInterrupt({});
+        if (m_run.signals.hasEnded() && !m_isInterrupted)
+            reportUndone(QStringLiteral("the signal"));
+        if (!m_exitCode)
+            m_exitCode = code;
+        if (m_run.options.liveCounts)
             printLiveCounts("open");
         m_page.reset();
-        if (m_options.liveCounts)
+        if (m_run.options.liveCounts)
             printLiveCounts("closed");
         return *m_exitCode;
     }
@@ -55,16 +69,94 @@ private:
     {
         engine::PageHost host;
         host.console = printLine;
-        host.exitRequested = [this](int code) { end(code); };
+        host.exitRequested = [this](int code) { end(code, QStringLiteral("exit(%1)").arg(code)); };
+        // As in a browser, script goes on.
         host.uncaughtError = [this](const engine::Outcome& error) {
             printError(error);
-            end(Failure);
+            m_hasErrors = true;
+        };
+        host.interrupted = [this] { return m_run.signals.poll(); };
+        host.overran = [this] {
+            fail(Failure,
+                QStringLiteral("script has run for %1 s without returning to the event loop (--time-limit)")
+                    .arg(m_run.options.timeLimit));
+            end(Failure, QStringLiteral("the time limit"));
         };
         return host;
     }
 
-    const Options& m_options;
+    /// Ends the event loop. The first call decides the exit code.
+    void end(int code, const QString& reason)
+    {
+        if (m_exitCode)
+            return;
+        reportUndone(reason);
+        m_exitCode = code;
+        QCoreApplication::exit(code);
+    }
+
+    void reportUndone(const QString& reason)
+    {
+        const QString undone = m_page && !m_exitCode ? m_waiting.undone(*m_page) : QString();
+        if (!undone.isEmpty())
+            printLine(QStringLiteral("novahost: left undone at %1: %2").arg(reason, undone), true);
+    }
+
+    /// Ends the run when nothing keeps the page, and nothing has come up meanwhile.
+    void look()
+    {
+        const bool isIdle = this->isIdle();
+        m_wasKept |= m_hasEnded && !isIdle;
+        if (m_isSettling || !isIdle)
+            return;
+        m_isSettling = true;
+        m_page->settle([this](int exitCode) {
+            m_isSettling = false;
+            if (this->isIdle())
+                endIdle(exitCode);
+        });
+    }
+
+    /// Whether nothing more can come.
+    bool isIdle() const
+    {
+        if (m_exitCode || m_waiting.keeps(*m_page))
+            return false;
+        return m_hasEnded || (m_page->knowsAllPending() && !m_waiting.listens(*m_page));
+    }
+
+    void endIdle(int exitCode)
+    {
+        if (!m_hasEnded)
+            fail(Failure, QStringLiteral("the script awaits a promise that nothing is left to settle"));
+        // Who waits for events that way sees no others than those before the script's end.
+        const QString others = m_wasKept || !m_hasEnded ? QString() : m_waiting.others(*m_page);
+        if (!others.isEmpty())
+            printLine(QStringLiteral("hint: ended with %1; --keep waits for events").arg(others), true);
+        m_exitCode = exitCode == 0 && (m_hasErrors || !m_hasEnded) ? Failure : exitCode;
+        QCoreApplication::exit(*m_exitCode);
+    }
+
+    /// At the first Ctrl-C.
+    void interrupt()
+    {
+        const QString pending = m_waiting.all(*m_page);
+        printLine(QStringLiteral("novahost: waiting for %1; Ctrl-C again ends")
+                      .arg(pending.isEmpty() ? QStringLiteral("an await of the script") : pending),
+            true);
+        m_isInterrupted = true;
+        m_run.signals.setInterrupt({});
+    }
+
+    const ScriptRun m_run;
+    const Waiting m_waiting;
     std::optional<int> m_exitCode;
+    bool m_hasEnded = false; ///< the script, without an error
+    bool m_wasKept = false;  ///< something was pending after that
+    bool m_hasErrors = false;
+    bool m_isSettling = false;
+    bool m_isInterrupted = false; ///< what is pending has been said
+    QObject m_context;
     std::unique_ptr<engine::Page> m_page;
 };
 
@@ -93,42 +185,42 @@ int printResult(const engine::Outcome& outcome)
 
 } // namespace
 
-int runScript(Suite& suite, const Options& options)
+int runScript(const ScriptRun& given)
 {
-    const bool isInput = options.script == QLatin1String("-");
-    QFile file(options.script);
+    const bool isInput = given.options.script == QLatin1String("-");
+    QFile file(given.options.script);
     if (isInput ? !file.open(stdin, QIODevice::ReadOnly) : !file.open(QIODevice::ReadOnly))
-        return fail(UsageError, QString::fromLatin1("%1: %2").arg(options.script, file.errorString()));
-    const QString name = isInput ? QStringLiteral("[stdin]") : options.script;
+        return fail(UsageError, QString::fromLatin1("%1: %2").arg(given.options.script, file.errorString()));
+    const QString name = isInput ? QStringLiteral("[stdin]") : given.options.script;
     const QString source = QString::fromUtf8(file.readAll());
     const bool module = isModule(name, source);
-    if (module && (isInput || !options.browser))
+    if (module && (isInput || !given.options.browser))
         return fail(UsageError,
             isInput ? QStringLiteral("a module must be a file; standard input can not be imported")
                     : QStringLiteral(
                         "%1 is a module, and the bare script engine has none; novahost --browser run %1 "
                         "runs it")
-                          .arg(options.script));
-    PageRun run(suite, options);
+                          .arg(given.options.script));
+    PageRun run(given);
     return run.wait([&] {
         const auto done = [&](const engine::Outcome& outcome) {
             if (!outcome.ok)
                 printError(outcome);
-            run.end(outcome.ok ? 0 : Failure);
+            run.endWhenDone(!outcome.ok);
         };
         if (module)
-            run.page().importModule(QFileInfo(options.script).fileName(), done);
+            run.page().importModule(QFileInfo(given.options.script).fileName(), done);
         else
             run.page().run(source, name, done);
     });
 }
 
-int evalExpression(Suite& suite, const Options& options)
+int evalExpression(const ScriptRun& given)
 {
-    PageRun run(suite, options);
+    PageRun run(given);
     return run.wait([&] {
-        run.page().evaluate(
-            scriptOf(options.script), [&](const engine::Outcome& outcome) { run.end(printResult(outcome)); });
+        run.page().evaluate(scriptOf(given.options.script),
+            [&](const engine::Outcome& outcome) { run.endWhenDone(printResult(outcome) != 0); });
     });
 }
 

@@ -12,94 +12,112 @@ namespace {
 
 constexpr int ExitCodeOfSignals = 128;
 
-struct Held {
-    int number;
-    bool ignored;
-};
-
 // Global: a signal handler has no context.
-Held s_signals[] = { { SIGINT, false }, { SIGTERM, false }, { SIGHUP, false } };
 int s_pipe[2] = { -1, -1 };
+int s_guardPipe[2] = { -1, -1 };
 
-void setHandler(void (*handler)(int))
+void sendByte(const int (&pipe)[2], int number)
 {
-    struct sigaction action = {};
-    action.sa_handler = handler;
-    action.sa_flags = SA_RESTART;
-    for (const Held& signal : s_signals) {
-        if (!signal.ignored)
-            sigaction(signal.number, &action, nullptr);
-    }
+    const auto byte = static_cast<unsigned char>(number);
+    const ssize_t written = ::write(pipe[1], &byte, 1);
+    static_cast<void>(written);
 }
 
 // Signal handlers: they run on any thread and may only use async-signal-safe functions.
 void pass(int number)
 {
     const int error = errno;
-    const auto byte = static_cast<unsigned char>(number);
-    const ssize_t written = write(s_pipe[1], &byte, 1);
-    static_cast<void>(written);
+    sendByte(s_pipe, number);
     errno = error;
 }
 
-void note(int number)
+void passToBoth(int number)
 {
     const int error = errno;
-    pass(number);
-    setHandler(SIG_DFL);
+    sendByte(s_pipe, number);
+    sendByte(s_guardPipe, number);
     errno = error;
+}
+
+void setHandler(int number, void (*handler)(int))
+{
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
+    sigaction(number, &action, nullptr);
 }
 
 } // namespace
 
 bool Signals::hold()
 {
-    if (pipe2(s_pipe, O_CLOEXEC | O_NONBLOCK) != 0)
+    if (pipe2(s_pipe, O_CLOEXEC | O_NONBLOCK) != 0 || pipe2(s_guardPipe, O_CLOEXEC | O_NONBLOCK) != 0)
         return false;
-    for (Held& signal : s_signals) {
+    for (const int number : { SIGINT, SIGTERM, SIGHUP }) {
         struct sigaction before = {};
-        sigaction(signal.number, nullptr, &before);
-        signal.ignored = before.sa_handler == SIG_IGN;
+        sigaction(number, nullptr, &before);
+        if (before.sa_handler != SIG_IGN)
+            setHandler(number, passToBoth);
     }
-    setHandler(note);
     // A file at its size limit is an error like a full disk. Not ignored: programs that pages start would inherit that.
-    struct sigaction action = {};
-    action.sa_handler = [](int) {};
-    action.sa_flags = SA_RESTART;
-    sigaction(SIGXFSZ, &action, nullptr);
+    setHandler(SIGXFSZ, [](int) {});
     return true;
 }
 
 Signals::Signals()
     : m_notifier(s_pipe[0], QSocketNotifier::Read)
+    , m_guard(s_guardPipe[0])
 {
     QObject::connect(&m_notifier, &QSocketNotifier::activated, [this] { take(); });
+}
+
+Signals::~Signals()
+{
+    sendByte(s_guardPipe, 0);
+}
+
+void Signals::setInterrupt(std::function<void()> interrupt, bool endsScript)
+{
+    m_interrupt = std::move(interrupt);
+    m_endsScript = endsScript;
 }
 
 void Signals::setNext(std::function<void()> next)
 {
     m_next = std::move(next);
-    struct sigaction action = {};
-    action.sa_handler = pass;
-    action.sa_flags = SA_RESTART;
-    // SIGUSR1 is used by the script engine.
-    sigaction(SIGUSR2, &action, nullptr);
+    setHandler(SIGUSR2, pass); // SIGUSR1 is used by the script engine
 }
 
-void Signals::take()
+bool Signals::take()
 {
     unsigned char number = 0;
     if (read(s_pipe[0], &number, 1) != 1)
-        return;
-    if (number == SIGUSR2)
-        return m_next();
-    if (number != SIGINT || !m_interrupt) {
-        m_exitCode = ExitCodeOfSignals + number;
-        QCoreApplication::exit(*m_exitCode);
-        return;
+        return false;
+    if (number == SIGUSR2) {
+        QMetaObject::invokeMethod(
+            &m_notifier, [this] { m_next(); }, Qt::QueuedConnection);
+        return true;
     }
-    setHandler(note);
-    m_interrupt();
+    if (number == SIGINT && m_interrupt) {
+        m_isScriptEnded = m_endsScript;
+        const auto interrupt = m_interrupt; // it may set another one
+        interrupt();
+        m_guard.hear();
+        return true;
+    }
+    if (!m_exitCode)
+        m_exitCode = ExitCodeOfSignals + number;
+    m_guard.hear();
+    m_guard.expectEnd();
+    QCoreApplication::exit(*m_exitCode);
+    return true;
+}
+
+bool Signals::poll()
+{
+    m_isScriptEnded = false;
+    while (take()) { }
+    return m_isScriptEnded || m_exitCode;
 }
 
 } // namespace novahost

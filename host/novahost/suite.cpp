@@ -6,7 +6,6 @@
 #include "host/novahost/libraries.h"
 #include "host/novahost/nearest.h"
 #include "host/novahost/output.h"
-#include "host/novahost/pageplays.h"
 #include "host/novahost/policy.h"
 #include "host/novahost/record.h"
 #include "host/novahost/tracefile.h"
@@ -24,6 +23,7 @@
 #include "krt/dirs.h"
 #include "suite/kpluginconfig.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
@@ -128,6 +128,7 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
     suite::RemoteConfig::instance().start();
     suite->m_inBrowser = options.browser;
     suite->m_isEvaluation = options.command == Command::Eval;
+    suite->m_timeLimitMs = static_cast<int>(options.timeLimit * 1000);
     if (options.devToolsPort) {
         // The engine says nothing when it does not get the port.
         if (!QTcpServer().listen(QHostAddress::LocalHost, static_cast<quint16>(options.devToolsPort))) {
@@ -253,6 +254,24 @@ Suite::~Suite()
     vexlite::Core::stop();
 }
 
+QStringList Suite::shownWindows() const
+{
+    QStringList titles;
+    if (QGuiApplication::platformName() == QLatin1String("offscreen"))
+        return titles;
+    for (const QWidget* window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && window->windowType() == Qt::Window && window != m_window)
+            titles.append(window->windowTitle());
+    }
+    return titles;
+}
+
+QStringList Suite::playsLeft() const
+{
+    const std::shared_ptr<PagePlays> plays = m_plays.lock();
+    return plays ? plays->left() : QStringList();
+}
+
 void Suite::closeWindows()
 {
     delete m_window;
@@ -289,8 +308,11 @@ std::unique_ptr<engine::Page> Suite::openPage(const QStringList& arguments, engi
         options.inputName = QStringLiteral("eval");
     options.browser = makeBrowserFacts(QString::fromLatin1("browser-%1").arg(++m_pages));
     VEXBrowserTimes& times = options.browser.times;
+    options.timeLimitMs = m_timeLimitMs;
     // Destroyed when the page closes, which ends its plays.
-    host.play = [plays = std::make_shared<PagePlays>()](const QString& steps) { return plays->begin(steps); };
+    const auto plays = std::make_shared<PagePlays>();
+    m_plays = plays;
+    host.play = [plays](const QString& steps) { return plays->begin(steps); };
     const QString viewId = options.browser.browserId;
     if (m_inBrowser)
         m_browser.expect(viewId);

@@ -4,6 +4,7 @@
 #include "host/engine/page.h"
 #include "host/novahost/browser.h"
 #include "host/novahost/options.h"
+#include "host/novahost/pageplays.h"
 #include "host/suite/web/webshell.h"
 
 #include <QLibrary>
@@ -35,6 +36,10 @@ public:
     /// Destroys all windows with their pages.
     void closeWindows();
     Browser& browser() { return m_browser; }
+    /// The windows that are shown on a display, but for that of the page that openPage() has opened.
+    QStringList shownWindows() const;
+    /// The steps that are left of what that page plays.
+    QStringList playsLeft() const;
     /// The library's function of members that are not built; null if the library does not export it.
     JSMemberInvoke notSupported() const { return m_notSupported; }
 
@@ -57,7 +62,9 @@ private:
     Browser m_browser;
     bool m_isEvaluation = false;
     bool m_inBrowser = false;
+    int m_timeLimitMs = 0;
     int m_pages = 0;
+    std::weak_ptr<PagePlays> m_plays; ///< of the last page
 };
 
 } // namespace novahost

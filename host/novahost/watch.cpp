@@ -17,8 +17,8 @@ namespace novahost {
 
 namespace {
 
-constexpr int SettlingMs = 100;  ///< an editor changes a file in several steps
-constexpr int EndingMs = 3000; ///< for a run to end before it is killed
+constexpr int SettlingMs = 100; ///< an editor changes a file in several steps
+constexpr int EndingMs = 3000;  ///< for a run to end before it is killed
 constexpr int MaximumFiles = 1000;
 constexpr int InterruptedCode = 128 + SIGINT;
 

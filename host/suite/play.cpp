@@ -162,7 +162,7 @@ std::vector<PlayStep> Play::read(const QString& steps, QString& error)
     std::vector<PlayStep> read;
     for (const QString& word : steps.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
         const QRegularExpressionMatch match = form.match(word);
-        PlayStep step { match.captured(1), match.captured(2), match.captured(3), {} };
+        PlayStep step { match.captured(1), match.captured(2), match.captured(3), {}, word };
         if (!match.captured(4).isEmpty())
             step.wait = match.captured(4).toInt();
         const StepKind* kind = findKind(step.kind);
@@ -191,6 +191,14 @@ void Play::begin()
         m_timer.start(*m_steps[m_at].wait);
     else
         m_timer.stop();
+}
+
+QStringList Play::left() const
+{
+    QStringList texts;
+    for (std::size_t i = m_at; i < m_steps.size(); ++i)
+        texts.append(m_steps[i].text);
+    return texts;
 }
 
 void Play::next()

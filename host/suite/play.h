@@ -6,6 +6,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QTimer>
 #include <functional>
 #include <optional>
@@ -18,6 +19,7 @@ struct PlayStep {
     QString subject;         ///< a user's id, a key of the user information, a tier, "kill", "cancel"
     QString value;           ///< for "user" the new value, for "member" "on" or "off", of a plugin its name
     std::optional<int> wait; ///< milliseconds
+    QString text {};         ///< as it was written
 };
 
 /// [GUI thread] for all.
@@ -35,6 +37,10 @@ public:
     /// Plays the next step at once, if there is one. The step may destroy this object.
     void next();
     bool hasEnded() const { return m_at == m_steps.size(); }
+    /// The steps that are left, as they were written.
+    QStringList left() const;
+    /// Whether the next step is played by next() only.
+    bool waitsForNext() const { return !hasEnded() && !m_steps[m_at].wait; }
 
     /// Calls `watch` with each step of all plays before it is played: "login:user-2"; an empty function ends that.
     static void setWatch(std::function<void(const QString& step)> watch) { s_watch = std::move(watch); }

@@ -45,6 +45,7 @@ KResult EventHub::Add(const QString& event, const JSContextEnv& context, const K
         m_lists[known == m_lists.constEnd() ? makeOwnedText(event) : known.key()];
     if (!list)
         list = std::make_shared<ListenerList>();
+    function->listenTo(makeOwnedText(event));
     list->add(context, std::move(function));
     return KR_OK;
 }

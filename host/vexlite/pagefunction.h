@@ -34,6 +34,11 @@ public:
     /// A number for people and for records: that of all wrappers of the same function, as long as one of them lives.
     std::int64_t number();
 
+    /// It is a listener of this event from now on.
+    void listenTo(const QString& event) { m_event = event; }
+    /// Empty for one that is no listener.
+    const QString& event() const { return m_event; }
+
 protected:
     /// Called on the GUI thread, or after the application has ended.
     virtual ~PageFunction();
@@ -41,6 +46,7 @@ protected:
 private:
     std::int64_t m_number = 0; ///< 0 until it is asked for
     std::atomic<std::uint32_t> m_references { 1 };
+    QString m_event;
 };
 
 } // namespace vexlite

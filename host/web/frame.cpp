@@ -16,6 +16,23 @@ QString hex(KResult code)
     return QStringLiteral("0x%1").arg(code, 8, 16, QLatin1Char('0'));
 }
 
+/// Says which member is being called, while it lives.
+class Calling {
+public:
+    Calling(QString& place, const QString& tag)
+        : m_place(place)
+        , m_outer(std::exchange(place, tag))
+    {
+    }
+    ~Calling() { m_place = m_outer; }
+    Calling(const Calling&) = delete;
+    Calling& operator=(const Calling&) = delete;
+
+private:
+    QString& m_place;
+    QString m_outer;
+};
+
 QString closedReply()
 {
     WireWriter reply(QStringLiteral("c"));
@@ -86,6 +103,45 @@ void Frame::runScript(
     message.text(source);
     message.text(typed);
     queue(message.take());
+}
+
+void Frame::settle(int ticket)
+{
+    WireWriter message;
+    message.unit('q');
+    message.count(static_cast<std::uint64_t>(ticket));
+    queue(message.take());
+}
+
+bool Frame::hasDialog() const
+{
+    return std::any_of(
+        m_waiting.begin(), m_waiting.end(), [](const auto& one) { return !one.second.isDone; });
+}
+
+bool Frame::isBusy() const
+{
+    return m_script.timers || hasDialog()
+        || std::any_of(
+            m_promises.begin(), m_promises.end(), [](const auto& one) { return !one.second.isSettled; });
+}
+
+PendingList Frame::pending() const
+{
+    PendingList list;
+    for (const auto& [ticket, call] : m_waiting) {
+        if (!call.isDone)
+            list.push_back({ Pending::Kind::Script, call.tag.section(QLatin1Char('.'), 1), {}, call.since });
+    }
+    if (m_script.timers)
+        list.push_back({ Pending::Kind::Timer, {}, {}, {}, m_script.timers });
+    for (const auto& [id, promise] : m_promises) {
+        if (!promise.isSettled)
+            list.push_back({ Pending::Kind::Promise, promise.member, {}, promise.since });
+    }
+    for (const FrameFunction* function : m_functions)
+        list.push_back(function->pending());
+    return list;
 }
 
 void Frame::queue(const QString& message)
@@ -234,6 +290,7 @@ QString Frame::callMember(WireReader& reader)
     call.member = id;
     call.arguments.resize(static_cast<std::size_t>(count));
     call.tag = handle->nativeClass->tag + QLatin1Char('.') + name;
+    const Calling calling(m_calling, call.tag);
     FromWire fromWire(*this, reader);
     for (KJSVariant& argument : call.arguments) {
         if (!fromWire.read(argument))
@@ -273,6 +330,7 @@ void Frame::performWaiting(int ticket)
         m_waiting.erase(found);
         return;
     }
+    const Calling calling(m_calling, call.tag);
     JSApiArguments view { call.arguments.data(), call.arguments.size() };
     vexlite::Core::instance()->call(
         call.object.get(), m_context, call.member, JSAccess::Method, view, call.result, call.exception);
@@ -356,7 +414,8 @@ void Frame::removeFunction(FrameFunction& function)
 
 bool Frame::createPromise(std::int64_t promise)
 {
-    return m_isOpen && m_promises.try_emplace(promise).second;
+    const PromiseState state { false, false, callingMember(), Pending::Clock::now() };
+    return m_isOpen && m_promises.try_emplace(promise, state).second;
 }
 
 void Frame::settlePromise(std::int64_t promise, JSPromiseState state, const KJSVariant& value)

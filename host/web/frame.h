@@ -19,6 +19,7 @@ struct WaitingCall {
     KJSVariant result;
     KJSVariant exception;
     QString tag; ///< of the object's class and member, for what the call hands out
+    Pending::Clock::time_point since = Pending::Clock::now();
 };
 
 /// [GUI thread] States: open, closed.
@@ -53,6 +54,14 @@ public:
     /// Has the document run a script; `typed` is the part of an expression's source that the user has typed.
     void runScript(
         int ticket, ScriptKind kind, const QString& fileName, const QString& source, const QString& typed);
+    /// Has the document report, by FrameScript::settled, when it has done all that it has got until now.
+    void settle(int ticket);
+    PendingList pending() const;
+    bool isBusy() const;
+    /// Whether a call of the document's waits for a dialog.
+    bool hasDialog() const;
+    /// The member that the document is calling, "Network.fetch"; empty when it is none.
+    QString callingMember() const { return m_calling.section(QLatin1Char('.'), 1); }
 
     /// What the document gets first.
     QString greeting();
@@ -82,6 +91,8 @@ private:
     struct PromiseState {
         bool isSettled = false;
         bool isReleased = false;
+        QString member;
+        Pending::Clock::time_point since;
     };
     /// Puts what is queued after `answer`.
     QString withMessages(QString answer);
@@ -115,6 +126,7 @@ private:
     std::unordered_map<std::int64_t, PromiseState> m_promises;
     std::map<int, WaitingCall> m_waiting;
     int m_lastTicket = 0;
+    QString m_calling; ///< the tag of a member, "NovaExtension.Network.fetch"
 
     bool m_isScript = false;
     FrameScript m_script;

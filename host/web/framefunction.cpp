@@ -9,6 +9,7 @@ FrameFunction::FrameFunction(Frame& frame, std::int64_t id)
     : m_frame(&frame)
     , m_id(id)
     , m_context(frame.context())
+    , m_member(frame.callingMember())
 {
     frame.addFunction(*this);
 }
@@ -17,6 +18,12 @@ FrameFunction::~FrameFunction()
 {
     if (m_frame)
         m_frame->removeFunction(*this);
+}
+
+Pending FrameFunction::pending() const
+{
+    const auto kind = event().isEmpty() ? Pending::Kind::Function : Pending::Kind::Listener;
+    return { kind, m_member, event(), m_since };
 }
 
 KResult FrameFunction::perform(const JSApiArguments& arguments, KJSVariant* result, const QString& event)

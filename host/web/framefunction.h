@@ -1,6 +1,7 @@
 // FrameFunction: a function of a document that native code keeps.
 #pragma once
 
+#include "host/engine/pending.h"
 #include "host/vexlite/pagefunction.h"
 
 namespace engine::web {
@@ -22,6 +23,7 @@ public:
     std::int64_t id() const { return m_id; }
     /// The number of the function, when it is one of `frame`; else 0.
     std::int64_t idIn(const Frame& frame) const { return m_frame == &frame ? m_id : 0; }
+    Pending pending() const;
     /// The document has gone.
     void forgetFrame() { m_frame = nullptr; }
 
@@ -31,6 +33,8 @@ private:
     Frame* m_frame; ///< null once the document has gone
     std::int64_t m_id;
     JSContextEnv m_context;
+    QString m_member;
+    Pending::Clock::time_point m_since = Pending::Clock::now();
 };
 
 } // namespace engine::web

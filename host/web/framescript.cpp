@@ -35,10 +35,20 @@ QString FrameScript::report(WireReader& reader, const std::function<void()>& exi
         }
         case 'x': {
             const int code = nextText(reader).toInt();
-            const auto exitRequested = host.exitRequested;
-            exit();
-            if (exitRequested)
+            // First: the host may look at what there is.
+            if (const auto exitRequested = host.exitRequested)
                 exitRequested(code);
+            exit();
+            break;
+        }
+        case 't':
+            timers = nextText(reader).toInt();
+            break;
+        case 'q': {
+            const int ticket = nextText(reader).toInt();
+            const int exitCode = nextText(reader).toInt();
+            if (const auto report = settled)
+                report(ticket, exitCode);
             break;
         }
         case 'u':

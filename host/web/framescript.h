@@ -23,9 +23,12 @@ struct FrameScript {
     std::function<void(int ticket, const Outcome& outcome)> finished;
     /// The document has gone, but not by exit().
     std::function<void()> closed;
+    /// What Frame::settle() asked for has been done.
+    std::function<void(int ticket, int exitCode)> settled;
+    int timers = 0; ///< that the document has set
 
     /// Reports to the host what a request says. Returns the fault of steps that can not be played; empty: none.
-    /// `exit` is called for exit(code), before the host gets to know. Any call of the host may replace the members.
+    /// `exit` is called for exit(code), when the host has been called. Any call of the host may replace the members.
     QString report(WireReader& reader, const std::function<void()>& exit);
 };
 

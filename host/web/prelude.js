@@ -669,6 +669,8 @@
             const id = nextCount(reader);
             return dropFunction(id, nextCount(reader));
         }
+        case 'q':
+            return reportSettled(nextCount(reader));
         case 'v': {
             const ticket = nextCount(reader);
             const kind = reader.text[reader.at++];
@@ -720,8 +722,9 @@
             part += written(parts[i]);
         return part;
     };
-    const report = (part) => transact('E' + frame + ';' + part);
-    // What ends the run is reported when the script has returned to the event loop, all at once: nothing is heard after it.
+    const report = (part) => transact('E' + frame + ';' + timersPart() + part);
+@SCRIPT_TIMERS@
+    // exit() is reported when the script has returned to the event loop: nothing is heard after it.
     let ending = '';
     const reportEnd = (part) => {
         if (ending === '')
@@ -767,7 +770,7 @@
         unknownName: (owner, name) => result(transact('N' + frame + ';' + written(owner) + written(name))),
         uncaught: (text, stack, code, facts) => {
             if (isScripted)
-                reportEnd(compose('u', text, stack, code === undefined ? '' : '' + code, facts));
+                report(compose('u', text, stack, code === undefined ? '' : '' + code, facts));
             else
                 showError(facts);
         },
@@ -842,7 +845,9 @@
             if (reader && reader.text[reader.at++] === 't')
                 throw errorFromObject(readValue(reader));
         };
-        define(world, 'process', { argv, play }, false);
+        scriptProcess = { argv, play };
+        define(world, 'process', scriptProcess, false);
+        countTimers();
         addEventListener('error', (event) => {
             preventDefault(event);
             const error = errorOf(event);

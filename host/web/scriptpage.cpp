@@ -11,6 +11,7 @@ ScriptPage::ScriptPage(PageOptions options, PageHost host, Gone gone)
     , m_host(std::move(host))
     , m_gone(std::move(gone))
 {
+    QObject::connect(&m_check, &QTimer::timeout, [this] { checkTime(); });
 }
 
 ScriptPage::~ScriptPage()
@@ -25,7 +26,7 @@ void ScriptPage::attach(Frame& frame)
     if (const std::shared_ptr<Frame> before = m_frame.lock())
         before->close();
     m_frame = frame.weak_from_this();
-    FrameScript script { m_host, m_options.arguments, m_options.colors, m_options.errorColors, {}, {} };
+    FrameScript script { m_host, m_options.arguments, m_options.colors, m_options.errorColors, {}, {}, {} };
     script.host.uncaughtError = [this](const Outcome& error) {
         // Why nothing can be declared is not for the page to see: its error event has none.
         if (!m_isDeclaring || error.text != QLatin1String("null"))
@@ -35,8 +36,16 @@ void ScriptPage::attach(Frame& frame)
     script.closed = [this] {
         Outcome gone;
         gone.text = QStringLiteral("the page has gone");
+        if (m_running.empty() && m_host.uncaughtError)
+            m_host.uncaughtError(gone);
         while (!m_running.empty())
             finish(m_running.begin()->first, gone);
+        while (!m_settling.empty())
+            finishSettling(m_settling.begin()->first, 0);
+    };
+    script.settled = [this](int ticket, int exitCode) {
+        m_isReturning = true;
+        finishSettling(ticket, exitCode);
     };
     frame.setScript(std::move(script));
     for (Work& work : std::exchange(m_later, {}))
@@ -111,6 +120,8 @@ void ScriptPage::begin(Work work)
     }
     if (!work.declarations.isEmpty())
         return declare(std::move(work));
+    if (m_options.timeLimitMs && m_host.overran && !m_check.isActive())
+        m_check.start(std::clamp(m_options.timeLimitMs / 4, 20, 1000));
     m_running.emplace(++m_lastTicket, std::move(work.done));
     frame->runScript(m_lastTicket, work.kind, work.fileName, work.source, work.typed);
 }
@@ -125,8 +136,59 @@ void ScriptPage::finish(int ticket, const Outcome& outcome)
         &m_mailbox, [done = std::move(node.mapped()), outcome] { done(outcome); }, Qt::QueuedConnection);
 }
 
+PendingList ScriptPage::pending() const
+{
+    const std::shared_ptr<Frame> frame = m_frame.lock();
+    return frame ? frame->pending() : PendingList();
+}
+
+bool ScriptPage::isBusy() const
+{
+    const std::shared_ptr<Frame> frame = m_frame.lock();
+    return frame && frame->isBusy();
+}
+
+void ScriptPage::settle(std::function<void(int exitCode)> done)
+{
+    m_settling.emplace(++m_lastTicket, std::move(done));
+    const std::shared_ptr<Frame> frame = m_frame.lock();
+    if (frame && frame->isOpen())
+        frame->settle(m_lastTicket);
+    else
+        finishSettling(m_lastTicket, 0);
+}
+
+void ScriptPage::finishSettling(int ticket, int exitCode)
+{
+    auto node = m_settling.extract(ticket);
+    if (node.empty())
+        return;
+    QMetaObject::invokeMethod(
+        &m_mailbox, [done = std::move(node.mapped()), exitCode] { done(exitCode); }, Qt::QueuedConnection);
+}
+
+void ScriptPage::checkTime()
+{
+    const std::shared_ptr<Frame> frame = m_frame.lock();
+    if (!frame || !frame->isOpen())
+        return;
+    // It waits for the user, or has not got its script yet.
+    if (frame->hasDialog() || (m_isReturning && frame->hasMessages()))
+        return m_turn.start();
+    if (m_isReturning) {
+        m_isReturning = false;
+        m_turn.start();
+        frame->settle(0);
+    } else if (m_turn.hasExpired(m_options.timeLimitMs)) {
+        m_check.stop();
+        m_host.overran();
+    }
+}
+
 void ScriptPage::close()
 {
+    m_settling.clear();
+    m_check.stop();
     m_later.clear();
     m_running.clear();
     if (const std::shared_ptr<Frame> frame = m_frame.lock()) {

@@ -3,6 +3,9 @@
 
 #include "host/web/frame.h"
 
+#include <QElapsedTimer>
+#include <QTimer>
+
 namespace engine::web {
 
 /// [GUI thread] Scripts wait until the document has been opened.
@@ -28,6 +31,10 @@ public:
     bool importModule(const QString& fileName, Done done) override;
     void evaluate(const PageScript& script, Done done) override;
     void propertyNames(const QStringList& path, std::function<void(const QStringList& names)> found) override;
+    PendingList pending() const override;
+    bool isBusy() const override;
+    bool knowsAllPending() const override { return false; }
+    void settle(std::function<void(int exitCode)> done) override;
     void close() override;
 
 private:
@@ -42,6 +49,10 @@ private:
     void begin(Work work);
     void declare(Work work);
     void finish(int ticket, const Outcome& outcome);
+    /// Calls one that waits for the document to settle, from the event loop.
+    void finishSettling(int ticket, int exitCode);
+    /// Looks whether the document returns to its event loop in time.
+    void checkTime();
 
     PageOptions m_options;
     PageHost m_host;
@@ -50,6 +61,10 @@ private:
     std::weak_ptr<Frame> m_frame;
     std::vector<Work> m_later;
     std::map<int, Done> m_running;
+    std::map<int, std::function<void(int exitCode)>> m_settling;
+    QTimer m_check;
+    QElapsedTimer m_turn; ///< since the document has been asked whether it returns to its event loop
+    bool m_isReturning = true;
     int m_lastTicket = 0;
     int m_inputs = 0;
     bool m_isDeclaring = false;

@@ -107,7 +107,7 @@ def _check_type(given, place, names):
     if kind not in _TYPES:
         raise ApiError(f"{place}: there is no type {kind!r}")
     optional = {"string": ("values", "utf8"), "number": ("values",), "integer": ("values",), "object": ("strict",),
-                "any": ("plain",)}.get(kind, ())
+                "any": ("plain",), "function": ("watches",)}.get(kind, ())
     _check(given, {"kind": str, **_TYPES[kind]}, place, optional)
     if kind == "handle" and given["name"] not in names:
         raise ApiError(f"{place}: there is no object {given['name']}")

@@ -23,15 +23,16 @@ void startReady(QProcess& process, const QStringList& arguments, const char* inp
 
 TEST(Signals, EndARunInOrder)
 {
-    for (const auto& [line, number] :
-        { std::pair("run SCRIPT", SIGTERM), std::pair("run SCRIPT", SIGINT), std::pair("run SCRIPT", SIGHUP),
-            std::pair("run --data DATA SCRIPT", SIGTERM), std::pair("repl", SIGTERM) }) {
+    for (const auto& [line, number] : { std::pair("run SCRIPT", SIGTERM), std::pair("run SCRIPT", SIGHUP),
+             std::pair("run --data DATA SCRIPT", SIGTERM), std::pair("repl", SIGTERM),
+             std::pair("repl", SIGINT) }) {
         SCOPED_TRACE(std::string(line) + ", signal " + std::to_string(number));
         const QTemporaryDir place;
         const QTemporaryDir temporary;
         writeFile(place, "script.js",
             "NovaExtension.ConfigCenter.setValue({key: 'pending', value: 1});\n"
             "NovaExtension.Log.logInfo({moduleName: 'm', logStr: 's'});\n"
+            "NovaExtension.Account.addLoginListener(() => {});\n"
             "console.log('ready');\nawait new Promise(() => {});\n");
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -51,20 +52,6 @@ TEST(Signals, EndARunInOrder)
         EXPECT_EQ(suites(), QStringList());
         EXPECT_EQ(readFile(place, "data/config-centre.json").contains("pending"), keepsData);
     }
-}
-
-TEST(EndlessLoop, IsEndedByTheSecondSignal)
-{
-    const QTemporaryDir place;
-    QProcess process;
-    writeFile(place, "script.js", "console.log('ready');\nfor (;;);\n");
-    startReady(process, wordsOf(QStringLiteral("run --data DATA SCRIPT"), place));
-    sendSignal(process, SIGINT);
-    EXPECT_FALSE(process.waitForFinished(300));
-    sendSignal(process, SIGTERM);
-    ASSERT_TRUE(process.waitForFinished(PatienceMs));
-    EXPECT_EQ(process.exitStatus(), QProcess::CrashExit);
-    EXPECT_EQ(process.exitCode(), SIGTERM);
 }
 
 TEST(Start, LeavesIgnoredSignalsIgnored)

@@ -2,6 +2,9 @@
 
 #include "host/web/propertynames.h"
 
+#include <QPointer>
+#include <QVariant>
+
 namespace engine::web {
 
 ScriptPage::ScriptPage(PageOptions options, PageHost host, Gone gone)

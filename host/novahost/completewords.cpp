@@ -7,6 +7,7 @@
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <QFile>
+#include <QRegularExpression>
 
 namespace novahost {
 

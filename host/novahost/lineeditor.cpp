@@ -83,24 +83,25 @@ void LineEditor::bindKeys()
 {
     EditLine* line = m_line.get();
     using Key = unsigned char (*)(EditLine*, int);
-    const auto add = [&](const char* name, const char* doc, Key key) {
-        el_set(line, EL_ADDFN, name, doc, key);
+    // The narrow form would leak its strings.
+    const auto add = [&](const wchar_t* name, const wchar_t* doc, Key key) {
+        el_wset(line, EL_ADDFN, name, doc, key);
     };
     const auto bind = [&](const char* keys, const char* command) {
         el_set(line, EL_BIND, keys, command, nullptr);
     };
-    add("nova-complete", "Completes the word",
+    add(L"nova-complete", L"Completes the word",
         [](EditLine* at, int) -> unsigned char { return of(at).completeWord() ? CC_REFRESH : CC_NORM; });
-    add("nova-paste", "Inserts what is pasted", [](EditLine* at, int) -> unsigned char {
+    add(L"nova-paste", L"Inserts what is pasted", [](EditLine* at, int) -> unsigned char {
         of(at).insertPasted();
         return CC_REFRESH;
     });
-    add("nova-newline", "Begins another line", [](EditLine* at, int) -> unsigned char {
+    add(L"nova-newline", L"Begins another line", [](EditLine* at, int) -> unsigned char {
         of(at).m_lastCharacter = 0;
         el_insertstr(at, "\n");
         return CC_REFRESH;
     });
-    add("nova-end", "Deletes a character, or ends", [](EditLine* at, int) -> unsigned char {
+    add(L"nova-end", L"Deletes a character, or ends", [](EditLine* at, int) -> unsigned char {
         const LineInfo* info = el_line(at);
         LineEditor& editor = of(at);
         if (editor.m_isText || info->buffer == info->lastchar) {

@@ -2,7 +2,9 @@
 
 #include "host/web/propertynames.h"
 
+#include <QPointer>
 #include <QUrl>
+#include <QVariant>
 
 namespace engine::web {
 

@@ -52,6 +52,8 @@ vexlite::CoreServices readServices()
 
 void printTracedCall(const vexlite::TracedCall& call)
 {
+    // What the page has printed before comes first.
+    std::fflush(stdout);
     if (call.isRejection) {
         std::fprintf(stderr, "%s.%s  rejected: %s\n", call.object.toLocal8Bit().constData(),
             call.member.toLocal8Bit().constData(), call.message.toLocal8Bit().constData());

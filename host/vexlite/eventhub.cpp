@@ -80,7 +80,8 @@ KResult EventHub::Dispatch(
         return KR_OK;
     const JSApiArguments arguments(payload.data(), payload.size());
     const JSContextEnv receiver = target;
-    const QString name = event;
+    // Like the receiver, it may be part of what a listener destroys.
+    const QString name = event; // NOLINT(performance-unnecessary-copy-initialization)
     const ListenerList::Reading reading(*list);
     for (std::size_t position = 0; position < reading.end(); ++position) {
         // An exception is reported as the page's uncaught error, and the next listener is called.

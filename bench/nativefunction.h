@@ -13,7 +13,7 @@ public:
         , m_action(std::move(action))
     {
     }
-    KResult perform(const JSApiArguments& arguments, KJSVariant*) override
+    KResult perform(const JSApiArguments& arguments, KJSVariant*, const QString&) override
     {
         m_action(arguments);
         return KR_OK;

@@ -17,6 +17,7 @@
 
 #include <QDir>
 #include <QTimer>
+#include <cstdio>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -53,8 +54,10 @@ QtMessageHandler s_print = nullptr;
 void printMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
     if (message != QLatin1String("This plugin does not support propagateSizeHints()")
-        && message != QLatin1String("Sandboxing disabled by user."))
+        && message != QLatin1String("Sandboxing disabled by user.")) {
+        std::fflush(stdout); // what the page has printed before
         s_print(type, context, message);
+    }
 }
 
 int run(novahost::Suite& suite, const novahost::Options& options, novahost::Signals& signals,

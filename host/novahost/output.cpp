@@ -77,6 +77,7 @@ void printError(const engine::Outcome& error)
 void printLiveCounts(const char* when)
 {
     const vexlite::LiveCounts counts = vexlite::Core::instance()->liveCounts();
+    std::fflush(stdout);
     std::fprintf(stderr,
         "{\"when\":\"%s\",\"pages\":%d,\"objects\":%d,\"listeners\":%d,\"promises\":%d,\"functions\":%d}\n",
         when, counts.pages, counts.objects, counts.listeners, counts.promises, counts.functions);

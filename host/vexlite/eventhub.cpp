@@ -82,7 +82,8 @@ KResult EventHub::Dispatch(
         return KR_OK;
     const JSApiArguments arguments(payload.data(), payload.size());
     const JSContextEnv receiver = target;
-    const QString name = event;
+    // Like the receiver, it may be part of what a listener destroys.
+    const QString name = event; // NOLINT(performance-unnecessary-copy-initialization)
     CallTrace::Emission emission(m_typeId, m_object, name, arguments);
     const ListenerList::Reading reading(*list);
     for (std::size_t position = 0; position < reading.end(); ++position) {

@@ -833,6 +833,9 @@
         colors.output = reader.text[reader.at++] === 't';
         colors.errors = reader.text[reader.at++] === 't';
         installConsole(console);
+        define(world, 'queueMicrotask', function queueMicrotask(callback) {
+            soon(typeof callback === 'function' ? () => callReporting(callback, undefined, [], 'in a microtask') : callback);
+        }, true);
         define(world, 'exit', function exit(code = 0) {
             if (!isInteger(code) || code < 0 || code > 255)
                 throw makeTypeError('exit: the code must be an integer from 0 to 255');

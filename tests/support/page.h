@@ -28,7 +28,10 @@ public:
     }
     ~FakeFunction() override { --alive; }
 
-    KResult perform(const JSApiArguments& arguments, KJSVariant*) override { return m_body(arguments); }
+    KResult perform(const JSApiArguments& arguments, KJSVariant*, const QString&) override
+    {
+        return m_body(arguments);
+    }
     std::uintptr_t Identity() const override { return m_identity; }
     JSContextEnv Context() const override { return m_context; }
 

@@ -89,10 +89,10 @@ QStringList toQStringList(const std::vector<std::string>& given)
 std::string checkFile(const std::string& given)
 {
     const QFileInfo file(QString::fromLocal8Bit(given.c_str()));
-    if (file.isFile())
-        return {};
     if (file.isDir())
         return '"' + given + "\" is a directory";
+    if (file.exists()) // a pipe, too
+        return {};
     const QString folder = given.find('/') == std::string::npos ? QString() : file.path() + QLatin1Char('/');
     const QString advice =
         advise(file.dir().entryList(QDir::Files), file.fileName(), "%1", "").prepend(folder);

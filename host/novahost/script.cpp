@@ -131,7 +131,7 @@ private:
             fail(Failure, QStringLiteral("the script awaits a promise that nothing is left to settle"));
         // Who waits for events that way sees no others than those before the script's end.
         const QString others = m_wasKept || !m_hasEnded ? QString() : m_waiting.others(*m_page);
-        if (!others.isEmpty())
+        if (!others.isEmpty() && !m_run.options.noHints)
             printLine(QStringLiteral("hint: ended with %1; --keep waits for events").arg(others), true);
         m_exitCode = exitCode == 0 && (m_hasErrors || !m_hasEnded) ? Failure : exitCode;
         QCoreApplication::exit(*m_exitCode);

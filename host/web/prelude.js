@@ -736,7 +736,7 @@
     // Lines of the console go together: the first at once, those that come soon after it with the next request, at the latest
     // when the script has returned to the event loop.
     let printed = '';
-    let printedAt = 0;
+    let printedAt = -20; // before the document
     let willPrint = false;
     const soonAfter = 20; // milliseconds
     const maximumPrinted = 1 << 20;

@@ -41,8 +41,8 @@ Redeclared: const a = 1 ;; let a = 2 ;; const [a] = [3] ;; class a { } ;; functi
 ConstantStays: const k = 1 ;; k = 2 ;; for (const k of [7]) { } ;; k -> 1 || k is a constant
 FailedDeclaration: let t = null.x ;; t = 4 -> 4 || null
 AwaitedDeclarations: const x = await 5, { y: [z = 1] } = await { y: [] }; let w = x + z ;; w -> 6
-AwaitAmongStatements: for (var i of await [1, 2]) { var last = i } ;; [i, last].join() -> 2,2
-AwaitInText: 'await' -> await
+AwaitAmongStatements: for (var i of await [1, 2]) { var last = i } ;; [i, last].join() -> '2,2'
+AwaitInText: 'await' -> 'await'
 Object: { a: 1, b: { c: 2 } }; ;; _.b.c -> 2
 Block: { let x = 1; x + 1 } -> 2
 SeveralLines: function f(n) {
@@ -51,7 +51,7 @@ SeveralLines: function f(n) {
     b`].length
  } ;; f(1) -> 2
 LastResult: Promise.resolve(42) ;; _ + 1 -> 43
-LastError: null.x ;; _error.name -> TypeError || null
+LastError: null.x ;; _error.name -> 'TypeError' || null
 OwnUnderscore: let _ = 5 ;; 6 ;; _ -> 5
 File: .load SCRIPT ;; twice(loaded) -> 18
 TypeOfExpression: const { FileSystem: fs } = NovaExtension, home = fs.homePath() ;; .type home.data -> string
@@ -158,7 +158,7 @@ TEST(Repl, CompletesAndEditsAtATerminal)
              { ".ed\t", "itor" },
              { "\n", "drops it.\r\n" },
              { "[1,\n2]\n", "2]\r\n" },
-             { "\x04", "[1, 2]\r\n" },
+             { "\x04", "[ 1, 2 ]\r\n" },
              { "list.length = [\n", "... " },
              { "5].length\n", "\n1\r\n" },
              { "\x1b[200~const q = [1,\n  2]\nq.length\n\x1b[201~\n", "\n2\r\nnova> " },
@@ -208,7 +208,7 @@ TEST(Repl, DropsTheLineOrTheAnswerAtAnInterrupt)
     terminal.type(
         "await new Promise(done => { settle('la' + 'te'); setTimeout(() => done('in ' + 'time'), 50) })\n");
     const QByteArray second = terminal.shownUntil("\nnova> ");
-    EXPECT_TRUE(second.endsWith("\r\nin time\r\nnova> ")) << second.constData();
+    EXPECT_TRUE(second.endsWith("\r\n'in time'\r\nnova> ")) << second.constData();
     EXPECT_FALSE(second.contains("late")) << second.constData();
 
     terminal.type("exit(5)\n");

@@ -135,7 +135,7 @@ def main():
             faults.append(f"--strict: {said}")
         (folder / "page.js").write_text(WATCHED, encoding="utf-8")
         (folder / "link").symlink_to(folder / "elsewhere")
-        said = run("--record", f"{place}/record", f"--trace={place}/trace", "run", f"{place}/page.js")
+        said = run("--no-hints", "--record", f"{place}/record", f"--trace={place}/trace", "run", f"{place}/page.js")
         if said.returncode or said.stderr:
             faults.append(f"recording: {said}")
         check_record((folder / "record").read_text(encoding="utf-8"), faults)

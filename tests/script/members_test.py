@@ -1,20 +1,15 @@
 """What novahost says of the members: whether the tables that are published are those that are described, the
-documentation as commands and in the repl, on a terminal as well, and how calls end.
+documentation as commands and in the repl, and how calls end.
 
 usage: members_test.py NOVAHOST
 """
 import json
-import os
 import pathlib
-import pty
 import re
-import select
 import subprocess
 import sys
-import time
 
 API = pathlib.Path(__file__).resolve().parents[2] / "types/api.json"
-PATIENCE = 60
 
 # name, arguments, what is typed, what is printed (regular expressions that match somewhere), exit code.
 ROWS = [
@@ -40,28 +35,10 @@ ROWS = [
         '{"policy": [{"origin": "nova://script", "allow": ["*"], "permissions": []}]}', [r"\nUncaught Error: Permission denied\."], 1],
     ["failures that no file can be made for", ["--failures", "/proc/none", "eval", "1"], "", [r"^novahost: --failures: no file"], 2],
     ["help", ["repl"], ".help\n.help log\n .help Log.logInfo \n.help Nope\n.5+1\n",
-        [r"^\.help NAME", r"\nNovaExtension\.Log, shared\n.*\n  Log\.logWarning\(", r"\n    moduleName: string", r"\nThere is no Nope;", r"\n1\.5\n$"], 0],
+        [r"^\.help \[NAME\]", r"\nNovaExtension\.Log, shared\n.*\n  Log\.logWarning\(", r"\n    moduleName: string", r"\nThere is no Nope;", r"\n1\.5\n$"], 0],
     ["a member's value", ["repl"], "const { Log } = NovaExtension\nLog.logInfo\nLog\n1\n",
         [r"\n\[Function: logInfo\]\nLog\.logInfo\(options: [^\n]*\n\[?[^\n]*Log[^\n]*\n1\n$"], 0],
 ]
-
-
-def on_terminal(novahost, typed, expected):
-    """What the repl has printed when `expected` has come, or nothing came for long."""
-    process, terminal = pty.fork()
-    if process == 0:
-        os.execv(novahost, [novahost, "repl"])
-    shown = ""
-    end = time.monotonic() + PATIENCE
-    while not re.search(expected, shown) and time.monotonic() < end:
-        if typed and "nova> " in shown:
-            os.write(terminal, typed.encode())
-            typed = ""
-        if select.select([terminal], [], [], 1)[0]:
-            shown += os.read(terminal, 10000).decode(errors="replace")
-    os.close(terminal)
-    os.waitpid(process, 0)
-    return shown
 
 
 def main():
@@ -83,9 +60,6 @@ def main():
         faults += [f"{name}: {pattern} is not in\n{printed}" for pattern in patterns if not re.search(pattern, printed, re.DOTALL)]
         if result.returncode != code:
             faults.append(f"{name}: exit code {result.returncode}")
-    signature = r"\r\nLog\.logInfo\(options: .*\r\n(?s:.*)nova> Log\.logInfo\("
-    if not re.search(signature, shown := on_terminal(novahost, "Log.logInfo(\t", signature)):
-        faults.append(f"Tab behind a bracket: {shown}")
     if faults:
         sys.exit("\n".join(faults))
 

@@ -24,7 +24,7 @@ constexpr Reach Reaches[] = {
     { "--without", "run eval repl open members" },
     { "--deny", "run eval repl open members" },
     { "--library", "run eval repl open members" },
-    { "--live-counts", "run eval" },
+    { "--live-counts", "run eval open" },
     { "--window", "run eval repl" },
     { "--browser", "run eval repl" },
 };

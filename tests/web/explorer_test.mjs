@@ -89,7 +89,7 @@ before(async () => {
     start("openbox").stderr.resume();
     while (!(await run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")).includes("window id"))
         await delay(20);
-    suite = start(novahost, "--data", home, "--devtools", String(await freePort()), "open",
+    suite = start(novahost, "--data", home, "--live-counts", "--devtools", String(await freePort()), "open",
         join(explorer, "index.html"), "--size", "1400x900");
     suite.lines = [];
     const [, endpoint] = await lineOf(suite, suite.stderr, /^DevTools listening on (.*)$/, (line) => {

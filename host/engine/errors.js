@@ -96,9 +96,36 @@
             text = text + (i === 0 ? '' : '\n') + frameText(frames[i]);
         return text;
     };
+    // One engine has frames of the classes that errors are of, as the other has not.
+    const isConstructor = (error, name) => {
+        try {
+            for (let prototype = getPrototypeOf(error); name !== '' && prototype !== null; prototype = getPrototypeOf(prototype)) {
+                const maker = peekOwn(prototype, 'constructor');
+                if (typeof maker === 'function' && peekOwn(maker, 'name') === name)
+                    return true;
+            }
+        } catch { } // a proxy's trap
+        return false;
+    };
+    // One engine points behind a name that there is not, where the other points at it.
+    const missing = "Can't find variable: ";
+    const pointAtName = (frame, message) => {
+        if (!frame.text || !startsWith(message, missing))
+            return;
+        const at = lastIndexOf(frame.text, slice(message, missing.length), frame.column - 1);
+        if (at >= 0)
+            frame.column = at + 1;
+    };
     // Where an error comes from: its frames; of a syntax error of a whole script its place, which the engine has noted.
     const errorFrames = (error) => {
-        const frames = framesOf(peekText(error, 'stack'));
+        const all = framesOf(peekText(error, 'stack'));
+        const frames = makeList();
+        for (let i = 0; i < all.length; ++i) {
+            if (frames.length > 0 || !isConstructor(error, all[i].name))
+                push(frames, all[i]);
+        }
+        if (frames.length > 0)
+            pointAtName(frames[0], messageOf(error));
         if (frames.length > 0 || !isPrototypeOf(syntaxErrorPrototype, error))
             return frames;
         const line = getOwnPropertyDescriptor(error, 'line')?.value;

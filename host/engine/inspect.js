@@ -19,9 +19,6 @@
     const { getOwnPropertySymbols } = Object;
     const isEnumerable = uncurry(objectPrototype.propertyIsEnumerable);
     const isSymbolEnumerable = (object, symbol) => isEnumerable(object, symbol);
-    const domError = globalThis.DOMException?.prototype;
-    const domErrorName = domError && accessor(domError, 'name');
-    const domErrorMessage = domError && accessor(domError, 'message');
 
     // Built-in classes that are not printed as plain objects, by prototype.
     const builtInKinds = new WeakMap();
@@ -33,6 +30,23 @@
     for (const [name, callee] of [['AsyncFunction', async () => {}], ['GeneratorFunction', function* () {}],
         ['AsyncGeneratorFunction', async function* () {}]])
         weakSet(builtInKinds, getPrototypeOf(callee), name);
+    // Of the web's classes, which one engine has from the beginning, the other when they are first used.
+    let domErrorName;
+    let domErrorMessage;
+    const addressOf = { __proto__: null };
+    const noteWebClass = (name, prototype) => {
+        if (name === 'DOMException') {
+            domErrorName = accessor(prototype, 'name');
+            domErrorMessage = accessor(prototype, 'message');
+        } else if (name === 'URL' || name === 'URLSearchParams') {
+            weakSet(builtInKinds, prototype, name);
+            addressOf[name] = name === 'URL' ? accessor(prototype, 'href') : uncurry(prototype.toString);
+        }
+    };
+    for (const name of ['DOMException', 'URL', 'URLSearchParams']) {
+        if (globalThis[name])
+            noteWebClass(name, globalThis[name].prototype);
+    }
     const primitiveOf = { __proto__: null };
     for (const name of ['Number', 'String', 'Boolean', 'Symbol', 'BigInt'])
         primitiveOf[name] = uncurry(globalThis[name].prototype.valueOf);
@@ -310,6 +324,8 @@
             return dateShape(value);
         if (kind === 'RegExp')
             return regExpShape(value);
+        if (addressOf[kind])
+            return makeTextShape(kind + ' ' + quote(addressOf[kind](value)), 'string');
         if (collectionShapes[kind])
             return collectionShapes[kind](context, value, type, level);
         if (!primitiveOf[kind])

@@ -74,9 +74,9 @@ public:
     /// Runs `source` as the body of an async function; `done` is called once when it has settled, never from
     /// inside this call, and not at all when the page closes first.
     virtual void run(const QString& source, const QString& fileName, Done done) = 0;
-    /// Imports a module, a file of the folder that the page is served as nova://script/; `done` as above. False when the
-    /// engine has no modules.
-    virtual bool importModule(const QString& fileName, Done done) = 0;
+    /// Imports a module, a file of the folder that the page is served as nova://script/; `done` as above. Errors show
+    /// `fileName` and lines of `source`, which is its text. False when the engine has no modules.
+    virtual bool importModule(const QString& fileName, const QString& source, Done done) = 0;
     /// Evaluates a script and awaits the result; `done` as above.
     virtual void evaluate(const PageScript& script, Done done) = 0;
     /// For completion: the names of the properties, own and inherited, of the value that is reached from the global object by

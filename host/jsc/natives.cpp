@@ -72,8 +72,8 @@ JSValueRef finish(PageState& page, JSContextRef ctx, Arguments arguments, JSValu
 
 JSValueRef startTimer(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef* exception)
 {
-    const int timer = page.timers().start(
-        asObject(arguments[0]), JSValueToNumber(ctx, arguments[1], nullptr), truth(ctx, arguments[2]));
+    const int timer = page.timers().start(asObject(arguments[0]), JSValueToNumber(ctx, arguments[1], nullptr),
+        truth(ctx, arguments[2]), truth(ctx, arguments[3]) ? Timers::Owner::Script : Timers::Owner::Page);
     if (!timer)
         *exception = page.prelude().makeRangeError(QStringLiteral("too many timers"));
     return JSValueMakeNumber(ctx, timer);
@@ -170,7 +170,7 @@ JSObjectRef makeNatives(JSGlobalContextRef ctx)
     add("uncaught", callback<4, uncaught>);
     add("finish", callback<7, finish>);
     add("now", callback<0, now>);
-    add("startTimer", callback<3, startTimer>);
+    add("startTimer", callback<4, startTimer>);
     add("clearTimer", callback<1, clearTimer>);
     add("exit", callback<1, exitPage>);
     add("play", callback<1, play>);

@@ -13,7 +13,7 @@ public:
 
     JSContextEnv context() const override { return m_state->env(); }
     void run(const QString& source, const QString& fileName, Done done) override;
-    bool importModule(const QString&, Done) override { return false; }
+    bool importModule(const QString&, const QString&, Done) override { return false; }
     void evaluate(const PageScript& script, Done done) override;
     void propertyNames(const QStringList& path, std::function<void(const QStringList& names)> found) override;
     PendingList pending() const override { return m_state->pending(); }

@@ -137,7 +137,7 @@
     };
     const startTimer = (name, repeats) => function (callback, delay, ...rest) {
         needFunction(name, callback);
-        return native.startTimer(() => apply(callback, undefined, rest), toNumber(delay), repeats);
+        return native.startTimer(() => apply(callback, undefined, rest), toNumber(delay), repeats, true);
     };
     const clearTimer = function (timer) {
         if (typeof timer === 'number')
@@ -195,7 +195,7 @@
     const { milliseconds, fillRandom } = native;
     const forWebApis = {
         __proto__: null, milliseconds, fillRandom, reportError, timeOrigin: Date.now(),
-        startTimer: (callback, delay) => native.startTimer(callback, toNumber(delay), false),
+        startTimer: (callback, delay) => native.startTimer(callback, toNumber(delay), false, false),
     };
     const loadWebApi = (script) => {
         const names = webApis[script];
@@ -211,6 +211,7 @@
             if (isObject(prototype)) {
                 define(prototypes, prototypes.length, names[i], true);
                 define(prototypes, prototypes.length, prototype, true);
+                noteWebClass(names[i], prototype);
             }
             if (weakGet(lazyGetters, getOwnPropertyDescriptor(globalThis, names[i])?.get ?? names) === script)
                 define(globalThis, names[i], value, false);

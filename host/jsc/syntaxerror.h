@@ -1,13 +1,13 @@
-// Says where errors of syntax are.
+// Says why and where a text is no script.
 #pragma once
 
 #include "host/jsc/api.h"
 
 namespace engine::jsc {
 
-/// Gives the error of a script that has not compiled, or that has thrown, its column: the engine says the line only. Where
-/// the end of `source` is what is wrong, and `script` has a wrapper around it, the error says that. Does nothing with what is
-/// no syntax error of the whole script.
+/// Gives the error of a script that has not compiled, or that has thrown, its place within `source`, the part of `script` that
+/// the user has written, and the reason: the engine says the line only, and of the end of `source` what the wrapper around
+/// it makes of it. Does nothing with what is no syntax error of the whole script.
 void placeSyntaxError(JSContextRef ctx, JSValueRef error, const QString& script, const QString& source);
 
 } // namespace engine::jsc

@@ -20,14 +20,15 @@ int milliseconds(double delay, int least)
 
 } // namespace
 
-int Timers::start(JSObjectRef callback, double delay, bool repeats)
+int Timers::start(JSObjectRef callback, double delay, bool repeats, Owner owner)
 {
     if (m_timers.size() >= maximumCount)
         return 0;
     const int interval = milliseconds(delay, repeats ? minimumInterval : minimumDelay);
     const int id = startTimer(interval, Qt::PreciseTimer);
     JSValueProtect(m_page.ctx(), callback);
-    m_timers.emplace(id, Timer { callback, repeats });
+    m_timers.emplace(id, Timer { callback, repeats, owner });
+    m_ofScript += owner == Owner::Script ? 1 : 0;
     return id;
 }
 
@@ -38,6 +39,7 @@ void Timers::cancel(int timer)
         return;
     killTimer(timer);
     JSValueUnprotect(m_page.ctx(), found->second.callback);
+    m_ofScript -= found->second.owner == Owner::Script ? 1 : 0;
     m_timers.erase(found);
 }
 
@@ -49,8 +51,10 @@ void Timers::stop()
 
 void Timers::addPending(PendingList& list) const
 {
-    for (const auto& [id, timer] : m_timers)
-        list.push_back({ Pending::Kind::Timer, {}, {}, timer.since });
+    for (const auto& [id, timer] : m_timers) {
+        if (timer.owner == Owner::Script)
+            list.push_back({ Pending::Kind::Timer, {}, {}, timer.since });
+    }
 }
 
 void Timers::timerEvent(QTimerEvent* event)

@@ -25,14 +25,18 @@ public:
     {
     }
 
+    /// What script itself has begun is pending until it has ended; what the page has begun for it, such as the timer of a
+    /// signal, is not.
+    enum class Owner { Script, Page };
     /// Calls `callback` after `delay` milliseconds, repeatedly if `repeats`. Returns the timer's number, or 0
     /// when there are too many.
-    int start(JSObjectRef callback, double delay, bool repeats);
+    int start(JSObjectRef callback, double delay, bool repeats, Owner owner);
     void cancel(int timer);
     /// Stops all timers.
     void stop();
     QObject* mailbox() { return this; }
-    bool any() const { return !m_timers.empty(); }
+    /// Whether script has any.
+    bool any() const { return m_ofScript > 0; }
     void addPending(PendingList& list) const;
 
 protected:
@@ -42,10 +46,12 @@ private:
     struct Timer {
         JSObjectRef callback;
         bool repeats;
+        Owner owner;
         Pending::Clock::time_point since = Pending::Clock::now();
     };
     PageState& m_page;
     std::unordered_map<int, Timer> m_timers;
+    int m_ofScript = 0;
 };
 
 } // namespace engine::jsc

@@ -2,6 +2,14 @@
 
 #include "host/jsc/api.h"
 
+#include <QFile>
+
+// Outside any namespace, as the macro demands.
+static void initialiseParser()
+{
+    Q_INIT_RESOURCE(parser);
+}
+
 namespace engine::jsc {
 
 struct ToolScript::Context {
@@ -31,6 +39,17 @@ void ToolScript::load(const QString& source)
         return;
     const Text text = Text::adopt(JSValueToStringCopy(ctx, exception, nullptr));
     qFatal("a script of novahost does not run: %s", qUtf8Printable(text.toQString()));
+}
+
+void ToolScript::loadParser()
+{
+    initialiseParser();
+    for (const char* name : { "acorn.js", "findfault.js" }) {
+        QFile file(QLatin1String(":/nova/parser/") + QLatin1String(name));
+        if (!file.open(QIODevice::ReadOnly))
+            qFatal("the script %s is not compiled in", name);
+        load(QString::fromUtf8(file.readAll()));
+    }
 }
 
 void ToolScript::set(const char* name, const QString& text)

@@ -16,6 +16,8 @@ public:
 
     /// Runs a script, whose declarations stay.
     void load(const QString& source);
+    /// Loads the parser acorn, as `acorn`, and what finds faults of syntax with it (findfault.js).
+    void loadParser();
     /// Gives the script a text as a global variable.
     void set(const char* name, const QString& text);
     /// Calls a function with a text and returns what it returns, as JSON; empty where it throws.

@@ -50,6 +50,12 @@ constexpr CommandHelp Help[] = {
     { "run",
         "novahost run page.js first second      # process.argv has them\n"
         "novahost run --trace page.js           # every call, on standard error\n"
+        "novahost run --strict page.js          # stops at what looks like a mistake\n"
+        "novahost run --keep page.js            # goes on while it listens\n"
+        "novahost run --watch page.js           # again, whenever the file changes\n"
+        "novahost run --record calls.jsonl page.js  # for tests of the page\n"
+        "novahost run --browser page.mjs        # modules need the browser engine\n"
+        "echo 'console.log(1)' | novahost run - # from standard input\n"
         "novahost run --data state page.js      # keeps settings and logs from one run to the next\n"
         "novahost run --without logger page.js  # what the page is told when a service is missing",
         ScriptCodes },
@@ -185,7 +191,8 @@ public:
 
     std::string make_option_opts(const CLI::Option* option) const override
     {
-        return option->get_option_text().empty() ? std::string() : ' ' + option->get_option_text();
+        const std::string& text = option->get_option_text();
+        return text.empty() || text.front() == '[' ? text : ' ' + text;
     }
 
     std::string make_subcommand(const CLI::App* command) const override

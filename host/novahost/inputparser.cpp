@@ -34,7 +34,7 @@ engine::jsc::ToolScript& InputParser::script()
 {
     if (!m_script) {
         m_script.emplace();
-        m_script->load(resource("acorn.js"));
+        m_script->loadParser();
         m_script->load(resource("plan.js"));
     }
     return *m_script;
@@ -48,6 +48,11 @@ engine::jsc::ToolScript& InputParser::completer()
         script().set("api", resource("api.json"));
     }
     return *m_script;
+}
+
+bool InputParser::isModule(const QString& source)
+{
+    return parsed(script().call("isModule", source)) == Json(true);
 }
 
 InputParser::Input InputParser::read(const QString& source)

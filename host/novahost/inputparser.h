@@ -21,6 +21,9 @@ public:
     /// The declarations of the last input stay.
     void commit();
 
+    /// Whether a script has import or export statements.
+    bool isModule(const QString& source);
+
     struct Suggestions {
         int from = 0;      ///< where what is being typed begins
         QStringList names; ///< that it may become

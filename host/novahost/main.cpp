@@ -4,9 +4,9 @@
 #include "host/novahost/output.h"
 #include "host/novahost/policy.h"
 #include "host/novahost/repl.h"
+#include "host/novahost/rerun.h"
 #include "host/novahost/script.h"
 #include "host/novahost/signals.h"
-#include "host/novahost/watch.h"
 
 #include "host/krt/centre.h"
 #include "host/profile/directories.h"
@@ -81,7 +81,7 @@ int run(novahost::Suite& suite, const novahost::Options& options, novahost::Sign
 }
 
 /// Runs this program without --watch, again and again.
-int watch(const novahost::Options& options, int argc, char** argv)
+int rerun(const novahost::Options& options, int argc, char** argv)
 {
     if (!novahost::Signals::hold())
         return novahost::fail(novahost::Failure, QStringLiteral("no pipe can be made for signals"));
@@ -93,7 +93,7 @@ int watch(const novahost::Options& options, int argc, char** argv)
         if (words[i] == QLatin1String("--watch"))
             words.removeAt(i);
     }
-    return novahost::watchScript(options, words);
+    return novahost::rerunScript(options, words);
 }
 
 } // namespace
@@ -107,7 +107,7 @@ int main(int argc, char** argv)
         return exitCode;
 
     if (options->watch)
-        return watch(*options, argc, argv);
+        return rerun(*options, argc, argv);
     QString error = novahost::Suite::prepare(*options);
     if (!error.isEmpty())
         return novahost::fail(novahost::UsageError, error);

@@ -1,6 +1,6 @@
 #include "host/novahost/module.h"
 
-#include "host/jsc/syntax.h"
+#include "host/novahost/inputparser.h"
 
 #include <QRegularExpression>
 
@@ -15,8 +15,7 @@ bool isModule(const QString& fileName, const QString& source)
             R"(^\s*(?:import\s*(?:[\w{*"']|\$)|export\s*(?:[{*]|default\b|const\b|let\b|var\b|class\b|async\b|function\b)))"),
         QRegularExpression::MultilineOption);
     // The words may stand in a comment or a string.
-    return statement.match(source).hasMatch()
-        && !engine::jsc::compiles(QStringLiteral("(async function () {") + source + QStringLiteral("\n})"));
+    return statement.match(source).hasMatch() && InputParser().isModule(source);
 }
 
 } // namespace novahost

@@ -319,7 +319,7 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     Given given;
     CLI::App app("Runs page script against libvexlitejsapi in a stand-in suite.", "novahost");
     app.require_subcommand(1);
-    app.set_version_flag("--version", NOVAHOST_VERSION);
+    app.set_version_flag("-v,--version", NOVAHOST_VERSION, "Print the version");
     app.fallthrough();
     setUpHelp(app);
     declareShared(app, options, given);

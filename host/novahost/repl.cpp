@@ -27,6 +27,7 @@ public:
         : m_page(suite.openPage(options.arguments, host()))
         , m_signals(signals)
         , m_interactive(isatty(STDIN_FILENO))
+        , m_isInBrowser(options.browser)
     {
     }
 
@@ -52,6 +53,9 @@ private:
     {
         m_editor = std::make_unique<LineEditor>(editorHost());
         m_signals.setInterrupt([this] { startAfresh(); });
+        printLine(QStringLiteral(
+                      "novahost " NOVAHOST_VERSION ": .help lists what there is, Tab completes, Ctrl-D ends"),
+            false);
         m_editor->start();
         const int code = QCoreApplication::exec();
         m_signals.setInterrupt({});
@@ -110,8 +114,14 @@ private:
     void startAfresh()
     {
         ++m_evaluation;
-        if (!m_editor->isReading())
+        if (!m_editor->isReading()) {
             printLine({}, false);
+            if (m_isInBrowser && ++m_dropped == 2)
+                printLine(QStringLiteral(
+                              "hint: script of the page may still run, which this engine can not break off; "
+                              "Ctrl-D ends"),
+                    true);
+        }
         m_editor->drop();
         m_editor->start();
     }
@@ -175,6 +185,7 @@ private:
         }
         m_page->evaluate(input.script,
             [this, name = text.trimmed(), evaluation = ++m_evaluation](const engine::Outcome& outcome) {
+                m_dropped = 0;
                 if (evaluation != m_evaluation)
                     return;
                 if (outcome.isDeclared)
@@ -330,6 +341,8 @@ private:
     bool m_failed = false;
     bool m_isText = false; ///< the input comes from the editor
     int m_evaluation = 0;  ///< the one whose answer is awaited
+    bool m_isInBrowser;
+    int m_dropped = 0; ///< answers that were awaited when Ctrl-C came, since the page has answered
     std::unique_ptr<LineEditor> m_editor;
     std::optional<LineReader> m_lines;
     QString m_unfinished;

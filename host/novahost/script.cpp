@@ -7,7 +7,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
-#include <QFileInfo>
+#include <QFile>
 #include <QTimer>
 #include <functional>
 
@@ -209,7 +209,7 @@ int runScript(const ScriptRun& given)
             run.endWhenDone(!outcome.ok);
         };
         if (module)
-            run.page().importModule(QFileInfo(given.options.script).fileName(), done);
+            run.page().importModule(name, source, done);
         else
             run.page().run(source, name, done);
     });

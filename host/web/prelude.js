@@ -679,10 +679,12 @@
             const typed = nextText(reader);
             const start = () => {
                 rejectPromise ??= runInDocument('{ const P = Promise; __novaTake((reason) => { new P((resolve, reject) => reject(reason)); }); }');
-                if (kind === 'm')
+                if (kind === 'm') {
+                    noteSource(fileName, typed, source, 0);
                     settle(ticket, runInDocument('__novaTake((address) => import(address))')(fileName));
-                else
+                } else {
                     runSource(ticket, kind, fileName, source, typed);
+                }
             };
             // It may come before the document has an element to put the script into.
             if (document.readyState === 'loading')
@@ -735,10 +737,10 @@
     const outcome = Symbol('outcome');
     // Lines of the console go together: the first at once, those that come soon after it with the next request, at the latest
     // when the script has returned to the event loop.
-    let printed = '';
-    let printedAt = -20; // before the document
-    let willPrint = false;
     const soonAfter = 20; // milliseconds
+    let printed = '';
+    let printedAt = -soonAfter;
+    let willPrint = false;
     const maximumPrinted = 1 << 20;
     const sendPrinted = () => {
         const part = printed;

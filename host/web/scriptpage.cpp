@@ -2,6 +2,7 @@
 
 #include "host/web/propertynames.h"
 
+#include <QFileInfo>
 #include <QPointer>
 #include <QUrl>
 #include <QVariant>
@@ -68,10 +69,10 @@ void ScriptPage::run(const QString& source, const QString& fileName, Done done)
     begin({ ScriptKind::Body, fileName, body, {}, std::move(done), {} });
 }
 
-bool ScriptPage::importModule(const QString& fileName, Done done)
+bool ScriptPage::importModule(const QString& fileName, const QString& source, Done done)
 {
-    const QString path = QString::fromLatin1(QUrl::toPercentEncoding(fileName));
-    begin({ ScriptKind::Module, QLatin1String(ScriptOrigin) + QLatin1Char('/') + path, {}, {},
+    const QString path = QString::fromLatin1(QUrl::toPercentEncoding(QFileInfo(fileName).fileName()));
+    begin({ ScriptKind::Module, QLatin1String(ScriptOrigin) + QLatin1Char('/') + path, source, fileName,
         std::move(done), {} });
     return true;
 }

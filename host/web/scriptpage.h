@@ -28,7 +28,7 @@ public:
     /// {0, 0} until the document has been opened.
     JSContextEnv context() const override;
     void run(const QString& source, const QString& fileName, Done done) override;
-    bool importModule(const QString& fileName, Done done) override;
+    bool importModule(const QString& fileName, const QString& source, Done done) override;
     void evaluate(const PageScript& script, Done done) override;
     void propertyNames(const QStringList& path, std::function<void(const QStringList& names)> found) override;
     PendingList pending() const override;

@@ -21,7 +21,9 @@
             return;
         placing.line = lines;
         placing.column = end - start + 1 + (lines === 1 ? shift : 0);
-        define(error, 'message', 'Unexpected end of input', false);
+        // Of a bracket too many only that is known.
+        if (messageOf(error) !== "Unexpected token '}'")
+            define(error, 'message', 'Unexpected end of input', false);
     };
     const placeSyntaxError = (error, compiled, known) => new PromiseType((resolve) => {
         const element = document.createElement('script');

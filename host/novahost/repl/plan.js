@@ -178,6 +178,16 @@ class Rewriting {
     }
 }
 
+// Whether a file has import or export statements, which the body of a function can not have.
+const isModule = (source) => {
+    try {
+        acorn.parse(source, { ...parserOptions, allowReturnOutsideFunction: true });
+        return false;
+    } catch (error) {
+        return /^'import' and 'export' may appear only with/.test(error.message);
+    }
+};
+
 // {isIncomplete, declarations, source, isKept, error}. A text that is no script at all is left to the engine, which knows why.
 const plan = (source) => {
     pending = undefined;

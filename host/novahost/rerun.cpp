@@ -1,4 +1,4 @@
-#include "host/novahost/watch.h"
+#include "host/novahost/rerun.h"
 
 #include "host/novahost/output.h"
 #include "host/novahost/signals.h"
@@ -35,9 +35,9 @@ QStringList filesIn(const QString& folder)
     return files;
 }
 
-class Watch {
+class Reruns {
 public:
-    Watch(const Options& options, const QStringList& arguments)
+    Reruns(const Options& options, const QStringList& arguments)
         : m_options(options)
     {
         m_run.setProgram(QCoreApplication::applicationFilePath());
@@ -56,7 +56,7 @@ public:
             [this](int code, QProcess::ExitStatus status) { ended(code, status); });
     }
 
-    ~Watch()
+    ~Reruns()
     {
         m_run.disconnect();
         m_run.terminate();
@@ -143,12 +143,12 @@ private:
 
 } // namespace
 
-int watchScript(const Options& options, const QStringList& arguments)
+int rerunScript(const Options& options, const QStringList& arguments)
 {
     Signals signals;
-    Watch watch(options, arguments);
-    signals.setInterrupt([&] { watch.interrupt(); });
-    QTimer::singleShot(0, [&] { watch.start(); });
+    Reruns reruns(options, arguments);
+    signals.setInterrupt([&] { reruns.interrupt(); });
+    QTimer::singleShot(0, [&] { reruns.start(); });
     return signals.exitCode(QCoreApplication::exec());
 }
 

@@ -17,7 +17,7 @@ public:
     void pageOpened(const JSContextEnv& context, const QString& origin) override;
     void callEnded(const vexlite::CallFacts& call, const vexlite::CallOutcome& outcome) override;
     void promiseSettled(const vexlite::SettledPromise& promise) override;
-    void eventBegan(const vexlite::EventFacts& event) override;
+    void eventEnded(const vexlite::EventFacts& event) override;
     void functionEnded(const vexlite::FunctionFacts& function, vexlite::TraceTime end) override;
     void stepPlayed(const QString& step) override;
 

@@ -129,8 +129,8 @@ public:
     {
         const auto perform = [&](std::int64_t extra) {
             KResult status = KR_REJECTED;
-            if (m_checker && arguments.size() && isRefused(object, context, id, access, arguments, exception))
-                [[unlikely]]
+            if (m_checker && access == JSAccess::Method
+                && isRefused(object, context, id, access, arguments, exception)) [[unlikely]]
                 return status;
             if (access == JSAccess::Method)
                 status = object->InvokeMethod(context, id, arguments, result, extra, exception);

@@ -10,6 +10,7 @@ namespace novahost {
 /// An array of events, a line each. Readers accept one whose end is missing, as when the process has died.
 class TraceFile final : public vexlite::Observer {
 public:
+    static constexpr char Beginning[] = "[\n{\"ph\":\"M\"";
     explicit TraceFile(std::unique_ptr<OutputFile> file);
     /// Ends the array. Returns whether everything has been written.
     bool finish();

@@ -145,11 +145,13 @@ def main():
         check_trace((folder / "trace").read_text(encoding="utf-8"), faults)
         if (folder / "record").stat().st_mode & 0o77:
             faults.append("others can read the recording")
-        for path in (f"{place}/link", f"{place}/no/file", place, "/dev/full"):
+        if run("--record", f"{place}/both", f"--trace={place}/both", "eval", "1").returncode != 2:
+            faults.append("one file is written twice")
+        for path in (f"{place}/page.js", f"{place}/trace", f"{place}/link", f"{place}/no/file", place, "/dev/full"):
             if (said := run("--record", path, "eval", "console.log(1)")).returncode != 2 or said.stdout or "novahost: --record" not in said.stderr:
                 faults.append(f"--record {path}: {said}")
-        if (folder / "elsewhere").exists():
-            faults.append("a link was followed")
+        if (folder / "elsewhere").exists() or (folder / "page.js").read_text(encoding="utf-8") != WATCHED:
+            faults.append("a link was followed, or a page emptied")
         said = run("--record", f"{place}/short", "run", f"{place}/page.js", limit=None if IN_BROWSER else 1000)
         if not IN_BROWSER and (said.returncode != 1 or said.stderr.count("the file is not complete") != 1):
             faults.append(f"a full disk: {said}")

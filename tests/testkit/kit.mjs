@@ -63,7 +63,7 @@ test("rows: the last that were added, then in their order, as often as they say"
     kit.use(exists([match.string], true, { times: 1 }));
     const { FileSystem } = kit.NovaExtension;
     assert.deepEqual([FileSystem.exists("/a").data, FileSystem.exists("/a").data], [true, false]);
-    assert.throws(() => FileSystem.exists("/b"), { name: "UnexpectedCall",
+    assert.throws(() => FileSystem.exists("/b"), { name: "UnexpectedCall", stack: /got "\/b"\n.*\n {4}at .*kit\.mjs/,
         message: /Unexpected call: FileSystem.exists\("\/b"\)\n {2}nearest row: .*\n {4}argument 1: expected "\/a", got "\/b"\n/ });
     assert.throws(() => kit.verify(), /Unexpected call: [^]*never called: FileSystem.isDir/);
     assert.deepEqual(kit.callsOf("FileSystem.exists").map((call) => call.arguments), [["/a"], ["/a"], ["/b"]]);

@@ -51,7 +51,7 @@ std::unique_ptr<OutputFile> OutputFile::open(
     else if (flock(file, LOCK_EX | LOCK_NB) != 0)
         error = name + QLatin1String(": is being written already");
     else if (!hasOnly(file, beginning))
-        error = name + QLatin1String(": has something else, which is kept; name another file, or remove it");
+        error = name + QLatin1String(": has other content, which is not overwritten");
     else if (ftruncate(file, 0) != 0)
         error = name + QLatin1String(": ") + lastError();
     return error.isEmpty() ? std::move(made) : nullptr;

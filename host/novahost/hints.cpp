@@ -4,6 +4,7 @@
 #include "host/novahost/nearest.h"
 #include "host/novahost/output.h"
 #include "host/vexlite/conversion.h"
+#include "host/vexlite/core.h"
 #include "host/vexlite/scriptvalues.h"
 #include "host/vexlite/valuetext.h"
 
@@ -263,7 +264,10 @@ QString Hints::give(const JSContextEnv& context, const QString& text)
     QSet<QString>& given = m_given[context.contextId];
     if (!given.contains(hint) && given.size() < MostHintsOfPage) {
         given.insert(hint);
-        printLine(QLatin1String("hint: ") + hint, true);
+        const QString place = vexlite::Core::instance()->callingPlace(context);
+        printLine(QLatin1String("hint: ") + hint
+                + (place.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(place)),
+            true);
     }
     return {};
 }

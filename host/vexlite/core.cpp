@@ -101,6 +101,12 @@ public:
         return page ? page->origin() : QString();
     }
 
+    QString callingPlace(const JSContextEnv& context) const override
+    {
+        ScriptPage* page = m_pages->find(context);
+        return page ? page->callingPlace() : QString();
+    }
+
     BoundObject bindObject(const JSContextEnv& context, const QString& shortName) override
     {
         const ExtensionFactory factory = m_factories.value(shortName);

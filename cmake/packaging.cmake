@@ -56,7 +56,8 @@ if(VEXLITE_SUITE_DIR)
 else()
     list(APPEND CPACK_COMPONENTS_ALL standin)
     set(suite_library_dir ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
-    install(DIRECTORY examples/ DESTINATION ${data_dir}/examples COMPONENT standin PATTERN embed EXCLUDE)
+    install(DIRECTORY examples/ DESTINATION ${data_dir}/examples COMPONENT standin
+        PATTERN embed EXCLUDE PATTERN node_modules EXCLUDE)
     install(FILES host/profile/profile.schema.json DESTINATION ${data_dir} COMPONENT standin)
 endif()
 

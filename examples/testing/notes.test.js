@@ -1,5 +1,5 @@
-// The tests of notes.js. In Node the testkit stands for the suite: `node --test`. In novahost the same tests run against the
-// real library: `python3 run.py NOVAHOST`, in both of its engines. What differs is in suite.js.
+// The tests of notes.js. In Node the testkit stands for the suite: `npm install`, once, and `npm test`. In novahost the same
+// tests run against the real library, in both of its engines: `node run.mjs NOVAHOST [--browser]`. What differs is in suite.js.
 import assert from "node:assert/strict";
 import { test } from "node:test";
 

@@ -2,6 +2,8 @@
 
 #include "host/jsc/natives.h"
 
+#include <QRegularExpression>
+
 namespace engine::jsc {
 
 namespace {
@@ -252,6 +254,14 @@ void PageState::finish(int ticket, const Outcome& outcome)
     if (found->second && !m_isInterrupted)
         post([done = std::move(found->second), outcome] { done(outcome); });
     m_tickets.erase(found);
+}
+
+QString PageState::callingPlace()
+{
+    // The first frame: "    at name (file:line:column)", or without a name.
+    static const QRegularExpression place(
+        QStringLiteral("^ *at (?:.* \\()?(.+:\\d+:\\d+)\\)?$"), QRegularExpression::MultilineOption);
+    return place.match(m_prelude.describe(m_prelude.makeError(1, {}), {}).stack).captured(1);
 }
 
 bool PageState::createPromise(std::int64_t promise)

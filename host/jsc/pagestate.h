@@ -79,6 +79,7 @@ public:
     void finish(int ticket, const Outcome& outcome);
 
     QString origin() const override { return QLatin1String(ScriptOrigin); }
+    QString callingPlace() override;
     bool createPromise(std::int64_t promise) override;
     void settlePromise(std::int64_t promise, JSPromiseState state, const KJSVariant& value) override;
     void releasePromise(std::int64_t promise) override;

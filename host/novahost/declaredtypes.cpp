@@ -23,9 +23,11 @@ Kind kindOf(const std::string& kind)
     return kinds.value(QString::fromStdString(kind), Kind::Any);
 }
 
-DeclaredType readType(const Json& type, const QString& key = {}, bool isRest = false)
+DeclaredType readType(const Json& type, const QString& key = {}, bool isOptional = true)
 {
-    DeclaredType read { kindOf(type["kind"].get_ref<const std::string&>()), key, isRest };
+    DeclaredType read {
+        .kind = kindOf(type["kind"].get_ref<const std::string&>()), .key = key, .isOptional = isOptional
+    };
     if (read.kind == Kind::Array)
         read.inner.push_back(readType(type["items"]));
     if (read.kind == Kind::Map) {
@@ -37,7 +39,7 @@ DeclaredType readType(const Json& type, const QString& key = {}, bool isRest = f
     for (const Json& one : type.value("types", Json::array()))
         read.inner.push_back(readType(one));
     for (const Json& field : type.value("fields", Json::array()))
-        read.fields.push_back(readType(field["type"], textOf(field["name"])));
+        read.fields.push_back(readType(field["type"], textOf(field["name"]), field["optional"]));
     return read;
 }
 
@@ -63,29 +65,49 @@ std::size_t findEntry(const QString& name, const char* second, std::size_t from)
     return std::string_view::npos;
 }
 
-Json readEntry(std::size_t at)
+/// Reads one value and leaves what follows.
+Json readValue(std::size_t at)
 {
-    constexpr std::size_t LongestEntry = 65'536;
-    // Reads one value and leaves what follows.
-    std::istringstream stream(std::string(description().substr(at, LongestEntry)));
-    Json entry;
-    stream >> entry;
-    return entry;
+    constexpr std::size_t LongestValue = 65'536;
+    std::istringstream stream(std::string(description().substr(at, LongestValue)));
+    Json value;
+    stream >> value;
+    return value;
+}
+
+/// npos for an unknown one.
+std::size_t findObject(const QString& object)
+{
+    return findEntry(object.mid(object.indexOf(QLatin1Char('.')) + 1), "\"instance\":", 0);
 }
 
 std::vector<DeclaredType> readParameters(const QString& object, const QString& member)
 {
-    const QString name = object.mid(object.indexOf(QLatin1Char('.')) + 1);
-    const std::size_t start = findEntry(name, "\"instance\":", 0);
+    const std::size_t start = findObject(object);
     const std::size_t at = start == std::string_view::npos ? start : findEntry(member, "\"kind\":", start);
     if (at == std::string_view::npos)
         return {};
     std::vector<DeclaredType> parameters;
-    const Json entry = readEntry(at);
-    for (const Json& parameter : entry["parameters"])
-        parameters.push_back(
-            readType(parameter["type"], textOf(parameter["name"]), parameter.value("rest", false)));
+    const Json entry = readValue(at);
+    for (const Json& parameter : entry["parameters"]) {
+        parameters.push_back(readType(parameter["type"], textOf(parameter["name"]), parameter["optional"]));
+        parameters.back().isRest = parameter["rest"];
+    }
     return parameters;
+}
+
+QStringList readEvents(const QString& object)
+{
+    static constexpr std::string_view Key = "\"events\": ";
+    const std::size_t start = findObject(object);
+    const std::size_t at = start == std::string_view::npos ? start : description().find(Key, start);
+    QStringList names;
+    if (at == std::string_view::npos)
+        return names;
+    const Json events = readValue(at + Key.size());
+    for (const Json& event : events)
+        names.append(textOf(event["name"]));
+    return names;
 }
 
 } // namespace
@@ -130,6 +152,12 @@ const std::vector<DeclaredType>& DeclaredTypes::parameters(const QString& object
     if (known != members.constEnd())
         return *known;
     return *members.insert(member, readParameters(object, member));
+}
+
+const QStringList& DeclaredTypes::events(const QString& object)
+{
+    const auto known = m_events.constFind(object);
+    return known != m_events.constEnd() ? *known : *m_events.insert(object, readEvents(object));
 }
 
 } // namespace novahost

@@ -4,6 +4,7 @@
 #include "host/novahost/nearest.h"
 #include "host/novahost/output.h"
 #include "host/vexlite/conversion.h"
+#include "host/vexlite/core.h"
 #include "host/vexlite/scriptvalues.h"
 #include "host/vexlite/valuetext.h"
 
@@ -117,7 +118,7 @@ public:
     {
         const MVARIANT* raw = dereference(value.raw());
         if (!raw || raw->vt == MV_EMPTY || raw->vt == MV_NULL)
-            return;
+            return lookAtMissing(type, path, raw && raw->vt == MV_NULL ? "null" : "missing");
         if (!isOfKind(value, type))
             return add(isAnswer(value)
                     ? QStringLiteral("`%1` of %2 is an answer, where %3 is expected: `.data` is forgotten")
@@ -144,6 +145,25 @@ public:
     {
         const bool hasFields = parameter.kind == Kind::Object && isOfKind(value, parameter);
         look(value, parameter, hasFields ? QString() : parameter.key);
+    }
+
+    /// `state`: "missing" or "null"
+    void lookAtMissing(const DeclaredType& type, const QString& path, const char* state)
+    {
+        if (!type.isOptional && type.kind != Kind::Any)
+            add(QStringLiteral("`%1` of %2 is %3, where %4 is expected")
+                    .arg(path, m_member, QLatin1String(state), type.name()));
+    }
+
+    /// Whether what is listened for is written like one of the object's events, of which pages may add others.
+    void lookAtEvent(const KJSVariant& value, const QStringList& events)
+    {
+        const QString event = vexlite::textOf(value);
+        const QString meant = events.contains(event) ? QString() : nearest(events, event);
+        if (!meant.isEmpty())
+            add(QStringLiteral("%1 has no event %2%3")
+                    .arg(m_member.section(QLatin1Char('.'), 0, -2), quoted(event),
+                        didYouMean(quoted(meant), QString())));
     }
 
 private:
@@ -190,12 +210,19 @@ private:
         const KJSVariant* value = nullptr;
         for (std::int32_t i = 0; object.At(i, &key, &value); ++i) {
             const auto known = std::ranges::find(type.fields, *key, &DeclaredType::key);
-            if (known != type.fields.end())
+            if (known != type.fields.end()) {
                 look(*value, *known, join(path, *key));
-            else
-                add(QStringLiteral("%1 has no option `%2`%3")
-                        .arg(m_member, join(path, key->left(LongestKey)),
-                            didYouMean(nearest(unused, *key), QStringLiteral("`"))));
+                continue;
+            }
+            const QString meant = nearest(unused, *key);
+            unused.removeOne(meant);
+            add(QStringLiteral("%1 has no option `%2`%3")
+                    .arg(
+                        m_member, join(path, key->left(LongestKey)), didYouMean(meant, QStringLiteral("`"))));
+        }
+        for (const DeclaredType& field : type.fields) {
+            if (unused.contains(field.key))
+                lookAtMissing(field, join(path, field.key), "missing");
         }
     }
 
@@ -237,7 +264,10 @@ QString Hints::give(const JSContextEnv& context, const QString& text)
     QSet<QString>& given = m_given[context.contextId];
     if (!given.contains(hint) && given.size() < MostHintsOfPage) {
         given.insert(hint);
-        printLine(QLatin1String("hint: ") + hint, true);
+        const QString place = vexlite::Core::instance()->callingPlace(context);
+        printLine(QLatin1String("hint: ") + hint
+                + (place.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(place)),
+            true);
     }
     return {};
 }
@@ -255,6 +285,10 @@ QString Hints::checkCall(const vexlite::CallFacts& call)
         else if (last.isRest)
             search.lookAtArgument(call.arguments[i], last);
     }
+    for (std::size_t i = call.arguments.size(); i < parameters.size(); ++i)
+        search.lookAtMissing(parameters[i], parameters[i].key, "missing");
+    if (call.member == QLatin1String("addEventListener") && call.arguments.size() > 0)
+        search.lookAtEvent(call.arguments[0], m_types.events(call.object));
     for (const QString& hint : std::as_const(search.found)) {
         if (QString refusal = give(call.context, hint); !refusal.isNull())
             return refusal;

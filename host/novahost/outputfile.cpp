@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -20,14 +21,23 @@ QString lastError()
     return QString::fromLocal8Bit(std::strerror(errno));
 }
 
+/// Whether a file is empty or begins so.
+bool hasOnly(int file, const QByteArray& beginning)
+{
+    QByteArray found(beginning.size(), '\0');
+    const ssize_t size = pread(file, found.data(), static_cast<std::size_t>(found.size()), 0);
+    return size == 0 || found == beginning;
+}
+
 } // namespace
 
-std::unique_ptr<OutputFile> OutputFile::open(const QString& option, const QString& path, QString& error)
+std::unique_ptr<OutputFile> OutputFile::open(
+    const QString& option, const QString& path, const QByteArray& beginning, QString& error)
 {
     const QString name = option + QLatin1Char(' ') + path;
     // A pipe would be waited for without O_NONBLOCK.
     const int file = ::open(QFile::encodeName(path).constData(),
-        O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, S_IRUSR | S_IWUSR);
+        O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (file < 0) {
         error = name
             + (errno == ELOOP ? QStringLiteral(": is a symbolic link, which is not followed")
@@ -38,6 +48,10 @@ std::unique_ptr<OutputFile> OutputFile::open(const QString& option, const QStrin
     struct stat facts { };
     if (fstat(file, &facts) != 0 || !S_ISREG(facts.st_mode))
         error = name + QLatin1String(": is no plain file");
+    else if (flock(file, LOCK_EX | LOCK_NB) != 0)
+        error = name + QLatin1String(": is being written already");
+    else if (!hasOnly(file, beginning))
+        error = name + QLatin1String(": has other content, which is not overwritten");
     else if (ftruncate(file, 0) != 0)
         error = name + QLatin1String(": ") + lastError();
     return error.isEmpty() ? std::move(made) : nullptr;

@@ -12,9 +12,11 @@ namespace novahost {
 /// The first error of writing is printed; nothing is written after it. [GUI thread]
 class OutputFile {
 public:
-    /// Makes or empties the file, which others can not read when it is new. Null, with a message in `error`, when that fails,
-    /// and for anything but a plain file: a link may lead elsewhere by now than when the user made it.
-    static std::unique_ptr<OutputFile> open(const QString& option, const QString& path, QString& error);
+    /// Makes or empties the file, which others can not read when it is new. Null, with a message in `error`, when that fails;
+    /// for anything but a plain file, since a link may lead elsewhere by now than when the user made it; while another one
+    /// writes there; and for a file with something else than what begins with `beginning`, such as the page itself.
+    static std::unique_ptr<OutputFile> open(
+        const QString& option, const QString& path, const QByteArray& beginning, QString& error);
     ~OutputFile();
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;

@@ -9,6 +9,7 @@ namespace novahost {
 /// A line of JSON for each record.
 class Recorder final : public vexlite::Observer {
 public:
+    static constexpr char Beginning[] = "{\"novaRecording\":";
     explicit Recorder(std::unique_ptr<OutputFile> file)
         : m_file(std::move(file))
     {

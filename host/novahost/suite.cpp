@@ -183,11 +183,13 @@ QString Suite::watch(const Options& options)
     if (options.trace == QLatin1String("-"))
         observe(m_watchers->lines, std::make_unique<TraceLines>());
     else if (!options.trace.isEmpty()) {
-        if (auto file = OutputFile::open(QStringLiteral("--trace"), options.trace, error))
+        if (auto file =
+                OutputFile::open(QStringLiteral("--trace"), options.trace, TraceFile::Beginning, error))
             observe(m_watchers->trace, std::make_unique<TraceFile>(std::move(file)));
     }
     if (error.isEmpty() && !options.record.isEmpty()) {
-        if (auto file = OutputFile::open(QStringLiteral("--record"), options.record, error))
+        if (auto file =
+                OutputFile::open(QStringLiteral("--record"), options.record, Recorder::Beginning, error))
             observe(m_watchers->recorder, std::make_unique<Recorder>(std::move(file)));
     }
     const bool isForPages = options.command != Command::Members && options.command != Command::Policy;

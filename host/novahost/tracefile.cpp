@@ -87,11 +87,12 @@ void TraceFile::promiseSettled(const vexlite::SettledPromise& promise)
             + "\":" + RecordWriter(MostOfEvent).value(promise.value, ValueFrom::Library) + '}');
 }
 
-void TraceFile::eventBegan(const vexlite::EventFacts& event)
+void TraceFile::eventEnded(const vexlite::EventFacts& event)
 {
-    add("i", "event", nameOf(event.object, event.instance) + QLatin1Char(' ') + event.event,
-        m_pages.numberOf(event.context), m_pages.millisecondsAt(event.time),
-        ",\"s\":\"t\",\"args\":{\"arguments\":"
+    const double start = m_pages.millisecondsAt(event.time);
+    add("X", "event", nameOf(event.object, event.instance) + QLatin1Char(' ') + event.event,
+        m_pages.numberOf(event.context), start,
+        ",\"dur\":" + microseconds(m_pages.milliseconds() - start) + ",\"args\":{\"arguments\":"
             + RecordWriter(MostOfEvent).list(event.arguments, ValueFrom::Library) + '}');
 }
 

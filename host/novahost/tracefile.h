@@ -10,6 +10,7 @@ namespace novahost {
 /// An array of events, a line each. Readers accept one whose end is missing, as when the process has died.
 class TraceFile final : public vexlite::Observer {
 public:
+    static constexpr char Beginning[] = "[\n{\"ph\":\"M\"";
     explicit TraceFile(std::unique_ptr<OutputFile> file);
     /// Ends the array. Returns whether everything has been written.
     bool finish();
@@ -17,7 +18,7 @@ public:
     void pageOpened(const JSContextEnv& context, const QString& origin) override;
     void callEnded(const vexlite::CallFacts& call, const vexlite::CallOutcome& outcome) override;
     void promiseSettled(const vexlite::SettledPromise& promise) override;
-    void eventBegan(const vexlite::EventFacts& event) override;
+    void eventEnded(const vexlite::EventFacts& event) override;
     void functionEnded(const vexlite::FunctionFacts& function, vexlite::TraceTime end) override;
     void stepPlayed(const QString& step) override;
 

@@ -101,6 +101,12 @@ public:
         return page ? page->origin() : QString();
     }
 
+    QString callingPlace(const JSContextEnv& context) const override
+    {
+        ScriptPage* page = m_pages->find(context);
+        return page ? page->callingPlace() : QString();
+    }
+
     BoundObject bindObject(const JSContextEnv& context, const QString& shortName) override
     {
         const ExtensionFactory factory = m_factories.value(shortName);
@@ -129,8 +135,8 @@ public:
     {
         const auto perform = [&](std::int64_t extra) {
             KResult status = KR_REJECTED;
-            if (m_checker && arguments.size() && isRefused(object, context, id, access, arguments, exception))
-                [[unlikely]]
+            if (m_checker && access == JSAccess::Method
+                && isRefused(object, context, id, access, arguments, exception)) [[unlikely]]
                 return status;
             if (access == JSAccess::Method)
                 status = object->InvokeMethod(context, id, arguments, result, extra, exception);

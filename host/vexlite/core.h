@@ -115,6 +115,8 @@ public:
     virtual void removeObserver(Observer* observer) = 0;
     /// Asks a checker about calls, and about names in pages that are opened from now on; null: none. It must live as long as
     /// the core, or until there is another one.
+    /// See ScriptPage; empty for a page that is not open.
+    virtual QString callingPlace(const JSContextEnv& context) const = 0;
     virtual void setChecker(PageChecker* checker) = 0;
     virtual PageChecker* checker() const = 0;
     /// Reports that something has happened in the suite, as a play says.

@@ -11,6 +11,8 @@ public:
     virtual ~ScriptPage() = default;
     /// The page's origin, "nova://app"; empty for one without.
     virtual QString origin() const { return {}; }
+    /// Which line of script calls, "page.js:5:3", while it does; empty where the engine can not say.
+    virtual QString callingPlace() { return {}; }
     /// Makes a pending script promise, stored as `promise` until it is settled or the page closes. False when
     /// the page can not make one.
     virtual bool createPromise(std::int64_t promise) = 0;

@@ -2,7 +2,7 @@
 import { Hub } from "./hub.js";
 import { bytesOf, instances } from "./values.js";
 
-/** Members are called by `invoke(path, member, instance, values)`. */
+/** Members are called by `invoke(path, member, instance, values, caller)`; `caller` is the function that the page has called. */
 export class Fakes {
     #classes = new Map();
     #invoke;
@@ -26,7 +26,7 @@ export class Fakes {
         };
         for (const member of members) {
             const call = { [member.name](...values) {
-                return invoke(name, member, check(this), values);
+                return invoke(name, member, check(this), values, call);
             } }[member.name];
             Object.defineProperty(prototype, member.name, member.kind === "property"
                 ? { get() { return invoke(name, member, check(this), []); }, enumerable: true, configurable: true }

@@ -173,7 +173,7 @@ export class Kit {
             throw new Error(problems.join("\n"));
     }
 
-    #invoke(path, member, instance, values) {
+    #invoke(path, member, instance, values, caller) {
         const call = { member: `${path}.${member.name}`, object: instance, arguments: values.map(copy), at: this.clock.now };
         if (member.kind !== "property")
             this.calls.push(call);
@@ -183,6 +183,9 @@ export class Kit {
             return made;
         } catch (error) {
             call.thrown = error;
+            // The stack begins with the page's call.
+            if (caller && (error instanceof UnexpectedCall || error?.success === false))
+                Error.captureStackTrace?.(error, caller);
             throw error;
         }
     }

@@ -29,12 +29,15 @@ HINTS = [
      ["`path` of FileSystem.exists is an answer, where a string is expected: `.data` is forgotten",
       "`path` of FileSystem.exists contains \"[object Object]\": an object was made a string",
       "`path` of FileSystem.exists contains \"[object Promise]\": an `await` is forgotten"]],
-    ["options", "try { NovaExtension.Log.logInfo({ modulename: 'm', logStr: 5, '\\x1b[2J': 1 }); } catch { }",
-     ["Log.logInfo has no option `\\u001b[2J`", "Log.logInfo has no option `modulename`; did you mean `moduleName`?",
+    ["options", "const { Log: L, FileSystem: F } = NovaExtension; try { L.logInfo({ modulename: 'm', logStr: 5, '\\x1b[2J': 1 }); } catch { }; try { L.logInfo({ moduleName: '' }) } catch { } F.exists(); F.exists(null)",
+     ["`logStr` of Log.logInfo is missing, where a string is expected", "`path` of FileSystem.exists is missing, where a string is expected",
+      "`path` of FileSystem.exists is null, where a string is expected", "Log.logInfo has no option `\\u001b[2J`", "Log.logInfo has no option `modulename`; did you mean `moduleName`?",
       "`logStr` of Log.logInfo is a number, where a string is expected"]],
     ["inner values", "try { NovaExtension.Network.fetch({ url: 'ftp://x', headers: { a: 5 }, responseType: 'txt' }); } catch { }",
      ["`headers.a` of Network.fetch is a number, where a string is expected",
       '`responseType` of Network.fetch is "txt", which is none of "text", "bytes"; did you mean "text"?']],
+    ["events", "for (const event of ['event.account.logn', 'mine', 'event.account.login']) NovaExtension.Account.addEventListener(event, () => 0)",
+     ['Account has no event "event.account.logn"; did you mean "event.account.login"?']],
     ["names", "NovaExtension.Loog; NovaExtension.Log.logInof; NovaExtension.SettingsManager.settings({ format: 0 }).getvalue",
      ["NovaExtension has no Loog; did you mean Log?", "Log has no logInof; did you mean logInfo?",
       "SettingsManager.Settings has no getvalue; did you mean getValue?"]],
@@ -56,7 +59,7 @@ Event.removeEventListener("e", listener);
 const settings = SettingsManager.settings({ format: 0 });
 settings.setValue({ key: "k", value: true });
 ByteBufferManager.create(new Uint8Array([0, 1, 2])).data();
-try { FileSystem.mkpath(); } catch { }
+try { FileSystem.mkpath(""); } catch { }
 await FileSystem.getFileMd5("/no").catch(() => 0);
 await new Promise((done) => { Account.addLoginListener(done); process.play("login:user-2"); });
 """
@@ -109,22 +112,24 @@ def check_trace(text, faults):
     """Whether a trace is one array, has what happened, and ends each promise that it begins."""
     events = json.loads(text)
     shapes = {(one["ph"], one["name"]) for one in events}
-    wanted = {("M", "process_name"), ("M", "thread_name"), ("X", "Event.dispatchEvent"), ("i", "Event e"), ("i", "play login:user-2"),
+    wanted = {("M", "process_name"), ("M", "thread_name"), ("X", "Event.dispatchEvent"), ("X", "Event e"), ("i", "play login:user-2"),
               ("b", "FileSystem.getFileMd5"), ("e", "FileSystem.getFileMd5"), ("X", "Log.logInfo")}
     if wanted - shapes:
         faults.append(f"the trace lacks {wanted - shapes}")
     spans = {one["name"]: (one["ts"], one["ts"] + one["dur"]) for one in events if one["ph"] == "X"}
-    inner, outer = spans["Log.logInfo"], spans["Event.dispatchEvent"]
-    if not IN_BROWSER and not outer[0] <= inner[0] <= inner[1] <= outer[1]:
-        faults.append(f"{inner} is not within {outer}")
+    call, event, outer = spans["Log.logInfo"], spans["Event e"], spans["Event.dispatchEvent"]
+    if not IN_BROWSER and not outer[0] <= event[0] <= call[0] <= call[1] <= event[1] <= outer[1]:
+        faults.append(f"{call}, {event}, {outer} are not nested")
 
 
 def main():
     faults = []
     for name, script, hints in HINTS:
         said = run("eval", f"(async () => {{ {script} }})()")
-        seen = sorted(line for line in said.stderr.splitlines() if line.startswith("hint: "))
-        if said.returncode or seen != sorted(f"hint: {hint}" for hint in hints):
+        seen = sorted(line for line in said.stderr.splitlines() if line.startswith("hint: ") and not line.startswith("hint: ended with "))
+        places = [re.search(r" \(eval1:\d+:\d+\)$", line) for line in seen]
+        seen = sorted(line[:place.start()] if place else line for line, place in zip(seen, places))
+        if said.returncode or seen != sorted(f"hint: {hint}" for hint in hints) or not all(IN_BROWSER or place for place in places):
             faults.append(f"{name}: {said.returncode} {said.stderr}")
     if run("--no-hints", "eval", "NovaExtension.Foo; NovaExtension.FileSystem.exists(5)").stderr:
         faults.append("--no-hints prints something")
@@ -135,18 +140,20 @@ def main():
             faults.append(f"--strict: {said}")
         (folder / "page.js").write_text(WATCHED, encoding="utf-8")
         (folder / "link").symlink_to(folder / "elsewhere")
-        said = run("--no-hints", "--record", f"{place}/record", f"--trace={place}/trace", "run", f"{place}/page.js")
-        if said.returncode or said.stderr:
+        said = run("--record", f"{place}/record", f"--trace={place}/trace", "run", f"{place}/page.js")
+        if said.returncode or not said.stderr.startswith("hint: ended with ") or said.stderr.count("\n") > 1:
             faults.append(f"recording: {said}")
         check_record((folder / "record").read_text(encoding="utf-8"), faults)
         check_trace((folder / "trace").read_text(encoding="utf-8"), faults)
         if (folder / "record").stat().st_mode & 0o77:
             faults.append("others can read the recording")
-        for path in (f"{place}/link", f"{place}/no/file", place, "/dev/full"):
+        if run("--record", f"{place}/both", f"--trace={place}/both", "eval", "1").returncode != 2:
+            faults.append("one file is written twice")
+        for path in (f"{place}/page.js", f"{place}/trace", f"{place}/link", f"{place}/no/file", place, "/dev/full"):
             if (said := run("--record", path, "eval", "console.log(1)")).returncode != 2 or said.stdout or "novahost: --record" not in said.stderr:
                 faults.append(f"--record {path}: {said}")
-        if (folder / "elsewhere").exists():
-            faults.append("a link was followed")
+        if (folder / "elsewhere").exists() or (folder / "page.js").read_text(encoding="utf-8") != WATCHED:
+            faults.append("a link was followed, or a page emptied")
         said = run("--record", f"{place}/short", "run", f"{place}/page.js", limit=None if IN_BROWSER else 1000)
         if not IN_BROWSER and (said.returncode != 1 or said.stderr.count("the file is not complete") != 1):
             faults.append(f"a full disk: {said}")

@@ -360,7 +360,9 @@ std::unique_ptr<Page> PageTest::open()
         exits.push_back(code);
         onExit();
     };
-    return engine->openPage({ { QStringLiteral("page.js"), QStringLiteral("-x") }, {} }, std::move(host));
+    PageOptions options;
+    options.arguments = QStringList { QStringLiteral("page.js"), QStringLiteral("-x") };
+    return engine->openPage(options, std::move(host));
 }
 
 Outcome PageTest::run(const QString& source, Page* where)

@@ -39,7 +39,7 @@ def main():
             (home / "own.txt").write_text("x")
             pathlib.Path(place, "script.js").write_text(text, encoding="utf-8")
             pathlib.Path(place, "profile.json").write_text(profile.replace("${FOLDER}", str(home)), encoding="utf-8")
-            command = [novahost, "--data", f"{place}/data", "--profile", f"{place}/profile.json", *options, *further, "run",
+            command = [novahost, "--no-hints", "--data", f"{place}/data", "--profile", f"{place}/profile.json", *options, *further, "run",
                        f"{place}/script.js", str(home)]
             done = subprocess.run(command, cwd=home, env={**environment, "HOME": str(home)}, capture_output=True, text=True,
                                   errors="replace", check=False)

@@ -29,7 +29,7 @@ def main():
                 sys.exit(done.stdout + done.stderr)
             return done.stdout
 
-        shutil.copytree(source / "examples/testing", place, dirs_exist_ok=True)
+        shutil.copytree(source / "examples/testing", place, dirs_exist_ok=True, ignore=shutil.ignore_patterns("node_modules"))
         pathlib.Path(place, "package.json").write_text('{ "private": true, "type": "module" }')
         run(npm, "pack", "--pack-destination", place, str(source / "testkit"), str(source / "types"))
         run(npm, "install", "--offline", "--no-audit", "--no-fund", *sorted(f"./{path.name}" for path in pathlib.Path(place).glob("*.tgz")))

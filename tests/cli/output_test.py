@@ -67,7 +67,7 @@ Caused by: RangeError: inner
 
 def run(command, **environment):
     result = subprocess.run(command, capture_output=True, text=True, errors="replace", env={**os.environ, **environment})
-    return result.stdout, result.stderr
+    return result.stdout, "".join(line for line in result.stderr.splitlines(True) if not line.startswith("hint: "))
 
 
 def main():

@@ -1,4 +1,5 @@
 // The dialogs that the library opens for a page.
+#include "suite/ksyncfolderui.h"
 #include "tests/dialogs/fixture.h"
 #include "tests/support/library.h"
 
@@ -114,7 +115,11 @@ TEST_F(PageDialogs, ReportAColourOnceAndAskNoMoreHoweverTheyEnd)
 TEST_F(PageDialogs, OfSyncFoldersEndWithTheirPage)
 {
     Page asking(support::libraryCore());
-    EXPECT_EQ(asking.call("SyncFolder", "showNovaBox", R"({"title": "Sync", "text": "?"})"), "null");
+    {
+        QObject receiver; // hears nothing of the end
+        EXPECT_TRUE(KSyncFolderUi::getInstance()->show(
+            KSyncFolderDialog::Message, asking.context, {}, &receiver, QStringLiteral("none")));
+    }
     const QPointer<QDialog> shown = owner->findChild<QDialog*>();
     ASSERT_TRUE(shown && shown->isVisible());
     asking.close();

@@ -200,10 +200,13 @@ private:
         Ref<IJSMemberList> members = Ref<IJSMemberList>::adopt(published);
         if (status != KR_OK || !members)
             return { {}, {}, status == KR_OK ? KR_NOT_AVAILABLE : status };
-        const std::int64_t typeId = object->GetTypeId();
-        if (!name.isEmpty())
-            m_trace.names().add(typeId, name);
-        m_trace.names().add(typeId, *members.get());
+        // Objects get their type ids when they are asked for the first time.
+        if (m_trace.isTracing() || m_checker) {
+            const std::int64_t typeId = object->GetTypeId();
+            if (!name.isEmpty())
+                m_trace.names().add(typeId, name);
+            m_trace.names().add(typeId, *members.get());
+        }
         return { std::move(object), std::move(members), KR_OK };
     }
 

@@ -75,10 +75,10 @@ JsCore: --without jsCore eval NovaExtension.Log -> 1 || Log.*80000008[\s\S]*code
 PromiseService: --without promiseService eval "NovaExtension.FileSystem.getFileMd5('/etc/passwd')" -> 1 || PromiseServiceNull[\s\S]*code: 3
 AnswerChannel: --without answerChannel eval "NovaExtension.FileSystem.getFileMd5('/etc/passwd')" -> 1 || PromiseServiceNull[\s\S]*code: 3
 Logger: --without logger eval "NovaExtension.Log.logInfo({moduleName: 'm', logStr: 's'})" -> 0 success
-AccountSdk: --without accountSdk eval "const A = NovaExtension.Account, said = (m, ...a) => { try { return A[m](...a) } catch (e) { return e.code + e.msg } };
+AccountSdk: --no-hints --without accountSdk eval "const A = NovaExtension.Account, said = (m, ...a) => { try { return A[m](...a) } catch (e) { return e.code + e.msg } };
  [['isLoggedIn', 'getUserId', 'getUserInfo', 'getMemberInfo', 'getCompanyInfo', 'getAccountListInfo', 'isNovaMember', 'isFolioMember', 'isSuperMember',
  'isCompanyMember', 'isMultiAccount', 'logout', 'upgradeMember'].map((m) => said(m)), said('login', {})].flat().filter((s) => s !== '3Accountsdk is not initialized.')" -> 0 ^\[\]\n$
-CurrentAccount: --without currentAccount eval "const A = NovaExtension.Account, said = (m, ...a) => { try { return A[m](...a) } catch (e) { return e.code + e.msg } };
+CurrentAccount: --no-hints --without currentAccount eval "const A = NovaExtension.Account, said = (m, ...a) => { try { return A[m](...a) } catch (e) { return e.code + e.msg } };
  [['isLoggedIn', 'getUserId', 'getUserInfo', 'getMemberInfo', 'getCompanyInfo', 'getAccountListInfo', 'isNovaMember', 'isFolioMember', 'isSuperMember',
  'isCompanyMember', 'isMultiAccount'].filter((m) => said(m) !== '3Current account is not initialized.'), said('login', {}), said('logout'), said('upgradeMember')].flat()"
  -> 0 ^\[("1missing required parameters\.",?){3}\]\n$

@@ -38,7 +38,7 @@ Uncaught Error: /no/file is not existed
     code: 3, from FileSystem.getFileMd5
 """),
     "listener": ("const E = NovaExtension.Event;\nE.addEventListener('saved', () => { throw 'text' }); E.dispatchEvent('saved');",
-                 "Uncaught (in a listener of saved) 'text'\nhint: ended with listener of saved; --keep waits for events\n"),
+                 "Uncaught (in a listener of saved) 'text'\n"),
     "microtask": ("queueMicrotask(() => { throw 5; }); await new Promise((done) => setTimeout(done, 50));", "Uncaught (in a microtask) 5\n"),
     "rejection": ("const a = Promise.reject({ a: 1 }); await new Promise((done) => setTimeout(done, 50));", "Uncaught (in promise) { a: 1 }\n"),
     "causes and properties": ("const e = new Error('outer'); e.cause = new RangeError('inner');\ne.more = [1]; throw e;", """FILE:1:11

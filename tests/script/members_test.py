@@ -23,7 +23,7 @@ ROWS = [
     ["the legend", ["members"], "", [r"\nTypes\n.*\n  any +any value", r"\nCategories.*\n  0x80000 +Account\n"], 0],
     ["hidden members are no difference", ["--deny", "0x40", "members", "Log"], "", [r"^NovaExtension\.Log  \(shared, 0 members\)\n$"], 0],
     ["a rejection in the trace", ["--trace", "eval", "NovaExtension.FileSystem.getFileMd5('/no')"], "",
-        [r'(?m)^ +[0-9.]+ ms  FileSystem\.getFileMd5\("/no"\) → promise 1  [0-9.]+ us\n',
+        [r'(?m)^ +[0-9.]+ ms  FileSystem\.getFileMd5\("/no"\) → promise 1  [0-9.]+ [um]s\n',
          r'(?m)^ +[0-9.]+ ms  promise 1 of FileSystem\.getFileMd5 rejected: code 3 "/no is not existed"  after '], 1],
     *[[f"a suite without {service}", ["--without", service, "eval", f"NovaExtension.{call}"], "", [fr"\nUncaught Error: {failure}\n"], 1] for service, call, failure in (
         ("skin", "Skin.switchSkin('dark')", "skin is nullptr"), ("fileFilter", "Skin.getFileTypeIconInfo({})", "empty fileFilter"),

@@ -57,7 +57,7 @@ else()
     list(APPEND CPACK_COMPONENTS_ALL standin)
     set(suite_library_dir ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
     install(DIRECTORY examples/ DESTINATION ${data_dir}/examples COMPONENT standin
-        PATTERN embed EXCLUDE PATTERN node_modules EXCLUDE)
+        PATTERN embed EXCLUDE PATTERN node_modules EXCLUDE PATTERN ".gitignore" EXCLUDE PATTERN ".npmrc" EXCLUDE)
     install(FILES host/profile/profile.schema.json DESTINATION ${data_dir} COMPONENT standin)
 endif()
 

@@ -264,9 +264,10 @@ private:
     {
         if (!m_editor)
             return next();
-        printLine(QStringLiteral("// Ctrl-D runs the text, Ctrl-C drops it."), false);
         m_isText = true;
         m_editor->startText();
+        // Behind that: what is typed from now on, Ctrl-D too, is the text's.
+        printLine(QStringLiteral("// Ctrl-D runs the text, Ctrl-C drops it."), false);
     }
 
     void exit(const QString&) { QCoreApplication::exit(0); }

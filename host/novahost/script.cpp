@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QTimer>
+#include <cstdio>
 #include <functional>
 
 namespace novahost {
@@ -75,7 +76,10 @@ private:
             printError(error);
             m_hasErrors = true;
         };
-        host.interrupted = [this] { return m_run.signals.poll(); };
+        host.interrupted = [this] {
+            std::fflush(stdout); // a script that never returns to the event loop is heard, too
+            return m_run.signals.poll();
+        };
         host.overran = [this] {
             fail(Failure,
                 QStringLiteral("script has run for %1 s without returning to the event loop (--time-limit)")

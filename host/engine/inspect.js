@@ -6,6 +6,10 @@
     const maximumShown = 1 << 20; // units of one value; objects beyond it are not opened any more
 
     const arrayPrototype = Array.prototype;
+    const dateText = uncurry(Date.prototype.toISOString);
+    const regExpText = uncurry(RegExp.prototype.toString);
+    const mapEach = uncurry(Map.prototype.forEach);
+    const setEach = uncurry(Set.prototype.forEach);
     const typedArrayLength = accessor(typedArrayPrototype, 'length');
     const regExpSource = accessor(RegExp.prototype, 'source');
     const regExpFlags = makeList();
@@ -31,45 +35,22 @@
         ['AsyncGeneratorFunction', async function* () {}]])
         weakSet(builtInKinds, getPrototypeOf(callee), name);
     // Of the web's classes, which one engine has from the beginning, the other when they are first used.
-    let domErrorName;
-    let domErrorMessage;
     const addressOf = { __proto__: null };
     const noteWebClass = (name, prototype) => {
         if (name === 'DOMException') {
-            domErrorName = accessor(prototype, 'name');
-            domErrorMessage = accessor(prototype, 'message');
+            noteDomException(prototype);
         } else if (name === 'URL' || name === 'URLSearchParams') {
             weakSet(builtInKinds, prototype, name);
             addressOf[name] = name === 'URL' ? accessor(prototype, 'href') : uncurry(prototype.toString);
         }
     };
-    for (const name of ['DOMException', 'URL', 'URLSearchParams']) {
+    for (const name of ['URL', 'URLSearchParams']) {
         if (globalThis[name])
             noteWebClass(name, globalThis[name].prototype);
     }
     const primitiveOf = { __proto__: null };
     for (const name of ['Number', 'String', 'Boolean', 'Symbol', 'BigInt'])
         primitiveOf[name] = uncurry(globalThis[name].prototype.valueOf);
-
-    // A data property, own or inherited; never runs a getter.
-    const peek = (object, name) => {
-        for (let step = 0; object !== null && step < 20; ++step) {
-            const found = getOwnPropertyDescriptor(object, name);
-            if (found)
-                return found.value;
-            object = getPrototypeOf(object);
-        }
-        return undefined;
-    };
-    const peekOwn = (object, name) => getOwnPropertyDescriptor(object, name)?.value;
-    const peekText = (object, name) => {
-        try {
-            const value = peek(object, name);
-            return typeof value === 'string' ? value : '';
-        } catch {
-            return '';
-        }
-    };
 
     const inspectWithin = (context, value, level) => {
         context.indent += 2;

@@ -1,6 +1,9 @@
     // --- Values as text ------------------------------------------------------------------------------------------
     // Strings, numbers and the like, and how parts become lines, as Node's util.inspect does it.
 
+    const symbolText = uncurry(Symbol.prototype.toString);
+    const padStart = uncurry(String.prototype.padStart);
+    const padEnd = uncurry(String.prototype.padEnd);
     const lineLength = 80;
     const levelsOnALine = 3;
     const maximumText = 10000; // of a string in an object

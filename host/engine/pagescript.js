@@ -1,11 +1,14 @@
-// What every engine's prelude begins with, before inspecttext.js, inspect.js, errors.js and console.js: the language's own
-// functions, bytes, and the results of scripts. Runs before any script of the page and keeps the built-in functions that it needs, so that the
-// page can not change its behaviour by replacing them. For the same reason none of these files uses prototypes: no
-// iteration protocol, no assignment of new properties but to objects without a prototype, no methods.
+// What every engine's prelude begins with: the language's own functions, bytes, and names that there are not. errors.js
+// follows. Where scripts of the tool run, inspecttext.js, inspect.js, report.js, console.js and results.js do so as well.
+// Runs before any script of the page and keeps the built-in functions that it needs, so that the page can not change its
+// behaviour by replacing them. For the same reason none of these files uses prototypes: no iteration protocol, no assignment
+// of new properties but to objects without a prototype, no methods.
 //
 // The prelude around them defines
-//   native                 with finish(ticket, ok, text, json, stack, code, report), uncaught(text, stack, code, report) and
-//                          unknownName(owner, name), which returns the text of an error to throw, or undefined
+//   native                 with unknownName(owner, name), which returns the text of an error to throw, or undefined
+//   isOwnFrame(line)       whether a line of a stack is of the engine's own scripts
+// and for scripts of the tool
+//   native                 with finish(ticket, ok, text, json, stack, code, report) and uncaught(text, stack, code, report)
 //   jsonOf(value)          may throw
 //   readFrame(line)        what a line of a stack says, {name, file, line, column}; undefined where it is not of the page
 //   columnOf(text, column) the column at which a frame of a line of source is shown
@@ -27,19 +30,12 @@
     const syntaxErrorPrototype = SyntaxError.prototype;
     const uncurry = (method) => (self, ...rest) => apply(method, self, rest);
     const isPrototypeOf = uncurry(objectPrototype.isPrototypeOf);
-    const symbolText = uncurry(Symbol.prototype.toString);
-    const dateText = uncurry(Date.prototype.toISOString);
-    const regExpText = uncurry(RegExp.prototype.toString);
-    const mapEach = uncurry(Map.prototype.forEach);
-    const setEach = uncurry(Set.prototype.forEach);
     const functionText = uncurry(Function.prototype.toString);
     const slice = uncurry(String.prototype.slice);
     const indexOf = uncurry(String.prototype.indexOf);
     const lastIndexOf = uncurry(String.prototype.lastIndexOf);
     const codeAt = uncurry(String.prototype.charCodeAt);
     const repeat = uncurry(String.prototype.repeat);
-    const padStart = uncurry(String.prototype.padStart);
-    const padEnd = uncurry(String.prototype.padEnd);
     const startsWith = uncurry(String.prototype.startsWith);
     const weakGet = uncurry(WeakMap.prototype.get);
     const weakSet = uncurry(WeakMap.prototype.set);
@@ -62,6 +58,26 @@
     // Defines an own property, regardless of setters in prototypes.
     const define = (object, name, value, enumerable) =>
         defineProperty(object, name, { __proto__: null, value, writable: true, enumerable, configurable: true });
+
+    // A data property, own or inherited; never runs a getter.
+    const peek = (object, name) => {
+        for (let step = 0; object !== null && step < 20; ++step) {
+            const found = getOwnPropertyDescriptor(object, name);
+            if (found)
+                return found.value;
+            object = getPrototypeOf(object);
+        }
+        return undefined;
+    };
+    const peekOwn = (object, name) => getOwnPropertyDescriptor(object, name)?.value;
+    const peekText = (object, name) => {
+        try {
+            const value = peek(object, name);
+            return typeof value === 'string' ? value : '';
+        } catch {
+            return '';
+        }
+    };
 
     // A list without a prototype, whose setters an assignment would call.
     const makeList = () => ({ __proto__: null, length: 0 });
@@ -108,56 +124,6 @@
             return 'a detached ArrayBuffer';
         }
     };
-
-    // --- Results -------------------------------------------------------------------------------------------------
-
-    const toJson = (value) => {
-        try {
-            const text = jsonOf(value);
-            return typeof text === 'string' ? text : '';
-        } catch {
-            return '';
-        }
-    };
-    const fail = (ticket, error) => {
-        const facts = describeError(error, '');
-        native.finish(ticket, false, facts[0], '', facts[1], facts[2], facts[3]);
-    };
-    // Awaits a result and reports it with its ticket.
-    const settle = async (ticket, value) => {
-        let answer;
-        try {
-            answer = await value;
-        } catch (error) {
-            fail(ticket, error);
-            return;
-        }
-        native.finish(ticket, true, show(answer), toJson(answer), '', undefined, '');
-    };
-    // The same for an input of a prompt, whose result the page gets as a global.
-    const keep = (name, value) => {
-        try {
-            define(globalThis, name, value, false);
-        } catch {
-            // The page has frozen its global object.
-        }
-    };
-    const failKept = (ticket, error) => {
-        keep('_error', error);
-        fail(ticket, error);
-    };
-    const settleKept = async (ticket, value) => {
-        let answer;
-        try {
-            answer = await value;
-        } catch (error) {
-            failKept(ticket, error);
-            return;
-        }
-        keep('_', answer);
-        settle(ticket, answer);
-    };
-    const run = (ticket, body) => settle(ticket, apply(body, undefined, []));
 
     // --- Names that NovaExtension does not have ------------------------------------------------------------------
 

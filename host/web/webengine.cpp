@@ -15,14 +15,14 @@ namespace engine::web {
 
 namespace {
 
-QWebEngineScript preludeScript()
+QWebEngineScript preludeScript(const char* source)
 {
     QWebEngineScript script;
     script.setName(QStringLiteral("nova-prelude"));
     script.setInjectionPoint(QWebEngineScript::DocumentCreation);
     script.setWorldId(QWebEngineScript::MainWorld);
     script.setRunsOnSubFrames(true);
-    script.setSourceCode(QString::fromUtf8(preludeSource));
+    script.setSourceCode(QString::fromUtf8(source));
     return script;
 }
 
@@ -53,7 +53,6 @@ public:
         m_profile->installUrlSchemeHandler("nova", &m_files);
         m_profile->installUrlSchemeHandler("nova-bridge", &m_bridges);
         m_profile->installUrlSchemeHandler(SkinImageScheme, &m_images);
-        m_profile->scripts()->insert(preludeScript());
         QWebEngineSettings* settings = m_profile->settings();
         // Of files that do not say it.
         settings->setDefaultTextEncoding(QStringLiteral("utf-8"));
@@ -92,11 +91,12 @@ public:
         Bridge::Host bridge;
         bridge.browser = [facts] { return *facts; };
         bridge.rights = m_host.rights;
-        bridge.opened = [this, viewId, facts](Frame& frame) {
+        const bool isScript = own.isEmpty() && m_scripts.contains(viewId);
+        bridge.opened = [this, viewId, facts, isScript](Frame& frame) {
             facts->times.loadReady = QDateTime::currentMSecsSinceEpoch();
             m_host.opened(viewId);
-            if (ScriptPage* script = m_scripts.value(viewId);
-                script && frame.origin() == QLatin1String(ScriptOrigin))
+            ScriptPage* script = isScript ? m_scripts.value(viewId) : nullptr;
+            if (script && frame.origin() == QLatin1String(ScriptOrigin))
                 script->attach(frame);
         };
         auto view = std::make_unique<WebView>(
@@ -104,6 +104,7 @@ public:
         m_widgets.removeAll(nullptr);
         m_widgets.append(view->browserView());
         WebPage& page = view->page();
+        page.scripts().insert(preludeScript(isScript ? scriptPrelude : documentPrelude));
         QObject::connect(&page, &QWebEnginePage::loadStarted, &page,
             [facts] { facts->times.loadStart = QDateTime::currentMSecsSinceEpoch(); });
         view->loaded = [this, viewId, facts, &page](bool ok) {
@@ -114,7 +115,6 @@ public:
         times.creationFinish = QDateTime::currentMSecsSinceEpoch();
         m_pages.removeAll(nullptr);
         m_pages.append(&page);
-        const bool isScript = own.isEmpty() && m_scripts.contains(viewId);
         QUrl url = own;
         if (isScript)
             url = QLatin1String(ScriptOrigin) + QLatin1Char('/');

@@ -1,0 +1,217 @@
+    // --- Reports of errors ---------------------------------------------------------------------------------------
+
+    const fullTitle = (error) => {
+        const name = nameOf(error) || 'Error';
+        const message = messageOf(error);
+        return message ? name + ': ' + message : name;
+    };
+
+    // The sources of scripts that the tool runs, by the name that the engine knows them by: {name, text, shift}, where
+    // `shift` is by how much a wrapper shifts the columns of the first line.
+    const sources = { __proto__: null };
+    const noteSource = (known, name, text, shift) => {
+        sources[known] = { __proto__: null, name, text, shift };
+    };
+    // Undefined beyond the end.
+    const lineOf = (text, number) => {
+        let from = 0;
+        for (let i = 1; i < number; ++i) {
+            from = indexOf(text, '\n', from) + 1;
+            if (from === 0)
+                return undefined;
+        }
+        const end = indexOf(text, '\n', from);
+        return slice(text, from, end < 0 ? text.length : end);
+    };
+    // A frame as the user has written the source; undefined for one in the wrapper around it.
+    const placed = (frame) => {
+        const source = sources[frame.file];
+        if (!source)
+            return frame;
+        const line = lineOf(source.text, frame.line);
+        const column = frame.line === 1 ? frame.column - source.shift : frame.column;
+        if (source.text === '')
+            return frame;
+        if (column < 1 || line === undefined)
+            return undefined;
+        return { __proto__: null, name: frame.name, file: source.name, line: frame.line, column: columnOf(line, column), text: line };
+    };
+    // "file:line:column", whose name may have colons.
+    const readPlace = (text) => {
+        const column = lastIndexOf(text, ':');
+        const line = column > 0 ? lastIndexOf(text, ':', column - 1) : -1;
+        const numbers = { __proto__: null, line: toNumber(slice(text, line + 1, column)), column: toNumber(slice(text, column + 1)) };
+        if (line < 1 || !isInteger(numbers.line) || !isInteger(numbers.column))
+            return undefined;
+        return { __proto__: null, name: '', file: slice(text, 0, line), line: numbers.line, column: numbers.column };
+    };
+    // The page's own frames.
+    const framesOf = (stack) => {
+        const frames = makeList();
+        eachLine(stack, (line) => {
+            const read = readFrame(line);
+            const frame = read && placed(read);
+            if (frame)
+                push(frames, frame);
+        });
+        return frames;
+    };
+    const placeText = (frame) => frame.file + ':' + frame.line + ':' + frame.column;
+    const frameText = (frame) => '    at ' + (frame.name === '' ? placeText(frame) : frame.name + ' (' + placeText(frame) + ')');
+    const framesText = (frames) => {
+        let text = '';
+        for (let i = 0; i < frames.length; ++i)
+            text = text + (i === 0 ? '' : '\n') + frameText(frames[i]);
+        return text;
+    };
+    // One engine has frames of the classes that errors are of, as the other has not.
+    const isConstructor = (error, name) => {
+        try {
+            for (let prototype = getPrototypeOf(error); name !== '' && prototype !== null; prototype = getPrototypeOf(prototype)) {
+                const maker = peekOwn(prototype, 'constructor');
+                if (typeof maker === 'function' && peekOwn(maker, 'name') === name)
+                    return true;
+            }
+        } catch { } // a proxy's trap
+        return false;
+    };
+    // One engine points behind a name that there is not, where the other points at it.
+    const missing = "Can't find variable: ";
+    const pointAtName = (frame, message) => {
+        if (!frame.text || !startsWith(message, missing))
+            return;
+        const at = lastIndexOf(frame.text, slice(message, missing.length), frame.column - 1);
+        if (at >= 0)
+            frame.column = at + 1;
+    };
+    // Where an error comes from: its frames; of a syntax error of a whole script its place, which the engine has noted.
+    const errorFrames = (error) => {
+        const all = framesOf(peekText(error, 'stack'));
+        const frames = makeList();
+        for (let i = 0; i < all.length; ++i) {
+            if (frames.length > 0 || !isConstructor(error, all[i].name))
+                push(frames, all[i]);
+        }
+        if (frames.length > 0)
+            pointAtName(frames[0], messageOf(error));
+        if (frames.length > 0 || !isPrototypeOf(syntaxErrorPrototype, error))
+            return frames;
+        const line = getOwnPropertyDescriptor(error, 'line')?.value;
+        const file = getOwnPropertyDescriptor(error, 'sourceURL')?.value;
+        const column = getOwnPropertyDescriptor(error, 'column')?.value;
+        if (typeof line === 'number' && typeof file === 'string' && typeof column === 'number') {
+            const frame = placed({ __proto__: null, name: '', file, line, column });
+            if (frame)
+                push(frames, frame);
+        }
+        return frames;
+    };
+
+    // An error with its frames, what it carries, the errors in it and its causes.
+    const inspectError = (context, error, level) => {
+        const outer = context.indent;
+        context.indent = 0;
+        let text = context.isReport && level === 0 ? paint(context, fullTitle(error), 'error') : fullTitle(error);
+        const frames = framesText(errorFrames(error));
+        if (frames !== '')
+            text = text + '\n' + paint(context, frames, 'dim');
+        const own = (name) => getOwnPropertyDescriptor(error, name)?.value;
+        const code = own('code');
+        const isRefusal = own('success') === false && isInteger(code) && own('msg') === messageOf(error);
+        if (isRefusal) {
+            const member = weakGet(refusals, error);
+            text = text + '\n    code: ' + code + (member ? ', from ' + member : '');
+        }
+        const inner = own('errors');
+        const hasErrors = isObject(inner) && isArray(inner);
+        const cause = getOwnPropertyDescriptor(error, 'cause');
+        const isSyntax = isPrototypeOf(syntaxErrorPrototype, error);
+        const parts = makeList();
+        addKeys(context, error, parts, level + 1, (name) => name === 'stack'
+            || (isSyntax && (name === 'line' || name === 'column' || name === 'sourceURL'))
+            || (isRefusal && (name === 'success' || name === 'code' || name === 'msg'))
+            || (name === 'errors' && hasErrors) || (name === 'cause' && cause && 'value' in cause));
+        if (frames === '' && !isRefusal && level > 0)
+            text = '[' + text + ']';
+        if (parts.length > 0)
+            text = layOut(context, level, parts, text, '{', '}', undefined);
+        for (let i = 0; hasErrors && i < maximumItems; ++i) {
+            const found = getOwnPropertyDescriptor(inner, i);
+            if (!found)
+                break;
+            text = text + '\n    ' + indented(inspectValue(context, found.value, level), 4);
+        }
+        if (cause && 'value' in cause)
+            text = text + '\nCaused by: ' + inspectValue(context, cause.value, level);
+        context.indent = outer;
+        return indented(text, outer);
+    };
+    const indented = (text, count) => {
+        if (count === 0 || indexOf(text, '\n', 0) < 0)
+            return text;
+        let made = '';
+        let isFirst = true;
+        eachLine(text, (line) => {
+            made = isFirst ? line : made + '\n' + (line === '' ? '' : repeat(' ', count)) + line;
+            isFirst = false;
+        });
+        return made;
+    };
+
+    // The line of source that a frame names, with a caret below it; '' where it is not known. Of a long line what lies around
+    // the place.
+    const maximumExcerpt = 120;
+    const excerpt = (context, frame) => {
+        if (!frame || !frame.text)
+            return '';
+        const from = frame.column > maximumExcerpt - 20 ? frame.column - 60 : 0;
+        const line = slice(frame.text, from, from + maximumExcerpt);
+        let space = '';
+        for (let i = 0; i < frame.column - 1 - from; ++i)
+            space = space + (line[i] === '\t' ? '\t' : ' ');
+        return placeText(frame) + '\n' + line + '\n' + space + paint(context, '^', 'error') + '\n\n';
+    };
+
+    // [text, stack, code or undefined, report] of a thrown value: the report is what is printed, and `where` what has thrown
+    // it, such as "in a timer"; '' for the script itself.
+    const describeError = (error, where) => {
+        let text = '';
+        let stack = '';
+        let report = '';
+        let code;
+        try {
+            if (isObject(error)) {
+                const number = peek(error, 'code');
+                if (isInteger(number))
+                    code = number;
+            }
+            const context = makeContext(colors.errors, usualDepth);
+            context.isReport = true;
+            let source = '';
+            if (isErrorObject(error)) {
+                const frames = errorFrames(error);
+                text = errorTitle(error);
+                stack = framesText(frames);
+                source = excerpt(context, frames[0]);
+            } else {
+                text = typeof error === 'string' ? error : inspect(error, false, usualDepth);
+            }
+            report = source + paint(context, 'Uncaught' + (where === '' ? '' : ' (' + where + ')'), 'error') + ' ' + inspectValue(context, error, 0);
+        } catch {
+            text = text || 'an error that can not be shown';
+            report = report || 'Uncaught ' + text;
+        }
+        return [text, stack, code, report];
+    };
+    const reportError = (error, where) => {
+        const facts = describeError(error, where);
+        native.uncaught(facts[0], facts[1], facts[2], facts[3]);
+    };
+    // Calls a function of the page whose errors nobody else gets.
+    const callReporting = (callee, self, values, where) => {
+        try {
+            apply(callee, self, values);
+        } catch (error) {
+            reportError(error, where);
+        }
+    };

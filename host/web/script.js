@@ -1,0 +1,220 @@
+    // --- Scripts that the suite runs -----------------------------------------------------------------------------
+
+    const soon = queueMicrotask;
+    const indirectEval = eval;
+    const encodeName = encodeURI;
+    const getterOf = (type, name) => uncurry(getOwnPropertyDescriptor(type.prototype, name).get);
+    const reasonOf = getterOf(PromiseRejectionEvent, 'reason');
+    const errorOf = getterOf(ErrorEvent, 'error');
+    const fileOf = getterOf(ErrorEvent, 'filename');
+    const messageOfEvent = getterOf(ErrorEvent, 'message');
+    const lineNumberOf = getterOf(ErrorEvent, 'lineno');
+    const columnNumberOf = getterOf(ErrorEvent, 'colno');
+    const preventDefault = uncurry(Event.prototype.preventDefault);
+    const stopImmediatePropagation = uncurry(Event.prototype.stopImmediatePropagation);
+    // "    at name (file:line:column)", "    at file:line:column"
+    const readFrame = (line) => {
+        if (isOwnFrame(line))
+            return undefined;
+        const open = indexOf(line, ' (', 7);
+        const frame = readPlace(open < 0 ? slice(line, 7) : slice(line, open + 2, -1));
+        if (frame && open > 0)
+            frame.name = slice(line, 7, open) === 'eval' ? '' : slice(line, 7, open);
+        return frame;
+    };
+    const columnOf = (text, column) => column;
+    const write = (text, isError) => printLine(text, isError);
+    const clock = performance;
+    const clockNow = performance.now;
+    const now = () => apply(clockNow, clock, []);
+    // Replaced by itself without its quotes, which no text of the page can hold: half of a surrogate pair and a random number.
+    const jsonOf = (value) => {
+        const mark = '\ud800' + random();
+        const text = stringify(value, (key, item) => (typeof item === 'bigint' ? mark + item : item));
+        if (typeof text !== 'string')
+            return text;
+        const quoted = slice(stringify(mark), 0, -1);
+        let plain = '';
+        let from = 0;
+        for (let at = indexOf(text, quoted, 0); at >= 0; at = indexOf(text, quoted, from)) {
+            const end = indexOf(text, '"', at + quoted.length);
+            plain = plain + slice(text, from, at) + slice(text, at + quoted.length, end);
+            from = end + 1;
+        }
+        return plain + slice(text, from);
+    };
+@SCRIPT_PAGE@
+    const compose = (what, ...parts) => {
+        let part = what;
+        for (let i = 0; i < parts.length; ++i)
+            part += written(parts[i]);
+        return part;
+    };
+    const report = (part) => transact('E' + frame + ';' + timersPart() + part);
+@SCRIPT_TIMERS@
+    // exit() is reported when the script has returned to the event loop: nothing is heard after it.
+    let ending = '';
+    const reportEnd = (part) => {
+        if (ending === '')
+            soon(() => report(ending));
+        ending += part;
+    };
+    const outcome = Symbol('outcome');
+    // Lines of the console go together: the first at once, those that come soon after it with the next request, at the latest
+    // when the script has returned to the event loop.
+    const soonAfter = 20; // milliseconds
+    let printed = '';
+    let printedAt = -soonAfter;
+    let willPrint = false;
+    const maximumPrinted = 1 << 20;
+    const sendPrinted = () => {
+        const part = printed;
+        printed = '';
+        printedAt = now();
+        if (part !== '')
+            report(part);
+    };
+    const printLine = (text, isError) => {
+        printed += compose('p', isError ? '1' : '', text);
+        if (printed.length > maximumPrinted || now() - printedAt >= soonAfter) {
+            sendPrinted();
+        } else if (!willPrint) {
+            willPrint = true;
+            soon(() => {
+                willPrint = false;
+                sendPrinted();
+            });
+        }
+    };
+    // Behind the events of promises that nobody has handled, which come when the script has returned to the event loop.
+    native.finish = (ticket, ok, text, json, stack, code, facts) => {
+        const part = compose('f', '' + ticket, ok ? '1' : '', text, json, stack, code === undefined ? '' : '' + code, facts);
+        rejectPromise({ __proto__: null, [outcome]: part });
+        later(() => report(part), 1000); // a script can remove all listeners of the document
+    };
+    native.uncaught = (text, stack, code, facts) => {
+        report(compose('u', text, stack, code === undefined ? '' : '' + code, facts));
+    };
+
+    // Runs a script as one of the document's own, whose errors the document may see, and returns what it gives to
+    // __novaTake().
+    const runInDocument = (source) => {
+        let taken;
+        define(world, '__novaTake', (value) => { taken = value; }, false);
+        const element = document.createElement('script');
+        element.textContent = source;
+        (document.head ?? document.documentElement).appendChild(element).remove();
+        delete world.__novaTake;
+        return taken;
+    };
+@SYNTAX_PLACES@
+    let rejectPromise; // one of the document's own functions, whose promises it hears of
+    // The kinds: b, the body of a function; e, an expression; k, one whose result is kept as a global.
+    const runSource = (ticket, kind, fileName, source, typed) => {
+        const known = encodeName(fileName);
+        const end = '\n//# sourceURL=' + known;
+        // All on the first line of the source, so that line numbers stay right.
+        let compiled;
+        const wrap = (before, after) => {
+            compiled = before + source + after;
+            noteSource(known, fileName, source, before.length);
+            return compiled;
+        };
+        let value;
+        try {
+            if (kind !== 'b') {
+                compiled = source;
+                const shift = indexOf(source, typed, 0);
+                noteSource(known, fileName, shift < 0 ? '' : typed, max(shift, 0));
+                value = runInDocument('__novaTake((source) => (0, eval)(source))')(source + end);
+            } else {
+                // Checked as a method as well: source that closes one of the two wrappers, "}); ... (function () {", is a
+                // syntax error in the other.
+                indirectEval(wrap('({ async run() {', '\n}})'));
+                indirectEval(wrap('(async function () {', '\n})'));
+                value = runInDocument(wrap('__novaTake(async function () {', '\n})') + end);
+            }
+        } catch (error) {
+            if (kind === 'k')
+                keep('_error', error);
+            failWithPlace(ticket, error, compiled, known);
+            return;
+        }
+        (kind === 'b' ? run : kind === 'e' ? settle : settleKept)(ticket, value);
+    };
+    const performRun = (reader) => {
+        const ticket = nextCount(reader);
+        const kind = reader.text[reader.at++];
+        const fileName = nextText(reader);
+        const source = nextText(reader);
+        const typed = nextText(reader);
+        const start = () => {
+            rejectPromise ??= runInDocument('{ const P = Promise; __novaTake((reason) => { new P((resolve, reject) => reject(reason)); }); }');
+            if (kind === 'm') {
+                noteSource(fileName, typed, source, 0);
+                settle(ticket, runInDocument('__novaTake((address) => import(address))')(fileName));
+            } else {
+                runSource(ticket, kind, fileName, source, typed);
+            }
+        };
+        // It may come before the document has an element to put the script into.
+        if (document.readyState === 'loading')
+            listen(document, 'DOMContentLoaded', start);
+        else
+            start();
+    };
+    script.setUp = (reader) => {
+        script.beforeRequest = () => {
+            if (printed !== '')
+                sendPrinted();
+        };
+        script.perform = (kind, message) => (kind === 'q' ? reportSettled(nextCount(message)) : performRun(message));
+        script.describeThrown = (error) => describeError(error, '')[0];
+        script.reportError = reportError;
+        const argv = [];
+        for (let count = nextCount(reader); count > 0; --count)
+            argv[argv.length] = nextText(reader);
+        colors.output = reader.text[reader.at++] === 't';
+        colors.errors = reader.text[reader.at++] === 't';
+        installConsole(console);
+        define(world, 'queueMicrotask', function queueMicrotask(callback) {
+            soon(typeof callback === 'function' ? () => callReporting(callback, undefined, [], 'in a microtask') : callback);
+        }, true);
+        define(world, 'exit', function exit(code = 0) {
+            if (!isInteger(code) || code < 0 || code > 255)
+                throw makeTypeError('exit: the code must be an integer from 0 to 255');
+            reportEnd(compose('x', '' + code));
+        }, false);
+        const play = function play(steps) {
+            if (typeof steps !== 'string')
+                throw makeTypeError('process.play: a text is expected');
+            const reader = report(compose('s', steps));
+            if (reader && reader.text[reader.at++] === 't')
+                throw errorFromObject(readValue(reader));
+        };
+        scriptProcess = { argv, play };
+        define(world, 'process', scriptProcess, false);
+        countTimers();
+        addEventListener('error', (event) => {
+            preventDefault(event);
+            const error = errorOf(event);
+            if (!placing || fileOf(event) !== placing.address)
+                // The browser hides what the suite's own script has thrown.
+                return reportError(error ?? lastMade ?? messageOfEvent(event), '');
+            if (error === 0)
+                return;
+            placing.line = lineNumberOf(event);
+            placing.column = columnNumberOf(event) - (placing.line === 1 ? guard.length : 0);
+        });
+        addEventListener('unhandledrejection', (event) => {
+            preventDefault(event);
+            const reason = reasonOf(event);
+            const part = isObject(reason) ? getOwnPropertyDescriptor(reason, outcome)?.value : undefined;
+            if (part === undefined) {
+                reportError(reason, 'in promise');
+            } else {
+                stopImmediatePropagation(event);
+                report(part);
+            }
+        });
+    };

@@ -39,6 +39,12 @@ QByteArray descriptorPath(const Descriptor& file);
 /// Opens a regular file for reading, without blocking; null when there is none. `flags`: further flags of
 /// open(), such as O_NOFOLLOW. `folder`: a folder's descriptor, or AT_FDCWD.
 Descriptor openRegular(int folder, const QByteArray& path, int flags, struct stat& opened);
+constexpr qint64 NsPerSecond = 1'000'000'000;
+/// Of a time stamp, since 1970.
+inline qint64 nanoseconds(const timespec& time)
+{
+    return time.tv_sec * NsPerSecond + time.tv_nsec;
+}
 /// Whether it is the same file with the same content, as far as time stamps show. st_ctim is compared since any
 /// program can set st_mtim back.
 bool isUnchanged(const struct stat& before, const struct stat& now);

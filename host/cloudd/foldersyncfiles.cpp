@@ -13,17 +13,6 @@
 
 namespace cloudd {
 
-namespace {
-
-constexpr qint64 NsPerSecond = 1'000'000'000;
-
-qint64 nanoseconds(const timespec& time)
-{
-    return time.tv_sec * NsPerSecond + time.tv_nsec;
-}
-
-} // namespace
-
 Job::Step FolderSync::work()
 {
     switch (m_work) {

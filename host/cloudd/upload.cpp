@@ -8,17 +8,6 @@
 
 namespace cloudd {
 
-namespace {
-
-constexpr qint64 NsPerSecond = 1'000'000'000;
-
-qint64 nanoseconds(const timespec& time)
-{
-    return time.tv_sec * NsPerSecond + time.tv_nsec;
-}
-
-} // namespace
-
 Upload::Upload(Contents& contents, const QByteArray& source, IsPermitted isPermitted, bool followLinks)
     : m_contents(contents)
     , m_source(source)

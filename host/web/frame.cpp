@@ -9,8 +9,6 @@ namespace engine::web {
 
 namespace {
 
-constexpr int OperationFailed = 3;
-
 QString hex(KResult code)
 {
     return QStringLiteral("0x%1").arg(code, 8, 16, QLatin1Char('0'));
@@ -121,9 +119,7 @@ bool Frame::hasDialog() const
 
 bool Frame::isBusy() const
 {
-    return m_script.timers || hasDialog()
-        || std::any_of(
-            m_promises.begin(), m_promises.end(), [](const auto& one) { return !one.second.isSettled; });
+    return m_script.timers || hasDialog() || m_promises.anyPending();
 }
 
 PendingList Frame::pending() const
@@ -135,10 +131,7 @@ PendingList Frame::pending() const
     }
     if (m_script.timers)
         list.push_back({ Pending::Kind::Timer, {}, {}, {}, m_script.timers });
-    for (const auto& [id, promise] : m_promises) {
-        if (!promise.isSettled)
-            list.push_back({ Pending::Kind::Promise, promise.member, {}, promise.since });
-    }
+    m_promises.addPending(list);
     for (const FrameFunction* function : m_functions)
         list.push_back(function->pending());
     return list;
@@ -152,7 +145,6 @@ void Frame::queue(const QString& message)
     wake();
 }
 
-// For what need not come soon, and must not come before the answer of a call under way: it may still name what goes.
 void Frame::queueLater(const QString& message)
 {
     if (m_isOpen)
@@ -414,47 +406,7 @@ void Frame::removeFunction(FrameFunction& function)
 
 bool Frame::createPromise(std::int64_t promise)
 {
-    const PromiseState state { false, false, callingMember(), Pending::Clock::now() };
-    return m_isOpen && m_promises.try_emplace(promise, state).second;
-}
-
-void Frame::settlePromise(std::int64_t promise, JSPromiseState state, const KJSVariant& value)
-{
-    const auto found = m_promises.find(promise);
-    if (found == m_promises.end() || std::exchange(found->second.isSettled, true))
-        return;
-    if (found->second.isReleased)
-        m_promises.erase(found);
-    const bool resolves = state == JSPromiseState::Resolved;
-    const auto begin = [promise](WireWriter& message, bool isResolved) {
-        message.unit('s');
-        message.count(static_cast<std::uint64_t>(promise));
-        message.unit(isResolved ? 'r' : 'e');
-    };
-    WireWriter message;
-    begin(message, resolves);
-    ToWire toWire(*this, QStringLiteral("NovaExtension"));
-    if (!toWire.write(message, value.raw())) {
-        message.take();
-        begin(message, false);
-        ToWire(*this, QString())
-            .write(message, vexlite::makeFailure(OperationFailed, toWire.problem()).raw());
-    }
-    queue(message.take());
-}
-
-void Frame::releasePromise(std::int64_t promise)
-{
-    const auto found = m_promises.find(promise);
-    if (found == m_promises.end())
-        return;
-    found->second.isReleased = true;
-    if (found->second.isSettled)
-        m_promises.erase(found);
-    WireWriter message;
-    message.unit('p');
-    message.count(static_cast<std::uint64_t>(promise));
-    queueLater(message.take());
+    return m_isOpen && m_promises.create(promise, callingMember());
 }
 
 } // namespace engine::web

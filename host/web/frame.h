@@ -4,10 +4,14 @@
 #include "host/web/framefunction.h"
 #include "host/web/framescript.h"
 #include "host/web/handles.h"
+#include "host/web/promises.h"
 
 #include <unordered_set>
 
 namespace engine::web {
+
+/// The code of failures that are no member's.
+constexpr int OperationFailed = 3;
 
 /// A member that is called later, since it shows a dialog.
 struct WaitingCall {
@@ -74,29 +78,28 @@ public:
 
     // For what is read from the document and written for it.
     Handles& handles() { return m_handles; }
-    bool hasPromise(std::int64_t promise) const { return m_promises.count(promise); }
+    bool hasPromise(std::int64_t promise) const { return m_promises.has(promise); }
     void addFunction(FrameFunction& function);
     void removeFunction(FrameFunction& function);
     /// Whether more messages wait than a document may have.
     bool isFull() const { return static_cast<std::size_t>(m_messages.text.size()) > maximumQueuedUnits; }
     /// Hands a message over with the next reply.
     void queue(const QString& message);
+    /// The same for what need not come soon, and must not come before the answer of a call under way: it may still name what
+    /// goes.
+    void queueLater(const QString& message);
 
     // The page, for the core.
     bool createPromise(std::int64_t promise) override;
-    void settlePromise(std::int64_t promise, JSPromiseState state, const KJSVariant& value) override;
-    void releasePromise(std::int64_t promise) override;
+    void settlePromise(std::int64_t promise, JSPromiseState state, const KJSVariant& value) override
+    {
+        m_promises.settle(promise, state, value);
+    }
+    void releasePromise(std::int64_t promise) override { m_promises.release(promise); }
 
 private:
-    struct PromiseState {
-        bool isSettled = false;
-        bool isReleased = false;
-        QString member;
-        Pending::Clock::time_point since;
-    };
     /// Puts what is queued after `answer`.
     QString withMessages(QString answer);
-    void queueLater(const QString& message);
     void wake();
 
     QString bindRoot(WireReader& reader);
@@ -123,7 +126,7 @@ private:
     Handles m_handles;
     std::unordered_map<QString, std::int64_t> m_roots; ///< the numbers that objects of NovaExtension had last
     std::unordered_set<FrameFunction*> m_functions;
-    std::unordered_map<std::int64_t, PromiseState> m_promises;
+    Promises m_promises { *this };
     std::map<int, WaitingCall> m_waiting;
     int m_lastTicket = 0;
     QString m_calling; ///< the tag of a member, "NovaExtension.Network.fetch"

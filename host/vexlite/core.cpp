@@ -133,23 +133,9 @@ public:
     KResult call(IJSExtentionObject* object, const JSContextEnv& context, std::int32_t id, JSAccess access,
         JSApiArguments& arguments, KJSVariant& result, KJSVariant& exception) override
     {
-        const auto perform = [&](std::int64_t extra) {
-            KResult status = KR_REJECTED;
-            if (m_checker && access == JSAccess::Method
-                && isRefused(object, context, id, access, arguments, exception)) [[unlikely]]
-                return status;
-            if (access == JSAccess::Method)
-                status = object->InvokeMethod(context, id, arguments, result, extra, exception);
-            else if (access == JSAccess::PropertyGet)
-                status = object->InvokePropertyGet(context, id, extra, result, exception);
-            else
-                exception = makeFailure(operationFailed, QStringLiteral("The property can not be written."));
-            return status == KR_OK && exception.isEmpty() ? KR_OK : failed(status, exception);
-        };
-        if (m_trace.isTracing()) [[unlikely]]
-            return m_trace.trace(
-                m_trace.describe(object, context, id, access, arguments), result, exception, perform);
-        return perform(0);
+        if (m_isWatched) [[unlikely]]
+            return callWatched(object, context, id, access, arguments, result, exception);
+        return invoke(object, context, id, access, arguments, result, exception, 0);
     }
 
     void addLiveObjects(int change) override { m_liveObjects += change; }
@@ -161,9 +147,21 @@ public:
             m_liveFunctions };
     }
 
-    void addObserver(Observer* observer) override { m_trace.add(observer); }
-    void removeObserver(Observer* observer) override { m_trace.remove(observer); }
-    void setChecker(PageChecker* checker) override { m_checker = checker; }
+    void addObserver(Observer* observer) override
+    {
+        m_trace.add(observer);
+        noteWatched();
+    }
+    void removeObserver(Observer* observer) override
+    {
+        m_trace.remove(observer);
+        noteWatched();
+    }
+    void setChecker(PageChecker* checker) override
+    {
+        m_checker = checker;
+        noteWatched();
+    }
     PageChecker* checker() const override { return m_checker; }
     void reportStep(const QString& step) override { m_trace.reportStep(step); }
     void setDenyMask(std::uint32_t mask) override { m_trace.setDenyMask(mask); }
@@ -171,6 +169,39 @@ public:
 private:
     static constexpr std::int32_t operationFailed = 3;
     static constexpr std::int32_t wrongArgument = 1;
+
+    void noteWatched() { m_isWatched = m_checker || m_trace.isTracing(); }
+
+    static KResult invoke(IJSExtentionObject* object, const JSContextEnv& context, std::int32_t id,
+        JSAccess access, JSApiArguments& arguments, KJSVariant& result, KJSVariant& exception,
+        std::int64_t extra)
+    {
+        KResult status = KR_REJECTED;
+        if (access == JSAccess::Method)
+            status = object->InvokeMethod(context, id, arguments, result, extra, exception);
+        else if (access == JSAccess::PropertyGet)
+            status = object->InvokePropertyGet(context, id, extra, result, exception);
+        else
+            exception = makeFailure(operationFailed, QStringLiteral("The property can not be written."));
+        return status == KR_OK && exception.isEmpty() ? KR_OK : failed(status, exception);
+    }
+
+    // Apart from call(), which is to cost no more than the member.
+    [[gnu::noinline]] KResult callWatched(IJSExtentionObject* object, const JSContextEnv& context,
+        std::int32_t id, JSAccess access, JSApiArguments& arguments, KJSVariant& result,
+        KJSVariant& exception)
+    {
+        const auto perform = [&](std::int64_t extra) -> KResult {
+            if (m_checker && access == JSAccess::Method
+                && isRefused(object, context, id, access, arguments, exception))
+                return KR_REJECTED;
+            return invoke(object, context, id, access, arguments, result, exception, extra);
+        };
+        if (!m_trace.isTracing())
+            return perform(0);
+        return m_trace.trace(
+            m_trace.describe(object, context, id, access, arguments), result, exception, perform);
+    }
 
     bool isRefused(IJSExtentionObject* object, const JSContextEnv& context, std::int32_t id, JSAccess access,
         const JSApiArguments& arguments, KJSVariant& exception) const
@@ -214,6 +245,7 @@ private:
     std::shared_ptr<Pages> m_pages;
     CallTrace m_trace;
     PageChecker* m_checker = nullptr;
+    bool m_isWatched = false; ///< by an observer or the checker
     class Registry m_registry;
     class TypeIds m_typeIds;
     Promises m_promises;

@@ -1,6 +1,7 @@
 #include "host/web/frame.h"
 
 #include "host/vexlite/scriptvalues.h"
+#include "host/vexlite/valuetext.h"
 #include "host/web/dialogmembers.h"
 #include "host/web/fromwire.h"
 #include "host/web/towire.h"
@@ -14,22 +15,29 @@ QString hex(KResult code)
     return QStringLiteral("0x%1").arg(code, 8, 16, QLatin1Char('0'));
 }
 
-/// Says which member is being called, while it lives.
+/// Says what is being called, while it lives.
 class Calling {
 public:
-    Calling(QString& place, const QString& tag)
-        : m_place(place)
-        , m_outer(std::exchange(place, tag))
+    Calling(Caller& current, const Caller& caller)
+        : m_current(current)
+        , m_outer(std::exchange(current, caller))
     {
     }
-    ~Calling() { m_place = m_outer; }
+    ~Calling() { m_current = m_outer; }
     Calling(const Calling&) = delete;
     Calling& operator=(const Calling&) = delete;
 
 private:
-    QString& m_place;
-    QString m_outer;
+    Caller& m_current;
+    Caller m_outer;
 };
+
+/// The line of script that a request comes from; empty where it does not say it.
+QString placeOf(WireReader& reader)
+{
+    constexpr int LongestPlace = 300;
+    return reader.atEnd() ? QString() : vexlite::withoutControls(reader.text().toString().left(LongestPlace));
+}
 
 QString closedReply()
 {
@@ -127,7 +135,8 @@ PendingList Frame::pending() const
     PendingList list;
     for (const auto& [ticket, call] : m_waiting) {
         if (!call.isDone)
-            list.push_back({ Pending::Kind::Script, call.tag.section(QLatin1Char('.'), 1), {}, call.since });
+            list.push_back(
+                { Pending::Kind::Script, call.caller.tag.section(QLatin1Char('.'), 1), {}, call.since });
     }
     if (m_script.timers)
         list.push_back({ Pending::Kind::Timer, {}, {}, {}, m_script.timers });
@@ -281,14 +290,15 @@ QString Frame::callMember(WireReader& reader)
     call.object = handle->object;
     call.member = id;
     call.arguments.resize(static_cast<std::size_t>(count));
-    call.tag = handle->nativeClass->tag + QLatin1Char('.') + name;
-    const Calling calling(m_calling, call.tag);
+    call.caller.tag = handle->nativeClass->tag + QLatin1Char('.') + name;
+    const Calling calling(m_calling, call.caller);
     FromWire fromWire(*this, reader);
     for (KJSVariant& argument : call.arguments) {
         if (!fromWire.read(argument))
             return failure(1, QStringLiteral("the arguments can not be read"));
     }
-    if (showsDialog(call.tag) && access == JSAccess::Method) {
+    m_calling.place = call.caller.place = placeOf(reader);
+    if (showsDialog(call.caller.tag) && access == JSAccess::Method) {
         if (m_waiting.size() >= maximumWaiting)
             return failure(OperationFailed, QStringLiteral("too many dialogs"));
         const int ticket = ++m_lastTicket;
@@ -302,7 +312,7 @@ QString Frame::callMember(WireReader& reader)
     JSApiArguments view { call.arguments.data(), call.arguments.size() };
     vexlite::Core::instance()->call(
         call.object.get(), m_context, id, access, view, call.result, call.exception);
-    return answerOf(call.result, call.exception, access == JSAccess::Method, call.tag);
+    return answerOf(call.result, call.exception, access == JSAccess::Method, call.caller.tag);
 }
 
 bool Frame::isWaiting(int ticket) const
@@ -322,7 +332,7 @@ void Frame::performWaiting(int ticket)
         m_waiting.erase(found);
         return;
     }
-    const Calling calling(m_calling, call.tag);
+    const Calling calling(m_calling, call.caller);
     JSApiArguments view { call.arguments.data(), call.arguments.size() };
     vexlite::Core::instance()->call(
         call.object.get(), m_context, call.member, JSAccess::Method, view, call.result, call.exception);
@@ -342,7 +352,7 @@ QString Frame::collectWaiting(WireReader& reader)
     }
     const WaitingCall call = std::move(found->second);
     m_waiting.erase(found);
-    return answerOf(call.result, call.exception, true, call.tag);
+    return answerOf(call.result, call.exception, true, call.caller.tag);
 }
 
 QString Frame::answerOf(
@@ -364,6 +374,7 @@ QString Frame::checkName(WireReader& reader)
 {
     const QString object = reader.text().toString();
     const QString name = reader.text().toString();
+    const Calling calling(m_calling, { {}, placeOf(reader) });
     vexlite::PageChecker* checker = vexlite::Core::instance()->checker();
     const QString refusal =
         checker && !reader.failed() ? checker->checkName(m_context, object, name) : QString();

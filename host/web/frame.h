@@ -13,6 +13,13 @@ namespace engine::web {
 /// The code of failures that are no member's.
 constexpr int OperationFailed = 3;
 
+/// What a document calls, and from where.
+struct Caller {
+    QString
+        tag; ///< of the object's class and member, "NovaExtension.Network.fetch", for what the call hands out
+    QString place; ///< the line of its script, "page.js:5:3"; empty where that is not known
+};
+
 /// A member that is called later, since it shows a dialog.
 struct WaitingCall {
     vexlite::Ref<IJSExtentionObject> object;
@@ -22,7 +29,7 @@ struct WaitingCall {
     bool isAbandoned = false; ///< the document does not wait any more
     KJSVariant result;
     KJSVariant exception;
-    QString tag; ///< of the object's class and member, for what the call hands out
+    Caller caller;
     Pending::Clock::time_point since = Pending::Clock::now();
 };
 
@@ -47,6 +54,7 @@ public:
 
     const QString& name() const { return m_name; }
     QString origin() const override { return m_origin; }
+    QString callingPlace() override { return m_calling.place; }
     bool isTop() const { return m_isTop; }
     bool isOpen() const { return m_isOpen; }
     const JSContextEnv& context() const { return m_context; }
@@ -65,7 +73,7 @@ public:
     /// Whether a call of the document's waits for a dialog.
     bool hasDialog() const;
     /// The member that the document is calling, "Network.fetch"; empty when it is none.
-    QString callingMember() const { return m_calling.section(QLatin1Char('.'), 1); }
+    QString callingMember() const { return m_calling.tag.section(QLatin1Char('.'), 1); }
 
     /// What the document gets first.
     QString greeting();
@@ -129,7 +137,7 @@ private:
     Promises m_promises { *this };
     std::map<int, WaitingCall> m_waiting;
     int m_lastTicket = 0;
-    QString m_calling; ///< the tag of a member, "NovaExtension.Network.fetch"
+    Caller m_calling; ///< empty when nothing is called
 
     bool m_isScript = false;
     FrameScript m_script;

@@ -148,7 +148,7 @@
             takeBack(writer);
             throw noteRefusal(makeError(false, wrongArgument, 'argument ' + (done + 1) + ': ' + problemOf(writer)), name);
         }
-        return result(transact(writer.out), name);
+        return result(transact(writer.out + placePart()), name);
     };
     const makeMethod = (classId, tag, member, name) => {
         const holder = {

@@ -35,6 +35,15 @@
     const wrongArgument = 1;
     let frame = ''; // the name that the suite has given to this document; empty: it has none any more
 
+    // "file:line:column" of the first line of a stack, "    at name (file:line:column)".
+    const linePlace = (stack) => {
+        const end = indexOf(stack, '\n', 0);
+        const line = end < 0 ? stack : slice(stack, 0, end);
+        const open = lastIndexOf(line, ' (');
+        return open < 0 ? slice(line, 7) : slice(line, open + 2, -1);
+    };
+    // The end of a request, where the suite gives hints.
+    const placePart = () => (isChecked ? written(script.callingPlace()) : '');
     const native = { __proto__: null };
     const consoleObject = console;
     const consoleError = console.error;
@@ -45,6 +54,7 @@
         beforeRequest: () => {},
         perform: undefined,
         describeThrown: (error) => (isErrorObject(error) ? errorTitle(error) : isObject(error) ? 'an object' : toText(error)),
+        callingPlace: () => linePlace(pageFrames(peekText(new ErrorType(), 'stack'))),
         reportError: (error, where) => apply(consoleError, consoleObject, ['Uncaught (' + where + ')', error]),
     };
 
@@ -151,7 +161,7 @@
     frame = nextWord(reader);
     const isScript = reader.text[reader.at++] === 's';
     isChecked = reader.text[reader.at++] === 'n';
-    native.unknownName = (owner, name) => result(transact('N' + frame + ';' + written(owner) + written(name)));
+    native.unknownName = (owner, name) => result(transact('N' + frame + ';' + written(owner) + written(name) + placePart()));
     makeRoot(reader);
     if (isScript)
         script.setUp(reader);

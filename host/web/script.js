@@ -170,6 +170,10 @@
         };
         script.perform = (kind, message) => (kind === 'q' ? reportSettled(nextCount(message)) : performRun(message));
         script.describeThrown = (error) => describeError(error, '')[0];
+        script.callingPlace = () => {
+            const frames = framesOf(peekText(new ErrorType(), 'stack'));
+            return frames.length > 0 ? placeText(frames[0]) : '';
+        };
         script.reportError = reportError;
         const argv = [];
         for (let count = nextCount(reader); count > 0; --count)

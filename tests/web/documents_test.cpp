@@ -105,12 +105,13 @@ TEST_F(WebTest, WakesDocumentsInFrames)
         parent.begin(); </script>)js"));
     openPage(QStringLiteral(R"js(<script>
         const p = NovaExtension.Probe;
-        p.listen((x) => console.log('page ' + x));
+        p.listen((x) => { console.log('page ' + x); if (x === 3) throw new RangeError('three'); });
         var begin = () => setTimeout(() => { for (const x of [1, 2, 3]) setTimeout(() => p.dispatch(x), 20 * x); }, 20);
         </script><iframe src="frame.html"></iframe>)js"));
-    ASSERT_TRUE(waitForLines(7)) << log().toStdString();
+    ASSERT_TRUE(waitForLines(8)) << log().toStdString();
     const auto of = [this](const QString& who) { return lines.filter(who).join(QLatin1Char('|')); };
     EXPECT_EQ(of(QStringLiteral("page")).toStdString(), "page 1|page 2|page 3");
+    EXPECT_EQ(of(QStringLiteral("Uncaught")).toStdString(), "Uncaught (in a listener of e) RangeError: three");
     EXPECT_EQ(of(QStringLiteral("frame")).toStdString(), "frame 1|frame 2|frame 3");
     EXPECT_EQ(of(QStringLiteral("settled")).toStdString(), "settled empty handle.");
 }

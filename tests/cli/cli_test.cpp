@@ -107,6 +107,8 @@ HelpByItsCommand: help policy explain -> 0 ^Say whether
 CompletedMember: --complete-words members Log.logI -> 0 ^Log\.logInfo\n$
 CompletedServices: --complete-words run --without=skin,lo -> 0 ^--without=skin,logger\n$
 CompletedFile: --complete-words run --deny 1 exam -> 0 ^:files\n$
+CompletedOptionalFile: --complete-words --trace = t -> 0 ^:files\n$
+CompletedOptionOfTheScript: --complete-words run page.js --br -> 0 ^:files\n$
 NoSuchScript: run no.js -> 2 || ^novahost: .*no\.js
 NoSuchProfile: --profile no.json eval 1 -> 2 || ^novahost: --profile.*no\.json
 NoSuchObject: members Nothing -> 2 || ^novahost: .*"Nothing"; .novahost members. lists all

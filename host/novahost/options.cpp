@@ -94,10 +94,9 @@ std::string checkFile(const std::string& given)
     if (file.exists()) // a pipe, too
         return {};
     const QString folder = given.find('/') == std::string::npos ? QString() : file.path() + QLatin1Char('/');
-    const QString advice =
-        advise(file.dir().entryList(QDir::Files), file.fileName(), "%1", "").prepend(folder);
+    const QString meant = nearestFile(file.dir().entryList(QDir::Files), file.fileName());
     return "there is no file \"" + given + '"'
-        + (advice == folder ? std::string() : "; did you mean " + advice.toStdString() + '?');
+        + (meant.isEmpty() ? std::string() : "; did you mean " + (folder + meant).toStdString() + '?');
 }
 
 /// Returns the error, or an empty string.

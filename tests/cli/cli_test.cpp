@@ -100,7 +100,7 @@ INSTANTIATE_TEST_SUITE_P(Usage, CommandLine, testing::ValuesIn(rows(R"js(
 NoCommand: -> 2 || ^novahost: a command is missing: run, eval,.*\nhint: `novahost --help`.*\n$
 MisspeltCommand: rnu -> 2 || ^novahost: there is no command rnu; did you mean run\?
 MisspeltOption: run --trce no.js -> 2 || ^novahost: there is no option --trce; did you mean --trace\?
-MisspeltFile: run script.jss -> 2 || ^novahost: FILE: there is no file "script\.jss"
+MisspeltFile: run SCRIPTs -> 2 || ^novahost: FILE: there is no file ".*script\.jss"; did you mean /.*/script\.js\?
 OptionOfAnother: --play logout members -> 2 || ^novahost: --play is for run, eval, repl, open
 HelpOfACommand: policy explain --help -> 0 ^Say whether(?![\s\S]*--play)[\s\S]*--profile FILE[\s\S]*Examples:[\s\S]*Exit codes:
 HelpByItsCommand: help policy explain -> 0 ^Say whether

@@ -101,6 +101,8 @@ NoCommand: -> 2 || ^novahost: a command is missing: run, eval,.*\nhint: `novahos
 MisspeltCommand: rnu -> 2 || ^novahost: there is no command rnu; did you mean run\?
 MisspeltOption: run --trce no.js -> 2 || ^novahost: there is no option --trce; did you mean --trace\?
 MisspeltFile: run SCRIPTs -> 2 || ^novahost: FILE: there is no file ".*script\.jss"; did you mean /.*/script\.js\?
+TraceFileIsNoCommand: --trace t.json run SCRIPT -> 2 || ^novahost: the file of --trace goes behind an equals sign: --trace=t\.json\n
+TraceFileIsNoScript: run --trace PROFILE SCRIPT -> 2 || ^novahost: the file of --trace goes behind
 OptionOfAnother: --play logout members -> 2 || ^novahost: --play is for run, eval, repl, open
 HelpOfACommand: policy explain --help -> 0 ^Say whether(?![\s\S]*--play)[\s\S]*--profile FILE[\s\S]*Examples:[\s\S]*Exit codes:
 HelpByItsCommand: help policy explain -> 0 ^Say whether

@@ -46,7 +46,7 @@ QString paint(Color color, const QString& text)
         : vexlite::withoutControls(text);
 }
 
-/// In the color of what surrounds it. Whatever pages have made goes through one of the two.
+/// In the colour of what surrounds it. Whatever pages have made goes through one of the two.
 QString plain(const QString& text)
 {
     return vexlite::withoutControls(text);

@@ -127,15 +127,8 @@ void PageState::startTicks()
 
 void PageState::runMicrotasks()
 {
-    const auto run = [this] {
-        return JSObjectCallAsFunction(m_ctx, m_runMicrotasks, nullptr, 0, nullptr, nullptr) != nullptr;
-    };
-    if (!m_runMicrotasks || run() || !m_isInterrupted)
-        return;
-    // One of them was ended, and the others may be as endless.
-    JSContextGroupSetExecutionTimeLimit(m_group, 0.001, onTick, this);
-    while (!run()) { }
-    startTicks();
+    if (m_runMicrotasks)
+        JSObjectCallAsFunction(m_ctx, m_runMicrotasks, nullptr, 0, nullptr, nullptr);
 }
 
 QString PageState::callingMember() const

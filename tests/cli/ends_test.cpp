@@ -71,7 +71,6 @@ const EndCase Cases[] = {
         128 + SIGINT, "^$", "^novahost: waiting for [^\n]*; Ctrl-C again ends\n$" },
     { "LoopTerminated", "run SCRIPT", "console.log('ready'); setTimeout(() => { for (;;); }, 0);",
         { SIGTERM }, 128 + SIGTERM, "^$", "" },
-    // The second loop stays when the first has been ended.
     { "TimeLimitOfAwaits", "--time-limit 0.3 run SCRIPT",
         "(async () => { for (;;) await null; })(); for (;;) await null;", {}, 1, "^$",
         "^novahost: script has run for 0\\.3 s [^\n]*\\(--time-limit\\)\n$" },

@@ -30,6 +30,8 @@ void JSContextGroupClearExecutionTimeLimit(JSContextGroupRef group);
 /// Microtasks run when the outermost lock is released, and not before.
 void JSLock(JSContextRef ctx);
 void JSUnlock(JSContextRef ctx);
+/// Runs the microtasks, as releasing the lock does. A member function of the group; null in a library that does not export it.
+[[gnu::weak]] void JSRunMicrotasks(JSContextGroupRef group) __asm__("_ZN3JSC2VM15drainMicrotasksEv");
 }
 
 namespace engine::jsc {

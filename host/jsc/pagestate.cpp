@@ -23,6 +23,15 @@ JSValueRef rejectionUnhandled(
     return JSValueMakeUndefined(ctx);
 }
 
+/// As a call of its own, whose ticks go on from one microtask to the next; they begin anew with each otherwise.
+JSValueRef callMicrotasks(
+    JSContextRef ctx, JSObjectRef, JSObjectRef, std::size_t, const JSValueRef[], JSValueRef*)
+{
+    const Lock lock(ctx);
+    JSRunMicrotasks(JSContextGetGroup(ctx));
+    return JSValueMakeUndefined(ctx);
+}
+
 } // namespace
 
 PageState::PageState(std::shared_ptr<Engine> engine, PageHost host)
@@ -66,6 +75,10 @@ void PageState::open(const PageOptions& options)
     m_timeLimitMs = options.timeLimitMs;
     if (m_host.interrupted || m_timeLimitMs)
         startTicks();
+    if ((m_host.interrupted || m_timeLimitMs) && JSRunMicrotasks) {
+        m_runMicrotasks = JSObjectMakeFunctionWithCallback(m_ctx, Text(""), callMicrotasks);
+        JSValueProtect(m_ctx, m_runMicrotasks);
+    }
     m_env = m_core->openPage(this, options.browser);
     m_engine->addPage(m_ctx, this);
     const Entry entry(*this);
@@ -110,6 +123,12 @@ bool PageState::onTick(JSContextRef, void* page)
 void PageState::startTicks()
 {
     JSContextGroupSetExecutionTimeLimit(m_group, TickMs / 1000.0, onTick, this);
+}
+
+void PageState::runMicrotasks()
+{
+    if (m_runMicrotasks)
+        JSObjectCallAsFunction(m_ctx, m_runMicrotasks, nullptr, 0, nullptr, nullptr);
 }
 
 QString PageState::callingMember() const
@@ -179,6 +198,8 @@ void PageState::tearDown()
     m_shapes.clear(ctx);
     m_keyNames.clear(ctx);
     m_engine->removePage(ctx, this);
+    if (m_runMicrotasks)
+        JSValueUnprotect(ctx, m_runMicrotasks);
     if (m_prelude.keys)
         m_prelude.unload();
     m_ctx = nullptr;
@@ -306,6 +327,8 @@ Entry::~Entry()
     const bool isLast = page.m_depth == 1;
     if (isLast && page.m_closing)
         page.mute();
+    if (isLast)
+        page.runMicrotasks();
     JSUnlock(page.ctx());
     page.engine().leave();
     if (--page.m_depth)

@@ -90,6 +90,7 @@ private:
     static void onCollected(JSContextGroupRef group, void* page);
     static bool onTick(JSContextRef ctx, void* page);
     void startTicks();
+    void runMicrotasks();
     void leaveOutermost();
     void tearDown();
 
@@ -100,6 +101,7 @@ private:
     JSGlobalContextRef m_ctx;
     JSContextEnv m_env {};
     QString m_inputName;
+    JSObjectRef m_runMicrotasks = nullptr;
     Prelude m_prelude;
     Shapes m_shapes;
     KeyNames m_keyNames;

@@ -19,9 +19,9 @@ QString described(const std::string& name, const std::string& text)
 }
 
 /// What the value of an option or an argument may be, by the word that the help has for it.
-QStringList valuesOf(const std::string& form, const CLI::App& app, const QString& typed)
+QStringList valuesOf(const std::string& form, const QString& typed)
 {
-    if (form.rfind("FILE", 0) == 0 || form == "PAGE")
+    if (form.rfind("FILE", 0) == 0 || form == "[=FILE]" || form == "PAGE")
         return { QStringLiteral(":files") };
     if (form == "DIR")
         return { QStringLiteral(":directories") };
@@ -31,8 +31,6 @@ QStringList valuesOf(const std::string& form, const CLI::App& app, const QString
         return Description::builtIn().names().filter(QStringLiteral("."));
     if (form == "ORIGIN")
         return { QStringLiteral("nova://app"), QStringLiteral("null") };
-    if (form == "COMMAND")
-        return commandNames(rootOf(app));
     if (form == "SHELL")
         return { QStringLiteral("bash"), QStringLiteral("zsh"), QStringLiteral("fish") };
     if (form != "SERVICE,...")
@@ -58,29 +56,41 @@ QStringList describedOptions(const CLI::App& command)
 /// Where in the command line the last word is.
 struct Position {
     const CLI::App* command;
+    const CLI::App* helped = command;    ///< the command that "help" is given; null: there is none
+    const CLI::Option* named = nullptr;  ///< by the word in front of it
     const CLI::Option* option = nullptr; ///< whose value it is
     std::size_t arguments = 0;           ///< of the command, in front of it
+    bool isOfScript = false;             ///< one of the script's own arguments
 
     void take(const QString& word)
     {
+        const CLI::Option* before = std::exchange(named, nullptr);
         // Some shells make a word of it.
-        if (word == QLatin1String("=") || std::exchange(option, nullptr))
+        if (word == QLatin1String("=")) {
+            option = before;
             return;
-        const std::string name = word.toStdString();
-        if (name.rfind('-', 0) == 0)
-            option = optionNamed(name);
-        else if (const CLI::App* within = commandNamed(*command, word); within && arguments == 0)
+        }
+        if (std::exchange(option, nullptr))
+            return;
+        if (isOption(word)) {
+            named = optionNamed(word);
+            option = named && named->get_items_expected_max() > 0 ? named : nullptr;
+        } else if (const CLI::App* within = commandNamed(*command, word); within && arguments == 0) {
             command = within;
-        else
+        } else {
             ++arguments;
+            isOfScript = command->get_name() == "run";
+            helped = helped ? commandNamed(*helped, word) : nullptr;
+        }
     }
-    /// Null for one that has no value.
-    const CLI::Option* optionNamed(const std::string& name) const
+    bool isOption(const QString& word) const
     {
-        const CLI::Option* found = command->get_option_no_throw(name);
-        if (!found)
-            found = rootOf(*command).get_option_no_throw(name);
-        return found && found->get_items_expected_max() > 0 ? found : nullptr;
+        return !isOfScript && word.startsWith(QLatin1Char('-')) && word != QLatin1String("-");
+    }
+    const CLI::Option* optionNamed(const QString& word) const
+    {
+        const CLI::Option* found = command->get_option_no_throw(word.toStdString());
+        return found ? found : rootOf(*command).get_option_no_throw(word.toStdString());
     }
 };
 
@@ -96,30 +106,31 @@ QString completionScript(const QString& shell)
 QStringList completeWords(const CLI::App& app, const QStringList& words)
 {
     Position position { &app };
-    for (const QString& word : words.mid(0, words.size() - 1)) {
-        const bool isValue = word == QLatin1String("=") && position.option;
-        if (!isValue)
-            position.take(word);
-    }
-    QString typed = words.isEmpty() || words.last() == QLatin1String("=") ? QString() : words.last();
+    for (const QString& word : words.mid(0, words.size() - 1))
+        position.take(word);
+    QString typed = words.isEmpty() ? QString() : words.last();
     QString prefix;
-    if (const int equals = typed.indexOf(QLatin1Char('='));
-        equals > 0 && typed.startsWith(QLatin1String("--"))) {
-        position.option = position.optionNamed(typed.left(equals).toStdString());
+    if (const int equals = typed.indexOf(QLatin1Char('=')); equals > 0 && position.isOption(typed)) {
+        position.option = position.optionNamed(typed.left(equals));
         prefix = typed.left(equals + 1);
         typed.remove(0, equals + 1);
+    } else if (equals == 0) {
+        position.take(typed);
+        typed.clear();
     }
     QStringList found;
     if (position.option) {
-        found = valuesOf(position.option->get_option_text(), *position.command, typed);
-    } else if (typed.startsWith(QLatin1Char('-'))) {
+        found = valuesOf(position.option->get_option_text(), typed);
+    } else if (typed.startsWith(QLatin1Char('-')) && !position.isOfScript) {
         found = describedOptions(*position.command);
+    } else if (position.command->get_name() == "help") {
+        found = position.helped ? commandNames(*position.helped) : QStringList();
     } else {
         const auto arguments =
             position.command->get_options([](const CLI::Option* option) { return option->get_positional(); });
         if (position.arguments < arguments.size())
-            found = valuesOf(arguments[position.arguments]->get_name(true), *position.command, typed);
-        else if (position.command->get_name() == "run")
+            found = valuesOf(arguments[position.arguments]->get_name(true), typed);
+        else if (position.isOfScript)
             found = QStringList(QStringLiteral(":files"));
         if (position.arguments == 0) {
             for (const CLI::App* command : position.command->get_subcommands({}))

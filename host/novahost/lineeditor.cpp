@@ -98,7 +98,7 @@ void LineEditor::bindKeys()
     });
     add(L"nova-newline", L"Begins another line", [](EditLine* at, int) -> unsigned char {
         of(at).m_lastCharacter = 0;
-        el_insertstr(at, "\n");
+        of(at).insert(QStringLiteral("\n"));
         return CC_REFRESH;
     });
     add(L"nova-end", L"Deletes a character, or ends", [](EditLine* at, int) -> unsigned char {
@@ -268,7 +268,29 @@ void LineEditor::insertPasted()
     pasted.replace(newline, QStringLiteral("\n"))
         .remove(end)
         .replace(QLatin1Char('\t'), QLatin1String("    "));
-    el_insertstr(m_line.get(), pasted.toUtf8().constData());
+    insert(pasted);
+}
+
+void LineEditor::insert(const QString& text)
+{
+    EditLine* line = m_line.get();
+    const int lastNewline = text.lastIndexOf(QLatin1Char('\n'));
+    const QByteArray last = text.mid(lastNewline + 1).toUtf8();
+    if (lastNewline < 0) {
+        el_insertstr(line, last.constData());
+        return;
+    }
+    print([&] {
+        const char* next = m_isText ? "" : NextPrompt;
+        const QString entered = beforeCursor() + text.left(lastNewline);
+        QString shown = entered;
+        shown.replace(QLatin1Char('\n'), QLatin1Char('\n') + QLatin1String(next));
+        show(m_prompt + shown.toUtf8() + '\n');
+        m_before += entered + QLatin1Char('\n');
+        m_prompt = next;
+        el_deletestr(line, beforeCursor().toUcs4().size());
+        el_insertstr(line, last.constData());
+    });
 }
 
 bool LineEditor::completeWord()

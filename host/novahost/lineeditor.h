@@ -59,6 +59,8 @@ private:
     void readKey();
     void takeLine(const QString& line);
     void insertPasted();
+    /// Inserts a text, all but whose last line is entered.
+    void insert(const QString& text);
     /// Returns whether the line has changed.
     bool completeWord();
     void list(const QStringList& names);

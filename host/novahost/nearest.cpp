@@ -1,5 +1,6 @@
 #include "host/novahost/nearest.h"
 
+#include <QFileInfo>
 #include <algorithm>
 #include <numeric>
 #include <vector>
@@ -28,12 +29,11 @@ int editDistance(const QString& from, const QString& to)
     return row.back();
 }
 
-} // namespace
-
-QString nearest(const QStringList& names, const QString& wanted)
+/// The one within `most` changes.
+QString nearestWithin(int most, const QStringList& names, const QString& wanted)
 {
     QString found;
-    int least = std::clamp(wanted.size() / 3 + 1, 2, 4);
+    int least = most + 1;
     const int dots = wanted.count(QLatin1Char('.'));
     for (const QString& name : names) {
         // As much of its end as was written.
@@ -46,6 +46,22 @@ QString nearest(const QStringList& names, const QString& wanted)
         }
     }
     return found;
+}
+
+} // namespace
+
+QString nearest(const QStringList& names, const QString& wanted)
+{
+    return nearestWithin(std::clamp(wanted.size() / 3, 1, 3), names, wanted);
+}
+
+QString nearestFile(const QStringList& names, const QString& wanted)
+{
+    for (const QString& name : names) {
+        if (QFileInfo(name).completeBaseName() == wanted)
+            return name;
+    }
+    return nearestWithin(std::min(QFileInfo(wanted).completeBaseName().size() / 3, 3), names, wanted);
 }
 
 QString advise(const QStringList& names, const QString& wanted, const char* form, const char* otherwise)

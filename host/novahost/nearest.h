@@ -8,6 +8,9 @@ namespace novahost {
 /// The one that is written most like `wanted`, or ends with it; empty when none is.
 QString nearest(const QStringList& names, const QString& wanted);
 
+/// The file that has one extension more, or is written much like it: files of one folder resemble each other.
+QString nearestFile(const QStringList& names, const QString& wanted);
+
 /// `form`, such as "did you mean %1?", with the nearest name; `otherwise` when there is none.
 QString advise(const QStringList& names, const QString& wanted, const char* form, const char* otherwise);
 

@@ -77,6 +77,26 @@ QString toQString(const std::string& given)
     return QString::fromLocal8Bit(given.c_str());
 }
 
+/// Returns the error where a word seems to be the file of an option that takes one only behind an equals sign, or an empty
+/// string.
+QString findLooseFile(const CLI::App& app, int ownArguments, int argc, char** argv)
+{
+    bool hasCommand = false;
+    for (int i = 1; i + 1 < ownArguments; ++i) {
+        const QString word = toQString(argv[i]), next = toQString(argv[i + 1]);
+        const CLI::Option* option =
+            word.startsWith(QLatin1String("--")) ? app.get_option_no_throw(argv[i]) : nullptr;
+        hasCommand = hasCommand || commandNamed(app, word);
+        // Behind the command it may be the script, the expression or the page.
+        const bool isFile = hasCommand
+            ? i + 2 < argc && next.endsWith(QLatin1String(".json"))
+            : !next.startsWith(QLatin1Char('-')) && next.contains(QLatin1Char('.'));
+        if (option && option->get_option_text() == "[=FILE]" && isFile)
+            return QStringLiteral("the file of %1 goes behind an equals sign: %1=%2").arg(word, next);
+    }
+    return {};
+}
+
 QStringList toQStringList(const std::vector<std::string>& given)
 {
     QStringList list;
@@ -94,10 +114,9 @@ std::string checkFile(const std::string& given)
     if (file.exists()) // a pipe, too
         return {};
     const QString folder = given.find('/') == std::string::npos ? QString() : file.path() + QLatin1Char('/');
-    const QString advice =
-        advise(file.dir().entryList(QDir::Files), file.fileName(), "%1", "").prepend(folder);
+    const QString meant = nearestFile(file.dir().entryList(QDir::Files), file.fileName());
     return "there is no file \"" + given + '"'
-        + (advice == folder ? std::string() : "; did you mean " + advice.toStdString() + '?');
+        + (meant.isEmpty() ? std::string() : "; did you mean " + (folder + meant).toStdString() + '?');
 }
 
 /// Returns the error, or an empty string.
@@ -332,6 +351,11 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
         return std::nullopt;
     }
     const int ownArguments = findScriptArguments(app, argc, argv);
+    QString error = findLooseFile(app, ownArguments, argc, argv);
+    if (!error.isEmpty()) {
+        exitCode = failUsage(app, error);
+        return std::nullopt;
+    }
     try {
         app.parse(ownArguments, argv);
     } catch (const CLI::ParseError& error) {
@@ -343,7 +367,6 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
         return std::nullopt;
     }
 
-    QString error;
     static const std::map<std::string, Command> commands { { "run", Command::Run }, { "eval", Command::Eval },
         { "repl", Command::Repl }, { "open", Command::Open }, { "members", Command::Members },
         { "policy", Command::Policy }, { "explain", Command::Policy } };

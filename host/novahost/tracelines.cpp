@@ -34,6 +34,29 @@ QString describeAnswer(const KJSVariant& result)
     return vexlite::summaryOf(result);
 }
 
+/// Of values at the prompt, too.
+enum Color { Name = 36, Dim = 90, Red = 31 };
+
+/// On a terminal that shows colours.
+QString paint(Color color, const QString& text)
+{
+    static const bool isColored = useColors(stderr);
+    return isColored
+        ? QStringLiteral("\033[%1m%2\033[39m").arg(int(color)).arg(vexlite::withoutControls(text))
+        : vexlite::withoutControls(text);
+}
+
+/// In the colour of what surrounds it. Whatever pages have made goes through one of the two.
+QString plain(const QString& text)
+{
+    return vexlite::withoutControls(text);
+}
+
+QString timeTaken(double milliseconds)
+{
+    return QLatin1String("  ") + paint(Dim, duration(milliseconds));
+}
+
 } // namespace
 
 QString TraceLines::pageOf(const JSContextEnv& context) const
@@ -45,7 +68,7 @@ void TraceLines::print(double at, int depth, const QString& text) const
 {
     const QString indent(2 * depth, QLatin1Char(' '));
     printLine(
-        QStringLiteral("%1 ms  %2").arg(at, 9, 'f', 1).arg(indent + vexlite::withoutControls(text)), true);
+        paint(Dim, QStringLiteral("%1 ms").arg(at, 9, 'f', 1)) + QLatin1String("  ") + indent + text, true);
 }
 
 void TraceLines::printOpen()
@@ -81,24 +104,24 @@ void TraceLines::pageOpened(const JSContextEnv& context, const QString& origin)
 {
     const int page = m_pages.add(context);
     if (page > 1)
-        print(m_pages.milliseconds(), 0, QStringLiteral("page %1: %2").arg(page).arg(origin));
+        print(m_pages.milliseconds(), 0, QStringLiteral("page %1: %2").arg(page).arg(plain(origin)));
 }
 
 void TraceLines::callBegan(const vexlite::CallFacts& call)
 {
     begin(call.context, call.start,
-        nameOf(call.object, call.instance) + QLatin1Char('.') + call.member
-            + (call.isProperty ? QString() : vexlite::summaryOf(call.arguments)));
+        paint(Name, nameOf(call.object, call.instance) + QLatin1Char('.') + call.member)
+            + (call.isProperty ? QString() : plain(vexlite::summaryOf(call.arguments))));
 }
 
 void TraceLines::callEnded(const vexlite::CallFacts& call, const vexlite::CallOutcome& outcome)
 {
-    const QString time = QLatin1String("  ") + duration(millisecondsBetween(call.start, outcome.end));
+    const QString time = timeTaken(millisecondsBetween(call.start, outcome.end));
     if (!outcome.exception.isEmpty())
-        return end(QLatin1String("failed: ") + describeFailure(outcome.exception) + time);
+        return end(paint(Red, QLatin1String("failed: ") + describeFailure(outcome.exception)) + time);
     if (const std::int64_t promise = vexlite::promiseHandle(outcome.result))
         m_promises.insert(promise, outcome.end);
-    end(QString::fromUtf8("→ ") + describeAnswer(outcome.result) + time);
+    end(QString::fromUtf8("→ ") + plain(describeAnswer(outcome.result)) + time);
 }
 
 void TraceLines::promiseSettled(const vexlite::SettledPromise& promise)
@@ -106,14 +129,15 @@ void TraceLines::promiseSettled(const vexlite::SettledPromise& promise)
     printOpen();
     const bool isResolved = promise.state == JSPromiseState::Resolved;
     const QString member = nameOf(promise.object, 0) + QLatin1Char('.') + promise.member;
-    QString text = pageOf(promise.context)
-        + QStringLiteral("promise %1%2 %3: ")
-              .arg(promise.id)
-              .arg(promise.object.isEmpty() ? QString() : QLatin1String(" of ") + member)
-              .arg(isResolved ? QStringLiteral("resolved") : QStringLiteral("rejected"))
-        + (isResolved ? vexlite::summaryOf(promise.value) : describeFailure(promise.value));
+    QString text = pageOf(promise.context) + QStringLiteral("promise %1 ").arg(promise.id)
+        + (promise.object.isEmpty() ? QString()
+                                    : QLatin1String("of ") + paint(Name, member) + QLatin1Char(' '))
+        + (isResolved ? QLatin1String("resolved: ") + plain(vexlite::summaryOf(promise.value))
+                      : paint(Red, QLatin1String("rejected: ") + describeFailure(promise.value)));
     if (const auto made = m_promises.find(promise.id); made != m_promises.end()) {
-        text += QLatin1String("  after ") + duration(std::max(0.0, millisecondsBetween(*made, promise.time)));
+        text += QLatin1String("  ")
+            + paint(Dim,
+                QLatin1String("after ") + duration(std::max(0.0, millisecondsBetween(*made, promise.time))));
         m_promises.erase(made);
     }
     print(m_pages.millisecondsAt(promise.time), static_cast<int>(m_open.size()), text);
@@ -123,7 +147,8 @@ void TraceLines::eventBegan(const vexlite::EventFacts& event)
 {
     begin(event.context, event.time,
         QStringLiteral("event %1 of %2%3")
-            .arg(event.event, nameOf(event.object, event.instance), vexlite::summaryOf(event.arguments)));
+            .arg(paint(Name, event.event), plain(nameOf(event.object, event.instance)),
+                plain(vexlite::summaryOf(event.arguments))));
     printOpen();
 }
 
@@ -138,7 +163,7 @@ void TraceLines::functionBegan(const vexlite::FunctionFacts& function)
     begin(function.context, function.start,
         QStringLiteral("function %1%2 called")
             .arg(function.function)
-            .arg(vexlite::summaryOf(function.arguments)));
+            .arg(plain(vexlite::summaryOf(function.arguments))));
     printOpen();
 }
 
@@ -151,7 +176,7 @@ void TraceLines::functionEnded(const vexlite::FunctionFacts&, vexlite::TraceTime
 void TraceLines::stepPlayed(const QString& step)
 {
     printOpen();
-    print(m_pages.milliseconds(), static_cast<int>(m_open.size()), QLatin1String("play ") + step);
+    print(m_pages.milliseconds(), static_cast<int>(m_open.size()), QLatin1String("play ") + plain(step));
 }
 
 } // namespace novahost

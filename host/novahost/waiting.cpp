@@ -1,6 +1,7 @@
 #include "host/novahost/waiting.h"
 
 #include "host/novahost/description.h"
+#include "host/vexlite/valuetext.h"
 
 #include <QHash>
 #include <algorithm>
@@ -65,7 +66,7 @@ QString nameOf(const Pending& one)
     case Pending::Kind::Function:
         return isOfMember ? QStringLiteral("function given to ") + one.member : QStringLiteral("function");
     case Pending::Kind::Listener:
-        return QStringLiteral("listener of ") + one.event;
+        return QStringLiteral("listener of ") + vexlite::withoutControls(one.event);
     }
     return {};
 }
@@ -115,7 +116,7 @@ QStringList Waiting::textsOf(const Work& work) const
     if (!ownSteps.isEmpty())
         texts.append(stepsText(ownSteps));
     for (const QString& title : m_suite.shownWindows())
-        texts.append(QStringLiteral("window \"%1\"").arg(title));
+        texts.append(QStringLiteral("window \"%1\"").arg(vexlite::withoutControls(title)));
     if (work.events.empty())
         return texts;
     // The steps of the command line matter only to whom hears of them.

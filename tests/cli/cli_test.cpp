@@ -100,13 +100,17 @@ INSTANTIATE_TEST_SUITE_P(Usage, CommandLine, testing::ValuesIn(rows(R"js(
 NoCommand: -> 2 || ^novahost: a command is missing: run, eval,.*\nhint: `novahost --help`.*\n$
 MisspeltCommand: rnu -> 2 || ^novahost: there is no command rnu; did you mean run\?
 MisspeltOption: run --trce no.js -> 2 || ^novahost: there is no option --trce; did you mean --trace\?
-MisspeltFile: run script.jss -> 2 || ^novahost: FILE: there is no file "script\.jss"
+MisspeltFile: run SCRIPTs -> 2 || ^novahost: FILE: there is no file ".*script\.jss"; did you mean /.*/script\.js\?
+TraceFileIsNoCommand: --trace t.json run SCRIPT -> 2 || ^novahost: the file of --trace goes behind an equals sign: --trace=t\.json\n
+TraceFileIsNoScript: run --trace PROFILE SCRIPT -> 2 || ^novahost: the file of --trace goes behind
 OptionOfAnother: --play logout members -> 2 || ^novahost: --play is for run, eval, repl, open
 HelpOfACommand: policy explain --help -> 0 ^Say whether(?![\s\S]*--play)[\s\S]*--profile FILE[\s\S]*Examples:[\s\S]*Exit codes:
 HelpByItsCommand: help policy explain -> 0 ^Say whether
 CompletedMember: --complete-words members Log.logI -> 0 ^Log\.logInfo\n$
 CompletedServices: --complete-words run --without=skin,lo -> 0 ^--without=skin,logger\n$
 CompletedFile: --complete-words run --deny 1 exam -> 0 ^:files\n$
+CompletedOptionalFile: --complete-words --trace = t -> 0 ^:files\n$
+CompletedOptionOfTheScript: --complete-words run page.js --br -> 0 ^:files\n$
 NoSuchScript: run no.js -> 2 || ^novahost: .*no\.js
 NoSuchProfile: --profile no.json eval 1 -> 2 || ^novahost: --profile.*no\.json
 NoSuchObject: members Nothing -> 2 || ^novahost: .*"Nothing"; .novahost members. lists all

@@ -40,9 +40,9 @@ const EndCase Cases[] = {
     { "ExitCode", "run SCRIPT", "process.exitCode = 3; setTimeout(() => { process.exitCode = 9; }, 5);", {},
         9, "^$", "^$" },
     { "Listeners", "run SCRIPT",
-        "NovaExtension.Account.addLoginListener(() => {}); NovaExtension.Hive.addDataWatch({ key: 'k' }, () => {});",
+        "NovaExtension.Event.addEventListener('\\x1b[2J', () => {}); NovaExtension.Hive.addDataWatch({ key: 'k' }, () => {});",
         {}, 0, "^$",
-        "^hint: ended with watch of Hive\\.addDataWatch, listener of event\\.account\\.login; --keep waits for events\n$" },
+        "^hint: ended with watch of Hive\\.addDataWatch, listener of \\\\u001b\\[2J; --keep waits for events\n$" },
     { "OwnPlay", "run SCRIPT",
         "NovaExtension.Account.addLoginListener(({ userId }) => console.log(userId));"
         " process.play('logout,login:user-2@100ms');",
@@ -71,7 +71,9 @@ const EndCase Cases[] = {
         128 + SIGINT, "^$", "^novahost: waiting for [^\n]*; Ctrl-C again ends\n$" },
     { "LoopTerminated", "run SCRIPT", "console.log('ready'); setTimeout(() => { for (;;); }, 0);",
         { SIGTERM }, 128 + SIGTERM, "^$", "" },
-    // The engine hears of nothing between two microtasks.
+    { "TimeLimitOfAwaits", "--time-limit 0.3 run SCRIPT",
+        "(async () => { for (;;) await null; })(); for (;;) await null;", {}, 1, "^$",
+        "^novahost: script has run for 0\\.3 s [^\n]*\\(--time-limit\\)\n$" },
     { "LoopOfAwaitsTerminated", "run SCRIPT", "console.log('ready'); for (;;) await null;", { SIGTERM },
         128 + SIGTERM, "^$", "^$" },
 };

@@ -161,7 +161,9 @@ TEST(Repl, CompletesAndEditsAtATerminal)
              { "\x04", "[ 1, 2 ]\r\n" },
              { "list.length = [\n", "... " },
              { "5].length\n", "\n1\r\n" },
-             { "\x1b[200~const q = [1,\n  2]\nq.length\n\x1b[201~\n", "\n2\r\nnova> " },
+             { "\x1b[200~const q = [1,\n  2]\nq.length\n\x1b[201~",
+                 "nova> const q = [1,\r\n...   2]\r\n... q.length" },
+             { "\n", "\n2\r\nnova> " },
              { "setTimeout(() => console.log('ti' + 'ck'), 50); let typed = 5\n", "tick\r\nnova> " },
              { "typed + 1\n", "\n6\r\nnova> " },
          }) {

@@ -74,13 +74,13 @@ RECORDS = [
     ("call", "addLoginListener", '[{"$function":'), ("play", "login:user-2", ""), ("event", "event.account.login", '[{"callstatus":"ok"')]
 
 
-def run(*arguments, limit=None):
+def run(*arguments, limit=None, **variables):
     """How novahost ends; `limit` is the most bytes that it may write into a file."""
     def prepare():
         if limit:
             resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit))
             signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-    environment = {**os.environ, "QT_LOGGING_RULES": "default.info=false"}
+    environment = {**os.environ, "QT_LOGGING_RULES": "default.info=false", **variables}
     if IN_BROWSER:
         environment["QT_QPA_PLATFORM"] = "offscreen"
         if os.geteuid() == 0:
@@ -133,6 +133,9 @@ def main():
             faults.append(f"{name}: {said.returncode} {said.stderr}")
     if run("--no-hints", "eval", "NovaExtension.Foo; NovaExtension.FileSystem.exists(5)").stderr:
         faults.append("--no-hints prints something")
+    said = run("--trace", "eval", r"NovaExtension.FileSystem.exists('\x1b[2J'); try { NovaExtension.FileSystem.mkpath('') } catch { } 1", FORCE_COLOR="1").stderr
+    if not re.fullmatch(r"(\x1b\[(90|36|31|39)m|[^\x1b])*", said) or "\x1b[31mfailed: code 1 " not in said:
+        faults.append(f"colours: {said!r}")
     with tempfile.TemporaryDirectory() as place:
         folder = pathlib.Path(place)
         (folder / "strict.js").write_text(STRICT, encoding="utf-8")

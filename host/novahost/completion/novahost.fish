@@ -1,16 +1,20 @@
 # Completion of novahost in fish.
-function __novahost_complete
-    set -l typed (commandline -ct)
+function __novahost_words
     set -l words (commandline -opc)
-    for line in ($words[1] --complete-words $words[2..-1] "$typed" 2>/dev/null)
+    set -l tool (string replace -r '^~/' ~/ -- $words[1])
+    $tool --complete-words $words[2..-1] (commandline -ct) 2>/dev/null
+end
+function __novahost_complete
+    for line in (__novahost_words)
         switch $line
             case ':files'
-                __fish_complete_path $typed
             case ':directories'
-                __fish_complete_directories $typed
+                __fish_complete_directories (commandline -ct)
             case '*'
                 echo $line
         end
     end
 end
 complete -c novahost -f -a '(__novahost_complete)'
+# fish itself knows about ~, escapes and --profile=FILE.
+complete -c novahost -n '__novahost_words | string match -q :files' -F

@@ -1,12 +1,12 @@
 #compdef novahost
 # Completion of novahost in zsh.
 _novahost() {
-    local line
+    local line tool=${(Q)words[1]/#\~\//$HOME/}
     local -a described
-    for line in "${(@f)$(${words[1]} --complete-words "${(@)words[2,CURRENT]}" 2> /dev/null)}"; do
+    for line in "${(@f)$($tool --complete-words "${(@Q)words[2,CURRENT-1]}" "${(Q)PREFIX}" 2> /dev/null)}"; do
         case $line in
-        :files) _files ;;
-        :directories) _files -/ ;;
+        :files) compset -P '--*='; _files ;;
+        :directories) compset -P '--*='; _files -/ ;;
         *$'\t'*) described+=("${${line%%$'\t'*}//:/\\:}:${line#*$'\t'}") ;;
         ?*) described+=("${line//:/\\:}") ;;
         esac

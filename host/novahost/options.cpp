@@ -132,6 +132,24 @@ struct Given {
     std::vector<std::string> without, command;
 };
 
+void fill(Options& options, const Given& given)
+{
+    options.profileFile = toQString(given.profileFile);
+    options.dataDirectory = toQString(given.dataDirectory);
+    options.libraryFile = toQString(given.libraryFile);
+    options.failures = toQString(given.failures);
+    options.without = toQStringList(given.without);
+    options.play = toQString(given.play);
+    options.script = toQString(given.script);
+    options.trace = given.trace == "true" ? QStringLiteral("-") : toQString(given.trace);
+    options.record = toQString(given.record);
+    options.page = toQString(given.page);
+    readSize(given.size, options.width, options.height);
+    options.screenshot = toQString(given.screenshot);
+    options.object = toQString(given.object);
+    options.origin = toQString(given.origin);
+}
+
 /// Options that are given before or behind the command; help.cpp knows which do not work with every command.
 void declareShared(CLI::App& app, Options& options, Given& given)
 {
@@ -373,15 +391,7 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
     const std::string command = parsedCommand(app).get_name();
     options.command = commands.at(command);
     options.explain = command == "explain";
-    options.profileFile = toQString(given.profileFile);
-    options.dataDirectory = toQString(given.dataDirectory);
-    options.libraryFile = toQString(given.libraryFile);
-    options.failures = toQString(given.failures);
-    options.without = toQStringList(given.without);
-    options.play = toQString(given.play);
-    options.script = toQString(given.script);
-    options.trace = given.trace == "true" ? QStringLiteral("-") : toQString(given.trace);
-    options.record = toQString(given.record);
+    fill(options, given);
     if (options.watch && options.script == QLatin1String("-"))
         error = QStringLiteral("--watch is for a file; standard input can be read only once");
     if (options.strict && options.noHints)
@@ -391,11 +401,6 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
         return std::nullopt;
     }
     options.arguments = toQStringList(std::vector<std::string>(argv + ownArguments, argv + argc));
-    options.page = toQString(given.page);
-    readSize(given.size, options.width, options.height);
-    options.screenshot = toQString(given.screenshot);
-    options.object = toQString(given.object);
-    options.origin = toQString(given.origin);
     return options;
 }
 

@@ -51,16 +51,22 @@
         });
         return kept;
     };
-    let lastMade; // of the suite's own errors
-    const withPageFrames = (error) => {
+    // Where an engine hides from a page's handlers what scripts of others make, throw and reject, its prelude has the page do it.
+    const inPage = {
+        __proto__: null,
+        construct: (Type, message) => new Type(message),
+        call: (callee, value) => callee(value),
+        raise: (error) => { throw error; },
+    };
+    const constructHere = (Type, message) => {
+        const error = inPage.construct(Type, message);
         define(error, 'stack', pageFrames(peekText(error, 'stack')), false);
-        lastMade = error;
         return error;
     };
 
     // The Error that script sees for a failure object {success, code, msg}.
     const makeError = (success, code, msg) => {
-        const error = withPageFrames(new ErrorType(msg));
+        const error = constructHere(ErrorType, msg);
         define(error, 'success', success, true);
         define(error, 'code', code, true);
         define(error, 'msg', msg, true);
@@ -71,8 +77,8 @@
         const msg = own('msg');
         return makeError(own('success') === true, own('code'), typeof msg === 'string' ? msg : '');
     };
-    const makeTypeError = (message) => withPageFrames(new TypeErrorType(message));
-    const makeRangeError = (message) => withPageFrames(new RangeErrorType(message));
+    const makeTypeError = (message) => constructHere(TypeErrorType, message);
+    const makeRangeError = (message) => constructHere(RangeErrorType, message);
 
     // The members that have refused, by their errors.
     const refusals = new WeakMap();

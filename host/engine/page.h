@@ -41,6 +41,8 @@ struct PageHost {
     std::function<void(const QString& line, bool isError)> console;
     /// exit(code) was called. After the current call has returned no more script of the page runs.
     std::function<void(int code)> exitRequested;
+    /// A script has returned to the event loop for the first time. Only called by an engine whose script runs in another process.
+    std::function<void()> began;
     /// An uncaught error, in a timer, a listener or a promise.
     std::function<void(const Outcome& error)> uncaughtError;
     /// process.play(steps) was called. Returns the error, or an empty string. Destroyed when the page closes,

@@ -137,7 +137,7 @@
         get: (base, name, self) => {
             const refusal = typeof name === 'string' && !(name in base) ? native.unknownName(owner, name) : undefined;
             if (refusal !== undefined)
-                throw makeTypeError(refusal);
+                inPage.raise(makeTypeError(refusal));
             return readProperty(base, name, self);
         },
     });

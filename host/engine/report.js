@@ -12,6 +12,7 @@
     const noteSource = (known, name, text, shift) => {
         sources[known] = { __proto__: null, name, text, shift };
     };
+    let loadSource = () => undefined; // the source of a script that another one has loaded, where the prelude can have it
     // Undefined beyond the end.
     const lineOf = (text, number) => {
         let from = 0;
@@ -25,7 +26,7 @@
     };
     // A frame as the user has written the source; undefined for one in the wrapper around it.
     const placed = (frame) => {
-        const source = sources[frame.file];
+        const source = sources[frame.file] ?? loadSource(frame.file);
         if (!source)
             return frame;
         const line = lineOf(source.text, frame.line);

@@ -132,12 +132,15 @@ int main(int argc, char** argv)
     const std::unique_ptr<novahost::Suite> suite = novahost::Suite::start(*options, error);
     if (!suite)
         return novahost::fail(novahost::UsageError, error);
-    // Started before the page's script; a step's time can not end before the script returns to the event loop. In the
-    // browser the page must be there first.
-    if (options->browser || options->command == novahost::Command::Open)
-        suite->browser().opened = [&] { play.begin(); };
+    // A step's time does not end before a script has returned to the event loop.
+    const auto begin = [&] { play.begin(); };
+    if (options->browser
+        && (options->command == novahost::Command::Run || options->command == novahost::Command::Eval))
+        suite->scriptBegan = begin;
+    else if (options->browser || options->command == novahost::Command::Open)
+        suite->browser().opened = begin;
     else
-        QTimer::singleShot(0, [&] { play.begin(); });
+        QTimer::singleShot(0, begin);
     exitCode = run(*suite, *options, signals, play);
     if (!suite->finishWatching() && exitCode == 0)
         exitCode = novahost::Failure;

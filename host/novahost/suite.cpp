@@ -315,6 +315,10 @@ std::unique_ptr<engine::Page> Suite::openPage(const QStringList& arguments, engi
     const auto plays = std::make_shared<PagePlays>();
     m_plays = plays;
     host.play = [plays](const QString& steps) { return plays->begin(steps); };
+    host.began = [this] {
+        if (const auto began = std::exchange(scriptBegan, nullptr))
+            began();
+    };
     const QString viewId = options.browser.browserId;
     if (m_inBrowser)
         m_browser.expect(viewId);

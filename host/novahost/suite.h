@@ -36,6 +36,8 @@ public:
     /// Destroys all windows with their pages.
     void closeWindows();
     Browser& browser() { return m_browser; }
+    /// Called once, when a script in the browser engine has returned to the event loop for the first time.
+    std::function<void()> scriptBegan;
     /// The windows that are shown on a display, but for that of the page that openPage() has opened.
     QStringList shownWindows() const;
     /// The steps that are left of what that page plays.

@@ -41,6 +41,10 @@ QString FrameScript::report(WireReader& reader, const std::function<void()>& exi
             exit();
             break;
         }
+        case 'b':
+            if (const auto began = host.began)
+                began();
+            break;
         case 't':
             timers = nextText(reader).toInt();
             break;

@@ -102,20 +102,20 @@
     // What a member returns or throws.
     const result = (reader, member) => {
         if (!reader)
-            throw makeError(false, operationFailed, 'the page has been closed');
+            return inPage.raise(makeError(false, operationFailed, 'the page has been closed'));
         switch (reader.text[reader.at++]) {
         case 'r':
             if (reader.text[reader.at] === 'p')
                 return returnPromise(reader, member);
             return readValue(reader);
         case 't':
-            throw noteRefusal(readFailure(reader), member);
+            return inPage.raise(noteRefusal(readFailure(reader), member));
         case 'w':
             return result(waitFor(nextWord(reader)), member);
         case 'y':
-            throw makeTypeError(nextText(reader));
+            return inPage.raise(makeTypeError(nextText(reader)));
         default:
-            throw makeError(false, operationFailed, 'the page has been closed');
+            return inPage.raise(makeError(false, operationFailed, 'the page has been closed'));
         }
     };
     // Waits for a member that shows a dialog while other pages go on: the request ends when the dialog has ended.
@@ -132,9 +132,9 @@
     const invoke = (self, classId, member, name, given) => {
         const record = isObject(self) ? weakGet(wrapperRecords, self) : undefined;
         if (!record || record.classId !== classId)
-            throw makeTypeError('Illegal invocation');
+            return inPage.raise(makeTypeError('Illegal invocation'));
         if (given.length > 255)
-            throw noteRefusal(makeError(false, wrongArgument, 'more than 255 arguments'), name);
+            return inPage.raise(noteRefusal(makeError(false, wrongArgument, 'more than 255 arguments'), name));
         const writer = makeWriter('C' + frame + ';' + record.id + ';' + member + ';' + given.length + ';');
         let done = 0;
         try {
@@ -146,7 +146,7 @@
         }
         if (done < given.length) {
             takeBack(writer);
-            throw noteRefusal(makeError(false, wrongArgument, 'argument ' + (done + 1) + ': ' + problemOf(writer)), name);
+            return inPage.raise(noteRefusal(makeError(false, wrongArgument, 'argument ' + (done + 1) + ': ' + problemOf(writer)), name));
         }
         return result(transact(writer.out + placePart()), name);
     };
@@ -229,7 +229,7 @@
         if (!settle || isResolved)
             return;
         record.reason = isObject(value) ? errorFromObject(value) : makeError(false, operationFailed, toText(value));
-        settle.reject(noteRefusal(record.reason, record.member));
+        inPage.call(settle.reject, noteRefusal(record.reason, record.member));
     };
     const releasePromise = (id) => {
         const record = mapGet(promises, id);

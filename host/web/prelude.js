@@ -4,8 +4,9 @@
 // script.js in it, which the others do without.
 (function () {
     'use strict';
+    // Also those without a place, as of the engine's own functions, and what the page has made of a string.
     const isOwnFrame = (frame) => indexOf(frame, '    at ', 0) !== 0 || indexOf(frame, 'nova-prelude', 0) >= 0
-        || indexOf(frame, '<anonymous>', 0) >= 0;
+        || indexOf(frame, ' <anonymous>:', 0) >= 0 || indexOf(frame, '(<anonymous>)', 0) >= 0 || frame === '    at <anonymous>';
 @PAGE_SCRIPT@
     const ask = prompt;
     const world = globalThis;
@@ -44,6 +45,20 @@
     };
     // The end of a request, where the suite gives hints.
     const placePart = () => (isChecked ? written(script.callingPlace()) : '');
+    // An error's stack has as many of the page's frames as without the suite's own, which come first.
+    const ownFrames = 15;
+    const withOwnFrames = (construct) => (Type, message) => {
+        const limit = getOwnPropertyDescriptor(ErrorType, 'stackTraceLimit');
+        if (!limit?.writable || !isInteger(limit.value) || limit.value <= 0)
+            return construct(Type, message);
+        ErrorType.stackTraceLimit = limit.value + ownFrames;
+        try {
+            return construct(Type, message);
+        } finally {
+            ErrorType.stackTraceLimit = limit.value;
+        }
+    };
+    inPage.construct = withOwnFrames(inPage.construct);
     const native = { __proto__: null };
     const consoleObject = console;
     const consoleError = console.error;
@@ -55,7 +70,10 @@
         perform: undefined,
         describeThrown: (error) => (isErrorObject(error) ? errorTitle(error) : isObject(error) ? 'an object' : toText(error)),
         callingPlace: () => linePlace(pageFrames(peekText(new ErrorType(), 'stack'))),
-        reportError: (error, where) => apply(consoleError, consoleObject, ['Uncaught (' + where + ')', error]),
+        reportError: (error, where) => {
+            const place = isErrorObject(error) ? linePlace(pageFrames(peekText(error, 'stack'))) : '';
+            apply(consoleError, consoleObject, ['Uncaught (' + where + ')', error, place === '' ? '' : '(' + place + ')']);
+        },
     };
 
     // --- Requests and replies ------------------------------------------------------------------------------------

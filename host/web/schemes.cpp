@@ -88,8 +88,10 @@ void FilesHandler::requestStarted(QWebEngineUrlRequestJob* job)
     const QFileInfo info(QFileInfo(path).canonicalFilePath());
     const bool isInside = info.filePath().startsWith(root + QLatin1Char('/')) || root == QLatin1String("/");
     // Only files: a pipe or a device would never end.
-    if (root.isEmpty() || !isInside || !info.isFile())
+    if (root.isEmpty() || !isInside || !info.isFile()) {
+        m_missing(url, path);
         return job->fail(QWebEngineUrlRequestJob::UrlNotFound);
+    }
     auto* file = new QFile(info.filePath(), job);
     if (!file->open(QIODevice::ReadOnly))
         return job->fail(QWebEngineUrlRequestJob::RequestDenied);

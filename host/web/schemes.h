@@ -16,14 +16,18 @@ void registerSchemes();
 /// for index.html. nova://script/ is an empty document.
 class FilesHandler final : public QWebEngineUrlSchemeHandler {
 public:
-    explicit FilesHandler(std::function<QString(const QString& host)> directory)
+    /// `missing` is called for a file that there is not, with the path where it would be.
+    FilesHandler(std::function<QString(const QString& host)> directory,
+        std::function<void(const QUrl& url, const QString& path)> missing)
         : m_directory(std::move(directory))
+        , m_missing(std::move(missing))
     {
     }
     void requestStarted(QWebEngineUrlRequestJob* job) override;
 
 private:
     std::function<QString(const QString& host)> m_directory;
+    std::function<void(const QUrl& url, const QString& path)> m_missing;
 };
 
 /// Serves what the suite draws for addresses of SkinImageScheme.

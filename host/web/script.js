@@ -3,6 +3,8 @@
     const soon = queueMicrotask;
     const indirectEval = eval;
     const encodeName = encodeURI;
+    const decodeName = decodeURI;
+    const moduleOrigin = 'nova://script/';
     const getterOf = (type, name) => uncurry(getOwnPropertyDescriptor(type.prototype, name).get);
     const reasonOf = getterOf(PromiseRejectionEvent, 'reason');
     const errorOf = getterOf(ErrorEvent, 'error');
@@ -89,7 +91,7 @@
     // Behind the events of promises that nobody has handled, which come when the script has returned to the event loop.
     native.finish = (ticket, ok, text, json, stack, code, facts) => {
         const part = compose('f', '' + ticket, ok ? '1' : '', text, json, stack, code === undefined ? '' : '' + code, facts);
-        rejectPromise({ __proto__: null, [outcome]: part });
+        new PromiseType((resolve, reject) => inPage.call(reject, { __proto__: null, [outcome]: part }));
         later(() => report(part), 1000); // a script can remove all listeners of the document
     };
     native.uncaught = (text, stack, code, facts) => {
@@ -108,7 +110,19 @@
         return taken;
     };
 @SYNTAX_PLACES@
-    let rejectPromise; // one of the document's own functions, whose promises it hears of
+    // The document hears of what its own functions make, throw and reject.
+    let isPrepared = false;
+    const prepareDocument = () => {
+        if (isPrepared)
+            return;
+        isPrepared = true;
+        const own = runInDocument(`__novaTake({ __proto__: null, construct: (Type, message) => new Type(message),
+            call: (callee, value) => callee(value), raise: (error) => { throw error; } });
+            //# sourceURL=nova-prelude-document`);
+        inPage.construct = withOwnFrames(own.construct);
+        inPage.call = own.call;
+        inPage.raise = own.raise;
+    };
     // The kinds: b, the body of a function; e, an expression; k, one whose result is kept as a global.
     const runSource = (ticket, kind, fileName, source, typed) => {
         const known = encodeName(fileName);
@@ -142,6 +156,33 @@
         }
         (kind === 'b' ? run : kind === 'e' ? settle : settleKept)(ticket, value);
     };
+    const importModule = async (address) => {
+        try {
+            return await runInDocument('__novaTake((address) => import(address))')(address);
+        } catch (error) {
+            if (isErrorObject(error) && isPrototypeOf(syntaxErrorPrototype, error))
+                await placeModuleError(error, address);
+            throw error;
+        }
+    };
+    // Modules are served from the folder of the script that is run.
+    let folder = '';
+    const responseText = getterOf(XMLHttpRequest, 'responseText');
+    loadSource = (file) => {
+        if (!startsWith(file, moduleOrigin))
+            return undefined;
+        let text = '';
+        try {
+            const request = new RequestType();
+            open(request, 'GET', file, false);
+            send(request);
+            text = responseText(request);
+        } catch {
+            // There is no such file any more.
+        }
+        noteSource(file, folder + decodeName(slice(file, moduleOrigin.length)), text, 0);
+        return sources[file];
+    };
     const performRun = (reader) => {
         const ticket = nextCount(reader);
         const kind = reader.text[reader.at++];
@@ -149,13 +190,16 @@
         const source = nextText(reader);
         const typed = nextText(reader);
         const start = () => {
-            rejectPromise ??= runInDocument('{ const P = Promise; __novaTake((reason) => { new P((resolve, reject) => reject(reason)); }); }');
+            prepareDocument();
+            const name = kind === 'm' ? typed : fileName;
+            folder = slice(name, 0, lastIndexOf(name, '/') + 1);
             if (kind === 'm') {
                 noteSource(fileName, typed, source, 0);
-                settle(ticket, runInDocument('__novaTake((address) => import(address))')(fileName));
+                settle(ticket, importModule(fileName));
             } else {
                 runSource(ticket, kind, fileName, source, typed);
             }
+            later(() => report('b'), 0);
         };
         // It may come before the document has an element to put the script into.
         if (document.readyState === 'loading')
@@ -202,13 +246,13 @@
         addEventListener('error', (event) => {
             preventDefault(event);
             const error = errorOf(event);
-            if (!placing || fileOf(event) !== placing.address)
-                // The browser hides what the suite's own script has thrown.
-                return reportError(error ?? lastMade ?? messageOfEvent(event), '');
+            if (!placing || !placing.isMine(event))
+                return reportError(error ?? messageOfEvent(event), '');
             if (error === 0)
                 return;
+            placing.file = fileOf(event);
             placing.line = lineNumberOf(event);
-            placing.column = columnNumberOf(event) - (placing.line === 1 ? guard.length : 0);
+            placing.column = columnNumberOf(event);
         });
         addEventListener('unhandledrejection', (event) => {
             preventDefault(event);

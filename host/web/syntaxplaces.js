@@ -1,6 +1,6 @@
     // Where a syntax error is can only be had from the event of a script that the document loads; it does not run.
     const guard = 'throw 0;';
-    let placing; // {address, line, column}
+    let placing; // {isMine, file, line, column}
     // Where the engine has stopped in the wrapper around the source, the end of that is what is wrong.
     const placeAtEnd = (error, known) => {
         const { text, shift } = sources[known];
@@ -25,22 +25,42 @@
         if (messageOf(error) !== "Unexpected token '}'")
             define(error, 'message', 'Unexpected end of input', false);
     };
-    const placeSyntaxError = (error, compiled, known) => new PromiseType((resolve) => {
+    // Loads a script for that; `isMine` says of an event whether it is the error's.
+    const findPlace = (address, type, isMine) => new PromiseType((resolve) => {
         const element = document.createElement('script');
-        placing = { address: URL.createObjectURL(new Blob([guard + compiled])), line: undefined, column: undefined };
+        placing = { __proto__: null, isMine, file: '', line: undefined, column: undefined };
         element.onload = element.onerror = () => {
-            placeAtEnd(error, known);
-            define(error, 'sourceURL', known, false);
-            define(error, 'line', placing.line, false);
-            define(error, 'column', placing.column, false);
-            URL.revokeObjectURL(placing.address);
-            placing = undefined;
             element.remove();
             resolve();
         };
-        element.src = placing.address;
+        element.type = type;
+        element.src = address;
         (document.head ?? document.documentElement).appendChild(element);
     });
+    const notePlace = (error, file) => {
+        define(error, 'sourceURL', file, false);
+        define(error, 'line', placing.line, false);
+        define(error, 'column', placing.column, false);
+    };
+    const placeSyntaxError = async (error, compiled, known) => {
+        const address = URL.createObjectURL(new Blob([guard + compiled]));
+        await findPlace(address, '', (event) => fileOf(event) === address);
+        URL.revokeObjectURL(address);
+        if (placing.line === 1)
+            placing.column -= guard.length;
+        placeAtEnd(error, known);
+        notePlace(error, known);
+        placing = undefined;
+    };
+    // The module, or one that it imports, has been loaded and is not run.
+    const placeModuleError = async (error, address) => {
+        await findPlace(address, 'module', (event) => errorOf(event) === error
+            || (isErrorObject(errorOf(event)) && messageOf(errorOf(event)) === messageOf(error)));
+        // Of an export that there is not the browser does not know it.
+        if (placing.line > 0)
+            notePlace(error, placing.file);
+        placing = undefined;
+    };
     const failWithPlace = async (ticket, error, compiled, known) => {
         if (isErrorObject(error) && isPrototypeOf(syntaxErrorPrototype, error))
             await placeSyntaxError(error, compiled, known);

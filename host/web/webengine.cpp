@@ -46,7 +46,8 @@ public:
     explicit Engine(WebEngineHost host)
         : m_host(std::move(host))
         , m_profile(new QWebEngineProfile)
-        , m_files(m_host.directory)
+        , m_files(
+              m_host.directory, [this](const QUrl& url, const QString& path) { reportMissing(url, path); })
         , m_images(m_host.skinImage)
         , m_bridges([this](const QString& frame) { return findBridge(frame); })
     {
@@ -134,6 +135,14 @@ public:
     }
 
 private:
+    // As the browser's own console does; it does not say it of a module that another one imports.
+    void reportMissing(const QUrl& url, const QString& path)
+    {
+        if (url.host() == QUrl(QLatin1String(ScriptOrigin)).host())
+            m_host.console(
+                QStringLiteral("Failed to load %1: there is no file %2").arg(url.toString(), path), true);
+    }
+
     Bridge* findBridge(const QString& frame)
     {
         for (const QPointer<WebPage>& page : qAsConst(m_pages)) {

@@ -117,10 +117,12 @@ void WebPage::javaScriptConsoleMessage(
     const bool isKnown = std::any_of(std::begin(OfThePrelude), std::end(OfThePrelude),
         [&](const char* text) { return message.startsWith(QLatin1String(text)); });
     const bool isOwn = source.startsWith(QLatin1String("nova-prelude"));
-    if (m_isQuiet || (isOwn && isKnown))
+    // What no script hears of.
+    const bool isOfModule = message.startsWith(QLatin1String("Failed to load module script"));
+    if ((m_isQuiet && !isOfModule) || (isOwn && isKnown))
         return;
     const QString place =
-        source.isEmpty() || isOwn ? QString() : QStringLiteral(" (%1:%2)").arg(source).arg(line);
+        source.isEmpty() || isOwn || line < 1 ? QString() : QStringLiteral(" (%1:%2)").arg(source).arg(line);
     m_console(message + place, level != InfoMessageLevel);
 }
 

@@ -13,6 +13,12 @@ void writeModules(const QTemporaryDir& place)
     writeFile(place, "named.js", "export {};\nconsole.log(typeof NovaExtension.Log.logInfo);\n");
     writeFile(place, "later.js", "console.log((await import('./lib/twice.js')).twice(4));\n");
     writeFile(place, "missing.mjs", "import './lib/none.js';\n");
+    writeFile(place, "lib/broken.js", "export const a = 1;\n  let = = 2;\n");
+    writeFile(place, "lib/thrower.js", "export const f = () => { null.x; };\n");
+    writeFile(place, "broken.mjs", "import './lib/broken.js';\n");
+    writeFile(place, "inner.mjs", "import { f } from './lib/thrower.js';\nf();\n");
+    writeFile(place, "export.mjs", "import { g } from './lib/thrower.js';\n");
+    writeFile(place, "rejects.js", "NovaExtension.FileSystem.getFileMd5('/no/such');\n");
     writeFile(place, "thrower.mjs", "\n  throw new Error('of a module');\n");
     writeFile(place, "outside.js", "await import('../elsewhere.js');\n");
     writeFile(place, "words.js", "/*\nimport x from 'y';\n*/\nconsole.log(1);\n");
@@ -30,7 +36,11 @@ const Row Rows[] = {
     { "page.mjs", 2, "is a module", 0, "42" },
     { "named.js", 2, "--browser run", 0, "function" },
     { "later.js", 1, "hint: the bare script engine has no modules", 0, "8" },
-    { "missing.mjs", 2, "is a module", 1, "Failed to fetch" },
+    { "missing.mjs", 2, "is a module", 1, "lib/none.js" },
+    { "broken.mjs", 2, "is a module", 1, "lib/broken.js:2:3\n  let = = 2;\n  ^\n" },
+    { "inner.mjs", 2, "is a module", 1, "lib/thrower.js:1:31\nexport const f = " },
+    { "export.mjs", 2, "is a module", 1, "named 'g'" },
+    { "rejects.js", 1, "(in promise) Error: ", 1, "(in promise) Error: " },
     { "thrower.mjs", 2, "is a module", 1, "thrower.mjs:2:9" },
     { "outside.js", 1, "hint: ", 1, "Failed to fetch" },
     { "words.js", 0, "1", 0, "1" },

@@ -151,7 +151,7 @@ void declareShared(CLI::App& app, Options& options, Given& given)
         ->option_text("FILE");
     app.add_flag("--no-hints", options.noHints, "Print no hints at what looks like a mistake of the page's");
     app.add_flag(
-        "--strict", options.strict, "Refuse calls at which a hint would be printed, and unknown names");
+        "--strict", options.strict, "Refuse calls at which a hint would be printed, and misspelt names");
     app.add_option("--failures", given.failures,
            "Write each failure that a page sees, {member, code, msg, rejects}, to a file of JSON lines in "
            "this directory")

@@ -57,6 +57,13 @@ SyntaxError: eval "1 +" -> 1 || SyntaxError
 RevokedProxy: eval "const r = Proxy.revocable({}, {}); r.revoke(); NovaExtension.Log.logInfo(r.proxy)" -> 1 || a proxy can not be passed[\s\S]*code: 1
 SyntaxErrorWhileItRuns: eval "console.log('once'); JSON.parse('{')" -> 1 ^once\n$ || SyntaxError
 Exit: eval exit(7) -> 7
+ExitCodeOfExit: eval "process.exitCode = 3, exit()" -> 3
+WrongExitCode: eval "process.exitCode = 300, 1" -> 1 ^1\n$ || ^novahost: process\.exitCode must be an integer from 0 to 255\n$
+ExitWithAWrongCode: eval "process.exitCode = 'x', exit()" -> 1 || TypeError: process\.exitCode must be
+MisspeltGlobal: eval Novaextension.Log -> 1 || ReferenceError[\s\S]*\nhint: did you mean NovaExtension\?\n$
+ObjectAsAGlobal: eval FileSystem.homePath() -> 1 || \nhint: did you mean NovaExtension\.FileSystem\?\n$
+OfNode: eval Buffer -> 1 || \nhint: there is no Buffer; Uint8Array
+PromiseAsArgument: eval "NovaExtension.FileSystem.exists(Promise.resolve('/'))" -> 1 || \nhint: an `await` is forgotten\n$
 ExitEndsTheTurn: eval "exit(7); console.log('after')" -> 7 ^after\n$
 ErrorEndsNothing: eval "const E = NovaExtension.Event; E.addEventListener('e', () => { throw 'x' }); E.addEventListener('e', () => console.log('second'));
  E.dispatchEvent('e'); console.log('after')" -> 1 ^second\nafter\nnull\n$ || ^Uncaught \(in a listener of e\) 'x'\nhint: ended with listener of e \(2\); --keep waits for events\n$

@@ -151,9 +151,10 @@ public:
     /// `state`: "missing" or "null"
     void lookAtMissing(const DeclaredType& type, const QString& path, const char* state)
     {
-        if (!type.isOptional && type.kind != Kind::Any)
+        if (!type.isOptional)
             add(QStringLiteral("`%1` of %2 is %3, where %4 is expected")
-                    .arg(path, m_member, QLatin1String(state), type.name()));
+                    .arg(path, m_member, QLatin1String(state),
+                        type.kind == Kind::Any ? QStringLiteral("a value") : type.name()));
     }
 
     /// Whether what is listened for is written like one of the object's events, of which pages may add others.

@@ -114,7 +114,7 @@ OwnOptionInFront: --json members Log -> 0 ^\[\{"object":"NovaExtension\.Log"
 OptionOfAnotherCommand: --size 1x1 run SCRIPT -> 2 || ^novahost: --size is for open\n
 NoNumber: --time-limit abc eval 1 -> 2 || ^novahost: --time-limit: a number of seconds from 0\.1 to 1000000 is expected, not abc\n
 NoValue: eval 1 --record -> 2 || ^novahost: --record: a file is missing\n
-ValueOfAFlag: eval --keep=3s 1 -> 2 || ^novahost: --keep takes no value
+ValueOfAFlag: eval --keep=maybe 1 -> 2 || ^novahost: --keep takes no value
 NobodyListens: --keep --play login:user-2 eval 1 -> 0 ^1\n$ || ^hint: ended before the play of login:user-2: the page listens to nothing\n$
 Help: help -> 0 ^Runs page script[\s\S]*Commands:
 OptionOfAnother: --play logout members -> 2 || ^novahost: --play is for run, eval, repl, open

@@ -31,7 +31,7 @@ struct KJsApiConfigCenter::WriteOptions : KeyOptions {
     {
         return std::tuple_cat(KeyOptions::fields(),
             std::tuple(required(
-                "value", &WriteOptions::value, "anything but a function, a native object or bytes")));
+                "value", &WriteOptions::value, "anything but null, a function, a native object or bytes")));
     }
 };
 

@@ -19,7 +19,8 @@ struct KJsApiSettings::WriteOptions {
     static constexpr auto fields()
     {
         return std::tuple(required("key", &WriteOptions::key, "the value's name; `/` separates groups"),
-            required("value", &WriteOptions::value, "anything but a function, a native object or bytes"));
+            required(
+                "value", &WriteOptions::value, "anything but null, a function, a native object or bytes"));
     }
 };
 

@@ -106,7 +106,7 @@ export interface Kit {
         /** Lets time pass, and waits for what comes of it. */
         advance(milliseconds: number): Promise<void>;
     };
-    /** Makes NovaExtension a global. */
+    /** Makes NovaExtension a global, until uninstall() brings back what there was: perhaps that of another kit. */
     install(target?: object): this;
     uninstall(): void;
     /** Adds rows, which come before those that there are. */

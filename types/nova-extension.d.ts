@@ -1327,7 +1327,7 @@ declare namespace NovaExtension.ConfigCenter {
         key: string;
         /** whose value; without one it is everybody's */
         userId?: string | undefined;
-        /** anything but a function, a native object or bytes */
+        /** anything but null, a function, a native object or bytes */
         value: unknown;
     }
 }
@@ -5021,7 +5021,7 @@ declare namespace NovaExtension.SettingsManager.Settings {
     interface WriteOptions {
         /** the value's name; `/` separates groups */
         key: string;
-        /** anything but a function, a native object or bytes */
+        /** anything but null, a function, a native object or bytes */
         value: unknown;
     }
 }

@@ -92,8 +92,8 @@ public:
     virtual bool isBusy() const = 0;
     /// Whether nothing but pending() can have script run: a browser has requests and events of its own.
     virtual bool knowsAllPending() const = 0;
-    /// Calls `done` from the event loop, with process.exitCode or else 0, when the page has done all that it could do by
-    /// now; not at all when it closes first.
+    /// Calls `done` from the event loop, with process.exitCode or else 0, -1 for a wrong one, when the page has done all that it
+    /// could do by now; not at all when it closes first.
     virtual void settle(std::function<void(int exitCode)> done) = 0;
     /// Drops listeners, promises, handles, functions and timers. Within a call of the page it takes effect
     /// when the outermost call has returned.

@@ -48,7 +48,7 @@ public:
     JSObjectRef noteRefusal = nullptr;
     JSObjectRef noteSource = nullptr;
     JSObjectRef setColors = nullptr;
-    JSObjectRef exitCode = nullptr; ///< returns what the page has set as process.exitCode, or 0
+    JSObjectRef exitCode = nullptr; ///< what the page has set as process.exitCode, or 0; -1: a wrong one
     JSObjectRef makeRoot = nullptr;
     JSObjectRef bindRoot = nullptr;
     JSObjectRef makeClass = nullptr;

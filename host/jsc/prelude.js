@@ -157,10 +157,11 @@
         needFunction('queueMicrotask', callback);
         afterThis(() => callReporting(callback, undefined, [], 'in a microtask'));
     }, false);
-    define(globalThis, 'exit', function exit(code = 0) {
-        if (!isInteger(code) || code < 0 || code > 255)
-            throw makeTypeError('exit: the code must be an integer from 0 to 255');
-        native.exit(code);
+    define(globalThis, 'exit', function exit(code) {
+        const given = code ?? exitCode();
+        if (!isInteger(given) || given < 0 || given > 255)
+            throw makeTypeError((code === undefined ? 'process.exitCode' : 'exit: the code') + ' must be an integer from 0 to 255');
+        native.exit(given);
     }, false);
     const play = function play(steps) {
         if (typeof steps !== 'string')
@@ -172,9 +173,10 @@
         process = { argv, play };
         define(globalThis, 'process', process, false);
     };
+    // -1 for a wrong one.
     const exitCode = () => {
-        const code = peek(process, 'exitCode');
-        return isInteger(code) && code >= 0 && code <= 255 ? code : 0;
+        const code = peek(process, 'exitCode') ?? 0;
+        return isInteger(code) && code >= 0 && code <= 255 ? code : -1;
     };
     const setColors = (output, errors) => {
         colors.output = output;

@@ -3,6 +3,7 @@
 #include "host/novahost/description.h"
 #include "host/novahost/help.h"
 #include "host/profile/profile.h"
+#include "host/suite/play.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
@@ -33,12 +34,14 @@ QStringList valuesOf(const std::string& form, const QString& typed)
         return { QStringLiteral("nova://app"), QStringLiteral("null") };
     if (form == "SHELL")
         return { QStringLiteral("bash"), QStringLiteral("zsh"), QStringLiteral("fish") };
-    if (form != "SERVICE,...")
-        return {};
-    QStringList services = profile::serviceNames();
-    services.replaceInStrings(
+    QStringList items;
+    if (form == "SERVICE,...")
+        items = profile::serviceNames();
+    if (form == "STEP,...")
+        items = suite::Play::beginnings();
+    items.replaceInStrings(
         QRegularExpression(QStringLiteral("^")), typed.left(typed.lastIndexOf(QLatin1Char(',')) + 1));
-    return services;
+    return items;
 }
 
 QStringList describedOptions(const CLI::App& command)

@@ -81,12 +81,12 @@ std::size_t findObject(const QString& object)
     return findEntry(object.mid(object.indexOf(QLatin1Char('.')) + 1), "\"instance\":", 0);
 }
 
-std::vector<DeclaredType> readParameters(const QString& object, const QString& member)
+std::optional<std::vector<DeclaredType>> readParameters(const QString& object, const QString& member)
 {
     const std::size_t start = findObject(object);
     const std::size_t at = start == std::string_view::npos ? start : findEntry(member, "\"kind\":", start);
     if (at == std::string_view::npos)
-        return {};
+        return std::nullopt;
     std::vector<DeclaredType> parameters;
     const Json entry = readValue(at);
     for (const Json& parameter : entry["parameters"]) {
@@ -145,9 +145,10 @@ QString DeclaredType::name() const
     return names.join(QStringLiteral(" or "));
 }
 
-const std::vector<DeclaredType>& DeclaredTypes::parameters(const QString& object, const QString& member)
+const std::optional<std::vector<DeclaredType>>& DeclaredTypes::parameters(
+    const QString& object, const QString& member)
 {
-    QHash<QString, std::vector<DeclaredType>>& members = m_known[object];
+    auto& members = m_known[object];
     const auto known = members.constFind(member);
     if (known != members.constEnd())
         return *known;

@@ -5,6 +5,7 @@
 
 #include <QHash>
 #include <QStringList>
+#include <optional>
 #include <vector>
 
 namespace novahost {
@@ -26,13 +27,13 @@ struct DeclaredType {
 
 class DeclaredTypes {
 public:
-    /// The parameters of a member ("NovaExtension.FileSystem", "copy"); none for an unknown one.
-    const std::vector<DeclaredType>& parameters(const QString& object, const QString& member);
+    /// The parameters of a member ("NovaExtension.FileSystem", "copy"); nothing for an unknown one.
+    const std::optional<std::vector<DeclaredType>>& parameters(const QString& object, const QString& member);
     /// The names of an object's events.
     const QStringList& events(const QString& object);
 
 private:
-    QHash<QString, QHash<QString, std::vector<DeclaredType>>> m_known;
+    QHash<QString, QHash<QString, std::optional<std::vector<DeclaredType>>>> m_known;
     QHash<QString, QStringList> m_events;
 };
 

@@ -8,6 +8,7 @@
 #include "host/vexlite/scriptvalues.h"
 #include "host/vexlite/valuetext.h"
 
+#include <QRegularExpression>
 #include <cmath>
 
 namespace novahost {
@@ -128,7 +129,7 @@ public:
                           .arg(path, m_member, vexlite::summaryOf(value))
                     : QStringLiteral("`%1` of %2 is %3, where %4 is expected")
                           .arg(path, m_member, describe(value), type.name()));
-        if (isText(*raw))
+        if (isText(*raw) && isExact(path))
             lookAtText(vexlite::textOf(value), path);
         if (!type.values.isEmpty())
             lookAtChoice(value, type, path);
@@ -150,24 +151,56 @@ public:
     /// `state`: "missing" or "null"
     void lookAtMissing(const DeclaredType& type, const QString& path, const char* state)
     {
-        if (!type.isOptional && type.kind != Kind::Any)
+        if (!type.isOptional)
             add(QStringLiteral("`%1` of %2 is %3, where %4 is expected")
-                    .arg(path, m_member, QLatin1String(state), type.name()));
+                    .arg(path, m_member, QLatin1String(state),
+                        type.kind == Kind::Any ? QStringLiteral("a value") : type.name()));
     }
 
     /// Whether what is listened for is written like one of the object's events, of which pages may add others.
     void lookAtEvent(const KJSVariant& value, const QStringList& events)
     {
         const QString event = vexlite::textOf(value);
-        const QString meant = events.contains(event) ? QString() : nearest(events, event);
+        const QString meant = events.contains(event) ? QString() : nearestSpelling(events, event);
         if (!meant.isEmpty())
             add(QStringLiteral("%1 has no event %2%3")
                     .arg(m_member.section(QLatin1Char('.'), 0, -2), quoted(event),
                         didYouMean(quoted(meant), QString())));
     }
 
+    /// A function that the member never calls, an option of another system. `more` may also be what an array or a promise
+    /// gives to a function, when the member itself is that: map(FileSystem.exists.bind(FileSystem)).
+    void lookAtMore(const JSApiArguments& more, std::size_t known)
+    {
+        const auto isGiven = [&](std::size_t i) {
+            const MVARIANT* raw = dereference(more[i].raw());
+            return raw && raw->vt != MV_EMPTY;
+        };
+        const bool isOfArray = more.size() == 3 && vexlite::arrayOf(more[2]);
+        bool isWrong = false;
+        for (std::size_t i = known; i < more.size() && !isOfArray; ++i)
+            isWrong = isWrong || (known == 0 ? has<IJSFunction>(more[i], IID_IJSFunction) : isGiven(i));
+        if (isWrong)
+            add(QStringLiteral("%1 takes %2, but gets %3")
+                    .arg(m_member,
+                        known == 0       ? QStringLiteral("no arguments")
+                            : known == 1 ? QStringLiteral("1 argument")
+                                         : QStringLiteral("%1 arguments").arg(known))
+                    .arg(more.size()));
+    }
+
 private:
     void add(const QString& hint) { found.append(hint); }
+
+    /// Whether what is there is used as it is: a path, an address, a name; not text that people read.
+    static bool isExact(const QString& path)
+    {
+        static const QRegularExpression exact(
+            QStringLiteral(
+                "(path|dir|folder|files?|url|src|id|key|name|program|group|section)(\\[\\d+\\])*$"),
+            QRegularExpression::CaseInsensitiveOption);
+        return exact.match(path).hasMatch();
+    }
 
     static QString join(const QString& path, const QString& key)
     {
@@ -176,12 +209,19 @@ private:
 
     void lookAtText(const QString& text, const QString& path)
     {
-        for (const char* made : { "[object Object]", "[object Promise]" }) {
-            if (text.contains(QLatin1String(made)))
+        struct Made {
+            const char* part;
+            const char* reason;
+        };
+        static constexpr Made Mades[] = {
+            { "[object Object]", "an object was made a string" },
+            { "[object Promise]", "an `await` is forgotten" },
+            { "[native code]", "a function was made a string: its `()` is forgotten" },
+        };
+        for (const Made& made : Mades) {
+            if (text.contains(QLatin1String(made.part)))
                 add(QStringLiteral("`%1` of %2 contains \"%3\": %4")
-                        .arg(path, m_member, QLatin1String(made),
-                            made[8] == 'P' ? QStringLiteral("an `await` is forgotten")
-                                           : QStringLiteral("an object was made a string")));
+                        .arg(path, m_member, QLatin1String(made.part), QLatin1String(made.reason)));
         }
     }
 
@@ -249,7 +289,9 @@ bool isProbe(const QString& name)
 {
     static const QSet<QString> probes { QStringLiteral("then"), QStringLiteral("toJSON"),
         QStringLiteral("length"), QStringLiteral("nodeType"), QStringLiteral("inspect"),
-        QStringLiteral("asymmetricMatch"), QStringLiteral("default") };
+        QStringLiteral("asymmetricMatch"), QStringLiteral("default"), QStringLiteral("name"),
+        QStringLiteral("prototype"), QStringLiteral("displayName"), QStringLiteral("message"),
+        QStringLiteral("stack"), QStringLiteral("next"), QStringLiteral("size"), QStringLiteral("tagName") };
     return name.isEmpty() || name[0] == QLatin1Char('_') || name[0] == QLatin1Char('$') || name[0].isDigit()
         || probes.contains(name);
 }
@@ -262,9 +304,11 @@ QString Hints::give(const JSContextEnv& context, const QString& text)
     if (m_isStrict)
         return hint;
     QSet<QString>& given = m_given[context.contextId];
-    if (!given.contains(hint) && given.size() < MostHintsOfPage) {
-        given.insert(hint);
-        const QString place = vexlite::Core::instance()->callingPlace(context);
+    const QString place = vexlite::Core::instance()->callingPlace(context);
+    // With the file, so that each input of a prompt has its own.
+    const QString mark = hint + place.section(QLatin1Char(':'), 0, -3);
+    if (!given.contains(mark) && given.size() < MostHintsOfPage) {
+        given.insert(mark);
         printLine(QLatin1String("hint: ") + hint
                 + (place.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(place)),
             true);
@@ -274,19 +318,20 @@ QString Hints::give(const JSContextEnv& context, const QString& text)
 
 QString Hints::checkCall(const vexlite::CallFacts& call)
 {
-    const std::vector<DeclaredType>& parameters = m_types.parameters(call.object, call.member);
-    if (parameters.empty())
+    const std::optional<std::vector<DeclaredType>>& known = m_types.parameters(call.object, call.member);
+    if (!known)
         return {};
+    const std::vector<DeclaredType>& parameters = *known;
+    const DeclaredType* rest = parameters.empty() || !parameters.back().isRest ? nullptr : &parameters.back();
     Search search(call);
     for (std::size_t i = 0; i < call.arguments.size(); ++i) {
-        const DeclaredType& last = parameters.back();
-        if (i < parameters.size())
-            search.lookAtArgument(call.arguments[i], parameters[i]);
-        else if (last.isRest)
-            search.lookAtArgument(call.arguments[i], last);
+        if (i < parameters.size() || rest)
+            search.lookAtArgument(call.arguments[i], i < parameters.size() ? parameters[i] : *rest);
     }
     for (std::size_t i = call.arguments.size(); i < parameters.size(); ++i)
         search.lookAtMissing(parameters[i], parameters[i].key, "missing");
+    if (!rest)
+        search.lookAtMore(call.arguments, parameters.size());
     if (call.member == QLatin1String("addEventListener") && call.arguments.size() > 0)
         search.lookAtEvent(call.arguments[0], m_types.events(call.object));
     for (const QString& hint : std::as_const(search.found)) {
@@ -312,13 +357,13 @@ QString Hints::checkName(const JSContextEnv& context, const QString& object, con
         for (const Json& member : (*known)["members"])
             names.append(textOf(member["name"]));
     }
-    // What exists is hidden from this page, which is no mistake of its author's.
-    if (names.contains(name))
+    // What exists is hidden from this page. What is like nothing is asked for, to see whether there is it.
+    const QString meant = names.contains(name) ? QString() : nearest(names, name);
+    if (meant.isEmpty())
         return {};
     constexpr int LongestName = 80;
-    return give(context,
-        QStringLiteral("%1 has no %2%3")
-            .arg(owner, name.left(LongestName), didYouMean(nearest(names, name), QString())));
+    return give(
+        context, QStringLiteral("%1 has no %2; did you mean %3?").arg(owner, name.left(LongestName), meant));
 }
 
 } // namespace novahost

@@ -9,7 +9,7 @@
 
 namespace novahost {
 
-/// Prints each hint once for a page; or, when strict, refuses the call, or the reading of a name, with it.
+/// Prints each hint once for a script of a page; or, when strict, refuses the call, or the reading of a name, with it.
 class Hints final : public vexlite::PageChecker {
 public:
     explicit Hints(bool isStrict)

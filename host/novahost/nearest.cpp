@@ -1,7 +1,10 @@
 #include "host/novahost/nearest.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
+#include <QSet>
 #include <algorithm>
+#include <limits>
 #include <numeric>
 #include <vector>
 
@@ -29,30 +32,154 @@ int editDistance(const QString& from, const QString& to)
     return row.back();
 }
 
-/// The one within `most` changes.
-QString nearestWithin(int most, const QStringList& names, const QString& wanted)
+constexpr int NoMatch = std::numeric_limits<int>::max();
+constexpr int Change = 2;    ///< the cost of one, of a character or a whole word
+constexpr int Shortened = 1; ///< of a word whose beginning the other is: "directory" and "dir"
+
+/// The words of "getUserID", "Log.logInfo" and "--live-counts", in lower case.
+QStringList wordsOf(const QString& name)
 {
-    QString found;
-    int least = most + 1;
-    const int dots = wanted.count(QLatin1Char('.'));
+    static const QRegularExpression word(QStringLiteral("[A-Z]+(?![a-z])|[A-Z]?[a-z]+|[0-9]+"));
+    QStringList words;
+    for (auto matches = word.globalMatch(name); matches.hasNext();)
+        words.append(matches.next().captured().toLower());
+    return words;
+}
+
+/// Words of many names, which alone make none of them alike.
+bool isVerb(const QString& word)
+{
+    static const QSet<QString> verbs { QStringLiteral("get"), QStringLiteral("set"), QStringLiteral("is"),
+        QStringLiteral("has"), QStringLiteral("add"), QStringLiteral("remove") };
+    return verbs.contains(word);
+}
+
+/// What two names have of each other's words.
+struct SharedWords {
+    QStringList ofName, ofWanted; ///< those that the other has not
+    bool hasNoun = false;         ///< in common
+    int cost = 0;
+
+    SharedWords(const QStringList& name, const QStringList& wanted)
+        : ofName(name)
+        , ofWanted(wanted)
+    {
+        share([](const QString& one, const QString& other) { return one == other; }, 0);
+        share(
+            [](const QString& one, const QString& other) {
+                constexpr int Least = 3;
+                return std::min(one.size(), other.size()) >= Least
+                    && (one.startsWith(other) || other.startsWith(one));
+            },
+            Shortened);
+    }
+
+private:
+    template <typename Same> void share(const Same& same, int price)
+    {
+        for (int i = ofWanted.size() - 1; i >= 0; --i) {
+            const auto found = std::find_if(
+                ofName.begin(), ofName.end(), [&](const QString& word) { return same(word, ofWanted[i]); });
+            if (found == ofName.end())
+                continue;
+            hasNoun = hasNoun || !isVerb(*found);
+            cost += price;
+            ofName.erase(found);
+            ofWanted.removeAt(i);
+        }
+    }
+};
+
+/// By whole words: `wanted` lacks one of them, has a "get" or something at its end too many, or shortens one. NoMatch, too,
+/// where only the verbs differ: who wants to read means no member that writes.
+int wordCost(const QString& name, const QString& wanted)
+{
+    const QStringList words = wordsOf(wanted);
+    const SharedWords shared(wordsOf(name), words);
+    const int changes = shared.ofName.size() + shared.ofWanted.size();
+    const int cost = changes * Change + shared.cost;
+    if (!shared.hasNoun || changes > 1 || cost == 0)
+        return NoMatch;
+    // "resize" is no "setResizeable".
+    if (!shared.ofName.isEmpty() && isVerb(shared.ofName.first()) && shared.cost > 0)
+        return NoMatch;
+    // "copyFile" is "copy", but "readFile" no "File", nor is "fileExists".
+    const bool isMore = !shared.ofWanted.isEmpty() && shared.ofWanted.first() != QLatin1String("get");
+    if (isMore && (shared.ofWanted.first() != words.last() || wanted[0].isUpper() != name[0].isUpper()))
+        return NoMatch;
+    return cost;
+}
+
+/// Whether whole words make the difference of `changes` characters, so that nothing is misspelt.
+bool differInWords(const QString& name, const QString& wanted, int changes)
+{
+    const QStringList words = wordsOf(name), wantedWords = wordsOf(wanted);
+    const SharedWords shared(words, wantedWords);
+    if (shared.ofName.isEmpty() != shared.ofWanted.isEmpty())
+        return true;
+    if (words.size() != wantedWords.size() && changes > 1)
+        return true;
+    return shared.ofName.size() == 1 && shared.ofWanted.size() == 1 && isVerb(shared.ofName.first())
+        && isVerb(shared.ofWanted.first());
+}
+
+/// The name with the least cost, if one has.
+struct Found {
+    QString name;
+    int cost = NoMatch;
+    bool isOnly = true; ///< with this cost
+
+    void offer(const QString& offered, int price)
+    {
+        if (price > cost || price == NoMatch)
+            return;
+        isOnly = price < cost;
+        if (isOnly) {
+            name = offered;
+            cost = price;
+        }
+    }
+};
+
+/// As much of the end of a name as was written.
+QString endOf(const QString& name, const QString& wanted)
+{
+    return name.section(QLatin1Char('.'), -1 - wanted.count(QLatin1Char('.')));
+}
+
+/// The first of those that are written most alike, within `most` changes.
+Found findSpelling(int most, const QStringList& names, const QString& wanted)
+{
+    Found found;
     for (const QString& name : names) {
-        // As much of its end as was written.
-        const QString end = name.section(QLatin1Char('.'), -1 - dots);
-        const int distance = std::min(
-            editDistance(name.toLower(), wanted.toLower()), editDistance(end.toLower(), wanted.toLower()));
-        if (distance < least) {
-            least = distance;
-            found = name;
+        for (const QString& form : { name, endOf(name, wanted) }) {
+            const int changes = editDistance(form.toLower(), wanted.toLower());
+            if (changes == 0 || (changes <= most && !differInWords(form, wanted, changes)))
+                found.offer(name, changes * Change);
         }
     }
     return found;
 }
 
+int mostChanges(const QString& wanted)
+{
+    return std::clamp(wanted.size() / 3, 1, 3);
+}
+
 } // namespace
+
+QString nearestSpelling(const QStringList& names, const QString& wanted)
+{
+    return findSpelling(mostChanges(wanted), names, wanted).name;
+}
 
 QString nearest(const QStringList& names, const QString& wanted)
 {
-    return nearestWithin(std::clamp(wanted.size() / 3, 1, 3), names, wanted);
+    const Found spelt = findSpelling(mostChanges(wanted), names, wanted);
+    Found worded;
+    for (const QString& name : names)
+        worded.offer(name, wordCost(endOf(name, wanted), wanted));
+    return worded.cost < spelt.cost && worded.isOnly ? worded.name : spelt.name;
 }
 
 QString nearestFile(const QStringList& names, const QString& wanted)
@@ -61,7 +188,7 @@ QString nearestFile(const QStringList& names, const QString& wanted)
         if (QFileInfo(name).completeBaseName() == wanted)
             return name;
     }
-    return nearestWithin(std::min(QFileInfo(wanted).completeBaseName().size() / 3, 3), names, wanted);
+    return findSpelling(std::min(QFileInfo(wanted).completeBaseName().size() / 3, 3), names, wanted).name;
 }
 
 QString advise(const QStringList& names, const QString& wanted, const char* form, const char* otherwise)

@@ -5,7 +5,10 @@
 
 namespace novahost {
 
-/// The one that is written most like `wanted`, or ends with it; empty when none is.
+/// The one that `wanted` misspells, or that ends with it; empty when there is none.
+QString nearestSpelling(const QStringList& names, const QString& wanted);
+
+/// The same, or the only one that has its words and hardly others: "logInfo" for "info", "isDir" for "isDirectory".
 QString nearest(const QStringList& names, const QString& wanted);
 
 /// The file that has one extension more, or is written much like it: files of one folder resemble each other.

@@ -3,14 +3,13 @@
 #include "host/novahost/completewords.h"
 #include "host/novahost/help.h"
 #include "host/novahost/nearest.h"
+#include "host/novahost/optionchecks.h"
 #include "host/novahost/output.h"
 #include "host/profile/profile.h"
 #include "host/suite/play.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
-#include <QDir>
-#include <QFileInfo>
 #include <QRegularExpression>
 #include <algorithm>
 #include <cstring>
@@ -19,6 +18,40 @@
 namespace novahost {
 
 namespace {
+
+QString toQString(const std::string& given)
+{
+    return QString::fromLocal8Bit(given.c_str());
+}
+
+/// The command that has an option of its own; null: none.
+const CLI::App* ownerOf(const CLI::App& app, const std::string& option)
+{
+    const std::vector<const CLI::App*> owners = app.get_subcommands(
+        [&](const CLI::App* command) { return command->get_option_no_throw(option) && option != "--help"; });
+    return owners.empty() ? nullptr : owners.front();
+}
+
+/// Puts the command in front where an option of its own precedes it: `novahost --watch run FILE`. What all share may be on
+/// either side.
+void putCommandFirst(const CLI::App& app, int argc, char** argv)
+{
+    bool isNeeded = false;
+    for (int i = 1; i < argc; ++i) {
+        const std::string word = argv[i];
+        if (word.rfind('-', 0) != 0) {
+            if (isNeeded && commandNamed(app, toQString(word)))
+                std::rotate(argv + 1, argv + i, argv + i + 1);
+            return;
+        }
+        const CLI::Option* option = app.get_option_no_throw(word);
+        if (const CLI::App* owner = option ? nullptr : ownerOf(app, word.substr(0, word.find('=')))) {
+            isNeeded = true;
+            option = owner->get_option_no_throw(word);
+        }
+        i += option && option->get_items_expected_max() > 0 ? 1 : 0;
+    }
+}
 
 /// The index of the script's own arguments: after the first word behind "run" that is neither an option nor
 /// an option's value. After "--" no word is an option.
@@ -41,40 +74,6 @@ int findScriptArguments(const CLI::App& app, int argc, char** argv)
         }
     }
     return argc;
-}
-
-/// Returns the error, or an empty string.
-std::string checkMask(const std::string& given)
-{
-    bool ok = false;
-    QString::fromStdString(given).toUInt(&ok, 0);
-    return ok ? std::string()
-              : "a mask is a number below 2^32, such as 64 or 0x40; \"" + given + "\" is none";
-}
-
-bool readSize(const std::string& given, int& width, int& height)
-{
-    static const QRegularExpression form(QStringLiteral("^(\\d{1,5})x(\\d{1,5})$"));
-    const QRegularExpressionMatch match = form.match(QString::fromStdString(given));
-    if (!match.hasMatch() || match.captured(1).toInt() == 0 || match.captured(2).toInt() == 0)
-        return false;
-    width = match.captured(1).toInt();
-    height = match.captured(2).toInt();
-    return true;
-}
-
-/// Returns the error, or an empty string.
-std::string checkSize(const std::string& given)
-{
-    int width = 0, height = 0;
-    return readSize(given, width, height)
-        ? std::string()
-        : "a size is two numbers above 0, such as 1000x700; \"" + given + "\" is none";
-}
-
-QString toQString(const std::string& given)
-{
-    return QString::fromLocal8Bit(given.c_str());
 }
 
 /// Returns the error where a word seems to be the file of an option that takes one only behind an equals sign, or an empty
@@ -103,26 +102,6 @@ QStringList toQStringList(const std::vector<std::string>& given)
     for (const std::string& one : given)
         list.append(toQString(one));
     return list;
-}
-
-/// Returns the error, or an empty string.
-std::string checkFile(const std::string& given)
-{
-    const QFileInfo file(QString::fromLocal8Bit(given.c_str()));
-    if (file.isDir())
-        return '"' + given + "\" is a directory";
-    if (file.exists()) // a pipe, too
-        return {};
-    const QString folder = given.find('/') == std::string::npos ? QString() : file.path() + QLatin1Char('/');
-    const QString meant = nearestFile(file.dir().entryList(QDir::Files), file.fileName());
-    return "there is no file \"" + given + '"'
-        + (meant.isEmpty() ? std::string() : "; did you mean " + (folder + meant).toStdString() + '?');
-}
-
-/// Returns the error, or an empty string.
-std::string checkScript(const std::string& given)
-{
-    return given == "-" ? std::string() : checkFile(given);
 }
 
 /// What the parser fills in and the options have in another form.
@@ -169,7 +148,7 @@ void declareShared(CLI::App& app, Options& options, Given& given)
         ->option_text("FILE");
     app.add_flag("--no-hints", options.noHints, "Print no hints at what looks like a mistake of the page's");
     app.add_flag(
-        "--strict", options.strict, "Refuse calls at which a hint would be printed, and unknown names");
+        "--strict", options.strict, "Refuse calls at which a hint would be printed, and misspelt names");
     app.add_option("--failures", given.failures,
            "Write each failure that a page sees, {member, code, msg, rejects}, to a file of JSON lines in "
            "this directory")
@@ -205,13 +184,13 @@ void declareShared(CLI::App& app, Options& options, Given& given)
     app.add_option("--time-limit", options.timeLimit,
            "End script that runs longer than this many seconds without returning to the event loop (default: none)")
         ->option_text("SECONDS")
-        ->check(CLI::Range(0.1, 1'000'000.0));
+        ->check(checkNumber("a number of seconds", 0.1, 1'000'000));
 
     app.add_option("--devtools", options.devToolsPort,
            "Let clients of the browser's DevTools protocol on this machine connect to this port: whoever does controls "
            "the pages")
         ->option_text("PORT")
-        ->check(CLI::Range(1, 65535));
+        ->check(checkPort());
 }
 
 void declareScripts(CLI::App& app, Options& options, Given& given)
@@ -235,7 +214,7 @@ void declareScripts(CLI::App& app, Options& options, Given& given)
         ->check(checkSize);
     open->add_option("--scale", options.scale, "Physical pixels for each CSS pixel (default: the profile's)")
         ->option_text("FACTOR")
-        ->check(CLI::Range(0.5, 8.0));
+        ->check(checkNumber("a factor", 0.5, 8));
     open->add_option(
             "--screenshot", given.screenshot, "Write a picture of the page, also without a display, and end")
         ->option_text("FILE.png");
@@ -269,7 +248,7 @@ void declareReference(CLI::App& app, Options& options, Given& given)
     app.add_subcommand("completion", "Print a script with which a shell completes novahost's words")
         ->add_option("SHELL", given.shell, "bash, zsh or fish")
         ->required()
-        ->check(CLI::IsMember({ "bash", "zsh", "fish" }));
+        ->check(checkShell());
     app.add_subcommand("help", "Print the help of a command")
         ->add_option("COMMAND", given.command, "Any of these; all of them have --help, too");
 }
@@ -304,8 +283,12 @@ int explainError(const CLI::App& app, const CLI::ParseError& error)
     const std::vector<std::string> unknown = app.remaining(true);
     for (const std::string& word : unknown) {
         const QString name = toQString(word.substr(0, word.find('=')));
-        if (name.startsWith(QLatin1Char('-')) && name != QLatin1String("--"))
-            return failUnknown(command, "option", optionNames(command), name);
+        if (!name.startsWith(QLatin1Char('-')) || name == QLatin1String("--"))
+            continue;
+        const CLI::App* owner = ownerOf(app, name.toStdString());
+        return owner ? failUsage(command,
+                   QStringLiteral("%1 is for %2").arg(name, QString::fromStdString(owner->get_name())))
+                     : failUnknown(command, "option", optionNames(command), name);
     }
     if (!unknown.empty() && !commandNames(command).isEmpty())
         return failUnknown(command, "command", commandNames(command), toQString(unknown.front()));
@@ -314,7 +297,18 @@ int explainError(const CLI::App& app, const CLI::ParseError& error)
             QStringLiteral("a command is missing: %1").arg(commandNames(app).join(QLatin1String(", "))));
     if (!unknown.empty())
         return failUsage(command, QStringLiteral("%1 is one word too many").arg(toQString(unknown.front())));
-    return failUsage(command, QString::fromLocal8Bit(error.what()));
+    const std::string text = error.what(), name = text.substr(0, text.find(':'));
+    const CLI::Option* option = command.get_option_no_throw(name);
+    if (!option)
+        option = app.get_option_no_throw(name);
+    if (option && dynamic_cast<const CLI::ArgumentMismatch*>(&error))
+        return failUsage(
+            command, toQString(name + ": " + describeValue(option->get_option_text()) + " is missing"));
+    static const QRegularExpression flag(QStringLiteral("^Could not convert: (\\S+) = (.*)$"));
+    if (const auto match = flag.match(toQString(text)); match.hasMatch())
+        return failUsage(command,
+            QStringLiteral("%1 takes no value, but %2 is given").arg(match.captured(1), match.captured(2)));
+    return failUsage(command, toQString(text));
 }
 
 /// Help, a shell's completion and what is wrong with the command line; nothing when a command is to be performed.
@@ -333,7 +327,9 @@ std::optional<int> performAlone(const CLI::App& app, const Given& given)
             if (!wanted)
                 return failUnknown(*within, "command", commandNames(*within), toQString(name));
         }
-        printLine(QString::fromStdString(wanted->help()).trimmed(), false);
+        // Not with help(), which gives the app's turn to the command that was parsed: this one.
+        const std::string text = wanted->get_formatter()->make_help(wanted, "", CLI::AppFormatMode::Normal);
+        printLine(QString::fromStdString(text).trimmed(), false);
         return 0;
     }
     for (const CLI::Option* option : app.get_options()) {
@@ -368,6 +364,7 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitCode)
             completeWords(app, toQStringList({ argv + 2, argv + argc })).join(QLatin1Char('\n')), false);
         return std::nullopt;
     }
+    putCommandFirst(app, argc, argv);
     const int ownArguments = findScriptArguments(app, argc, argv);
     QString error = findLooseFile(app, ownArguments, argc, argv);
     if (!error.isEmpty()) {

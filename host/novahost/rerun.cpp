@@ -12,6 +12,8 @@
 #include <QProcess>
 #include <QTimer>
 #include <csignal>
+#include <sys/prctl.h>
+#include <unistd.h>
 
 namespace novahost {
 
@@ -34,6 +36,18 @@ QStringList filesIn(const QString& folder)
     }
     return files;
 }
+
+/// Ends with this one, also when that is killed.
+class Run final : public QProcess {
+    void setupChildProcess() override
+    {
+        prctl(PR_SET_PDEATHSIG, SIGTERM);
+        if (getppid() != m_parent)
+            _exit(InterruptedCode);
+    }
+
+    const pid_t m_parent = getpid();
+};
 
 class Reruns {
 public:
@@ -71,11 +85,13 @@ public:
         m_run.start();
     }
 
-    /// The run gets the signal of a terminal, too.
-    void interrupt()
+    /// The run gets the signal of a terminal, too, but not one that a process has sent to this one alone.
+    void interrupt(bool isForThisProcess)
     {
         if (m_run.state() == QProcess::NotRunning)
             QCoreApplication::exit(InterruptedCode);
+        else if (isForThisProcess && m_run.processId() > 0)
+            ::kill(static_cast<pid_t>(m_run.processId()), SIGINT);
     }
 
 private:
@@ -134,7 +150,7 @@ private:
 
     const Options& m_options;
     QFileSystemWatcher m_files;
-    QProcess m_run;
+    Run m_run;
     QTimer m_settling;
     QTimer m_patience;
     QHash<QString, QPair<QDateTime, qint64>> m_state; ///< when the last run began
@@ -147,7 +163,7 @@ int rerunScript(const Options& options, const QStringList& arguments)
 {
     Signals signals;
     Reruns reruns(options, arguments);
-    signals.setInterrupt([&] { reruns.interrupt(); });
+    signals.setInterrupt([&] { reruns.interrupt(signals.isForThisProcess()); });
     QTimer::singleShot(0, [&] { reruns.start(); });
     return signals.exitCode(QCoreApplication::exec());
 }

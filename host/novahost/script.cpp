@@ -136,7 +136,13 @@ private:
         // Who waits for events that way sees no others than those before the script's end.
         const QString others = m_wasKept || !m_hasEnded ? QString() : m_waiting.others(*m_page);
         if (!others.isEmpty() && !m_run.options.noHints)
-            printLine(QStringLiteral("hint: ended with %1; --keep waits for events").arg(others), true);
+            printLine((m_waiting.listens(*m_page)
+                              ? QStringLiteral("hint: ended with %1; --keep waits for events")
+                              : QStringLiteral("hint: ended before the %1: the page listens to nothing"))
+                          .arg(others),
+                true);
+        if (exitCode < 0)
+            exitCode = fail(Failure, QStringLiteral("process.exitCode must be an integer from 0 to 255"));
         m_exitCode = exitCode == 0 && (m_hasErrors || !m_hasEnded) ? Failure : exitCode;
         QCoreApplication::exit(*m_exitCode);
     }

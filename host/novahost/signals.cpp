@@ -11,6 +11,7 @@ namespace novahost {
 namespace {
 
 constexpr int ExitCodeOfSignals = 128;
+constexpr int SentByProcess = 0x80; ///< added to the number of a signal in the pipe
 
 // Global: a signal handler has no context.
 int s_pipe[2] = { -1, -1 };
@@ -31,10 +32,10 @@ void pass(int number)
     errno = error;
 }
 
-void passToBoth(int number)
+void passToBoth(int number, siginfo_t* info, void*)
 {
     const int error = errno;
-    sendByte(s_pipe, number);
+    sendByte(s_pipe, info->si_code == SI_USER ? number | SentByProcess : number);
     sendByte(s_guardPipe, number);
     errno = error;
 }
@@ -53,11 +54,14 @@ bool Signals::hold()
 {
     if (pipe2(s_pipe, O_CLOEXEC | O_NONBLOCK) != 0 || pipe2(s_guardPipe, O_CLOEXEC | O_NONBLOCK) != 0)
         return false;
+    struct sigaction action = {};
+    action.sa_sigaction = passToBoth;
+    action.sa_flags = SA_RESTART | SA_SIGINFO;
     for (const int number : { SIGINT, SIGTERM, SIGHUP }) {
         struct sigaction before = {};
         sigaction(number, nullptr, &before);
         if (before.sa_handler != SIG_IGN)
-            setHandler(number, passToBoth);
+            sigaction(number, &action, nullptr);
     }
     // A file at its size limit is an error like a full disk. Not ignored: programs that pages start would inherit that.
     setHandler(SIGXFSZ, [](int) {});
@@ -93,6 +97,8 @@ bool Signals::take()
     unsigned char number = 0;
     if (read(s_pipe[0], &number, 1) != 1)
         return false;
+    m_isForThisProcess = (number & SentByProcess) != 0;
+    number &= static_cast<unsigned char>(~SentByProcess);
     if (number == SIGUSR2) {
         QMetaObject::invokeMethod(
             &m_notifier, [this] { m_next(); }, Qt::QueuedConnection);

@@ -27,6 +27,10 @@ public:
     /// that. `interrupt` may be called while script runs.
     void setInterrupt(std::function<void()> interrupt, bool endsScript = true);
 
+    /// Whether the signal that is being heard is one that a process has sent to this one, and no key of the terminal, which
+    /// sends it to all.
+    bool isForThisProcess() const { return m_isForThisProcess; }
+
     /// Sets what SIGUSR2 does, from the event loop. Without it SIGUSR2 ends the process.
     void setNext(std::function<void()> next);
 
@@ -48,6 +52,7 @@ private:
     std::function<void()> m_next;
     bool m_endsScript = true;
     bool m_isScriptEnded = false;
+    bool m_isForThisProcess = false;
     std::optional<int> m_exitCode;
 };
 

@@ -155,6 +155,15 @@ QString Play::forms()
     return QStringLiteral("%1 or %2").arg(forms.join(QStringLiteral(", ")), last);
 }
 
+QStringList Play::beginnings()
+{
+    static const QRegularExpression fixed(QStringLiteral("^[a-z]+(:([a-z]+$)?)?"));
+    QStringList beginnings;
+    for (const StepKind& kind : Kinds)
+        beginnings.append(fixed.match(QLatin1String(kind.form)).captured());
+    return beginnings;
+}
+
 std::vector<PlayStep> Play::read(const QString& steps, QString& error)
 {
     static const QRegularExpression form(

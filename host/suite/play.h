@@ -27,6 +27,8 @@ class Play {
 public:
     /// The syntax of steps, for the user.
     static QString forms();
+    /// As much of each form as does not depend on the profile: "login", "user:", for completion.
+    static QStringList beginnings();
     /// Parses steps and checks them against the current profile. Sets `error` when one is wrong.
     static std::vector<PlayStep> read(const QString& steps, QString& error);
 

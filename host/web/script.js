@@ -228,10 +228,11 @@
         define(world, 'queueMicrotask', function queueMicrotask(callback) {
             soon(typeof callback === 'function' ? () => callReporting(callback, undefined, [], 'in a microtask') : callback);
         }, true);
-        define(world, 'exit', function exit(code = 0) {
-            if (!isInteger(code) || code < 0 || code > 255)
-                throw makeTypeError('exit: the code must be an integer from 0 to 255');
-            reportEnd(compose('x', '' + code));
+        define(world, 'exit', function exit(code) {
+            const given = code ?? exitCode();
+            if (!isInteger(given) || given < 0 || given > 255)
+                throw makeTypeError((code === undefined ? 'process.exitCode' : 'exit: the code') + ' must be an integer from 0 to 255');
+            reportEnd(compose('x', '' + given));
         }, false);
         const play = function play(steps) {
             if (typeof steps !== 'string')

@@ -8,7 +8,7 @@ import { makeFailure } from "./failure.js";
 import { hint } from "./nearest.js";
 import { Recording } from "./recording.js";
 import { genericMembers, refusalOf } from "./refusals.js";
-import { Row, callbackOf } from "./rows.js";
+import { Row, callbackOf, conformAnswer } from "./rows.js";
 import { copy, instances, show, whyNotPassable } from "./values.js";
 
 const objects = new Map(described.map((object) => [object.name, object]));
@@ -89,7 +89,7 @@ export class Kit {
         return this.#extension;
     }
 
-    /** Makes NovaExtension a global, until uninstall(). */
+    /** Makes NovaExtension a global, until uninstall() brings back what there was: perhaps that of another kit. */
     install(target = globalThis) {
         this.#previous ??= { target, had: Object.hasOwn(target, "NovaExtension"), value: target.NovaExtension };
         target.NovaExtension = this.#extension;
@@ -232,7 +232,7 @@ export class Kit {
         const given = typeof row.answer === "function" ? row.answer(...values) : row.answer;
         if (type.kind === "handle")
             return this.#handOut(member, instance, values, given);
-        return envelope(member, conform(type, given, `${row.member}: answer`));
+        return envelope(member, conformAnswer(type, given, `${row.member}: answer`));
     }
 
     #promise(row, type, values) {
@@ -243,7 +243,7 @@ export class Kit {
                     return;
                 }
                 const given = await (typeof row.answer === "function" ? row.answer(...values) : row.answer);
-                resolve(conform(type, given, `${row.member}: answer`));
+                resolve(conformAnswer(type, given, `${row.member}: answer`));
             };
             this.clock.schedule(row.after, () => settle().catch(reject));
         });

@@ -3,7 +3,7 @@ import { conform, describeType } from "./declared.js";
 import { isTextOf } from "./failure.js";
 import { hint } from "./nearest.js";
 import { differencesOfCall } from "./patterns.js";
-import { instances, show } from "./values.js";
+import { instances, isPlain, show } from "./values.js";
 
 const Keys = ["member", "arguments", "of", "answer", "failure", "rejects", "callback", "after", "times", "optional"];
 const Outcomes = ["answer", "failure", "rejects"];
@@ -24,6 +24,19 @@ function findFailure(name, member, key, given) {
     const texts = declared.map((failure) => failure.text);
     throw new TypeError(`${place}: the member does not fail with ${code === undefined ? "" : `code ${code} `}${show(msg)}${
         hint(msg, texts)} It fails with: ${declared.map(({ code: one, text }) => `${one} ${show(text)}`).join(", ") || "nothing"}`);
+}
+
+/** What an answer is declared to be; says so where it is more than that: the envelope or the promise, which the kit makes. */
+export function conformAnswer(type, given, place) {
+    if (given instanceof Promise)
+        throw new TypeError(`${place}: the value itself is expected, not a Promise: the kit makes one where the member returns one`);
+    try {
+        return conform(type, given, place);
+    } catch (error) {
+        if (isPlain(given) && Object.hasOwn(given, "success") && Object.hasOwn(given, "data"))
+            throw new TypeError(`${place}: the data alone is expected: the kit makes { success, data } of it`);
+        throw error;
+    }
 }
 
 /** The parameter that is a function which is called later. */
@@ -78,7 +91,7 @@ export class Row {
                 this[key] = findFailure(name, member, key, given[key]);
         }
         if ("answer" in given && typeof given.answer !== "function" && type.kind !== "handle")
-            this.answer = conform(type, given.answer, `${name}: answer`);
+            this.answer = conformAnswer(type, given.answer, `${name}: answer`);
         const needsAnswer = !["void", "handle"].includes(type.kind) && !Outcomes.some((key) => key in given);
         if (needsAnswer && !given.callback)
             throw new TypeError(`${name}: the row says neither answer (${describeType(type)}), failure nor rejects`);

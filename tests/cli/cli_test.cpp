@@ -57,6 +57,13 @@ SyntaxError: eval "1 +" -> 1 || SyntaxError
 RevokedProxy: eval "const r = Proxy.revocable({}, {}); r.revoke(); NovaExtension.Log.logInfo(r.proxy)" -> 1 || a proxy can not be passed[\s\S]*code: 1
 SyntaxErrorWhileItRuns: eval "console.log('once'); JSON.parse('{')" -> 1 ^once\n$ || SyntaxError
 Exit: eval exit(7) -> 7
+ExitCodeOfExit: eval "process.exitCode = 3, exit()" -> 3
+WrongExitCode: eval "process.exitCode = 300, 1" -> 1 ^1\n$ || ^novahost: process\.exitCode must be an integer from 0 to 255\n$
+ExitWithAWrongCode: eval "process.exitCode = 'x', exit()" -> 1 || TypeError: process\.exitCode must be
+MisspeltGlobal: eval Novaextension.Log -> 1 || ReferenceError[\s\S]*\nhint: did you mean NovaExtension\?\n$
+ObjectAsAGlobal: eval FileSystem.homePath() -> 1 || \nhint: did you mean NovaExtension\.FileSystem\?\n$
+OfNode: eval Buffer -> 1 || \nhint: there is no Buffer; Uint8Array
+PromiseAsArgument: eval "NovaExtension.FileSystem.exists(Promise.resolve('/'))" -> 1 || \nhint: an `await` is forgotten\n$
 ExitEndsTheTurn: eval "exit(7); console.log('after')" -> 7 ^after\n$
 ErrorEndsNothing: eval "const E = NovaExtension.Event; E.addEventListener('e', () => { throw 'x' }); E.addEventListener('e', () => console.log('second'));
  E.dispatchEvent('e'); console.log('after')" -> 1 ^second\nafter\nnull\n$ || ^Uncaught \(in a listener of e\) 'x'\nhint: ended with listener of e \(2\); --keep waits for events\n$
@@ -103,11 +110,19 @@ MisspeltOption: run --trce no.js -> 2 || ^novahost: there is no option --trce; d
 MisspeltFile: run SCRIPTs -> 2 || ^novahost: FILE: there is no file ".*script\.jss"; did you mean /.*/script\.js\?
 TraceFileIsNoCommand: --trace t.json run SCRIPT -> 2 || ^novahost: the file of --trace goes behind an equals sign: --trace=t\.json\n
 TraceFileIsNoScript: run --trace PROFILE SCRIPT -> 2 || ^novahost: the file of --trace goes behind
+OwnOptionInFront: --json members Log -> 0 ^\[\{"object":"NovaExtension\.Log"
+OptionOfAnotherCommand: --size 1x1 run SCRIPT -> 2 || ^novahost: --size is for open\n
+NoNumber: --time-limit abc eval 1 -> 2 || ^novahost: --time-limit: a number of seconds from 0\.1 to 1000000 is expected, not abc\n
+NoValue: eval 1 --record -> 2 || ^novahost: --record: a file is missing\n
+ValueOfAFlag: eval --keep=maybe 1 -> 2 || ^novahost: --keep takes no value
+NobodyListens: --keep --play login:user-2 eval 1 -> 0 ^1\n$ || ^hint: ended before the play of login:user-2: the page listens to nothing\n$
+Help: help -> 0 ^Runs page script[\s\S]*Commands:
 OptionOfAnother: --play logout members -> 2 || ^novahost: --play is for run, eval, repl, open
 HelpOfACommand: policy explain --help -> 0 ^Say whether(?![\s\S]*--play)[\s\S]*--profile FILE[\s\S]*Examples:[\s\S]*Exit codes:
 HelpByItsCommand: help policy explain -> 0 ^Say whether
 CompletedMember: --complete-words members Log.logI -> 0 ^Log\.logInfo\n$
 CompletedServices: --complete-words run --without=skin,lo -> 0 ^--without=skin,logger\n$
+CompletedSteps: --complete-words eval --play logout,c -> 0 ^logout,cloud:kill\nlogout,config:\n$
 CompletedFile: --complete-words run --deny 1 exam -> 0 ^:files\n$
 CompletedOptionalFile: --complete-words --trace = t -> 0 ^:files\n$
 CompletedOptionOfTheScript: --complete-words run page.js --br -> 0 ^:files\n$

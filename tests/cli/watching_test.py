@@ -22,30 +22,41 @@ HINTS = [
         NovaExtension.Event.dispatchEvent("e", true, { success: true, data: 1 }); NovaExtension.ByteBufferManager.create(new Uint8Array(2))""",
      ["SettingsManager.settings has no option `extra`"]],
     ["none for questions", """[await NovaExtension.Log, JSON.stringify(NovaExtension.Log), `${NovaExtension.Log}`, "Nope" in NovaExtension,
-        NovaExtension.Log.hasOwnProperty("x"), NovaExtension[Symbol.iterator], "logInof" in NovaExtension.Log]; for (const key in NovaExtension) key""", []],
-    ["once", "for (let i = 0; i < 3; ++i) NovaExtension.FileSystem.exists(i); NovaExtension.Foo?.bar; NovaExtension.Foo?.baz",
-     ["`path` of FileSystem.exists is a number, where a string is expected", "NovaExtension has no Foo"]],
-    ["an answer", "const { FileSystem: F } = NovaExtension; F.exists(F.homePath()); F.exists(`${F.homePath()}/a`); F.exists(`${Promise.resolve()}`)",
+        NovaExtension.Log.hasOwnProperty("x"), NovaExtension[Symbol.iterator], "logInof" in NovaExtension.Log]; for (const key in NovaExtension) key;
+        const { FileSystem: F, Account: A } = NovaExtension; F.zip; F.nope?.(); F.readFile; F.isFile; F.name; A.setUserInfo""", []],
+    ["none for what is passed on", """const { FileSystem: F, Account: A, Event: E, Log: L } = NovaExtension; ["/", "/"].map(F.exists.bind(F)); [1].map(A.isLoggedIn.bind(A));
+        Promise.resolve(5).then(A.isLoggedIn.bind(A)); F.exists("/", undefined); L.logInfo({ moduleName: "m", logStr: `${{}} ${F.exists}` });
+        for (const event of ["mine", "event.account.login.done"]) A.addEventListener(event, () => 0)""", []],
+    ["once", "for (let i = 0; i < 3; ++i) NovaExtension.FileSystem.exists(i); NovaExtension.Loog?.bar; NovaExtension.Loog?.baz",
+     ["`path` of FileSystem.exists is a number, where a string is expected", "NovaExtension has no Loog; did you mean Log?"]],
+    ["an answer", "const { FileSystem: F } = NovaExtension; F.exists(F.homePath()); F.exists(`${F.homePath()}/a`); F.exists(`${Promise.resolve()}`); F.exists(F.homePath + '/a')",
      ["`path` of FileSystem.exists is an answer, where a string is expected: `.data` is forgotten",
       "`path` of FileSystem.exists contains \"[object Object]\": an object was made a string",
-      "`path` of FileSystem.exists contains \"[object Promise]\": an `await` is forgotten"]],
-    ["options", "const { Log: L, FileSystem: F } = NovaExtension; try { L.logInfo({ modulename: 'm', logStr: 5, '\\x1b[2J': 1 }); } catch { }; try { L.logInfo({ moduleName: '' }) } catch { } F.exists(); F.exists(null)",
-     ["`logStr` of Log.logInfo is missing, where a string is expected", "`path` of FileSystem.exists is missing, where a string is expected",
+      "`path` of FileSystem.exists contains \"[object Promise]\": an `await` is forgotten",
+      "`path` of FileSystem.exists contains \"[native code]\": a function was made a string: its `()` is forgotten"]],
+    ["more arguments", "const { FileSystem: F, Account: A, Event: E } = NovaExtension, f = () => 0; try { F.copy({ path: '/no', newPath: '/no/a' }, f) } catch { } E.addEventListener('e', f, { once: true }); A.getUserInfo(f)",
+     ["FileSystem.copy takes 1 argument, but gets 2", "Event.addEventListener takes 2 arguments, but gets 3", "Account.getUserInfo takes no arguments, but gets 1"]],
+    ["options", "const { Log: L, FileSystem: F } = NovaExtension; try { L.logInfo({ modulename: 'm', logStr: 5, '\\x1b[2J': 1 }); } catch { }; try { L.logInfo({ moduleName: '' }) } catch { } F.exists(); F.exists(null); try { NovaExtension.ConfigCenter.setValue({ key: 'k', value: null }) } catch { }",
+     ["`value` of ConfigCenter.setValue is null, where a value is expected", "`logStr` of Log.logInfo is missing, where a string is expected", "`path` of FileSystem.exists is missing, where a string is expected",
       "`path` of FileSystem.exists is null, where a string is expected", "Log.logInfo has no option `\\u001b[2J`", "Log.logInfo has no option `modulename`; did you mean `moduleName`?",
       "`logStr` of Log.logInfo is a number, where a string is expected"]],
     ["inner values", "try { NovaExtension.Network.fetch({ url: 'ftp://x', headers: { a: 5 }, responseType: 'txt' }); } catch { }",
      ["`headers.a` of Network.fetch is a number, where a string is expected",
       '`responseType` of Network.fetch is "txt", which is none of "text", "bytes"; did you mean "text"?']],
-    ["events", "for (const event of ['event.account.logn', 'mine', 'event.account.login']) NovaExtension.Account.addEventListener(event, () => 0)",
+    ["events", "for (const event of ['event.account.logn', 'event.account.login']) NovaExtension.Account.addEventListener(event, () => 0)",
      ['Account has no event "event.account.logn"; did you mean "event.account.login"?']],
     ["names", "NovaExtension.Loog; NovaExtension.Log.logInof; NovaExtension.SettingsManager.settings({ format: 0 }).getvalue",
      ["NovaExtension has no Loog; did you mean Log?", "Log has no logInof; did you mean logInfo?",
       "SettingsManager.Settings has no getvalue; did you mean getValue?"]],
+    ["words of names", "const { Log: L, ConfigCenter: C, Account: A, FileSystem: F, Skin: S } = NovaExtension; [C.getValue, L.info, A.userInfo, F.isDirectory, F.copyFile, S.getCurrentSkin]; NovaExtension.SettingsManager.settings({ format: 0 }).getValue({ key: 'a', default: 1 })",
+     ["ConfigCenter has no getValue; did you mean value?", "Log has no info; did you mean logInfo?", "Account has no userInfo; did you mean getUserInfo?",
+      "FileSystem has no isDirectory; did you mean isDir?", "FileSystem has no copyFile; did you mean copy?", "Skin has no getCurrentSkin; did you mean getCurrentSkinName?",
+      "SettingsManager.Settings.getValue has no option `default`; did you mean `defaultValue`?"]],
 ]
 
 STRICT = """const said = (action) => { try { return action() } catch (e) { return `${e.name} ${e.code} ${e.message}` } };
-console.log(said(() => NovaExtension.FileSystem.exists(5)), "|", said(() => NovaExtension.Nope), "|", said(() => NovaExtension.Log.logInof))"""
-STRICT_SAYS = ("Error 1 `path` of FileSystem.exists is a number, where a string is expected | TypeError undefined NovaExtension has no Nope"
+console.log(said(() => NovaExtension.FileSystem.exists(5)), "|", said(() => NovaExtension.Nope), said(() => NovaExtension.Log.logInfo({ moduleName: "m", logStr: String({}) }).success), "|", said(() => NovaExtension.Log.logInof))"""
+STRICT_SAYS = ("Error 1 `path` of FileSystem.exists is a number, where a string is expected | undefined true"
                " | TypeError undefined Log has no logInof; did you mean logInfo?\n")
 
 # What the library sees of each kind of value, and of each kind of thing that happens.

@@ -32,6 +32,8 @@ for (const [name, row, text] of [
     ["a misspelt member", { member: "FileSystem.exist", answer: true }, /no member "FileSystem.exist". Did you mean "FileSystem.exists"/],
     ["a misspelt key", { member: "FileSystem.exists", answr: true }, /no "answr". Did you mean "answer"/],
     ["another type", exists([], "yes"), /answer: a boolean is expected, not "yes"/],
+    ["an envelope", exists([], { success: true, data: true }), /answer: the data alone is expected/],
+    ["a promise", md5({ answer: Promise.resolve("d") }), /answer: the value itself is expected, not a Promise/],
     ["a misspelt property", { member: "Account.getUserInfo", answer: fill({ nickname: "Ada" }) }, /no property "nickname". Did you mean "nickName"/],
     ["a missing property", { member: "Account.getUserInfo", answer: { nickName: "Ada" } }, /"userId" of UserInfo is missing; fill\(/],
     ["a failure that is not declared", { member: "FileSystem.mkpath", failure: "the directory exists" }, /does not fail with "the directory exists"/],

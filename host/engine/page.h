@@ -41,6 +41,9 @@ struct PageHost {
     std::function<void(const QString& line, bool isError)> console;
     /// exit(code) was called. After the current call has returned no more script of the page runs.
     std::function<void(int code)> exitRequested;
+    /// What run(), importModule() or evaluate() was to run has failed, which ends the page as exit() does: at once, and `done` is not
+    /// called. Without this callback `done` is called with the outcome, and the page goes on.
+    std::function<void(const Outcome& error)> scriptFailed;
     /// An uncaught error, in a timer, a listener or a promise.
     std::function<void(const Outcome& error)> uncaughtError;
     /// process.play(steps) was called. Returns the error, or an empty string. Destroyed when the page closes,

@@ -272,9 +272,15 @@ void PageState::finish(int ticket, const Outcome& outcome)
     const auto found = m_tickets.find(ticket);
     if (found == m_tickets.end() || !isLive())
         return;
-    if (found->second && !m_isInterrupted)
-        post([done = std::move(found->second), outcome] { done(outcome); });
+    const Page::Done done = std::move(found->second);
     m_tickets.erase(found);
+    if (!done || m_isInterrupted || m_closing)
+        return;
+    if (outcome.ok || m_hostGone || !m_host.scriptFailed)
+        return post([done, outcome] { done(outcome); });
+    m_host.scriptFailed(outcome);
+    close();
+    mute();
 }
 
 QString PageState::callingPlace()

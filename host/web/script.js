@@ -86,9 +86,14 @@
             });
         }
     };
-    // Behind the events of promises that nobody has handled, which come when the script has returned to the event loop.
+    // An error at once: it may end the document. All else behind the events of promises that nobody has handled, which come when
+    // the script has returned to the event loop.
     native.finish = (ticket, ok, text, json, stack, code, facts) => {
         const part = compose('f', '' + ticket, ok ? '1' : '', text, json, stack, code === undefined ? '' : '' + code, facts);
+        if (!ok) {
+            report(part);
+            return;
+        }
         rejectPromise({ __proto__: null, [outcome]: part });
         later(() => report(part), 1000); // a script can remove all listeners of the document
     };

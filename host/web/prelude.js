@@ -5,7 +5,7 @@
 (function () {
     'use strict';
     const isOwnFrame = (frame) => indexOf(frame, '    at ', 0) !== 0 || indexOf(frame, 'nova-prelude', 0) >= 0
-        || indexOf(frame, '(<anonymous>', 0) >= 0 || indexOf(frame, '    at <anonymous>', 0) === 0;
+        || indexOf(frame, '(<anonymous>', 0) >= 0 || indexOf(frame, ' <anonymous>:', 0) >= 0;
 @PAGE_SCRIPT@
     const ask = prompt;
     const world = globalThis;

@@ -29,10 +29,15 @@ struct Outcome {
 
 /// What a page evaluates.
 struct PageScript {
-    QString source = {};       ///< an expression, or statements, whose value is awaited
-    QString declarations = {}; ///< run first, as a script of its own: what it declares stays
-    bool isKept = false;       ///< the page gets the value as its global `_`, or the error as `_error`
-    QString typed = {};        ///< what errors show of the source: that which the user has typed
+    QString source = {}; ///< an expression, or statements, whose value is awaited
+    QString
+        declarations = {}; ///< run first, as a script of its own: what it declares stays. Each function in it has the
+                           ///< place that it has in `typed`
+    bool isKept = false; ///< the page gets the value as its global `_`, or the error as `_error`
+    QString typed = {};  ///< what errors show of the source: that which the user has typed
+    QString
+        pieces = {}; ///< where the source has pieces of that: "FROM TO LENGTH;...", offsets in both; empty: all together
+    QString name = {}; ///< what errors call it; empty: PageOptions::inputName, with a number
 };
 
 /// Callbacks of a page into its host. [GUI thread]

@@ -1,40 +1,78 @@
     // --- Reports of errors ---------------------------------------------------------------------------------------
 
+    // One engine quotes a piece of the script that it runs where it can not name what is wrong.
+    const shownMessage = (message) => {
+        const at = lastIndexOf(message, " (near '...");
+        return at > 0 && slice(message, -5) === "...')" ? slice(message, 0, at) : message;
+    };
     const fullTitle = (error) => {
         const name = nameOf(error) || 'Error';
-        const message = messageOf(error);
+        const message = shownMessage(messageOf(error));
         return message ? name + ': ' + message : name;
     };
 
-    // The sources of scripts that the tool runs, by the name that the engine knows them by: {name, text, shift}, where
-    // `shift` is by how much a wrapper shifts the columns of the first line.
+    // The sources of scripts that the tool runs, by the name that the engine knows them by: {name, text, shift, pieces, compiled},
+    // where `shift` is by how much a wrapper shifts the columns of the first line. Of an input that has been rewritten, `pieces`
+    // of it are in the script that is `compiled`, see PageScript.
     const sources = { __proto__: null };
-    const noteSource = (known, name, text, shift) => {
-        sources[known] = { __proto__: null, name, text, shift };
+    const declarationsOf = (known) => known + '/functions';
+    const noteSource = (known, name, text, shift, pieces, compiled) => {
+        sources[known] = { __proto__: null, name, text, shift, pieces: pieces ?? '', compiled };
     };
-    // Undefined beyond the end.
-    const lineOf = (text, number) => {
+    const noteInput = (known, name, typed, pieces, compiled) => {
+        const shift = pieces === '' ? indexOf(compiled, typed, 0) : 0;
+        noteSource(known, name, shift < 0 ? '' : typed, max(shift, 0), pieces, compiled);
+        noteSource(declarationsOf(known), name, typed, 0);
+    };
+    // The offset of a line; -1 beyond the end.
+    const lineStart = (text, number) => {
         let from = 0;
         for (let i = 1; i < number; ++i) {
             from = indexOf(text, '\n', from) + 1;
             if (from === 0)
-                return undefined;
+                return -1;
         }
+        return from;
+    };
+    const lineAt = (text, from) => {
         const end = indexOf(text, '\n', from);
         return slice(text, from, end < 0 ? text.length : end);
+    };
+    // {line, column} in what was typed; undefined where the rewriting has added something.
+    const typedPlace = ({ text, pieces, compiled }, line, column) => {
+        const offset = lineStart(compiled, line) + column - 1;
+        for (let at = 0; at < pieces.length;) {
+            const second = indexOf(pieces, ' ', at) + 1;
+            const third = indexOf(pieces, ' ', second) + 1;
+            const end = indexOf(pieces, ';', third);
+            const from = toNumber(slice(pieces, at, second - 1));
+            if (offset >= from && offset < from + toNumber(slice(pieces, third, end))) {
+                const typed = toNumber(slice(pieces, second, third - 1)) + offset - from;
+                const place = { __proto__: null, line: 1, column: typed + 1 };
+                for (let next = indexOf(text, '\n', 0) + 1; next > 0 && next <= typed; next = indexOf(text, '\n', next) + 1) {
+                    ++place.line;
+                    place.column = typed - next + 1;
+                }
+                return place;
+            }
+            at = end + 1;
+        }
+        return undefined;
     };
     // A frame as the user has written the source; undefined for one in the wrapper around it.
     const placed = (frame) => {
         const source = sources[frame.file];
         if (!source)
             return frame;
-        const line = lineOf(source.text, frame.line);
-        const column = frame.line === 1 ? frame.column - source.shift : frame.column;
         if (source.text === '')
             return frame;
-        if (column < 1 || line === undefined)
+        const place = source.pieces !== '' ? typedPlace(source, frame.line, frame.column)
+            : { __proto__: null, line: frame.line, column: frame.line === 1 ? frame.column - source.shift : frame.column };
+        const start = place ? lineStart(source.text, place.line) : -1;
+        if (start < 0 || place.column < 1)
             return undefined;
-        return { __proto__: null, name: frame.name, file: source.name, line: frame.line, column: columnOf(line, column), text: line };
+        const text = lineAt(source.text, start);
+        return { __proto__: null, name: frame.name, file: source.name, line: place.line, column: columnOf(text, place.column), text };
     };
     // "file:line:column", whose name may have colons.
     const readPlace = (text) => {

@@ -273,7 +273,7 @@
 
     return {
         __proto__: null, nativePrototype, signalArray, keys: listKeys, languagePrototypes, objectPrototype, makeError,
-        errorFromObject, makeTypeError, makeRangeError, describeError, noteRefusal, noteSource, setColors, settle, settleKept,
+        errorFromObject, makeTypeError, makeRangeError, describeError, noteRefusal, noteSource, noteInput, setColors, settle, settleKept,
         run, fail, failKept, propertyNames, afterThis, makeProcess, exitCode, makeRoot, bindRoot, makeClass, addGetter,
         keepValue, bytesOf, copyBytes,
         spread: (callee, values) => apply(callee, undefined, values), bare: () => ({ __proto__: null }),

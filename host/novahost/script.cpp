@@ -185,9 +185,11 @@ engine::PageScript scriptOf(const QString& expression)
 {
     if (!expression.contains(QLatin1String("await")) && !expression.trimmed().startsWith(QLatin1Char('{')))
         return { expression, {}, false, expression };
-    const InputParser::Input input = InputParser().read(expression);
-    return { input.error.isEmpty() ? input.script.source : expression, input.script.declarations, false,
-        expression };
+    InputParser::Input input = InputParser().read(expression);
+    if (!input.error.isEmpty())
+        return { expression, {}, false, expression };
+    input.script.isKept = false;
+    return input.script;
 }
 
 int printResult(const engine::Outcome& outcome)

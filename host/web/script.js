@@ -115,7 +115,7 @@
 @SYNTAX_PLACES@
     let rejectPromise; // one of the document's own functions, whose promises it hears of
     // The kinds: b, the body of a function; e, an expression; k, one whose result is kept as a global.
-    const runSource = (ticket, kind, fileName, source, typed) => {
+    const runSource = (ticket, kind, fileName, source, typed, pieces, name) => {
         const known = encodeName(fileName);
         const end = '\n//# sourceURL=' + known;
         // All on the first line of the source, so that line numbers stay right.
@@ -129,8 +129,7 @@
         try {
             if (kind !== 'b') {
                 compiled = source;
-                const shift = indexOf(source, typed, 0);
-                noteSource(known, fileName, shift < 0 ? '' : typed, max(shift, 0));
+                noteInput(known, name || fileName, typed, pieces, source);
                 value = runInDocument('__novaTake((source) => (0, eval)(source))')(source + end);
             } else {
                 // Checked as a method as well: source that closes one of the two wrappers, "}); ... (function () {", is a
@@ -153,13 +152,15 @@
         const fileName = nextText(reader);
         const source = nextText(reader);
         const typed = nextText(reader);
+        const pieces = nextText(reader);
+        const name = nextText(reader);
         const start = () => {
             rejectPromise ??= runInDocument('{ const P = Promise; __novaTake((reason) => { new P((resolve, reject) => reject(reason)); }); }');
             if (kind === 'm') {
-                noteSource(fileName, typed, source, 0);
+                noteSource(fileName, name, source, 0);
                 settle(ticket, runInDocument('__novaTake((address) => import(address))')(fileName));
             } else {
-                runSource(ticket, kind, fileName, source, typed);
+                runSource(ticket, kind, fileName, source, typed, pieces, name);
             }
         };
         // It may come before the document has an element to put the script into.

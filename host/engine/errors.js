@@ -74,6 +74,12 @@
     const makeTypeError = (message) => withPageFrames(new TypeErrorType(message));
     const makeRangeError = (message) => withPageFrames(new RangeErrorType(message));
 
+    // The names that there are not, by the errors that say so.
+    const unknownNames = new WeakMap();
+    const noteRead = (error, name) => {
+        weakSet(unknownNames, error, name);
+        return error;
+    };
     // The members that have refused, by their errors.
     const refusals = new WeakMap();
     const noteRefusal = (error, member) => {

@@ -137,7 +137,7 @@
         get: (base, name, self) => {
             const refusal = typeof name === 'string' && !(name in base) ? native.unknownName(owner, name) : undefined;
             if (refusal !== undefined)
-                throw makeTypeError(refusal);
+                throw noteRead(makeTypeError(refusal), name);
             return readProperty(base, name, self);
         },
     });

@@ -72,7 +72,9 @@
         if (start < 0 || place.column < 1)
             return undefined;
         const text = lineAt(source.text, start);
-        return { __proto__: null, name: frame.name, file: source.name, line: place.line, column: columnOf(text, place.column), text };
+        const isBehindBlock = text[place.column - 2] === '}' && text[place.column - 1] !== '(';
+        return { __proto__: null, name: frame.name, file: source.name, line: place.line, column: columnOf(text, place.column), text,
+            source: source.text, isBehindBlock };
     };
     // "file:line:column", whose name may have colons.
     const readPlace = (text) => {
@@ -89,9 +91,19 @@
         eachLine(stack, (line) => {
             const read = readFrame(line);
             const frame = read && placed(read);
-            if (frame)
+            const inner = frames[frames.length - 1];
+            // One engine has two frames of a function that is async, the outer one at its end.
+            if (frame && !(frame.isBehindBlock && inner && inner.name === frame.name && inner.file === frame.file))
                 push(frames, frame);
         });
+        return frames;
+    };
+    // As many as Node shows, unless the page has set how many there are.
+    const mostFrames = 10;
+    const frameLimit = peekOwn(ErrorType, 'stackTraceLimit');
+    const limitFrames = (frames) => {
+        if (peekOwn(ErrorType, 'stackTraceLimit') === frameLimit)
+            frames.length = min(frames.length, mostFrames);
         return frames;
     };
     const placeText = (frame) => frame.file + ':' + frame.line + ':' + frame.column;
@@ -122,6 +134,23 @@
         if (at >= 0)
             frame.column = at + 1;
     };
+    // One engine has the place of a call or of a statement's end for a name that is read in a pattern: the place of the name.
+    let readName; // while native code says of it that there is none
+    const pointAtRead = (frames, name) => {
+        const frame = frames[0];
+        const isAtName = (text, column) => slice(text, column - 2, column - 1 + name.length) === '.' + name;
+        if (name === undefined || !native.findRead || !frame.source || isAtName(frame.text, frame.column))
+            return;
+        const { source, line, column } = frame;
+        const place = readPlace('_:' + native.findRead(stringify({ __proto__: null, source, line, column, name })));
+        if (!place) {
+            frames.length = 0; // which of several is not known
+            return;
+        }
+        frame.line = place.line;
+        frame.column = place.column;
+        frame.text = lineAt(source, lineStart(source, place.line));
+    };
     // Where an error comes from: its frames; of a syntax error of a whole script its place, which the engine has noted.
     const errorFrames = (error) => {
         const all = framesOf(peekText(error, 'stack'));
@@ -130,9 +159,12 @@
             if (frames.length > 0 || !isConstructor(error, all[i].name))
                 push(frames, all[i]);
         }
-        if (frames.length > 0)
+        if (frames.length > 0) {
             pointAtName(frames[0], messageOf(error));
-        if (frames.length > 0 || !isPrototypeOf(syntaxErrorPrototype, error))
+            pointAtRead(frames, readName ?? weakGet(unknownNames, error));
+            return limitFrames(frames);
+        }
+        if (!isPrototypeOf(syntaxErrorPrototype, error))
             return frames;
         const line = getOwnPropertyDescriptor(error, 'line')?.value;
         const file = getOwnPropertyDescriptor(error, 'sourceURL')?.value;

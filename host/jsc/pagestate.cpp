@@ -291,6 +291,16 @@ QString PageState::callingPlace()
     return place.match(m_prelude.describe(m_prelude.makeError(1, {}), {}).stack).captured(1);
 }
 
+QString PageState::findRead(const QString& request)
+{
+    if (!m_parser) {
+        m_parser = std::make_unique<ToolScript>();
+        m_parser->loadParser();
+    }
+    const QByteArray json = m_parser->call("findRead", request); // a string
+    return QString::fromUtf8(json.mid(1, json.size() - 2));
+}
+
 bool PageState::createPromise(std::int64_t promise)
 {
     const Entry entry(*this);

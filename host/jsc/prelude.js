@@ -41,6 +41,16 @@
         }
     };
 @PAGE_SCRIPT@
+    const { unknownName } = native;
+    native.unknownName = (owner, name) => {
+        const outer = readName;
+        readName = name;
+        try {
+            return unknownName(owner, name);
+        } finally {
+            readName = outer;
+        }
+    };
     const { ownKeys } = Reflect;
     // The prototype of the native functions behind methods, in place of one that the page can change.
     const nativePrototype = { __proto__: null, apply: Function.prototype.apply };

@@ -5,8 +5,14 @@
         const at = lastIndexOf(message, " (near '...");
         return at > 0 && slice(message, -5) === "...')" ? slice(message, 0, at) : message;
     };
-    const fullTitle = (error) => {
+    // The name, with that of the class where nothing else has it: "E [Error]", as Node shows it.
+    const shownName = (error) => {
         const name = nameOf(error) || 'Error';
+        const type = slice(name, -5) === 'Error' ? classOf(error).name : '';
+        return type === '' || type === name ? name : indexOf(type, name, 0) >= 0 ? type : type + ' [' + name + ']';
+    };
+    const fullTitle = (error) => {
+        const name = shownName(error);
         const message = shownMessage(messageOf(error));
         return message ? name + ': ' + message : name;
     };
@@ -46,7 +52,9 @@
             const third = indexOf(pieces, ' ', second) + 1;
             const end = indexOf(pieces, ';', third);
             const from = toNumber(slice(pieces, at, second - 1));
-            if (offset >= from && offset < from + toNumber(slice(pieces, third, end))) {
+            const after = from + toNumber(slice(pieces, third, end));
+            // The place behind a piece is its own, unless the next one begins there.
+            if (offset >= from && (offset < after || (offset === after && indexOf(pieces, after + ' ', end) !== end + 1))) {
                 const typed = toNumber(slice(pieces, second, third - 1)) + offset - from;
                 const place = { __proto__: null, line: 1, column: typed + 1 };
                 for (let next = indexOf(text, '\n', 0) + 1; next > 0 && next <= typed; next = indexOf(text, '\n', next) + 1) {
@@ -72,9 +80,8 @@
         if (start < 0 || place.column < 1)
             return undefined;
         const text = lineAt(source.text, start);
-        const isBehindBlock = text[place.column - 2] === '}' && text[place.column - 1] !== '(';
         return { __proto__: null, name: frame.name, file: source.name, line: place.line, column: columnOf(text, place.column), text,
-            source: source.text, isBehindBlock };
+            source: source.text, isCall: isCallPlace(text, place.column) };
     };
     // "file:line:column", whose name may have colons.
     const readPlace = (text) => {
@@ -92,8 +99,10 @@
             const read = readFrame(line);
             const frame = read && placed(read);
             const inner = frames[frames.length - 1];
-            // One engine has two frames of a function that is async, the outer one at its end.
-            if (frame && !(frame.isBehindBlock && inner && inner.name === frame.name && inner.file === frame.file))
+            // One engine has two frames of a function that is async; the outer one is at no call, and has the name.
+            if (frame && frame.isCall === false && inner && inner.file === frame.file && (inner.name === '' || inner.name === frame.name))
+                inner.name = frame.name;
+            else if (frame)
                 push(frames, frame);
         });
         return frames;
@@ -197,7 +206,9 @@
         const cause = getOwnPropertyDescriptor(error, 'cause');
         const isSyntax = isPrototypeOf(syntaxErrorPrototype, error);
         const parts = makeList();
+        const isInTitle = (name, text) => own(name) === text;
         addKeys(context, error, parts, level + 1, (name) => name === 'stack'
+            || (name === 'name' && isInTitle(name, nameOf(error))) || (name === 'message' && isInTitle(name, messageOf(error)))
             || (isSyntax && (name === 'line' || name === 'column' || name === 'sourceURL'))
             || (isRefusal && (name === 'success' || name === 'code' || name === 'msg'))
             || (name === 'errors' && hasErrors) || (name === 'cause' && cause && 'value' in cause));

@@ -29,6 +29,7 @@
             --first;
         return first >= 4 && slice(text, first - 4, first) === 'new ' ? first - 3 : start + 1;
     };
+    const isCallPlace = (text, column) => indexOf('(.`[', text[column - 1] ?? ' ', 0) >= 0 || slice(text, column - 1, column + 3) === 'new ';
     const write = (text, isError) => native.print(text, isError);
     const now = () => native.now();
     const { rawJSON } = JSON;

@@ -23,6 +23,7 @@
         return frame;
     };
     const columnOf = (text, column) => column;
+    const isCallPlace = () => true;
     const write = (text, isError) => printLine(text, isError);
     const clock = performance;
     const clockNow = performance.now;

@@ -8,7 +8,10 @@
     // The name, with that of the class where nothing else has it: "E [Error]", as Node shows it.
     const shownName = (error) => {
         const name = nameOf(error) || 'Error';
-        const type = slice(name, -5) === 'Error' ? classOf(error).name : '';
+        let type = '';
+        try {
+            type = slice(name, -5) === 'Error' ? classOf(error).name : '';
+        } catch { } // a proxy's trap
         return type === '' || type === name ? name : indexOf(type, name, 0) >= 0 ? type : type + ' [' + name + ']';
     };
     const fullTitle = (error) => {

@@ -192,7 +192,8 @@ class Rewriting {
         made.take(next, this.text.length);
         if (this.isAsync)
             made.add('\n})()');
-        const declarations = (kept.trim() === '' ? '' : kept + '\n;') + names.map(([name, kind]) => (kind === 'var' ? `var ${name};` : `let ${name};`)).join('');
+        const declarations = (kept.trim() === '' ? '' : kept + '\n;')
+            + names.map(([name, kind]) => (kind === 'var' ? `var ${name};` : `let ${name};`)).join('');
         return { declarations, source: made.text, pieces: made.pieces };
     }
 }

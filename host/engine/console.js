@@ -38,7 +38,7 @@
         case 'j':
             return jsonText(value);
         case 'o':
-            return inspect(value, isColored, 4);
+            return inspect(value, isColored, 4, true);
         case 'O':
             return inspect(value, isColored, usualDepth);
         case 'c':
@@ -262,6 +262,9 @@
             if (!condition)
                 printWith('Assertion failed', values);
         },
+        profile() { },
+        profileEnd() { },
+        timeStamp() { },
         clear() {
             if (colors.output)
                 write('\u001b[1;1H\u001b[0J', false);

@@ -80,6 +80,12 @@
     const makeTypeError = (message) => constructHere(TypeErrorType, message);
     const makeRangeError = (message) => constructHere(RangeErrorType, message);
 
+    // The names that there are not, by the errors that say so.
+    const unknownNames = new WeakMap();
+    const noteRead = (error, name) => {
+        weakSet(unknownNames, error, name);
+        return error;
+    };
     // The members that have refused, by their errors.
     const refusals = new WeakMap();
     const noteRefusal = (error, member) => {

@@ -20,34 +20,10 @@
     }
     const mapSize = accessor(Map.prototype, 'size');
     const setSize = accessor(Set.prototype, 'size');
-    const { getOwnPropertySymbols } = Object;
+    const { getOwnPropertyNames, getOwnPropertySymbols } = Object;
     const isEnumerable = uncurry(objectPrototype.propertyIsEnumerable);
     const isSymbolEnumerable = (object, symbol) => isEnumerable(object, symbol);
 
-    // Built-in classes that are not printed as plain objects, by prototype.
-    const builtInKinds = new WeakMap();
-    for (const name of ['Map', 'Set', 'WeakMap', 'WeakSet', 'WeakRef', 'Date', 'RegExp', 'Promise', 'ArrayBuffer', 'DataView',
-        'Number', 'String', 'Boolean', 'Symbol', 'BigInt']) {
-        if (globalThis[name])
-            weakSet(builtInKinds, globalThis[name].prototype, name);
-    }
-    for (const [name, callee] of [['AsyncFunction', async () => {}], ['GeneratorFunction', function* () {}],
-        ['AsyncGeneratorFunction', async function* () {}]])
-        weakSet(builtInKinds, getPrototypeOf(callee), name);
-    // Of the web's classes, which one engine has from the beginning, the other when they are first used.
-    const addressOf = { __proto__: null };
-    const noteWebClass = (name, prototype) => {
-        if (name === 'DOMException') {
-            noteDomException(prototype);
-        } else if (name === 'URL' || name === 'URLSearchParams') {
-            weakSet(builtInKinds, prototype, name);
-            addressOf[name] = name === 'URL' ? accessor(prototype, 'href') : uncurry(prototype.toString);
-        }
-    };
-    for (const name of ['URL', 'URLSearchParams']) {
-        if (globalThis[name])
-            noteWebClass(name, globalThis[name].prototype);
-    }
     const primitiveOf = { __proto__: null };
     for (const name of ['Number', 'String', 'Boolean', 'Symbol', 'BigInt'])
         primitiveOf[name] = uncurry(globalThis[name].prototype.valueOf);
@@ -69,48 +45,14 @@
         return paint(context, found.set ? '[Setter]' : 'undefined', found.set ? 'special' : 'undefined');
     };
 
-    // {name, kind, tag}: the constructor's name, '' for none; the built-in class; and toStringTag where that differs.
-    const classOf = (value) => {
-        let name = '';
-        let kind = '';
-        let tag = '';
-        let object = getPrototypeOf(value);
-        const own = getOwnPropertyDescriptor(value, tagSymbol);
-        if (own && !own.enumerable && typeof own.value === 'string')
-            tag = own.value;
-        if (object === objectPrototype || object === arrayPrototype)
-            return { __proto__: null, name: object === arrayPrototype ? 'Array' : 'Object', kind, tag };
-        for (let step = 0; object !== null && step < 20; ++step) {
-            if (name === '') {
-                const maker = getOwnPropertyDescriptor(object, 'constructor')?.value;
-                if (typeof maker === 'function')
-                    name = peekText(maker, 'name');
-            }
-            if (kind === '')
-                kind = weakGet(builtInKinds, object) ?? '';
-            if (tag === '') {
-                const found = getOwnPropertyDescriptor(object, tagSymbol)?.value;
-                if (typeof found === 'string')
-                    tag = found;
-            }
-            object = getPrototypeOf(object);
-        }
-        return { __proto__: null, name, kind, tag: tag === name ? '' : tag };
-    };
-    const prefixOf = (type, fallback, size) => {
-        const tag = type.tag !== '' && type.tag !== fallback ? '[' + type.tag + '] ' : '';
-        if (type.name === '')
-            return '[' + fallback + size + ': null prototype] ' + tag;
-        return type.name + size + ' ' + (type.tag !== '' ? '[' + type.tag + '] ' : '');
-    };
-
     // `depth` is how many levels are opened.
     const makeContext = (colors, depth) => (
-        { __proto__: null, colors, depth, isReport: false, indent: 0, lastLevel: 0, shown: 0, above: null, references: makeList() });
+        { __proto__: null, colors, depth, showsHidden: false, isReport: false, indent: 0, lastLevel: 0, shown: 0, above: null, references: makeList() });
     const isFull = (context) => context.shown > maximumShown;
     const longList = 10000; // of whose keys a list would take too long
     const addKeys = (context, value, parts, level, isListed) => {
-        const names = isListed === isIndex && getOwnPropertyDescriptor(value, longList) ? [] : keys(value);
+        const names = isListed === isIndex && getOwnPropertyDescriptor(value, longList) ? []
+            : context.showsHidden ? getOwnPropertyNames(value) : keys(value);
         const all = makeList();
         for (let i = 0; i < names.length; ++i) {
             if (!isListed(names[i]))
@@ -118,11 +60,13 @@
         }
         const symbols = getOwnPropertySymbols(value);
         for (let i = 0; i < symbols.length; ++i) {
-            if (isSymbolEnumerable(value, symbols[i]))
+            if (context.showsHidden || isSymbolEnumerable(value, symbols[i]))
                 push(all, symbols[i]);
         }
+        const shownKey = (key) => (context.showsHidden && typeof key === 'string' && !isEnumerable(value, key) ? '[' + key + ']'
+            : keyText(context, key));
         for (let i = 0; i < all.length && i < maximumItems * 10; ++i)
-            push(parts, keyText(context, all[i]) + ': ' + inspectProperty(context, value, all[i], level));
+            push(parts, shownKey(all[i]) + ': ' + inspectProperty(context, value, all[i], level));
         if (all.length > maximumItems * 10)
             push(parts, moreItems(all.length - maximumItems * 10, 'key'));
     };
@@ -269,6 +213,20 @@
             return shape;
         },
     };
+    collectionShapes.URL = (context, value, type, level) => {
+        const shape = makeShape(prefixOf(type, 'URL', '') + '{');
+        shape.add = (parts) => {
+            for (let i = 0; i < urlParts.length; ++i)
+                push(parts, urlParts[i].name + ': ' + inspectWithin(context, urlParts[i].get(value), level + 1));
+        };
+        return shape;
+    };
+    collectionShapes.URLSearchParams = (context, value, type) => {
+        const shape = makeShape(prefixOf(type, 'URLSearchParams', '') + '{');
+        shape.add = (parts) => searchEach(value, (item, name) => push(parts,
+            inspectPrimitive(context, name) + ' => ' + inspectPrimitive(context, item)));
+        return shape;
+    };
     collectionShapes.WeakSet = collectionShapes.WeakMap;
     const makeTextShape = (text, style) => {
         const shape = makeShape('{');
@@ -298,15 +256,15 @@
         }
         if (isView(value) && typedArrayKind(value) !== undefined) {
             const length = typedArrayLength(value);
-            return makeListShape(context, value, prefixOf(type, typedArrayKind(value), '(' + length + ')'), length, level);
+            const arrayKind = typedArrayKind(value);
+            const tagged = type.tag === '' && type.name !== arrayKind ? { __proto__: null, name: type.name, tag: arrayKind } : type;
+            return makeListShape(context, value, prefixOf(tagged, arrayKind, '(' + length + ')'), length, level);
         }
         const { kind } = type;
         if (kind === 'Date')
             return dateShape(value);
         if (kind === 'RegExp')
             return regExpShape(value);
-        if (addressOf[kind])
-            return makeTextShape(kind + ' ' + quote(addressOf[kind](value)), 'string');
         if (collectionShapes[kind])
             return collectionShapes[kind](context, value, type, level);
         if (!primitiveOf[kind])
@@ -340,6 +298,8 @@
     };
     const referenceOf = (context, here) => (here.reference === 0 ? '' : paint(context, '<ref *' + here.reference + '>', 'special'));
     const inspectObject = (context, value, level) => {
+        if (isRevoked(value))
+            return paint(context, '<Revoked Proxy>', 'special');
         const circular = circularMark(context, value);
         if (circular !== '')
             return circular;
@@ -355,7 +315,8 @@
         if (typeof value === 'function') {
             shape = makeTextShape(functionBase(value, type), 'special');
         } else if (!shape) {
-            shape = makeShape(type.name === 'Object' && type.tag === '' ? '{' : prefixOf(type, 'Object', '') + '{');
+            shape = makeShape(isArguments(value, type) ? '[Arguments] {'
+                : type.name === 'Object' && type.tag === '' ? '{' : prefixOf(type, 'Object', '') + '{');
         }
         const isError = isErrorObject(value);
         const isEmpty = !shape.add && !isError && keys(value).length === 0;
@@ -397,9 +358,11 @@
     };
     const inspectValue = (context, value, level) => (isObject(value) ? inspectObject(context, value, level) : inspectPrimitive(context, value));
 
-    const inspect = (value, isColored, depth) => {
+    const inspect = (value, isColored, depth, showsHidden) => {
         try {
-            return inspectValue(makeContext(isColored, depth), value, 0);
+            const context = makeContext(isColored, depth);
+            context.showsHidden = showsHidden === true;
+            return inspectValue(context, value, 0);
         } catch {
             return '[' + typeof value + ' that can not be shown]';
         }

@@ -29,10 +29,15 @@ struct Outcome {
 
 /// What a page evaluates.
 struct PageScript {
-    QString source = {};       ///< an expression, or statements, whose value is awaited
-    QString declarations = {}; ///< run first, as a script of its own: what it declares stays
-    bool isKept = false;       ///< the page gets the value as its global `_`, or the error as `_error`
-    QString typed = {};        ///< what errors show of the source: that which the user has typed
+    QString source = {}; ///< an expression, or statements, whose value is awaited
+    QString
+        declarations = {}; ///< run first, as a script of its own: what it declares stays. Each function in it has the
+                           ///< place that it has in `typed`
+    bool isKept = false; ///< the page gets the value as its global `_`, or the error as `_error`
+    QString typed = {};  ///< what errors show of the source: that which the user has typed
+    QString
+        pieces = {}; ///< where the source has pieces of that: "FROM TO LENGTH;...", offsets in both; empty: all together
+    QString name = {}; ///< what errors call it; empty: PageOptions::inputName, with a number
 };
 
 /// Callbacks of a page into its host. [GUI thread]
@@ -43,6 +48,9 @@ struct PageHost {
     std::function<void(int code)> exitRequested;
     /// A script has returned to the event loop for the first time. Only called by an engine whose script runs in another process.
     std::function<void()> began;
+    /// What run(), importModule() or evaluate() was to run has failed, which ends the page as exit() does: at once, and `done` is not
+    /// called. Without this callback `done` is called with the outcome, and the page goes on.
+    std::function<void(const Outcome& error)> scriptFailed;
     /// An uncaught error, in a timer, a listener or a promise.
     std::function<void(const Outcome& error)> uncaughtError;
     /// process.play(steps) was called. Returns the error, or an empty string. Destroyed when the page closes,

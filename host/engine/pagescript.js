@@ -1,5 +1,6 @@
 // What every engine's prelude begins with: the language's own functions, bytes, and names that there are not. errors.js
-// follows. Where scripts of the tool run, inspecttext.js, inspect.js, report.js, console.js and results.js do so as well.
+// follows. Where scripts of the tool run, inspecttext.js, inspectkinds.js, inspect.js, report.js, console.js and results.js do so
+// as well.
 // Runs before any script of the page and keeps the built-in functions that it needs, so that the page can not change its
 // behaviour by replacing them. For the same reason none of these files uses prototypes: no iteration protocol, no assignment
 // of new properties but to objects without a prototype, no methods.
@@ -12,6 +13,7 @@
 //   jsonOf(value)          may throw
 //   readFrame(line)        what a line of a stack says, {name, file, line, column}; undefined where it is not of the page
 //   columnOf(text, column) the column at which a frame of a line of source is shown
+//   isCallPlace(text, column)  whether a frame that is none of the innermost can be at a column of a line of source
 //   write(text, isError)   prints a line
 //   now()                  milliseconds, for console.time
     const { apply } = Reflect;
@@ -137,7 +139,7 @@
         get: (base, name, self) => {
             const refusal = typeof name === 'string' && !(name in base) ? native.unknownName(owner, name) : undefined;
             if (refusal !== undefined)
-                inPage.raise(makeTypeError(refusal));
+                inPage.raise(noteRead(makeTypeError(refusal), name));
             return readProperty(base, name, self);
         },
     });

@@ -1,41 +1,91 @@
     // --- Reports of errors ---------------------------------------------------------------------------------------
 
-    const fullTitle = (error) => {
+    // One engine quotes a piece of the script that it runs where it can not name what is wrong.
+    const shownMessage = (message) => {
+        const at = lastIndexOf(message, " (near '...");
+        return at > 0 && slice(message, -5) === "...')" ? slice(message, 0, at) : message;
+    };
+    // The name, with that of the class where nothing else has it: "E [Error]", as Node shows it.
+    const shownName = (error) => {
         const name = nameOf(error) || 'Error';
-        const message = messageOf(error);
+        let type = '';
+        try {
+            type = slice(name, -5) === 'Error' ? classOf(error).name : '';
+        } catch { } // a proxy's trap
+        return type === '' || type === name ? name : indexOf(type, name, 0) >= 0 ? type : type + ' [' + name + ']';
+    };
+    const fullTitle = (error) => {
+        const name = shownName(error);
+        const message = shownMessage(messageOf(error));
         return message ? name + ': ' + message : name;
     };
 
-    // The sources of scripts that the tool runs, by the name that the engine knows them by: {name, text, shift}, where
-    // `shift` is by how much a wrapper shifts the columns of the first line.
+    // The sources of scripts that the tool runs, by the name that the engine knows them by: {name, text, shift, pieces, compiled},
+    // where `shift` is by how much a wrapper shifts the columns of the first line. Of an input that has been rewritten, `pieces`
+    // of it are in the script that is `compiled`, see PageScript.
     const sources = { __proto__: null };
-    const noteSource = (known, name, text, shift) => {
-        sources[known] = { __proto__: null, name, text, shift };
+    const declarationsOf = (known) => known + '/functions';
+    const noteSource = (known, name, text, shift, pieces, compiled) => {
+        sources[known] = { __proto__: null, name, text, shift, pieces: pieces ?? '', compiled };
     };
     let loadSource = () => undefined; // the source of a script that another one has loaded, where the prelude can have it
-    // Undefined beyond the end.
-    const lineOf = (text, number) => {
+    const noteInput = (known, name, typed, pieces, compiled) => {
+        const shift = pieces === '' ? indexOf(compiled, typed, 0) : 0;
+        noteSource(known, name, shift < 0 ? '' : typed, max(shift, 0), pieces, compiled);
+        noteSource(declarationsOf(known), name, typed, 0);
+    };
+    // The offset of a line; -1 beyond the end.
+    const lineStart = (text, number) => {
         let from = 0;
         for (let i = 1; i < number; ++i) {
             from = indexOf(text, '\n', from) + 1;
             if (from === 0)
-                return undefined;
+                return -1;
         }
+        return from;
+    };
+    const lineAt = (text, from) => {
         const end = indexOf(text, '\n', from);
         return slice(text, from, end < 0 ? text.length : end);
+    };
+    // {line, column} in what was typed; undefined where the rewriting has added something.
+    const typedPlace = ({ text, pieces, compiled }, line, column) => {
+        const offset = lineStart(compiled, line) + column - 1;
+        for (let at = 0; at < pieces.length;) {
+            const second = indexOf(pieces, ' ', at) + 1;
+            const third = indexOf(pieces, ' ', second) + 1;
+            const end = indexOf(pieces, ';', third);
+            const from = toNumber(slice(pieces, at, second - 1));
+            const after = from + toNumber(slice(pieces, third, end));
+            // The place behind a piece is its own, unless the next one begins there.
+            if (offset >= from && (offset < after || (offset === after && indexOf(pieces, after + ' ', end) !== end + 1))) {
+                const typed = toNumber(slice(pieces, second, third - 1)) + offset - from;
+                const place = { __proto__: null, line: 1, column: typed + 1 };
+                for (let next = indexOf(text, '\n', 0) + 1; next > 0 && next <= typed; next = indexOf(text, '\n', next) + 1) {
+                    ++place.line;
+                    place.column = typed - next + 1;
+                }
+                return place;
+            }
+            at = end + 1;
+        }
+        return undefined;
     };
     // A frame as the user has written the source; undefined for one in the wrapper around it.
     const placed = (frame) => {
         const source = sources[frame.file] ?? loadSource(frame.file);
         if (!source)
             return frame;
-        const line = lineOf(source.text, frame.line);
-        const column = frame.line === 1 ? frame.column - source.shift : frame.column;
         if (source.text === '')
             return frame;
-        if (column < 1 || line === undefined)
+        const place = source.pieces !== '' ? typedPlace(source, frame.line, frame.column)
+            : { __proto__: null, line: frame.line, column: frame.line === 1 ? frame.column - source.shift : frame.column };
+        const start = place ? lineStart(source.text, place.line) : -1;
+        if (start < 0 || place.column < 1)
             return undefined;
-        return { __proto__: null, name: frame.name, file: source.name, line: frame.line, column: columnOf(line, column), text: line };
+        const text = lineAt(source.text, start);
+        return { __proto__: null, name: frame.name, file: source.name, line: place.line, column: columnOf(text, place.column), text,
+            source: source.text, isCall: isCallPlace(text, place.column) };
     };
     // "file:line:column", whose name may have colons.
     const readPlace = (text) => {
@@ -52,9 +102,21 @@
         eachLine(stack, (line) => {
             const read = readFrame(line);
             const frame = read && placed(read);
-            if (frame)
+            const inner = frames[frames.length - 1];
+            // One engine has two frames of a function that is async; the outer one is at no call, and has the name.
+            if (frame && frame.isCall === false && inner && inner.file === frame.file && (inner.name === '' || inner.name === frame.name))
+                inner.name = frame.name;
+            else if (frame)
                 push(frames, frame);
         });
+        return frames;
+    };
+    // As many as Node shows, unless the page has set how many there are.
+    const mostFrames = 10;
+    const frameLimit = peekOwn(ErrorType, 'stackTraceLimit');
+    const limitFrames = (frames) => {
+        if (peekOwn(ErrorType, 'stackTraceLimit') === frameLimit)
+            frames.length = min(frames.length, mostFrames);
         return frames;
     };
     const placeText = (frame) => frame.file + ':' + frame.line + ':' + frame.column;
@@ -85,6 +147,23 @@
         if (at >= 0)
             frame.column = at + 1;
     };
+    // One engine has the place of a call or of a statement's end for a name that is read in a pattern: the place of the name.
+    let readName; // while native code says of it that there is none
+    const pointAtRead = (frames, name) => {
+        const frame = frames[0];
+        const isAtName = (text, column) => slice(text, column - 2, column - 1 + name.length) === '.' + name;
+        if (name === undefined || !native.findRead || !frame.source || isAtName(frame.text, frame.column))
+            return;
+        const { source, line, column } = frame;
+        const place = readPlace('_:' + native.findRead(stringify({ __proto__: null, source, line, column, name })));
+        if (!place) {
+            frames.length = 0; // which of several is not known
+            return;
+        }
+        frame.line = place.line;
+        frame.column = place.column;
+        frame.text = lineAt(source, lineStart(source, place.line));
+    };
     // Where an error comes from: its frames; of a syntax error of a whole script its place, which the engine has noted.
     const errorFrames = (error) => {
         const all = framesOf(peekText(error, 'stack'));
@@ -93,9 +172,12 @@
             if (frames.length > 0 || !isConstructor(error, all[i].name))
                 push(frames, all[i]);
         }
-        if (frames.length > 0)
+        if (frames.length > 0) {
             pointAtName(frames[0], messageOf(error));
-        if (frames.length > 0 || !isPrototypeOf(syntaxErrorPrototype, error))
+            pointAtRead(frames, readName ?? weakGet(unknownNames, error));
+            return limitFrames(frames);
+        }
+        if (!isPrototypeOf(syntaxErrorPrototype, error))
             return frames;
         const line = getOwnPropertyDescriptor(error, 'line')?.value;
         const file = getOwnPropertyDescriptor(error, 'sourceURL')?.value;
@@ -128,7 +210,9 @@
         const cause = getOwnPropertyDescriptor(error, 'cause');
         const isSyntax = isPrototypeOf(syntaxErrorPrototype, error);
         const parts = makeList();
+        const isInTitle = (name, text) => own(name) === text;
         addKeys(context, error, parts, level + 1, (name) => name === 'stack'
+            || (name === 'name' && isInTitle(name, nameOf(error))) || (name === 'message' && isInTitle(name, messageOf(error)))
             || (isSyntax && (name === 'line' || name === 'column' || name === 'sourceURL'))
             || (isRefusal && (name === 'success' || name === 'code' || name === 'msg'))
             || (name === 'errors' && hasErrors) || (name === 'cause' && cause && 'value' in cause));

@@ -24,4 +24,12 @@ const describe = (message, text, pos) => {
     return `Unexpected token '${rest.slice(0, length)}'`;
 };
 const findFault = faultFinder({});
-const findFaultInBody = faultFinder({ allowReturnOutsideFunction: true });
+const findFaultInStatements = faultFinder({ allowReturnOutsideFunction: true });
+// Some names, such as `await`, are no names in a function that is async.
+const findFaultInBody = (source) => {
+    const begin = 'async function f() {';
+    const fault = findFaultInStatements(source) ?? findFault(begin + source + '\n}');
+    if (fault?.line === 1 && fault.column > begin.length)
+        fault.column -= begin.length;
+    return fault;
+};

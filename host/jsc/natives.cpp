@@ -147,6 +147,11 @@ JSValueRef addKinds(PageState& page, JSContextRef ctx, Arguments arguments, JSVa
     return JSValueMakeUndefined(ctx);
 }
 
+JSValueRef findRead(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef*)
+{
+    return makeString(ctx, page.findRead(stringOf(ctx, arguments[0])));
+}
+
 JSValueRef unknownName(PageState& page, JSContextRef ctx, Arguments arguments, JSValueRef*)
 {
     vexlite::PageChecker* checker = page.core().checker();
@@ -181,6 +186,7 @@ JSObjectRef makeNatives(JSGlobalContextRef ctx)
     add("fillRandom", callback<1, fillRandom>);
     add("webApi", callback<1, webApi>);
     add("addKinds", callback<1, addKinds>);
+    add("findRead", callback<1, findRead>);
     add("unknownName", callback<2, unknownName>);
     return natives;
 }

@@ -18,6 +18,14 @@ void noteSource(PageState& page, const Text& name, const QString& source, const 
         JSValueMakeNumber(ctx, shift < 0 ? 0 : shift));
 }
 
+void noteInput(PageState& page, const Text& known, const QString& name, const PageScript& script)
+{
+    JSContextRef ctx = page.ctx();
+    page.prelude().call(page.prelude().noteInput, nullptr, JSValueMakeString(ctx, known),
+        makeString(ctx, name), makeString(ctx, script.typed), makeString(ctx, script.pieces),
+        makeString(ctx, script.source));
+}
+
 JSValueRef evaluateScript(PageState& page, const QString& source, const Text& fileName, JSValueRef* exception)
 {
     return JSEvaluateScript(page.ctx(), Text(source), nullptr, fileName, 1, exception);
@@ -86,12 +94,13 @@ void JscPage::evaluate(const PageScript& script, Done done)
         outcome.isDeclared = *isDeclared;
         done(outcome);
     });
-    const Text name(page.inputName() + QString::number(ticket));
-    noteSource(page, name, script.typed, script.source);
+    const QString known = page.inputName() + QString::number(ticket);
+    const Text name(known);
+    noteInput(page, name, script.name.isEmpty() ? known : script.name, script);
     JSValueRef exception = nullptr;
     JSValueRef value = nullptr;
-    *isDeclared =
-        script.declarations.isEmpty() || evaluateScript(page, script.declarations, name, &exception);
+    *isDeclared = script.declarations.isEmpty()
+        || evaluateScript(page, script.declarations, Text(known + QLatin1String("/functions")), &exception);
     if (*isDeclared)
         value = evaluateScript(page, script.source, name, &exception);
     const Prelude& prelude = page.prelude();

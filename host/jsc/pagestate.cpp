@@ -272,9 +272,15 @@ void PageState::finish(int ticket, const Outcome& outcome)
     const auto found = m_tickets.find(ticket);
     if (found == m_tickets.end() || !isLive())
         return;
-    if (found->second && !m_isInterrupted)
-        post([done = std::move(found->second), outcome] { done(outcome); });
+    const Page::Done done = std::move(found->second);
     m_tickets.erase(found);
+    if (!done || m_isInterrupted || m_closing)
+        return;
+    if (outcome.ok || m_hostGone || !m_host.scriptFailed)
+        return post([done, outcome] { done(outcome); });
+    m_host.scriptFailed(outcome);
+    close();
+    mute();
 }
 
 QString PageState::callingPlace()
@@ -283,6 +289,16 @@ QString PageState::callingPlace()
     static const QRegularExpression place(
         QStringLiteral("^ *at (?:.* \\()?(.+:\\d+:\\d+)\\)?$"), QRegularExpression::MultilineOption);
     return place.match(m_prelude.describe(m_prelude.makeError(1, {}), {}).stack).captured(1);
+}
+
+QString PageState::findRead(const QString& request)
+{
+    if (!m_parser) {
+        m_parser = std::make_unique<ToolScript>();
+        m_parser->loadParser();
+    }
+    const QByteArray json = m_parser->call("findRead", request); // a string
+    return QString::fromUtf8(json.mid(1, json.size() - 2));
 }
 
 bool PageState::createPromise(std::int64_t promise)

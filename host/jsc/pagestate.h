@@ -9,6 +9,7 @@
 #include "host/jsc/scriptfunction.h"
 #include "host/jsc/shapes.h"
 #include "host/jsc/timers.h"
+#include "host/jsc/toolscript.h"
 #include "host/jsc/wrappers.h"
 
 #include <QElapsedTimer>
@@ -71,6 +72,9 @@ public:
     void reportUncaught(const ErrorFacts& facts);
     void reportUncaught(const QString& text) { reportUncaught({ text, {}, 0, false }); }
 
+    /// Looks for the place of a name that script reads, see findread.js.
+    QString findRead(const QString& request);
+
     /// Calls `work` from the event loop, unless the page or its host has gone by then.
     void post(std::function<void()> work);
     /// Stores `done` until finish() is called with the ticket.
@@ -109,6 +113,7 @@ private:
     Functions m_functions;
     Promises m_promises;
     std::unique_ptr<Timers> m_timers;
+    std::unique_ptr<ToolScript> m_parser; ///< made when it is first used
     std::unordered_map<int, Page::Done> m_tickets;
     QElapsedTimer m_clock;
     int m_lastTicket = 0;

@@ -52,6 +52,7 @@ void Prelude::load(JSGlobalContextRef ctx, JSObjectRef native)
     makeProcess = take("makeProcess");
     noteRefusal = take("noteRefusal");
     noteSource = take("noteSource");
+    noteInput = take("noteInput");
     setColors = take("setColors");
     exitCode = take("exitCode");
     makeRoot = take("makeRoot");

@@ -47,6 +47,7 @@ public:
     JSObjectRef makeProcess = nullptr;
     JSObjectRef noteRefusal = nullptr;
     JSObjectRef noteSource = nullptr;
+    JSObjectRef noteInput = nullptr;
     JSObjectRef setColors = nullptr;
     JSObjectRef exitCode = nullptr; ///< what the page has set as process.exitCode, or 0; -1: a wrong one
     JSObjectRef makeRoot = nullptr;

@@ -29,6 +29,7 @@
             --first;
         return first >= 4 && slice(text, first - 4, first) === 'new ' ? first - 3 : start + 1;
     };
+    const isCallPlace = (text, column) => indexOf('(.`[', text[column - 1] ?? ' ', 0) >= 0 || slice(text, column - 1, column + 3) === 'new ';
     const write = (text, isError) => native.print(text, isError);
     const now = () => native.now();
     const { rawJSON } = JSON;
@@ -41,6 +42,16 @@
         }
     };
 @PAGE_SCRIPT@
+    const { unknownName } = native;
+    native.unknownName = (owner, name) => {
+        const outer = readName;
+        readName = name;
+        try {
+            return unknownName(owner, name);
+        } finally {
+            readName = outer;
+        }
+    };
     const { ownKeys } = Reflect;
     // The prototype of the native functions behind methods, in place of one that the page can change.
     const nativePrototype = { __proto__: null, apply: Function.prototype.apply };
@@ -275,7 +286,7 @@
 
     return {
         __proto__: null, nativePrototype, signalArray, keys: listKeys, languagePrototypes, objectPrototype, makeError,
-        errorFromObject, makeTypeError, makeRangeError, describeError, noteRefusal, noteSource, setColors, settle, settleKept,
+        errorFromObject, makeTypeError, makeRangeError, describeError, noteRefusal, noteSource, noteInput, setColors, settle, settleKept,
         run, fail, failKept, propertyNames, afterThis, makeProcess, exitCode, makeRoot, bindRoot, makeClass, addGetter,
         keepValue, bytesOf, copyBytes,
         spread: (callee, values) => apply(callee, undefined, values), bare: () => ({ __proto__: null }),

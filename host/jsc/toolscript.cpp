@@ -44,7 +44,7 @@ void ToolScript::load(const QString& source)
 void ToolScript::loadParser()
 {
     initialiseParser();
-    for (const char* name : { "acorn.js", "findfault.js" }) {
+    for (const char* name : { "acorn.js", "findfault.js", "findread.js" }) {
         QFile file(QLatin1String(":/nova/parser/") + QLatin1String(name));
         if (!file.open(QIODevice::ReadOnly))
             qFatal("the script %s is not compiled in", name);

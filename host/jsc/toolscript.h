@@ -16,7 +16,8 @@ public:
 
     /// Runs a script, whose declarations stay.
     void load(const QString& source);
-    /// Loads the parser acorn, as `acorn`, and what finds faults of syntax with it (findfault.js).
+    /// Loads the parser acorn, as `acorn`, and what finds faults of syntax and readings of names with it (findfault.js,
+    /// findread.js).
     void loadParser();
     /// Gives the script a text as a global variable.
     void set(const char* name, const QString& text);

@@ -63,6 +63,7 @@ InputParser::Input InputParser::read(const QString& source)
     input.error = QString::fromStdString(plan.value("error", std::string()));
     input.script.source = plan.contains("source") ? textOf(plan["source"]) : source;
     input.script.declarations = QString::fromStdString(plan.value("declarations", std::string()));
+    input.script.pieces = QString::fromStdString(plan.value("pieces", std::string()));
     input.script.typed = source;
     input.script.isKept = plan.value("isKept", false);
     return input;

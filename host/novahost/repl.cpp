@@ -173,11 +173,13 @@ private:
         next();
     }
 
-    void evaluate(const QString& text)
+    /// `file`: where the text comes from, if from one.
+    void evaluate(const QString& text, const QString& file = {})
     {
         if (text.trimmed().isEmpty())
             return next();
-        const InputParser::Input input = m_parser.read(text);
+        InputParser::Input input = m_parser.read(text);
+        input.script.name = file;
         if (!input.error.isEmpty()) {
             m_failed = true;
             printLine(input.error, true);
@@ -253,8 +255,12 @@ private:
     void load(const QString& name)
     {
         QFile file(name);
-        if (file.open(QIODevice::ReadOnly))
-            return evaluate(QString::fromUtf8(file.readAll()));
+        if (file.open(QIODevice::ReadOnly)) {
+            QString text = QString::fromUtf8(file.readAll());
+            if (text.startsWith(QLatin1String("#!")))
+                text.replace(0, 2, QStringLiteral("//"));
+            return evaluate(text, name);
+        }
         m_failed = true;
         printLine(QString::fromLatin1(".load %1: %2").arg(name, file.errorString()), true);
         next();

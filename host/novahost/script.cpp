@@ -33,7 +33,7 @@ public:
     {
         m_hasEnded = true;
         if (failed)
-            end(Failure, QStringLiteral("the script's error"));
+            endWithError();
     }
 
     /// Calls `begin` within the event loop, so that a dialog that the page opens at once ends with the loop.
@@ -52,8 +52,7 @@ public:
             reportUndone(QStringLiteral("the signal"));
         if (!m_exitCode)
             m_exitCode = code;
-        if (m_run.options.liveCounts)
-            printLiveCounts("open");
+        close();
         m_page.reset();
         if (m_run.options.liveCounts)
             printLiveCounts("closed");
@@ -71,6 +70,10 @@ private:
         engine::PageHost host;
         host.console = printLine;
         host.exitRequested = [this](int code) { end(code, QStringLiteral("exit(%1)").arg(code)); };
+        host.scriptFailed = [this](const engine::Outcome& error) {
+            printError(error);
+            endWithError();
+        };
         // As in a browser, script goes on.
         host.uncaughtError = [this](const engine::Outcome& error) {
             printError(error);
@@ -89,14 +92,26 @@ private:
         return host;
     }
 
-    /// Ends the event loop. The first call decides the exit code.
+    void endWithError() { end(Failure, QStringLiteral("the script's error")); }
+
+    /// Ends the event loop; nothing of the page runs any more. The first call decides the exit code.
     void end(int code, const QString& reason)
     {
         if (m_exitCode)
             return;
         reportUndone(reason);
         m_exitCode = code;
+        close();
         QCoreApplication::exit(code);
+    }
+
+    void close()
+    {
+        if (m_run.options.liveCounts && !m_isClosed)
+            printLiveCounts("open");
+        m_isClosed = true;
+        if (m_page)
+            m_page->close();
     }
 
     void reportUndone(const QString& reason)
@@ -165,6 +180,7 @@ private:
     bool m_wasKept = false;  ///< something was pending after that
     bool m_hasErrors = false;
     bool m_isSettling = false;
+    bool m_isClosed = false;
     bool m_isInterrupted = false; ///< what is pending has been said
     QObject m_context;
     std::unique_ptr<engine::Page> m_page;
@@ -175,9 +191,11 @@ engine::PageScript scriptOf(const QString& expression)
 {
     if (!expression.contains(QLatin1String("await")) && !expression.trimmed().startsWith(QLatin1Char('{')))
         return { expression, {}, false, expression };
-    const InputParser::Input input = InputParser().read(expression);
-    return { input.error.isEmpty() ? input.script.source : expression, input.script.declarations, false,
-        expression };
+    InputParser::Input input = InputParser().read(expression);
+    if (!input.error.isEmpty())
+        return { expression, {}, false, expression };
+    input.script.isKept = false;
+    return input.script;
 }
 
 int printResult(const engine::Outcome& outcome)
@@ -215,7 +233,7 @@ int runScript(const ScriptRun& given)
     return run.wait([&] {
         const auto done = [&](const engine::Outcome& outcome) {
             if (!outcome.ok)
-                printError(outcome);
+                printError(outcome); // the page has gone
             run.endWhenDone(!outcome.ok);
         };
         if (module)

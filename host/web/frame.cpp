@@ -98,16 +98,17 @@ void Frame::setScript(FrameScript script)
     m_script = std::move(script);
 }
 
-void Frame::runScript(
-    int ticket, ScriptKind kind, const QString& fileName, const QString& source, const QString& typed)
+void Frame::runScript(int ticket, ScriptKind kind, const QString& fileName, const PageScript& script)
 {
     WireWriter message;
     message.unit('v');
     message.count(static_cast<std::uint64_t>(ticket));
     message.unit(static_cast<char>(kind));
     message.text(fileName);
-    message.text(source);
-    message.text(typed);
+    message.text(script.source);
+    message.text(script.typed);
+    message.text(script.pieces);
+    message.text(script.name);
     queue(message.take());
 }
 

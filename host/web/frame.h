@@ -63,9 +63,8 @@ public:
 
     /// Makes the document that of scripts of the command line.
     void setScript(FrameScript script);
-    /// Has the document run a script; `typed` is the part of an expression's source that the user has typed.
-    void runScript(
-        int ticket, ScriptKind kind, const QString& fileName, const QString& source, const QString& typed);
+    /// Has the document run a script, but for its declarations; `fileName` is what stacks call it.
+    void runScript(int ticket, ScriptKind kind, const QString& fileName, const PageScript& script);
     /// Has the document report, by FrameScript::settled, when it has done all that it has got until now.
     void settle(int ticket);
     PendingList pending() const;

@@ -67,8 +67,12 @@ QString FrameScript::report(WireReader& reader, const std::function<void()>& exi
             outcome.text = nextText(reader);
             outcome.json = nextText(reader);
             readPlace(reader, outcome);
-            if (const auto finish = finished)
+            if (const auto scriptFailed = host.scriptFailed; scriptFailed && !outcome.ok) {
+                scriptFailed(outcome);
+                exit();
+            } else if (const auto finish = finished) {
                 finish(ticket, outcome);
+            }
             break;
         }
         case 's': {

@@ -25,6 +25,7 @@
         return frame;
     };
     const columnOf = (text, column) => column;
+    const isCallPlace = () => true;
     const write = (text, isError) => printLine(text, isError);
     const clock = performance;
     const clockNow = performance.now;
@@ -88,9 +89,14 @@
             });
         }
     };
-    // Behind the events of promises that nobody has handled, which come when the script has returned to the event loop.
+    // An error at once: it may end the document. All else behind the events of promises that nobody has handled, which come when
+    // the script has returned to the event loop.
     native.finish = (ticket, ok, text, json, stack, code, facts) => {
         const part = compose('f', '' + ticket, ok ? '1' : '', text, json, stack, code === undefined ? '' : '' + code, facts);
+        if (!ok) {
+            report(part);
+            return;
+        }
         new PromiseType((resolve, reject) => inPage.call(reject, { __proto__: null, [outcome]: part }));
         later(() => report(part), 1000); // a script can remove all listeners of the document
     };
@@ -124,7 +130,7 @@
         inPage.raise = own.raise;
     };
     // The kinds: b, the body of a function; e, an expression; k, one whose result is kept as a global.
-    const runSource = (ticket, kind, fileName, source, typed) => {
+    const runSource = (ticket, kind, fileName, source, typed, pieces, name) => {
         const known = encodeName(fileName);
         const end = '\n//# sourceURL=' + known;
         // All on the first line of the source, so that line numbers stay right.
@@ -138,8 +144,7 @@
         try {
             if (kind !== 'b') {
                 compiled = source;
-                const shift = indexOf(source, typed, 0);
-                noteSource(known, fileName, shift < 0 ? '' : typed, max(shift, 0));
+                noteInput(known, name || fileName, typed, pieces, source);
                 value = runInDocument('__novaTake((source) => (0, eval)(source))')(source + end);
             } else {
                 // Checked as a method as well: source that closes one of the two wrappers, "}); ... (function () {", is a
@@ -189,15 +194,17 @@
         const fileName = nextText(reader);
         const source = nextText(reader);
         const typed = nextText(reader);
+        const pieces = nextText(reader);
+        const name = nextText(reader);
         const start = () => {
             prepareDocument();
-            const name = kind === 'm' ? typed : fileName;
-            folder = slice(name, 0, lastIndexOf(name, '/') + 1);
+            const shown = kind === 'm' ? name : fileName;
+            folder = slice(shown, 0, lastIndexOf(shown, '/') + 1);
             if (kind === 'm') {
-                noteSource(fileName, typed, source, 0);
+                noteSource(fileName, name, source, 0);
                 settle(ticket, importModule(fileName));
             } else {
-                runSource(ticket, kind, fileName, source, typed);
+                runSource(ticket, kind, fileName, source, typed, pieces, name);
             }
             later(() => report('b'), 0);
         };

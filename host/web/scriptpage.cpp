@@ -66,14 +66,16 @@ void ScriptPage::run(const QString& source, const QString& fileName, Done done)
     QString body = source;
     if (body.startsWith(QLatin1String("#!")))
         body.replace(0, 2, QStringLiteral("//"));
-    begin({ ScriptKind::Body, fileName, body, {}, std::move(done), {} });
+    begin({ ScriptKind::Body, fileName, { body }, std::move(done) });
 }
 
 bool ScriptPage::importModule(const QString& fileName, const QString& source, Done done)
 {
     const QString path = QString::fromLatin1(QUrl::toPercentEncoding(QFileInfo(fileName).fileName()));
-    begin({ ScriptKind::Module, QLatin1String(ScriptOrigin) + QLatin1Char('/') + path, source, fileName,
-        std::move(done), {} });
+    PageScript script { source };
+    script.name = fileName;
+    begin({ ScriptKind::Module, QLatin1String(ScriptOrigin) + QLatin1Char('/') + path, script,
+        std::move(done) });
     return true;
 }
 
@@ -81,13 +83,14 @@ void ScriptPage::evaluate(const PageScript& script, Done done)
 {
     const ScriptKind kind = script.isKept ? ScriptKind::Kept : ScriptKind::Expression;
     const QString name = m_options.inputName + QString::number(++m_inputs);
-    begin({ kind, name, script.source, script.typed, std::move(done), script.declarations });
+    begin({ kind, name, script, std::move(done) });
 }
 
 // Only a script of the document itself declares for all later ones.
 void ScriptPage::declare(Work work)
 {
-    const QString source = std::exchange(work.declarations, {}) + QStringLiteral("\n;true");
+    const QString source = std::exchange(work.script.declarations, {})
+        + QStringLiteral("\n;true\n//# sourceURL=%1/functions").arg(work.fileName);
     m_isDeclaring = true;
     m_world(source, [this, alive = QPointer<QObject>(&m_mailbox), work](const QVariant& value) {
         if (!alive)
@@ -121,12 +124,12 @@ void ScriptPage::begin(Work work)
         m_later.push_back(std::move(work));
         return;
     }
-    if (!work.declarations.isEmpty())
+    if (!work.script.declarations.isEmpty())
         return declare(std::move(work));
     if (m_options.timeLimitMs && m_host.overran && !m_check.isActive())
         m_check.start(std::clamp(m_options.timeLimitMs / 4, 20, 1000));
     m_running.emplace(++m_lastTicket, std::move(work.done));
-    frame->runScript(m_lastTicket, work.kind, work.fileName, work.source, work.typed);
+    frame->runScript(m_lastTicket, work.kind, work.fileName, work.script);
 }
 
 void ScriptPage::finish(int ticket, const Outcome& outcome)

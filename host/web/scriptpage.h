@@ -41,10 +41,8 @@ private:
     struct Work {
         ScriptKind kind;
         QString fileName;
-        QString source;
-        QString typed; ///< the part of an expression that the user has typed
+        PageScript script;
         Done done;
-        QString declarations;
     };
     void begin(Work work);
     void declare(Work work);

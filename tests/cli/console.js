@@ -5,6 +5,9 @@ class Shape {
 }
 class Square extends Shape { }
 class Bag extends Map { }
+class Bytes extends Uint8Array { }
+const revoked = Proxy.revocable({}, {});
+revoked.revoke();
 const cycle = { name: "cycle", list: [] };
 cycle.self = cycle;
 cycle.list.push(cycle);
@@ -28,10 +31,15 @@ const rows = [
     [[`${"x".repeat(50)}\n${"y".repeat(50)}`]], ["first\nsecond", ["x".repeat(10003)]],
     ["%s|%s|%s|%d|%i|%f|%j|%O|%c|%%|%x|%s", "a", 5n, -0, "42.5", "42.5px", "42.5px", { a: [1] }, { b: { c: {} } }, "color: red", "last", "rest", { z: 1 }],
     ["100%", "%s"], ["%d %d", 1], ["%s %s", Symbol("s"), () => 1, "more"], ["%", 1], ["%o", [1].length], [1, "%s", 2],
+    [(function () { return arguments; })(1), new Bytes(2), revoked.proxy, [revoked.proxy]],
+    ["%o %o %o", () => 1, [{ a: [2] }], "text"], [new URL("http://a.b:8/c?d=e#f"), new URLSearchParams("a=1&b=2")],
     [Math, JSON, (function* () { })()], [[undefined, null], { a: undefined }],
 ];
 for (const row of rows)
     console.log(...row);
+console.profile();
+console.profileEnd();
+console.timeStamp();
 console.group("group", 1);
 console.info("in\nit", { a: 1 });
 console.groupCollapsed();

@@ -57,7 +57,10 @@ Caused by: RangeError: inner
     "syntax": ("let a = 1;\nlet b = (1 + ;\n", "FILE:2:14\nlet b = (1 + ;\n             ^\n\nUncaught SyntaxError: Unexpected token ';'\n    at FILE:2:14\n"),
     "syntax on the first line": ("a ; b ) ; c", "FILE:1:7\na ; b ) ; c\n      ^\n\nUncaught SyntaxError: Unexpected token ')'\n    at FILE:1:7\n"),
     "declared twice": ("let a = 1;\nlet a;", "FILE:2:5\nlet a;\n    ^\n\nUncaught SyntaxError: Identifier 'a' has already been declared\n    at FILE:2:5\n"),
-    "own class": ("class E extends Error { constructor() { super('x'); } }\nthrow new E();", "FILE:2:7\nthrow new E();\n      ^\n\nUncaught Error: x\n    at FILE:2:7\n"),
+    "own class": ("class E extends Error { constructor() { super('x'); } }\nthrow new E();", "FILE:2:7\nthrow new E();\n      ^\n\nUncaught E [Error]: x\n    at FILE:2:7\n"),
+    "own name, async": ("const f = async () => {\n  throw Object.assign(new Error('x'), { name: 'Mine' });\n};\nawait f();",
+                        "FILE:2:23\n  throw Object.assign(new Error('x'), { name: 'Mine' });\n                      ^\n\n"
+                        "Uncaught Mine: x\n    at f (FILE:2:23)\n    at FILE:4:7\n"),
     "end": ("if (1) {\n  f();\n\n", "FILE:2:7\n  f();\n      ^\n\nUncaught SyntaxError: Unexpected end of input\n    at FILE:2:7\n"),
     "hostile": ("throw Object.defineProperty(new Error('x'), 'message', { get() { throw 1; } });",
                 "FILE:1:29\nthrow Object.defineProperty(new Error('x'), 'message', { get() { throw 1; } });\n"

@@ -84,7 +84,7 @@ const call = (callback, target, event) => {
         else
             callback.handleEvent(event);
     } catch (error) {
-        reportError(error);
+        reportError(error, `in a listener of ${event.type}`);
     }
 };
 

@@ -37,7 +37,7 @@ const read = (source) => {
     const isBraced = /^\s*\{/.test(source);
     if (isBraced) {
         try {
-            return parse('(' + source.replace(/[;\s]*$/, '') + '\n)');
+            return { ...parse('(' + source.replace(/[;\s]*$/, '') + '\n)'), shift: 1 };
         } catch { }
     }
     try {
@@ -72,9 +72,27 @@ const namesIn = (pattern, path = []) => {
     }
 };
 
+// A script with pieces of what was typed, which begins at `shift` of `text`.
+class Made {
+    text = '';
+    pieces = '';
+
+    constructor(text, shift) {
+        Object.assign(this, { from: text, shift });
+    }
+    add(text) {
+        this.text += text;
+    }
+    take(start, end) {
+        if (end > start)
+            this.pieces += `${this.text.length} ${start - this.shift} ${end - start};`;
+        this.text += this.from.slice(start, end);
+    }
+}
+
 class Rewriting {
-    constructor({ text, body }, isAsync) {
-        Object.assign(this, { text, body, isAsync, edits: [], functions: [], names: new Map(), inits: new Map() });
+    constructor({ text, body, shift = 0 }, isAsync) {
+        Object.assign(this, { text, body, shift, isAsync, edits: [], functions: [], names: new Map(), inits: new Map() });
         for (const statement of body)
             this.declare(statement);
         for (const statement of body)
@@ -145,36 +163,38 @@ class Rewriting {
         this.edit(last.start, last.start, 'return (');
         this.edit(end, end, ')');
     }
-    edited() {
-        let text = this.text;
-        for (const { start, end, text: by } of this.edits.reverse().sort((a, b) => b.start - a.start))
-            text = text.slice(0, start) + by + text.slice(end);
-        return text;
-    }
     finish() {
-        let declarations = '';
-        for (const [name, kind] of this.names) {
-            const isFunction = this.functions.some(({ id }) => id.name === name);
-            if (!declared.has(name) && !isFunction)
-                declarations += kind === 'var' ? `var ${name};` : `let ${name};`;
-        }
-        // Functions stay in their lines.
-        let first = '';
+        const made = new Made(this.text, this.shift);
+        const isFunction = (name) => this.functions.some(({ id }) => id.name === name);
+        const names = [...this.names].filter(([name]) => !declared.has(name) && !isFunction(name));
+        // Functions stay in their places, but for those whose names have been declared otherwise.
         let kept = this.text.replace(/[^\n]/g, ' ');
+        if (this.isAsync)
+            made.add('(async () => {');
         for (const { id, start, end } of this.functions) {
-            const own = this.text.slice(start, end);
             this.edit(start, end, ';');
-            if (this.isLexical(id.name))
-                first += `void (${id.name} = ${own});`;
-            else
-                kept = kept.slice(0, start) + own + kept.slice(end);
+            if (this.isLexical(id.name)) {
+                made.add(`void (${id.name} = `);
+                made.take(start, end);
+                made.add(');');
+            } else {
+                kept = kept.slice(0, start) + this.text.slice(start, end) + kept.slice(end);
+            }
         }
-        if (kept.trim() !== '')
-            declarations += kept;
         if (this.isAsync)
             this.returnLast();
-        const source = first + this.edited();
-        return { declarations, source: this.isAsync ? '(async () => {' + source + '\n})()' : source };
+        let next = 0;
+        for (const { start, end, text } of this.edits.sort((a, b) => a.start - b.start)) {
+            made.take(next, start);
+            made.add(text);
+            next = end;
+        }
+        made.take(next, this.text.length);
+        if (this.isAsync)
+            made.add('\n})()');
+        const declarations = (kept.trim() === '' ? '' : kept + '\n;')
+            + names.map(([name, kind]) => (kind === 'var' ? `var ${name};` : `let ${name};`)).join('');
+        return { declarations, source: made.text, pieces: made.pieces };
     }
 }
 
@@ -188,7 +208,7 @@ const isModule = (source) => {
     }
 };
 
-// {isIncomplete, declarations, source, isKept, error}. A text that is no script at all is left to the engine, which knows why.
+// {isIncomplete, declarations, source, pieces, isKept, error}. A text that is no script at all is left to the engine, which knows why.
 const plan = (source) => {
     pending = undefined;
     const script = read(source);

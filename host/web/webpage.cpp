@@ -121,8 +121,8 @@ void WebPage::javaScriptConsoleMessage(
     const bool isOfModule = message.startsWith(QLatin1String("Failed to load module script"));
     if ((m_isQuiet && !isOfModule) || (isOwn && isKnown))
         return;
-    const QString place =
-        source.isEmpty() || isOwn || line < 1 ? QString() : QStringLiteral(" (%1:%2)").arg(source).arg(line);
+    const QString where = line > 0 ? QStringLiteral("%1:%2").arg(source).arg(line) : source;
+    const QString place = source.isEmpty() || isOwn ? QString() : QStringLiteral(" (%1)").arg(where);
     m_console(message + place, level != InfoMessageLevel);
 }
 

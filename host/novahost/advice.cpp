@@ -106,7 +106,8 @@ QString adviceText(const engine::Outcome& error)
     if (error.text.contains(QLatin1String("a Promise can not be passed")))
         return QStringLiteral("an `await` is forgotten");
     if (error.text.contains(QLatin1String("Illegal invocation")))
-        return QStringLiteral("a member was called without its object; write FileSystem.exists(...), or bind it");
+        return QStringLiteral(
+            "a member was called without its object; write FileSystem.exists(...), or bind it");
     if (error.text.contains(QLatin1String("Could not import the module")))
         return QStringLiteral("the bare script engine has no modules; novahost --browser run imports them");
     if (error.text.contains(QLatin1String("Unexpected reserved word")))

@@ -60,7 +60,11 @@
     };
     const constructHere = (Type, message) => {
         const error = inPage.construct(Type, message);
-        define(error, 'stack', pageFrames(peekText(error, 'stack')), false);
+        try {
+            define(error, 'stack', pageFrames(peekText(error, 'stack')), false);
+        } catch {
+            // A page can take part in making it.
+        }
         return error;
     };
 

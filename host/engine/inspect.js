@@ -6,6 +6,7 @@
     const maximumShown = 1 << 20; // units of one value; objects beyond it are not opened any more
 
     const arrayPrototype = Array.prototype;
+    const rangeErrorPrototype = RangeError.prototype;
     const dateText = uncurry(Date.prototype.toISOString);
     const regExpText = uncurry(RegExp.prototype.toString);
     const mapEach = uncurry(Map.prototype.forEach);
@@ -213,7 +214,9 @@
             return shape;
         },
     };
+    // Those of a real one can be read; what only inherits from the class is shown as any object.
     collectionShapes.URL = (context, value, type, level) => {
+        urlParts[0].get(value);
         const shape = makeShape(prefixOf(type, 'URL', '') + '{');
         shape.add = (parts) => {
             for (let i = 0; i < urlParts.length; ++i)
@@ -222,6 +225,7 @@
         return shape;
     };
     collectionShapes.URLSearchParams = (context, value, type) => {
+        searchEach(value, () => {});
         const shape = makeShape(prefixOf(type, 'URLSearchParams', '') + '{');
         shape.add = (parts) => searchEach(value, (item, name) => push(parts,
             inspectPrimitive(context, name) + ' => ' + inspectPrimitive(context, item)));
@@ -356,7 +360,21 @@
         context.shown += text.length;
         return text;
     };
-    const inspectValue = (context, value, level) => (isObject(value) ? inspectObject(context, value, level) : inspectPrimitive(context, value));
+    const inspectValue = (context, value, level) => {
+        if (!isObject(value))
+            return inspectPrimitive(context, value);
+        const { above, indent, lastLevel } = context;
+        try {
+            return inspectObject(context, value, level);
+        } catch (error) {
+            if (isErrorObject(error) && isPrototypeOf(rangeErrorPrototype, error))
+                throw error; // the stack is short
+            context.above = above;
+            context.indent = indent;
+            context.lastLevel = lastLevel;
+            return '[' + typeof value + ' that can not be shown]'; // a proxy's trap has thrown
+        }
+    };
 
     const inspect = (value, isColored, depth, showsHidden) => {
         try {

@@ -11,7 +11,7 @@ function(vexlite_script SCRIPT_VARIABLE)
 endfunction()
 
 # vexlite_prelude(NAMESPACE CONSTANT): makes CONSTANT.cpp, with the folder's prelude.js and the scripts in it, each named by a
-# variable. The folder's prelude.h declares it. Every document holds the script, so lines of comment and indents are left out.
+# variable. The folder's prelude.h declares the constant. Every document holds the script, so lines of comment and indents are left out.
 function(vexlite_prelude PRELUDE_NAMESPACE PRELUDE_CONSTANT)
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/prelude.js)
     configure_file(prelude.js ${PRELUDE_CONSTANT}.js @ONLY)

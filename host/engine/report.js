@@ -34,15 +34,18 @@
         noteSource(known, name, shift < 0 ? '' : typed, max(shift, 0), pieces, compiled);
         noteSource(declarationsOf(known), name, typed, 0);
     };
+    let countedText; // whose lines begin at `lineStarts`
+    let lineStarts;
     // The offset of a line; -1 beyond the end.
     const lineStart = (text, number) => {
-        let from = 0;
-        for (let i = 1; i < number; ++i) {
-            from = indexOf(text, '\n', from) + 1;
-            if (from === 0)
-                return -1;
+        if (text !== countedText) {
+            countedText = text;
+            lineStarts = makeList();
+            push(lineStarts, 0);
+            for (let at = indexOf(text, '\n', 0); at >= 0; at = indexOf(text, '\n', at + 1))
+                push(lineStarts, at + 1);
         }
-        return from;
+        return number >= 1 && number <= lineStarts.length ? lineStarts[number - 1] : -1;
     };
     const lineAt = (text, from) => {
         const end = indexOf(text, '\n', from);
@@ -110,6 +113,17 @@
                 push(frames, frame);
         });
         return frames;
+    };
+    const firstFrame = (stack) => {
+        for (let from = 0; from < stack.length;) {
+            const end = indexOf(stack, '\n', from) < 0 ? stack.length : indexOf(stack, '\n', from);
+            const read = readFrame(slice(stack, from, end));
+            const frame = read && placed(read);
+            if (frame)
+                return frame;
+            from = end + 1;
+        }
+        return undefined;
     };
     // As many as Node shows, unless the page has set how many there are.
     const mostFrames = 10;
@@ -263,6 +277,7 @@
         let text = '';
         let stack = '';
         let report = '';
+        const title = 'Uncaught' + (where === '' ? '' : ' (' + where + ')');
         let code;
         try {
             if (isObject(error)) {
@@ -272,19 +287,18 @@
             }
             const context = makeContext(colors.errors, usualDepth);
             context.isReport = true;
-            let source = '';
             if (isErrorObject(error)) {
                 const frames = errorFrames(error);
                 text = errorTitle(error);
                 stack = framesText(frames);
-                source = excerpt(context, frames[0]);
+                report = excerpt(context, frames[0]);
             } else {
                 text = typeof error === 'string' ? error : inspect(error, false, usualDepth);
             }
-            report = source + paint(context, 'Uncaught' + (where === '' ? '' : ' (' + where + ')'), 'error') + ' ' + inspectValue(context, error, 0);
+            report += paint(context, title, 'error') + ' ' + inspectValue(context, error, 0);
         } catch {
             text = text || 'an error that can not be shown';
-            report = report || 'Uncaught ' + text;
+            report += title + ' ' + text + (stack === '' ? '' : '\n' + stack);
         }
         return [text, stack, code, report];
     };

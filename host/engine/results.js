@@ -47,3 +47,28 @@
         settle(ticket, answer);
     };
     const run = (ticket, body) => settle(ticket, apply(body, undefined, []));
+
+    // --- process and exit() --------------------------------------------------------------------------------------
+
+    let processObject;
+    // What the page has set, -1 for a wrong one.
+    const exitCode = () => {
+        const code = peek(processObject, 'exitCode') ?? 0;
+        return isInteger(code) && code >= 0 && code <= 255 ? code : -1;
+    };
+    // `end` ends the page with an exit code, `playSteps` plays steps and may throw.
+    const installProcess = (argv, end, playSteps) => {
+        const play = function play(steps) {
+            if (typeof steps !== 'string')
+                throw makeTypeError('process.play: a string is expected');
+            playSteps(steps);
+        };
+        processObject = { argv, play };
+        define(globalThis, 'process', processObject, false);
+        define(globalThis, 'exit', function exit(code) {
+            const given = code ?? exitCode();
+            if (!isInteger(given) || given < 0 || given > 255)
+                throw makeTypeError((code === undefined ? 'process.exitCode' : 'exit: the code') + ' must be an integer from 0 to 255');
+            end(given);
+        }, false);
+    };

@@ -168,27 +168,7 @@
         needFunction('queueMicrotask', callback);
         afterThis(() => callReporting(callback, undefined, [], 'in a microtask'));
     }, false);
-    define(globalThis, 'exit', function exit(code) {
-        const given = code ?? exitCode();
-        if (!isInteger(given) || given < 0 || given > 255)
-            throw makeTypeError((code === undefined ? 'process.exitCode' : 'exit: the code') + ' must be an integer from 0 to 255');
-        native.exit(given);
-    }, false);
-    const play = function play(steps) {
-        if (typeof steps !== 'string')
-            throw makeTypeError('process.play: a text is expected');
-        native.play(steps);
-    };
-    let process;
-    const makeProcess = (argv) => {
-        process = { argv, play };
-        define(globalThis, 'process', process, false);
-    };
-    // -1 for a wrong one.
-    const exitCode = () => {
-        const code = peek(process, 'exitCode') ?? 0;
-        return isInteger(code) && code >= 0 && code <= 255 ? code : -1;
-    };
+    const makeProcess = (argv) => installProcess(argv, (code) => native.exit(code), (steps) => native.play(steps));
     const setColors = (output, errors) => {
         colors.output = output;
         colors.errors = errors;

@@ -20,6 +20,22 @@ void readPlace(WireReader& reader, Outcome& outcome)
 
 } // namespace
 
+void FrameScript::finishScript(WireReader& reader, const std::function<void()>& exit)
+{
+    Outcome outcome;
+    const int ticket = nextText(reader).toInt();
+    outcome.ok = !reader.text().isEmpty();
+    outcome.text = nextText(reader);
+    outcome.json = nextText(reader);
+    readPlace(reader, outcome);
+    if (const auto scriptFailed = host.scriptFailed; scriptFailed && !outcome.ok) {
+        scriptFailed(outcome);
+        exit();
+    } else if (const auto finish = finished) {
+        finish(ticket, outcome);
+    }
+}
+
 QString FrameScript::report(WireReader& reader, const std::function<void()>& exit)
 {
     QString fault;
@@ -61,20 +77,9 @@ QString FrameScript::report(WireReader& reader, const std::function<void()>& exi
             if (const auto uncaughtError = host.uncaughtError)
                 uncaughtError(outcome);
             break;
-        case 'f': {
-            const int ticket = nextText(reader).toInt();
-            outcome.ok = !reader.text().isEmpty();
-            outcome.text = nextText(reader);
-            outcome.json = nextText(reader);
-            readPlace(reader, outcome);
-            if (const auto scriptFailed = host.scriptFailed; scriptFailed && !outcome.ok) {
-                scriptFailed(outcome);
-                exit();
-            } else if (const auto finish = finished) {
-                finish(ticket, outcome);
-            }
+        case 'f':
+            finishScript(reader, exit);
             break;
-        }
         case 's': {
             const QString steps = nextText(reader);
             const auto play = host.play;

@@ -62,7 +62,7 @@
     const native = { __proto__: null };
     const consoleObject = console;
     const consoleError = console.error;
-    // What documents of scripts of the command line do otherwise.
+    // Replaced in documents of the command line's scripts.
     const script = {
         __proto__: null,
         setUp: undefined,
@@ -72,7 +72,8 @@
         callingPlace: () => linePlace(pageFrames(peekText(new ErrorType(), 'stack'))),
         reportError: (error, where) => {
             const place = isErrorObject(error) ? linePlace(pageFrames(peekText(error, 'stack'))) : '';
-            apply(consoleError, consoleObject, ['Uncaught (' + where + ')', error, place === '' ? '' : '(' + place + ')']);
+            const title = 'Uncaught (' + where + ')';
+            apply(consoleError, consoleObject, place === '' ? ['%s', title, error] : ['%s', title, error, '(' + place + ')']);
         },
     };
 

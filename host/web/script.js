@@ -3,7 +3,7 @@
     const soon = queueMicrotask;
     const indirectEval = eval;
     const encodeName = encodeURI;
-    const decodeName = decodeURI;
+    const decodeName = decodeURIComponent;
     const moduleOrigin = 'nova://script/';
     const getterOf = (type, name) => uncurry(getOwnPropertyDescriptor(type.prototype, name).get);
     const reasonOf = getterOf(PromiseRejectionEvent, 'reason');
@@ -62,7 +62,7 @@
             soon(() => report(ending));
         ending += part;
     };
-    const outcome = Symbol('outcome');
+    const outcomes = new WeakMap(); // the reports of results, by what promises are rejected with
     // Lines of the console go together: the first at once, those that come soon after it with the next request, at the latest
     // when the script has returned to the event loop.
     const soonAfter = 20; // milliseconds
@@ -97,7 +97,9 @@
             report(part);
             return;
         }
-        new PromiseType((resolve, reject) => inPage.call(reject, { __proto__: null, [outcome]: part }));
+        const token = { __proto__: null };
+        weakSet(outcomes, token, part);
+        new PromiseType((resolve, reject) => inPage.call(reject, token));
         later(() => report(part), 1000); // a script can remove all listeners of the document
     };
     native.uncaught = (text, stack, code, facts) => {
@@ -177,15 +179,17 @@
         if (!startsWith(file, moduleOrigin))
             return undefined;
         let text = '';
+        let path = slice(file, moduleOrigin.length);
         try {
+            path = decodeName(path);
             const request = new RequestType();
             open(request, 'GET', file, false);
             send(request);
             text = responseText(request);
         } catch {
-            // There is no such file any more.
+            // There is no such file any more, or its name has no meaning.
         }
-        noteSource(file, folder + decodeName(slice(file, moduleOrigin.length)), text, 0);
+        noteSource(file, folder + path, text, 0);
         return sources[file];
     };
     const performRun = (reader) => {
@@ -222,8 +226,8 @@
         script.perform = (kind, message) => (kind === 'q' ? reportSettled(nextCount(message)) : performRun(message));
         script.describeThrown = (error) => describeError(error, '')[0];
         script.callingPlace = () => {
-            const frames = framesOf(peekText(new ErrorType(), 'stack'));
-            return frames.length > 0 ? placeText(frames[0]) : '';
+            const frame = firstFrame(peekText(new ErrorType(), 'stack'));
+            return frame ? placeText(frame) : '';
         };
         script.reportError = reportError;
         const argv = [];
@@ -235,37 +239,28 @@
         define(world, 'queueMicrotask', function queueMicrotask(callback) {
             soon(typeof callback === 'function' ? () => callReporting(callback, undefined, [], 'in a microtask') : callback);
         }, true);
-        define(world, 'exit', function exit(code) {
-            const given = code ?? exitCode();
-            if (!isInteger(given) || given < 0 || given > 255)
-                throw makeTypeError((code === undefined ? 'process.exitCode' : 'exit: the code') + ' must be an integer from 0 to 255');
-            reportEnd(compose('x', '' + given));
-        }, false);
-        const play = function play(steps) {
-            if (typeof steps !== 'string')
-                throw makeTypeError('process.play: a text is expected');
-            const reader = report(compose('s', steps));
-            if (reader && reader.text[reader.at++] === 't')
-                throw errorFromObject(readValue(reader));
-        };
-        scriptProcess = { argv, play };
-        define(world, 'process', scriptProcess, false);
+        installProcess(argv, (code) => reportEnd(compose('x', '' + code)), (steps) => {
+            const answer = report(compose('s', steps));
+            if (answer && answer.text[answer.at++] === 't')
+                throw errorFromObject(readValue(answer));
+        });
         countTimers();
         addEventListener('error', (event) => {
             preventDefault(event);
             const error = errorOf(event);
-            if (!placing || !placing.isMine(event))
+            const place = placeFor(event);
+            if (!place)
                 return reportError(error ?? messageOfEvent(event), '');
             if (error === 0)
                 return;
-            placing.file = fileOf(event);
-            placing.line = lineNumberOf(event);
-            placing.column = columnNumberOf(event);
+            place.file = fileOf(event);
+            place.line = lineNumberOf(event);
+            place.column = columnNumberOf(event);
         });
         addEventListener('unhandledrejection', (event) => {
             preventDefault(event);
             const reason = reasonOf(event);
-            const part = isObject(reason) ? getOwnPropertyDescriptor(reason, outcome)?.value : undefined;
+            const part = isObject(reason) ? weakGet(outcomes, reason) : undefined;
             if (part === undefined) {
                 reportError(reason, 'in promise');
             } else {

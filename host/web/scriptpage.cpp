@@ -31,8 +31,8 @@ void ScriptPage::attach(Frame& frame)
     m_frame = frame.weak_from_this();
     FrameScript script { m_host, m_options.arguments, m_options.colors, m_options.errorColors, {}, {}, {} };
     script.host.uncaughtError = [this](const Outcome& error) {
-        // Why nothing can be declared is not for the page to see: its error event has none.
-        if (!m_isDeclaring || error.text != QLatin1String("null"))
+        // That nothing could be declared is said by declare(), which knows why.
+        if (!m_isDeclaring)
             m_host.uncaughtError(error);
     };
     script.finished = [this](int ticket, const Outcome& outcome) { finish(ticket, outcome); };
@@ -102,7 +102,11 @@ void ScriptPage::declare(Work work)
         failed.isDeclared = false;
         failed.text =
             QStringLiteral("SyntaxError: the page has one of these names, which can not be declared again");
-        work.done(failed);
+        failed.report = QStringLiteral("Uncaught ") + failed.text;
+        if (const auto scriptFailed = m_host.scriptFailed)
+            scriptFailed(failed);
+        else
+            work.done(failed);
     });
 }
 

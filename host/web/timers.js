@@ -51,13 +51,5 @@
         define(world, 'clearInterval', stopper('clearInterval', clearInterval), true);
     };
 
-    let scriptProcess;
-    // What the page has set, -1 for a wrong one.
-    const exitCode = () => {
-        const code = peek(scriptProcess, 'exitCode') ?? 0;
-        return isInteger(code) && code >= 0 && code <= 255 ? code : -1;
-    };
     // From the event loop: all that the document has got before has been done by then.
-    const reportSettled = (ticket) => later(() => {
-        report(compose('q', '' + ticket, '' + exitCode()));
-    }, 0);
+    const reportSettled = (ticket) => later(() => report(compose('q', '' + ticket, '' + exitCode())), 0);

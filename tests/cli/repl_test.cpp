@@ -54,7 +54,7 @@ LastResult: Promise.resolve(42) ;; _ + 1 -> 43
 LastError: null.x ;; _error.name -> 'TypeError' || null
 OwnUnderscore: let _ = 5 ;; 6 ;; _ -> 5
 Places: 7 ;; function ff(x) { null.q } ;; await 1; let z = ff(); -> undefined || null\.q }\n +\^\n[^^]*at ff \(repl2:1:23\)\n    at repl3:1:18$
-PlaceOfARead: 7 ;; const P = NovaExtension.Product; P.language(); const { zap } = P; null.q -> 7 || no zap \(repl2:1:56\)
+PlaceOfARead: 7 ;; const P = NovaExtension.Product; P.language(); const { languge } = P; null.q -> 7 || no languge; did you mean language\? \(repl2:1:56\)
 PlacesInAFile: .load SCRIPT ;; twice(1n) -> undefined || at twice \(/[^\n]*script\.js:2:(28|30)\)
 File: .load SCRIPT ;; twice(loaded) -> 18
 TypeOfExpression: const { FileSystem: fs } = NovaExtension, home = fs.homePath() ;; .type home.data -> string

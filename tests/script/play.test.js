@@ -42,7 +42,7 @@ await check([
     wrong("login:nobody", 'login:nobody: the profile has no user "nobody"'),
     wrong("logout,member:super=5", 'member:super=5: a membership is "on" or "off"'),
     // @ts-expect-error
-    ["no text", () => process.play(["logout"]), "TypeError: process.play: a text is expected"],
+    ["no text", () => process.play(["logout"]), "TypeError: process.play: a string is expected"],
     ["nothing of what is wrong is played", () => heard(0), ["returned", "E"]],
 ]);
 exit(failures ? 1 : 0);

@@ -19,6 +19,7 @@ using Kind = DeclaredType::Kind;
 using vexlite::dereference;
 
 constexpr int MostHintsOfPage = 1'000;
+constexpr int MostPlacesOfHint = 10;
 constexpr int MostItems = 100; ///< of an array or a map that are looked at
 
 bool isText(const MVARIANT& value)
@@ -195,10 +196,9 @@ private:
     /// Whether what is there is used as it is: a path, an address, a name; not text that people read.
     static bool isExact(const QString& path)
     {
-        static const QRegularExpression exact(
-            QStringLiteral(
-                "(path|dir|folder|files?|url|src|id|key|name|program|group|section)(\\[\\d+\\])*$"),
-            QRegularExpression::CaseInsensitiveOption);
+        static const QRegularExpression exact(QStringLiteral(
+            "(?:(?:^|[.])(?:path|dir|folder|files?|url|src|id|key|name|program|group|section)"
+            "|(?:Path|Dir|Folder|Files?|Url|Src|Id|Key|Name|Program|Group|Section))(?:\\[\\d+\\])*$"));
         return exact.match(path).hasMatch();
     }
 
@@ -303,12 +303,15 @@ QString Hints::give(const JSContextEnv& context, const QString& text)
     QString hint = vexlite::withoutControls(text);
     if (m_isStrict)
         return hint;
-    QSet<QString>& given = m_given[context.contextId];
+    Given& given = m_given[context.contextId];
+    // To find a place takes time, which a loop of the page's would multiply.
+    if (given.marks.size() >= MostHintsOfPage || ++given.places[hint] > MostPlacesOfHint)
+        return {};
     const QString place = vexlite::Core::instance()->callingPlace(context);
     // With the file, so that each input of a prompt has its own.
     const QString mark = hint + place.section(QLatin1Char(':'), 0, -3);
-    if (!given.contains(mark) && given.size() < MostHintsOfPage) {
-        given.insert(mark);
+    if (!given.marks.contains(mark)) {
+        given.marks.insert(mark);
         printLine(QLatin1String("hint: ") + hint
                 + (place.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(place)),
             true);

@@ -24,7 +24,11 @@ private:
 
     bool m_isStrict;
     DeclaredTypes m_types;
-    QHash<std::int64_t, QSet<QString>> m_given; ///< by context id
+    struct Given {
+        QSet<QString> marks;        ///< what was printed, with the file that it was about
+        QHash<QString, int> places; ///< how often a hint was due
+    };
+    QHash<std::int64_t, Given> m_given; ///< by context id
 };
 
 } // namespace novahost

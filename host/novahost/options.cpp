@@ -24,12 +24,11 @@ QString toQString(const std::string& given)
     return QString::fromLocal8Bit(given.c_str());
 }
 
-/// The command that has an option of its own; null: none.
-const CLI::App* ownerOf(const CLI::App& app, const std::string& option)
+/// The commands that have an option of their own.
+std::vector<const CLI::App*> ownersOf(const CLI::App& app, const std::string& option)
 {
-    const std::vector<const CLI::App*> owners = app.get_subcommands(
+    return app.get_subcommands(
         [&](const CLI::App* command) { return command->get_option_no_throw(option) && option != "--help"; });
-    return owners.empty() ? nullptr : owners.front();
 }
 
 /// Puts the command in front where an option of its own precedes it: `novahost --watch run FILE`. What all share may be on
@@ -45,9 +44,10 @@ void putCommandFirst(const CLI::App& app, int argc, char** argv)
             return;
         }
         const CLI::Option* option = app.get_option_no_throw(word);
-        if (const CLI::App* owner = option ? nullptr : ownerOf(app, word.substr(0, word.find('=')))) {
-            isNeeded = true;
-            option = owner->get_option_no_throw(word);
+        if (!option) {
+            const auto owners = ownersOf(app, word.substr(0, word.find('=')));
+            isNeeded = isNeeded || !owners.empty();
+            option = owners.empty() ? nullptr : owners.front()->get_option_no_throw(word);
         }
         i += option && option->get_items_expected_max() > 0 ? 1 : 0;
     }
@@ -285,10 +285,13 @@ int explainError(const CLI::App& app, const CLI::ParseError& error)
         const QString name = toQString(word.substr(0, word.find('=')));
         if (!name.startsWith(QLatin1Char('-')) || name == QLatin1String("--"))
             continue;
-        const CLI::App* owner = ownerOf(app, name.toStdString());
-        return owner ? failUsage(command,
-                   QStringLiteral("%1 is for %2").arg(name, QString::fromStdString(owner->get_name())))
-                     : failUnknown(command, "option", optionNames(command), name);
+        QStringList owners;
+        for (const CLI::App* owner : ownersOf(app, name.toStdString()))
+            owners.append(toQString(owner->get_name()));
+        return owners.isEmpty()
+            ? failUnknown(command, "option", optionNames(command), name)
+            : failUsage(
+                command, QStringLiteral("%1 is for %2").arg(name, owners.join(QLatin1String(" and "))));
     }
     if (!unknown.empty() && !commandNames(command).isEmpty())
         return failUnknown(command, "command", commandNames(command), toQString(unknown.front()));

@@ -35,7 +35,7 @@ void pass(int number)
 void passToBoth(int number, siginfo_t* info, void*)
 {
     const int error = errno;
-    sendByte(s_pipe, info->si_code == SI_USER ? number | SentByProcess : number);
+    sendByte(s_pipe, info->si_code <= 0 ? number | SentByProcess : number);
     sendByte(s_guardPipe, number);
     errno = error;
 }

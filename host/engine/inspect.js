@@ -48,7 +48,8 @@
 
     // `depth` is how many levels are opened.
     const makeContext = (colors, depth) => (
-        { __proto__: null, colors, depth, showsHidden: false, isReport: false, indent: 0, lastLevel: 0, shown: 0, above: null, references: makeList() });
+        { __proto__: null, colors, depth, showsHidden: false, isReport: false, indent: 0, lastLevel: 0, shown: 0, above: null,
+            references: makeList() });
     const isFull = (context) => context.shown > maximumShown;
     const longList = 10000; // of whose keys a list would take too long
     const addKeys = (context, value, parts, level, isListed) => {

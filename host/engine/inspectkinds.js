@@ -73,7 +73,8 @@
 
     // The class of an argument object is in its text, where no tag hides it.
     const isArguments = (value, type) => type.name === 'Object' && type.tag === '' && getPrototypeOf(value) === objectPrototype
-        && !getOwnPropertyDescriptor(value, tagSymbol) && !getOwnPropertyDescriptor(objectPrototype, tagSymbol) && kindText(value) === '[object Arguments]';
+        && !getOwnPropertyDescriptor(value, tagSymbol) && !getOwnPropertyDescriptor(objectPrototype, tagSymbol)
+        && kindText(value) === '[object Arguments]';
     const isRevoked = (value) => {
         try {
             isArray(value);

@@ -22,21 +22,20 @@ struct Outcome {
     QString stack; ///< of an error: the page's frames, "    at name (file:line:column)"
     int code = 0;  ///< the "code" that an error carries, or 0
     bool hasCode = false;
-    QString
-        report; ///< an error as shown to the user, with its source, causes and what has thrown it; may be empty
+    /// An error as shown to the user, with its source, causes and what has thrown it; may be empty.
+    QString report;
     bool isDeclared = true; ///< whether the declarations of the script stay
 };
 
 /// What a page evaluates.
 struct PageScript {
     QString source = {}; ///< an expression, or statements, whose value is awaited
-    QString
-        declarations = {}; ///< run first, as a script of its own: what it declares stays. Each function in it has the
-                           ///< place that it has in `typed`
+    /// Run first, as a script of its own: what it declares stays. Each function in it has the place that it has in `typed`.
+    QString declarations = {};
     bool isKept = false; ///< the page gets the value as its global `_`, or the error as `_error`
     QString typed = {};  ///< what errors show of the source: that which the user has typed
-    QString
-        pieces = {}; ///< where the source has pieces of that: "FROM TO LENGTH;...", offsets in both; empty: all together
+    /// Where the source has pieces of that: "FROM TO LENGTH;...", offsets in both; empty: all together.
+    QString pieces = {};
     QString name = {}; ///< what errors call it; empty: PageOptions::inputName, with a number
 };
 
@@ -48,8 +47,8 @@ struct PageHost {
     std::function<void(int code)> exitRequested;
     /// A script has returned to the event loop for the first time. Only called by an engine whose script runs in another process.
     std::function<void()> began;
-    /// What run(), importModule() or evaluate() was to run has failed, which ends the page as exit() does: at once, and `done` is not
-    /// called. Without this callback `done` is called with the outcome, and the page goes on.
+    /// What run(), importModule() or evaluate() was to run has failed, which ends the page as exit() does: at once, and
+    /// `done` is not called. Without this callback `done` is called with the outcome, and the page goes on.
     std::function<void(const Outcome& error)> scriptFailed;
     /// An uncaught error, in a timer, a listener or a promise.
     std::function<void(const Outcome& error)> uncaughtError;

@@ -87,8 +87,8 @@
         if (start < 0 || place.column < 1)
             return undefined;
         const text = lineAt(source.text, start);
-        return { __proto__: null, name: frame.name, file: source.name, line: place.line, column: columnOf(text, place.column), text,
-            source: source.text, isCall: isCallPlace(text, place.column) };
+        return { __proto__: null, name: frame.name, file: source.name, line: place.line, column: columnOf(text, place.column),
+            text, source: source.text, isCall: isCallPlace(text, place.column) };
     };
     // "file:line:column", whose name may have colons.
     const readPlace = (text) => {

@@ -67,8 +67,10 @@
         define(globalThis, 'process', processObject, false);
         define(globalThis, 'exit', function exit(code) {
             const given = code ?? exitCode();
-            if (!isInteger(given) || given < 0 || given > 255)
-                throw makeTypeError((code === undefined ? 'process.exitCode' : 'exit: the code') + ' must be an integer from 0 to 255');
+            if (!isInteger(given) || given < 0 || given > 255) {
+                const name = code === undefined ? 'process.exitCode' : 'exit: the code';
+                throw makeTypeError(name + ' must be an integer from 0 to 255');
+            }
             end(given);
         }, false);
     };

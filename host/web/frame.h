@@ -15,8 +15,8 @@ constexpr int OperationFailed = 3;
 
 /// What a document calls, and from where.
 struct Caller {
-    QString
-        tag; ///< of the object's class and member, "NovaExtension.Network.fetch", for what the call hands out
+    /// Of the class and member, "NovaExtension.Network.fetch"; what the call hands out is named by it.
+    QString tag;
     QString place; ///< the line of its script, "page.js:5:3"; empty where that is not known
 };
 

@@ -28,7 +28,8 @@ struct FrameScript {
     int timers = 0; ///< that the document has set
 
     /// Reports to the host what a request says. Returns the fault of steps that can not be played; empty: none.
-    /// `exit` is called for exit(code) and for a script's error that ends the page, when the host has been called. Any call of the host may replace the members.
+    /// `exit` is called for exit(code) and for a script's error that ends the page, when the host has been called. Any
+    /// call of the host may replace the members.
     QString report(WireReader& reader, const std::function<void()>& exit);
 
 private:

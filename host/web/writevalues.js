@@ -259,7 +259,8 @@
         return done;
     };
     const makeWriter = (out) => (
-        { __proto__: null, out, values: 0, bytes: 0, byteCount: 0, problem: '', path: '', isCut: false, near: { __proto__: null }, deep: undefined, sent: undefined });
+        { __proto__: null, out, values: 0, bytes: 0, byteCount: 0, problem: '', path: '', isCut: false,
+            near: { __proto__: null }, deep: undefined, sent: undefined });
     const takeBack = (writer) => {
         for (let { sent } = writer; sent; sent = sent.next)
             dropFunction(sent.id, 1);

@@ -43,7 +43,7 @@ struct PageScript {
 struct PageHost {
     /// Output of the console; that of console.warn and error is an error.
     std::function<void(const QString& line, bool isError)> console;
-    /// exit(code) was called. After the current call has returned no more script of the page runs.
+    /// exit(code) was called; -1: without a code, and the page has set none. After the current call has returned no more script of the page runs.
     std::function<void(int code)> exitRequested;
     /// A script has returned to the event loop for the first time. Only called by an engine whose script runs in another process.
     std::function<void()> began;

@@ -51,12 +51,13 @@
     // --- process and exit() --------------------------------------------------------------------------------------
 
     let processObject;
+    const isExitCode = (code) => isInteger(code) && code >= 0 && code <= 255;
     // What the page has set, -1 for a wrong one.
     const exitCode = () => {
         const code = peek(processObject, 'exitCode') ?? 0;
-        return isInteger(code) && code >= 0 && code <= 255 ? code : -1;
+        return isExitCode(code) ? code : -1;
     };
-    // `end` ends the page with an exit code, `playSteps` plays steps and may throw.
+    // `end` ends the page with an exit code, -1 where the page has set none, `playSteps` plays steps and may throw.
     const installProcess = (argv, end, playSteps) => {
         const play = function play(steps) {
             if (typeof steps !== 'string')
@@ -66,11 +67,11 @@
         processObject = { argv, play };
         define(globalThis, 'process', processObject, false);
         define(globalThis, 'exit', function exit(code) {
-            const given = code ?? exitCode();
-            if (!isInteger(given) || given < 0 || given > 255) {
+            const given = code ?? peek(processObject, 'exitCode') ?? undefined;
+            if (given !== undefined && !isExitCode(given)) {
                 const name = code === undefined ? 'process.exitCode' : 'exit: the code';
                 throw makeTypeError(name + ' must be an integer from 0 to 255');
             }
-            end(given);
+            end(given ?? -1);
         }, false);
     };

@@ -88,7 +88,7 @@ private:
         engine::PageHost host;
         host.console = [this](
                            const QString& line, bool isError) { print([&] { printLine(line, isError); }); };
-        host.exitRequested = [](int code) { QCoreApplication::exit(code); };
+        host.exitRequested = [](int code) { QCoreApplication::exit(std::max(code, 0)); };
         host.interrupted = [this] { return m_signals.poll(); };
         host.uncaughtError = [this](const engine::Outcome& error) {
             m_failed = true;

@@ -69,7 +69,12 @@ private:
     {
         engine::PageHost host;
         host.console = printLine;
-        host.exitRequested = [this](int code) { end(code, QStringLiteral("exit(%1)").arg(code)); };
+        host.exitRequested = [this](int code) {
+            if (code < 0)
+                end(m_hasErrors ? Failure : 0, QStringLiteral("exit()"));
+            else
+                end(code, QStringLiteral("exit(%1)").arg(code));
+        };
         host.scriptFailed = [this](const engine::Outcome& error) {
             printError(error);
             endWithError();

@@ -58,8 +58,9 @@ RevokedProxy: eval "const r = Proxy.revocable({}, {}); r.revoke(); NovaExtension
 SyntaxErrorWhileItRuns: eval "console.log('once'); JSON.parse('{')" -> 1 ^once\n$ || SyntaxError
 Exit: eval exit(7) -> 7
 ExitCodeOfExit: eval "process.exitCode = 3, exit()" -> 3
+ExitAfterAnError: eval "const { Event: E } = NovaExtension; E.addEventListener('e', () => { throw 1 }); E.dispatchEvent('e'); exit()" -> 1 || Uncaught
 WrongExitCode: eval "process.exitCode = 300, 1" -> 1 ^1\n$ || ^novahost: process\.exitCode must be an integer from 0 to 255\n$
-ExitWithAWrongCode: eval "process.exitCode = 'x', exit()" -> 1 || TypeError: process\.exitCode must be
+ExitWithAWrongCode: eval "process.exitCode = -1, exit()" -> 1 || TypeError: process\.exitCode must be
 MisspeltGlobal: eval Novaextension.Log -> 1 || ReferenceError[\s\S]*\nhint: did you mean NovaExtension\?\n$
 ObjectAsAGlobal: eval FileSystem.homePath() -> 1 || \nhint: did you mean NovaExtension\.FileSystem\?\n$
 OfNode: eval Buffer -> 1 || \nhint: there is no Buffer; Uint8Array

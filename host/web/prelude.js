@@ -73,7 +73,7 @@
         reportError: (error, where) => {
             const place = isErrorObject(error) ? linePlace(pageFrames(peekText(error, 'stack'))) : '';
             const title = 'Uncaught (' + where + ')';
-            apply(consoleError, consoleObject, place === '' ? ['%s', title, error] : ['%s', title, error, '(' + place + ')']);
+            apply(consoleError, consoleObject, place === '' ? [title, error] : [title, error, '(' + place + ')']);
         },
     };
 

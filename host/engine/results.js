@@ -12,18 +12,6 @@
         const facts = describeError(error, '');
         native.finish(ticket, false, facts[0], '', facts[1], facts[2], facts[3]);
     };
-    // Awaits a result and reports it with its ticket.
-    const settle = async (ticket, value) => {
-        let answer;
-        try {
-            answer = await value;
-        } catch (error) {
-            fail(ticket, error);
-            return;
-        }
-        native.finish(ticket, true, show(answer), toJson(answer), '', undefined, '');
-    };
-    // The same for an input of a prompt, whose result the page gets as a global.
     const keep = (name, value) => {
         try {
             define(globalThis, name, value, false);
@@ -35,17 +23,21 @@
         keep('_error', error);
         fail(ticket, error);
     };
-    const settleKept = async (ticket, value) => {
+    // Awaits a result and reports it with its ticket.
+    const settle = async (ticket, value, isKept) => {
         let answer;
         try {
             answer = await value;
         } catch (error) {
-            failKept(ticket, error);
+            (isKept ? failKept : fail)(ticket, error);
             return;
         }
-        keep('_', answer);
-        settle(ticket, answer);
+        if (isKept)
+            keep('_', answer);
+        native.finish(ticket, true, show(answer), toJson(answer), '', undefined, '');
     };
+    // The same for an input of a prompt, whose result the page gets as a global.
+    const settleKept = (ticket, value) => settle(ticket, value, true);
     const run = (ticket, body) => settle(ticket, apply(body, undefined, []));
 
     // --- process and exit() --------------------------------------------------------------------------------------

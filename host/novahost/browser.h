@@ -22,7 +22,7 @@ public:
     void stop();
     /// The directory that is served as nova://app/. A view that is made shows the page of its name there, if there is one.
     void setApplication(const QString& directory) { m_application = directory; }
-    /// The directory that is served as nova://script/, from which a script imports modules.
+    /// The directory that is served as nova://script/, from which scripts and inputs import modules.
     void setScripts(const QString& directory) { m_scripts = directory; }
     /// Says what a view shows when it is made: an address, or the page that the engine has opened for it.
     void expect(const QString& viewId, const QUrl& url = {}) { m_expected[viewId] = url; }

@@ -2,6 +2,7 @@
 
 #include "host/novahost/description.h"
 #include "host/novahost/help.h"
+#include "host/novahost/optionchecks.h"
 #include "host/profile/profile.h"
 #include "host/suite/play.h"
 
@@ -33,7 +34,7 @@ QStringList valuesOf(const std::string& form, const QString& typed)
     if (form == "ORIGIN")
         return { QStringLiteral("nova://app"), QStringLiteral("null") };
     if (form == "SHELL")
-        return { QStringLiteral("bash"), QStringLiteral("zsh"), QStringLiteral("fish") };
+        return shellNames();
     QStringList items;
     if (form == "SERVICE,...")
         items = profile::serviceNames();

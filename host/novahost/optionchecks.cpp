@@ -67,24 +67,25 @@ Check checkNumber(const char* what, double least, double most)
     };
 }
 
-Check checkPort()
+std::string checkPort(const std::string& given)
 {
-    return [](const std::string& given) {
-        bool ok = false;
-        const int port = QString::fromStdString(given).toInt(&ok);
-        constexpr int Most = 65'535;
-        return ok && port > 0 && port <= Most ? std::string()
-                                              : "a port from 1 to 65535 is expected, not " + given;
-    };
+    bool ok = false;
+    const int port = QString::fromStdString(given).toInt(&ok);
+    constexpr int Most = 65'535;
+    return ok && port > 0 && port <= Most ? std::string()
+                                          : "a port from 1 to 65535 is expected, not " + given;
 }
 
-Check checkShell()
+QStringList shellNames()
 {
-    return [](const std::string& given) {
-        return given == "bash" || given == "zsh" || given == "fish"
-            ? std::string()
-            : "bash, zsh or fish is expected, not " + given;
-    };
+    return { QStringLiteral("bash"), QStringLiteral("zsh"), QStringLiteral("fish") };
+}
+
+std::string checkShell(const std::string& given)
+{
+    return shellNames().contains(QString::fromStdString(given))
+        ? std::string()
+        : "one of " + shellNames().join(QLatin1String(", ")).toStdString() + " is expected, not " + given;
 }
 
 std::string describeValue(const std::string& form)

@@ -190,7 +190,7 @@ void declareShared(CLI::App& app, Options& options, Given& given)
            "Let clients of the browser's DevTools protocol on this machine connect to this port: whoever does controls "
            "the pages")
         ->option_text("PORT")
-        ->check(checkPort());
+        ->check(checkPort);
 }
 
 void declareScripts(CLI::App& app, Options& options, Given& given)
@@ -248,7 +248,7 @@ void declareReference(CLI::App& app, Options& options, Given& given)
     app.add_subcommand("completion", "Print a script with which a shell completes novahost's words")
         ->add_option("SHELL", given.shell, "bash, zsh or fish")
         ->required()
-        ->check(checkShell());
+        ->check(checkShell);
     app.add_subcommand("help", "Print the help of a command")
         ->add_option("COMMAND", given.command, "Any of these; all of them have --help, too");
 }

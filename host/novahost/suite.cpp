@@ -142,6 +142,8 @@ std::unique_ptr<Suite> Suite::start(const Options& options, QString& error)
         const QString folder = QFileInfo(options.script).absolutePath();
         suite->m_browser.setApplication(folder);
         suite->m_browser.setScripts(folder);
+    } else if (options.command == Command::Eval || options.command == Command::Repl) {
+        suite->m_browser.setScripts(QDir::currentPath());
     }
     if (options.browser && !suite->m_browser.engine(error))
         return nullptr;

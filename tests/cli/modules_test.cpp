@@ -70,6 +70,12 @@ TEST(Modules, RunInBrowser)
         EXPECT_TRUE((ended.out + ended.errors).contains(QLatin1String(row.text)))
             << row.file << ": " << qPrintable(ended.out + ended.errors);
     }
+    const QString before = QDir::currentPath();
+    QDir::setCurrent(place.path());
+    const Ended ended = novahost({ QStringLiteral("--browser"), QStringLiteral("eval"),
+        QStringLiteral("import('./lib/twice.js').then((module) => module.twice(3))") });
+    QDir::setCurrent(before);
+    EXPECT_EQ(ended.out, QStringLiteral("6\n")) << qPrintable(ended.errors);
 }
 
 TEST(StandardInput, IsRunWithArguments)
